@@ -1,0 +1,57 @@
+// The operator's desk: message boxes, the mouse pointer, the folder where the program may write.
+#pragma once
+
+#include <string>
+
+namespace vc {
+
+// Message box codes: which picture and which buttons a box has.
+namespace box {
+inline constexpr int AskOkCancel = 1;
+inline constexpr int Critical = 16;
+inline constexpr int CriticalYesNo = 20;
+inline constexpr int Exclamation = 48;
+inline constexpr int Information = 64;
+inline constexpr int InformationYesNo = 0x44;
+
+enum class Buttons { Ok, OkCancel, YesNo };
+// The low four bits of a code name the buttons.
+constexpr Buttons ButtonsOf(int code) {
+  switch (code & 15) {
+    case 1:
+      return Buttons::OkCancel;
+    case 4:
+      return Buttons::YesNo;
+    default:
+      return Buttons::Ok;
+  }
+}
+}  // namespace box
+
+enum class Answer { Ok, Cancel, Yes, No };
+
+// The answer that changes nothing: Cancel, No, or Ok where there is nothing else.
+constexpr Answer SafeAnswer(box::Buttons buttons) {
+  switch (buttons) {
+    case box::Buttons::OkCancel:
+      return Answer::Cancel;
+    case box::Buttons::YesNo:
+      return Answer::No;
+    case box::Buttons::Ok:
+      break;
+  }
+  return Answer::Ok;
+}
+
+class Desk {
+ public:
+  virtual ~Desk() = default;
+  // Shows a box and returns the operator's answer, one that the box offers.
+  virtual Answer Box(int code, const std::string& title, const std::string& text) = 0;
+  virtual void SetHourglass(bool shown) = 0;
+  // Where the program reads and writes its own files, without a separator at the end: the executable's
+  // folder, or the user's data folder where that one cannot be written.
+  virtual std::string InstallFolder() const = 0;
+};
+
+}  // namespace vc

@@ -1,0 +1,18 @@
+// Everything that a session is given by the host system.
+#pragma once
+
+#include "platform/Clock.h"
+#include "platform/Desk.h"
+#include "platform/EventLoop.h"
+#include "platform/SerialPort.h"
+
+namespace vc {
+
+struct Platform {
+  Clock& clock;
+  EventLoop& events;
+  Desk& desk;
+  SerialPorts& ports;
+};
+
+}  // namespace vc
