@@ -1,0 +1,174 @@
+#include "widgets/ControlText.h"
+
+#include <optional>
+
+#include "text/Convert.h"
+#include "widgets/Controls.h"
+#include "widgets/GraphicButton.h"
+#include "widgets/LevelBar.h"
+
+namespace vc {
+namespace {
+
+const char* Kind(const Frame& /*control*/) { return "frame"; }
+const char* Kind(const Label& /*control*/) { return "label"; }
+const char* Kind(const TextBox& /*control*/) { return "text"; }
+const char* Kind(const Button& /*control*/) { return "button"; }
+const char* Kind(const GraphicButton& control) {
+  return control.style == GraphicButton::Style::Latching ? "latch" : "button";
+}
+const char* Kind(const Slider& /*control*/) { return "slider"; }
+const char* Kind(const ListBox& /*control*/) { return "list"; }
+const char* Kind(const OptionButton& /*control*/) { return "option"; }
+const char* Kind(const CheckBox& /*control*/) { return "check"; }
+const char* Kind(const LevelBar& /*control*/) { return "level"; }
+const char* Kind(const Picture& /*control*/) { return "picture"; }
+const char* Kind(const MenuEntry& control) { return control.children.empty() ? "entry" : "menu"; }
+
+std::string OnOff(bool on) { return on ? "1" : "0"; }
+
+std::string Value(const Frame& control) { return control.core.Caption(); }
+std::string Value(const Label& control) { return control.core.Caption(); }
+std::string Value(const TextBox& control) { return control.Text(); }
+std::string Value(const Button& /*control*/) { return {}; }
+std::string Value(const GraphicButton& control) {
+  return control.style == GraphicButton::Style::Latching ? std::to_string(control.Value()) : std::string{};
+}
+std::string Value(const Slider& control) { return ShortestText(control.Position()); }
+std::string Value(const ListBox& control) { return control.Text(); }
+std::string Value(const OptionButton& control) { return OnOff(control.Value()); }
+std::string Value(const CheckBox& control) { return OnOff(control.Value()); }
+std::string Value(const LevelBar& control) {
+  const std::string number = std::to_string(control.Value());
+  return control.Reading().empty() ? number : number + " " + control.Reading();
+}
+std::string Value(const Picture& control) { return std::to_string(control.Image()); }
+std::string Value(const MenuEntry& control) {
+  return control.checkable ? OnOff(control.Checked()) : std::string{};
+}
+
+template <typename Control>
+std::string Range(const Control& /*control*/) {
+  return {};
+}
+std::string Range(const GraphicButton& control) {
+  return control.style == GraphicButton::Style::Latching ? "0..1" : "";
+}
+std::string Range(const Slider& control) {
+  return ShortestText(control.PositionMin()) + ".." + ShortestText(control.PositionMax());
+}
+std::string Range(const ListBox& control) {
+  std::string rows;
+  for (const std::string& item : control.Items()) rows += (rows.empty() ? "" : " | ") + item;
+  return rows;
+}
+std::string Range(const OptionButton& /*control*/) { return "0..1"; }
+std::string Range(const CheckBox& /*control*/) { return "0..1"; }
+std::string Range(const LevelBar& control) { return "0.." + std::to_string(control.Steps()); }
+std::string Range(const Picture& control) { return "1.." + std::to_string(control.imageCount); }
+
+std::string Outside(const std::string& value, const std::string& range) {
+  return value + " is outside " + range;
+}
+
+std::optional<bool> ParseSwitch(const std::string& value) {
+  if (value == "0" || value == "1") return value == "1";
+  return std::nullopt;
+}
+
+template <typename Control>
+std::string Set(Control& control, const std::string& /*value*/) {
+  return std::string("a ") + Kind(control) + " cannot be set";
+}
+std::string Set(Slider& control, const std::string& value) {
+  const auto number = ParseNumber(value);
+  if (!number) return value + " is no number";
+  if (*number < control.PositionMin() || *number > control.PositionMax())
+    return Outside(value, Range(control));
+  control.SetPosition(*number);
+  return {};
+}
+std::string Set(ListBox& control, const std::string& value) {
+  const auto& items = control.Items();
+  for (std::size_t row = 0; row < items.size(); ++row) {
+    if (items[row] == value || std::to_string(row) == value) {
+      control.SetListIndex(static_cast<int>(row));
+      return {};
+    }
+  }
+  return Outside(value, Range(control));
+}
+std::string Set(OptionButton& control, const std::string& value) {
+  if (value != "1") return "an option is chosen with 1";
+  control.group.Select(control.core.index);
+  return {};
+}
+std::string Set(CheckBox& control, const std::string& value) {
+  const auto on = ParseSwitch(value);
+  if (!on) return Outside(value, Range(control));
+  control.SetValue(*on);
+  return {};
+}
+std::string Set(GraphicButton& control, const std::string& value) {
+  const auto on = ParseSwitch(value);
+  if (!on || control.style != GraphicButton::Style::Latching) return Outside(value, Range(control));
+  if ((control.Value() == 1) != *on) control.Click();
+  return {};
+}
+
+template <typename Control>
+std::string Press(Control& control) {
+  return std::string("a ") + Kind(control) + " cannot be clicked";
+}
+std::string Press(Button& control) { return control.Click(), std::string{}; }
+std::string Press(GraphicButton& control) { return control.Click(), std::string{}; }
+std::string Press(OptionButton& control) { return Set(control, "1"); }
+std::string Press(CheckBox& control) { return control.SetValue(!control.Value()), std::string{}; }
+std::string Press(MenuEntry& control) {
+  if (!control.children.empty()) return "it is a menu, not an entry";
+  return control.Click(), std::string{};
+}
+
+std::string Refusal(const AnyControl& control) {
+  const ControlCore& core = CoreOf(control);
+  if (core.Usable()) return {};
+  return core.Visible() ? "it is disabled" : "it is hidden";
+}
+
+}  // namespace
+
+std::string KindOf(const AnyControl& control) {
+  return std::visit([](auto* one) { return std::string(Kind(*one)); }, control);
+}
+
+std::string ValueOf(const AnyControl& control) {
+  return std::visit([](auto* one) { return Value(*one); }, control);
+}
+
+std::string RangeOf(const AnyControl& control) {
+  return std::visit([](auto* one) { return Range(*one); }, control);
+}
+
+std::string SetControl(const AnyControl& control, const std::string& value) {
+  if (auto refusal = Refusal(control); !refusal.empty()) return refusal;
+  return std::visit([&value](auto* one) { return Set(*one, value); }, control);
+}
+
+std::string TypeInto(const AnyControl& control, const std::string& text, bool enter) {
+  if (auto refusal = Refusal(control); !refusal.empty()) return refusal;
+  TextBox* const* box = std::get_if<TextBox*>(&control);
+  if (box == nullptr) return "it takes no text";
+  if ((*box)->readOnly) return "it is read-only";
+  (*box)->GotFocus();
+  (*box)->SetText(text);
+  if (enter) (*box)->KeyPress(EnterKey);
+  (*box)->LostFocus();
+  return {};
+}
+
+std::string ClickControl(const AnyControl& control) {
+  if (auto refusal = Refusal(control); !refusal.empty()) return refusal;
+  return std::visit([](auto* one) { return Press(*one); }, control);
+}
+
+}  // namespace vc

@@ -1,0 +1,169 @@
+// The plain kinds of control, as models. Setting a value from the program and from a face is the same call: a
+// change of value raises the control's event, an equal value raises nothing.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/Surface.h"
+#include "widgets/Form.h"
+
+namespace vc {
+
+struct Label {
+  Label(Place place, const std::string& name, const std::string& caption, int index = NoIndex);
+  ControlCore core;
+};
+
+struct TextBox {
+  TextBox(Place place, const std::string& name, const std::string& caption, int index = NoIndex);
+  ControlCore core;
+  std::string unit;  // stands beside the number
+  bool readOnly = false;
+  bool multiLine = false;
+  std::function<void()> gotFocus, lostFocus;
+  std::function<void(int code)> keyPress;  // character code, 13 for Enter; no key is swallowed
+
+  const std::string& Text() const { return text; }
+  void SetText(const std::string& value) { core.Store(text, value, "Text"); }
+
+  void GotFocus() const { core.Raise(gotFocus); }
+  void LostFocus() const { core.Raise(lostFocus); }
+  void KeyPress(int code) const;
+
+ private:
+  std::string text;
+};
+inline constexpr int EnterKey = 13;
+
+struct Button {
+  Button(Place place, const std::string& name, const std::string& caption, int index = NoIndex);
+  ControlCore core;
+  std::function<void()> clicked;
+  void Click() const { core.Raise(clicked); }
+};
+
+struct Slider {
+  Slider(Place place, const std::string& name, const std::string& caption, int index = NoIndex);
+  ControlCore core;
+  double KeyArrowStepSize = 1.0, KeyPageStepSize = 1.0, MouseWheelStepSize = 1.0;
+  bool ReverseScale = false;
+  std::function<void()> changed;
+
+  double Position() const { return position; }
+  double PositionMin() const { return positionMin; }
+  double PositionMax() const { return positionMax; }
+  // Bounded to the range.
+  void SetPosition(double value);
+  // Moves the position into the new range.
+  void SetRange(double lower, double upper);
+
+ private:
+  double position = 0.0, positionMin = 0.0, positionMax = 100.0;
+};
+
+struct ListBox {
+  ListBox(Place place, const std::string& name, const std::string& caption, int index = NoIndex);
+  ControlCore core;
+  std::function<void()> changed;
+
+  const std::vector<std::string>& Items() const { return items; }
+  int ListIndex() const { return listIndex; }  // 0-based, -1 where no row is chosen
+  std::string Text() const;
+  void SetItems(std::vector<std::string> rows);
+  // A row outside the list chooses none.
+  void SetListIndex(int row);
+
+ private:
+  std::vector<std::string> items;
+  int listIndex = -1;
+};
+
+// One of several choices, of which exactly one stands.
+struct OptionGroup;
+struct OptionButton {
+  OptionButton(Place place, const std::string& name, const std::string& caption, int index,
+               OptionGroup& owner);
+  ControlCore core;
+  OptionGroup& group;
+  bool Value() const;
+};
+
+struct OptionGroup {
+  // First index and captions; the buttons are named name(firstIndex) and so on.
+  OptionGroup(Place place, const std::string& name, int firstIndex, const std::vector<std::string>& captions);
+  std::vector<std::unique_ptr<OptionButton>> buttons;
+  std::function<void()> changed;
+
+  int Selected() const { return selected; }  // the chosen button's index, NoIndex at first
+  void Select(int index);
+
+ private:
+  int selected = NoIndex;
+};
+
+struct CheckBox {
+  CheckBox(Place place, const std::string& name, const std::string& caption, int index = NoIndex);
+  ControlCore core;
+  std::function<void()> changed;
+  bool Value() const { return value; }
+  void SetValue(bool on);
+
+ private:
+  bool value = false;
+};
+
+// A picture of which one image of a list is shown.
+struct Picture {
+  using Drawing = std::function<void(Surface& surface, const Rectangle& area, int image)>;
+  Picture(Place place, const std::string& name, const std::string& caption, int images, Drawing drawing);
+  ControlCore core;
+  const int imageCount;
+  const Drawing draw;
+  int Image() const { return image; }  // 1..imageCount
+  void SetImage(int number) { core.Store(image, number, "Image"); }
+
+ private:
+  int image = 1;
+};
+
+// An entry of the form's menu bar, or a whole menu where other entries are declared in it.
+struct MenuEntry {
+  MenuEntry(Place place, const std::string& name, const std::string& caption, int index = NoIndex);
+  ControlCore core;
+  MenuEntry* const parent;
+  std::vector<MenuEntry*> children;
+  bool checkable = false;
+  std::function<void()> clicked;
+  void Click() const { core.Raise(clicked); }
+  bool Checked() const { return checked; }
+  void SetChecked(bool on);
+
+ private:
+  bool checked = false;
+};
+
+// Count controls of one kind, indexed First to First + Count - 1.
+template <typename Control, int First, std::size_t Count>
+struct ControlArray {
+  ControlArray(Place place, const std::string& name, const std::array<std::string, Count>& captions)
+      : ControlArray(place, name, captions, std::make_index_sequence<Count>{}) {}
+
+  std::array<Control, Count> items;
+  Control& operator()(int index) { return items.at(static_cast<std::size_t>(index - First)); }
+  auto begin() { return items.begin(); }
+  auto end() { return items.end(); }
+
+ private:
+  template <std::size_t... I>
+  ControlArray(Place place, const std::string& name, const std::array<std::string, Count>& captions,
+               std::index_sequence<I...> /*rows*/)
+      : items{Control{place, name, captions[I], First + static_cast<int>(I)}...} {}
+};
+
+}  // namespace vc

@@ -1,0 +1,69 @@
+#include "widgets/Form.h"
+
+#include "widgets/Controls.h"
+#include "widgets/GraphicButton.h"
+#include "widgets/LevelBar.h"
+
+namespace vc {
+
+Place::Place(Frame& owner) : form(&owner.core.form), frame(&owner) {}
+
+Place::Place(MenuEntry& owner) : form(&owner.core.form), menu(&owner) {}
+
+ControlCore::ControlCore(Place place, std::string controlName, int controlIndex, std::string controlCaption)
+    : form(*place.form),
+      frame(place.frame),
+      name(std::move(controlName)),
+      index(controlIndex),
+      caption(std::move(controlCaption)) {}
+
+std::string ControlCore::FullName() const {
+  return index == NoIndex ? name : name + "(" + std::to_string(index) + ")";
+}
+
+std::string ControlCore::AccessibleName() const {
+  const std::string own = WithoutAccessKey(caption);
+  if (frame == nullptr || frame->core.caption.empty()) return own;
+  return WithoutAccessKey(frame->core.caption) + (own.empty() ? "" : ", " + own);
+}
+
+bool ControlCore::Usable() const { return enabled && visible && (frame == nullptr || frame->core.Usable()); }
+
+void ControlCore::SetCaption(const std::string& text) { Store(caption, text, "Caption"); }
+void ControlCore::SetEnabled(bool on) { Store(enabled, on, "Enabled"); }
+void ControlCore::SetVisible(bool on) { Store(visible, on, "Visible"); }
+
+void ControlCore::Changed(std::string_view property) const {
+  if (form.controlChanged) form.controlChanged(*this, property);
+}
+
+void ControlCore::Raise(const std::function<void()>& handler) const {
+  if (handler && form.muted == 0) handler();
+}
+
+void Form::SetCaption(const std::string& text) {
+  if (caption == text) return;
+  caption = text;
+  if (captionChanged) captionChanged();
+}
+
+Frame::Frame(Place place, const std::string& name, const std::string& caption, Arrangement arranged,
+             int index)
+    : core(place, name, index, caption), arrangement(arranged) {
+  place.form->controls.emplace_back(this);
+}
+
+ControlCore& CoreOf(const AnyControl& control) {
+  return std::visit([](auto* one) -> ControlCore& { return one->core; }, control);
+}
+
+std::string WithoutAccessKey(std::string_view caption) {
+  std::string text;
+  for (std::size_t i = 0; i < caption.size(); ++i) {
+    if (caption[i] == '&' && i + 1 < caption.size()) ++i;
+    text += caption[i];
+  }
+  return text;
+}
+
+}  // namespace vc

@@ -1,0 +1,143 @@
+// A window of the program: named controls in reading order. A control registers itself with its form when it
+// is declared; the desktop, the console, the report and the tests all read that one list.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace vc {
+
+struct Form;
+struct Frame;
+struct Label;
+struct TextBox;
+struct Button;
+struct GraphicButton;
+struct Slider;
+struct ListBox;
+struct OptionButton;
+struct CheckBox;
+struct LevelBar;
+struct Picture;
+struct MenuEntry;
+
+// One of the kinds of control. Faces dispatch on the kind, never on which control it is.
+using AnyControl = std::variant<Frame*, Label*, TextBox*, Button*, GraphicButton*, Slider*, ListBox*,
+                                OptionButton*, CheckBox*, LevelBar*, Picture*, MenuEntry*>;
+
+// Where a control is declared: in a form, in one of its frames, or in a menu.
+struct Place {
+  Place(Form& owner)
+      : form(&owner) {}     // NOLINT(google-explicit-constructor): `TextBox{form, ...}` reads best
+  Place(Frame& owner);      // NOLINT(google-explicit-constructor)
+  Place(MenuEntry& owner);  // NOLINT(google-explicit-constructor)
+  Form* form;
+  Frame* frame = nullptr;
+  MenuEntry* menu = nullptr;
+};
+
+inline constexpr int NoIndex = -1;
+
+// What every control has.
+struct ControlCore {
+  ControlCore(Place place, std::string controlName, int controlIndex, std::string controlCaption);
+  ControlCore(const ControlCore&) = delete;
+  ControlCore& operator=(const ControlCore&) = delete;
+
+  Form& form;
+  Frame* frame;  // none for a control that lies in the form itself
+  const std::string name;
+  const int index;  // within its array, NoIndex for a control of its own
+
+  // "cmbFilter(2)", or the plain name.
+  std::string FullName() const;
+  const std::string& Caption() const { return caption; }
+  // What is read aloud: the frame's caption and the control's, without access-key marks.
+  std::string AccessibleName() const;
+  bool Enabled() const { return enabled; }  // its own state; a disabled frame disables what lies in it
+  bool Usable() const;                      // enabled and shown, with all the frames around it
+  bool Visible() const { return visible; }
+
+  void SetCaption(const std::string& text);
+  void SetEnabled(bool on);
+  void SetVisible(bool on);
+
+  // Stores a property and tells the view, if it differs.
+  template <typename T>
+  bool Store(T& property, const T& value, std::string_view propertyName) {
+    if (property == value) return false;
+    property = value;
+    Changed(propertyName);
+    return true;
+  }
+  void Changed(std::string_view property) const;
+  // Runs an event handler, unless it is not set or the form's handlers are mute.
+  void Raise(const std::function<void()>& handler) const;
+
+ private:
+  std::string caption;
+  bool enabled = true;
+  bool visible = true;
+};
+
+struct Form {
+  Form(std::string formName, std::string formCaption)
+      : name(std::move(formName)), caption(std::move(formCaption)) {}
+  Form(const Form&) = delete;
+  Form& operator=(const Form&) = delete;
+
+  const std::string name;
+  std::vector<AnyControl> controls;  // in reading order, frames before what lies in them
+
+  const std::string& Caption() const { return caption; }
+  void SetCaption(const std::string& text);
+
+  // Key combinations that work anywhere on the form, "Alt+A".
+  std::map<std::string, std::function<void()>> keys;
+
+  std::function<void()> activated;       // the form became the active window
+  std::function<void()> closeRequested;  // the operator closed the window; without a handler it is unloaded
+  std::function<void()> unloaded;
+
+  // Set by the one view that shows the form.
+  std::function<void(const ControlCore& control, std::string_view property)> controlChanged;
+  std::function<void()> captionChanged;
+
+  // While it is above 0 no control raises an event.
+  int muted = 0;
+
+ private:
+  std::string caption;
+};
+
+// Keeps the handlers of a form inert for a scope, while it is filled from the record.
+struct Mute {
+  explicit Mute(Form& target) : form(target) { ++form.muted; }
+  ~Mute() { --form.muted; }
+  Mute(const Mute&) = delete;
+  Mute& operator=(const Mute&) = delete;
+  Form& form;
+};
+
+// How the contents of a frame are laid out.
+enum class Arrangement { Rows, Columns };
+
+struct Frame {
+  Frame(Place place, const std::string& name, const std::string& caption,
+        Arrangement arranged = Arrangement::Rows, int index = NoIndex);
+  ControlCore core;
+  Arrangement arrangement;
+};
+
+// The control's core, whatever its kind.
+ControlCore& CoreOf(const AnyControl& control);
+
+// Text without the "&" that marks an access key; "&&" stands for one "&".
+std::string WithoutAccessKey(std::string_view caption);
+
+}  // namespace vc

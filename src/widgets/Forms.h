@@ -1,0 +1,50 @@
+// The windows that are open, in the order in which they lie on each other.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "widgets/Form.h"
+
+namespace vc {
+
+enum class Modality { Modeless, Modal };
+
+struct Forms {
+  struct Entry {
+    Form* form;
+    Modality modality;
+    bool hidden;
+  };
+  std::vector<Entry> open;  // the last one is on top
+
+  // What a face does when a window comes, goes, hides or is brought forward.
+  std::function<void(Form&, Modality)> shown = [](Form&, Modality) {};
+  std::function<void(Form&)> hidden = [](Form&) {};
+  std::function<void(Form&)> gone = [](Form&) {};
+
+  // Opens the form, or shows it again and brings it forward.
+  void Show(Form& form, Modality modality = Modality::Modeless);
+  void Hide(Form& form);
+  // Takes the form away; a form that is not open is left alone.
+  void Unload(Form& form);
+  // What the operator does at the window's frame.
+  void Close(Form& form);
+  void UnloadAll();
+
+  Form* Top() const;  // of the forms that are shown; null where there is none
+  Form* Find(std::string_view name) const;
+  // False while a modal form lies above it.
+  bool Operable(const Form& form) const;
+
+ private:
+  std::vector<Entry>::iterator Locate(const Form& form);
+};
+
+// The control of a form by its name, with the index in parentheses where it has one; null where there is
+// none.
+const AnyControl* FindControl(const Form& form, std::string_view fullName);
+
+}  // namespace vc
