@@ -1,0 +1,132 @@
+// Blocking transactions of modDeviceComm: the wait for a reply, the retry law, the acknowledged frames.
+#include <algorithm>
+
+#include "link/modDeviceComm.h"
+#include "text/Convert.h"
+#include "text/ProgramInfo.h"
+
+namespace vc {
+namespace {
+
+constexpr int CommandAttempts = 5;
+constexpr std::int16_t AcknowledgeBytes = 3;
+constexpr std::int32_t PacketHundredths = 200;
+constexpr std::int32_t RecoveryHundredths = 250;
+constexpr std::int16_t RetryCountMask = 0x3FFF;
+
+}  // namespace
+
+void modDeviceComm::AwaitReply(std::int16_t bytes, std::int32_t limitHundredths,
+                               std::int32_t errorPauseHundredths) {
+  std::int32_t start = library.WaitHundredths(0);
+  std::uint16_t errors = 0;
+  std::uint16_t seen = 0;
+  while (true) {
+    errors |= library.GetCommError(comm.CommPortId, comm.CommStat);
+    const std::int32_t now = library.WaitHundredths(0);
+    if (comm.CommStat.cbInQue != seen) {
+      seen = comm.CommStat.cbInQue;
+      start = now;
+    }
+    if (now - start >= limitHundredths || seen >= bytes) break;
+    library.AwaitComm(comm.CommPortId, limitHundredths - (now - start));
+  }
+  if (errors != 0 && errorPauseHundredths > 0) library.WaitHundredths(errorPauseHundredths);
+}
+
+modDeviceComm::Outcome modDeviceComm::Transact(const Exchange& exchange, int attempts, std::string& reply) {
+  while (attempts > 0) {
+    if (exchange.drainEachTime) DrainPendingReply();
+    if (!comm.CommPortOpen) return Outcome::Closed;
+    library.WriteComm(comm.CommPortId, exchange.frame);
+    AwaitReply(exchange.replyBytes, exchange.limitHundredths, exchange.errorPauseHundredths);
+    reply.clear();
+    comm.ReadCommString(comm.CommPortId, reply, exchange.replyBytes);
+    comm.FlushCommQueues();
+    if (reply.starts_with(exchange.replyToken) && exchange.accept(reply)) return Outcome::Answered;
+    --attempts;
+    CommRetryCount = static_cast<std::int16_t>((CommRetryCount + 1) & RetryCountMask);
+    if (attempts > 0 && exchange.pauseOnComplaint && IsComplaint(reply)) PauseForRecovery();
+  }
+  return Outcome::Exhausted;
+}
+
+void modDeviceComm::PauseForRecovery() {
+  library.WaitHundredths(RecoveryHundredths);
+  comm.FlushCommQueues();
+}
+
+void modDeviceComm::DrainPendingReply() {
+  if (!comm.CommPortOpen) return;
+  if (ReplyTicksLeft != 0) AwaitReply(ReplyBytesExpected, BaudTimeoutExtra, 0);
+  comm.FlushCommQueues();
+  ReplyTicksLeft = 0;
+  ReplyBytesExpected = 0;
+  MissedReplyCount = 0;
+}
+
+bool modDeviceComm::SendDataPacket(std::span<const std::uint8_t> content, std::int32_t packetNumber,
+                                   int attempts, bool drainFirst) {
+  bool acknowledged = false;
+  try {
+    if (drainFirst) DrainPendingReply();
+    const PacketFrame frame = MakePacketFrame(packetNumber, content);
+    std::string reply;
+    const Outcome outcome = Transact(
+        {frame, token::Acknowledged, AcknowledgeBytes, BaudTimeoutExtra + PacketHundredths}, attempts, reply);
+    acknowledged = outcome == Outcome::Answered;
+    if (outcome == Outcome::Exhausted) {
+      DisconnectZorq(true);
+      hooks.connectionState(StateClosed);
+    }
+  } catch (const Fault&) {
+    return acknowledged;
+  }
+  return acknowledged;
+}
+
+bool modDeviceComm::IssueCommand(std::int32_t code, std::int32_t argument, std::int16_t timeoutSeconds) {
+  bool confirmed = false;
+  try {
+    const auto maskedCode = static_cast<std::uint8_t>(code & 0xFF);
+    DrainPendingReply();
+    const CommandFrame frame = MakeCommandFrame(maskedCode, static_cast<std::uint16_t>(argument & 0xFFFF));
+    Exchange exchange{frame, token::Acknowledged, AcknowledgeBytes, timeoutSeconds * 100 + BaudTimeoutExtra};
+    exchange.pauseOnComplaint = false;
+    std::string reply;
+    const Outcome outcome = Transact(exchange, CommandAttempts, reply);
+    confirmed = outcome == Outcome::Answered && maskedCode == command::ConfirmConnection;
+    if (confirmed) hooks.connectionState(StateConnected);
+    if (outcome == Outcome::Exhausted) {
+      DisconnectZorq(true);
+      ReportFailure(" while issuing Command #", std::to_string(maskedCode));
+      hooks.connectionState(StateClosed);
+    }
+  } catch (const Fault&) {
+    return confirmed;
+  }
+  return confirmed;
+}
+
+void modDeviceComm::ReportFailure(const std::string& middle, const std::string& number) {
+  const std::string counted = number.empty() ? std::string{} : number + ".";
+  hooks.box(box::Exclamation, ApplicationTitle + " Communications Failure",
+            "Communications have failed with " + ApplicationTitle + " on port " + hooks.portCaption() +
+                middle + counted + "  Please check all settings and connections, then attempt reconnect.");
+}
+
+void modDeviceComm::RunStatements(const char* errorName,
+                                  std::initializer_list<std::function<void()>> statements) {
+  for (const auto& statement : statements) {
+    try {
+      statement();
+    } catch (const Fault&) {
+      if (hooks.box(box::CriticalYesNo, errorName, "Error, do you wish to stop?") == Answer::Yes) {
+        hooks.endProgram();
+        return;
+      }
+    }
+  }
+}
+
+}  // namespace vc

@@ -1,0 +1,137 @@
+// The whole conversation with a running unit: frames and their acknowledgement, polled requests, opening and
+// closing the link. It calls nothing above the link: what others must learn goes through LinkHooks.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <initializer_list>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "link/Frames.h"
+#include "link/Status.h"
+#include "link/modComm.h"
+#include "platform/Desk.h"
+
+namespace vc {
+
+// Connection states that the program sets; the display knows more (see ConnectionText).
+inline constexpr const char* StateConnected = "1";
+inline constexpr const char* StateClosed = "2";
+
+struct LinkHooks {
+  std::function<Answer(int code, const std::string& title, const std::string& text)> box =
+      [](int, const std::string&, const std::string&) { return Answer::No; };
+  std::function<void(const std::string& state)> connectionState = [](const std::string&) {};
+  std::function<void(bool connected)> connectEntriesChecked = [](bool) {};
+  std::function<void(bool enabled)> mainTimer = [](bool) {};
+  std::function<void()> pollingStarted = [] {};
+  // The unit's option bit changed while the link was ready.
+  std::function<void()> unitOptionChanged = [] {};
+  // Why a port could not be opened, in plain words.
+  std::function<void(const std::string& reason)> portUnavailable = [](const std::string&) {};
+  // Caption of the menu entry of the chosen port, "COM1".
+  std::function<std::string()> portCaption = [] { return std::string{}; };
+  std::function<int()> mainTimerMilliseconds = [] { return 50; };
+  // The operator chose to stop after an unexpected error.
+  std::function<void()> endProgram = [] {};
+};
+
+// A request whose reply is awaited over many timer ticks, so that the interface never stalls.
+struct PolledRequest {
+  std::uint8_t code;
+  std::string_view token;       // begins a good reply
+  std::string_view otherToken;  // so does this one, unless it is empty
+  std::int16_t bytesExpected;   // that must wait before the reply is taken
+  std::int16_t bytesRead;
+  int waitMilliseconds;
+  const char* errorName;
+};
+
+struct modDeviceComm {
+  modDeviceComm(veltrana& portLibrary, LinkRecord linkRecord);
+
+  veltrana& library;
+  modComm comm;
+  LinkHooks hooks;
+  UnitStatus status;
+
+  std::int16_t BaudTimeoutExtra = 0;    // hundredths of a second, added to every time-out
+  std::int16_t ReplyTicksLeft = 0;      // polled: ticks left to wait, 0 when nothing is outstanding
+  std::int16_t ReplyBytesExpected = 0;  // polled
+  std::int16_t MissedReplyCount = 0;    // polled: misses in a row
+  std::int16_t CommRetryCount = 0;      // 0..16383, statistic only
+
+  // Opens, configures and probes; with fullConnect it also starts the polling. True if the port is open at
+  // the end. Every failure has told the operator.
+  bool InitComPort(bool fullConnect);
+  // Drops DTR and closes the port; with updateMenus it also sets the check marks and the state "2".
+  void DisconnectZorq(bool updateMenus);
+  // Reads the first status of the unit; false when it has given up, with the port closed.
+  bool GrabInitialZorqStatus(std::int16_t seconds);
+  // Versions in hundredths (401 is 4.01). False where no usable reply came; the port stays open in every
+  // case.
+  bool RequestVersion(int& firmware, int& bootRom);
+
+  // The only ways to write to a running unit. True if "!OK" came back; where the attempts are used up the
+  // link is closed, and the caller words the message (see ReportFailure).
+  bool SendDataPacket(std::span<const std::uint8_t> content, std::int32_t packetNumber, int attempts,
+                      bool drainFirst);
+  // True only for an acknowledged command 128. Code and argument are masked to 8 and 16 bits. Where the
+  // attempts are used up the link is closed and the operator told. With the port closed nothing happens.
+  bool IssueCommand(std::int32_t code, std::int32_t argument, std::int16_t timeoutSeconds);
+  // Waits for the answer of an outstanding polled request, then empties both queues.
+  void DrainPendingReply();
+
+  // One step of the polled requests for levels and for the equalizer stages.
+  void RequestBargraphData();
+  void RequestEQData();
+  // One step of any polled request; decode gets a reply that begins with one of the tokens.
+  void PollStep(const PolledRequest& request, std::uint16_t argument,
+                const std::function<void(const std::string& reply)>& decode);
+
+  // The failure box: middle part as it stands, the number (where there is one) with a full stop, then the
+  // advice.
+  void ReportFailure(const std::string& middle, const std::string& number = {});
+  // The head of levels and status that several replies begin with.
+  void DecodeStatusHead(const std::string& reply);
+
+ private:
+  enum class Outcome { Answered, Exhausted, Closed };
+  // One blocking transaction: what goes out, what must come back, and how long each byte of it may take.
+  struct Exchange {
+    std::span<const std::uint8_t> frame;
+    std::string_view replyToken;
+    std::int16_t replyBytes;
+    std::int32_t limitHundredths;  // between bytes, not in total
+    std::int32_t errorPauseHundredths = 10;
+    bool drainEachTime = false;
+    bool pauseOnComplaint = true;
+    // A last look at a reply whose token is right.
+    std::function<bool(const std::string& reply)> accept = [](const std::string&) { return true; };
+  };
+  Outcome Transact(const Exchange& exchange, int attempts, std::string& reply);
+  void AwaitReply(std::int16_t bytes, std::int32_t limitHundredths, std::int32_t errorPauseHundredths);
+  void PauseForRecovery();
+
+  void CloseBeforeConnect();
+  void OpenPort();
+  void ConfigurePort();
+  void ProbeUnit();
+  void StartPolling();
+
+  void SendPolled(const PolledRequest& request, std::uint16_t argument);
+  void TakePolledReply(const PolledRequest& request,
+                       const std::function<void(const std::string& reply)>& decode);
+  void CountMissByError(std::uint16_t error);
+  void CountMissBySilence();
+  bool TooManyMisses() const;
+  void LinkLost();
+
+  // Runs the statements in order. An unexpected error in one asks the operator: Yes ends the program, No goes
+  // on with the next statement.
+  void RunStatements(const char* errorName, std::initializer_list<std::function<void()>> statements);
+};
+
+}  // namespace vc

@@ -1,0 +1,162 @@
+#include "link/veltrana.h"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+namespace vc {
+namespace {
+
+constexpr std::int64_t MicrosecondsPerHundredth = 10000;
+
+std::uint16_t ErrorWord(const SerialErrors& errors) {
+  std::uint16_t word = 0;
+  const auto add = [&word](bool seen, std::uint16_t bit) { word = seen ? word | bit : word; };
+  add(errors.framing, commError::Framing);
+  add(errors.overrun, commError::Overrun);
+  add(errors.parity, commError::Parity);
+  add(errors.breakSeen, commError::Break);
+  add(errors.gone, commError::SignalTimeout);
+  return word;
+}
+
+std::uint16_t WordAt(const CommRecord& record, std::size_t offset) {
+  return static_cast<std::uint16_t>(record[offset] | record[offset + 1] << 8);
+}
+
+}  // namespace
+
+veltrana::veltrana(SerialPorts& systemPorts, Clock& systemClock)
+    : ports(systemPorts), clock(systemClock), startMicroseconds(systemClock.Microseconds()) {}
+
+veltrana::Line* veltrana::Find(std::int16_t handle) {
+  const auto found = lines.find(handle);
+  return found == lines.end() ? nullptr : &found->second;
+}
+
+void veltrana::Pump(Line& line) {
+  std::array<std::uint8_t, 512> block{};
+  while (!line.output.empty()) {
+    const std::size_t count = std::min(block.size(), line.output.size());
+    std::copy_n(line.output.begin(), count, block.begin());
+    const std::size_t taken = line.port->Write({block.data(), count});
+    line.output.erase(line.output.begin(), line.output.begin() + static_cast<std::ptrdiff_t>(taken));
+    if (taken < count) break;
+  }
+  while (line.input.size() < line.inputSize) {
+    const std::size_t room = std::min(block.size(), line.inputSize - line.input.size());
+    const std::size_t count = line.port->Read({block.data(), room});
+    line.input.insert(line.input.end(), block.begin(), block.begin() + static_cast<std::ptrdiff_t>(count));
+    if (count < room) break;
+  }
+  line.errors |= ErrorWord(line.port->TakeErrors());
+}
+
+std::int16_t veltrana::OpenComm(std::string_view name, std::int16_t inputSize, std::int16_t outputSize) {
+  openFailure.clear();
+  auto port = ports.Open(std::string(name.substr(0, name.find('\0'))), openFailure);
+  if (!port) return -1;
+  std::int16_t handle = 1;
+  while (lines.contains(handle)) ++handle;
+  Line& line = lines[handle];
+  line.port = std::move(port);
+  line.inputSize = static_cast<std::size_t>(std::max<std::int16_t>(inputSize, 0));
+  line.outputSize = static_cast<std::size_t>(std::max<std::int16_t>(outputSize, 0));
+  return handle;
+}
+
+void veltrana::CloseComm(std::int16_t handle) { lines.erase(handle); }
+
+std::int16_t veltrana::SetCommState16(const CommRecord& record) {
+  Line* line = Find(record[commRecord::PortId]);
+  if (line == nullptr) return -1;
+  const std::uint16_t code = WordAt(record, commRecord::BaudCode);
+  SerialConfig config;
+  config.baud = code == commRecord::Code115200 ? 115200 : code;
+  config.dtr = (record[commRecord::Flags] & commRecord::DtrHeldOff) == 0;
+  return line->port->Configure(config) ? std::int16_t{0} : std::int16_t{-1};
+}
+
+std::int16_t veltrana::WriteComm(std::int16_t handle, std::span<const std::uint8_t> bytes) {
+  Line* line = Find(handle);
+  if (line == nullptr) return 0;
+  const std::size_t count = std::min(bytes.size(), line->outputSize - line->output.size());
+  if (count < bytes.size()) line->errors |= commError::QueueOverflow;
+  line->output.insert(line->output.end(), bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count));
+  Pump(*line);
+  return static_cast<std::int16_t>(count);
+}
+
+std::int16_t veltrana::ReadComm(std::int16_t handle, std::span<std::uint8_t> bytes) {
+  Line* line = Find(handle);
+  if (line == nullptr) return 0;
+  Pump(*line);
+  const std::size_t count = std::min(bytes.size(), line->input.size());
+  std::copy_n(line->input.begin(), count, bytes.begin());
+  line->input.erase(line->input.begin(), line->input.begin() + static_cast<std::ptrdiff_t>(count));
+  return static_cast<std::int16_t>(count);
+}
+
+std::uint16_t veltrana::GetCommError(std::int16_t handle, CommStatus& status) {
+  Line* line = Find(handle);
+  if (line == nullptr) {
+    status = {};
+    return commError::SignalTimeout;
+  }
+  Pump(*line);
+  status.cbInQue = static_cast<std::uint16_t>(line->input.size());
+  status.cbOutQue = static_cast<std::uint16_t>(line->output.size());
+  return std::exchange(line->errors, std::uint16_t{0});
+}
+
+std::int16_t veltrana::FlushComm(std::int16_t handle, std::int16_t selector) {
+  Line* line = Find(handle);
+  if (line == nullptr) return -1;
+  if (selector == 0) {
+    line->output.clear();
+    line->port->DiscardOutput();
+  } else {
+    line->input.clear();
+    line->port->DiscardInput();
+  }
+  return 0;
+}
+
+void veltrana::AwaitComm(std::int16_t handle, std::int32_t hundredths) {
+  // While bytes still wait for the line a short sleep lets them out in time.
+  constexpr std::int64_t shortMicroseconds = 1000;
+  Line* line = Find(handle);
+  if (line == nullptr) return;
+  const std::int64_t limit = hundredths * MicrosecondsPerHundredth;
+  line->port->AwaitInput(line->output.empty() ? limit : std::min(limit, shortMicroseconds));
+}
+
+std::int32_t veltrana::WaitHundredths(std::int32_t hundredths) {
+  if (hundredths > 0) clock.Sleep(hundredths * MicrosecondsPerHundredth);
+  return static_cast<std::int32_t>((clock.Microseconds() - startMicroseconds) / MicrosecondsPerHundredth);
+}
+
+void veltrana::DownloadCoefs(std::int16_t handle, std::span<std::int32_t, CoefCapacity> coefs) {
+  std::array<std::uint8_t, CoefBodySize> body{};
+  if (ReadComm(handle, body) < static_cast<std::int16_t>(body.size())) return;
+  constexpr std::size_t addressOffset = 3 * CoefBlockSize;
+  const std::size_t block = body[addressOffset] & 31U;
+  for (std::size_t i = 0; i < CoefBlockSize; ++i) {
+    const std::uint32_t bits = static_cast<std::uint32_t>(body[3 * i]) << 24U |
+                               static_cast<std::uint32_t>(body[3 * i + 1]) << 16U |
+                               static_cast<std::uint32_t>(body[3 * i + 2]) << 8U;
+    coefs[block * CoefBlockSize + i] = static_cast<std::int32_t>(bits) >> 8;  // carries the sign down
+  }
+}
+
+std::int16_t MinMax(std::int16_t value, std::int16_t lower, std::int16_t upper) {
+  return std::max(lower, std::min(value, upper));
+}
+
+void CopyDataToBytes(std::span<std::uint8_t> destination, std::span<const std::byte> source) {
+  if (!destination.empty()) {
+    std::memcpy(destination.data(), source.data(), std::min(destination.size(), source.size()));
+  }
+}
+
+}  // namespace vc
