@@ -1,0 +1,112 @@
+// The table of the record's fields: name, indices, default and rule. It drives the defaults, the validation,
+// the clamps and every edit by name, so that one more field is one member and one row.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "model/SystemSettings.h"
+
+namespace vc {
+
+struct Bounds {
+  double lower;
+  double upper;
+};
+
+// The range of element (i, j) that the record gives at this moment.
+using BoundsLaw = Bounds (*)(const SystemSettings& settings, int i, int j);
+
+// What keeps a field in its range. The first seven are applied by ValidateSettings.
+namespace rules {
+struct Any {};  // any value of its type; a NaN becomes the default
+struct Mask {
+  std::int32_t bits;  // the value AND bits
+};
+struct Flag {};  // 0, or -1 for anything else
+struct Within {
+  double lower, upper;
+};
+struct WithinOr {
+  double lower, upper;
+  std::int32_t other;  // stands as well, though no edit by name may store it
+};
+struct OutsideBecomes {
+  double lower, upper;
+  std::int32_t value;
+};
+struct FollowsField {
+  BoundsLaw bounds;  // depends on another field, whose row stands before this one
+};
+struct FollowsLimits {
+  BoundsLaw bounds;  // depends on a derived limit: applied by ClampSettingsToLimits, in the order of the rows
+};
+struct WhenEdited {
+  double lower, upper;  // binds edits only; a loaded value stands until its panel opens
+};
+struct Derived {};  // never edited from outside, never saved, never validated
+}  // namespace rules
+
+using Rule =
+    std::variant<rules::Any, rules::Mask, rules::Flag, rules::Within, rules::WithinOr, rules::OutsideBecomes,
+                 rules::FollowsField, rules::FollowsLimits, rules::WhenEdited, rules::Derived>;
+
+// What InitSettings stores, before the rules move it into its range. Texts become empty.
+struct Initial {
+  constexpr Initial(double all) : first(all), others(all) {}  // implicit: a row shows the plain number
+  constexpr Initial(double first_, double others_, bool kept_ = false)
+      : first(first_), others(others_), kept(kept_) {}
+
+  double first;       // of the first index
+  double others;      // of all other indices
+  bool kept = false;  // InitSettings leaves the field alone
+};
+
+using FieldRef = std::variant<std::int16_t*, std::int32_t*, float*, std::uint8_t*, bool*, std::string*>;
+using FieldValue = std::variant<std::int16_t, std::int32_t, float, std::uint8_t, bool, std::string>;
+
+struct IndexRange {
+  int first = 0;
+  int last = 0;
+
+  constexpr bool Holds(int index) const { return index >= first && index <= last; }
+};
+
+struct FieldRow {
+  std::string_view name;
+  int dimensions;                    // 0, 1 or 2 indices
+  std::array<IndexRange, 2> extent;  // 0..0 for an index that the field does not have
+  // Element (i, j). An index outside its extent raises a Fault; one that the field does not have is ignored.
+  FieldRef (*at)(SystemSettings& settings, int i, int j);
+  FieldValue (*value)(const SystemSettings& settings, int i, int j);
+  Initial initial;
+  Rule rule;
+};
+
+std::span<const FieldRow> Fields();
+// nullptr where no field has that name.
+const FieldRow* FindField(std::string_view name);
+
+// True for a field that is computed or belongs to the run: no edit by name may store it.
+bool IsDerived(const FieldRow& row);
+// The range of an element at this moment, always inside its type's own. Nothing for texts and derived fields.
+std::optional<Bounds> FieldRange(const SystemSettings& settings, const FieldRow& row, int i, int j);
+
+// The default, whatever stood there.
+void StoreInitial(SystemSettings& settings, const FieldRow& row, int i, int j);
+// Moves an element into the range that its rule gives at this moment.
+void ApplyRule(SystemSettings& settings, const FieldRow& row, int i, int j);
+
+template <typename Visit>
+void ForEachElement(const FieldRow& row, Visit visit) {
+  for (int i = row.extent[0].first; i <= row.extent[0].last; i++) {
+    for (int j = row.extent[1].first; j <= row.extent[1].last; j++) visit(i, j);
+  }
+}
+
+}  // namespace vc

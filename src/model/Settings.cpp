@@ -1,0 +1,68 @@
+// The passes over the table of fields, and the plot grids.
+#include "model/Settings.h"
+
+#include "model/BroadbandPresets.h"
+#include "model/Fields.h"
+#include "model/Kinds.h"
+
+namespace vc {
+namespace {
+
+constexpr int PlotLeft = 500;
+constexpr int PlotWidth = 6400;
+constexpr std::int16_t TicksAfterEdit = 5;
+
+template <typename Wanted>
+void ApplyRules(SystemSettings& settings, Wanted wanted) {
+  for (const FieldRow& row : Fields()) {
+    if (!wanted(row.rule)) continue;
+    ForEachElement(row, [&](int i, int j) { ApplyRule(settings, row, i, j); });
+  }
+}
+
+bool FollowsLimits(const Rule& rule) { return std::holds_alternative<rules::FollowsLimits>(rule); }
+bool FollowsField(const Rule& rule) { return std::holds_alternative<rules::FollowsField>(rule); }
+
+// The last point of each grid stands at the right edge, but for the first grid, which runs on beyond it.
+void ComputePlotGrids(SystemSettings& settings) {
+  for (int i = 1; i <= settings.curvePlotX.last; i++) {
+    settings.curvePlotX[i] = static_cast<std::int16_t>(PlotLeft + i * PlotWidth / 460);
+  }
+  settings.curvePlotX[0] = settings.curvePlotX[1];
+  const auto spread = [](auto& grid) {
+    for (int i = 0; i <= grid.last; i++)
+      grid[i] = Nearest(i * static_cast<double>(PlotWidth) / grid.last + PlotLeft);
+  };
+  spread(settings.edgePlotX);
+  spread(settings.linePlotX);
+}
+
+}  // namespace
+
+void InitSettings(SystemSettings& settings) {
+  for (const FieldRow& row : Fields()) {
+    ForEachElement(row, [&](int i, int j) { StoreInitial(settings, row, i, j); });
+  }
+  RebuildBroadbandPresets(settings);
+  settings.broadbandParms.Fill(settings.broadbandPresets[BroadbandKind::NoiseReducer]);
+  ComputePlotGrids(settings);
+  ValidateSettings(settings);
+  ClampSettingsToLimits(settings);
+}
+
+void ValidateSettings(SystemSettings& settings) {
+  ApplyRules(settings, [](const Rule& rule) { return !FollowsLimits(rule); });
+}
+
+void ClampSettingsToLimits(SystemSettings& settings) { ApplyRules(settings, FollowsLimits); }
+
+void SettleDependents(SystemSettings& settings) {
+  ApplyRules(settings, [](const Rule& rule) { return FollowsField(rule) || FollowsLimits(rule); });
+}
+
+void MarkEdited(SystemSettings& settings) {
+  settings.stageChanged.Fill(-1);
+  settings.settingsChanged = TicksAfterEdit;
+}
+
+}  // namespace vc

@@ -1,0 +1,27 @@
+// Defaults and limits of the whole record, driven by the table of fields. Nothing here reports anything: what
+// is out of range is moved into range in silence.
+#pragma once
+
+#include "model/SystemSettings.h"
+
+namespace vc {
+
+// Every field to its default, the derived limits to their plain values (narrowest bandwidth, nothing
+// borrowed), presets and plot grids computed, ranges applied. Leaves the marks and choices of the run and
+// workingFolder alone; linkReady becomes false. Runs at start-up and at the head of every setup load.
+void InitSettings(SystemSettings& settings);
+
+// Every mask and every range that does not depend on a derived limit: after a setup file was read.
+void ValidateSettings(SystemSettings& settings);
+
+// Every range that depends on bandwidthHz, maxTaps, maxSpan or maxFilterSize: after those have changed.
+void ClampSettingsToLimits(SystemSettings& settings);
+
+// The rules between fields, after an edit of one of them: whatever depends on another field or on a limit
+// follows.
+void SettleDependents(SystemSettings& settings);
+
+// The change mark of an edit: all six elements of stageChanged -1, settingsChanged 5 ticks.
+void MarkEdited(SystemSettings& settings);
+
+}  // namespace vc
