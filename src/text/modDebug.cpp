@@ -16,7 +16,9 @@ void modDebug::DumpObjects(std::string& text) const {
   const std::string lineEnd = "\r\n";
   text.clear();
   int count = 0;
-  for (const auto& [serial, name] : objects) text += std::to_string(++count) + " " + name + lineEnd;
+  for (const auto& [serial, name] : objects) {
+    text.append(std::to_string(++count)).append(" ").append(name).append(lineEnd);
+  }
   text += "-----------------" + lineEnd;
   text += "Total: " + std::to_string(objects.size()) + lineEnd;
   text += "Max IDs: " + std::to_string(maxId) + lineEnd;

@@ -22,9 +22,10 @@ std::string ControlCore::FullName() const {
 }
 
 std::string ControlCore::AccessibleName() const {
-  const std::string own = WithoutAccessKey(caption);
-  if (frame == nullptr || frame->core.caption.empty()) return own;
-  return WithoutAccessKey(frame->core.caption) + (own.empty() ? "" : ", " + own);
+  std::string text = WithoutAccessKey(caption);
+  if (frame == nullptr || frame->core.caption.empty()) return text;
+  if (!text.empty()) text.insert(0, ", ");
+  return WithoutAccessKey(frame->core.caption) + text;
 }
 
 bool ControlCore::Usable() const { return enabled && visible && (frame == nullptr || frame->core.Usable()); }

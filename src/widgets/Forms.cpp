@@ -1,7 +1,6 @@
 #include "widgets/Forms.h"
 
 #include <algorithm>
-#include <ranges>
 
 namespace vc {
 
@@ -45,10 +44,9 @@ void Forms::UnloadAll() {
 }
 
 Form* Forms::Top() const {
-  for (const Entry& entry : std::ranges::reverse_view(open)) {
-    if (!entry.hidden) return entry.form;
-  }
-  return nullptr;
+  const auto shownOne =
+      std::find_if(open.rbegin(), open.rend(), [](const Entry& entry) { return !entry.hidden; });
+  return shownOne == open.rend() ? nullptr : shownOne->form;
 }
 
 Form* Forms::Find(std::string_view name) const {
@@ -58,11 +56,11 @@ Form* Forms::Find(std::string_view name) const {
 }
 
 bool Forms::Operable(const Form& form) const {
-  for (const Entry& entry : std::ranges::reverse_view(open)) {
-    if (entry.form == &form) return true;
-    if (entry.modality == Modality::Modal && !entry.hidden) return false;
-  }
-  return false;
+  const auto decides = [&form](const Entry& entry) {
+    return entry.form == &form || (entry.modality == Modality::Modal && !entry.hidden);
+  };
+  const auto uppermost = std::find_if(open.rbegin(), open.rend(), decides);
+  return uppermost != open.rend() && uppermost->form == &form;
 }
 
 const AnyControl* FindControl(const Form& form, std::string_view fullName) {

@@ -1,10 +1,10 @@
 // Conversions between numbers and texts.
-#include "text/Convert.h"
+#include <cmath>
+#include <limits>
 
 #include <gtest/gtest.h>
 
-#include <cmath>
-#include <limits>
+#include "text/Convert.h"
 
 namespace vc {
 namespace {

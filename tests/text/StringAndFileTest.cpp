@@ -1,8 +1,8 @@
 // Byte strings, small files and the object log.
-#include <gtest/gtest.h>
-
 #include <fstream>
 #include <sstream>
+
+#include <gtest/gtest.h>
 
 #include "TempFolder.h"
 #include "text/modDebug.h"

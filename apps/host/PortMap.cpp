@@ -1,0 +1,73 @@
+#include "host/PortMap.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <tuple>
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Splits "ttyS10" into "ttyS" and 10, so that it sorts behind "ttyS2".
+std::pair<std::string, long> NaturalKey(const std::string& name) {
+  const auto digits = name.find_last_not_of("0123456789") + 1;
+  const bool numbered = digits < name.size() && name.size() - digits < 9;
+  return {name.substr(0, digits), numbered ? std::stol(name.substr(digits)) : -1};
+}
+
+// The UART driver keeps places for ports that do not exist; their type is 0.
+bool IsPresentUart(const fs::path& entry) {
+  std::ifstream file(entry / "type");
+  int type = 0;
+  return file >> type && type != 0;
+}
+
+struct Device {
+  bool usb = false;
+  std::string socket;  // where a USB adapter sits
+  std::string name;
+  auto Key() const { return std::tuple(usb, socket, NaturalKey(name)); }
+};
+
+bool Describe(const fs::path& entry, Device& device) {
+  std::error_code error;
+  const fs::path hardware = fs::canonical(entry / "device", error);
+  if (error) return false;  // a terminal without hardware: consoles, pseudo-terminals
+  device.name = entry.filename().string();
+  const fs::path subsystem = fs::canonical(entry / "device" / "subsystem", error);
+  const std::string bus = error ? std::string{} : subsystem.filename().string();
+  device.usb = bus.starts_with("usb");
+  if (device.usb) device.socket = hardware.string();
+  return device.usb || IsPresentUart(entry);
+}
+
+}  // namespace
+
+std::string PortMap::PathOf(const std::string& portName) const {
+  constexpr std::string_view prefix = "COM";
+  if (!portName.starts_with(prefix) || portName.size() != 4 || portName[3] < '1' || portName[3] > '9')
+    return {};
+  std::error_code ignored;
+  const fs::path link = fs::path(linkFolder) / portName;
+  if (fs::is_symlink(fs::symlink_status(link, ignored))) return link.string();
+  const auto devices = Devices();
+  const auto place = static_cast<std::size_t>(portName[3] - '1');
+  return place < devices.size() ? devices[place] : std::string{};
+}
+
+std::vector<std::string> PortMap::Devices() const {
+  std::vector<Device> found;
+  std::error_code error;
+  for (const auto& entry : fs::directory_iterator(classFolder, error)) {
+    if (Device device; Describe(entry.path(), device)) found.push_back(device);
+  }
+  std::ranges::sort(found, {}, &Device::Key);
+  std::vector<std::string> paths;
+  paths.reserve(found.size());
+  for (const Device& device : found) paths.push_back((fs::path(deviceFolder) / device.name).string());
+  return paths;
+}
+
+}  // namespace host
