@@ -1,0 +1,30 @@
+// The small windows of the session: the splash of the start, and the object log.
+#pragma once
+
+#include <string>
+
+#include "text/ProgramInfo.h"
+#include "widgets/Controls.h"
+#include "widgets/Forms.h"
+
+namespace vc {
+
+struct FrmSplash {
+  Form form{"FrmSplash", ApplicationTitle};
+  Label lblTitle{form, "lblTitle", ApplicationTitle + " Master Control Program"};
+  Label lblVersion{form, "lblVersion", "Version " + VersionText()};
+};
+
+// Shows the dump of the object log until it is closed.
+struct FrmDebug {
+  explicit FrmDebug(Forms& openForms) {
+    txtInfo.readOnly = true;
+    txtInfo.multiLine = true;
+    btnOK.clicked = [this, &openForms] { openForms.Unload(form); };
+  }
+  Form form{"FrmDebug", "Object Log"};
+  TextBox txtInfo{form, "txtInfo", "Objects"};
+  Button btnOK{form, "btnOK", "OK"};
+};
+
+}  // namespace vc
