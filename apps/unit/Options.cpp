@@ -1,0 +1,129 @@
+// How the simulated unit is to behave, and the command line that says so.
+#include "unit/Options.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <iterator>
+#include <system_error>
+
+namespace unit {
+namespace {
+
+constexpr std::array bauds = {9600, 14400, 19200, 38400, 115200};
+constexpr int LastVersion = 999;
+constexpr std::uint32_t LastDelay = 600'000;
+
+// Takes the whole text as a number within the bounds; false leaves the target as it was.
+template <typename Number>
+bool Take(std::string_view text, Number low, Number high, Number& target) {
+  Number value{};
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+  // Written so that "nan" is refused as well.
+  if (error != std::errc() || end != text.data() + text.size() || !(value >= low && value <= high))
+    return false;
+  target = value;
+  return true;
+}
+
+bool TakeText(std::string_view text, std::string& target) {
+  target = text;
+  return !text.empty();
+}
+
+bool TakeBaud(Options& options, std::string_view text) {
+  return Take(text, bauds.front(), bauds.back(), options.baud) &&
+         std::find(bauds.begin(), bauds.end(), options.baud) != bauds.end();
+}
+
+bool TakeDelay(Options& options, std::string_view text) {
+  std::uint32_t milliseconds = 0;
+  if (!Take(text, 0U, LastDelay, milliseconds)) return false;
+  options.delayMicroseconds = std::int64_t{milliseconds} * 1000;
+  return true;
+}
+
+bool TakeSilentAfter(Options& options, std::string_view text) {
+  return Take(text, 0U, UINT32_MAX, options.silentAfter.emplace());
+}
+
+constexpr std::string_view Version = "a whole number from 0 to 999";
+constexpr std::string_view Probability = "a number from 0 to 1";
+
+struct Row {
+  std::string_view name;
+  std::string_view value;  // its name in the usage; empty for a flag
+  std::string_view wants;  // what a good value is
+  bool (*take)(Options& options, std::string_view text);
+  std::string_view help;
+};
+
+constexpr Row rows[] = {
+    {"--link", "PATH", "a path", [](Options& o, std::string_view t) { return TakeText(t, o.link); },
+     "make the line's symbolic link at PATH (needed)"},
+    {"--baud", "RATE", "9600, 14400, 19200, 38400 or 115200", TakeBaud, "rate of the unit's line, 115200"},
+    {"--pace", "", "", [](Options& o, std::string_view) { return o.pace = true; },
+     "answer at the true speed of the line"},
+    {"--boot", "N", Version,
+     [](Options& o, std::string_view t) { return Take(t, 0, LastVersion, o.bootHundredths); },
+     "boot ROM version in hundredths, 401"},
+    {"--firmware", "N", Version,
+     [](Options& o, std::string_view t) { return Take(t, 0, LastVersion, o.firmwareHundredths); },
+     "firmware version in hundredths, 402"},
+    {"--option", "", "", [](Options& o, std::string_view) { return o.option = true; },
+     "set the option flag of the status"},
+    {"--trace", "FILE", "a path", [](Options& o, std::string_view t) { return TakeText(t, o.trace); },
+     "write what happens on the line to FILE"},
+    {"--seed", "N", "a whole number",
+     [](Options& o, std::string_view t) { return Take(t, std::uint64_t{0}, UINT64_MAX, o.seed); },
+     "seed of all faults, 1"},
+    {"--lose", "P", Probability,
+     [](Options& o, std::string_view t) { return Take(t, 0.0, 1.0, o.faults.lose); },
+     "probability that a byte is lost"},
+    {"--corrupt", "P", Probability,
+     [](Options& o, std::string_view t) { return Take(t, 0.0, 1.0, o.faults.corrupt); },
+     "probability that a byte is changed"},
+    {"--double", "P", Probability,
+     [](Options& o, std::string_view t) { return Take(t, 0.0, 1.0, o.faults.twice); },
+     "probability that a byte comes twice"},
+    {"--refuse", "P", Probability, [](Options& o, std::string_view t) { return Take(t, 0.0, 1.0, o.refuse); },
+     "probability that a frame gets a complaint"},
+    {"--delay", "MS", "a whole number from 0 to 600000", TakeDelay, "milliseconds before each reply"},
+    {"--silent-after", "N", "a whole number from 0 to 4294967295", TakeSilentAfter,
+     "fall silent after N answered frames"},
+    {"--help", "", "", [](Options& o, std::string_view) { return o.help = true; }, "show this text"},
+};
+
+std::string Wrong(const Row& row) { return std::string(row.name) + " needs " + std::string(row.wants); }
+
+}  // namespace
+
+std::variant<Options, std::string> ParseOptions(std::span<const std::string_view> arguments) {
+  Options options;
+  for (auto argument = arguments.begin(); argument != arguments.end(); ++argument) {
+    const auto* const row = std::find_if(std::begin(rows), std::end(rows),
+                                         [&](const Row& candidate) { return candidate.name == *argument; });
+    if (row == std::end(rows)) return "unknown option " + std::string(*argument);
+    std::string_view value;
+    if (!row->value.empty()) {
+      if (++argument == arguments.end()) return Wrong(*row);
+      value = *argument;
+    }
+    if (!row->take(options, value)) return Wrong(*row) + ", not \"" + std::string(value) + "\"";
+  }
+  if (options.link.empty() && !options.help) return std::string("--link PATH is needed");
+  return options;
+}
+
+std::string Usage() {
+  constexpr std::size_t column = 20;
+  std::string text = "usage: veltrana-unit --link PATH [option]...\n";
+  for (const Row& row : rows) {
+    std::string line = "  " + std::string(row.name) + ' ' + std::string(row.value);
+    line.resize(column + 2, ' ');
+    text += line + std::string(row.help) + '\n';
+  }
+  return text;
+}
+
+}  // namespace unit

@@ -1,0 +1,40 @@
+// How the simulated unit is to behave, and the command line that says so.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+
+#include "unit/Faults.h"
+
+namespace unit {
+
+struct Options {
+  std::string link;   // where the line's symbolic link stands
+  std::string trace;  // file for the trace, empty for none
+  bool help = false;
+
+  int baud = 115200;             // 9600, 14400, 19200, 38400 or 115200
+  int bootHundredths = 401;      // 0..999
+  int firmwareHundredths = 402;  // 0..999
+  bool option = false;           // the option flag of the status
+  bool pace = false;             // bytes take their time on the line
+
+  std::uint64_t seed = 1;
+  ByteFaultChances faults;
+  double refuse = 0.0;                       // probability per frame, 0..1
+  std::int64_t delayMicroseconds = 0;        // before each reply
+  std::optional<std::uint32_t> silentAfter;  // answered frames, after which the unit is dead
+};
+
+// The options, or one line that says what is wrong. `arguments` are those after the program's name.
+// A line without --link is wrong unless it asks for help.
+std::variant<Options, std::string> ParseOptions(std::span<const std::string_view> arguments);
+
+// The usage text for --help, ended by a line feed.
+std::string Usage();
+
+}  // namespace unit

@@ -1,0 +1,188 @@
+// The simulated unit: bytes in, bytes out, in its caller's time. It knows no clock and no file descriptor.
+#include "unit/Unit.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "unit/Replies.h"
+#include "unit/Status.h"
+
+namespace unit {
+namespace {
+
+constexpr int BitsPerCharacter = 10;
+constexpr std::size_t NoiseBeforeComplaint = 7;  // as many characters as a short frame has
+constexpr std::size_t GarbledComplaint = 3;
+
+std::int64_t CharactersTime(std::size_t count, int baud) {
+  return static_cast<std::int64_t>(count) * BitsPerCharacter * 1'000'000 / baud;
+}
+
+std::int64_t GapLimit(int baud) { return 50'000 + CharactersTime(10, baud); }
+
+// Characters with the top bit set can't be taken for a token, whatever stands beside them.
+std::uint8_t Garbage(Dice& dice) { return static_cast<std::uint8_t>(0x80 + dice.Below(0x80)); }
+
+std::string VersionText(int hundredths) {
+  const std::string digits = std::to_string(1000 + hundredths);
+  return digits.substr(1, 1) + '.' + digits.substr(2);
+}
+
+}  // namespace
+
+Unit::Unit(const Options& options)
+    : option(options.option),
+      options_(options),
+      parser_(GapLimit(options.baud)),
+      fromHost_(options.faults, Dice(options.seed, Dice::FromHost)),
+      toHost_(options.faults, Dice(options.seed, Dice::ToHost)),
+      refusals_(options.seed, Dice::Refusals),
+      lineNoise_(options.seed, Dice::LineNoise) {}
+
+void Unit::Receive(std::span<const std::uint8_t> bytes, std::int64_t now, int lineRate) {
+  const std::int64_t start = std::max(now, inputBusyUntil_);
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    incoming_.push_back({start + LineTime(i + 1), bytes[i], lineRate == options_.baud});
+  }
+  inputBusyUntil_ = start + LineTime(bytes.size());
+  HearUntil(now);
+}
+
+Bytes Unit::Transmit(std::int64_t now) {
+  HearUntil(now);
+  Bytes out;
+  while (!replies_.empty()) {
+    Reply& reply = replies_.front();
+    while (reply.sent < reply.bytes.size() && ByteTime(reply) <= now)
+      out.push_back(reply.bytes[reply.sent++]);
+    if (reply.sent < reply.bytes.size() || reply.due > now) break;
+    Trace(Direction::Unit, reply.due + LineTime(reply.sent), reply.bytes, reply.meaning);
+    replies_.pop_front();
+  }
+  return out;
+}
+
+std::optional<std::int64_t> Unit::NextEvent() const {
+  std::optional<std::int64_t> next;
+  if (!incoming_.empty()) next = incoming_.front().time;
+  if (!replies_.empty()) next = std::min(ByteTime(replies_.front()), next.value_or(INT64_MAX));
+  return next;
+}
+
+void Unit::LineClosed() {
+  incoming_.clear();
+  replies_.clear();
+  noise_.clear();
+  parser_.Reset();
+  inputBusyUntil_ = 0;
+  outputBusyUntil_ = 0;
+}
+
+void Unit::HearUntil(std::int64_t now) {
+  while (!incoming_.empty() && incoming_.front().time <= now) {
+    const Incoming next = incoming_.front();
+    incoming_.pop_front();
+    if (!next.intelligible) {
+      HearNoise(next.time);
+      continue;
+    }
+    for (const std::uint8_t byte : fromHost_.Pass(next.byte)) {
+      if (const auto frame = parser_.Feed(byte, next.time)) React(*frame, next.time);
+    }
+  }
+}
+
+void Unit::HearNoise(std::int64_t time) {
+  parser_.Reset();
+  if (time - lastNoise_ > GapLimit(options_.baud)) noise_.clear();
+  lastNoise_ = time;
+  noise_.push_back(Garbage(lineNoise_));
+  if (noise_.size() < NoiseBeforeComplaint) return;
+  Trace(Direction::Host, time, noise_, "noise, the line is at another rate");
+  noise_.clear();
+  if (Dead()) return;
+  Bytes garbage;
+  for (std::size_t i = 0; i < GarbledComplaint; ++i) garbage.push_back(Garbage(lineNoise_));
+  Queue(std::move(garbage), time, "complaint at another rate than the line's");
+}
+
+void Unit::React(const Frame& frame, std::int64_t time) {
+  if (trace) Trace(Direction::Host, time, frame.bytes, MeaningOf(frame) + (Dead() ? ", ignored" : ""));
+  const bool isFrame = frame.kind == Frame::Kind::Command || frame.kind == Frame::Kind::Packet;
+  if (!isFrame || Dead()) return;
+  if (!frame.checksumGood) {
+    ++answered_;
+    Say(Complaint(0), time, "complaint about the checksum");
+    return;
+  }
+  Execute(frame, time);
+}
+
+void Unit::Execute(const Frame& frame, std::int64_t time) {
+  Answer answer = Answer::Acknowledge;
+  if (frame.kind == Frame::Kind::Command) {
+    const Command* const command = FindCommand(frame.number);
+    if (command == nullptr || !AcceptsArgument(*command, frame.argument)) return;
+    answer = command->answer;
+  }
+  ++answered_;
+  if (refusals_.Chance(options_.refuse)) {
+    Say(Complaint(static_cast<int>(refusals_.Below(3))), time, "complaint");
+    return;
+  }
+  registers_.Store(frame);
+  AnswerRequest(answer, time);
+}
+
+void Unit::AnswerRequest(Answer answer, std::int64_t time) {
+  const int boot = options_.bootHundredths;
+  const int firmware = options_.firmwareHundredths;
+  const auto status = [&] { return MeasureStatus(time, registers_, option); };
+  switch (answer) {
+    case Answer::Version:
+      Say(VersionReply(boot, firmware), time,
+          "boot ROM " + VersionText(boot) + ", firmware " + VersionText(firmware));
+      break;
+    case Answer::MainStatus:
+      Say(MainStatusReply(status()), time, "main status");
+      break;
+    case Answer::EqualizerStatus:
+      Say(EqualizerStatusReply(status()), time, "equalizer status");
+      break;
+    case Answer::Acknowledge:
+      Say(Acknowledgement(), time, "acknowledged");
+      break;
+  }
+}
+
+void Unit::Say(const Bytes& bytes, std::int64_t time, std::string meaning) {
+  Bytes onLine;
+  for (const std::uint8_t byte : bytes) {
+    const Bytes passed = toHost_.Pass(byte);
+    onLine.insert(onLine.end(), passed.begin(), passed.end());
+  }
+  Queue(std::move(onLine), time, std::move(meaning));
+}
+
+void Unit::Queue(Bytes bytes, std::int64_t time, std::string meaning) {
+  const std::int64_t due = std::max(time + options_.delayMicroseconds, outputBusyUntil_);
+  outputBusyUntil_ = due + LineTime(bytes.size());
+  replies_.push_back({due, std::move(bytes), std::move(meaning)});
+}
+
+// How long the line is busy with so many characters; no time at all when the line isn't paced.
+std::int64_t Unit::LineTime(std::size_t characters) const {
+  return options_.pace ? CharactersTime(characters, options_.baud) : 0;
+}
+
+// When the next byte of the reply has come through; of a reply that was lost as a whole, its beginning.
+std::int64_t Unit::ByteTime(const Reply& reply) const {
+  return reply.bytes.empty() ? reply.due : reply.due + LineTime(reply.sent + 1);
+}
+
+void Unit::Trace(Direction direction, std::int64_t time, const Bytes& bytes,
+                 const std::string& meaning) const {
+  if (trace) trace({time, direction, bytes, meaning});
+}
+
+}  // namespace unit

@@ -1,0 +1,112 @@
+// The simulated unit as a program: a serial line under a path, and a unit that answers on it.
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <fstream>
+#include <iostream>
+
+#include <poll.h>
+#include <signal.h>  // NOLINT(modernize-deprecated-headers): sigset_t and sigprocmask are of the system's header
+#include <sys/signalfd.h>
+
+#include "unit/Options.h"
+#include "unit/PtyLine.h"
+#include "unit/Unit.h"
+
+namespace {
+
+constexpr int EnvironmentFault = 1;
+constexpr int UsageFault = 2;
+
+class Stopwatch {
+ public:
+  std::int64_t Microseconds() const {
+    return std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - start_).count();
+  }
+
+ private:
+  using Clock = std::chrono::steady_clock;
+  Clock::time_point start_ = Clock::now();
+};
+
+int Complain(const std::string& text, int code) {
+  std::cerr << "veltrana-unit: " << text << '\n';
+  return code;
+}
+
+// A descriptor that becomes readable when the program is asked to end.
+int EndRequests() {
+  sigset_t signals;
+  sigemptyset(&signals);
+  for (const int number : {SIGTERM, SIGINT, SIGHUP}) sigaddset(&signals, number);
+  sigprocmask(SIG_BLOCK, &signals, nullptr);
+  return signalfd(-1, &signals, SFD_CLOEXEC);
+}
+
+void Exchange(unit::PtyLine& line, unit::Unit& unit, const Stopwatch& watch) {
+  using Host = unit::PtyLine::Host;
+  const unit::PtyLine::Input input = line.Read();
+  const auto dropSession = [&] {
+    unit.LineClosed();
+    line.DiscardSent();
+  };
+  if (input.host == Host::ClosedAndOpened) dropSession();
+  unit.Receive(input.bytes, watch.Microseconds(), input.rate);
+  if (input.host == Host::Closed) dropSession();
+}
+
+// The time until the event for ppoll(); nullptr waits without an end.
+const timespec* TimeUntil(const std::optional<std::int64_t>& event, std::int64_t now, timespec& left) {
+  if (!event) return nullptr;
+  const std::int64_t microseconds = std::max<std::int64_t>(*event - now, 0);
+  left = {.tv_sec = microseconds / 1'000'000, .tv_nsec = microseconds % 1'000'000 * 1000};
+  return &left;
+}
+
+// Serves the line until the program is asked to end.
+int Serve(unit::PtyLine& line, unit::Unit& unit, int endRequests) {
+  const Stopwatch watch;
+  std::array<pollfd, 3> waits{
+      {{endRequests, POLLIN, 0}, {line.master(), POLLIN, 0}, {line.watch(), POLLIN, 0}}};
+  while (true) {
+    timespec left{};
+    const int ready =
+        ppoll(waits.data(), waits.size(), TimeUntil(unit.NextEvent(), watch.Microseconds(), left), nullptr);
+    if (ready < 0 && errno != EINTR) return Complain("the line can't be watched", EnvironmentFault);
+    if (ready > 0 && waits[0].revents != 0) return 0;
+    if (ready > 0) Exchange(line, unit, watch);
+    line.Write(unit.Transmit(watch.Microseconds()));
+  }
+}
+
+int Run(const unit::Options& options) {
+  unit::Unit unit(options);
+  std::ofstream trace;
+  if (!options.trace.empty()) {
+    trace.open(options.trace);
+    if (!trace) return Complain(options.trace + ": can't be written", EnvironmentFault);
+    unit.trace = [&trace](const unit::TraceEvent& event) { trace << TraceLine(event) << std::endl; };
+  }
+  const int endRequests = EndRequests();
+  unit::PtyLine line;
+  const std::string failure = line.Open(options.link);
+  if (!failure.empty()) return Complain(failure, EnvironmentFault);
+  std::cout << "veltrana-unit: " << options.link << " (" << line.device() << ") at " << options.baud
+            << " baud" << std::endl;
+  return Serve(line, unit, endRequests);
+}
+
+}  // namespace
+
+int main(int count, char** values) {
+  const std::vector<std::string_view> arguments(values + 1, values + count);
+  const auto parsed = unit::ParseOptions(arguments);
+  if (const auto* const wrong = std::get_if<std::string>(&parsed)) return Complain(*wrong, UsageFault);
+  const auto& options = std::get<unit::Options>(parsed);
+  if (options.help) {
+    std::cout << unit::Usage();
+    return 0;
+  }
+  return Run(options);
+}
