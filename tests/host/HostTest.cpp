@@ -1,0 +1,120 @@
+// Port names, folders and timers.
+#include <filesystem>
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+#include "Pty.h"
+#include "TempFolder.h"
+#include "VirtualClock.h"
+#include "host/Folders.h"
+#include "host/PosixSerialPorts.h"
+#include "host/TimerLoop.h"
+
+namespace host {
+namespace {
+
+namespace fs = std::filesystem;
+
+// A machine's terminals as the system tells of them.
+struct Machine {
+  support::TempFolder folder;
+  fs::path root = folder.Path();
+  PortMap map{(root / "ports").string(), (root / "class").string(), "/dev"};
+
+  Machine() {
+    fs::create_directories(root / "ports");
+    fs::create_directories(root / "class");
+    for (const char* bus : {"pnp", "usb-serial"}) fs::create_directories(root / "bus" / bus);
+  }
+  void Add(const std::string& name, const std::string& hardware, const std::string& bus, int type = -1) {
+    const fs::path device = root / "devices" / hardware;
+    fs::create_directories(device);
+    if (!fs::exists(device / "subsystem")) fs::create_symlink(root / "bus" / bus, device / "subsystem");
+    const fs::path entry = root / "class" / name;
+    fs::create_directories(entry);
+    if (!hardware.empty()) fs::create_symlink(device, entry / "device");
+    if (type >= 0) std::ofstream(entry / "type") << type << '\n';
+  }
+};
+
+TEST(PortMap, TakesPresentUartsThenUsbBySocket) {
+  Machine machine;
+  machine.Add("ttyUSB0", "pci/usb1/1-4", "usb-serial");
+  machine.Add("ttyUSB1", "pci/usb1/1-2", "usb-serial");
+  machine.Add("ttyS10", "pnp/a", "pnp", 4);
+  machine.Add("ttyS2", "pnp/b", "pnp", 4);
+  machine.Add("ttyS0", "pnp/c", "pnp", 0);  // a place without a port
+  fs::create_directories(machine.root / "class" / "tty1");
+  const std::vector<std::string> expected{"/dev/ttyS2", "/dev/ttyS10", "/dev/ttyUSB1", "/dev/ttyUSB0"};
+  EXPECT_EQ(machine.map.Devices(), expected);
+  EXPECT_EQ(machine.map.PathOf("COM3"), "/dev/ttyUSB1");
+  EXPECT_EQ(machine.map.PathOf("COM5"), "");
+  for (const char* bad : {"", "COM", "COM0", "COM10", "LPT1", "COMA"})
+    EXPECT_EQ(machine.map.PathOf(bad), "") << bad;
+}
+
+TEST(PortMap, LinkBesideTheProgramWins) {
+  Machine machine;
+  machine.Add("ttyS2", "pnp/b", "pnp", 4);
+  const support::Pty pty;
+  fs::create_symlink(pty.Path(), machine.root / "ports" / "COM1");
+  PosixSerialPorts ports(machine.map);
+  std::string reason;
+  EXPECT_TRUE(ports.Open("COM1", reason)) << reason;
+  EXPECT_FALSE(ports.Open("COM2", reason));
+  EXPECT_EQ(reason, "COM2: this machine has no such serial port");
+  // A link whose unit has gone does not fall back to another device.
+  fs::create_symlink(machine.root / "nowhere", machine.root / "ports" / "COM2");
+  EXPECT_FALSE(ports.Open("COM2", reason));
+  EXPECT_EQ(reason, "COM2: " + (machine.root / "ports" / "COM2").string() + " is not there");
+}
+
+TEST(Folders, UnwritableFolderGivesWayToTheUsersOwn) {
+  const support::TempFolder folder;
+  const std::string own = folder.Path() + "/a/b";
+  EXPECT_EQ(ChooseWritable(folder.Path(), own), folder.Path());
+  EXPECT_EQ(ChooseWritable(folder.Path() + "/missing", own), own);
+  EXPECT_TRUE(fs::is_directory(own));
+}
+
+TEST(TimerLoop, TicksAtItsPaceAndMissesInsteadOfBursting) {
+  support::VirtualClock clock;
+  TimerLoop loop(clock);
+  int fast = 0;
+  int slow = 0;
+  const auto first = loop.CreateTimer(50, [&] { ++fast; });
+  const auto second = loop.CreateTimer(100, [&] { ++slow; });
+  first->SetEnabled(true);
+  second->SetEnabled(true);
+  loop.RunFor(1000);
+  EXPECT_EQ(fast, 20);
+  EXPECT_EQ(slow, 10);
+  clock.Sleep(5000000);
+  loop.RunFor(10);
+  EXPECT_EQ(fast, 21);
+  second->SetEnabled(false);
+  loop.RunFor(1000);
+  EXPECT_EQ(slow, 11);
+}
+
+TEST(TimerLoop, TimersMayStopThemselvesAndDie) {
+  support::VirtualClock clock;
+  TimerLoop loop(clock);
+  int ticks = 0;
+  std::unique_ptr<vc::Timer> dying;
+  dying = loop.CreateTimer(10, [&] {
+    ++ticks;
+    dying.reset();
+  });
+  dying->SetEnabled(true);
+  std::unique_ptr<vc::Timer> ending;
+  ending = loop.CreateTimer(30, [&] { loop.RequestEnd(); });
+  ending->SetEnabled(true);
+  loop.RunFor(1000);
+  EXPECT_EQ(ticks, 1);
+  EXPECT_EQ(clock.Microseconds(), 1000000 + 30000);
+}
+
+}  // namespace
+}  // namespace host

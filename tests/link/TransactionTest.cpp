@@ -1,0 +1,168 @@
+// Blocking transactions: the retry law, its pauses and how a failure becomes a closed port and a message.
+#include <gtest/gtest.h>
+
+#include "LinkFixture.h"
+
+namespace vc {
+namespace {
+
+using support::Hex;
+
+struct Transactions : support::LinkFixture {
+  const std::vector<std::uint8_t> payload{1, 2, 3};
+  // 115200 baud: an attempt that meets silence costs two seconds and the rate's extra.
+  static constexpr double SilentAttempt = 2.45;
+};
+
+TEST_F(Transactions, PacketIsAcknowledgedAtOnce) {
+  OpenLink();
+  unit.script = {{"!OK"}};
+  EXPECT_TRUE(device.SendDataPacket(payload, 300, 5, false));
+  ASSERT_EQ(unit.sent.size(), 1U);
+  EXPECT_EQ(Hex({unit.sent[0].bytes.begin(), unit.sent[0].bytes.begin() + 7}), "3F 4C 50 FF 01 02 03");
+  EXPECT_EQ(device.CommRetryCount, 0);
+}
+
+TEST_F(Transactions, PacketPausesAfterAComplaintAndOnlyThen) {
+  struct Case {
+    const char* reply;
+    double seconds;  // until the second sending
+  };
+  for (const Case& c : {Case{"!RT", 2.5}, Case{"xRT", 2.5}, Case{"!T.", 2.5}, Case{"!R.", 2.5},
+                        Case{"NAK", 0.0}, Case{"x!OK", 0.0}}) {
+    SCOPED_TRACE(c.reply);
+    OpenLink();
+    unit.script = {{c.reply}, {"!OK"}};
+    EXPECT_TRUE(device.SendDataPacket(payload, 0, 5, false));
+    ASSERT_EQ(unit.sent.size(), 2U);
+    EXPECT_NEAR(static_cast<double>(unit.sent[1].time - unit.sent[0].time) / 1e6, c.seconds, 0.02);
+    EXPECT_EQ(device.CommRetryCount, 1);
+  }
+}
+
+TEST_F(Transactions, CommandNeverPausesForAComplaint) {
+  OpenLink();
+  unit.script = {{"xRT"}, {"!RT"}, {"!OK"}};
+  EXPECT_LT(SecondsFor([&] { EXPECT_FALSE(device.IssueCommand(0x156, 0x2FFFF, 2)); }), 0.02);
+  ASSERT_EQ(unit.sent.size(), 3U);
+  EXPECT_EQ(Hex(unit.sent[2].bytes), "3F 4D 50 56 FF FF AC");  // masked to 8 and 16 bits
+}
+
+TEST_F(Transactions, PacketGivesUpWithoutABox) {
+  OpenLink();
+  const double seconds = SecondsFor([&] { EXPECT_FALSE(device.SendDataPacket(payload, 0, 5, false)); });
+  EXPECT_NEAR(seconds, 5 * SilentAttempt, 0.1);
+  EXPECT_EQ(unit.sent.size(), 5U);
+  EXPECT_TRUE(test.desk.boxes.empty());
+  EXPECT_FALSE(device.comm.CommPortOpen);
+  EXPECT_FALSE(test.ports.state.open);
+  EXPECT_FALSE(test.ports.state.config.dtr);
+  EXPECT_EQ(State(), "2");
+  EXPECT_EQ(session.master.mnuConnect.Checked(), false);
+  EXPECT_EQ(session.master.mnuDisconnect.Checked(), true);
+}
+
+TEST_F(Transactions, CommandGivesUpWithItsNumberInTheBox) {
+  OpenLink();
+  const double seconds = SecondsFor([&] { device.IssueCommand(0xFE, 0, 60); });
+  EXPECT_NEAR(seconds, 5 * 60.45, 0.1);
+  EXPECT_EQ(OnlyBox(),
+            "48|Veltrana Communications Failure|Communications have failed with Veltrana on port COM1 while "
+            "issuing "
+            "Command #254.  Please check all settings and connections, then attempt reconnect.");
+  EXPECT_EQ(State(), "2");
+  EXPECT_FALSE(device.comm.CommPortOpen);
+}
+
+TEST_F(Transactions, ClosedPortLetsEverythingThroughInSilence) {
+  EXPECT_FALSE(device.IssueCommand(128, 0, 2));
+  EXPECT_FALSE(device.SendDataPacket(payload, 0, 5, true));
+  device.RequestBargraphData();
+  int firmware = 7;
+  int bootRom = 7;
+  EXPECT_FALSE(device.RequestVersion(firmware, bootRom));
+  EXPECT_EQ(firmware, 7);
+  EXPECT_TRUE(unit.sent.empty());
+  EXPECT_TRUE(test.desk.boxes.empty());
+}
+
+TEST_F(Transactions, Command128AloneConfirmsTheConnection) {
+  OpenLink();
+  session.periodic.connectionState = "2";
+  unit.script = {{"!OK"}, {"!OK"}};
+  EXPECT_FALSE(device.IssueCommand(127, 0, 2));
+  EXPECT_EQ(State(), "2");
+  EXPECT_TRUE(device.IssueCommand(0x80, 3, 2));
+  EXPECT_EQ(State(), "1");
+}
+
+TEST_F(Transactions, EveryByteRestartsTheTimeout) {
+  OpenLink();
+  // Two seconds between bytes stay just below the limit; the third comes after six.
+  unit.script = {{"!OK", 2000000, 2000000}};
+  EXPECT_NEAR(SecondsFor([&] { EXPECT_TRUE(device.SendDataPacket(payload, 0, 5, false)); }), 6.0, 0.05);
+  EXPECT_EQ(unit.sent.size(), 1U);
+
+  // A byte that comes later than that falls into the next attempt, and spoils it.
+  unit.sent.clear();
+  unit.script = {{"!OK", 0, 2600000}, {"!OK", 200000}, {"!OK"}};
+  EXPECT_TRUE(device.SendDataPacket(payload, 0, 5, false));
+  EXPECT_EQ(unit.sent.size(), 3U);
+}
+
+TEST_F(Transactions, LongerReplyCannotMatchPastItsLength) {
+  OpenLink();
+  unit.script = {{".!OK"}, {"!OKAY and more"}};
+  EXPECT_TRUE(device.SendDataPacket(payload, 0, 2, false));
+  unit.script = {{"!OK"}};
+  EXPECT_TRUE(device.SendDataPacket(payload, 0, 1, false));  // nothing was left over
+}
+
+TEST_F(Transactions, LineErrorsCostAPauseAndNoAttempt) {
+  OpenLink();
+  unit.script = {{"!OK"}};
+  test.ports.state.framingErrors = true;
+  EXPECT_NEAR(SecondsFor([&] { EXPECT_TRUE(device.SendDataPacket(payload, 0, 5, false)); }), 0.10, 0.02);
+  EXPECT_EQ(unit.sent.size(), 1U);
+}
+
+TEST_F(Transactions, SlowRatesWaitLonger) {
+  struct Case {
+    std::int16_t baudIndex, extra;
+    std::uint32_t baud;
+  };
+  for (const Case& c : {Case{0, 135, 9600}, Case{1, 50, 14400}, Case{2, 45, 19200}, Case{3, 45, 38400},
+                        Case{4, 45, 115200}, Case{7, 45, 115200}, Case{-1, 45, 115200}}) {
+    session.settings.baudIndex = c.baudIndex;
+    OpenLink();
+    EXPECT_EQ(device.BaudTimeoutExtra, c.extra);
+    EXPECT_EQ(test.ports.state.config.baud, c.baud);
+    EXPECT_NEAR(SecondsFor([&] { EXPECT_FALSE(device.SendDataPacket(payload, 0, 1, false)); }),
+                2.0 + c.extra / 100.0, 0.02);
+  }
+  EXPECT_EQ(session.settings.baudIndex, 4);  // what was no rate has been corrected
+}
+
+TEST_F(Transactions, PendingPollIsDrainedFirst) {
+  OpenLink();
+  unit.script = {{support::MainStatusReply(), 300000}, {"!OK"}};
+  device.RequestBargraphData();
+  EXPECT_EQ(device.ReplyTicksLeft, 20);
+  device.IssueCommand(5, 1, 2);
+  ASSERT_EQ(unit.sent.size(), 2U);
+  EXPECT_NEAR(static_cast<double>(unit.sent[1].time - unit.sent[0].time) / 1e6, 0.30, 0.02);
+  EXPECT_EQ(device.ReplyTicksLeft, 0);
+  EXPECT_EQ(device.ReplyBytesExpected, 0);
+  EXPECT_TRUE(device.comm.CommPortOpen);
+}
+
+TEST_F(Transactions, RetryCountStaysInFourteenBits) {
+  OpenLink();
+  device.CommRetryCount = 0x3FFF;
+  unit.script = {{"bad"}, {"!OK"}};
+  EXPECT_TRUE(device.SendDataPacket(payload, 0, 5, false));
+  EXPECT_EQ(device.CommRetryCount, 0);
+}
+
+}  // namespace
+}  // namespace vc

@@ -1,0 +1,98 @@
+// What goes over the wire and what the numbers in the replies mean.
+#include <gtest/gtest.h>
+
+#include "ScriptedUnit.h"
+#include "link/Frames.h"
+#include "link/Status.h"
+#include "text/Convert.h"
+
+namespace vc {
+namespace {
+
+using support::Hex;
+
+template <std::size_t Size>
+std::string HexOf(const std::array<std::uint8_t, Size>& frame) {
+  return Hex({frame.begin(), frame.end()});
+}
+
+TEST(CommandFrame, ByteForByte) {
+  struct Case {
+    int code, argument;
+    const char* frame;
+  };
+  for (const Case& c : {Case{0xE8, 0, "3F 4D 50 E8 00 00 18"}, Case{0x82, 0, "3F 4D 50 82 00 00 7E"},
+                        Case{0xEA, 0, "3F 4D 50 EA 00 00 16"}, Case{0xA1, 0, "3F 4D 50 A1 00 00 5F"},
+                        Case{0, 0, "3F 4D 50 00 00 00 00"}, Case{0xFF, 0xFFFF, "3F 4D 50 FF FF FF 03"},
+                        Case{1, 0x1234, "3F 4D 50 01 34 12 B9"}}) {
+    EXPECT_EQ(
+        HexOf(MakeCommandFrame(static_cast<std::uint8_t>(c.code), static_cast<std::uint16_t>(c.argument))),
+        c.frame);
+  }
+}
+
+TEST(PacketFrame, ClampsItsNumberAndFillsItsPayload) {
+  const std::uint8_t content[] = {1, 2, 3};
+  const PacketFrame high = MakePacketFrame(300, content);
+  EXPECT_EQ(high[3], 255);
+  EXPECT_EQ(high[52], static_cast<std::uint8_t>(-(255 + 6)));
+  EXPECT_EQ(MakePacketFrame(-7, content)[3], 0);
+  EXPECT_EQ(Hex({high.begin(), high.begin() + 8}), "3F 4C 50 FF 01 02 03 00");
+  const std::vector<std::uint8_t> tooLong(60, 9);
+  const PacketFrame cut = MakePacketFrame(0, tooLong);
+  EXPECT_EQ(cut[51], 9);
+  EXPECT_EQ(cut[52], static_cast<std::uint8_t>(-(48 * 9)));
+}
+
+TEST(Complaints, AreFoundAnywhereInTheReply) {
+  for (const char* reply : {"!RT", "xRT", "!T\0", "x!R", "!R?"}) EXPECT_TRUE(IsComplaint(reply)) << reply;
+  for (const char* reply : {"", "!OK", "R-T", "TR!"}) EXPECT_FALSE(IsComplaint(reply)) << reply;
+}
+
+TEST(LevelScale, FromLevelToBar) {
+  EXPECT_DOUBLE_EQ(LevelToDb(20675, true), 0.0);
+  EXPECT_NEAR(LevelToDb(32767, true), 4.0, 0.0005);
+  EXPECT_NEAR(LevelToDb(0, true), -86.309, 0.001);
+  EXPECT_EQ(LevelToDb(20675, false), LevelToDb(1, true));
+  struct Case {
+    double decibels;
+    int bar;  // (step - 1) * 100 / 42
+  };
+  for (const Case& c :
+       {Case{9.0, 100}, Case{3.6, 100}, Case{3.59, 98}, Case{3.4, 98}, Case{3.39, 95}, Case{3.2, 95},
+        Case{3.19, 90}, Case{0.0, 83}, Case{-18.0, 40}, Case{-18.01, 43}, Case{-30.0, 29}, Case{-30.01, 29},
+        Case{-66.0, 0}, Case{-66.01, -2}, Case{-86.3, -2}}) {
+    EXPECT_EQ(DbToBarPosition(c.decibels), c.bar) << c.decibels;
+  }
+}
+
+TEST(StatusReply, FieldByField) {
+  std::string reply = support::MainStatusReply({1, 0x7FFF, 0xFF34, 4, 0x8000, 6}, 0x8200, 0xC001);
+  for (int i = 0; i < 16; ++i) reply[static_cast<std::size_t>(19 + i)] = static_cast<char>(0xF0 + i);
+  for (int i = 0; i < 10; ++i) reply[static_cast<std::size_t>(35 + i)] = static_cast<char>(0xA0 + i);
+  UnitStatus status;
+  DecodeLevels(status, reply);
+  DecodeUnitStatus(status, reply);
+  DecodeUnitMode(status, reply);
+  DecodeStages(status, reply);
+  EXPECT_EQ(status.levelInLeft, 1);
+  EXPECT_EQ(status.levelInRight, 0x7FFF);
+  EXPECT_EQ(status.levelMidLeft, 0x7F34);  // the top bit is dropped
+  EXPECT_EQ(status.levelMidRight, 4);
+  EXPECT_EQ(status.levelOutLeft, 0);
+  EXPECT_EQ(status.levelOutRight, 6);
+  EXPECT_EQ(status.unitStatus, 0x8200);
+  EXPECT_TRUE(status.unitOption);
+  EXPECT_EQ(status.unitMode / 16384, 3);
+  EXPECT_EQ(status.stageStatus[0], 0xF1F0);
+  EXPECT_EQ(status.stageStatus[7], 0xFFFE);
+  const std::array<std::int16_t, 10> swapped{1, 0, 3, 2, 5, 4, 7, 6, 9, 8};
+  EXPECT_EQ(status.stageNibble, swapped);
+  DecodeEqualizerStages(status, std::string("!EG\x34\xF2\x78\x56", 7));
+  EXPECT_EQ(status.stageStatus[8], 0xF234);
+  EXPECT_EQ(status.stageStatus[9], 0x5678);
+  EXPECT_THROW(DecodeStages(status, "!MG short"), Fault);
+}
+
+}  // namespace
+}  // namespace vc

@@ -1,0 +1,246 @@
+// Start, run and exit of a session against a scripted unit.
+#include <fstream>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "LinkFixture.h"
+
+namespace vc {
+namespace {
+
+struct Sessions : support::LinkFixture {
+  MasterControl& master = session.master;
+  std::string version = "!VER401402";
+
+  // A unit that answers everything, with the version above.
+  void Start() {
+    unit.always = [this](const support::Bytes& frame) {
+      if (frame[3] == 0x82) return support::ScriptedReply{version};
+      return GoodReply(frame);
+    };
+    session.Start();
+  }
+  std::string Codes() const {
+    std::string codes;
+    for (const auto& frame : unit.sent) codes += support::Hex({frame.bytes[3]}) + " ";
+    return codes;
+  }
+  const std::string& Shown() const { return master.txtComInfo.Text(); }
+};
+
+TEST_F(Sessions, StartConnectsInTheToldOrder) {
+  Start();
+  EXPECT_EQ(Codes(), "E8 82 E8 ");
+  EXPECT_EQ(test.ports.state.openings, 2);
+  EXPECT_TRUE(test.desk.boxes.empty());
+  EXPECT_FALSE(test.desk.hourglass);
+  EXPECT_FALSE(session.settings.loadingSetup);
+  EXPECT_TRUE(session.settings.linkReady);
+  ASSERT_EQ(session.forms.open.size(), 1U);  // the splash has gone
+  EXPECT_EQ(session.forms.Top(), &master.form);
+  test.loop.RunFor(150);
+  EXPECT_EQ(Shown(), "Connected COM 1 115200 Baud");
+}
+
+TEST_F(Sessions, StartWithoutAUnitWorksOn) {
+  session.Start();
+  EXPECT_EQ(OnlyBox().substr(0, 23), "48|Veltrana Not Present");
+  test.loop.RunFor(150);
+  EXPECT_EQ(Shown(), "COM 1 is closed");
+  EXPECT_EQ(master.lbInputLeft.Value(), 0);
+  EXPECT_EQ(master.lbInputLeft.Reading(), "no unit");
+  EXPECT_EQ(session.forms.Top(), &master.form);
+  const int image = master.pbxInfoPic.Image();
+  test.loop.RunFor(1000);
+  EXPECT_EQ(master.pbxInfoPic.Image(), image);  // the icon stands still
+}
+
+TEST_F(Sessions, PollingKeepsBarsAndIconAlive) {
+  Start();
+  unit.sent.clear();
+  test.loop.RunFor(1000);
+  EXPECT_NEAR(static_cast<double>(unit.sent.size()), 10.0, 1.0);  // one tick sends, the next one reads
+  EXPECT_EQ(master.lbInputLeft.Reading(), "-20.0 dB");
+  EXPECT_EQ(master.lbInputLeft.Value(), DbToBarPosition(-20.0));
+  EXPECT_EQ(master.lbOutputLeft.Reading(), "0.0 dB");
+  EXPECT_EQ(master.lbOutputLeft.Value(), 83);
+  EXPECT_EQ(master.lbOutputRight.Value(), 0);
+  const int image = master.pbxInfoPic.Image();
+  test.loop.RunFor(100);
+  EXPECT_EQ(master.pbxInfoPic.Image(), image % 8 + 1);
+}
+
+TEST_F(Sessions, ChangesHoldThePollingBack) {
+  Start();
+  test.loop.RunFor(200);
+  MarkEdited(session.settings);
+  const std::size_t before = unit.sent.size();
+  test.loop.RunFor(250);
+  EXPECT_LE(unit.sent.size(), before + 1);  // at most the reply that was due
+  EXPECT_EQ(session.settings.settingsChanged, 0);
+  test.loop.RunFor(250);
+  EXPECT_GT(unit.sent.size(), before + 1);
+}
+
+TEST_F(Sessions, EqualizerLevelsTakeTurns) {
+  Start();
+  test.loop.RunFor(100);
+  session.periodic.eqLevelsWanted = true;
+  unit.sent.clear();
+  test.loop.RunFor(1000);
+  std::string expected;
+  for (std::size_t i = 0; i < unit.sent.size(); ++i) {
+    expected += (i % 2 == 0) == (unit.sent[0].bytes[3] == 0xE8) ? "E8 " : "EA ";
+  }
+  EXPECT_EQ(Codes(), expected);
+  EXPECT_EQ(device.status.stageStatus[8], 0x0201);
+}
+
+TEST_F(Sessions, LimiterThresholdIsMarkedWhileItIsIn) {
+  Start();
+  session.settings.limiterEnabled = 1;
+  session.settings.limiterThreshold = 1;
+  test.loop.RunFor(100);
+  EXPECT_EQ(master.lbInputRight.MarkerStyle(), 0);
+  EXPECT_EQ(master.lbInputRight.MarkerValue(1), DbToBarPosition(-9.0));
+  session.settings.limiterEnabled = 0;
+  test.loop.RunFor(100);
+  EXPECT_EQ(master.lbInputRight.MarkerStyle(), HiddenMarker);
+  EXPECT_EQ(LimiterThresholdDb(0), -6.0);
+  EXPECT_EQ(LimiterThresholdDb(3), -15.0);
+}
+
+TEST_F(Sessions, FirmwareBelowItsVersionIsOfferedAnUpdate) {
+  version = "!VER401400";
+  Start();
+  ASSERT_EQ(test.desk.boxes.size(), 2U);
+  EXPECT_EQ(test.desk.boxes[0].code, 0x44);
+  EXPECT_EQ(test.desk.boxes[0].title, "Firmware Needs Update");
+  EXPECT_EQ(
+      test.desk.boxes[0].text,
+      "The firmware on the Veltrana unit needs to be updated.  Would you like to update it now or wait until "
+      "later (you will be prompted the next time you start the Veltrana software.)  Click 'Yes' to update "
+      "the "
+      "firmware or 'No' to continue.");
+  EXPECT_EQ(test.desk.boxes[1].title, "Firmware Update Postponed");
+  EXPECT_EQ(test.desk.boxes[1].text,
+            "Some features in the Veltrana may not work propertly until the firmware is updated.");
+  EXPECT_TRUE(device.comm.CommPortOpen);
+}
+
+TEST_F(Sessions, YesToTheUpdateFreesThePortFirst) {
+  version = "not a version";
+  Start();  // the version box, the question (No), the postponement
+  ASSERT_EQ(test.desk.boxes.size(), 3U);
+  test.desk.boxes.clear();
+  test.desk.answers = {Answer::Yes};
+  bool portWasFree = false;
+  master.hooks.enableMainTimer = [&](bool on) {
+    if (!on) portWasFree = !test.ports.state.open;
+  };
+  master.CheckFirmwareVersion(false);
+  EXPECT_TRUE(portWasFree);
+  ASSERT_EQ(test.desk.boxes.size(), 2U);
+  EXPECT_EQ(test.desk.boxes[1].title, "Firmware Update");
+}
+
+TEST_F(Sessions, ChangeOfThePortAsksWhileConnected) {
+  Start();
+  master.mnuComSelect(4).Click();  // Cancel is the safe answer
+  EXPECT_EQ(OnlyBox(),
+            "1|COM Port Change|Changing the COM Port will disconnect the current session.  To connect using "
+            "the new "
+            "COM Port setting use the 'Connect to Veltrana' menu option under the 'Settings' menu.");
+  EXPECT_TRUE(device.comm.CommPortOpen);
+  EXPECT_EQ(session.settings.comPort, 1);
+  EXPECT_TRUE(master.mnuComSelect(1).Checked());
+  EXPECT_FALSE(master.mnuComSelect(4).Checked());
+
+  test.desk.answers = {Answer::Ok};
+  master.mnuComSelect(4).Click();
+  EXPECT_FALSE(device.comm.CommPortOpen);
+  EXPECT_EQ(session.settings.comPort, 4);
+  EXPECT_TRUE(master.mnuComSelect(4).Checked());
+  test.loop.RunFor(150);
+  EXPECT_EQ(Shown(), "COM 4 is closed");
+
+  test.desk.boxes.clear();
+  master.mnuComSelect(9).Click();  // closed: no question, and the text follows
+  EXPECT_TRUE(test.desk.boxes.empty());
+  test.loop.RunFor(150);
+  EXPECT_EQ(Shown(), "COM 9 is closed");
+}
+
+TEST_F(Sessions, ChangeOfTheRateAsksEvenForTheSameOne) {
+  Start();
+  test.desk.answers = {Answer::Ok};
+  master.mnuBaudSelect(4).Click();
+  EXPECT_EQ(OnlyBox(),
+            "1|Baud Rate Change|Changing the Baud Rate will disconnect the current session.  To connect "
+            "using the new "
+            "Baud Rate setting use the 'Connect to Veltrana' menu option under the 'Settings' menu.");
+  EXPECT_FALSE(device.comm.CommPortOpen);
+  master.mnuBaudSelect(1).Click();
+  EXPECT_EQ(session.settings.baudIndex, 1);
+  EXPECT_TRUE(master.mnuBaudSelect(1).Checked());
+  EXPECT_FALSE(master.mnuBaudSelect(4).Checked());
+  master.mnuConnect.Click();
+  test.loop.RunFor(150);
+  EXPECT_EQ(Shown(), "Connected COM 1 14400 Baud");
+  EXPECT_EQ(test.ports.state.config.baud, 14400U);
+  master.mnuDisconnect.Click();
+  test.loop.RunFor(150);
+  EXPECT_EQ(Shown(), "COM 1 is closed");
+  EXPECT_EQ(master.lbOutputLeft.Reading(), "no unit");
+}
+
+TEST_F(Sessions, AboutTellsTheVersions) {
+  Start();
+  master.mnuAbout.Click();
+  EXPECT_NE(test.desk.boxes[0].text.find("Firmware Version: 4.02\nBoot ROM Version: 4.01"),
+            std::string::npos);
+  master.mnuDisconnect.Click();
+  master.mnuAbout.Click();
+  EXPECT_NE(test.desk.boxes[1].text.find("Firmware Version: Unknown\nBoot ROM Version: Unknown"),
+            std::string::npos);
+}
+
+TEST_F(Sessions, SecondPressOfTheUpdateKeyUpdates) {
+  Start();
+  const auto press = master.form.keys.at("Alt+U");
+  press();
+  master.mnuAbout.Click();
+  test.desk.boxes.clear();
+  press();
+  ASSERT_FALSE(test.desk.boxes.empty());
+  EXPECT_EQ(test.desk.boxes[0].title, "Firmware Needs Update");
+  EXPECT_TRUE(device.comm.CommPortOpen);  // and connects again
+  test.desk.boxes.clear();
+  press();
+  EXPECT_TRUE(test.desk.boxes.empty());
+}
+
+TEST_F(Sessions, ObjectLogIsShownAndLeftBehind) {
+  Start();
+  master.form.keys.at("Alt+D")();
+  EXPECT_EQ(session.forms.Top()->name, "FrmDebug");
+  EXPECT_FALSE(session.forms.Operable(master.form));
+  EXPECT_EQ(session.debug.txtInfo.Text(), "-----------------\r\nTotal: 0\r\nMax IDs: 0\r\n");
+  session.debug.btnOK.Click();
+  master.mnuExit.Click();
+  EXPECT_TRUE(test.loop.Ending());
+  EXPECT_FALSE(test.ports.state.open);
+  EXPECT_FALSE(test.ports.state.config.dtr);
+  EXPECT_TRUE(session.forms.open.empty());
+  EXPECT_FALSE(session.periodic.tmrIcon->Enabled());
+  std::ostringstream log;
+  log << std::ifstream(test.folder.Path() + "/ObjectLog.txt").rdbuf();
+  EXPECT_NE(log.str().find("Total: 0\r\n"), std::string::npos);
+  std::filesystem::remove(test.folder.Path() + "/ObjectLog.txt");
+  session.Exit();  // once is enough
+  EXPECT_FALSE(std::filesystem::exists(test.folder.Path() + "/ObjectLog.txt"));
+}
+
+}  // namespace
+}  // namespace vc

@@ -1,0 +1,65 @@
+// A session whose unit follows a script, with the link open where a test wants it so.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+#include "ScriptedUnit.h"
+#include "TestSession.h"
+#include "model/Settings.h"
+
+namespace support {
+
+struct LinkFixture : testing::Test {
+  ScriptedUnit unit;
+  TestSession test{unit.End()};
+  vc::Session& session = test.session;
+  vc::modDeviceComm& device = session.device;
+
+  LinkFixture() { vc::InitSettings(session.settings); }
+
+  // Connects to a unit that answers everything, then forgets what was sent and said.
+  void OpenLink(bool fullConnect = false) {
+    unit.always = [](const Bytes& frame) { return GoodReply(frame); };
+    ASSERT_TRUE(device.InitComPort(fullConnect));
+    unit.always = nullptr;
+    unit.sent.clear();
+    test.desk.boxes.clear();
+  }
+
+  // What a unit at peace says to a frame.
+  static ScriptedReply GoodReply(const Bytes& frame) {
+    if (frame[1] == 'M') {
+      switch (frame[3]) {
+        case 0xE8:
+          return {MainStatusReply({2067, 1000, 0, 0, 20675, 1})};
+        case 0xEA:
+          return {std::string("!EG\1\2\3\4\0", 8)};
+        case 0x82:
+          return {"!VER401402"};
+        default:
+          break;
+      }
+    }
+    return {"!OK"};
+  }
+
+  double SecondsFor(const std::function<void()>& action) {
+    const double start = test.clock.Seconds();
+    action();
+    return test.clock.Seconds() - start;
+  }
+
+  const std::string& State() const { return session.periodic.connectionState; }
+
+  // The one box that was shown, as "code|title|text".
+  std::string OnlyBox() const {
+    if (test.desk.boxes.size() != 1) return std::to_string(test.desk.boxes.size()) + " boxes";
+    const ShownBox& box = test.desk.boxes.front();
+    return std::to_string(box.code) + "|" + box.title + "|" + box.text;
+  }
+};
+
+}  // namespace support

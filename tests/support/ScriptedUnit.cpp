@@ -1,0 +1,101 @@
+#include "ScriptedUnit.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <sstream>
+
+namespace support {
+
+FarEnd ScriptedUnit::End() {
+  return {.receive = [this](std::span<const std::uint8_t> bytes, std::int64_t now,
+                            std::uint32_t /*baud*/) { Take(bytes, now); },
+          .transmit =
+              [this](std::int64_t now) {
+                Bytes bytes;
+                for (; !pending.empty() && pending.front().time <= now; pending.pop_front()) {
+                  bytes.push_back(pending.front().byte);
+                }
+                return bytes;
+              },
+          .nextEvent = [this]() -> std::optional<std::int64_t> {
+            if (pending.empty()) return std::nullopt;
+            return pending.front().time;
+          },
+          .closed =
+              [this] {
+                pending.clear();
+                partial.clear();
+              }};
+}
+
+void ScriptedUnit::Take(std::span<const std::uint8_t> bytes, std::int64_t now) {
+  constexpr std::size_t commandSize = 7, packetSize = 53;
+  for (const std::uint8_t byte : bytes) {
+    partial.push_back(byte);
+    const std::size_t size = partial.size() > 1 && partial[1] == 'L' ? packetSize : commandSize;
+    if (partial.size() < size) continue;
+    sent.push_back({partial, now});
+    partial.clear();
+    Answer(Bytes(sent.back().bytes), now);
+  }
+}
+
+void ScriptedUnit::Answer(const Bytes& frame, std::int64_t now) {
+  if (!script.empty()) {
+    Send(script.front(), now);
+    script.pop_front();
+  } else if (always) {
+    Send(always(frame), now);
+  }
+}
+
+void ScriptedUnit::Send(const ScriptedReply& reply, std::int64_t now) {
+  std::int64_t time = now + reply.delayMicroseconds;
+  for (const char byte : reply.bytes) {
+    const auto later = [time](const Due& due) { return due.time > time; };
+    pending.insert(std::ranges::find_if(pending, later), {time, static_cast<std::uint8_t>(byte)});
+    time += reply.gapMicroseconds;
+  }
+}
+
+std::vector<Bytes> ScriptedUnit::Frames() const {
+  std::vector<Bytes> frames;
+  for (const SentFrame& frame : sent) frames.push_back(frame.bytes);
+  return frames;
+}
+
+std::string Hex(const Bytes& bytes) {
+  std::string text;
+  for (const std::uint8_t byte : bytes) {
+    char digits[4];
+    std::snprintf(digits, sizeof digits, "%02X ", byte);
+    text += digits;
+  }
+  if (!text.empty()) text.pop_back();
+  return text;
+}
+
+Bytes FromHex(const std::string& text) {
+  std::istringstream words(text);
+  Bytes bytes;
+  for (std::string word; words >> word;)
+    bytes.push_back(static_cast<std::uint8_t>(std::stoi(word, nullptr, 16)));
+  return bytes;
+}
+
+std::string Text(const Bytes& bytes) { return {bytes.begin(), bytes.end()}; }
+
+std::string MainStatusReply(std::vector<int> levels, int unitStatus, int unitMode) {
+  std::string reply = "!MG";
+  const auto putWord = [&reply](int word) {
+    reply += static_cast<char>(word & 0xFF);
+    reply += static_cast<char>(word >> 8 & 0xFF);
+  };
+  for (const int level : levels) putWord(level);
+  putWord(unitStatus);
+  putWord(unitMode);
+  reply.resize(46, '\0');
+  return reply;
+}
+
+}  // namespace support

@@ -1,0 +1,56 @@
+// A whole session on a virtual clock and a virtual line, with a desk that answers from a queue.
+#pragma once
+
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "TempFolder.h"
+#include "VirtualClock.h"
+#include "VirtualLine.h"
+#include "host/TimerLoop.h"
+#include "shell/Session.h"
+
+namespace support {
+
+struct ShownBox {
+  int code;
+  std::string title, text;
+  vc::Answer answer;
+};
+
+class TestDesk : public vc::Desk {
+ public:
+  explicit TestDesk(std::string folder) : installFolder(std::move(folder)) {}
+  vc::Answer Box(int code, const std::string& title, const std::string& text) override {
+    vc::Answer answer = vc::SafeAnswer(vc::box::ButtonsOf(code));
+    if (!answers.empty()) {
+      answer = answers.front();
+      answers.pop_front();
+    }
+    boxes.push_back({code, title, text, answer});
+    return answer;
+  }
+  void SetHourglass(bool shown) override { hourglass = shown; }
+  std::string InstallFolder() const override { return installFolder; }
+
+  std::vector<ShownBox> boxes;
+  std::deque<vc::Answer> answers;
+  bool hourglass = false;
+
+ private:
+  std::string installFolder;
+};
+
+struct TestSession {
+  explicit TestSession(FarEnd end) : ports(clock, std::move(end)) {}
+
+  TempFolder folder;
+  VirtualClock clock;
+  host::TimerLoop loop{clock};
+  TestDesk desk{folder.Path()};
+  VirtualPorts ports;
+  vc::Session session{{clock, loop, desk, ports}};
+};
+
+}  // namespace support

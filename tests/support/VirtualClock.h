@@ -1,0 +1,18 @@
+// Time that passes only when somebody waits for it.
+#pragma once
+
+#include "platform/Clock.h"
+
+namespace support {
+
+class VirtualClock : public vc::Clock {
+ public:
+  std::int64_t Microseconds() override { return now; }
+  void Sleep(std::int64_t microseconds) override { now += microseconds > 0 ? microseconds : 0; }
+  double Seconds() const { return static_cast<double>(now) / 1e6; }
+
+ private:
+  std::int64_t now = 1000000;
+};
+
+}  // namespace support

@@ -1,0 +1,151 @@
+// Frames and replies of the simulated unit, byte for byte, and its way back into step after a bad frame.
+#include <string>
+
+#include <gtest/gtest.h>
+
+#include "unit/Host.h"
+
+namespace unit_test {
+namespace {
+
+constexpr std::int64_t Second = 1'000'000;
+
+TEST(Frames, KnownCommandsAreAcknowledgedAndKept) {
+  Bench bench;
+  EXPECT_EQ(bench.Ask({0x3F, 0x4D, 0x50, 0, 0, 0, 0}), "!OK");
+  EXPECT_EQ(bench.Ask({0x3F, 0x4D, 0x50, 0x11, 0x2C, 0x01, 0xC2}), "!OK");
+  EXPECT_EQ(bench.Ask(CommandFrame(17, 0xFFFF)), "!OK");
+  EXPECT_EQ(bench.device.registers().values[0], 0);
+  EXPECT_EQ(bench.device.registers().values[17], 0xFFFF);
+  EXPECT_EQ(bench.device.registers().counts[17], 2U);
+  EXPECT_EQ(bench.device.registers().values[18], std::nullopt);
+}
+
+TEST(Frames, UnknownCodesAndImpossibleSynthesesAreMetWithSilence) {
+  Bench bench;
+  for (const int code : {2, 3, 21, 49, 54, 62, 83, 90, 91, 103, 114, 131, 152, 161, 162, 193, 255}) {
+    EXPECT_EQ(bench.Ask(CommandFrame(static_cast<std::uint8_t>(code))), "") << code;
+    EXPECT_EQ(bench.device.registers().counts[static_cast<std::size_t>(code)], 0U) << code;
+  }
+  for (const int argument : {0x0000, 0x000C, 0x9000, 0xA001, 0x0101}) {
+    EXPECT_EQ(bench.Ask(CommandFrame(192, static_cast<std::uint16_t>(argument))), "") << argument;
+  }
+  for (const int argument : {0x0001, 0x000B, 0x9009}) {
+    EXPECT_EQ(bench.Ask(CommandFrame(192, static_cast<std::uint16_t>(argument))), "!OK") << argument;
+  }
+}
+
+TEST(Frames, EveryCommandThatTheHostHasIsKnown) {
+  const int spans[][2] = {{0, 1},   {4, 20},    {32, 48},   {51, 53},   {55, 61},   {64, 82},
+                          {85, 89}, {102, 102}, {105, 113}, {127, 129}, {150, 151}, {157, 158}};
+  Bench bench;
+  for (const auto& [first, last] : spans) {
+    for (int code = first; code <= last; ++code) {
+      EXPECT_EQ(bench.Ask(CommandFrame(static_cast<std::uint8_t>(code), 1)), "!OK") << code;
+    }
+  }
+}
+
+TEST(Frames, PacketsAreKeptByNumberWhateverTheyHold) {
+  Bench bench;
+  EXPECT_EQ(bench.Ask(PacketFrame(0, '?')), "!OK");
+  EXPECT_EQ(bench.Ask(PacketFrame(255, 0xFF)), "!OK");
+  EXPECT_EQ(bench.Ask(PacketFrame(255, 7)), "!OK");
+  EXPECT_EQ(bench.device.registers().packets[0]->front(), '?');
+  EXPECT_EQ(bench.device.registers().packets[255]->back(), 7);
+  EXPECT_EQ(bench.device.registers().packetCounts[255], 2U);
+}
+
+TEST(Frames, BadChecksumIsComplainedOfAndChangesNothing) {
+  Bench bench;
+  EXPECT_EQ(bench.Ask({0x3F, 0x4D, 0x50, 0xE8, 0x00, 0x00, 0x19}), "!RT");
+  EXPECT_EQ(bench.Ask({0x3F, 0x4D, 0x50, 0x11, 0x2C, 0x01, 0xC1}), "!RT");
+  Bytes packet = PacketFrame(3, 9);
+  packet[20] = 8;
+  EXPECT_EQ(bench.Ask(packet), "!RT");
+  EXPECT_EQ(bench.device.registers().counts[17], 0U);
+  EXPECT_EQ(bench.device.registers().packetCounts[3], 0U);
+}
+
+TEST(Replies, VersionHasTwoPlacesEach) {
+  EXPECT_EQ(Bench().Ask({0x3F, 0x4D, 0x50, 0x82, 0x00, 0x00, 0x7E}), "!VER401402");
+  unit::Options options;
+  options.bootHundredths = 7;
+  options.firmwareHundredths = 990;
+  EXPECT_EQ(Bench(options).Ask(CommandFrame(130)), "!VER007990");
+}
+
+TEST(Replies, StatusRepliesHaveTheirLengthAndEndInAChecksum) {
+  Bench bench;
+  const Bytes main = bench.Exchange({0x3F, 0x4D, 0x50, 0xE8, 0x00, 0x00, 0x18});
+  const Bytes equalizer = bench.Exchange({0x3F, 0x4D, 0x50, 0xEA, 0x00, 0x00, 0x16});
+  ASSERT_EQ(main.size(), 46U);
+  ASSERT_EQ(equalizer.size(), 8U);
+  EXPECT_EQ(Text(main).substr(0, 3), "!MG");
+  EXPECT_EQ(Text(equalizer).substr(0, 3), "!EG");
+  for (const Bytes& reply : {main, equalizer}) {
+    unsigned sum = 0;
+    for (std::size_t i = 3; i < reply.size(); ++i) sum += reply[i];
+    EXPECT_EQ(sum % 256, 0U);
+  }
+}
+
+TEST(Step, LostByteCostsOneFrameOnly) {
+  for (std::size_t lost = 0; lost < 7; ++lost) {
+    Bench bench;
+    Bytes frame = CommandFrame(17, 300);
+    frame.erase(frame.begin() + static_cast<std::ptrdiff_t>(lost));
+    EXPECT_EQ(bench.Ask(frame), "") << lost;
+    bench.now += Second;
+    EXPECT_EQ(bench.Ask(CommandFrame(17, 400)), "!OK") << lost;
+    EXPECT_EQ(bench.device.registers().values[17], 400) << lost;
+  }
+}
+
+TEST(Step, ShortSilenceInsideAFrameIsNoEnd) {
+  const Bytes frame = CommandFrame(17, 300);
+  for (const auto& [silence, answer] : {std::pair{50'000, "!OK"}, std::pair{51'000, ""}}) {
+    Bench bench;
+    EXPECT_EQ(bench.Ask({frame.begin(), frame.begin() + 4}), "");
+    bench.now += silence;
+    EXPECT_EQ(bench.Ask({frame.begin() + 4, frame.end()}), answer) << silence;
+  }
+}
+
+TEST(Step, NoiseBeforeAFrameIsSkippedAndAFrameInsideAPacketIsPayload) {
+  Bench bench;
+  const Bytes frame = CommandFrame(17, 300);
+  EXPECT_EQ(bench.Ask(Joined({'?', 'M', '?', '?', 'L', 0, '?'}, frame)), "!OK");
+  EXPECT_EQ(bench.Ask(Bytes(1000, '?')), "");
+  bench.now += Second;
+
+  Bytes packet = PacketFrame(1, 0);
+  for (std::size_t i = 0; i < frame.size(); ++i) packet[10 + i] = frame[i];
+  packet.back() = static_cast<std::uint8_t>(packet.back() - ('?' + 'M' + 'P'));
+  EXPECT_EQ(bench.Ask(packet), "!OK");
+  EXPECT_EQ(bench.device.registers().counts[17], 1U);
+}
+
+TEST(Step, TwoFramesInOneGoGetTwoAnswersInOrder) {
+  Bench bench;
+  EXPECT_EQ(bench.Ask(Joined(CommandFrame(130), CommandFrame(1, 192))), "!VER401402!OK");
+}
+
+TEST(Trace, SaysWhatWentOverTheLine) {
+  Bench bench;
+  bench.now = 12'345;
+  bench.Ask(CommandFrame(232));
+  bench.now = 61'000'007;
+  bench.Ask(CommandFrame(1, 192));
+  bench.Ask({'x', '?', 'M', 'P', 161, 2, 0, 0x5D});
+  ASSERT_EQ(bench.trace.size(), 6U);
+  EXPECT_EQ(bench.trace[0], "0.012345  host  3F 4D 50 E8 00 00 18  main status request");
+  EXPECT_EQ(bench.trace[1].substr(0, 25), "0.012345  unit  21 4D 47 ");
+  EXPECT_EQ(bench.trace[2], "61.000007  host  3F 4D 50 01 C0 00 3F  right level = 192");
+  EXPECT_EQ(bench.trace[3], "61.000007  unit  21 4F 4B  acknowledged");
+  EXPECT_EQ(bench.trace[4], "61.000007  host  78  no frame, skipped");
+  EXPECT_EQ(bench.trace[5], "61.000007  host  3F 4D 50 A1 02 00 5D  unknown command 161 = 2");
+}
+
+}  // namespace
+}  // namespace unit_test

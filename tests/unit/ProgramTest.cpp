@@ -1,0 +1,189 @@
+// The simulated unit as a program: its link, its line, its visitors, its end.
+#include <chrono>
+#include <csignal>
+#include <fstream>
+#include <memory>
+#include <sstream>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+#include "Program.h"
+#include "TempFolder.h"
+#include "unit/HostLine.h"
+
+namespace unit_test {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int ShortWait = 150;  // milliseconds in which nothing may come
+
+std::string Content(const fs::path& path) {
+  std::ifstream file(path);
+  std::stringstream text;
+  text << file.rdbuf();
+  return text.str();
+}
+
+// Processor time used so far, in clock ticks of the system.
+long ProcessorTicks(pid_t process) {
+  std::ifstream file("/proc/" + std::to_string(process) + "/stat");
+  std::string field;
+  long user = 0;
+  long system = 0;
+  for (int i = 0; i < 13; ++i) file >> field;
+  file >> user >> system;
+  return user + system;
+}
+
+class UnitProgram : public testing::Test {
+ protected:
+  // Starts the program with its line at `link`; true once the link is there.
+  bool Start(std::vector<std::string> more = {}) {
+    more.insert(more.begin(), {"--link", link.string()});
+    program = std::make_unique<support::Program>(UNIT_PROGRAM, more);
+    return !program->Await("veltrana-unit: " + link.string()).empty() && fs::is_symlink(link);
+  }
+
+  // Runs it to its end with its complaints among its output.
+  int Exit(const std::string& arguments) {
+    const std::string command = std::string(UNIT_PROGRAM) + ' ' + arguments + " 2>&1";
+    program = std::make_unique<support::Program>("/bin/sh", std::vector<std::string>{"-c", command});
+    return program->AwaitEnd();
+  }
+
+  support::TempFolder folder;
+  fs::path directory = folder.Path();
+  fs::path link = directory / "line";
+  std::unique_ptr<support::Program> program;
+};
+
+TEST_F(UnitProgram, AnswersOverTheLine) {
+  ASSERT_TRUE(Start());
+  const HostLine host(link, 115200);
+  ASSERT_TRUE(host.IsOpen());
+  EXPECT_EQ(host.Ask(CommandFrame(232), 46).substr(0, 3), "!MG");
+  EXPECT_EQ(host.Ask(CommandFrame(130), 10), "!VER401402");
+  // Bytes that a terminal would change or take for itself come through as they are.
+  for (const char byte : {'\x03', '\n', '\r', '\x11', '\x13', '\x1A', '\xFF'}) {
+    const auto value = static_cast<std::uint8_t>(byte);
+    EXPECT_EQ(host.Ask(PacketFrame(value, value), 3), "!OK") << int{value};
+  }
+}
+
+TEST_F(UnitProgram, HearsTheHostsRate) {
+  ASSERT_TRUE(Start({"--baud", "14400"}));
+  {
+    const HostLine host(link, 9600);
+    const std::string heard = host.Ask(CommandFrame(232), 46, ShortWait);
+    EXPECT_FALSE(heard.empty());
+    EXPECT_FALSE(HasToken(heard));
+  }
+  const HostLine host(link, 14400);
+  EXPECT_EQ(host.Ask(CommandFrame(1, 192), 3), "!OK");
+}
+
+TEST_F(UnitProgram, HostsComeAndGo) {
+  ASSERT_TRUE(Start());
+  for (int visit = 0; visit < 200; ++visit) {
+    const HostLine host(link, 115200);
+    ASSERT_EQ(host.Ask(CommandFrame(130), 10), "!VER401402") << visit;
+    // It leaves an answer that it did not read, and half a frame.
+    host.Write(Joined(CommandFrame(232), {'?', 'M', 'P'}));
+    ASSERT_TRUE(Soon([&] { return host.Waiting() == 46; })) << visit;
+  }
+}
+
+TEST_F(UnitProgram, AnAnswerThatNobodyReadGoesWithTheHost) {
+  ASSERT_TRUE(Start());
+  {
+    const HostLine host(link, 115200);
+    host.Write(CommandFrame(232));
+    ASSERT_TRUE(Soon([&] { return host.Waiting() == 46; }));
+  }
+  EXPECT_TRUE(Soon([&] { return HostLine(link, 0).Waiting() == 0; }));
+}
+
+TEST_F(UnitProgram, AnAnswerThatIsDueAfterTheHostHasGoneIsNotForTheNext) {
+  const fs::path trace = directory / "trace";
+  ASSERT_TRUE(Start({"--delay", "300", "--trace", trace.string()}));
+  {
+    const HostLine host(link, 115200);
+    host.Write(CommandFrame(130));
+    ASSERT_TRUE(Soon([&] { return Content(trace).find("version request") != std::string::npos; }));
+  }
+  EXPECT_EQ(HostLine(link, 115200).Ask(CommandFrame(1, 192), 3), "!OK");
+}
+
+TEST_F(UnitProgram, IsIdleWithAndWithoutAHost) {
+  ASSERT_TRUE(Start());
+  { EXPECT_EQ(HostLine(link, 115200).Ask(CommandFrame(130), 10), "!VER401402"); }
+  const long before = ProcessorTicks(program->Id());
+  std::this_thread::sleep_for(std::chrono::milliseconds(400));
+  const HostLine host(link, 115200);
+  std::this_thread::sleep_for(std::chrono::milliseconds(400));
+  EXPECT_LE(ProcessorTicks(program->Id()) - before, 4) << "hundredths of a second out of 80";
+}
+
+TEST_F(UnitProgram, PaceIsThatOfTheLine) {
+  ASSERT_TRUE(Start({"--baud", "9600", "--pace"}));
+  const HostLine host(link, 9600);
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(host.Ask(CommandFrame(232), 46).size(), 46U);
+  const auto took =
+      std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
+  EXPECT_GE(took.count(), 53 * 10'000 / 9600);
+  EXPECT_LT(took.count(), 500);
+}
+
+TEST_F(UnitProgram, TraceIsWrittenLineByLine) {
+  const fs::path trace = directory / "trace";
+  ASSERT_TRUE(Start({"--trace", trace.string()}));
+  const HostLine host(link, 115200);
+  EXPECT_EQ(host.Ask(CommandFrame(1, 192), 3), "!OK");
+  const std::string text = Content(trace);
+  EXPECT_NE(text.find("  host  3F 4D 50 01 C0 00 3F  right level = 192\n"), std::string::npos) << text;
+  EXPECT_NE(text.find("  unit  21 4F 4B  acknowledged\n"), std::string::npos) << text;
+}
+
+TEST_F(UnitProgram, EndsCleanlyOnASignal) {
+  for (const int number : {SIGTERM, SIGINT}) {
+    ASSERT_TRUE(Start());
+    program->Signal(number);
+    EXPECT_EQ(program->AwaitEnd(), 0);
+    EXPECT_FALSE(fs::is_symlink(link));
+  }
+}
+
+TEST_F(UnitProgram, TakesOverALinkButNothingElse) {
+  fs::create_symlink(directory / "gone", link);
+  ASSERT_TRUE(Start());
+  EXPECT_EQ(HostLine(link, 115200).Ask(CommandFrame(1, 192), 3), "!OK");
+
+  // The link is somebody else's by now, so it stays.
+  fs::remove(link);
+  fs::create_symlink(directory / "other", link);
+  program->Signal(SIGTERM);
+  EXPECT_EQ(program->AwaitEnd(), 0);
+  EXPECT_TRUE(fs::is_symlink(link));
+
+  fs::remove(link);
+  std::ofstream(link) << "kept";
+  EXPECT_EQ(Exit("--link " + link.string()), 1);
+  EXPECT_EQ(Content(link), "kept");
+  EXPECT_EQ(program->Await(""),
+            "veltrana-unit: " + link.string() + ": is there already and is no symbolic link");
+}
+
+TEST_F(UnitProgram, TellsWhatIsWrongAndHowItIsUsed) {
+  EXPECT_EQ(Exit("--link " + link.string() + " --lose 2"), 2);
+  EXPECT_EQ(program->Await(""), "veltrana-unit: --lose needs a number from 0 to 1, not \"2\"");
+  EXPECT_EQ(program->Await("", 100), "");
+  EXPECT_EQ(Exit("--help"), 0);
+  EXPECT_NE(program->Await("usage: veltrana-unit --link PATH"), "");
+  EXPECT_EQ(Exit("--link " + (directory / "none" / "line").string()), 1);
+}
+
+}  // namespace
+}  // namespace unit_test

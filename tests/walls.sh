@@ -1,0 +1,23 @@
+#!/usr/bin/env bash
+# What the compiler cannot see of the walls between the parts of the house.
+set -uo pipefail
+cd "$(dirname "$0")/.."
+failed=0
+
+# Prints what a search finds under a heading; finding anything is a failure.
+forbid() {
+  local heading=$1
+  shift
+  local found
+  found=$(grep -rnE "$@") || return 0
+  printf '%s:\n%s\n' "$heading" "$found"
+  failed=1
+}
+
+forbid "src/ needs the standard library alone" '#include <([a-z/]+\.h|Q[A-Za-z/]+|Qt.*)>' src
+forbid "Only the platform's interfaces are virtual" '\bvirtual\b|: public [a-zA-Z]' src --include=*.h --exclude-dir=platform
+forbid "Nothing but the platform's clock reads the time" 'chrono|time\.h|ctime|gettimeofday' src
+forbid "Nothing reads the environment" 'getenv|secure_getenv|environ\b' src apps
+forbid "The simulated unit shares no code with the program" '#include "(platform|text|widgets|link|model|shell|host|desktop|console)/' apps/unit
+forbid "The console and the host need no toolkit" '#include <Q' apps/console apps/host apps/unit
+exit $failed

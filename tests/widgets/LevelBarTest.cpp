@@ -1,0 +1,147 @@
+// Level bars as models and as drawings.
+#include <gtest/gtest.h>
+
+#include "RecordingSurface.h"
+#include "text/Convert.h"
+#include "widgets/LevelBar.h"
+
+namespace vc {
+namespace {
+
+struct LevelBars : testing::Test {
+  Form form{"F", "Form"};
+  LevelBar bar{form, "lb", "Level"};
+  support::RecordingSurface surface;
+  static constexpr Rectangle Area{10, 20, 255, 8};
+  static constexpr Colour Green = 0x00FF00, Yellow = 0x00FFFF, Red = 0x0000FF, Back = 0x123456;
+
+  const support::RecordingSurface& Draw(const Rectangle& area = Area) {
+    surface.drawn.clear();
+    bar.Draw(surface, area);
+    return surface;
+  }
+};
+
+TEST_F(LevelBars, ValuesStayWithinTheScale) {
+  bar.SetValue(250);
+  EXPECT_EQ(bar.Value(), 100);
+  bar.SetValue(-2);
+  EXPECT_EQ(bar.Value(), 0);
+  EXPECT_EQ(bar.Step(30), 30);
+  EXPECT_EQ(bar.Step(2147483647), 100);
+  bar.SetMidPoint(0);
+  EXPECT_EQ(bar.MidPoint(), 1);
+  bar.SetMidPoint(900);
+  EXPECT_EQ(bar.MidPoint(), 100);
+}
+
+TEST_F(LevelBars, NewScaleKeepsTheLengthOfTheBar) {
+  bar.SetValue(60);
+  bar.SetMarkerValue(1, 90);
+  bar.SetSteps(50);
+  EXPECT_EQ(bar.Value(), 30);
+  EXPECT_EQ(bar.MidPoint(), 50);
+  EXPECT_EQ(bar.MarkerValue(1), 50);
+  bar.SetSteps(-5);
+  EXPECT_EQ(bar.Steps(), 0);
+  EXPECT_EQ(bar.Value(), 0);
+  bar.SetSteps(100);
+  EXPECT_EQ(bar.Value(), 0);
+  Draw();  // and none of it divides by zero
+}
+
+TEST_F(LevelBars, MarkersOutsideTheirCountAreErrors) {
+  bar.SetNumMarkers(2);
+  bar.SetMarkerValue(2, 40);
+  EXPECT_EQ(bar.MarkerValue(1), 100);
+  EXPECT_EQ(bar.MarkerValue(2), 40);
+  const auto number = [](auto access) {
+    try {
+      access();
+    } catch (const Fault& fault) {
+      return std::to_string(fault.number) + " " + fault.source;
+    }
+    return std::string("no fault");
+  };
+  EXPECT_EQ(number([&] { (void)bar.MarkerValue(0); }), "1020 LevelBar.MarkerValue (Get)");
+  EXPECT_EQ(number([&] { bar.SetMarkerValue(3, 1); }), "1021 LevelBar.MarkerValue (Let)");
+}
+
+TEST_F(LevelBars, GradientRunsFromGreenOverYellowToRed) {
+  bar.SetBackColor(Back);
+  bar.SetMarkerStyle(HiddenMarker);
+  EXPECT_EQ(Draw().At(10, 22), Green);
+  EXPECT_EQ(surface.At(10 + 127, 22), Yellow);
+  EXPECT_GT(RedOf(surface.At(10 + 254, 22)), 250);
+  EXPECT_LT(GreenOf(surface.At(10 + 254, 22)), 4);
+  bar.SetValue(40);
+  EXPECT_EQ(GreenOf(Draw().At(10 + 101, 22)), 255);
+  EXPECT_EQ(surface.At(10 + 102, 22), Back);
+  bar.SetValue(0);
+  EXPECT_EQ(Draw().At(10, 22), Back);
+  // Every pixel of the bar is drawn, and none outside it.
+  for (const auto& one : surface.drawn) EXPECT_GE(one.area.left, 10);
+  EXPECT_EQ(surface.At(9, 22), 0xFFFFFFFFU);
+  EXPECT_EQ(surface.At(10 + 255, 22), 0xFFFFFFFFU);
+}
+
+TEST_F(LevelBars, OrientationsBeginAtTheirOwnEnd) {
+  bar.SetMarkerStyle(HiddenMarker);
+  bar.SetBackColor(Back);
+  bar.SetValue(20);
+  struct Case {
+    int orientation, filledX, filledY, emptyX, emptyY;
+  };
+  for (const Case& c :
+       {Case{0, 0, 50, 99, 50}, Case{1, 50, 99, 50, 0}, Case{2, 50, 0, 50, 99}, Case{3, 99, 50, 0, 50}}) {
+    bar.SetOrientation(c.orientation);
+    Draw({0, 0, 100, 100});
+    EXPECT_EQ(GreenOf(surface.At(c.filledX, c.filledY)), 255) << c.orientation;
+    EXPECT_EQ(surface.At(c.emptyX, c.emptyY), Back) << c.orientation;
+  }
+}
+
+TEST_F(LevelBars, MarkerLiesOverTheBarUntilItIsHidden) {
+  bar.SetBackColor(Back);
+  bar.SetMarkerColor(0xABCDEF);
+  bar.SetValue(100);
+  bar.SetMarkerValue(1, 50);
+  EXPECT_EQ(Draw().At(10 + 127, 22), 0xABCDEFU);
+  bar.SetMarkerStyle(HiddenMarker);
+  EXPECT_EQ(Draw().At(10 + 127, 22), Yellow);
+}
+
+TEST_F(LevelBars, BordersAndTheDisabledBar) {
+  struct Case {
+    int style;
+    support::Drawn last;
+  };
+  for (const Case& c :
+       {Case{1, {"edge", Area, 0, 9}}, Case{2, {"edge", Area, 0, 6}}, Case{3, {"edge", Area, 0, 5}},
+        Case{4, {"frame", Area, 0xFF00FF}}, Case{5, {"edge", Area, 0, 10}}}) {
+    bar.SetBorderStyle(c.style);
+    bar.SetBorderColor(0xFF00FF);
+    EXPECT_EQ(Draw().drawn.back(), c.last) << c.style;
+  }
+  bar.SetBorderStyle(0);
+  bar.SetBackColor(Back);
+  bar.core.SetEnabled(false);
+  Draw();
+  ASSERT_EQ(surface.drawn.size(), 1U);
+  EXPECT_EQ(surface.drawn[0], (support::Drawn{"fill", Area, Back}));
+}
+
+TEST_F(LevelBars, ViewHearsOnlyOfWhatDiffers) {
+  std::vector<std::string> told;
+  form.controlChanged = [&told](const ControlCore& core, std::string_view property) {
+    told.push_back(core.FullName() + "." + std::string(property));
+  };
+  bar.SetValue(30);
+  bar.SetValue(30);
+  bar.SetBeginColor(1);
+  bar.SetReading("-3.0 dB");
+  EXPECT_EQ(told, (std::vector<std::string>{"lb.Value", "lb.BeginColor", "lb.Reading"}));
+}
+
+}  // namespace
+}  // namespace vc
