@@ -1,0 +1,77 @@
+#include "console/ConsoleDesk.h"
+
+#include <array>
+#include <optional>
+
+namespace console {
+namespace {
+
+using vc::Answer;
+using vc::box::Buttons;
+
+struct AnswerRow {
+  const char* word;
+  Answer answer;
+  Buttons offeredBy;
+};
+constexpr std::array<AnswerRow, 5> AnswerTable{{{"ok", Answer::Ok, Buttons::Ok},
+                                                {"ok", Answer::Ok, Buttons::OkCancel},
+                                                {"cancel", Answer::Cancel, Buttons::OkCancel},
+                                                {"yes", Answer::Yes, Buttons::YesNo},
+                                                {"no", Answer::No, Buttons::YesNo}}};
+
+std::optional<Answer> Offered(const std::string& word, Buttons buttons) {
+  for (const AnswerRow& row : AnswerTable) {
+    if (row.word == word && row.offeredBy == buttons) return row.answer;
+  }
+  return std::nullopt;
+}
+
+std::string WordOf(Answer answer) {
+  for (const AnswerRow& row : AnswerTable) {
+    if (row.answer == answer) return row.word;
+  }
+  return {};
+}
+
+}  // namespace
+
+std::string OneLine(const std::string& text) {
+  std::string line;
+  for (const char character : text) {
+    switch (character) {
+      case '\n':
+        line += "\\n";
+        break;
+      case '\r':
+        break;
+      case '\t':
+        line += "\\t";
+        break;
+      case '\\':
+        line += "\\\\";
+        break;
+      default:
+        line += character;
+    }
+  }
+  return line;
+}
+
+vc::Answer ConsoleDesk::Box(int code, const std::string& title, const std::string& text) {
+  const Buttons buttons = vc::box::ButtonsOf(code);
+  Answer answer = vc::SafeAnswer(buttons);
+  std::string remark = " (default)";
+  if (!answers.empty()) {
+    const std::string word = answers.front();
+    answers.pop_front();
+    const auto offered = Offered(word, buttons);
+    answer = offered.value_or(answer);
+    remark = offered ? "" : " (default: " + OneLine(word) + " is not offered)";
+  }
+  out << "box\t" << code << '\t' << OneLine(title) << '\t' << OneLine(text) << '\t' << WordOf(answer)
+      << remark << std::endl;  // whoever reads along must see the box now
+  return answer;
+}
+
+}  // namespace console

@@ -1,0 +1,32 @@
+// The operator's desk in text: every message box is a line of output, answered from a queue.
+#pragma once
+
+#include <deque>
+#include <ostream>
+#include <string>
+
+#include "platform/Desk.h"
+
+namespace console {
+
+// Line ends, tabs and backslashes as "\n", "\t" and "\\", so that a text stays within its field of its line.
+std::string OneLine(const std::string& text);
+
+class ConsoleDesk : public vc::Desk {
+ public:
+  ConsoleDesk(std::ostream& stream, std::string folder) : out(stream), installFolder(std::move(folder)) {}
+
+  vc::Answer Box(int code, const std::string& title, const std::string& text) override;
+  void SetHourglass(bool /*shown*/) override {}
+  std::string InstallFolder() const override { return installFolder; }
+
+  // Answers for the next boxes, first come first served: ok, cancel, yes, no, or a path for a file box.
+  void QueueAnswer(const std::string& answer) { answers.push_back(answer); }
+
+ private:
+  std::ostream& out;
+  std::string installFolder;
+  std::deque<std::string> answers;
+};
+
+}  // namespace console

@@ -1,0 +1,128 @@
+// The console, line by line, on a session in virtual time.
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "ScriptedUnit.h"
+#include "TempFolder.h"
+#include "VirtualLine.h"
+#include "console/Console.h"
+#include "model/Settings.h"
+
+namespace console {
+namespace {
+
+struct Consoles : testing::Test {
+  support::TempFolder folder;
+  support::VirtualClock clock;
+  host::TimerLoop loop{clock};
+  std::ostringstream out;
+  ConsoleDesk desk{out, folder.Path()};
+  support::ScriptedUnit unit;
+  support::VirtualPorts ports{clock, unit.End()};
+  vc::Session session{{clock, loop, desk, ports}};
+  Console face{session, desk, loop, out};
+
+  Consoles() {
+    unit.always = [](const support::Bytes& frame) -> support::ScriptedReply {
+      if (frame[3] == 0x82) return {"!VER401402"};
+      return {support::MainStatusReply({20675, 0, 0, 0, 0, 0})};
+    };
+    session.Start();
+    out.str("");
+  }
+  std::string Say(const std::string& line) {
+    out.str("");
+    face.Execute(line);
+    return out.str();
+  }
+};
+
+TEST_F(Consoles, ListsFormsAndControls) {
+  EXPECT_EQ(Say("forms"), "MasterControl\tVeltrana Master Control Panel\tmodeless\tshown\n");
+  const std::string shown = Say("show");
+  EXPECT_NE(shown.find("mnuComSelect(3)\tentry\t0\t\tenabled\tshown\n"), std::string::npos);
+  EXPECT_NE(shown.find("lbInputLeft\tlevel\t0 no unit\t0..100\tenabled\tshown\n"), std::string::npos);
+  EXPECT_EQ(Say("show MasterControl"), shown);
+  EXPECT_EQ(Say("show Nothing"), "error Nothing: no such form is open\n");
+}
+
+TEST_F(Consoles, RunsTheClockAndReadsControls) {
+  EXPECT_EQ(Say("run 1000"), "");
+  EXPECT_EQ(Say("get txtComInfo"), "txtComInfo\tConnected COM 1 115200 Baud\n");
+  EXPECT_EQ(Say("get MasterControl.lbInputLeft"), "MasterControl.lbInputLeft\t83 0.0 dB\n");
+  for (const char* bad : {"run", "run -1", "run x", "run 99999999999"})
+    EXPECT_EQ(Say(bad).find("error run"), 0U);
+}
+
+TEST_F(Consoles, BoxesAreAnsweredFromTheQueue) {
+  const std::string text =
+      "Changing the Baud Rate will disconnect the current session.  To connect using the new Baud Rate "
+      "setting use "
+      "the 'Connect to Veltrana' menu option under the 'Settings' menu.";
+  EXPECT_EQ(Say("menu mnuBaudSelect(0)"), "box\t1\tBaud Rate Change\t" + text + "\tcancel (default)\n");
+  Say("answer yes ok");
+  EXPECT_EQ(Say("menu mnuBaudSelect(0)"),
+            "box\t1\tBaud Rate Change\t" + text + "\tcancel (default: yes is not offered)\n");
+  EXPECT_EQ(Say("menu mnuBaudSelect(0)"), "box\t1\tBaud Rate Change\t" + text + "\tok\n");
+  EXPECT_EQ(Say("get mnuBaudSelect(0)"), "mnuBaudSelect(0)\t1\n");
+  EXPECT_EQ(Say("answer").find("error answer"), 0U);
+  EXPECT_EQ(OneLine("a\tb\r\nc\\"), "a\\tb\\nc\\\\");
+}
+
+TEST_F(Consoles, ModalFormsStandInFront) {
+  EXPECT_EQ(Say("key Alt+D"), "");
+  EXPECT_EQ(Say("get txtInfo"), "txtInfo\t-----------------\\nTotal: 0\\nMax IDs: 0\\n\n");
+  EXPECT_EQ(Say("menu MasterControl.mnuAbout"),
+            "error MasterControl.mnuAbout: MasterControl is behind a modal form\n");
+  EXPECT_EQ(Say("close MasterControl"), "error MasterControl: MasterControl is behind a modal form\n");
+  EXPECT_NE(Say("get MasterControl.txtComInfo"), "");
+  EXPECT_EQ(Say("type txtInfo x"), "error txtInfo: it is read-only\n");
+  EXPECT_EQ(Say("click btnOK"), "");
+  EXPECT_EQ(Say("get btnOK"), "error btnOK: MasterControl has no such control\n");
+}
+
+TEST_F(Consoles, RecordIsReadAndEditedWithinItsRange) {
+  session.settings.settingsChanged = 0;
+  EXPECT_EQ(Say("record lpfCutoff(2)"), "lpfCutoff(2)\t100\n");
+  EXPECT_EQ(session.settings.settingsChanged, 0);
+  EXPECT_EQ(Say("record lpfCutoff(2) 1234"), "lpfCutoff(2)\t1234\n");
+  EXPECT_EQ(session.settings.lpfCutoff[2], 1234);
+  EXPECT_EQ(session.settings.settingsChanged, 5);
+  for (int stage = 1; stage <= 6; ++stage) EXPECT_EQ(session.settings.stageChanged[stage], -1);
+  EXPECT_EQ(Say("record mnotchFreq(6, 16) 50"), "mnotchFreq(6, 16)\t50\n");
+  EXPECT_EQ(Say("record setupDescription a b  c"), "setupDescription\ta b  c\n");
+  EXPECT_EQ(Say("record hiResCurve(1,512) -12.5"), "hiResCurve(1,512)\t-12.5\n");
+
+  EXPECT_EQ(Say("record lpfCutoff(2) 5"), "error lpfCutoff(2): 5 is outside 100..3200\n");
+  for (const char* bad :
+       {"record lpfCutoff", "record lpfCutoff(7)", "record lpfCutoff(1,1)", "record lpfCutoff(2",
+        "record comPort(1)", "record nothing 1", "record", "record lpfCutoff(2) abc", "record sampleRate 5",
+        "record lpfCutoff(1,2,3)", "record (", "record )( 4"}) {
+    EXPECT_EQ(Say(bad).find("error"), 0U) << bad;
+  }
+  EXPECT_EQ(session.settings.lpfCutoff[2], 1234);
+}
+
+TEST_F(Consoles, NonsenseIsOneLineOfError) {
+  for (const char* bad :
+       {"nonsense", "get", "set", "set txtComInfo", "click mnuAbout.x", "key Ctrl+Alt+Del", "click .",
+        "menu txtComInfo", "menu mnuSettings", "set lbInputLeft 5", "\x01\x02\xFF"}) {
+    const std::string answer = Say(bad);
+    EXPECT_EQ(answer.find("error "), 0U) << bad;
+    EXPECT_EQ(std::count(answer.begin(), answer.end(), '\n'), 1) << bad;
+  }
+  EXPECT_EQ(Say(""), "");
+  EXPECT_EQ(Say("  forms\r"), Say("forms"));
+  EXPECT_FALSE(loop.Ending());
+}
+
+TEST_F(Consoles, QuitEndsTheSession) {
+  EXPECT_EQ(Say("quit"), "");
+  EXPECT_TRUE(loop.Ending());
+  EXPECT_FALSE(ports.state.open);
+  EXPECT_TRUE(std::filesystem::exists(folder.Path() + "/ObjectLog.txt"));
+}
+
+}  // namespace
+}  // namespace console
