@@ -10,6 +10,7 @@
 #include "host/Folders.h"
 #include "host/PosixSerialPorts.h"
 #include "host/SystemClock.h"
+#include "text/Convert.h"
 
 namespace {
 
@@ -68,7 +69,11 @@ int RunConsole() {
     } else {
       // Timers go on while the operator thinks.
       loop.SetIdle([&input](std::int64_t microseconds) { input.Await(microseconds); });
-      loop.RunEvents(longestWaitMilliseconds);
+      try {
+        loop.RunEvents(longestWaitMilliseconds);
+      } catch (const vc::Fault& fault) {
+        std::cout << "error " << fault.description << std::endl;
+      }
       loop.SetIdle([&clock](std::int64_t microseconds) { clock.Sleep(microseconds); });
     }
   }

@@ -46,6 +46,7 @@ void Session::FillMasterHooks() {
 
 void Session::Start() {
   settings.loadingSetup = true;
+  settings.curFilter = settings.curEq = settings.curBroadband = 1;
   platform.desk.SetHourglass(true);
   forms.Show(splash.form);
   platform.events.RunEvents(0);  // lets the splash paint
@@ -54,7 +55,6 @@ void Session::Start() {
   periodic.connectionState = StateConnected;
   periodic.tmrIcon->SetEnabled(true);
   InitSettings(settings);
-  settings.loadingSetup = true;
   master.CheckPortAndRate();
   periodic.ShowLevelBars();
   ConnectAtStart();

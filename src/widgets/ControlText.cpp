@@ -1,5 +1,6 @@
 #include "widgets/ControlText.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "text/Convert.h"
@@ -90,13 +91,14 @@ std::string Set(Slider& control, const std::string& value) {
 }
 std::string Set(ListBox& control, const std::string& value) {
   const auto& items = control.Items();
-  for (std::size_t row = 0; row < items.size(); ++row) {
-    if (items[row] == value || std::to_string(row) == value) {
-      control.SetListIndex(static_cast<int>(row));
-      return {};
-    }
+  const auto row = std::ranges::find(items, value);
+  if (row != items.end()) return control.SetListIndex(static_cast<int>(row - items.begin())), std::string{};
+  const auto number = ParseInteger(value);
+  if (!number || *number < 0 || *number >= static_cast<std::int64_t>(items.size())) {
+    return Outside(value, Range(control));
   }
-  return Outside(value, Range(control));
+  control.SetListIndex(static_cast<int>(*number));
+  return {};
 }
 std::string Set(OptionButton& control, const std::string& value) {
   if (value != "1") return "an option is chosen with 1";
