@@ -1,0 +1,141 @@
+#include "desktop/Binder.h"
+
+#include <utility>
+#include <variant>
+
+#include <QAction>
+#include <QButtonGroup>
+#include <QVBoxLayout>
+
+#include "desktop/Kinds.h"
+#include "desktop/QtText.h"
+#include "widgets/Controls.h"
+
+namespace desktop {
+namespace {
+
+// What a screen reader says; a control without any words is part of its window.
+QString SpokenName(const vc::ControlCore& core) {
+  const std::string own = core.AccessibleName();
+  return ToQt(own.empty() ? core.form.Caption() : own);
+}
+
+}  // namespace
+
+Binder::Binder(vc::Form& shownForm, QWidget* container, std::function<QMenuBar*()> bar)
+    : form(&shownForm), menuBar(std::move(bar)) {
+  Build(container);
+  OrderTabs();
+  FollowAll();
+}
+
+void Binder::Build(QWidget* container) {
+  panes.emplace(nullptr, Pane(container, vc::Arrangement::Rows));
+  place = 0;
+  for (const vc::AnyControl& one : form->controls) {
+    std::visit([this](auto* control) { BindKind(*this, *control); }, one);
+    ++place;
+  }
+  // What lies inside is finished before what lies around it.
+  for (std::size_t left = form->controls.size(); left > 0; --left) {
+    if (auto* const* frame = std::get_if<vc::Frame*>(&form->controls[left - 1])) panes.at(*frame).Finish();
+  }
+  panes.at(nullptr).Finish();
+}
+
+void Binder::OrderTabs() {
+  QWidget* previous = nullptr;
+  for (QWidget* widget : inOrder) {
+    if ((widget->focusPolicy() & Qt::TabFocus) == 0) continue;
+    if (previous != nullptr) QWidget::setTabOrder(previous, widget);
+    previous = widget;
+  }
+}
+
+Pane& Binder::PaneOf(const vc::ControlCore& core) { return panes.at(core.frame); }
+
+void Binder::AddPane(const vc::Frame& frame, QWidget* box) {
+  panes.emplace(&frame, Pane(box, frame.arrangement));
+}
+
+Binder::OptionColumn& Binder::ColumnOf(vc::OptionGroup& group, Pane& pane) {
+  const auto found = optionColumns.find(&group);
+  if (found != optionColumns.end()) return found->second;
+  auto* column = new QWidget(pane.Container());
+  auto* layout = new QVBoxLayout(column);
+  layout->setContentsMargins(0, 0, 0, 0);
+  layout->setSpacing(LineHeight(*column) / 3);
+  pane.AddWide(column);
+  return optionColumns.emplace(&group, OptionColumn{column, new QButtonGroup(column)}).first->second;
+}
+
+void Binder::Bind(const vc::ControlCore& core, Bound bound) {
+  if (bound.widget != nullptr) {
+    bound.widget->setObjectName(ToQt(core.FullName()));
+    inOrder.push_back(bound.widget);
+  }
+  bounds.emplace(&core, std::move(bound));
+}
+
+bool Binder::TextFollows() const {
+  if (place + 1 >= form->controls.size()) return false;
+  auto* const* text = std::get_if<vc::TextBox*>(&form->controls[place + 1]);
+  const vc::ControlCore& own = vc::CoreOf(form->controls[place]);
+  return text != nullptr && (*text)->core.frame == own.frame && (*text)->core.Caption() == own.Caption() &&
+         !(*text)->multiLine && !(*text)->readOnly;
+}
+
+void Binder::Speak(QWidget* widget, const std::string& value, const std::string& unit) {
+  widget->setAccessibleDescription(ToQt(unit.empty() || value.empty() ? value : value + " " + unit));
+}
+
+void Binder::Follow(const vc::ControlCore& core, std::string_view property) {
+  const auto found = bounds.find(&core);
+  if (found == bounds.end()) return;
+  const Bound& bound = found->second;
+  const bool every = property == EveryProperty;
+  if (every || property == "Caption") ShowCaption(core, bound);
+  if (every || property == "Enabled" || property == "Visible" || property == "Caption") {
+    ShowStanding(core, bound);
+  }
+  if (bound.showValue && property != "Caption" && property != "Visible") bound.showValue(property);
+}
+
+void Binder::ShowCaption(const vc::ControlCore& core, const Bound& bound) const {
+  if (bound.caption != nullptr) bound.caption->setText(ToQt(core.Caption()));
+  if (bound.showCaption) bound.showCaption();
+  if (bound.widget != nullptr) bound.widget->setAccessibleName(SpokenName(core));
+}
+
+void Binder::NameWithin(const vc::Frame& frame) {
+  for (const vc::AnyControl& control : form->controls) {
+    const vc::ControlCore& core = vc::CoreOf(control);
+    const auto found = bounds.find(&core);
+    if (core.frame == &frame && found != bounds.end())
+      found->second.widget->setAccessibleName(SpokenName(core));
+  }
+}
+
+void Binder::ShowStanding(const vc::ControlCore& core, const Bound& bound) const {
+  if (bound.showStanding) return bound.showStanding(core.Enabled(), core.Visible());
+  for (QWidget* part :
+       {bound.widget, static_cast<QWidget*>(bound.caption), static_cast<QWidget*>(bound.unit)}) {
+    if (part == nullptr) continue;
+    const bool wordless = part == bound.caption && core.Caption().empty();
+    part->setEnabled(core.Enabled());
+    part->setVisible(core.Visible() && !wordless);
+  }
+}
+
+void Binder::FollowAll() {
+  for (const vc::AnyControl& control : form->controls) Follow(vc::CoreOf(control), EveryProperty);
+}
+
+void Binder::Operate(const vc::ControlCore& core, const std::function<void()>& action) {
+  if (form == nullptr) return;
+  action();
+  // The action may have taken the form away, and with it the control.
+  if (form != nullptr) Follow(core, EveryProperty);
+}
+
+}  // namespace desktop

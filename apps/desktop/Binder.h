@@ -1,0 +1,88 @@
+// Widgets for the controls of any form, and the two ways between them: what the operator does goes to the
+// model, what changes in the model goes to the one widget concerned.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include <QWidget>
+
+#include "desktop/Pane.h"
+#include "widgets/Form.h"
+
+class QButtonGroup;
+class QMenuBar;
+
+namespace vc {
+struct OptionGroup;
+}
+
+namespace desktop {
+
+// All properties at once.
+inline constexpr std::string_view EveryProperty{};
+
+// The widgets of one control and how they follow it.
+struct Bound {
+  QWidget* widget = nullptr;  // bears the control's name; none for a menu entry
+  QLabel* caption = nullptr;  // beside it
+  QLabel* unit = nullptr;
+  std::function<void()> showCaption{};                             // where the widget shows it itself
+  std::function<void(std::string_view property)> showValue{};      // any property but the common ones
+  std::function<void(bool enabled, bool visible)> showStanding{};  // in place of the widget's own
+};
+
+class Binder {
+ public:
+  // The buttons of one group of options, and the widget in which they stand as a column.
+  struct OptionColumn {
+    QWidget* column;
+    QButtonGroup* buttons;
+  };
+
+  // Builds into the container; a menu bar is asked for only where the form has menus.
+  Binder(vc::Form& shownForm, QWidget* container, std::function<QMenuBar*()> bar);
+
+  // Shows one property of one control. What is shown already costs nothing.
+  void Follow(const vc::ControlCore& core, std::string_view property);
+  void FollowAll();
+  // Lets go of the model: from now on the widgets do nothing.
+  void Release() { form = nullptr; }
+
+  // Carries an action of the operator to the model and shows what became of it.
+  void Operate(const vc::ControlCore& core, const std::function<void()>& action);
+
+  // For the kinds of control, while the form is built.
+  Pane& PaneOf(const vc::ControlCore& core);
+  QMenuBar* MenuBar() const { return menuBar(); }
+  void AddPane(const vc::Frame& frame, QWidget* box);
+  OptionColumn& ColumnOf(vc::OptionGroup& group, Pane& pane);
+  // Names the widget, makes it accessible, and has it follow its control.
+  void Bind(const vc::ControlCore& core, Bound bound);
+  // A slider and the text box behind it under the same caption share one row.
+  bool TextFollows() const;
+  Field openRow;
+  // A frame's caption is spoken before those of what lies in it.
+  void NameWithin(const vc::Frame& frame);
+  // Speaks a value with the widget that has the focus.
+  static void Speak(QWidget* widget, const std::string& value, const std::string& unit);
+
+ private:
+  void Build(QWidget* container);
+  void OrderTabs();
+  void ShowStanding(const vc::ControlCore& core, const Bound& bound) const;
+  void ShowCaption(const vc::ControlCore& core, const Bound& bound) const;
+
+  vc::Form* form;
+  std::function<QMenuBar*()> menuBar;
+  std::unordered_map<const vc::Frame*, Pane> panes;  // null stands for the form itself
+  std::unordered_map<const vc::ControlCore*, Bound> bounds;
+  std::unordered_map<const vc::OptionGroup*, OptionColumn> optionColumns;
+  std::vector<QWidget*> inOrder;  // in declared order
+  std::size_t place = 0;          // of the control that is being built
+};
+
+}  // namespace desktop

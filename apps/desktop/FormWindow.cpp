@@ -1,0 +1,173 @@
+#include "desktop/FormWindow.h"
+
+#include <algorithm>
+#include <ranges>
+#include <utility>
+#include <variant>
+
+#include <QCloseEvent>
+#include <QCoreApplication>
+#include <QDeadlineTimer>
+#include <QLayout>
+#include <QMenuBar>
+#include <QScreen>
+#include <QScrollArea>
+#include <QShortcut>
+#include <QWindow>
+
+#include "desktop/QtText.h"
+#include "widgets/Controls.h"
+
+namespace desktop {
+namespace {
+
+// A form on which there is nothing to operate only greets: it needs no frame.
+bool OnlyGreets(const vc::Form& form) {
+  return std::ranges::all_of(form.controls, [](const vc::AnyControl& control) {
+    return std::holds_alternative<vc::Label*>(control) || std::holds_alternative<vc::Picture*>(control);
+  });
+}
+
+}  // namespace
+
+FormWindow::FormWindow(vc::Form& shownForm, std::function<void()> closedByOperator)
+    : form(&shownForm),
+      closed(std::move(closedByOperator)),
+      scroll(new QScrollArea(this)),
+      contents(new QWidget(scroll)),
+      splash(OnlyGreets(shownForm)) {
+  setObjectName(ToQt(form->name));
+  binder = std::make_unique<Binder>(*form, contents, [this] { return menuBar(); });
+  if (splash) DressAsSplash();
+  scroll->setFrameShape(QFrame::NoFrame);
+  scroll->setWidgetResizable(true);
+  scroll->setFocusPolicy(Qt::NoFocus);
+  scroll->setWidget(contents);
+  setCentralWidget(scroll);
+  contents->installEventFilter(this);
+  activation.setSingleShot(true);
+  connect(&activation, &QTimer::timeout, this, [this] { TellActivated(); });
+  AddKeys();
+  Join();
+}
+
+// The widgets go while the binder that they speak to is still there.
+FormWindow::~FormWindow() {
+  Release();
+  delete takeCentralWidget();
+}
+
+void FormWindow::Join() {
+  setWindowTitle(ToQt(form->Caption()));
+  form->captionChanged = [this] { setWindowTitle(ToQt(form->Caption())); };
+  form->controlChanged = [this](const vc::ControlCore& core, std::string_view property) {
+    if (isVisible()) {
+      binder->Follow(core, property);
+    } else {
+      stale = true;
+    }
+  };
+}
+
+void FormWindow::AddKeys() {
+  for (const auto& [combination, pressed] : form->keys) {
+    auto* shortcut = new QShortcut(QKeySequence(ToQt(combination)), this);
+    connect(shortcut, &QShortcut::activated, this, [this, keys = combination] {
+      if (form == nullptr) return;
+      const auto action = form->keys[keys];  // a copy: it may take the form away
+      if (action) action();
+    });
+  }
+}
+
+void FormWindow::DressAsSplash() {
+  setWindowFlags(Qt::SplashScreen | Qt::FramelessWindowHint);
+  contents->setProperty("splash", true);  // the theme's style sheet asks for these properties
+  const int line = LineHeight(*this);
+  contents->layout()->setContentsMargins(5 * line, 4 * line, 5 * line, 4 * line);
+  bool title = true;
+  for (QLabel* label : contents->findChildren<QLabel*>()) {
+    label->setProperty("title", std::exchange(title, false));
+    label->setWordWrap(false);
+    label->setAlignment(Qt::AlignCenter);
+  }
+}
+
+void FormWindow::Release() {
+  if (form == nullptr) return;
+  form->controlChanged = nullptr;
+  form->captionChanged = nullptr;
+  form = nullptr;
+  binder->Release();
+}
+
+void FormWindow::FollowStale() {
+  if (std::exchange(stale, false) && form != nullptr) binder->FollowAll();
+}
+
+QSize FormWindow::Wanted(const QSize& content) const {
+  const int menuHeight = layout()->menuBar() == nullptr ? 0 : layout()->menuBar()->sizeHint().height();
+  const int frame = LineHeight(*this) * 2;  // the window system's own, as far as one can know
+  const QSize room = screen()->availableSize() - QSize(0, splash ? 0 : frame);
+  return (content + QSize(0, menuHeight)).expandedTo(minimumSizeHint()).boundedTo(room);
+}
+
+void FormWindow::Present(Qt::WindowModality modality, const QPoint& middle) {
+  if (form == nullptr) return;
+  FollowStale();
+  if (!isVisible()) setWindowModality(modality);
+  if (!std::exchange(presented, true)) {
+    ensurePolished();
+    resize(Wanted(contents->sizeHint()));
+    const QRect room = screen()->availableGeometry();
+    const QPoint corner = middle - QPoint(width() / 2, height() / 2);
+    move(std::clamp(corner.x(), room.left(), std::max(room.left(), room.right() - width())),
+         std::clamp(corner.y(), room.top(), std::max(room.top(), room.bottom() - height())));
+  }
+  show();
+  raise();
+  activateWindow();
+  if (splash) AwaitPaint();
+}
+
+// Whoever shows a splash is about to work without letting events run.
+void FormWindow::AwaitPaint() {
+  constexpr int longestMilliseconds = 250;
+  QDeadlineTimer deadline(longestMilliseconds);
+  while (!windowHandle()->isExposed() && !deadline.hasExpired()) {
+    QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents, 10);
+  }
+  repaint();
+}
+
+bool FormWindow::event(QEvent* event) {
+  // Told later, so that no handler runs inside the one that brought the window forward.
+  if (event->type() == QEvent::WindowActivate) activation.start();
+  return QMainWindow::event(event);
+}
+
+void FormWindow::TellActivated() {
+  if (form != nullptr && isActiveWindow() && form->activated) form->activated();
+}
+
+void FormWindow::GrowToContents() {
+  const QSize wanted = Wanted(contents->minimumSizeHint()).expandedTo(size());
+  if (presented && wanted != size()) resize(wanted);
+}
+
+bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == contents && event->type() == QEvent::LayoutRequest) GrowToContents();
+  return QMainWindow::eventFilter(watched, event);
+}
+
+void FormWindow::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  if (form != nullptr) closed();
+}
+
+void FormWindow::showEvent(QShowEvent* event) {
+  FollowStale();
+  QMainWindow::showEvent(event);
+}
+
+}  // namespace desktop

@@ -1,0 +1,56 @@
+// The window of any form.
+#pragma once
+
+#include <functional>
+#include <memory>
+
+#include <QMainWindow>
+#include <QTimer>
+
+#include "desktop/Binder.h"
+#include "widgets/Form.h"
+
+class QScrollArea;
+
+namespace desktop {
+
+class FormWindow : public QMainWindow {
+ public:
+  // closedByOperator is told of the close button of the window's frame; the window itself stays.
+  FormWindow(vc::Form& shownForm, std::function<void()> closedByOperator);
+  ~FormWindow() override;
+
+  // Shows it in front; at first in the size that its contents ask for, around the middle of a place.
+  void Present(Qt::WindowModality modality, const QPoint& middle);
+  // Lets go of the form, which may be gone at any time from then on. The widgets stay and do nothing.
+  void Release();
+
+ protected:
+  bool event(QEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+  void showEvent(QShowEvent* event) override;
+
+ private:
+  void Join();
+  void AddKeys();
+  void FollowStale();
+  void DressAsSplash();
+  void AwaitPaint();
+  void TellActivated();
+  // What the contents and the menu bar need, no more than the screen has.
+  QSize Wanted(const QSize& contents) const;
+  void GrowToContents();
+
+  vc::Form* form;
+  std::function<void()> closed;
+  QScrollArea* scroll;
+  QWidget* contents;
+  bool splash;
+  std::unique_ptr<Binder> binder;
+  QTimer activation;
+  bool stale = false;  // the form has changed while nobody saw the window
+  bool presented = false;
+};
+
+}  // namespace desktop

@@ -1,0 +1,34 @@
+// A window for every open form: what the session shows, hides and takes away happens on the screen.
+#pragma once
+
+#include <map>
+
+#include <QPointer>
+
+#include "desktop/FormWindow.h"
+#include "widgets/Forms.h"
+
+namespace desktop {
+
+class FormWindows {
+ public:
+  explicit FormWindows(vc::Forms& openForms);
+  ~FormWindows();
+  FormWindows(const FormWindows&) = delete;
+  FormWindows& operator=(const FormWindows&) = delete;
+
+  // Null where the form has no window.
+  FormWindow* WindowOf(const vc::Form& form) const;
+
+ private:
+  void Show(vc::Form& form, vc::Modality modality);
+  void Hide(const vc::Form& form);
+  void TakeAway(const vc::Form& form);
+  // The middle of the first window on the screen, or of the screen itself.
+  QPoint MiddleFor(const vc::Form& form) const;
+
+  vc::Forms& forms;
+  std::map<const vc::Form*, QPointer<FormWindow>> windows;
+};
+
+}  // namespace desktop

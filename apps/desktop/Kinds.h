@@ -1,0 +1,21 @@
+// One function for each kind of control: it makes the widgets, places them, and joins them to the model.
+#pragma once
+
+#include "desktop/Binder.h"
+
+namespace desktop {
+
+void BindKind(Binder& binder, vc::Frame& frame);
+void BindKind(Binder& binder, vc::Label& label);
+void BindKind(Binder& binder, vc::TextBox& text);
+void BindKind(Binder& binder, vc::Button& button);
+void BindKind(Binder& binder, vc::GraphicButton& button);
+void BindKind(Binder& binder, vc::Slider& slider);
+void BindKind(Binder& binder, vc::ListBox& list);
+void BindKind(Binder& binder, vc::OptionButton& option);
+void BindKind(Binder& binder, vc::CheckBox& check);
+void BindKind(Binder& binder, vc::LevelBar& bar);
+void BindKind(Binder& binder, vc::Picture& picture);
+void BindKind(Binder& binder, vc::MenuEntry& entry);
+
+}  // namespace desktop

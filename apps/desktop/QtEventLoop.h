@@ -1,0 +1,23 @@
+// Timers and events of the toolkit behind the platform's interface.
+#pragma once
+
+#include <QTimer>
+
+#include "platform/EventLoop.h"
+
+namespace desktop {
+
+class QtEventLoop : public vc::EventLoop {
+ public:
+  QtEventLoop();
+  std::unique_ptr<vc::Timer> CreateTimer(int intervalMilliseconds, std::function<void()> tick) override;
+  void RunEvents(int waitMilliseconds) override;
+  void RequestEnd() override;
+  bool Ending() const override { return ending; }
+
+ private:
+  bool ending = false;
+  QTimer end;  // fires once the running handler has returned
+};
+
+}  // namespace desktop

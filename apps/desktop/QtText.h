@@ -1,0 +1,25 @@
+// Texts and lengths between the models and the toolkit.
+#pragma once
+
+#include <string>
+
+#include <QFontInfo>
+#include <QFontMetrics>
+#include <QString>
+#include <QWidget>
+
+namespace desktop {
+
+inline QString ToQt(const std::string& text) { return QString::fromStdString(text); }
+inline std::string FromQt(const QString& text) { return text.toStdString(); }
+
+// Lengths in font metrics, so that a window keeps its proportions at every font and scale.
+inline int LineHeight(const QWidget& widget) { return widget.fontMetrics().height(); }
+inline int DigitsWide(const QWidget& widget, int digits) {
+  return widget.fontMetrics().horizontalAdvance(QLatin1Char('0')) * digits;
+}
+
+// In points, also where the font's own size is told in pixels.
+inline double PointSize(const QFont& font) { return QFontInfo(font).pointSizeF(); }
+
+}  // namespace desktop

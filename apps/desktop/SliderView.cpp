@@ -1,0 +1,85 @@
+#include "desktop/SliderView.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include <QKeyEvent>
+#include <QSignalBlocker>
+#include <QWheelEvent>
+
+namespace desktop {
+namespace {
+
+constexpr double MostSteps = 1e6;
+
+int StepsIn(double distance, double step) {
+  return static_cast<int>(std::lround(std::clamp(distance / step, 0.0, MostSteps)));
+}
+
+}  // namespace
+
+SliderView::SliderView(const vc::Slider& slider, Qt::Orientation direction, QWidget* parent,
+                       std::function<void(double position)> moveTo)
+    : QSlider(direction, parent), model(slider), moved(std::move(moveTo)) {
+  setFocusPolicy(Qt::StrongFocus);
+  connect(this, &QSlider::valueChanged, this, [this](int steps) {
+    moved(steps == maximum() ? model.PositionMax() : model.PositionMin() + steps * StepSize());
+  });
+}
+
+double SliderView::StepSize() const {
+  const double range = model.PositionMax() - model.PositionMin();
+  const double step = model.KeyArrowStepSize > 0.0 ? model.KeyArrowStepSize : 1.0;
+  return std::max(step, range / MostSteps);
+}
+
+void SliderView::ShowModel() {
+  const QSignalBlocker silent(this);  // only the operator moves the model
+  const double step = StepSize();
+  setInvertedAppearance(model.ReverseScale);
+  setRange(0, StepsIn(std::ceil((model.PositionMax() - model.PositionMin()) / step) * step, step));
+  setSingleStep(1);
+  setPageStep(std::max(1, StepsIn(model.KeyPageStepSize, step)));
+  setValue(StepsIn(model.Position() - model.PositionMin(), step));
+}
+
+void SliderView::MoveBy(double distance) {
+  moved(model.Position() + (model.ReverseScale ? -distance : distance));
+}
+
+void SliderView::keyPressEvent(QKeyEvent* event) {
+  switch (event->key()) {
+    case Qt::Key_Left:
+    case Qt::Key_Down:
+      return MoveBy(-model.KeyArrowStepSize);
+    case Qt::Key_Right:
+    case Qt::Key_Up:
+      return MoveBy(model.KeyArrowStepSize);
+    case Qt::Key_PageDown:
+      return MoveBy(-model.KeyPageStepSize);
+    case Qt::Key_PageUp:
+      return MoveBy(model.KeyPageStepSize);
+    case Qt::Key_Home:
+      return moved(model.PositionMin());
+    case Qt::Key_End:
+      return moved(model.PositionMax());
+    default:
+      QSlider::keyPressEvent(event);
+  }
+}
+
+void SliderView::wheelEvent(QWheelEvent* event) {
+  if (!hasFocus()) {
+    event->ignore();
+    return;
+  }
+  constexpr int notch = 120;
+  wheelRest += event->angleDelta().y();
+  const int notches = wheelRest / notch;
+  wheelRest -= notches * notch;
+  if (notches != 0) MoveBy(notches * model.MouseWheelStepSize);
+  event->accept();
+}
+
+}  // namespace desktop

@@ -1,0 +1,122 @@
+// The text boxes: a line, several lines, or words that are only read.
+#include <utility>
+
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QSignalBlocker>
+#include <QTimer>
+
+#include "desktop/Kinds.h"
+#include "desktop/QtText.h"
+#include "desktop/TextEvents.h"
+#include "desktop/WrappedLabel.h"
+#include "widgets/Controls.h"
+
+namespace desktop {
+namespace {
+
+constexpr int NumberDigits = 9, StatusDigits = 32, MemoDigits = 60, MemoLines = 12;
+
+// Joins the events of a text widget to the box; selectAll is what the coming of the focus does to the text.
+void Listen(Binder& binder, vc::TextBox& text, QWidget* view, std::function<void()> selectAll) {
+  const auto tell = [&binder, &text](void (vc::TextBox::*event)() const) {
+    return [&binder, &text, event] { binder.Operate(text.core, [&text, event] { (text.*event)(); }); };
+  };
+  auto* afterClick = new QTimer(view);  // once the click that brought the focus has set its caret
+  afterClick->setSingleShot(true);
+  QObject::connect(afterClick, &QTimer::timeout, view, selectAll);
+  const auto gotFocus = [afterClick, selectAll = std::move(selectAll), raise = tell(&vc::TextBox::GotFocus)] {
+    selectAll();
+    afterClick->start();
+    raise();
+  };
+  const auto keyPressed = [&binder, &text](int code) {
+    binder.Operate(text.core, [&text, code] { text.KeyPress(code); });
+  };
+  new TextEvents(view, {gotFocus, tell(&vc::TextBox::LostFocus), keyPressed});
+}
+
+QLabel* WordsBeside(QWidget* view, const std::string& words) {
+  auto* label = new QLabel(view->parentWidget());
+  label->setBuddy(view);
+  label->setText(ToQt(words));
+  return label;
+}
+
+void BindStatus(Binder& binder, vc::TextBox& text) {
+  auto* view = new WrappedLabel(binder.PaneOf(text.core).Container());
+  view->setTextInteractionFlags(Qt::TextSelectableByMouse);
+  view->setMinimumWidth(DigitsWide(*view, text.unit.empty() ? StatusDigits : NumberDigits));
+  QLabel* caption = WordsBeside(view, text.core.Caption());
+  QLabel* unit = text.unit.empty() ? nullptr : WordsBeside(view, text.unit);
+  binder.PaneOf(text.core).AddField({caption, view, nullptr, unit});
+  const auto show = [view, &text](std::string_view) {
+    if (view->text() != ToQt(text.Text())) view->setText(ToQt(text.Text()));
+    Binder::Speak(view, text.Text(), text.unit);
+  };
+  binder.Bind(text.core, {.widget = view, .caption = caption, .unit = unit, .showValue = show});
+}
+
+void BindMemo(Binder& binder, vc::TextBox& text) {
+  auto* view = new QPlainTextEdit(binder.PaneOf(text.core).Container());
+  view->setReadOnly(text.readOnly);
+  view->setTabChangesFocus(true);
+  view->setMinimumSize(DigitsWide(*view, MemoDigits), MemoLines * LineHeight(*view));
+  QLabel* caption = WordsBeside(view, text.core.Caption());
+  binder.PaneOf(text.core).AddTall(caption, view);
+  Listen(binder, text, view, [] {});
+  QObject::connect(view, &QPlainTextEdit::textChanged, view, [&binder, &text, view] {
+    binder.Operate(text.core, [&text, view] { text.SetText(FromQt(view->toPlainText())); });
+  });
+  const auto show = [view, &text](std::string_view) {
+    const QString lines = ToQt(text.Text()).remove(QLatin1Char('\r'));
+    if (view->toPlainText() == lines) return;
+    const QSignalBlocker silent(view);
+    view->setPlainText(lines);
+  };
+  binder.Bind(text.core, {.widget = view, .caption = caption, .showValue = show});
+}
+
+// The text box goes into the row of its slider where it follows one, else into a row of its own.
+Field RowOf(Binder& binder, const vc::TextBox& text, QLineEdit* view, QLabel* unit) {
+  if (binder.openRow.field == nullptr) return {WordsBeside(view, text.core.Caption()), view, nullptr, unit};
+  Field row = std::exchange(binder.openRow, {});
+  row.text = view;
+  row.unit = unit;
+  return row;
+}
+
+void BindLine(Binder& binder, vc::TextBox& text) {
+  auto* view = new QLineEdit(binder.PaneOf(text.core).Container());
+  QLabel* unit = text.unit.empty() ? nullptr : WordsBeside(view, text.unit);
+  const Field row = RowOf(binder, text, view, unit);
+  QWidget* slider = row.text == nullptr ? nullptr : row.field;
+  if (slider != nullptr || unit != nullptr) view->setFixedWidth(DigitsWide(*view, NumberDigits));
+  if (slider != nullptr || unit != nullptr) view->setAlignment(Qt::AlignRight);
+  binder.PaneOf(text.core).AddField(row);
+  Listen(binder, text, view, [view] { view->selectAll(); });
+  QObject::connect(view, &QLineEdit::textEdited, view, [&binder, &text](const QString& typed) {
+    binder.Operate(text.core, [&text, &typed] { text.SetText(FromQt(typed)); });
+  });
+  const auto show = [view, slider, &text](std::string_view) {
+    if (view->text() != ToQt(text.Text())) view->setText(ToQt(text.Text()));
+    Binder::Speak(view, text.Text(), text.unit);
+    if (slider != nullptr) Binder::Speak(slider, text.Text(), text.unit);
+  };
+  QLabel* caption = slider == nullptr ? row.caption : nullptr;
+  binder.Bind(text.core, {.widget = view, .caption = caption, .unit = unit, .showValue = show});
+}
+
+}  // namespace
+
+void BindKind(Binder& binder, vc::TextBox& text) {
+  if (text.multiLine) {
+    BindMemo(binder, text);
+  } else if (text.readOnly) {
+    BindStatus(binder, text);
+  } else {
+    BindLine(binder, text);
+  }
+}
+
+}  // namespace desktop

@@ -1,0 +1,107 @@
+#include "desktop/Theme.h"
+
+#include <array>
+
+#include <QApplication>
+#include <QPalette>
+#include <QString>
+#include <QStyleFactory>
+
+#include "desktop/QtText.h"
+
+namespace desktop {
+namespace {
+
+// One colour of the look in both themes, 0xRRGGBB.
+struct Tint {
+  QPalette::ColorRole role;
+  QRgb light, dark;
+};
+constexpr std::array<Tint, 19> Tints{{{QPalette::Window, 0xF3F5F7, 0x2A3139},
+                                      {QPalette::WindowText, 0x1D2935, 0xE2E7EC},
+                                      {QPalette::Base, 0xFFFFFF, 0x14181C},
+                                      {QPalette::AlternateBase, 0xEDF0F3, 0x313942},
+                                      {QPalette::Text, 0x1D2935, 0xE2E7EC},
+                                      {QPalette::Button, 0xFDFEFE, 0x3A444E},
+                                      {QPalette::ButtonText, 0x1D2935, 0xE2E7EC},
+                                      {QPalette::BrightText, 0xFFFFFF, 0xFFFFFF},
+                                      {QPalette::PlaceholderText, 0x76838F, 0x8A96A2},
+                                      {QPalette::Highlight, 0x2A6CB0, 0x3F86CC},
+                                      {QPalette::HighlightedText, 0xFFFFFF, 0xFFFFFF},
+                                      {QPalette::Link, 0x2A6CB0, 0x6FAEE8},
+                                      {QPalette::LinkVisited, 0x6A4FA3, 0xA48BD8},
+                                      {QPalette::Light, 0xFFFFFF, 0x5C6874},
+                                      {QPalette::Midlight, 0xE4E8EC, 0x45515C},
+                                      {QPalette::Mid, 0xC5CDD5, 0x55616D},
+                                      {QPalette::Dark, 0x98A4AF, 0x181C21},
+                                      {QPalette::Shadow, 0x64717D, 0x0A0D10},
+                                      {QPalette::ToolTipText, 0x1D2935, 0xE2E7EC}}};
+constexpr QRgb FadedLight = 0x9AA5AF, FadedDark = 0x74808C;
+constexpr QRgb TitleLight = 0x2A5C91, TitleDark = 0x8BBBEA;
+
+QPalette PaletteOf(Theme theme) {
+  const bool light = theme == Theme::Light;
+  QPalette palette;
+  for (const Tint& tint : Tints) palette.setColor(tint.role, QColor(light ? tint.light : tint.dark));
+  palette.setColor(QPalette::ToolTipBase, palette.color(QPalette::Button));
+  const QColor faded(light ? FadedLight : FadedDark);
+  for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText}) {
+    palette.setColor(QPalette::Disabled, role, faded);
+  }
+  palette.setColor(QPalette::Disabled, QPalette::Highlight, palette.color(QPalette::Mid));
+  return palette;
+}
+
+// Group boxes with a quiet line and a coloured title, flat buttons; everything in units of the font.
+constexpr const char* SheetText = R"(
+QGroupBox { border: 1px solid @mid; border-radius: 0.4em; margin-top: 0.8em; }
+QGroupBox::title { subcontrol-origin: margin; subcontrol-position: top left; left: 0.7em; padding: 0 0.3em;
+                   color: @title; }
+QGroupBox::title:disabled { color: @faded; }
+QGroupBox[captioned="false"] { border: none; margin-top: 0; }
+QWidget[splash="true"] { background: @accent; }
+QWidget[splash="true"] QLabel { color: white; }
+QWidget[splash="true"] QLabel[title="true"] { font-size: @bigpt; }
+QPushButton { background: @button; color: @text; border: 1px solid @mid; border-radius: 0.3em;
+              padding: 0.35em 1.1em; min-width: 4em; }
+QPushButton:hover { border-color: @accent; }
+QPushButton:focus, QPushButton:default { border-color: @accent; }
+QPushButton:pressed { background: @midlight; }
+QPushButton:checked { background: @accent; color: white; border-color: @accent; }
+QPushButton:disabled { background: @window; color: @faded; border-color: @mid; }
+QPushButton:checked:disabled { background: @mid; }
+)";
+
+QString SheetOf(Theme theme, const QPalette& palette) {
+  const bool light = theme == Theme::Light;
+  QString sheet = QLatin1String(SheetText);
+  const auto put = [&sheet](const char* mark, const QColor& colour) {
+    sheet.replace(QLatin1String(mark), colour.name());
+  };
+  put("@title", QColor(light ? TitleLight : TitleDark));
+  put("@faded", QColor(light ? FadedLight : FadedDark));
+  put("@midlight", palette.color(QPalette::Midlight));
+  put("@mid", palette.color(QPalette::Mid));
+  put("@button", palette.color(QPalette::Button));
+  put("@text", palette.color(QPalette::ButtonText));
+  put("@accent", palette.color(QPalette::Highlight));
+  put("@window", palette.color(QPalette::Window));
+  constexpr double big = 1.8;
+  return sheet.replace(QLatin1String("@big"), QString::number(big * PointSize(QApplication::font())));
+}
+
+}  // namespace
+
+Theme SystemTheme() {
+  constexpr int middle = 128;
+  return QApplication::palette().color(QPalette::Window).lightness() < middle ? Theme::Dark : Theme::Light;
+}
+
+void ApplyTheme(Theme theme) {
+  QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  const QPalette palette = PaletteOf(theme);
+  QApplication::setPalette(palette);
+  static_cast<QApplication*>(QCoreApplication::instance())->setStyleSheet(SheetOf(theme, palette));
+}
+
+}  // namespace desktop

@@ -1,0 +1,26 @@
+// Words that wrap at the width they are given. Unlike the toolkit's own wrapping label it does not make the
+// height of its whole window depend on the width: large neighbours may then still shrink on a small screen.
+#pragma once
+
+#include <QLabel>
+
+namespace desktop {
+
+class WrappedLabel : public QLabel {
+ public:
+  explicit WrappedLabel(QWidget* parent);
+
+  bool hasHeightForWidth() const override { return false; }
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override;
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+
+ private:
+  // The width of the text in one line, at most so many digits wide.
+  int TextWidth(int digits) const;
+  int HeightAt(int width) const;
+};
+
+}  // namespace desktop

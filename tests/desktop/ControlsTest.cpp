@@ -1,0 +1,223 @@
+// Every kind of control in its widget, both ways: the operator's events reach the model, the model's changes
+// reach the widget.
+#include <stdexcept>
+
+#include <gtest/gtest.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QSlider>
+#include <QWheelEvent>
+
+#include "Shown.h"
+
+namespace desktop {
+namespace {
+
+void TurnWheel(QWidget& widget, int eighthsOfDegree) {
+  const QPointF place = widget.rect().center();
+  QWheelEvent event(place, widget.mapToGlobal(place), {}, {0, eighthsOfDegree}, Qt::NoButton, {},
+                    Qt::NoScrollPhase, false);
+  QCoreApplication::sendEvent(&widget, &event);
+}
+
+TEST(Controls, AClickReachesTheModelOfEveryButton) {
+  Shown shown;
+  shown.Click("btnOK");
+  shown.Click("btnActive");
+  EXPECT_EQ(shown.sample.btnActive.Value(), 1);
+  EXPECT_TRUE(shown.At<QPushButton>("btnActive").isChecked());
+  shown.Click("btnClear");  // disabled
+  shown.Click("chkPart(2)");
+  EXPECT_TRUE(shown.sample.chkPart(2).Value());
+  shown.Click("optMode(1)");
+  EXPECT_EQ(shown.sample.optMode.Selected(), 1);
+  EXPECT_EQ(shown.sample.events, "ok active part mode ");
+}
+
+TEST(Controls, AChangeOfTheModelReachesTheWidgetAndRaisesNothingTwice) {
+  Shown shown;
+  auto& sample = shown.sample;
+  sample.btnActive.SetValue(1);
+  sample.chkPart(1).SetValue(true);
+  sample.optMode.Select(2);
+  sample.cmbKind.SetListIndex(1);
+  sample.txtState.SetText("Connected");
+  sample.txtNotes.SetText("one\r\ntwo");
+  sample.lblStatus.core.SetCaption("R&&D");
+  EXPECT_TRUE(shown.At<QPushButton>("btnActive").isChecked());
+  EXPECT_TRUE(shown.At<QCheckBox>("chkPart(1)").isChecked());
+  EXPECT_TRUE(shown.At<QRadioButton>("optMode(2)").isChecked());
+  EXPECT_EQ(shown.At<QComboBox>("cmbKind").currentText(), "Highpass");
+  EXPECT_EQ(shown.At<QLabel>("txtState").text(), "Connected");
+  EXPECT_EQ(shown.At<QPlainTextEdit>("txtNotes").toPlainText(), "one\ntwo");
+  EXPECT_EQ(sample.txtNotes.Text(), "one\r\ntwo");  // showing a text does not rewrite it
+  EXPECT_EQ(shown.At<QLabel>("lblStatus").text(), "R&D");
+  EXPECT_EQ(sample.events, "mode kind ");
+}
+
+TEST(Controls, AnOptionGroupMayHaveNoneChosenAndIsOneAmongItsButtons) {
+  Shown shown;
+  for (const char* name : {"optMode(0)", "optMode(1)", "optMode(2)"}) {
+    EXPECT_FALSE(shown.At<QRadioButton>(name).isChecked());
+  }
+  shown.sample.optMode.Select(0);
+  shown.sample.optMode.Select(vc::NoIndex);
+  EXPECT_FALSE(shown.At<QRadioButton>("optMode(0)").isChecked());
+  EXPECT_LT(shown.At("optMode(0)").y(), shown.At("optMode(1)").y());  // a column
+}
+
+TEST(Controls, AListTakesRowsAndTheOperatorsChoice) {
+  Shown shown;
+  auto& list = shown.At<QComboBox>("cmbKind");
+  EXPECT_EQ(list.currentIndex(), -1);
+  shown.Focus("cmbKind");
+  QTest::keyClick(&list, Qt::Key_Down);
+  EXPECT_EQ(shown.sample.cmbKind.ListIndex(), 0);
+  shown.sample.cmbKind.SetItems({"Notch"});
+  EXPECT_EQ(list.count(), 1);
+  EXPECT_EQ(list.currentText(), "Notch");
+  EXPECT_EQ(shown.Says("cmbKind"), "Notch");
+}
+
+TEST(Controls, ASliderMovesByItsStepsInTheDirectionOfTheScreen) {
+  Shown shown;
+  auto& slider = shown.sample.sldrBalance;
+  const auto& view = shown.At<QSlider>("sldrBalance");
+  struct Case {
+    Qt::Key key;
+    double position;
+  };
+  for (const auto [key, position] :
+       {Case{Qt::Key_Right, -0.25}, Case{Qt::Key_Down, 0.0}, Case{Qt::Key_PageUp, -0.5},
+        Case{Qt::Key_PageUp, -1.0}, Case{Qt::Key_PageUp, -1.0}, Case{Qt::Key_End, 1.0}}) {
+    QTest::keyClick(&shown.At("sldrBalance"), key);
+    EXPECT_DOUBLE_EQ(slider.Position(), position);
+  }
+  EXPECT_TRUE(view.invertedAppearance());
+  slider.SetPosition(0.1);  // between two steps
+  EXPECT_DOUBLE_EQ(slider.Position(), 0.1);
+  EXPECT_EQ(shown.Says("sldrBalance"), "0.1");
+}
+
+TEST(Controls, ASliderFollowsItsRangeAndIsDraggedToItsEnds) {
+  Shown shown;
+  shown.sample.sldrCutoff.SetRange(100, 8000.5);
+  EXPECT_DOUBLE_EQ(shown.sample.sldrCutoff.Position(), 100);
+  auto& view = shown.At<QSlider>("sldrCutoff");
+  view.setSliderDown(true);
+  view.setSliderPosition(view.maximum());
+  EXPECT_DOUBLE_EQ(shown.sample.sldrCutoff.Position(), 8000.5);
+  view.setSliderPosition(50);
+  EXPECT_DOUBLE_EQ(shown.sample.sldrCutoff.Position(), 150);
+  shown.sample.sldrCutoff.SetPosition(200);
+  EXPECT_EQ(view.value(), 100);
+}
+
+TEST(Controls, TheWheelMovesASliderOnlyWhileItHasTheFocus) {
+  Shown shown;
+  auto& slider = shown.sample.sldrBalance;
+  shown.Focus("btnOK");
+  TurnWheel(shown.At("sldrBalance"), 120);
+  EXPECT_DOUBLE_EQ(slider.Position(), 0.0);
+  shown.Focus("sldrBalance");
+  TurnWheel(shown.At("sldrBalance"), 60);  // half a notch, twice
+  EXPECT_DOUBLE_EQ(slider.Position(), 0.0);
+  TurnWheel(shown.At("sldrBalance"), 60);
+  EXPECT_DOUBLE_EQ(slider.Position(), -0.125);
+  TurnWheel(shown.At("cmbKind"), -120);
+  EXPECT_EQ(shown.sample.cmbKind.ListIndex(), -1);
+}
+
+TEST(Controls, ATextBoxTellsFocusKeysAndLeaving) {
+  Shown shown;
+  auto& edit = shown.At<QLineEdit>("txtCutoff");
+  shown.sample.txtCutoff.SetText("1000");
+  shown.Focus("txtCutoff");
+  EXPECT_EQ(edit.selectedText(), "1000");
+  QTest::keyClicks(&edit, "25");
+  EXPECT_EQ(shown.sample.txtCutoff.Text(), "25");
+  QTest::keyClick(&edit, Qt::Key_Return);
+  EXPECT_TRUE(edit.hasFocus());
+  shown.Focus("btnOK");
+  EXPECT_EQ(shown.sample.events, "got key50 key53 key13 lost ");
+}
+
+TEST(Controls, AClickIntoATextBoxSelectsItsWholeText) {
+  Shown shown;
+  shown.sample.txtCutoff.SetText("1000");
+  shown.Focus("btnOK");
+  shown.Click("txtCutoff");
+  EXPECT_TRUE(
+      QTest::qWaitFor([&shown] { return shown.At<QLineEdit>("txtCutoff").selectedText() == "1000"; }));
+}
+
+TEST(Controls, WhatAHandlerMakesOfAnEntryIsShown) {
+  Shown shown;
+  auto& text = shown.sample.txtCutoff;
+  text.SetText("500");
+  text.lostFocus = [&text] { text.SetText("500"); };
+  shown.Focus("txtCutoff");
+  QTest::keyClicks(&shown.At("txtCutoff"), "abc");
+  EXPECT_EQ(text.Text(), "abc");
+  shown.Focus("btnOK");
+  EXPECT_EQ(shown.At<QLineEdit>("txtCutoff").text(), "500");
+}
+
+TEST(Controls, ASliderAndItsTextShareARowAndSpeakTheValueWithItsUnit) {
+  Shown shown;
+  shown.sample.txtCutoff.SetText("440");
+  EXPECT_EQ(shown.Says("txtCutoff"), "440 Hz");
+  EXPECT_EQ(shown.Says("sldrCutoff"), "440 Hz");
+  const QRect slider = shown.At("sldrCutoff").geometry();
+  const QRect text = shown.At("txtCutoff").geometry();
+  EXPECT_GT(text.left(), slider.right());
+  EXPECT_LT(std::abs(text.center().y() - slider.center().y()), 3);
+  // In columns the pair stands upright.
+  EXPECT_EQ(shown.At<QSlider>("sldrBand(3)").orientation(), Qt::Vertical);
+  EXPECT_GT(shown.At("txtBand(3)").geometry().top(), shown.At("sldrBand(3)").geometry().bottom());
+}
+
+TEST(Controls, MenusAreATreeWithCheckMarks) {
+  Shown shown;
+  auto* menu = shown.Window().menuBar()->findChild<QMenu*>("mnuRate");
+  ASSERT_NE(menu, nullptr);
+  EXPECT_EQ(menu->menuAction()->text(), "&Rate");
+  ASSERT_EQ(menu->actions().size(), 2);
+  QAction* fast = menu->actions().at(1);
+  EXPECT_EQ(fast->objectName(), "mnuRateSelect(1)");
+  for (int press = 0; press < 2; ++press) {
+    fast->trigger();
+    EXPECT_TRUE(fast->isChecked());  // the mark is the model's, not toggled by the press
+  }
+  shown.sample.mnuExit.core.SetEnabled(false);
+  EXPECT_FALSE(shown.At<QAction>("mnuExit").isEnabled());
+  shown.sample.mnuRate.core.SetVisible(false);
+  EXPECT_FALSE(menu->menuAction()->isVisible());
+}
+
+TEST(Controls, APictureShowsTheImageOfTheModel) {
+  Shown shown;
+  EXPECT_EQ(shown.At("pbxLamp").grab().toImage().pixelColor(4, 4), QColor(255, 0, 0));
+  shown.sample.pbxLamp.SetImage(2);
+  EXPECT_EQ(shown.At("pbxLamp").grab().toImage().pixelColor(4, 4), QColor(0, 255, 0));
+}
+
+TEST(Controls, AFramesCaptionIsSpokenWithWhatLiesInIt) {
+  Shown shown;
+  EXPECT_EQ(shown.At("sldrBalance").accessibleName(), "Filter, Balance");
+  shown.sample.fraFilter.core.SetCaption("Not Available");
+  EXPECT_EQ(shown.At<QGroupBox>("fraFilter").title(), "Not Available");
+  EXPECT_EQ(shown.At("sldrBalance").accessibleName(), "Not Available, Balance");
+}
+
+}  // namespace
+}  // namespace desktop

@@ -1,0 +1,137 @@
+// The level bar on the screen: its colours, its marker, and how little it repaints.
+#include <gtest/gtest.h>
+
+#include <QImage>
+#include <QPaintEvent>
+#include <QtTest>
+
+#include "desktop/FormWindow.h"
+#include "desktop/LevelBarView.h"
+#include "desktop/PainterSurface.h"
+
+namespace desktop {
+namespace {
+
+// Counts what a widget paints.
+class PaintWatch : public QObject {
+ public:
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() == QEvent::Paint) painted |= static_cast<QPaintEvent*>(event)->rect();
+    return false;
+  }
+  QRect painted;
+};
+
+struct Bar {
+  vc::Form form{"Levels", "Levels"};
+  vc::LevelBar bar{form, "lbInput", "Input"};
+  std::unique_ptr<FormWindow> window;
+  PaintWatch watch;
+
+  explicit Bar(int orientation) {
+    bar.SetOrientation(orientation);
+    bar.SetBorderStyle(0);
+    bar.SetMarkerStyle(vc::HiddenMarker);
+    bar.SetValue(50);
+    window = std::make_unique<FormWindow>(form, [] {});
+    window->Present(Qt::NonModal, {400, 300});
+    EXPECT_TRUE(QTest::qWaitForWindowExposed(window.get()));
+    QTest::qWait(1);
+    View().installEventFilter(&watch);
+  }
+  LevelBarView& View() const { return dynamic_cast<LevelBarView&>(*window->findChild<QWidget*>("lbInput")); }
+  // The colour in the middle of the bar, so far along it (0..1).
+  QColor At(double along) const {
+    const QRect area = View().BarArea();
+    const bool backwards = bar.Orientation() == 1 || bar.Orientation() == 3;
+    const double part = backwards ? 1.0 - along : along;
+    const QPoint place = bar.Horizontal()
+                             ? QPoint(area.left() + static_cast<int>(part * area.width()), area.center().y())
+                             : QPoint(area.center().x(), area.top() + static_cast<int>(part * area.height()));
+    return View().grab().toImage().pixelColor(place);
+  }
+  QRect PaintedAfter(const std::function<void()>& change) {
+    QTest::qWait(1);
+    watch.painted = {};
+    change();
+    QTest::qWait(1);
+    return watch.painted;
+  }
+};
+
+class LevelBarViewTest : public testing::TestWithParam<int> {};
+INSTANTIATE_TEST_SUITE_P(Orientations, LevelBarViewTest, testing::Values(0, 1, 2, 3));
+
+TEST_P(LevelBarViewTest, AHalfLevelIsGreenAtItsBeginningAndEmptyBehind) {
+  const Bar half(GetParam());
+  const QColor begin = half.At(0.03);
+  EXPECT_GT(begin.green(), 240);
+  EXPECT_LT(begin.red(), 40);
+  EXPECT_EQ(half.At(0.9), half.View().palette().color(QPalette::Window));
+}
+
+TEST_P(LevelBarViewTest, TheMarkerIsThereOnlyWhenItIsAskedFor) {
+  Bar marked(GetParam());
+  marked.bar.SetMarkerValue(1, 80);
+  marked.bar.SetMarkerColor(0xFF0000);
+  EXPECT_NE(marked.At(0.8), QColor(0, 0, 255));
+  marked.bar.SetMarkerStyle(0);
+  EXPECT_EQ(marked.At(0.8), QColor(0, 0, 255));
+}
+
+TEST_P(LevelBarViewTest, OnlyWhatMovedIsPainted) {
+  Bar moving(GetParam());
+  const QRect area = moving.View().BarArea();
+  const QRect step = moving.PaintedAfter([&moving] { moving.bar.SetValue(55); });
+  EXPECT_FALSE(step.isEmpty());
+  EXPECT_TRUE(area.contains(step));
+  EXPECT_LT(step.width() * step.height(), area.width() * area.height() / 4);
+  EXPECT_TRUE(moving.PaintedAfter([&moving] { moving.bar.SetValue(55); }).isEmpty());
+  const QRect reading = moving.PaintedAfter([&moving] { moving.bar.SetReading("-12.3 dB"); });
+  EXPECT_FALSE(reading.isEmpty());
+  EXPECT_FALSE(reading.intersects(area));
+  EXPECT_EQ(moving.View().accessibleDescription(), "-12.3 dB");
+}
+
+TEST_P(LevelBarViewTest, WhatIsPaintedInPartsEqualsTheWhole) {
+  Bar moving(GetParam());
+  for (const int value : {51, 100, 3, 77, 76, 0, 40}) {
+    moving.bar.SetValue(value);
+    QTest::qWait(1);
+    const QImage onScreen = moving.window->screen()->grabWindow(moving.window->winId()).toImage();
+    if (onScreen.isNull()) GTEST_SKIP() << "the platform keeps no picture of its windows";
+    EXPECT_EQ(onScreen, moving.window->grab().toImage()) << value;
+  }
+}
+
+TEST(LevelBarView, ADisabledBarIsEmpty) {
+  Bar off(1);
+  off.bar.core.SetEnabled(false);
+  EXPECT_EQ(off.At(0.03), off.View().palette().color(QPalette::Window));
+}
+
+TEST(PainterSurface, EdgesAreLitByTheirStyleAndSystemColoursComeFromThePalette) {
+  QPalette palette;
+  palette.setColor(QPalette::Light, Qt::white);
+  palette.setColor(QPalette::Midlight, Qt::yellow);
+  palette.setColor(QPalette::Mid, Qt::gray);
+  palette.setColor(QPalette::Dark, Qt::black);
+  palette.setColor(QPalette::Window, Qt::cyan);
+  QImage image(20, 20, QImage::Format_RGB32);
+  image.fill(Qt::magenta);
+  QPainter painter(&image);
+  PainterSurface surface(painter, palette, image.rect());
+  surface.FillRectangle({8, 8, 2, 2}, vc::ButtonFace);
+  surface.DrawEdge({0, 0, 20, 20}, 9);
+  painter.end();
+  EXPECT_EQ(image.pixelColor(10, 0), QColor(Qt::yellow));  // raised outside
+  EXPECT_EQ(image.pixelColor(10, 19), QColor(Qt::black));
+  EXPECT_EQ(image.pixelColor(1, 10), QColor(Qt::black));  // sunken inside
+  EXPECT_EQ(image.pixelColor(18, 10), QColor(Qt::yellow));
+  EXPECT_EQ(image.pixelColor(10, 2), QColor(Qt::magenta));
+  EXPECT_EQ(image.pixelColor(9, 9), QColor(Qt::cyan));
+  EXPECT_EQ(ColourOf(0x0000FF, palette), QColor(255, 0, 0));
+}
+
+}  // namespace
+}  // namespace desktop

@@ -1,0 +1,46 @@
+// A form in its real window, ready for the operator.
+#pragma once
+
+#include <string>
+
+#include <QtTest>
+
+#include "SampleForm.h"
+#include "desktop/FormWindows.h"
+#include "desktop/QtText.h"
+
+namespace desktop {
+
+struct Shown {
+  support::SampleForm sample;
+  vc::Forms forms;
+  FormWindows windows{forms};
+
+  Shown() {
+    forms.Show(sample.form);
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&Window()));
+    QCoreApplication::processEvents();
+    sample.events.clear();
+  }
+  FormWindow& Window() { return *windows.WindowOf(sample.form); }
+
+  // The widget of a control by its name.
+  template <typename T = QWidget>
+  T& At(const char* name) {
+    T* found = Window().findChild<T*>(QLatin1String(name));
+    if (found == nullptr) throw std::runtime_error(std::string("no widget is named ") + name);
+    return *found;
+  }
+  // At its left, where a check box or an option has its mark.
+  void Click(const char* name) {
+    QWidget& widget = At(name);
+    QTest::mouseClick(&widget, Qt::LeftButton, {}, {LineHeight(widget) / 2, widget.height() / 2});
+  }
+  void Focus(const char* name) {
+    At(name).setFocus(Qt::TabFocusReason);
+    QCoreApplication::processEvents();
+  }
+  std::string Says(const char* name) { return At(name).accessibleDescription().toStdString(); }
+};
+
+}  // namespace desktop

@@ -1,0 +1,128 @@
+// Windows that come, block each other, close and go.
+#include <stdexcept>
+
+#include <gtest/gtest.h>
+
+#include <QMessageBox>
+#include <QPointer>
+#include <QScreen>
+
+#include "Shown.h"
+#include "desktop/Application.h"
+#include "text/Convert.h"
+
+namespace desktop {
+namespace {
+
+struct SmallForm {
+  vc::Form form{"SmallForm", "Small"};
+  vc::Button btnOK{form, "btnOK", "OK"};
+};
+
+TEST(Windows, TheFirstIsCentredOnTheScreenAndTheNextOnIt) {
+  Shown shown;
+  SmallForm small;
+  shown.forms.Show(small.form);
+  const QPoint screen = QGuiApplication::primaryScreen()->availableGeometry().center();
+  const QPoint first = shown.Window().geometry().center();
+  const QPoint next = shown.windows.WindowOf(small.form)->geometry().center();
+  EXPECT_LT((first - screen).manhattanLength(), 4);
+  EXPECT_LT((next - first).manhattanLength(), 4);
+}
+
+TEST(Windows, TheOperatorsCloseAsksTheFormAndDestroysNothingBeforeItsTime) {
+  Shown shown;
+  int asked = 0;
+  shown.sample.form.closeRequested = [&asked] { ++asked; };
+  EXPECT_FALSE(shown.Window().close());
+  EXPECT_EQ(asked, 1);
+  EXPECT_TRUE(shown.Window().isVisible());
+
+  shown.sample.form.closeRequested = nullptr;
+  const QPointer<FormWindow> window = &shown.Window();
+  window->close();
+  EXPECT_TRUE(shown.forms.open.empty());
+  ASSERT_FALSE(window.isNull());
+  EXPECT_FALSE(window->isVisible());
+  EXPECT_FALSE(shown.sample.form.controlChanged);  // another view may show the form now
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  EXPECT_TRUE(window.isNull());
+  shown.sample.sldrCutoff.SetPosition(7);
+}
+
+TEST(Windows, AButtonMayTakeItsOwnFormAway) {
+  Shown shown;
+  auto small = std::make_unique<SmallForm>();
+  small->btnOK.clicked = [&] { shown.forms.Unload(small->form); };
+  shown.forms.Show(small->form, vc::Modality::Modal);
+  QTest::mouseClick(shown.windows.WindowOf(small->form)->findChild<QWidget*>("btnOK"), Qt::LeftButton);
+  EXPECT_EQ(shown.windows.WindowOf(small->form), nullptr);
+  small.reset();
+  QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+TEST(Windows, AModalFormBlocksTheOneBelow) {
+  Shown shown;
+  SmallForm small;
+  shown.forms.Show(small.form, vc::Modality::Modal);
+  ASSERT_TRUE(QTest::qWaitForWindowActive(shown.windows.WindowOf(small.form)));
+  // Through the window system, as a hand would: a blocked window's widgets get nothing.
+  QTest::mouseClick(shown.Window().windowHandle(), Qt::LeftButton, {},
+                    shown.At("btnOK").mapTo(&shown.Window(), shown.At("btnOK").rect().center()));
+  QTest::keyClick(shown.Window().windowHandle(), Qt::Key_A, Qt::AltModifier);
+  EXPECT_EQ(shown.sample.events, "");
+  shown.forms.Unload(small.form);
+  QTest::mouseClick(shown.Window().windowHandle(), Qt::LeftButton, {},
+                    shown.At("btnOK").mapTo(&shown.Window(), shown.At("btnOK").rect().center()));
+  EXPECT_NE(shown.sample.events.find("ok "), std::string::npos);
+}
+
+TEST(Windows, AFormsKeyWorksWhereverTheFocusIs) {
+  Shown shown;
+  shown.Focus("txtCutoff");
+  shown.sample.events.clear();
+  QTest::keyClick(&shown.At("txtCutoff"), Qt::Key_A, Qt::AltModifier);
+  EXPECT_NE(shown.sample.events.find("alt-a "), std::string::npos);
+}
+
+TEST(Windows, CaptionHidingAndComingForwardFollowTheForm) {
+  Shown shown;
+  shown.sample.form.SetCaption("Other");
+  EXPECT_EQ(shown.Window().windowTitle(), "Other");
+  shown.forms.Hide(shown.sample.form);
+  EXPECT_FALSE(shown.Window().isVisible());
+  shown.sample.events.clear();
+  shown.forms.Show(shown.sample.form);
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&shown.Window()));
+  QCoreApplication::processEvents();
+  EXPECT_TRUE(shown.sample.events.starts_with("activated "));
+}
+
+TEST(Windows, AFormThatOnlyGreetsHasNoFrame) {
+  vc::Form form{"Greeting", "Greeting"};
+  const vc::Label words{form, "lblWords", "Welcome"};
+  vc::Forms forms;
+  const FormWindows windows(forms);
+  forms.Show(form);
+  EXPECT_TRUE(windows.WindowOf(form)->windowFlags().testFlag(Qt::FramelessWindowHint));
+  EXPECT_TRUE(windows.WindowOf(form)->isVisible());
+}
+
+TEST(Windows, AFaultInAHandlerIsShownAndTheProgramGoesOn) {
+  Shown shown;
+  shown.sample.btnOK.clicked = [] { throw vc::Fault{"value out of range"}; };
+  QString text;
+  QTimer::singleShot(0, qApp, [&text] {
+    auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+    ASSERT_NE(box, nullptr);
+    text = box->text();
+    box->close();
+  });
+  shown.Click("btnOK");
+  EXPECT_TRUE(text.contains("value out of range"));
+  shown.Click("chkPart(2)");
+  EXPECT_EQ(shown.sample.events, "part ");
+}
+
+}  // namespace
+}  // namespace desktop
