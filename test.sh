@@ -1,0 +1,25 @@
+#!/usr/bin/env bash
+# Everything that must hold: builds without warnings, format, static analysis, all tests. Installs what is missing.
+set -euo pipefail
+cd "$(dirname "$0")"
+
+scripts/install-packages.sh g++ cmake ninja-build qt6-base-dev fonts-dejavu-core libgtest-dev libgmock-dev \
+  libbenchmark-dev clang-format clang-tidy
+
+step() { printf '\n== %s (%s s)\n' "$1" "$SECONDS"; }
+
+step "Format"
+git ls-files -- '*.h' '*.cpp' | xargs clang-format --dry-run --Werror
+
+step "Build"
+cmake --preset release
+cmake --build --preset release
+
+step "Tests"
+export QT_QPA_PLATFORM=offscreen
+ctest --preset release
+
+step "Static analysis"
+git ls-files -- '*.cpp' | xargs -P "$(nproc)" -n 2 clang-tidy --quiet -p build 2>build/clang-tidy.log
+
+step "All good"
