@@ -1,5 +1,6 @@
 // veltrana-tour: drives the real windows and shows what they look like; 0 only if all went as expected.
 #include <filesystem>
+#include <iostream>
 
 #include <QTimer>
 
@@ -8,7 +9,20 @@
 #include "desktop/Theme.h"
 #include "desktop/tour/Tour.h"
 
+namespace {
+
+// The offscreen platform tells at every window that it cannot bring it to the front, which nobody expects of
+// it.
+void Tell(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+  if (!text.startsWith(QLatin1String("This plugin does not support"))) {
+    std::cerr << qFormatLogMessage(type, context, text).toStdString() << '\n';
+  }
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
+  qInstallMessageHandler(Tell);
   argc = 1;  // no command line is taken
   desktop::Application application(argc, argv);
   desktop::ApplyTheme(desktop::Theme::Light);
