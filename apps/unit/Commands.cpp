@@ -102,10 +102,6 @@ constexpr Command commands[] = {
     {234, "equalizer status request", Answer::EqualizerStatus},
 };
 
-constexpr std::uint8_t Synthesize = 192;
-constexpr unsigned LastPosition = 9;
-constexpr unsigned LastAlgorithm = 11;
-
 bool CodeBelow(const Command& command, std::uint8_t code) { return command.code < code; }
 
 }  // namespace
@@ -113,13 +109,6 @@ bool CodeBelow(const Command& command, std::uint8_t code) { return command.code 
 const Command* FindCommand(std::uint8_t code) {
   const auto* const found = std::lower_bound(std::begin(commands), std::end(commands), code, CodeBelow);
   return found != std::end(commands) && found->code == code ? found : nullptr;
-}
-
-bool AcceptsArgument(const Command& command, std::uint16_t argument) {
-  if (command.code != Synthesize) return true;
-  const unsigned position = argument >> 12U;
-  const unsigned algorithm = argument & 0xFFFU;
-  return position <= LastPosition && algorithm >= 1 && algorithm <= LastAlgorithm;
 }
 
 }  // namespace unit

@@ -17,8 +17,4 @@ struct Command {
 // The row of a code, or nullptr when the unit does not know the code.
 const Command* FindCommand(std::uint8_t code);
 
-// Whether the unit can do what the argument asks. Only the synthesis command is looked into: its top four
-// bits are the DSP position 0..9, the rest the algorithm 1..11.
-bool AcceptsArgument(const Command& command, std::uint16_t argument);
-
 }  // namespace unit

@@ -74,6 +74,8 @@ constexpr Row rows[] = {
      "set the option flag of the status"},
     {"--trace", "FILE", "a path", [](Options& o, std::string_view t) { return TakeText(t, o.trace); },
      "write what happens on the line to FILE"},
+    {"--dump", "FILE", "a path", [](Options& o, std::string_view t) { return TakeText(t, o.dump); },
+     "on SIGUSR1 write what the unit was given to FILE"},
     {"--seed", "N", "a whole number",
      [](Options& o, std::string_view t) { return Take(t, std::uint64_t{0}, UINT64_MAX, o.seed); },
      "seed of all faults, 1"},

@@ -15,6 +15,7 @@ namespace unit {
 struct Options {
   std::string link;   // where the line's symbolic link stands
   std::string trace;  // file for the trace, empty for none
+  std::string dump;   // file for the dump that SIGUSR1 asks for, empty for none
   bool help = false;
 
   int baud = 115200;             // 9600, 14400, 19200, 38400 or 115200

@@ -2,11 +2,39 @@
 #include "unit/Trace.h"
 
 #include "unit/Commands.h"
+#include "unit/Stages.h"
 
 namespace unit {
 namespace {
 
+// "48 to 95": the `number`-th run of so many.
+std::string Run(unsigned number, unsigned length) {
+  return std::to_string(number * length) + " to " + std::to_string(number * length + length - 1);
+}
+
+std::string SynthesisMeaning(std::uint16_t argument) {
+  const Synthesis synthesis = SynthesisOf(argument);
+  return "synthesize position " + std::to_string(synthesis.position) + ", algorithm " +
+         std::to_string(synthesis.algorithm) +
+         (synthesis.algorithm == HostCoefficients ? ", coefficients from the host" : "");
+}
+
+std::string BroadbandMeaning(const BroadbandPlace& place) {
+  return "broadband stage " + std::to_string(place.stage) + ", piece " + std::to_string(place.piece) +
+         (place.piece == 0 ? ", parameters" : ", values " + Run(place.piece - 1, ValuesPerPiece));
+}
+
+// Only the command behind a series of packets tells what the first two of them are for.
+std::string PacketMeaning(std::uint8_t number) {
+  const std::string bytes = number < BlockPackets ? "bytes " + Run(number, PayloadSize) + " or " : "";
+  return "data packet " + std::to_string(number) + ", " + bytes + "coefficients " +
+         Run(number, CoefficientsPerPacket);
+}
+
 std::string CommandMeaning(const Frame& frame) {
+  if (frame.number == SynthesizeCode) return SynthesisMeaning(frame.argument);
+  const std::optional<BroadbandPlace> place = BroadbandPlaceOf(frame.argument);
+  if (frame.number == BroadbandCode && place) return BroadbandMeaning(*place);
   const Command* const command = FindCommand(frame.number);
   const std::string value = " = " + std::to_string(frame.argument);
   if (command == nullptr) return "unknown command " + std::to_string(frame.number) + value;
@@ -22,7 +50,7 @@ std::string MeaningOf(const Frame& frame) {
     case Frame::Kind::Command:
       return CommandMeaning(frame) + bad;
     case Frame::Kind::Packet:
-      return "data packet " + std::to_string(frame.number) + bad;
+      return PacketMeaning(frame.number) + bad;
     case Frame::Kind::Partial:
       return "partial frame, dropped";
     default:

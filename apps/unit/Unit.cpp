@@ -23,6 +23,10 @@ std::int64_t GapLimit(int baud) { return 50'000 + CharactersTime(10, baud); }
 // Characters with the top bit set can't be taken for a token, whatever stands beside them.
 std::uint8_t Garbage(Dice& dice) { return static_cast<std::uint8_t>(0x80 + dice.Below(0x80)); }
 
+bool IsRequest(const Frame& frame) {
+  return frame.kind == Frame::Kind::Command || frame.kind == Frame::Kind::Packet;
+}
+
 std::string VersionText(int hundredths) {
   const std::string digits = std::to_string(1000 + hundredths);
   return digits.substr(1, 1) + '.' + digits.substr(2);
@@ -74,6 +78,7 @@ void Unit::LineClosed() {
   replies_.clear();
   noise_.clear();
   parser_.Reset();
+  stages_.DropPackets();
   inputBusyUntil_ = 0;
   outputBusyUntil_ = 0;
 }
@@ -107,9 +112,8 @@ void Unit::HearNoise(std::int64_t time) {
 }
 
 void Unit::React(const Frame& frame, std::int64_t time) {
-  if (trace) Trace(Direction::Host, time, frame.bytes, MeaningOf(frame) + (Dead() ? ", ignored" : ""));
-  const bool isFrame = frame.kind == Frame::Kind::Command || frame.kind == Frame::Kind::Packet;
-  if (!isFrame || Dead()) return;
+  if (trace) Trace(Direction::Host, time, frame.bytes, MeaningOf(frame) + Remark(frame));
+  if (!IsRequest(frame) || Dead()) return;
   if (!frame.checksumGood) {
     ++answered_;
     Say(Complaint(0), time, "complaint about the checksum");
@@ -118,19 +122,29 @@ void Unit::React(const Frame& frame, std::int64_t time) {
   Execute(frame, time);
 }
 
+// What the trace says of a frame beside its meaning.
+std::string Unit::Remark(const Frame& frame) const {
+  if (Dead()) return ", ignored";
+  if (!IsRequest(frame) || !frame.checksumGood) return {};
+  const std::string refusal(stages_.Refusal(frame));
+  return refusal.empty() ? refusal : ", refused: " + refusal;
+}
+
 void Unit::Execute(const Frame& frame, std::int64_t time) {
   Answer answer = Answer::Acknowledge;
   if (frame.kind == Frame::Kind::Command) {
     const Command* const command = FindCommand(frame.number);
-    if (command == nullptr || !AcceptsArgument(*command, frame.argument)) return;
+    if (command == nullptr) return;
     answer = command->answer;
   }
+  if (!stages_.Refusal(frame).empty()) return;
   ++answered_;
   if (refusals_.Chance(options_.refuse)) {
     Say(Complaint(static_cast<int>(refusals_.Below(3))), time, "complaint");
     return;
   }
   registers_.Store(frame);
+  stages_.Take(frame);
   AnswerRequest(answer, time);
 }
 

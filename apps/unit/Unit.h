@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 #include <span>
+#include <string>
 
 #include "unit/Bytes.h"
 #include "unit/Commands.h"
@@ -14,6 +15,7 @@
 #include "unit/FrameParser.h"
 #include "unit/Options.h"
 #include "unit/Registers.h"
+#include "unit/Stages.h"
 #include "unit/Trace.h"
 
 namespace unit {
@@ -39,6 +41,9 @@ class Unit {
   // What the unit was sent, up to the time of the last call.
   const Registers& registers() const { return registers_; }
 
+  // What the stages have made of it.
+  const Stages& stages() const { return stages_; }
+
   bool option = false;                           // the option flag of the status, free to change at any time
   std::function<void(const TraceEvent&)> trace;  // told of every frame and reply once it is complete
 
@@ -58,6 +63,7 @@ class Unit {
   void HearUntil(std::int64_t now);
   void HearNoise(std::int64_t time);
   void React(const Frame& frame, std::int64_t time);
+  std::string Remark(const Frame& frame) const;
   void Execute(const Frame& frame, std::int64_t time);
   void AnswerRequest(Answer answer, std::int64_t time);
   void Say(const Bytes& bytes, std::int64_t time, std::string meaning);
@@ -69,6 +75,7 @@ class Unit {
 
   Options options_;
   Registers registers_;
+  Stages stages_;
   FrameParser parser_;
   ByteFaults fromHost_;
   ByteFaults toHost_;

@@ -9,7 +9,9 @@
 #include <poll.h>
 #include <signal.h>  // NOLINT(modernize-deprecated-headers): sigset_t and sigprocmask are of the system's header
 #include <sys/signalfd.h>
+#include <unistd.h>
 
+#include "unit/Dump.h"
 #include "unit/Options.h"
 #include "unit/PtyLine.h"
 #include "unit/Unit.h"
@@ -35,13 +37,25 @@ int Complain(const std::string& text, int code) {
   return code;
 }
 
-// A descriptor that becomes readable when the program is asked to end.
-int EndRequests() {
+// A descriptor that becomes readable when the program is asked for a dump or to end.
+int Requests() {
   sigset_t signals;
   sigemptyset(&signals);
-  for (const int number : {SIGTERM, SIGINT, SIGHUP}) sigaddset(&signals, number);
+  for (const int number : {SIGTERM, SIGINT, SIGHUP, SIGUSR1}) sigaddset(&signals, number);
   sigprocmask(SIG_BLOCK, &signals, nullptr);
-  return signalfd(-1, &signals, SFD_CLOEXEC);
+  return signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
+}
+
+bool DumpIsAskedFor(int requests) {
+  signalfd_siginfo request{};
+  return read(requests, &request, sizeof request) == sizeof request && request.ssi_signo == SIGUSR1;
+}
+
+// A dump that can't be written is no reason to leave the host without its unit.
+void Dump(const unit::Unit& unit, const std::string& path) {
+  if (path.empty()) return;
+  const std::string failure = unit::WriteWhole(path, DumpText(unit));
+  if (!failure.empty()) Complain(failure, EnvironmentFault);
 }
 
 void Exchange(unit::PtyLine& line, unit::Unit& unit, const Stopwatch& watch) {
@@ -57,26 +71,35 @@ void Exchange(unit::PtyLine& line, unit::Unit& unit, const Stopwatch& watch) {
 }
 
 // The time until the event for ppoll(); nullptr waits without an end.
+// A sleep ends too late for a character at the highest rate, so the last stretch is spent awake.
 const timespec* TimeUntil(const std::optional<std::int64_t>& event, std::int64_t now, timespec& left) {
   if (!event) return nullptr;
-  const std::int64_t microseconds = std::max<std::int64_t>(*event - now, 0);
+  constexpr std::int64_t awakeMicroseconds = 150;
+  const std::int64_t microseconds = std::max<std::int64_t>(*event - now - awakeMicroseconds, 0);
   left = {.tv_sec = microseconds / 1'000'000, .tv_nsec = microseconds % 1'000'000 * 1000};
   return &left;
 }
 
 // Serves the line until the program is asked to end.
-int Serve(unit::PtyLine& line, unit::Unit& unit, int endRequests) {
+int Serve(unit::PtyLine& line, unit::Unit& unit, int requests, const std::string& dump) {
   const Stopwatch watch;
-  std::array<pollfd, 3> waits{
-      {{endRequests, POLLIN, 0}, {line.master(), POLLIN, 0}, {line.watch(), POLLIN, 0}}};
+  // A host that downloads sends its next frame at once: it finds the unit awake.
+  constexpr std::int64_t awakeMicroseconds = 300;
+  std::int64_t awakeUntil = 0;
+  std::array<pollfd, 3> waits{{{requests, POLLIN, 0}, {line.master(), POLLIN, 0}, {line.watch(), POLLIN, 0}}};
   while (true) {
     timespec left{};
-    const int ready =
-        ppoll(waits.data(), waits.size(), TimeUntil(unit.NextEvent(), watch.Microseconds(), left), nullptr);
+    const std::int64_t now = watch.Microseconds();
+    const std::optional<std::int64_t> event = now < awakeUntil ? now : unit.NextEvent();
+    const int ready = ppoll(waits.data(), waits.size(), TimeUntil(event, now, left), nullptr);
     if (ready < 0 && errno != EINTR) return Complain("the line can't be watched", EnvironmentFault);
-    if (ready > 0 && waits[0].revents != 0) return 0;
     if (ready > 0) Exchange(line, unit, watch);
-    line.Write(unit.Transmit(watch.Microseconds()));
+    const unit::Bytes said = unit.Transmit(watch.Microseconds());
+    if (!said.empty()) awakeUntil = watch.Microseconds() + awakeMicroseconds;
+    line.Write(said);
+    if (ready <= 0 || waits[0].revents == 0) continue;
+    if (!DumpIsAskedFor(requests)) return 0;
+    Dump(unit, dump);
   }
 }
 
@@ -88,13 +111,13 @@ int Run(const unit::Options& options) {
     if (!trace) return Complain(options.trace + ": can't be written", EnvironmentFault);
     unit.trace = [&trace](const unit::TraceEvent& event) { trace << TraceLine(event) << std::endl; };
   }
-  const int endRequests = EndRequests();
+  const int requests = Requests();
   unit::PtyLine line;
   const std::string failure = line.Open(options.link);
   if (!failure.empty()) return Complain(failure, EnvironmentFault);
   std::cout << "veltrana-unit: " << options.link << " (" << line.device() << ") at " << options.baud
             << " baud" << std::endl;
-  return Serve(line, unit, endRequests);
+  return Serve(line, unit, requests, options.dump);
 }
 
 }  // namespace

@@ -62,7 +62,7 @@ std::string Program::Await(const std::string& beginning, int milliseconds) {
   const auto end = Clock::now() + std::chrono::milliseconds(milliseconds);
   while (true) {
     for (auto stop = pending.find('\n'); stop != std::string::npos; stop = pending.find('\n')) {
-      const std::string line = pending.substr(0, stop);
+      std::string line = pending.substr(0, stop);
       pending.erase(0, stop + 1);
       if (line.starts_with(beginning)) return line;
     }

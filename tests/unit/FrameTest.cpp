@@ -21,23 +21,17 @@ TEST(Frames, KnownCommandsAreAcknowledgedAndKept) {
   EXPECT_EQ(bench.device.registers().values[18], std::nullopt);
 }
 
-TEST(Frames, UnknownCodesAndImpossibleSynthesesAreMetWithSilence) {
+TEST(Frames, UnknownCodesAreMetWithSilence) {
   Bench bench;
   for (const int code : {2, 3, 21, 49, 54, 62, 83, 90, 91, 103, 114, 131, 152, 161, 162, 193, 255}) {
     EXPECT_EQ(bench.Ask(CommandFrame(static_cast<std::uint8_t>(code))), "") << code;
     EXPECT_EQ(bench.device.registers().counts[static_cast<std::size_t>(code)], 0U) << code;
   }
-  for (const int argument : {0x0000, 0x000C, 0x9000, 0xA001, 0x0101}) {
-    EXPECT_EQ(bench.Ask(CommandFrame(192, static_cast<std::uint16_t>(argument))), "") << argument;
-  }
-  for (const int argument : {0x0001, 0x000B, 0x9009}) {
-    EXPECT_EQ(bench.Ask(CommandFrame(192, static_cast<std::uint16_t>(argument))), "!OK") << argument;
-  }
 }
 
 TEST(Frames, EveryCommandThatTheHostHasIsKnown) {
-  const int spans[][2] = {{0, 1},   {4, 20},    {32, 48},   {51, 53},   {55, 61},   {64, 82},
-                          {85, 89}, {102, 102}, {105, 113}, {127, 129}, {150, 151}, {157, 158}};
+  const int spans[][2] = {{0, 1},   {4, 20},    {32, 48},   {51, 53},   {55, 61},  {64, 82},
+                          {85, 89}, {105, 113}, {127, 129}, {150, 151}, {157, 158}};
   Bench bench;
   for (const auto& [first, last] : spans) {
     for (int code = first; code <= last; ++code) {
@@ -49,22 +43,22 @@ TEST(Frames, EveryCommandThatTheHostHasIsKnown) {
 TEST(Frames, PacketsAreKeptByNumberWhateverTheyHold) {
   Bench bench;
   EXPECT_EQ(bench.Ask(PacketFrame(0, '?')), "!OK");
-  EXPECT_EQ(bench.Ask(PacketFrame(255, 0xFF)), "!OK");
-  EXPECT_EQ(bench.Ask(PacketFrame(255, 7)), "!OK");
+  EXPECT_EQ(bench.Ask(PacketFrame(1, 0xFF)), "!OK");
+  EXPECT_EQ(bench.Ask(PacketFrame(1, 7)), "!OK");
   EXPECT_EQ(bench.device.registers().packets[0]->front(), '?');
-  EXPECT_EQ(bench.device.registers().packets[255]->back(), 7);
-  EXPECT_EQ(bench.device.registers().packetCounts[255], 2U);
+  EXPECT_EQ(bench.device.registers().packets[1]->back(), 7);
+  EXPECT_EQ(bench.device.registers().packetCounts[1], 2U);
 }
 
 TEST(Frames, BadChecksumIsComplainedOfAndChangesNothing) {
   Bench bench;
   EXPECT_EQ(bench.Ask({0x3F, 0x4D, 0x50, 0xE8, 0x00, 0x00, 0x19}), "!RT");
   EXPECT_EQ(bench.Ask({0x3F, 0x4D, 0x50, 0x11, 0x2C, 0x01, 0xC1}), "!RT");
-  Bytes packet = PacketFrame(3, 9);
+  Bytes packet = PacketFrame(0, 9);
   packet[20] = 8;
   EXPECT_EQ(bench.Ask(packet), "!RT");
   EXPECT_EQ(bench.device.registers().counts[17], 0U);
-  EXPECT_EQ(bench.device.registers().packetCounts[3], 0U);
+  EXPECT_EQ(bench.device.registers().packetCounts[0], 0U);
 }
 
 TEST(Replies, VersionHasTwoPlacesEach) {
@@ -119,7 +113,7 @@ TEST(Step, NoiseBeforeAFrameIsSkippedAndAFrameInsideAPacketIsPayload) {
   EXPECT_EQ(bench.Ask(Bytes(1000, '?')), "");
   bench.now += Second;
 
-  Bytes packet = PacketFrame(1, 0);
+  Bytes packet = PacketFrame(0, 0);
   for (std::size_t i = 0; i < frame.size(); ++i) packet[10 + i] = frame[i];
   packet.back() = static_cast<std::uint8_t>(packet.back() - ('?' + 'M' + 'P'));
   EXPECT_EQ(bench.Ask(packet), "!OK");

@@ -2,7 +2,9 @@
 // time.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <numeric>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -20,14 +22,15 @@ inline Bytes CommandFrame(std::uint8_t code, std::uint16_t argument = 0) {
   return {'?', 'M', 'P', code, low, high, static_cast<std::uint8_t>(0 - code - low - high)};
 }
 
-// All 48 bytes of the payload are `filling`.
-inline Bytes PacketFrame(std::uint8_t number, std::uint8_t filling) {
+// The payload begins with the content; the rest of its 48 bytes is `filling`.
+inline Bytes PacketFrame(std::uint8_t number, std::uint8_t filling, const Bytes& content = {}) {
   Bytes frame(53, filling);
   frame[0] = '?';
   frame[1] = 'L';
   frame[2] = 'P';
   frame[3] = number;
-  frame[52] = static_cast<std::uint8_t>(0 - number - 48 * filling);
+  std::copy(content.begin(), content.end(), frame.begin() + 4);
+  frame[52] = static_cast<std::uint8_t>(0 - std::accumulate(frame.begin() + 3, frame.end() - 1, 0));
   return frame;
 }
 

@@ -23,12 +23,13 @@ TEST(Options, AllAreTaken) {
                                "350",      "--firmware", "400",       "--option", "--seed",         "7",
                                "--lose",   "0.25",       "--corrupt", "1",        "--double",       "1e-3",
                                "--refuse", "0.5",        "--delay",   "20",       "--silent-after", "0",
-                               "--trace",  "log"};
+                               "--trace",  "log",        "--dump",    "state"};
   const auto parsed = unit::ParseOptions(arguments);
   const auto* const options = std::get_if<unit::Options>(&parsed);
   ASSERT_NE(options, nullptr);
   EXPECT_EQ(options->link, "line");
   EXPECT_EQ(options->trace, "log");
+  EXPECT_EQ(options->dump, "state");
   EXPECT_EQ(options->baud, 14400);
   EXPECT_EQ(options->bootHundredths, 350);
   EXPECT_EQ(options->firmwareHundredths, 400);

@@ -68,7 +68,7 @@ TEST_F(UnitProgram, AnswersOverTheLine) {
   // Bytes that a terminal would change or take for itself come through as they are.
   for (const char byte : {'\x03', '\n', '\r', '\x11', '\x13', '\x1A', '\xFF'}) {
     const auto value = static_cast<std::uint8_t>(byte);
-    EXPECT_EQ(host.Ask(PacketFrame(value, value), 3), "!OK") << int{value};
+    EXPECT_EQ(host.Ask(PacketFrame(0, value), 3), "!OK") << int{value};
   }
 }
 
@@ -147,9 +147,33 @@ TEST_F(UnitProgram, TraceIsWrittenLineByLine) {
   EXPECT_NE(text.find("  unit  21 4F 4B  acknowledged\n"), std::string::npos) << text;
 }
 
+TEST_F(UnitProgram, DumpIsWrittenAtEverySignalThatAsksForIt) {
+  const fs::path dump = directory / "dump";
+  ASSERT_TRUE(Start({"--dump", dump.string()}));
+  const HostLine host(link, 115200);
+  for (const std::uint16_t value : {std::uint16_t{8196}, std::uint16_t{4}}) {
+    EXPECT_EQ(host.Ask(CommandFrame(56, value), 3), "!OK");
+    fs::remove(dump);
+    program->Signal(SIGUSR1);
+    ASSERT_TRUE(Soon([&] { return fs::exists(dump); }));
+    const std::string first = "register 56 " + std::to_string(value) + "  stage 1 adaptation\nstage 1 class";
+    EXPECT_EQ(Content(dump).substr(0, first.size()), first) << "whole as soon as it is there";
+    EXPECT_EQ(Content(dump).back(), '\n');
+  }
+  fs::remove(dump);
+  fs::create_directory(dump);
+  program->Signal(SIGUSR1);
+  EXPECT_EQ(host.Ask(CommandFrame(1, 192), 3), "!OK") << "a dump that fails does no harm";
+  program->Signal(SIGTERM);
+  EXPECT_EQ(program->AwaitEnd(), 0);
+  EXPECT_FALSE(fs::exists(dump.string() + ".part"));
+}
+
 TEST_F(UnitProgram, EndsCleanlyOnASignal) {
   for (const int number : {SIGTERM, SIGINT}) {
     ASSERT_TRUE(Start());
+    program->Signal(SIGUSR1);  // no file is named, so it means nothing
+    EXPECT_EQ(HostLine(link, 115200).Ask(CommandFrame(1, 192), 3), "!OK");
     program->Signal(number);
     EXPECT_EQ(program->AwaitEnd(), 0);
     EXPECT_FALSE(fs::is_symlink(link));

@@ -1,0 +1,99 @@
+// What the stages of the unit have to work with: their classes, parameter blocks and coefficients, and the
+// blocks of the broadband stages, put together from the packets and commands that the unit takes.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "unit/FrameParser.h"
+#include "unit/Registers.h"
+
+namespace unit {
+
+inline constexpr std::uint8_t BroadbandCode = 102;
+inline constexpr std::uint8_t SynthesizeCode = 192;
+inline constexpr unsigned HostCoefficients = 0;  // the algorithm of a stage that the host has designed
+inline constexpr unsigned PositionCount = 10;    // 1..6 filter, 7 and 8 broadband, 9 and 10 equalizer
+inline constexpr std::size_t BlockPackets = 2;
+inline constexpr unsigned CoefficientsPerPacket = 16;
+inline constexpr std::size_t BroadbandStageCount = 2;
+inline constexpr std::size_t PieceCount = 12;  // of a broadband block; the first one holds the parameters
+inline constexpr unsigned ValuesPerPiece = 12;
+
+using Block = std::array<std::uint8_t, BlockPackets * PayloadSize>;
+
+struct Stage {
+  std::optional<std::uint8_t> stageClass;  // 0..7; unknown after a reset
+  std::optional<std::uint8_t> size;        // taps less one
+  std::optional<std::uint8_t> algorithm;   // 0..10, of the last synthesis
+  std::optional<Block> block;              // what the last synthesis worked from, algorithms 1..10
+  std::vector<std::int32_t> coefficients;  // -2^23..2^23-1, algorithm 0
+};
+
+// The argument of the synthesis command. On the wire the compressor has the number of the parametric
+// equalizer, 9; the stage's class tells the two apart.
+struct Synthesis {
+  unsigned position = 0;   // 1..16, of which the unit has 10
+  unsigned algorithm = 0;  // 0..4095, of which the unit knows 0..10
+};
+
+struct BroadbandPlace {
+  unsigned stage = 0;  // 1 or 2
+  unsigned piece = 0;  // 0..11
+};
+
+Synthesis SynthesisOf(std::uint16_t argument);
+
+// Nothing for an argument that no broadband stage has a piece for.
+std::optional<BroadbandPlace> BroadbandPlaceOf(std::uint16_t argument);
+
+class Stages {
+ public:
+  // Why the unit does not take a frame, of a known code and with a good checksum; empty when it takes it.
+  // A synthesis or broadband command that repeats the frame just taken is taken again without effect: its
+  // answer was lost on the way.
+  std::string_view Refusal(const Frame& frame) const;
+
+  // Takes a frame that is not refused.
+  void Take(const Frame& frame);
+
+  // Forgets the packets for which no command has come.
+  void DropPackets();
+
+  // position: 1..10. The broadband positions 7 and 8 hold nothing here.
+  const Stage& at(unsigned position) const { return stages_[position - 1]; }
+  // The piece (0..11) of broadband stage 1 or 2, if it was sent.
+  const std::optional<Payload>& BroadbandPiece(std::size_t stage, std::size_t piece) const {
+    return broadband_[stage - 1][piece];
+  }
+  std::size_t WaitingPackets() const { return packets_.size(); }
+
+ private:
+  using Action = std::pair<std::uint8_t, std::uint16_t>;
+
+  bool Held() const;
+  std::string_view PacketRefusal(std::size_t number) const;
+  std::string_view SynthesisRefusal(const Synthesis& synthesis) const;
+  std::string_view CoefficientsRefusal(unsigned position) const;
+  void TakePacket(const Frame& frame);
+  void TakeCommand(std::uint8_t code, std::uint16_t argument);
+  void TakeClasses(std::uint8_t code, std::uint16_t argument);
+  void TakeSizes(unsigned firstPosition, std::uint16_t argument);
+  void Reset(std::uint16_t bits);
+  void Synthesize(const Synthesis& synthesis);
+  void StoreCoefficients(unsigned position);
+
+  std::array<Stage, PositionCount> stages_;
+  std::array<std::array<std::optional<Payload>, PieceCount>, BroadbandStageCount> broadband_;
+  std::array<std::uint16_t, 2> classWords_{};  // the arguments of the two class commands
+  bool linked_ = false;                        // Stereo Linked
+  std::vector<Payload> packets_;               // the series that waits for its command, packet 0 first
+  std::optional<Action> lastCommand_;          // unless a packet came after it
+};
+
+}  // namespace unit
