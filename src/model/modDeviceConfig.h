@@ -1,0 +1,82 @@
+// The fit: how the unit's DSP stages are shared out among the filters, and the way a new layout is taken on.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+
+#include "model/SystemSettings.h"
+
+namespace vc {
+
+inline constexpr std::int16_t WidestLevelShift = 7;  // the largest gain shift of the level display
+
+// What the fit gives to the fields of the record that have these names.
+struct FitLayout {
+  std::int16_t numFilters = 0;         // per channel, what still fits of those asked for
+  std::int16_t maxDspStages = 0;       // filters that may be offered
+  std::int16_t adaptiveStageTaps = 0;  // taps one DSP stage gives to an adaptive filter
+  std::int16_t generalStageTaps = 0;   // and to any other
+  PerStage<std::int16_t> maxTaps;
+  PerStage<std::int16_t> maxSpan;  // samples
+  PerStage<std::int16_t> maxFilterSize;
+  PerStage<std::int16_t> extraStages;  // by position, see PositionOfStage
+  bool tooLarge = false;               // the sizes asked for did not fit and were cut
+};
+
+// The layout for the kinds and sizes of the record, changing nothing. With fit the adaptive filters borrow
+// the DSP stages that their taps need, the first filters before the last; without it each filter has one.
+// Codes outside their ranges count as the nearest inside. DSP stages used are never more than the unit has: 6
+// in Mono, 3 a channel in the stereo modes.
+FitLayout PlanFit(const SystemSettings& settings, bool fit);
+
+// Whether taking on the layout would change numFilters, extraStages or a limit of the record.
+bool LayoutDiffers(const SystemSettings& settings, const FitLayout& layout);
+
+// What a download does about the past: DownloadSettings takes these numbers.
+struct DownloadMode {
+  enum : std::int16_t { Difference, ForgetTables, KeepTables };
+};
+
+struct FitHooks {
+  std::function<void(bool shown)> hourglass = [](bool) {};
+  // The operator learns that the sizes will be cut; there is no way to refuse.
+  std::function<void(const std::string& title, const std::string& text)> warnTooLarge =
+      [](const std::string&, const std::string&) {};
+  // The lists of bandwidth and configuration take the stored codes with their handlers muted, and the filter
+  // option buttons are refreshed.
+  std::function<void()> showConfiguration = [] {};
+  // The number of filters shown and the frames of the stages.
+  std::function<void()> refreshPanel = [] {};
+  // The option bit that the unit reports.
+  std::function<bool()> unitOption = [] { return false; };
+  // DownloadSettings, with a DownloadMode.
+  std::function<void(int mode)> download = [](int) {};
+};
+
+struct modDeviceConfig {
+  explicit modDeviceConfig(SystemSettings& record);
+
+  SystemSettings& settings;
+  FitHooks hooks;
+
+  // bandwidthIndex at the end of the last fit, with the port open or not. It starts where InitSettings does.
+  std::int16_t lastFitBandwidth = 0;
+  Row<std::int16_t, 1, 10> stageLevelShift;  // gain shift of the level display by stage; 7 and 8 have none
+  Row<float, 1, 10> stageSpectrumScale;      // points of the transform that designs the stage's filter
+
+  // Fits the record to the unit, tells the operator where sizes had to be cut, and downloads. With fit the
+  // operator's filter sizes are honoured as far as they fit; without it (bandwidth or configuration changed)
+  // every limit returns to its plain value. A new bandwidth empties what was made for the old sample rate:
+  // curves and lists of notches and slots. The operator's earlier values are not kept.
+  void ConfigureStages(bool fit);
+
+ private:
+  void BeginFit();
+  void WarnIfTooLarge(bool fit);
+  void ScaleDisplays();
+  void SettleRecord();
+  int FollowBandwidth(bool fit);
+};
+
+}  // namespace vc
