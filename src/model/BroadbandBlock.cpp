@@ -1,0 +1,79 @@
+// Broadband blocks from the record, and their bytes.
+#include "model/BroadbandBlock.h"
+
+#include <algorithm>
+#include <bit>
+
+#include "model/Kinds.h"
+#include "text/Convert.h"
+
+namespace vc {
+namespace {
+
+constexpr int BandCount = static_cast<int>(BroadbandBands);
+constexpr int SpectrumBands = 128;  // those above serve no frequency
+constexpr int BandsPerSlider = 6;
+constexpr int LastSlider = 19;
+using BandScratch = Row<float, 0, BandCount>;  // InitBbData asks for one entry more than it copies
+
+void StoreFloat(std::span<std::uint8_t> bytes, std::size_t place, float value) {
+  StoreLittleEndian(bytes, place, std::bit_cast<std::uint32_t>(value));
+}
+
+}  // namespace
+
+void InitBbData(BroadbandBlock& block, const BroadbandParms& record, const BoundedFloats& values, int n) {
+  if (values.lower != 0 || values.Upper() < BandCount || n < 0 || n > BandCount) {
+    throw Fault{.description = "Invalid noiseEqVals array bounds passed to InitBbData",
+                .source = "InitBbData in modBroadBand"};
+  }
+  block = {record, {}, {}};
+  std::copy_n(values.values.begin(), n, block.bands.begin());
+}
+
+void FillBroadbandBlock(BroadbandBlock& block, const SystemSettings& settings, int stage) {
+  const std::int16_t type = settings.broadbandType[stage];
+  if (type != BroadbandKind::NoiseReducer && type != BroadbandKind::NoiseEq) return;
+  BandScratch scratch;
+  for (int band = 0; band < SpectrumBands; band++) {
+    const int slider = std::min(band / BandsPerSlider, LastSlider);
+    scratch[band] = type == BroadbandKind::NoiseReducer ? 1.0F : settings.noiseEqVals[stage][slider];
+  }
+  InitBbData(block, settings.broadbandParms[stage], WithBounds(scratch), BandCount);
+}
+
+PacketContent RecordContent(const BroadbandBlock& block) {
+  constexpr std::size_t flagsPlace = 28;
+  const BroadbandParms& record = block.record;
+  PacketContent content{};
+  StoreLittleEndian(content, 0, static_cast<std::uint32_t>(record.mode));
+  StoreLittleEndian(content, 4, static_cast<std::uint32_t>(record.span));
+  std::size_t place = 8;
+  for (const float coefficient : {record.coefA, record.coefB, record.coefC, record.coefD, record.coefE}) {
+    StoreFloat(content, place, coefficient);
+    place += sizeof(float);
+  }
+  std::copy(record.flags.begin(), record.flags.end(), content.begin() + flagsPlace);
+  return content;
+}
+
+PacketContent BandContent(const BroadbandBlock& block, std::size_t packet) {
+  if (packet >= BandPackets) throw Fault{"Subscript out of range"};
+  PacketContent content{};
+  for (std::size_t k = 0; k < BandsPerPacket; k++) {
+    StoreFloat(content, k * sizeof(float), block.bands[BandsPerPacket * packet + k]);
+  }
+  return content;
+}
+
+std::array<std::uint8_t, BroadbandBlockSize> BlockBytes(const BroadbandBlock& block) {
+  std::array<std::uint8_t, BroadbandBlockSize> bytes{};
+  auto place = std::ranges::copy(RecordContent(block), bytes.begin()).out;
+  for (std::size_t packet = 0; packet < BandPackets; packet++) {
+    place = std::ranges::copy(BandContent(block, packet), place).out;
+  }
+  std::ranges::copy(block.reserve, place);
+  return bytes;
+}
+
+}  // namespace vc

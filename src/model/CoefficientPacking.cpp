@@ -1,0 +1,36 @@
+// Coefficients as the 24-bit fractions of the unit's signal processors.
+#include "model/CoefficientPacking.h"
+
+#include <algorithm>
+
+#include "model/modNumerical.h"
+#include "text/Convert.h"
+
+namespace vc {
+namespace {
+
+constexpr double Highest = 8388607;
+constexpr double Lowest = -8388608;
+constexpr std::size_t BytesPerCoefficient = 3;
+
+std::uint32_t Fraction(float coefficient) {
+  const double scaled = static_cast<double>(coefficient) * Highest;
+  return static_cast<std::uint32_t>(Nearest32(Bounded(scaled, Lowest, Highest)));
+}
+
+}  // namespace
+
+PacketContent PackCoefficients(std::span<const float> sixteen) {
+  PacketContent content{};
+  const std::size_t count = std::min(sixteen.size(), CoefficientsPerPacket);
+  for (std::size_t k = 0; k < count; k++) {
+    const std::uint32_t fraction = Fraction(sixteen[k]);
+    for (std::size_t byte = 0; byte < BytesPerCoefficient; byte++) {
+      content[BytesPerCoefficient * k + byte] =
+          static_cast<std::uint8_t>(fraction >> (16 - 8 * byte) & 0xFFU);
+    }
+  }
+  return content;
+}
+
+}  // namespace vc

@@ -1,0 +1,32 @@
+// How numbers become the bytes of a data packet. Coefficients go high byte first, everything else low byte
+// first.
+#pragma once
+
+#include <array>
+#include <concepts>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+#include "link/Frames.h"
+
+namespace vc {
+
+using PacketContent = std::array<std::uint8_t, PacketPayload>;
+
+inline constexpr std::size_t CoefficientsPerPacket = 16;
+
+// The packet content of sixteen coefficients, full scale -1.0..1.0: 24 bits each, 8388607 times the value to
+// the nearest, ties to even. What lies beyond is bounded to 24 bits, NaN gives 0. Coefficients missing from a
+// shorter span are 0, those after the sixteenth are left out.
+PacketContent PackCoefficients(std::span<const float> sixteen);
+
+// Stores value at bytes[place...], low byte first. The place must lie inside.
+template <std::unsigned_integral Value>
+constexpr void StoreLittleEndian(std::span<std::uint8_t> bytes, std::size_t place, Value value) {
+  for (std::size_t i = 0; i < sizeof(Value); i++) {
+    bytes[place + i] = static_cast<std::uint8_t>(value >> (8 * i) & 0xFFU);
+  }
+}
+
+}  // namespace vc

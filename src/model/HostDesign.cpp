@@ -1,0 +1,135 @@
+// Wanted magnitudes on the bins of the transform, then the inverse transform.
+#include "model/HostDesign.h"
+
+#include <algorithm>
+#include <optional>
+
+#include "link/CalculateIFFT.h"
+#include "model/Kinds.h"
+#include "model/modNumerical.h"
+#include "text/Convert.h"
+
+namespace vc {
+namespace {
+
+using Curve = Row<float, 0, 512>;  // dB
+using List = Row<std::int16_t, 1, 16>;
+using Magnitudes = std::vector<float>;  // IfftCapacity entries, bin k first
+
+constexpr int CurveLines = 460;
+constexpr int EdgeLines = 115;
+constexpr int HighestBin = static_cast<int>(IfftCapacity) - 1;
+
+float& At(Magnitudes& magnitudes, int bin) { return magnitudes[static_cast<std::size_t>(bin)]; }
+
+// A spectral inverse has no upper end. Bounded far beyond what saturates every coefficient, yet low enough
+// that the sum over all bins stays finite.
+double Gain(float decibels) {
+  constexpr double highest = 1e30;
+  return Bounded(AmplitudeRatio(static_cast<double>(decibels)), 0.0, highest);
+}
+
+float Removed(float decibels) { return static_cast<float>(1.0 - Gain(decibels)); }
+
+Magnitudes HiResMagnitudes(const Curve& curve) {
+  Magnitudes magnitudes(IfftCapacity, 1.0F);
+  for (int i = 0; i < CurveLines; i++) At(magnitudes, i) = Removed(curve[i]);
+  return magnitudes;
+}
+
+// Line i of a measured spectrum is bin i + 1.
+Magnitudes SpectralInverseMagnitudes(const Curve& curve) {
+  Magnitudes magnitudes(IfftCapacity, 1.0F);
+  for (int i = 0; i < CurveLines; i++) At(magnitudes, i + 1) = Removed(curve[i]);
+  At(magnitudes, 0) = At(magnitudes, 1);
+  return magnitudes;
+}
+
+// The bins that a row of the list covers, as the half-open range first..end; empty where it covers none.
+struct BinRange {
+  int first;
+  int end;
+};
+
+BinRange BinsOf(std::int16_t frequency, std::int16_t width, double sampleRate) {
+  constexpr double farOutside = 1e6;  // so that a bin without a sample rate is none of the buffer
+  const double exact = frequency * FilterSpectrumScale / sampleRate + 0.5;
+  const int bin = Nearest32(Bounded(exact, -farOutside, farOutside));
+  const double reach = (width - 1) / 2.0;
+  const int lower = std::max(Nearest32(bin - reach), 0);
+  const int upper = std::min(Nearest32(bin + reach), HighestBin);
+  return {lower, std::max(upper + 1, lower)};
+}
+
+// Sets the bins of every row in use; false where no row is.
+bool MarkBins(Magnitudes& magnitudes, const List& frequencies, const List& widths, double sampleRate,
+              float value) {
+  bool any = false;
+  for (int n = List::first; n <= List::last; n++) {
+    if (frequencies[n] == 0) continue;
+    const BinRange bins = BinsOf(frequencies[n], widths[n], sampleRate);
+    for (int bin = bins.first; bin < bins.end; bin++) At(magnitudes, bin) = value;
+    any = true;
+  }
+  return any;
+}
+
+Magnitudes NotchMagnitudes(const SystemSettings& settings, int stage) {
+  Magnitudes magnitudes(IfftCapacity, 0.0F);
+  MarkBins(magnitudes, settings.mnotchFreq[stage], settings.mnotchWidth[stage],
+           static_cast<double>(settings.sampleRate), 1.0F);
+  return magnitudes;
+}
+
+// An empty list has nothing to subtract: the stage is transparent.
+Magnitudes SlotMagnitudes(const SystemSettings& settings, int stage) {
+  Magnitudes magnitudes(IfftCapacity, 1.0F);
+  const bool any = MarkBins(magnitudes, settings.mslotFreq[stage], settings.mslotWidth[stage],
+                            static_cast<double>(settings.sampleRate), 0.0F);
+  if (!any) std::fill_n(magnitudes.begin(), FilterDesignTaps, 0.0F);
+  return magnitudes;
+}
+
+std::optional<Magnitudes> StageMagnitudes(const SystemSettings& settings, int stage, std::int16_t kind) {
+  switch (kind) {
+    case FilterKind::MultipleNotch:
+      return NotchMagnitudes(settings, stage);
+    case FilterKind::MultipleSlot:
+      return SlotMagnitudes(settings, stage);
+    case FilterKind::SpectralInverse:
+      return SpectralInverseMagnitudes(settings.sifCurve[stage]);
+    case FilterKind::HiResGraphic:
+      return HiResMagnitudes(settings.hiResCurve[stage]);
+    default:
+      return std::nullopt;
+  }
+}
+
+void Transform(Magnitudes& magnitudes, double spectrumScale) {
+  CalculateIFFT(static_cast<std::int16_t>(spectrumScale), 1,
+                std::span<float, IfftCapacity>(magnitudes.data(), IfftCapacity));
+}
+
+}  // namespace
+
+std::vector<float> BuildCoefficients(const SystemSettings& settings, int stage, std::int16_t kind,
+                                     std::int16_t generalStageTaps) {
+  std::optional<Magnitudes> buffer = StageMagnitudes(settings, stage, kind);
+  if (!buffer) return {};
+  Transform(*buffer, FilterSpectrumScale);
+  const int taps = std::clamp<int>(generalStageTaps, 0, FilterDesignTaps);
+  const auto first = buffer->begin() + (static_cast<int>(FilterDesignTaps) - taps) / 2;
+  return {first, first + taps};
+}
+
+std::vector<float> DesignEdgeFilter(const SystemSettings& settings, int equalizer) {
+  Magnitudes buffer(IfftCapacity, 0.0F);
+  for (int i = 0; i < EdgeLines; i++) {
+    At(buffer, i) = static_cast<float>(Gain(settings.edgeCurve[equalizer][i]));
+  }
+  Transform(buffer, EqualizerSpectrumScale);
+  buffer.resize(EdgeFilterTaps);
+  return buffer;
+}
+
+}  // namespace vc

@@ -1,0 +1,31 @@
+// The filters whose shape the operator draws or lists: from the record to coefficients. A filter stage in the
+// unit subtracts what its coefficients pass, so that the response of the stage is 1 minus theirs; an
+// equalizer's coefficients are its response itself.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "model/SystemSettings.h"
+
+namespace vc {
+
+// stageSpectrumScale: the length of the transform, bins a sample rate.
+inline constexpr double FilterSpectrumScale = 1024.0;    // stages 1..8
+inline constexpr double EqualizerSpectrumScale = 246.0;  // stages 9 and 10
+
+inline constexpr std::size_t FilterDesignTaps = 1024;
+inline constexpr std::size_t EdgeFilterTaps = 256;  // sent; the transform fills the first 246
+
+// The coefficients of filter stage 1..6 as filter kind 8, 10, 11 or 12, linear phase, full scale -1.0..1.0,
+// always finite. Their number is generalStageTaps, at most 1024: the ones in the middle of the design, so
+// that its centre stays the centre. Any other kind gives none. The kind is not taken from the record, since
+// the right side of a linked pair runs with the left's.
+std::vector<float> BuildCoefficients(const SystemSettings& settings, int stage, std::int16_t kind,
+                                     std::int16_t generalStageTaps);
+
+// The 256 coefficients of the "Spectral Graphic" of equalizer 1 or 2, like those of a filter stage.
+std::vector<float> DesignEdgeFilter(const SystemSettings& settings, int equalizer);
+
+}  // namespace vc
