@@ -65,15 +65,13 @@ void modDeviceComm::DrainPendingReply() {
   MissedReplyCount = 0;
 }
 
-bool modDeviceComm::SendDataPacket(std::span<const std::uint8_t> content, std::int32_t packetNumber,
-                                   int attempts, bool drainFirst) {
+bool modDeviceComm::SendAcknowledged(std::span<const std::uint8_t> frame, int attempts) {
   bool acknowledged = false;
   try {
-    if (drainFirst) DrainPendingReply();
-    const PacketFrame frame = MakePacketFrame(packetNumber, content);
     std::string reply;
-    const Outcome outcome = Transact(
-        {frame, token::Acknowledged, AcknowledgeBytes, BaudTimeoutExtra + PacketHundredths}, attempts, reply);
+    const Exchange exchange{frame, token::Acknowledged, AcknowledgeBytes,
+                            BaudTimeoutExtra + PacketHundredths};
+    const Outcome outcome = Transact(exchange, attempts, reply);
     acknowledged = outcome == Outcome::Answered;
     if (outcome == Outcome::Exhausted) {
       DisconnectZorq(true);
@@ -83,6 +81,16 @@ bool modDeviceComm::SendDataPacket(std::span<const std::uint8_t> content, std::i
     return acknowledged;
   }
   return acknowledged;
+}
+
+bool modDeviceComm::SendDataPacket(std::span<const std::uint8_t> content, std::int32_t packetNumber,
+                                   int attempts, bool drainFirst) {
+  if (drainFirst) DrainPendingReply();
+  return SendAcknowledged(MakePacketFrame(packetNumber, content), attempts);
+}
+
+bool modDeviceComm::SendCommandFrame(std::uint8_t code, std::uint16_t argument, int attempts) {
+  return SendAcknowledged(MakeCommandFrame(code, argument), attempts);
 }
 
 bool modDeviceComm::IssueCommand(std::int32_t code, std::int32_t argument, std::int16_t timeoutSeconds) {

@@ -78,6 +78,8 @@ struct modDeviceComm {
   // link is closed, and the caller words the message (see ReportFailure).
   bool SendDataPacket(std::span<const std::uint8_t> content, std::int32_t packetNumber, int attempts,
                       bool drainFirst);
+  // The same for a command frame whose failure the caller words; nothing is drained.
+  bool SendCommandFrame(std::uint8_t code, std::uint16_t argument, int attempts);
   // True only for an acknowledged command 128. Code and argument are masked to 8 and 16 bits. Where the
   // attempts are used up the link is closed and the operator told. With the port closed nothing happens.
   bool IssueCommand(std::int32_t code, std::int32_t argument, std::int16_t timeoutSeconds);
@@ -91,6 +93,9 @@ struct modDeviceComm {
   void PollStep(const PolledRequest& request, std::uint16_t argument,
                 const std::function<void(const std::string& reply)>& decode);
 
+  // Runs the statements in order. An unexpected error in one asks the operator: Yes ends the program, No goes
+  // on with the next statement.
+  void RunStatements(const char* errorName, std::initializer_list<std::function<void()>> statements);
   // The failure box: middle part as it stands, the number (where there is one) with a full stop, then the
   // advice.
   void ReportFailure(const std::string& middle, const std::string& number = {});
@@ -112,6 +117,7 @@ struct modDeviceComm {
     std::function<bool(const std::string& reply)> accept = [](const std::string&) { return true; };
   };
   Outcome Transact(const Exchange& exchange, int attempts, std::string& reply);
+  bool SendAcknowledged(std::span<const std::uint8_t> frame, int attempts);
   void AwaitReply(std::int16_t bytes, std::int32_t limitHundredths, std::int32_t errorPauseHundredths);
   void PauseForRecovery();
 
@@ -128,10 +134,6 @@ struct modDeviceComm {
   void CountMissBySilence();
   bool TooManyMisses() const;
   void LinkLost();
-
-  // Runs the statements in order. An unexpected error in one asks the operator: Yes ends the program, No goes
-  // on with the next statement.
-  void RunStatements(const char* errorName, std::initializer_list<std::function<void()>> statements);
 };
 
 }  // namespace vc

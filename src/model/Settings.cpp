@@ -60,6 +60,10 @@ void SettleDependents(SystemSettings& settings) {
   ApplyRules(settings, [](const Rule& rule) { return FollowsField(rule) || FollowsLimits(rule); });
 }
 
+void LinkChannelsInMono(SystemSettings& settings) {
+  if (settings.configMode == ConfigMode::Mono) settings.agcLinked = settings.limiterLinked = 1;
+}
+
 void MarkEdited(SystemSettings& settings) {
   settings.stageChanged.Fill(-1);
   settings.settingsChanged = TicksAfterEdit;

@@ -178,7 +178,7 @@ void modDeviceConfig::ScaleDisplays() {
 
 // What depends on layout and bandwidth follows in silence.
 void modDeviceConfig::SettleRecord() {
-  if (settings.configMode == ConfigMode::Mono) settings.agcLinked = settings.limiterLinked = 1;
+  LinkChannelsInMono(settings);
   const BandwidthLimits limits = GetBandwidthLimits(settings);
   settings.bandwidthHz = limits.bandwidthHz;
   settings.sampleRate = limits.sampleRate;

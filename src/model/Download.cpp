@@ -1,0 +1,99 @@
+#include "model/Download.h"
+
+#include "model/Kinds.h"
+#include "model/modNumerical.h"
+#include "text/Convert.h"
+
+namespace vc {
+namespace {
+
+constexpr int PacketAttempts = 5;
+constexpr std::int16_t CommandSeconds = 2;
+
+}  // namespace
+
+Download::Download(SystemSettings& record, modDeviceComm& link) : settings(record), device(link) {
+  ForgetImage(image);
+}
+
+void Download::DownloadSettings(int mode) {
+  device.RunStatements(
+      "SynthesizeOnboard_Err",
+      {[&] { Forget(mode); }, [&] { CorrectRecord(); }, [&] { RefreshImage(image, settings); },
+       [&] { refreshCoefficientDisplay(); }, [&] { MarkResets(); }, [&] { Send(); }});
+  settings.settingsChanged = 0;
+}
+
+void Download::Forget(int mode) {
+  if (mode == DownloadMode::Difference) return;
+  shadow = Shadow{};
+  ForgetImage(image);
+  settings.filterBuilt.Fill(mode == DownloadMode::KeepTables ? std::int16_t{-1} : std::int16_t{0});
+}
+
+// A value that cannot go out as it stands is corrected where the operator sees it.
+void Download::CorrectRecord() {
+  constexpr std::int16_t fast = 1, peak = 4;
+  if (settings.averagerMode != fast && settings.averagerMode != peak) settings.averagerMode = 0;
+  for (std::int16_t& depth : settings.combDepth) depth = CombWord(depth).combDepth;
+}
+
+void Download::MarkResets() {
+  for (int position = 1; position <= FilterPositions; ++position) {
+    const auto& size = shadow.size[position];
+    const auto& extra = shadow.extra[position];
+    if ((size && *size != image.stageSize[position]) || (extra && *extra != settings.extraStages[position])) {
+      image.stageNeedsReset[position] = -1;
+    }
+  }
+}
+
+void Download::Send() {
+  if (!device.comm.CommPortOpen) return;
+  const DownloadPlan plan = PlanDownload({image, settings, analyzerClearRequest}, shadow);
+  const int total = static_cast<int>(plan.size());
+  for (int done = 0; done < total; ++done) {
+    progress(done, total);
+    const DownloadFrame& frame = plan[static_cast<std::size_t>(done)];
+    if (!SendFrame(frame)) return;
+    if (frame.acknowledged) frame.acknowledged(shadow);
+  }
+  progress(total, total);
+  Settle();
+}
+
+bool Download::SendFrame(const DownloadFrame& frame) {
+  using Kind = DownloadFrame::Kind;
+  if (frame.kind == Kind::Command) {
+    device.IssueCommand(frame.number, frame.argument, CommandSeconds);
+    return device.comm.CommPortOpen;
+  }
+  if (frame.first) device.DrainPendingReply();
+  const bool sent = frame.kind == Kind::Packet
+                        ? device.SendDataPacket(frame.payload, frame.number, PacketAttempts, false)
+                        : device.SendCommandFrame(frame.number, frame.argument, PacketAttempts);
+  if (!sent) device.ReportFailure(frame.failure, frame.failureNumber);
+  return sent;
+}
+
+// Everything has gone out: the requests are met.
+void Download::Settle() {
+  for (int position = 1; position <= FilterPositions; ++position) {
+    shadow.size[position] = image.stageSize[position];
+    shadow.extra[position] = settings.extraStages[position];
+    // While linked the right side's tables have not gone out.
+    const bool linkedRight = settings.configMode == ConfigMode::StereoLinked && position % 2 == 0;
+    if (image.stageNeedsCoefs[position] == 0) continue;
+    image.heldTable[position] = -1;
+    if (!linkedRight) {
+      settings.filterBuilt[StageAtPosition(settings.configMode, position)] = 0;
+    }
+  }
+  image.stageNeedsReset.Fill(0);
+  settings.eqChanged.Fill(0);
+  settings.broadbandChanged.Fill(0);
+  settings.broadbandClear.Fill(0);
+  analyzerClearRequest = false;
+}
+
+}  // namespace vc
