@@ -203,11 +203,9 @@ void Console::Record(const std::string& arguments) {
   if (!HasElement(*row, *path)) return Error(pathText, "the field has " + IndexText(*row));
   if (blank != std::string::npos) {
     std::string wrong;
-    if (!vc::SetFieldText(session.settings, *row, path->index[0], path->index[1], arguments.substr(blank + 1),
-                          wrong)) {
+    if (!session.EditRecord(*row, path->index[0], path->index[1], arguments.substr(blank + 1), wrong)) {
       return Error(pathText, wrong);
     }
-    vc::MarkEdited(session.settings);
   }
   out << pathText << '\t' << OneLine(vc::FieldText(session.settings, *row, path->index[0], path->index[1]))
       << '\n';

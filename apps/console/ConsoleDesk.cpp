@@ -74,4 +74,13 @@ vc::Answer ConsoleDesk::Box(int code, const std::string& title, const std::strin
   return answer;
 }
 
+void ConsoleDesk::ShowProgress(int done, int total) {
+  constexpr std::int64_t second = 1000000;
+  const std::int64_t now = clock.Microseconds();
+  if (done == 0) lastProgress = now;
+  if (now - lastProgress < second) return;
+  lastProgress = now;
+  out << "progress\t" << done << '\t' << total << std::endl;
+}
+
 }  // namespace console

@@ -5,6 +5,7 @@
 #include <ostream>
 #include <string>
 
+#include "platform/Clock.h"
 #include "platform/Desk.h"
 
 namespace console {
@@ -14,10 +15,13 @@ std::string OneLine(const std::string& text);
 
 class ConsoleDesk : public vc::Desk {
  public:
-  ConsoleDesk(std::ostream& stream, std::string folder) : out(stream), installFolder(std::move(folder)) {}
+  ConsoleDesk(std::ostream& stream, vc::Clock& source, std::string folder)
+      : out(stream), clock(source), installFolder(std::move(folder)) {}
 
   vc::Answer Box(int code, const std::string& title, const std::string& text) override;
   void SetHourglass(bool /*shown*/) override {}
+  // A line "progress", done, total once a second.
+  void ShowProgress(int done, int total) override;
   std::string InstallFolder() const override { return installFolder; }
 
   // Answers for the next boxes, first come first served: ok, cancel, yes, no, or a path for a file box.
@@ -25,6 +29,8 @@ class ConsoleDesk : public vc::Desk {
 
  private:
   std::ostream& out;
+  vc::Clock& clock;
+  std::int64_t lastProgress = 0;  // when the present work began or was told of last, in microseconds
   std::string installFolder;
   std::deque<std::string> answers;
 };

@@ -53,7 +53,7 @@ int RunConsole() {
   host::SystemClock clock;
   host::TimerLoop loop(clock);
   host::PosixSerialPorts ports({.linkFolder = folders.executable + "/ports"});
-  console::ConsoleDesk desk(std::cout, folders.writable);
+  console::ConsoleDesk desk(std::cout, clock, folders.writable);
   vc::Session session({clock, loop, desk, ports});
   console::Console face(session, desk, loop, std::cout);
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "desktop/QtDesk.h"
+#include "desktop/MessageBox.h"
 #include "text/Convert.h"
 #include "text/ProgramInfo.h"
 
@@ -20,8 +20,7 @@ bool Application::notify(QObject* receiver, QEvent* event) {
     if (faultShown) return false;  // one that returns with every tick must not pile up boxes
     faultShown = true;
     const std::string source = fault.source.empty() ? "" : " (" + fault.source + ")";
-    QtDesk({}).Box(vc::box::Critical, vc::ApplicationTitle,
-                   "Unexpected error: " + fault.description + source);
+    ShowBox(vc::box::Critical, vc::ApplicationTitle, "Unexpected error: " + fault.description + source);
     faultShown = false;
     return false;
   }

@@ -51,10 +51,11 @@ FormWindow::FormWindow(vc::Form& shownForm, std::function<void()> closedByOperat
   Join();
 }
 
-// The widgets go while the binder that they speak to is still there.
+// The widgets go while the binder that they speak to is still there. They are not taken out first: a widget
+// without its window changes its style, and a view would then measure a control that may be gone.
 FormWindow::~FormWindow() {
   Release();
-  delete takeCentralWidget();
+  delete centralWidget();
 }
 
 void FormWindow::Join() {

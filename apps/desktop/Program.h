@@ -15,7 +15,7 @@ struct Program {
   host::Folders folders = host::FindFolders();
   host::SystemClock clock;
   QtEventLoop events;
-  QtDesk desk{folders.writable};
+  QtDesk desk{clock, folders.writable};
   host::PosixSerialPorts ports{{.linkFolder = folders.executable + "/ports"}};
   vc::Session session{{clock, events, desk, ports}};
   FormWindows windows{session.forms};

@@ -3,87 +3,21 @@
 #include <utility>
 
 #include <QApplication>
-#include <QMessageBox>
 
-#include "desktop/QtText.h"
+#include "desktop/MessageBox.h"
 
 namespace desktop {
-namespace {
 
-using vc::Answer;
-
-QMessageBox::Icon IconOf(int code) {
-  constexpr int iconBits = 0x70;
-  switch (code & iconBits) {
-    case vc::box::Critical:
-      return QMessageBox::Critical;
-    case vc::box::Exclamation:
-      return QMessageBox::Warning;
-    case vc::box::Information:
-      return QMessageBox::Information;
-    default:
-      return vc::box::ButtonsOf(code) == vc::box::Buttons::Ok ? QMessageBox::NoIcon : QMessageBox::Question;
-  }
-}
-
-QMessageBox::StandardButtons ButtonsOf(int code) {
-  switch (vc::box::ButtonsOf(code)) {
-    case vc::box::Buttons::OkCancel:
-      return QMessageBox::Ok | QMessageBox::Cancel;
-    case vc::box::Buttons::YesNo:
-      return QMessageBox::Yes | QMessageBox::No;
-    case vc::box::Buttons::Ok:
-      break;
-  }
-  return QMessageBox::Ok;
-}
-
-QMessageBox::StandardButton ButtonOf(Answer answer) {
-  switch (answer) {
-    case Answer::Cancel:
-      return QMessageBox::Cancel;
-    case Answer::Yes:
-      return QMessageBox::Yes;
-    case Answer::No:
-      return QMessageBox::No;
-    case Answer::Ok:
-      break;
-  }
-  return QMessageBox::Ok;
-}
-
-Answer AnswerOf(int pressed, Answer safe) {
-  for (const Answer answer : {Answer::Ok, Answer::Cancel, Answer::Yes, Answer::No}) {
-    if (pressed == ButtonOf(answer)) return answer;
-  }
-  return safe;
-}
-
-// Texts come with the line ends of any system.
-QString Lines(const std::string& text) {
-  return ToQt(text)
-      .replace(QLatin1String("\r\n"), QLatin1String("\n"))
-      .replace(QLatin1Char('\r'), QLatin1Char('\n'));
-}
-
-}  // namespace
-
-Answer QtDesk::Box(int code, const std::string& title, const std::string& text) {
+vc::Answer QtDesk::Box(int code, const std::string& title, const std::string& text) {
   const bool waiting = hourglass;  // the operator must be able to point at the answer
   SetHourglass(false);
-  const Answer safe = vc::SafeAnswer(vc::box::ButtonsOf(code));
-  QMessageBox box(IconOf(code), ToQt(title), {}, ButtonsOf(code), QApplication::activeWindow());
-  box.setTextFormat(Qt::PlainText);
-  box.setText(Lines(text));
-  box.setWindowModality(Qt::ApplicationModal);
-  box.setDefaultButton(ButtonOf(safe));
-  box.setEscapeButton(ButtonOf(safe));
-  const int pressed = box.exec();
+  const vc::Answer answer = ShowBox(code, title, text);
   SetHourglass(waiting);
-  return AnswerOf(pressed, safe);
+  return answer;
 }
 
 void QtDesk::SetHourglass(bool shown) {
+  if (!shown) note.Remove();  // a work that broke off says nothing more
   if (std::exchange(hourglass, shown) == shown) return;
   if (shown) {
     QApplication::setOverrideCursor(Qt::WaitCursor);

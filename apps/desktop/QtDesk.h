@@ -1,27 +1,31 @@
-// The operator's desk in windows: real message boxes and the mouse pointer.
+// The operator's desk in windows: real message boxes, the mouse pointer and what stands beside it.
 #pragma once
 
 #include <string>
+#include <utility>
 
+#include "desktop/ProgressNote.h"
+#include "platform/Clock.h"
 #include "platform/Desk.h"
 
 namespace desktop {
 
 class QtDesk : public vc::Desk {
  public:
-  explicit QtDesk(std::string folder) : installFolder(std::move(folder)) {}
+  QtDesk(vc::Clock& clock, std::string folder) : installFolder(std::move(folder)), note(clock) {}
   ~QtDesk() override { SetHourglass(false); }
   QtDesk(const QtDesk&) = delete;
   QtDesk& operator=(const QtDesk&) = delete;
 
-  // The box blocks the whole program's windows: no handler may run between the question and its answer. A box
-  // that is taken away without an answer, as at the end of the program, counts as the safe one.
+  // Takes the hourglass and the progress off the screen for as long as the box is up; see ShowBox.
   vc::Answer Box(int code, const std::string& title, const std::string& text) override;
   void SetHourglass(bool shown) override;
+  void ShowProgress(int done, int total) override { note.Show(done, total); }
   std::string InstallFolder() const override { return installFolder; }
 
  private:
   std::string installFolder;
+  ProgressNote note;
   bool hourglass = false;
 };
 

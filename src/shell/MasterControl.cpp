@@ -78,6 +78,7 @@ void MasterControl::Connect() {
   desk.SetHourglass(true);
   device.InitComPort(true);
   CheckPortAndRate();  // a rate that was none has been corrected
+  hooks.configureStages(true);
   desk.SetHourglass(false);
 }
 

@@ -18,6 +18,7 @@ namespace vc {
 // What the panel needs of the session around it.
 struct MasterHooks {
   std::function<void(bool on)> enableMainTimer = [](bool) {};
+  std::function<void(bool fit)> configureStages = [](bool) {};
   std::function<void()> refreshConnectionText = [] {};
   std::function<void()> showObjectLog = [] {};
   std::function<void()> exit = [] {};

@@ -12,6 +12,7 @@ namespace {
 
 constexpr int BargraphMilliseconds = 50;
 constexpr int IconMilliseconds = 100;
+constexpr std::int16_t SendAt = 5;
 
 void ShowLevel(LevelBar& bar, std::int16_t level, bool portOpen) {
   const double decibels = LevelToDb(level, portOpen);
@@ -50,6 +51,11 @@ void PeriodicService::BargraphTick() {
 }
 
 void PeriodicService::TickBody() {
+  if (settings.settingsChanged == SendAt) {
+    sendChanges();
+    settings.settingsChanged = SendAt - 1;  // and the next four ticks neither send nor poll
+    return;
+  }
   if (settings.settingsChanged != 0) {
     settings.settingsChanged =
         std::max<std::int16_t>(0, static_cast<std::int16_t>(settings.settingsChanged - 1));

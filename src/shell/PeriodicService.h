@@ -21,6 +21,9 @@ inline constexpr std::int16_t MainLevels = 0;
 }
 
 struct PeriodicService {
+  // Brings the unit up to the record.
+  std::function<void()> sendChanges = [] {};
+
   PeriodicService(EventLoop& events, SystemSettings& record, modDeviceComm& link, MasterControl& panel);
 
   std::int16_t pollMode = poll::MainLevels;

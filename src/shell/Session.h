@@ -5,7 +5,10 @@
 
 #include "link/modDeviceComm.h"
 #include "link/veltrana.h"
+#include "model/Download.h"
+#include "model/Fields.h"
 #include "model/SystemSettings.h"
+#include "model/modDeviceConfig.h"
 #include "platform/Platform.h"
 #include "shell/MasterControl.h"
 #include "shell/Notices.h"
@@ -25,6 +28,8 @@ struct Session {
   SystemSettings settings;
   veltrana library;
   modDeviceComm device;
+  Download download;
+  modDeviceConfig config;
   Forms forms;
   MasterControl master;
   PeriodicService periodic;
@@ -33,12 +38,18 @@ struct Session {
 
   // Comes up with or without a unit; every failure on the way has told the operator.
   void Start();
+  // Brings the unit up to the record, fitting it anew where an edit has asked for that and it would matter.
+  void SendChanges();
+  // Edits an element of the record by text, with all that an edit of that field entails. False and a reason
+  // in error, with the record untouched, where the text is no value for it.
+  bool EditRecord(const FieldRow& row, int i, int j, std::string_view text, std::string& error);
   // Drops the line, closes every window and writes the object log. A second call does nothing.
   void Exit();
 
  private:
   void FillLinkHooks();
   void FillMasterHooks();
+  void FillModelHooks();
   void ConnectAtStart();
   void ShowObjectLog();
 

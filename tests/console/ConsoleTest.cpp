@@ -17,17 +17,14 @@ struct Consoles : testing::Test {
   support::VirtualClock clock;
   host::TimerLoop loop{clock};
   std::ostringstream out;
-  ConsoleDesk desk{out, folder.Path()};
+  ConsoleDesk desk{out, clock, folder.Path()};
   support::ScriptedUnit unit;
   support::VirtualPorts ports{clock, unit.End()};
   vc::Session session{{clock, loop, desk, ports}};
   Console face{session, desk, loop, out};
 
   Consoles() {
-    unit.always = [](const support::Bytes& frame) -> support::ScriptedReply {
-      if (frame[3] == 0x82) return {"!VER401402"};
-      return {support::MainStatusReply({20675, 0, 0, 0, 0, 0})};
-    };
+    unit.always = support::GoodReply;
     session.Start();
     out.str("");
   }
@@ -50,7 +47,7 @@ TEST_F(Consoles, ListsFormsAndControls) {
 TEST_F(Consoles, RunsTheClockAndReadsControls) {
   EXPECT_EQ(Say("run 1000"), "");
   EXPECT_EQ(Say("get txtComInfo"), "txtComInfo\tConnected COM 1 115200 Baud\n");
-  EXPECT_EQ(Say("get MasterControl.lbInputLeft"), "MasterControl.lbInputLeft\t83 0.0 dB\n");
+  EXPECT_EQ(Say("get MasterControl.lbInputLeft"), "MasterControl.lbInputLeft\t40 -20.0 dB\n");
   for (const char* bad : {"run", "run -1", "run x", "run 99999999999"})
     EXPECT_EQ(Say(bad).find("error run"), 0U);
 }

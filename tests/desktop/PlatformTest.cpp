@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QtTest>
 
+#include "VirtualClock.h"
 #include "desktop/EndSignals.h"
 #include "desktop/QtDesk.h"
 #include "desktop/QtEventLoop.h"
@@ -48,7 +49,8 @@ void WithNextBox(const std::function<void(QMessageBox& box)>& act) {
 }
 
 TEST(QtDesk, ABoxHasTheIconTheButtonsAndTheSafeDefaultOfItsCode) {
-  QtDesk desk("/nowhere");
+  support::VirtualClock clock;
+  QtDesk desk(clock, "/nowhere");
   for (const BoxCase& row : BoxCases) {
     SCOPED_TRACE(row.code);
     WithNextBox([&row](QMessageBox& box) {
@@ -72,7 +74,8 @@ TEST(QtDesk, ABoxHasTheIconTheButtonsAndTheSafeDefaultOfItsCode) {
 
 TEST(QtDesk, TheHourglassDoesNotPileUpAndMakesWayForABox) {
   {
-    QtDesk desk("/nowhere");
+    support::VirtualClock clock;
+    QtDesk desk(clock, "/nowhere");
     desk.SetHourglass(true);
     desk.SetHourglass(true);
     ASSERT_NE(QApplication::overrideCursor(), nullptr);
@@ -124,7 +127,8 @@ TEST(QtEventLoop, RunEventsWaitsNoLongerThanAskedAndReturnsWithTheFirstEvent) {
 
 TEST(QtEventLoop, AnEndEndsAfterTheHandlerEvenUnderneathABox) {
   QtEventLoop loop;
-  QtDesk desk("/nowhere");
+  support::VirtualClock clock;
+  QtDesk desk(clock, "/nowhere");
   vc::Answer answer = vc::Answer::Yes;
   bool handlerFinished = false;
   QTimer operatorEnds;

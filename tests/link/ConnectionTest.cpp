@@ -10,7 +10,7 @@ namespace {
 struct Connection : support::LinkFixture {};
 
 TEST_F(Connection, OpensConfiguresAndProbes) {
-  unit.always = GoodReply;
+  unit.always = support::GoodReply;
   device.status.levelMidRight = 9;
   EXPECT_TRUE(device.InitComPort(false));
   EXPECT_EQ(test.ports.state.name, "COM1");
@@ -89,7 +89,7 @@ TEST_F(Connection, SilentUnitIsNotPresent) {
 
 TEST_F(Connection, ComplaintsOfTheProbeCostTheirPause) {
   unit.script = {{std::string(46, 'R') + "T"}, {std::string("!RT") + std::string(43, '.')}};
-  unit.always = GoodReply;
+  unit.always = support::GoodReply;
   const double seconds = SecondsFor([&] { EXPECT_TRUE(device.InitComPort(false)); });
   EXPECT_NEAR(seconds, 2.5, 0.05);  // the first reply was cut before its "RT"
   EXPECT_EQ(unit.sent.size(), 3U);
@@ -103,7 +103,7 @@ TEST_F(Connection, ReconnectGoesThroughTheClosedState) {
     states.push_back(state);
     tell(state);
   };
-  unit.always = GoodReply;
+  unit.always = support::GoodReply;
   EXPECT_TRUE(device.InitComPort(true));
   EXPECT_EQ(states, (std::vector<std::string>{"2", "1"}));
 }

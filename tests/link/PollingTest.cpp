@@ -73,7 +73,7 @@ TEST_F(Polling, OneReplyForgivesAllMisses) {
   OpenLink();
   Polls(150 * 21);
   EXPECT_EQ(device.MissedReplyCount, 150);
-  unit.always = [](const support::Bytes& frame) { return GoodReply(frame); };
+  unit.always = support::GoodReply;
   Polls(2);
   EXPECT_EQ(device.MissedReplyCount, 0);
 }

@@ -22,28 +22,11 @@ struct LinkFixture : testing::Test {
 
   // Connects to a unit that answers everything, then forgets what was sent and said.
   void OpenLink(bool fullConnect = false) {
-    unit.always = [](const Bytes& frame) { return GoodReply(frame); };
+    unit.always = GoodReply;
     ASSERT_TRUE(device.InitComPort(fullConnect));
     unit.always = nullptr;
     unit.sent.clear();
     test.desk.boxes.clear();
-  }
-
-  // What a unit at peace says to a frame.
-  static ScriptedReply GoodReply(const Bytes& frame) {
-    if (frame[1] == 'M') {
-      switch (frame[3]) {
-        case 0xE8:
-          return {MainStatusReply({2067, 1000, 0, 0, 20675, 1})};
-        case 0xEA:
-          return {std::string("!EG\1\2\3\4\0", 8)};
-        case 0x82:
-          return {"!VER401402"};
-        default:
-          break;
-      }
-    }
-    return {"!OK"};
   }
 
   double SecondsFor(const std::function<void()>& action) {

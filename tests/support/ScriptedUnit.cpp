@@ -85,7 +85,23 @@ Bytes FromHex(const std::string& text) {
 
 std::string Text(const Bytes& bytes) { return {bytes.begin(), bytes.end()}; }
 
-std::string MainStatusReply(std::vector<int> levels, int unitStatus, int unitMode) {
+ScriptedReply GoodReply(const Bytes& frame) {
+  if (frame[1] == 'M') {
+    switch (frame[3]) {
+      case 0xE8:
+        return {MainStatusReply({2067, 1000, 0, 0, 20675, 1})};
+      case 0xEA:
+        return {std::string("!EG\1\2\3\4\0", 8)};
+      case 0x82:
+        return {"!VER401402"};
+      default:
+        break;
+    }
+  }
+  return {"!OK"};
+}
+
+std::string MainStatusReply(const std::vector<int>& levels, int unitStatus, int unitMode) {
   std::string reply = "!MG";
   const auto putWord = [&reply](int word) {
     reply += static_cast<char>(word & 0xFF);

@@ -52,7 +52,10 @@ Bytes FromHex(const std::string& text);
 std::string Text(const Bytes& bytes);
 
 // Replies as a unit with these levels and words gives them, made up byte by byte.
-std::string MainStatusReply(std::vector<int> levels = {0, 0, 0, 0, 0, 0}, int unitStatus = 0,
+std::string MainStatusReply(const std::vector<int>& levels = {0, 0, 0, 0, 0, 0}, int unitStatus = 0,
                             int unitMode = 0);
+
+// What a unit at peace says to a frame: levels of 2067, 1000 and 20675, versions 4.01 and 4.02.
+ScriptedReply GoodReply(const Bytes& frame);
 
 }  // namespace support

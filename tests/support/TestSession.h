@@ -32,11 +32,13 @@ class TestDesk : public vc::Desk {
     return answer;
   }
   void SetHourglass(bool shown) override { hourglass = shown; }
+  void ShowProgress(int done, int total) override { progress.emplace_back(done, total); }
   std::string InstallFolder() const override { return installFolder; }
 
   std::vector<ShownBox> boxes;
   std::deque<vc::Answer> answers;
   bool hourglass = false;
+  std::vector<std::pair<int, int>> progress;
 
  private:
   std::string installFolder;

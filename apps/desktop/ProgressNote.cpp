@@ -1,0 +1,115 @@
+#include "desktop/ProgressNote.h"
+
+#include <algorithm>
+
+#include <QApplication>
+#include <QCursor>
+#include <QWindow>
+
+#include "desktop/QtText.h"
+
+namespace desktop {
+namespace {
+
+constexpr std::int64_t Patience = 300000, Interval = 100000;  // in microseconds
+
+// One that is not exposed cannot be painted without letting events run.
+bool OnScreen(const QWidget* window) {
+  return window != nullptr && window->isVisible() && window->windowHandle() != nullptr &&
+         window->windowHandle()->isExposed();
+}
+
+// The active window; where the operator is in another program, any other of ours that stays.
+QWidget* WindowToUse() {
+  for (QWidget* window : {QApplication::activeWindow(), QApplication::activeModalWidget()}) {
+    if (OnScreen(window)) return window;
+  }
+  for (QWidget* window : QApplication::topLevelWidgets()) {
+    const bool passing = window->windowType() == Qt::Popup || window->windowType() == Qt::ToolTip;
+    if (!passing && OnScreen(window)) return window;
+  }
+  return nullptr;
+}
+
+QLabel* NewLabel(QWidget* window) {
+  auto* label = new QLabel(window);
+  label->setObjectName(QStringLiteral("progressNote"));  // the theme's style sheet asks for it
+  label->setAccessibleName(QStringLiteral("Progress"));
+  label->setTextFormat(Qt::PlainText);
+  label->setAttribute(Qt::WA_TransparentForMouseEvents);
+  label->ensurePolished();
+  return label;
+}
+
+// One line, or several in a window that is narrower than the text.
+QSize SizeWithin(QLabel& label, const QSize& room) {
+  label.setWordWrap(false);
+  const QSize line = label.sizeHint();
+  if (line.width() <= room.width()) return line.boundedTo(room);
+  label.setWordWrap(true);
+  return QSize(room.width(), label.heightForWidth(room.width())).boundedTo(room);
+}
+
+// The start of a length on one axis: behind the pointer, or before it where there is no more room.
+int StartBeside(int pointer, int length, int reach, int first, int last) {
+  const int behind = pointer + reach;
+  const int start = behind + length - 1 <= last ? behind : pointer - reach - length;
+  return std::clamp(start, first, std::max(first, last - length + 1));
+}
+
+QRect PlaceIn(const QWidget& window, QLabel& label) {
+  const int line = LineHeight(label);
+  const int margin = line / 4;
+  const QRect room = window.rect().adjusted(margin, margin, -margin, -margin);
+  const QSize size = SizeWithin(label, room.size());
+  const QPoint pointer = window.mapFromGlobal(QCursor::pos());
+  if (!window.rect().contains(pointer)) {
+    return {{room.left(), std::max(room.top(), room.bottom() - size.height() + 1)}, size};
+  }
+  const int reach = line + line / 2;  // clear of the pointer's picture
+  return {{StartBeside(pointer.x(), size.width(), reach, room.left(), room.right()),
+           StartBeside(pointer.y(), size.height(), reach, room.top(), room.bottom())},
+          size};
+}
+
+}  // namespace
+
+void ProgressNote::Show(int done, int total) {
+  const bool ended = done >= total;
+  const std::int64_t now = clock.Microseconds();
+  if (ended || done <= 0) {
+    Remove();
+    started.reset();
+  }
+  if (ended) return;
+  if (!started) started = now;
+  if (now - *started <= Patience) return;
+  if (label != nullptr && now - painted < Interval) return;
+  painted = now;
+  Paint(done, total);
+}
+
+void ProgressNote::Paint(int done, int total) {
+  QWidget* window = WindowToUse();
+  if (label != nullptr && label->window() != window) Remove();
+  if (window == nullptr) return;
+  if (label == nullptr) label = NewLabel(window);
+  label->setText(QStringLiteral("Sending settings: %1 of %2").arg(done).arg(total));
+  label->setAccessibleDescription(label->text());
+  label->setGeometry(PlaceIn(*window, *label));
+  label->raise();
+  label->show();
+  label->repaint();
+}
+
+void ProgressNote::Remove() {
+  QLabel* gone = label;
+  if (gone == nullptr) return;
+  label.clear();
+  QWidget* window = gone->window();
+  const QRect place = gone->geometry();
+  delete gone;
+  window->repaint(place);
+}
+
+}  // namespace desktop

@@ -1,0 +1,35 @@
+// How far a long download has come, beside the mouse pointer. It is painted from within the blocking routine
+// itself, so that no event is let through.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include <QLabel>
+#include <QPointer>
+
+#include "platform/Clock.h"
+
+namespace desktop {
+
+class ProgressNote {
+ public:
+  explicit ProgressNote(vc::Clock& source) : clock(source) {}
+
+  // done of total, from 0 on; 0 begins a new work, total or more ends it. Shown in the active window once the
+  // work has lasted longer than 300 ms, and then brought up to date at most every 100 ms. Without a window on
+  // the screen nothing is shown.
+  void Show(int done, int total);
+  // Off the screen at once. The next Show of the same work brings it back.
+  void Remove();
+
+ private:
+  void Paint(int done, int total);
+
+  vc::Clock& clock;
+  std::optional<std::int64_t> started;  // in microseconds, as below; empty between two works
+  std::int64_t painted = 0;
+  QPointer<QLabel> label;  // a child of the window, which may take it along
+};
+
+}  // namespace desktop

@@ -1,0 +1,320 @@
+// Whole sessions that bring the simulated unit up to the record, in virtual time: when a change goes out,
+// what it may touch, and what a link that is lost on the way leaves behind.
+#include <utility>
+
+#include "DownloadFixture.h"
+#include "model/Kinds.h"
+#include "model/Settings.h"
+
+namespace vc {
+namespace {
+
+using support::WatchedUnit;
+using unit::Frame;
+
+struct Downloads : support::DownloadFixture {
+  // What each of the next ticks does: "s" sends, "p" polls, "." neither.
+  std::string Ticks(int count) {
+    constexpr int tickMilliseconds = 50;
+    std::string text;
+    for (int i = 0; i < count; ++i) {
+      unit.frames.clear();
+      test.loop.RunFor(tickMilliseconds);
+      if (unit.frames.empty()) {
+        text += '.';
+      } else {
+        text += IsPoll(unit.frames.front()) ? 'p' : 's';
+      }
+    }
+    return text;
+  }
+
+  void EditCountingDown(std::int16_t ticks) {
+    Edit("ihpfCutoff", std::to_string(200 + ticks));
+    record.settingsChanged = ticks;
+  }
+
+  void BuildHiRes(int stage) {
+    Edit("filterType", "12", stage);
+    Edit("hiResCurve", "-20", stage, 100);
+    Settle();
+    Sent();
+  }
+
+  bool HasTable(unsigned position) const { return !Stage(position).coefficients.empty(); }
+};
+
+TEST_F(Downloads, OneTickSendsAndTheNextFourRest) {
+  Edit("ihpfCutoff", "300");
+  EXPECT_EQ(Ticks(8), "s....p.p");
+  EditCountingDown(10);
+  EXPECT_EQ(Ticks(11), ".....s....p");
+  EditCountingDown(7);
+  EXPECT_EQ(Ticks(8), "..s....p");
+  Edit("ihpfCutoff", "444");
+  Edit("ihpfCutoff", "207");       // back before the tick: nothing to send,
+  EXPECT_EQ(Ticks(7), "......p");  // and the sixth tick reads the reply that was outstanding
+  EditCountingDown(10);
+  session.config.ConfigureStages(true);
+  EXPECT_EQ(record.settingsChanged, 0);
+  EXPECT_EQ(Ticks(1), "p");
+}
+
+TEST_F(Downloads, PendingFitRunsOnlyWhereTheLayoutChanges) {
+  Settle();
+  Sent();
+  Edit("ch1Taps", "1000", 1);
+  EXPECT_NE(record.fitPending, 0);
+  Settle();
+  EXPECT_EQ(record.fitPending, 0);
+  EXPECT_EQ(Sent().find(" 0/"), std::string::npos);  // no bandwidth sequence: nothing was forgotten
+
+  record.ch1Taps[1] = 2048;  // as a panel may ask, beyond the limit of one DSP stage
+  record.fitPending = -1;
+  MarkEdited(record);
+  Settle();
+  EXPECT_NE(Sent().find(" 0/"), std::string::npos);
+  EXPECT_EQ(record.maxTaps[1], 2048);
+  EXPECT_EQ(unit.Now().registers().values[87], 1 << 13);
+
+  Edit("numFilters", "6");
+  Settle();
+  EXPECT_EQ(record.numFilters, 5);
+  ASSERT_EQ(test.desk.boxes.size(), 1U);
+  EXPECT_EQ(test.desk.boxes[0].title, "Too Many Filters / Filters Too Large");
+  Edit("filterType", "2", 1);  // gives back what it had borrowed
+  EXPECT_EQ(unit.Now().registers().values[87], 0);
+}
+
+TEST_F(Downloads, BuildKindIsTransparentUntilItsTableIsFinished) {
+  Edit("filterType", "2", 1);
+  Settle();
+  EXPECT_EQ(Stage(1).algorithm, 1);
+  Sent();
+  Edit("filterType", "12", 1);
+  Settle();
+  EXPECT_EQ(Sent().substr(0, 25), "85/32767 86/32767 89/128 ");
+  EXPECT_EQ(Stage(1).stageClass, 1);
+  EXPECT_FALSE(Stage(1).algorithm || Stage(1).block || HasTable(1));
+  Edit("hiResCurve", "-20", 1, 100);
+  Settle();
+  EXPECT_EQ(Stage(1).coefficients.size(), 1024U);
+}
+
+TEST_F(Downloads, RunningTableStaysUntilItIsClearedOrDestroyed) {
+  for (const bool destroyed : {false, true}) {
+    BuildHiRes(1);
+    const auto table = Stage(1).coefficients;
+    Edit("limiterThreshold", destroyed ? "1" : "2");
+    Edit("eqBandGain", destroyed ? "7" : "9", 9, 3);
+    Edit("lpfCutoff", "500", 1);  // of a kind that the stage does not have
+    Settle();
+    EXPECT_EQ(Sent(), destroyed ? "8/7336 #0 #1 192/32776 " : "8/5193 #0 #1 192/32776 ");
+    EXPECT_EQ(Stage(1).coefficients, table);
+    if (destroyed) record.filterBuilt[1] = 0;
+    record.filterDirty[1] = -1;
+    MarkEdited(record);
+    Settle();
+    EXPECT_EQ(Sent().substr(0, 25), "85/32767 86/32767 89/128 ");
+    EXPECT_FALSE(HasTable(1));
+  }
+}
+
+TEST_F(Downloads, EqualizerEditTouchesNoFilterStage) {
+  BuildHiRes(1);
+  Edit("eqBandGain", "12", 9, 0);
+  Settle();
+  EXPECT_EQ(Sent(), "#0 #1 192/32776 ");
+  Edit("eqType", "3", 1);
+  Settle();
+  EXPECT_EQ(Sent(), "86/28703 #0 #1 192/32777 ");
+  Edit("eqType", "1", 1);
+  Settle();
+  EXPECT_EQ(Sent(), "86/28687 #0 #1 #2 #3 #4 #5 #6 #7 #8 #9 #10 #11 #12 #13 #14 #15 192/32768 ");
+}
+
+TEST_F(Downloads, FilterTakenOutAndPutBackHasItsTableAgain) {
+  Edit("numFilters", "2");
+  BuildHiRes(2);
+  const auto table = Stage(2).coefficients;
+  ASSERT_FALSE(table.empty());
+  Edit("numFilters", "1");
+  Settle();
+  EXPECT_FALSE(HasTable(2));
+  Edit("numFilters", "2");
+  Settle();
+  EXPECT_EQ(Stage(2).coefficients, table);
+}
+
+TEST_F(Downloads, UnlinkedRightSideRunsAsItsOwnFieldsSay) {
+  Edit("configMode", "2");
+  Edit("hiResCurve", "-7", 1, 50);
+  BuildHiRes(1);
+  BuildHiRes(4);
+  Edit("hiResCurve", "-40", 4, 200);
+  Settle();
+  const auto own = Stage(2).coefficients;
+  Edit("configMode", "1");
+  Settle();
+  EXPECT_EQ(Stage(2).coefficients, Stage(1).coefficients);
+  Edit("configMode", "2");
+  Settle();
+  EXPECT_EQ(Stage(2).coefficients, own);
+
+  Edit("configMode", "1");
+  Edit("filterType", "2", 1);
+  Edit("filterType", "1", 4);
+  Edit("ch1Taps", "1024", 4);  // the size of the left side's filter
+  Settle();
+  EXPECT_EQ(Stage(2).algorithm, 1);
+  Edit("configMode", "2");
+  Settle();
+  EXPECT_EQ(Stage(2).stageClass, 0);
+  EXPECT_FALSE(Stage(2).algorithm || Stage(2).block);
+}
+
+TEST_F(Downloads, LinkedEqualizersChangeTogether) {
+  Edit("configMode", "1");
+  Edit("eqBandGain", "9", 9, 4);
+  Settle();
+  const auto block = Stage(10).block;
+  ASSERT_TRUE(block);
+  Edit("eqType", "1", 1);
+  Settle();
+  EXPECT_EQ(Stage(10).coefficients, Stage(9).coefficients);
+  Edit("eqType", "0", 1);
+  Settle();
+  EXPECT_EQ(Stage(9).block, block);
+  EXPECT_EQ(Stage(10).block, block);
+}
+
+TEST_F(Downloads, ProgressCountsEveryFrameBetweenFrames) {
+  std::vector<std::pair<int, int>> told;
+  session.download.progress = [&](int done, int total) {
+    if (done == 0) Sent();
+    EXPECT_EQ(static_cast<std::size_t>(done), unit.frames.size());
+    told.emplace_back(done, total);
+  };
+  BuildHiRes(1);
+  told.clear();
+  session.config.ConfigureStages(true);
+  const int total = static_cast<int>(told.size()) - 1;
+  ASSERT_GT(total, 150);
+  for (int done = 0; done <= total; ++done) {
+    ASSERT_EQ(told[static_cast<std::size_t>(done)], std::pair(done, total));
+  }
+  EXPECT_EQ(unit.brokenWrites, 0U);
+}
+
+// A link that is lost at one frame of a full download.
+struct LostLinks : Downloads {
+  LostLinks() {
+    const char* const kinds[] = {"1", "2", "12", "14", "8", "16"};
+    Edit("numFilters", "6");
+    for (int stage = 1; stage <= 6; ++stage) Edit("filterType", kinds[stage - 1], stage);
+    Edit("hiResCurve", "-20", 3, 100);
+    Edit("mnotchFreq", "1000", 5, 1);
+    Edit("broadbandType", "1", 1);
+    Edit("broadbandActive", "1", 1);
+    Edit("noiseEqVals", "0.25", 1, 7);
+    Edit("eqType", "1", 1);
+    Settle();
+  }
+
+  std::vector<Frame> FullDownload() {
+    unit.PlugInAnother();
+    session.master.mnuDisconnect.Click();
+    unit.frames.clear();
+    session.master.mnuConnect.Click();
+    std::vector<Frame> frames;
+    for (const Frame& frame : unit.frames) {
+      if (!IsPoll(frame)) frames.push_back(frame);
+    }
+    return frames;
+  }
+
+  void FailAt(std::size_t frame, WatchedUnit::Failure how) {
+    session.master.mnuDisconnect.Click();
+    unit.PlugInAnother();
+    test.desk.boxes.clear();
+    unit.FailAt(frame, how, test.ports.state);
+    session.master.mnuConnect.Click();
+  }
+
+  // The record as the operator knows it: the marks of the run aside.
+  SystemSettings Known() const {
+    SystemSettings known = record;
+    known.linkReady = false;
+    known.settingsChanged = known.fitPending = 0;
+    for (auto* marks : {&known.stageChanged, &known.filterDirty, &known.filterBuilt}) marks->Fill(0);
+    for (auto* marks : {&known.eqChanged, &known.broadbandChanged, &known.broadbandClear}) marks->Fill(0);
+    return known;
+  }
+};
+
+// What the failure box says of a frame: a packet is told by the command that it is for.
+std::string Failed(const std::vector<Frame>& frames, std::size_t at) {
+  constexpr std::uint8_t broadband = 102, synthesize = 192;
+  const bool packet = frames[at].kind == Frame::Kind::Packet;
+  std::size_t next = at;
+  while (frames[next].kind == Frame::Kind::Packet) ++next;
+  const Frame& command = frames[next];
+  const int selector = command.argument & 0xFFF;
+  if (command.number == synthesize && selector != 0) return " while synthesizing filters.";
+  if (!packet) return " while issuing Command #" + std::to_string(command.number) + ".";
+  if (command.number == broadband) {
+    return " while downloading broadband packets #" + std::to_string(selector) + ".";
+  }
+  return " while downloading coefficient packet #" + std::to_string(frames[at].number) + ".";
+}
+
+TEST_F(LostLinks, EveryFrameCanFailAndTheReconnectMendsIt) {
+  using enum WatchedUnit::Failure;
+  const std::vector<Frame> frames = FullDownload();
+  const std::string undisturbed = unit.Dump();
+  const SystemSettings known = Known();
+  ASSERT_GT(frames.size(), 250U);
+  for (const auto how : {FrameLost, AnswerLost, Silence}) {
+    for (std::size_t at = 0; at < frames.size(); ++at) {
+      SCOPED_TRACE("frame " + std::to_string(at) + ", failure " + std::to_string(static_cast<int>(how)));
+      FailAt(at, how);
+      ASSERT_EQ(test.desk.boxes.size(), 1U);
+      ASSERT_EQ(test.desk.boxes[0].title, "Veltrana Communications Failure");
+      ASSERT_EQ(test.desk.boxes[0].text,
+                "Communications have failed with Veltrana on port COM1" + Failed(frames, at) +
+                    "  Please check all settings and connections, then attempt reconnect.");
+      ASSERT_EQ(session.periodic.connectionState, StateClosed);
+      ASSERT_FALSE(test.ports.state.open || test.desk.hourglass);
+      ASSERT_TRUE(Known() == known);
+      unit.Recover();
+      session.master.mnuConnect.Click();
+      ASSERT_EQ(test.desk.boxes.size(), 1U);
+      ASSERT_TRUE(Connected());
+      ASSERT_EQ(unit.Dump(), undisturbed);
+    }
+  }
+}
+
+// The same while only a difference goes out, the record being edited further before the reconnect.
+TEST_F(LostLinks, EditLostOnItsWayGoesOutWithTheReconnect) {
+  FullDownload();
+  const std::string before = unit.Dump();
+  test.desk.boxes.clear();
+  Edit("hiResCurve", "-33", 3, 200);
+  test.ports.state.gone = true;
+  Settle();
+  EXPECT_EQ(test.desk.boxes.size(), 1U);
+  EXPECT_FALSE(Connected());
+  Edit("filterType", "3", 2);
+  Settle();
+  EXPECT_EQ(unit.Dump(), before);
+  test.ports.state.gone = false;
+  session.master.mnuConnect.Click();
+  const std::string mended = unit.Dump();
+  EXPECT_EQ(Stage(2).algorithm, 2);
+  FullDownload();
+  EXPECT_EQ(unit.Dump(), mended);
+}
+
+}  // namespace
+}  // namespace vc

@@ -1,0 +1,114 @@
+// The filters that the host designs, heard at the far end: the response of the coefficients that have arrived
+// in the unit, by a direct sum.
+#include <cmath>
+#include <complex>
+#include <numbers>
+
+#include "DownloadFixture.h"
+#include "text/Convert.h"
+
+namespace vc {
+namespace {
+
+constexpr int CurveLines = 460, EdgeLines = 115;
+
+// Response at a bin of a transform of so many bins; a filter of 24 bits, with the time zero at `centre`.
+double Response(const std::vector<std::int32_t>& coefficients, double centre, double bin, double bins) {
+  constexpr double fullScale = 8388607.0;
+  std::complex<double> sum = 0;
+  for (std::size_t n = 0; n < coefficients.size(); ++n) {
+    const double turns = bin * (static_cast<double>(n) - centre) / bins;
+    sum += std::polar(coefficients[n] / fullScale, -2.0 * std::numbers::pi * turns);
+  }
+  return sum.real();  // symmetric about its centre, the sum is real
+}
+
+double Decibels(double ratio) { return 20.0 * std::log10(std::abs(ratio)); }
+
+float Drawn(int line, int lines) {
+  return static_cast<float>(-15.0 + 12.0 * std::cos(5.0 * std::numbers::pi * line / lines));
+}
+
+struct HostFilters : support::DownloadFixture, testing::WithParamInterface<int> {
+  HostFilters() { Edit("bandwidthIndex", std::to_string(GetParam())); }
+
+  // What is left of a signal at a bin of 1024 behind stage 1, which subtracts what its coefficients pass.
+  double Left(double bin) const {
+    const auto& coefficients = Stage(1).coefficients;
+    return 1.0 - Response(coefficients, static_cast<double>(coefficients.size()) / 2, bin, 1024.0);
+  }
+  int BinOf(double hertz) const { return Nearest(hertz * 1024.0 / record.sampleRate + 0.5); }
+};
+
+TEST_P(HostFilters, HiResGraphicFollowsItsCurve) {
+  Edit("filterType", "12", 1);
+  for (int line = 0; line < CurveLines; ++line) {
+    Edit("hiResCurve", std::to_string(Drawn(line, CurveLines)), 1, line);
+  }
+  Settle();
+  ASSERT_EQ(Stage(1).coefficients.size(), GetParam() == 5 ? 976U : 1024U);
+  for (int line = 4; line < CurveLines - 20; line += 3) {
+    ASSERT_NEAR(Decibels(Left(line)), static_cast<double>(Drawn(line, CurveLines)), 0.5) << line;
+    ASSERT_NEAR(Decibels(Left(line + 0.5)), static_cast<double>(Drawn(line, CurveLines)), 1.0) << line;
+  }
+  EXPECT_LT(Decibels(Left(490)), -30.0);  // above the curve nothing passes
+}
+
+TEST_P(HostFilters, SpectralInverseFollowsItsCurveOneBinUp) {
+  Edit("filterType", "11", 1);
+  for (int line = 0; line < CurveLines; ++line) {
+    Edit("sifCurve", std::to_string(Drawn(line, CurveLines)), 1, line);
+  }
+  Settle();
+  for (int line = 4; line < CurveLines - 20; line += 3) {
+    ASSERT_NEAR(Decibels(Left(line + 1)), static_cast<double>(Drawn(line, CurveLines)), 0.5) << line;
+  }
+}
+
+TEST_P(HostFilters, MultipleNotchAndSlotActAtTheirBins) {
+  Edit("filterType", "8", 1);
+  Edit("mnotchFreq", "1000", 1, 3);
+  Edit("mnotchWidth", "5", 1, 3);
+  Edit("mnotchFreq", "2500", 1, 16);
+  Edit("mnotchWidth", "9", 1, 16);
+  Settle();
+  const int low = BinOf(1000), high = BinOf(2500);
+  const auto notched = [&](int bin) { return std::abs(bin - low) <= 2 || std::abs(bin - high) <= 4; };
+  for (int bin = 0; bin < CurveLines; ++bin) {
+    // Shortened to 976 taps the edges smear over the neighbouring bins.
+    const bool beside = GetParam() == 5 && (std::abs(bin - low) < 12 || std::abs(bin - high) < 12);
+    if (beside && bin != low && bin != high) continue;
+    ASSERT_NEAR(Left(bin), notched(bin) ? 0.0 : 1.0, GetParam() == 5 ? 0.06 : 0.001) << bin;
+  }
+
+  Edit("filterType", "10", 1);
+  Edit("mslotFreq", "1000", 1, 1);
+  Edit("mslotWidth", "5", 1, 1);
+  Settle();
+  EXPECT_NEAR(Left(low), 1.0, 0.06);
+  EXPECT_NEAR(Left(low + 20), 0.0, 0.06);
+  EXPECT_NEAR(Left(high), 0.0, 0.06);
+  Edit("mslotFreq", "0", 1, 1);  // an empty list is transparent
+  Settle();
+  for (const int bin : {1, low, high, 400}) EXPECT_NEAR(Left(bin), 1.0, 0.001) << bin;
+}
+
+TEST_P(HostFilters, SpectralGraphicIsItsCurveItself) {
+  Edit("eqType", "1", 1);
+  for (int line = 0; line < EdgeLines; ++line) {
+    Edit("edgeCurve", std::to_string(Drawn(line, EdgeLines)), 1, line);
+  }
+  Settle();
+  const auto& coefficients = Stage(9).coefficients;
+  ASSERT_EQ(coefficients.size(), 256U);
+  for (int line = 2; line < EdgeLines - 5; ++line) {
+    const double heard = Response(coefficients, 123, line, 246.0);
+    ASSERT_NEAR(Decibels(heard), static_cast<double>(Drawn(line, EdgeLines)), 0.5) << line;
+  }
+  EXPECT_LT(Decibels(Response(coefficients, 123, 121, 246.0)), -40.0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Bandwidths, HostFilters, testing::Values(0, 4, 5));
+
+}  // namespace
+}  // namespace vc
