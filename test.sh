@@ -20,6 +20,7 @@ export QT_QPA_PLATFORM=offscreen
 ctest --preset release
 
 step "Static analysis"
-git ls-files -- '*.cpp' | xargs -P "$(nproc)" -n 2 clang-tidy --quiet -p build 2>build/clang-tidy.log
+# The tests are spared: the framework's headers take longer than all of what is shipped.
+git ls-files -- 'src/*.cpp' 'apps/*.cpp' 'bench/*.cpp' 'docs/*.cpp' | xargs -P "$(nproc)" -n 2 clang-tidy --quiet -p build 2>build/clang-tidy.log
 
 step "All good"

@@ -67,6 +67,15 @@ TEST_F(Consoles, BoxesAreAnsweredFromTheQueue) {
   EXPECT_EQ(OneLine("a\tb\r\nc\\"), "a\\tb\\nc\\\\");
 }
 
+TEST_F(Consoles, ProgressIsToldOnceASecond) {
+  for (int done = 0; done <= 50; ++done) {
+    desk.ShowProgress(done, 50);
+    clock.Sleep(50000);
+  }
+  desk.ShowProgress(0, 3);  // a new work counts its own time
+  EXPECT_EQ(out.str(), "progress\t20\t50\nprogress\t40\t50\n");
+}
+
 TEST_F(Consoles, ModalFormsStandInFront) {
   EXPECT_EQ(Say("key Alt+D"), "");
   EXPECT_EQ(Say("get txtInfo"), "txtInfo\t-----------------\\nTotal: 0\\nMax IDs: 0\\n\n");
