@@ -4,7 +4,8 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
-scripts/install-packages.sh g++ cmake ninja-build qt6-base-dev fonts-dejavu-core
+# The build is configured as a whole, tests and benchmarks with it.
+scripts/install-packages.sh g++ cmake ninja-build qt6-base-dev fonts-dejavu-core libgtest-dev libgmock-dev libbenchmark-dev
 cmake --preset release >/dev/null
 cmake --build --preset release --target veltrana veltrana-unit veltrana-console veltrana-tour
 
