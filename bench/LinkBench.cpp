@@ -6,25 +6,13 @@
 
 #include <benchmark/benchmark.h>
 
+#include "OnePort.h"
 #include "Pty.h"
-#include "host/PosixSerialPorts.h"
 #include "host/SystemClock.h"
 #include "link/CalculateIFFT.h"
 #include "link/modDeviceComm.h"
 
 namespace {
-
-// Opens one fixed device, whatever the port is called.
-class OnePort : public vc::SerialPorts {
- public:
-  explicit OnePort(std::string devicePath) : path(std::move(devicePath)) {}
-  std::unique_ptr<vc::SerialPort> Open(const std::string& /*name*/, std::string& reason) override {
-    return host::OpenSerialDevice(path, reason);
-  }
-
- private:
-  std::string path;
-};
 
 // Answers every frame of the given size with "!OK".
 class Answerer {
@@ -49,7 +37,7 @@ class Answerer {
 
 struct OpenLink {
   support::Pty line;
-  OnePort ports{line.Path()};
+  support::OnePort ports{line.Path()};
   host::SystemClock clock;
   vc::veltrana library{ports, clock};
   std::int16_t comPort = 1, baudIndex = 4;

@@ -3,28 +3,16 @@
 
 #include <gtest/gtest.h>
 
+#include "OnePort.h"
 #include "Pty.h"
 #include "ScriptedUnit.h"
 #include "TempFolder.h"
 #include "TestSession.h"
-#include "host/PosixSerialPorts.h"
 #include "host/SystemClock.h"
 #include "model/Settings.h"
 
 namespace vc {
 namespace {
-
-// Opens the pseudo-terminal, whatever the port is called.
-class OnePort : public SerialPorts {
- public:
-  explicit OnePort(std::string devicePath) : path(std::move(devicePath)) {}
-  std::unique_ptr<SerialPort> Open(const std::string& /*name*/, std::string& reason) override {
-    return host::OpenSerialDevice(path, reason);
-  }
-
- private:
-  std::string path;
-};
 
 struct RealLine : testing::Test {
   support::TempFolder folder;
@@ -32,7 +20,7 @@ struct RealLine : testing::Test {
   host::SystemClock clock;
   host::TimerLoop loop{clock};
   support::TestDesk desk{folder.Path()};
-  OnePort ports{line.Path()};
+  support::OnePort ports{line.Path()};
   Session session{{clock, loop, desk, ports}};
 
   // Runs an action of the session while the listener takes one frame and answers it; the frame in hex.
