@@ -65,7 +65,8 @@ void FullDownload(benchmark::State& state) {
   host::TimerLoop loop(clock);
   support::TestDesk desk(paced.folder.Path());
   OnePort ports(paced.link);
-  vc::Session session({clock, loop, desk, ports});
+  host::PosixFiles files;
+  vc::Session session({clock, loop, desk, ports, files});
   session.Start();
   session.settings.numFilters = 6;
   const bool hostMade = state.range(0) != 0;

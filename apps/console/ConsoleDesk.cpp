@@ -74,6 +74,8 @@ vc::Answer ConsoleDesk::Box(int code, const std::string& title, const std::strin
   return answer;
 }
 
+void ConsoleDesk::Beep() { out << "beep" << std::endl; }
+
 void ConsoleDesk::ShowProgress(int done, int total) {
   constexpr std::int64_t second = 1000000;
   const std::int64_t now = clock.Microseconds();

@@ -5,6 +5,7 @@
 #include <ostream>
 #include <string>
 
+#include "host/Folders.h"
 #include "platform/Clock.h"
 #include "platform/Desk.h"
 
@@ -15,14 +16,17 @@ std::string OneLine(const std::string& text);
 
 class ConsoleDesk : public vc::Desk {
  public:
-  ConsoleDesk(std::ostream& stream, vc::Clock& source, std::string folder)
-      : out(stream), clock(source), installFolder(std::move(folder)) {}
+  ConsoleDesk(std::ostream& stream, vc::Clock& source, host::Folders programFolders)
+      : out(stream), clock(source), folders(std::move(programFolders)) {}
 
   vc::Answer Box(int code, const std::string& title, const std::string& text) override;
+  // A line "beep".
+  void Beep() override;
   void SetHourglass(bool /*shown*/) override {}
   // A line "progress", done, total once a second.
   void ShowProgress(int done, int total) override;
-  std::string InstallFolder() const override { return installFolder; }
+  std::string InstallFolder() const override { return folders.writable; }
+  std::string ProgramFolder() const override { return folders.executable; }
 
   // Answers for the next boxes, first come first served: ok, cancel, yes, no, or a path for a file box.
   void QueueAnswer(const std::string& answer) { answers.push_back(answer); }
@@ -31,7 +35,7 @@ class ConsoleDesk : public vc::Desk {
   std::ostream& out;
   vc::Clock& clock;
   std::int64_t lastProgress = 0;  // when the present work began or was told of last, in microseconds
-  std::string installFolder;
+  host::Folders folders;
   std::deque<std::string> answers;
 };
 

@@ -8,6 +8,7 @@
 
 #include "console/Console.h"
 #include "host/Folders.h"
+#include "host/PosixFiles.h"
 #include "host/PosixSerialPorts.h"
 #include "host/SystemClock.h"
 #include "text/Convert.h"
@@ -53,8 +54,9 @@ int RunConsole() {
   host::SystemClock clock;
   host::TimerLoop loop(clock);
   host::PosixSerialPorts ports({.linkFolder = folders.executable + "/ports"});
-  console::ConsoleDesk desk(std::cout, clock, folders.writable);
-  vc::Session session({clock, loop, desk, ports});
+  console::ConsoleDesk desk(std::cout, clock, folders);
+  host::PosixFiles files;
+  vc::Session session({clock, loop, desk, ports, files});
   console::Console face(session, desk, loop, std::cout);
 
   session.Start();

@@ -5,6 +5,7 @@
 #include "desktop/QtDesk.h"
 #include "desktop/QtEventLoop.h"
 #include "host/Folders.h"
+#include "host/PosixFiles.h"
 #include "host/PosixSerialPorts.h"
 #include "host/SystemClock.h"
 #include "shell/Session.h"
@@ -15,9 +16,10 @@ struct Program {
   host::Folders folders = host::FindFolders();
   host::SystemClock clock;
   QtEventLoop events;
-  QtDesk desk{clock, folders.writable};
+  QtDesk desk{clock, folders};
   host::PosixSerialPorts ports{{.linkFolder = folders.executable + "/ports"}};
-  vc::Session session{{clock, events, desk, ports}};
+  host::PosixFiles files;
+  vc::Session session{{clock, events, desk, ports, files}};
   FormWindows windows{session.forms};
 };
 

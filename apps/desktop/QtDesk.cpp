@@ -16,6 +16,8 @@ vc::Answer QtDesk::Box(int code, const std::string& title, const std::string& te
   return answer;
 }
 
+void QtDesk::Beep() { QApplication::beep(); }
+
 void QtDesk::SetHourglass(bool shown) {
   if (!shown) note.Remove();  // a work that broke off says nothing more
   if (std::exchange(hourglass, shown) == shown) return;

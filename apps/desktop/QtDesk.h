@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "desktop/ProgressNote.h"
+#include "host/Folders.h"
 #include "platform/Clock.h"
 #include "platform/Desk.h"
 
@@ -12,19 +13,21 @@ namespace desktop {
 
 class QtDesk : public vc::Desk {
  public:
-  QtDesk(vc::Clock& clock, std::string folder) : installFolder(std::move(folder)), note(clock) {}
+  QtDesk(vc::Clock& clock, host::Folders programFolders) : folders(std::move(programFolders)), note(clock) {}
   ~QtDesk() override { SetHourglass(false); }
   QtDesk(const QtDesk&) = delete;
   QtDesk& operator=(const QtDesk&) = delete;
 
   // Takes the hourglass and the progress off the screen for as long as the box is up; see ShowBox.
   vc::Answer Box(int code, const std::string& title, const std::string& text) override;
+  void Beep() override;
   void SetHourglass(bool shown) override;
   void ShowProgress(int done, int total) override { note.Show(done, total); }
-  std::string InstallFolder() const override { return installFolder; }
+  std::string InstallFolder() const override { return folders.writable; }
+  std::string ProgramFolder() const override { return folders.executable; }
 
  private:
-  std::string installFolder;
+  host::Folders folders;
   ProgressNote note;
   bool hourglass = false;
 };

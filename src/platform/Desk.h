@@ -48,6 +48,7 @@ class Desk {
   virtual ~Desk() = default;
   // Shows a box and returns the operator's answer, one that the box offers.
   virtual Answer Box(int code, const std::string& title, const std::string& text) = 0;
+  virtual void Beep() = 0;
   virtual void SetHourglass(bool shown) = 0;
   // Something long is under way and has come so far; done equal to total ends it. It is called between the
   // steps of a blocking routine: it may draw, but must let no event handler run.
@@ -55,6 +56,8 @@ class Desk {
   // Where the program reads and writes its own files, without a separator at the end: the executable's
   // folder, or the user's data folder where that one cannot be written.
   virtual std::string InstallFolder() const = 0;
+  // Where the executable lies with the files that come with it; nothing is written there.
+  virtual std::string ProgramFolder() const = 0;
 };
 
 }  // namespace vc

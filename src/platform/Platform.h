@@ -4,6 +4,7 @@
 #include "platform/Clock.h"
 #include "platform/Desk.h"
 #include "platform/EventLoop.h"
+#include "platform/Files.h"
 #include "platform/SerialPort.h"
 
 namespace vc {
@@ -13,6 +14,7 @@ struct Platform {
   EventLoop& events;
   Desk& desk;
   SerialPorts& ports;
+  Files& files;
 };
 
 }  // namespace vc

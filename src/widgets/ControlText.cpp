@@ -125,6 +125,11 @@ std::string Press(Control& control) {
 std::string Press(Button& control) { return control.Click(), std::string{}; }
 std::string Press(GraphicButton& control) { return control.Click(), std::string{}; }
 std::string Press(OptionButton& control) { return Set(control, "1"); }
+std::string Press(ListBox& control) {
+  if (!control.tall) return "a list cannot be clicked";
+  if (control.ListIndex() < 0) return "no row is chosen";
+  return control.Activate(), std::string{};
+}
 std::string Press(CheckBox& control) { return control.SetValue(!control.Value()), std::string{}; }
 std::string Press(MenuEntry& control) {
   if (!control.children.empty()) return "it is a menu, not an entry";

@@ -70,7 +70,10 @@ struct Slider {
 struct ListBox {
   ListBox(Place place, const std::string& name, const std::string& caption, int index = NoIndex);
   ControlCore core;
+  bool tall = false;  // the rows are on show at once, and can be activated
   std::function<void()> changed;
+  std::function<void()> activated;  // double click or Enter on the chosen row
+  void Activate() const { core.Raise(activated); }
 
   const std::vector<std::string>& Items() const { return items; }
   int ListIndex() const { return listIndex; }  // 0-based, -1 where no row is chosen

@@ -7,6 +7,7 @@
 #include "TempFolder.h"
 #include "VirtualLine.h"
 #include "console/Console.h"
+#include "host/PosixFiles.h"
 #include "model/Settings.h"
 
 namespace console {
@@ -17,10 +18,11 @@ struct Consoles : testing::Test {
   support::VirtualClock clock;
   host::TimerLoop loop{clock};
   std::ostringstream out;
-  ConsoleDesk desk{out, clock, folder.Path()};
+  ConsoleDesk desk{out, clock, {folder.Path(), folder.Path()}};
   support::ScriptedUnit unit;
   support::VirtualPorts ports{clock, unit.End()};
-  vc::Session session{{clock, loop, desk, ports}};
+  host::PosixFiles files;
+  vc::Session session{{clock, loop, desk, ports, files}};
   Console face{session, desk, loop, out};
 
   Consoles() {

@@ -50,7 +50,7 @@ void WithNextBox(const std::function<void(QMessageBox& box)>& act) {
 
 TEST(QtDesk, ABoxHasTheIconTheButtonsAndTheSafeDefaultOfItsCode) {
   support::VirtualClock clock;
-  QtDesk desk(clock, "/nowhere");
+  QtDesk desk(clock, {});
   for (const BoxCase& row : BoxCases) {
     SCOPED_TRACE(row.code);
     WithNextBox([&row](QMessageBox& box) {
@@ -75,7 +75,7 @@ TEST(QtDesk, ABoxHasTheIconTheButtonsAndTheSafeDefaultOfItsCode) {
 TEST(QtDesk, TheHourglassDoesNotPileUpAndMakesWayForABox) {
   {
     support::VirtualClock clock;
-    QtDesk desk(clock, "/nowhere");
+    QtDesk desk(clock, {});
     desk.SetHourglass(true);
     desk.SetHourglass(true);
     ASSERT_NE(QApplication::overrideCursor(), nullptr);
@@ -128,7 +128,7 @@ TEST(QtEventLoop, RunEventsWaitsNoLongerThanAskedAndReturnsWithTheFirstEvent) {
 TEST(QtEventLoop, AnEndEndsAfterTheHandlerEvenUnderneathABox) {
   QtEventLoop loop;
   support::VirtualClock clock;
-  QtDesk desk(clock, "/nowhere");
+  QtDesk desk(clock, {});
   vc::Answer answer = vc::Answer::Yes;
   bool handlerFinished = false;
   QTimer operatorEnds;

@@ -16,6 +16,7 @@
 #include "VirtualClock.h"
 #include "desktop/QtDesk.h"
 #include "desktop/Theme.h"
+#include "host/PosixFiles.h"
 #include "host/TimerLoop.h"
 #include "shell/Session.h"
 
@@ -46,7 +47,7 @@ void PutPointer(const QPoint& place) {
 struct Progress : testing::Test {
   Shown shown;
   support::VirtualClock clock;
-  QtDesk desk{clock, "/nowhere"};
+  QtDesk desk{clock, {}};
   QWidget& window = shown.Window();
 
   Progress() { PutPointer(window.mapToGlobal(QPoint(20, 20))); }
@@ -230,8 +231,9 @@ TEST(ProgressOfASession, TheFirstDownloadIsShownInTheSplashAndGoneWhenTheMasterP
   };
   support::VirtualPorts ports(clock, end);
   host::TimerLoop loop(clock);
-  QtDesk desk(clock, "/nowhere");
-  vc::Session session({clock, loop, desk, ports});
+  QtDesk desk(clock, {});
+  host::PosixFiles files;
+  vc::Session session({clock, loop, desk, ports, files});
   const FormWindows shownWindows(session.forms);
   windows = &shownWindows;
   splash = &session.splash.form;

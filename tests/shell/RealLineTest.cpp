@@ -21,7 +21,8 @@ struct RealLine : testing::Test {
   host::TimerLoop loop{clock};
   support::TestDesk desk{folder.Path()};
   support::OnePort ports{line.Path()};
-  Session session{{clock, loop, desk, ports}};
+  host::PosixFiles files;
+  Session session{{clock, loop, desk, ports, files}};
 
   // Runs an action of the session while the listener takes one frame and answers it; the frame in hex.
   std::string Exchange(const std::function<void()>& action, std::size_t size, const std::string& answer) {

@@ -8,6 +8,7 @@
 #include "TempFolder.h"
 #include "VirtualClock.h"
 #include "VirtualLine.h"
+#include "host/PosixFiles.h"
 #include "host/TimerLoop.h"
 #include "shell/Session.h"
 
@@ -33,11 +34,14 @@ class TestDesk : public vc::Desk {
   }
   void SetHourglass(bool shown) override { hourglass = shown; }
   void ShowProgress(int done, int total) override { progress.emplace_back(done, total); }
+  void Beep() override { ++beeps; }
   std::string InstallFolder() const override { return installFolder; }
+  std::string ProgramFolder() const override { return installFolder; }
 
   std::vector<ShownBox> boxes;
   std::deque<vc::Answer> answers;
   bool hourglass = false;
+  int beeps = 0;
   std::vector<std::pair<int, int>> progress;
 
  private:
@@ -52,7 +56,8 @@ struct TestSession {
   host::TimerLoop loop{clock};
   TestDesk desk{folder.Path()};
   VirtualPorts ports;
-  vc::Session session{{clock, loop, desk, ports}};
+  host::PosixFiles files;
+  vc::Session session{{clock, loop, desk, ports, files}};
 };
 
 }  // namespace support

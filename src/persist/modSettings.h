@@ -1,0 +1,75 @@
+// Setup files: the whole of the settings record as text, one value a line. The order of the lines is in
+// SetupLines.h; here are the two walks over it, whole files, and what goes with them.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "link/veltrana.h"
+#include "model/SystemSettings.h"
+#include "platform/Desk.h"
+#include "platform/Files.h"
+
+namespace vc {
+
+inline constexpr const char* SetupExtension = ".nrv";
+inline constexpr const char* LastStateFile = "veltrana.set";
+inline constexpr const char* FactoryFile = "Factory Defaults.nrv";
+
+// The first three lines of a setup file.
+struct SetupHeader {
+  std::string identifier;
+  std::string description;
+  std::int16_t protect = 0;  // 0 or 1
+};
+
+// Whether a load takes comPort, baudIndex and workingFolder from the file, or leaves them alone.
+inline constexpr std::int16_t TakeConnection = 1;
+inline constexpr std::int16_t KeepConnection = 0;
+
+struct SetupHooks {
+  std::function<bool()> portOpen = [] { return false; };
+  // Learned coefficients of a stage, read back from the unit; false where that failed.
+  std::function<bool(int stage, std::span<std::int32_t, CoefCapacity> coefficients)> readCoefficients =
+      [](int, std::span<std::int32_t, CoefCapacity>) { return false; };
+};
+
+struct modSettings {
+  modSettings(SystemSettings& record, Files& hostFiles, const Desk& desk);
+
+  SetupHooks hooks;
+
+  // Defaults, then the file's values, then the ranges. False where the file cannot be opened, and then
+  // nothing has changed; false too where it breaks off at a line that is none, and then what stood before
+  // that line is in the record. A file that merely ends early is good. Learned coefficients go into files of
+  // their own, see CompanionPath; where one cannot be written the load stops there and is false.
+  bool LoadSetupFile(const std::string& path, std::int16_t& flag);
+  // A load that leaves the record as it was where it fails.
+  bool RecallSetupFile(const std::string& path, std::int16_t flag);
+  // Writes the record with what the unit has learned; without, where the port is closed. False where anything
+  // failed, and then the old file stands as it was.
+  bool SaveSetupFile(const std::string& path, std::int16_t protect);
+  // The same without asking the unit.
+  bool SaveWithoutCoefficients(const std::string& path, std::int16_t protect);
+  // False where the file cannot be read or does not begin with three such lines.
+  bool ReadFileHeader(const std::string& path, SetupHeader& header);
+
+  // Where a file of that name lies: a name without a folder is looked for in the current folder, then where
+  // the program keeps its files, then beside the executable. A name that is nowhere comes back as it is.
+  std::string Locate(const std::string& name) const;
+  // The file that takes a stage's learned coefficients when a setup brings them along.
+  std::string CompanionPath(int stage) const;
+
+ private:
+  SystemSettings& settings;
+  Files& files;
+  std::string installFolder, programFolder;
+};
+
+// True for the identifiers of this program and of those whose files it can read.
+bool CheckModelId(const std::string& identifier);
+
+}  // namespace vc
