@@ -62,28 +62,45 @@ double InitialAt(const FieldRow& row, int i) {
   return i == row.extent[0].first ? row.initial.first : row.initial.others;
 }
 
-// The number that the rule leaves of an integer or float. NaN counts as the default.
-double Ruled(const Rule& rule, double value, Bounds bounds) {
-  const auto held = [&] {
-    double result = value;
-    Clamp(result, bounds.lower, bounds.upper);
-    return result;
-  };
-  const auto outside = [&] { return value < bounds.lower || value > bounds.upper; };
-  const auto law = Either{
-      [&](const rules::Mask& mask) {
-        return static_cast<double>(static_cast<std::int32_t>(value) & mask.bits);
-      },
-      [&](const rules::Flag&) { return value == 0 ? 0.0 : -1.0; },
-      [&](const rules::WithinOr& within) { return value == within.other ? value : held(); },
-      [&](const rules::OutsideBecomes& range) {
-        return outside() ? static_cast<double>(range.value) : value;
-      },
-      [&](const rules::WhenEdited&) { return value; },
-      [&](const rules::Derived&) { return value; },
-      [&](const auto&) { return held(); },
-  };
-  return std::visit(law, rule);
+// The number that a rule leaves of an integer or float that is not NaN.
+double Held(double value, Bounds bounds) {
+  Clamp(value, bounds.lower, bounds.upper);
+  return value;
+}
+bool Outside(double value, Bounds bounds) { return value < bounds.lower || value > bounds.upper; }
+
+double Ruled(const rules::Mask& mask, double value, Bounds /*bounds*/) {
+  return static_cast<std::int32_t>(value) & mask.bits;
+}
+double Ruled(const rules::Flag& /*rule*/, double value, Bounds /*bounds*/) { return value == 0 ? 0.0 : -1.0; }
+double Ruled(const rules::WithinOr& within, double value, Bounds bounds) {
+  return value == within.other ? value : Held(value, bounds);
+}
+double Ruled(const rules::OutsideBecomes& range, double value, Bounds bounds) {
+  return Outside(value, bounds) ? range.value : value;
+}
+double Ruled(const rules::WhenEdited& /*rule*/, double value, Bounds /*bounds*/) { return value; }
+double Ruled(const auto& /*held*/, double value, Bounds bounds) { return Held(value, bounds); }
+
+template <typename Law>
+constexpr bool Follows =
+    std::is_same_v<Law, rules::FollowsField> || std::is_same_v<Law, rules::FollowsLimits>;
+
+// One law over a whole row, its range computed once where it is the same for all elements.
+template <typename T, typename Law>
+void ApplyLaw(const Law& law, SystemSettings& settings, const FieldRow& row) {
+  const Bounds type{static_cast<double>(std::numeric_limits<T>::lowest()),
+                    static_cast<double>(std::numeric_limits<T>::max())};
+  Bounds bounds = Follows<Law> ? type : BoundsNow(row.rule, settings, 0, 0, type);
+  ForEachStretch<T>(settings, row, [&](int i, std::span<T> elements) {
+    const double initial = InitialAt(row, i);
+    int j = row.extent[1].first;
+    for (T& element : elements) {
+      if constexpr (Follows<Law>) bounds = BoundsNow(row.rule, settings, i, j++, type);
+      const auto value = static_cast<double>(element);
+      element = static_cast<T>(Ruled(law, std::isnan(value) ? initial : value, bounds));
+    }
+  });
 }
 
 }  // namespace
@@ -103,31 +120,25 @@ std::optional<Bounds> FieldRange(const SystemSettings& settings, const FieldRow&
   return BoundsNow(row.rule, settings, i, j, *type);
 }
 
-void StoreInitial(SystemSettings& settings, const FieldRow& row, int i, int j) {
+void StoreInitial(SystemSettings& settings, const FieldRow& row) {
   if (row.initial.kept) return;
   std::visit(
-      [&]<typename T>(T* element) {
-        if constexpr (std::is_arithmetic_v<T>) {
-          *element = static_cast<T>(InitialAt(row, i));
-        } else {
-          element->clear();
-        }
+      [&]<typename T>(T*) {
+        ForEachStretch<T>(settings, row, [&](int i, std::span<T> elements) {
+          T initial{};
+          if constexpr (std::is_arithmetic_v<T>) initial = static_cast<T>(InitialAt(row, i));
+          std::ranges::fill(elements, initial);
+        });
       },
-      row.at(settings, i, j));
+      row.at(settings, row.extent[0].first, row.extent[1].first));
 }
 
-void ApplyRule(SystemSettings& settings, const FieldRow& row, int i, int j) {
-  const auto bounds = FieldRange(settings, row, i, j);
-  if (!bounds) return;
-  std::visit(
-      [&]<typename T>(T* element) {
-        if constexpr (std::is_arithmetic_v<T>) {
-          const auto value = static_cast<double>(*element);
-          const double number = std::isnan(value) ? InitialAt(row, i) : value;
-          *element = static_cast<T>(Ruled(row.rule, number, *bounds));
-        }
-      },
-      row.at(settings, i, j));
+void ApplyRule(SystemSettings& settings, const FieldRow& row) {
+  if (IsDerived(row)) return;
+  const auto apply = [&]<typename T, typename Law>(T*, const Law& law) {
+    if constexpr (std::is_arithmetic_v<T>) ApplyLaw<T>(law, settings, row);
+  };
+  std::visit(apply, row.at(settings, row.extent[0].first, row.extent[1].first), row.rule);
 }
 
 }  // namespace vc

@@ -97,15 +97,25 @@ bool IsDerived(const FieldRow& row);
 // The range of an element at this moment, always inside its type's own. Nothing for texts and derived fields.
 std::optional<Bounds> FieldRange(const SystemSettings& settings, const FieldRow& row, int i, int j);
 
-// The default, whatever stood there.
-void StoreInitial(SystemSettings& settings, const FieldRow& row, int i, int j);
-// Moves an element into the range that its rule gives at this moment.
-void ApplyRule(SystemSettings& settings, const FieldRow& row, int i, int j);
+// The default into every element, whatever stood there.
+void StoreInitial(SystemSettings& settings, const FieldRow& row);
+// Moves every element into the range that its rule gives at this moment.
+void ApplyRule(SystemSettings& settings, const FieldRow& row);
 
 template <typename Visit>
 void ForEachElement(const FieldRow& row, Visit visit) {
   for (int i = row.extent[0].first; i <= row.extent[0].last; i++) {
     for (int j = row.extent[1].first; j <= row.extent[1].last; j++) visit(i, j);
+  }
+}
+
+// The elements of each first index as one stretch of memory: visit(i, span). T is the field's type.
+template <typename T, typename Visit>
+void ForEachStretch(SystemSettings& settings, const FieldRow& row, Visit visit) {
+  const IndexRange& inner = row.extent[1];
+  for (int i = row.extent[0].first; i <= row.extent[0].last; i++) {
+    T* first = std::get<T*>(row.at(settings, i, inner.first));
+    visit(i, std::span<T>(first, static_cast<std::size_t>(inner.last - inner.first + 1)));
   }
 }
 

@@ -15,8 +15,7 @@ constexpr std::int16_t TicksAfterEdit = 5;
 template <typename Wanted>
 void ApplyRules(SystemSettings& settings, Wanted wanted) {
   for (const FieldRow& row : Fields()) {
-    if (!wanted(row.rule)) continue;
-    ForEachElement(row, [&](int i, int j) { ApplyRule(settings, row, i, j); });
+    if (wanted(row.rule)) ApplyRule(settings, row);
   }
 }
 
@@ -40,9 +39,7 @@ void ComputePlotGrids(SystemSettings& settings) {
 }  // namespace
 
 void InitSettings(SystemSettings& settings) {
-  for (const FieldRow& row : Fields()) {
-    ForEachElement(row, [&](int i, int j) { StoreInitial(settings, row, i, j); });
-  }
+  for (const FieldRow& row : Fields()) StoreInitial(settings, row);
   RebuildBroadbandPresets(settings);
   settings.broadbandParms.Fill(settings.broadbandPresets[BroadbandKind::NoiseReducer]);
   ComputePlotGrids(settings);

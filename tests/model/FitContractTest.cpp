@@ -56,7 +56,7 @@ class RandomRecords {
 void ValidateWords(SystemSettings& s) {
   for (const FieldRow& row : Fields()) {
     if (!OfWords(row, s) || std::holds_alternative<rules::FollowsLimits>(row.rule)) continue;
-    ForEachElement(row, [&](int i, int j) { ApplyRule(s, row, i, j); });
+    ApplyRule(s, row);
   }
 }
 
