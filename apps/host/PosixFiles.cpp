@@ -186,9 +186,14 @@ std::optional<std::vector<vc::FolderEntry>> PosixFiles::List(const std::string& 
   return list;
 }
 
-std::unique_ptr<vc::FileLock> PosixFiles::Lock(const std::string& path) {
+std::unique_ptr<vc::FileLock> PosixFiles::Lock(const std::string& path, bool& heldElsewhere) {
+  heldElsewhere = false;
   Descriptor file(open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, EveryoneByUmask));
-  if (!file.Open() || flock(file.Number(), LOCK_EX | LOCK_NB) != 0) return nullptr;
+  if (!file.Open()) return nullptr;
+  if (flock(file.Number(), LOCK_EX | LOCK_NB) != 0) {
+    heldElsewhere = errno == EWOULDBLOCK;
+    return nullptr;
+  }
   return std::make_unique<PosixLock>(std::move(file));
 }
 

@@ -12,7 +12,7 @@ class PosixFiles : public vc::Files {
   void RemoveLeftovers(const std::string& folder) override;
   bool Rename(const std::string& from, const std::string& to) override;
   std::optional<std::vector<vc::FolderEntry>> List(const std::string& folder) override;
-  std::unique_ptr<vc::FileLock> Lock(const std::string& path) override;
+  std::unique_ptr<vc::FileLock> Lock(const std::string& path, bool& heldElsewhere) override;
 };
 
 }  // namespace host

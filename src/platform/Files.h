@@ -50,8 +50,8 @@ class Files {
   virtual bool Rename(const std::string& from, const std::string& to) = 0;
   // Files and folders in the order of their names, hidden ones left out; nothing where it cannot be read.
   virtual std::optional<std::vector<FolderEntry>> List(const std::string& folder) = 0;
-  // Null where another program holds it, or the file cannot be made.
-  virtual std::unique_ptr<FileLock> Lock(const std::string& path) = 0;
+  // Null where another program holds it, and then heldElsewhere is true, or the file cannot be made.
+  virtual std::unique_ptr<FileLock> Lock(const std::string& path, bool& heldElsewhere) = 0;
 };
 
 }  // namespace vc
