@@ -6,6 +6,7 @@
 #include <string>
 
 #include "model/RegisterTable.h"
+#include "persist/SetupLines.h"
 
 namespace {
 
@@ -13,7 +14,8 @@ struct Page {
   const char* file;
   std::string (*make)();
 };
-constexpr std::array<Page, 1> Pages{{{"registers.md", vc::RegisterPage}}};
+constexpr std::array<Page, 2> Pages{
+    {{"registers.md", vc::RegisterPage}, {"file-formats.md", vc::SetupFilePage}}};
 
 std::string Content(const std::string& path) {
   std::ostringstream text;

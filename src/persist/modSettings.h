@@ -1,5 +1,4 @@
-// Setup files: the whole of the settings record as text, one value a line. The order of the lines is in
-// SetupLines.h; here are the two walks over it, whole files, and what goes with them.
+// Setup files: the whole of the settings record as text, one value a line, with what the unit has learned.
 #pragma once
 
 #include <cstdint>
@@ -10,6 +9,7 @@
 
 #include "link/veltrana.h"
 #include "model/SystemSettings.h"
+#include "persist/SetupText.h"
 #include "platform/Desk.h"
 #include "platform/Files.h"
 
@@ -18,13 +18,6 @@ namespace vc {
 inline constexpr const char* SetupExtension = ".nrv";
 inline constexpr const char* LastStateFile = "veltrana.set";
 inline constexpr const char* FactoryFile = "Factory Defaults.nrv";
-
-// The first three lines of a setup file.
-struct SetupHeader {
-  std::string identifier;
-  std::string description;
-  std::int16_t protect = 0;  // 0 or 1
-};
 
 // Whether a load takes comPort, baudIndex and workingFolder from the file, or leaves them alone.
 inline constexpr std::int16_t TakeConnection = 1;
@@ -45,7 +38,8 @@ struct modSettings {
   // Defaults, then the file's values, then the ranges. False where the file cannot be opened, and then
   // nothing has changed; false too where it breaks off at a line that is none, and then what stood before
   // that line is in the record. A file that merely ends early is good. Learned coefficients go into files of
-  // their own, see CompanionPath; where one cannot be written the load stops there and is false.
+  // their own, "Previous Filter 1 Settings.cof"; where one cannot be written the load stops there and is
+  // false.
   bool LoadSetupFile(const std::string& path, std::int16_t& flag);
   // A load that leaves the record as it was where it fails.
   bool RecallSetupFile(const std::string& path, std::int16_t flag);
@@ -60,10 +54,10 @@ struct modSettings {
   // Where a file of that name lies: a name without a folder is looked for in the current folder, then where
   // the program keeps its files, then beside the executable. A name that is nowhere comes back as it is.
   std::string Locate(const std::string& name) const;
-  // The file that takes a stage's learned coefficients when a setup brings them along.
-  std::string CompanionPath(int stage) const;
 
  private:
+  bool KeepLearned(const LearnedStages& learned);
+
   SystemSettings& settings;
   Files& files;
   std::string installFolder, programFolder;

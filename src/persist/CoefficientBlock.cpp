@@ -1,0 +1,59 @@
+#include "persist/CoefficientBlock.h"
+
+#include <algorithm>
+
+#include "model/Kinds.h"
+
+namespace vc {
+std::vector<int> StagesWithBlocks(const SystemSettings& settings) {
+  std::vector<int> stages;
+  const auto addFrom = [&](int first, int count) {
+    for (int stage = first; stage < first + count && stage <= FilterStages; ++stage) {
+      if (IsAdaptive(settings.filterType[stage])) stages.push_back(stage);
+    }
+  };
+  const bool independent = settings.configMode == ConfigMode::StereoIndependent;
+  addFrom(1, independent ? std::min<int>(settings.numFilters, PairStages) : settings.numFilters);
+  if (independent) addFrom(1 + PairStages, settings.numFilters);
+  return stages;
+}
+
+int LearnedCount(const SystemSettings& settings, int stage) {
+  const bool canceller = settings.filterType[stage] == FilterKind::RefCanceller;
+  const int taps = 1 + (canceller ? settings.ch2Taps : settings.ch1Taps)[stage];
+  return std::clamp(taps, 1, static_cast<int>(CoefCapacity));
+}
+
+void WriteCoefficientBlock(LineWriter& lines, int stage, const std::vector<std::int32_t>& coefficients) {
+  lines.Line(CoefficientLine);
+  lines.Integer(stage);
+  lines.Integer(static_cast<std::int64_t>(coefficients.size()));
+  for (const std::int32_t coefficient : coefficients) lines.Integer(coefficient);
+}
+
+bool ReadCoefficientBlock(LineReader& lines, int stage, std::vector<std::int32_t>& coefficients) {
+  std::int32_t number = 0;
+  std::int32_t count = 0;
+  if (!lines.Is(CoefficientLine) || !lines.Integer(number) || number != stage) return false;
+  if (!lines.Integer(count)) return false;
+  coefficients.assign(static_cast<std::size_t>(std::clamp<std::int32_t>(count, 1, CoefCapacity)), 0);
+  return std::ranges::all_of(coefficients, [&](std::int32_t& one) { return lines.Integer(one); });
+}
+
+std::string AdaptiveFilterFile(const SystemSettings& settings, int stage,
+                               const std::vector<std::int32_t>& coefficients) {
+  LineWriter lines;
+  const auto add = [&](const auto&... fields) { (lines.Integer(fields[stage]), ...); };
+  if (settings.filterType[stage] == FilterKind::RefCanceller) {
+    add(settings.ch2Taps, settings.ch2Mu, settings.ch2Delay, settings.ch2AutoNormalize,
+        settings.ch2ProcessOutput, settings.ch2DelayChan);
+  } else {
+    add(settings.ch1Taps, settings.ch1Mu, settings.ch1PredSpan, settings.ch1AutoNormalize,
+        settings.ch1ProcessOutput);
+    lines.Integer(0);  // in the place of the sixth setting
+  }
+  WriteCoefficientBlock(lines, stage, coefficients);
+  return std::move(lines.text);
+}
+
+}  // namespace vc

@@ -1,0 +1,37 @@
+// What a unit has learned in an adaptive stage, as lines: the block of its coefficients, alone within a setup
+// file or behind the stage's settings in a file of its own.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "link/veltrana.h"
+#include "model/SystemSettings.h"
+#include "persist/LineText.h"
+
+namespace vc {
+
+inline constexpr std::string_view CoefficientLine = "\"Coefficients\"";
+
+// What was learned, by stage.
+using LearnedStages = std::map<int, std::vector<std::int32_t>>;
+
+// The stages of a setup that have a block, in the order of their blocks.
+std::vector<int> StagesWithBlocks(const SystemSettings& settings);
+
+// Coefficients of an adaptive stage, 1..8192.
+int LearnedCount(const SystemSettings& settings, int stage);
+
+void WriteCoefficientBlock(LineWriter& lines, int stage, const std::vector<std::int32_t>& coefficients);
+// The block of that stage, whose first line is next. A count outside 1..8192 is moved into it. False at a
+// line that is no number, at the end of the text, and for a block of another stage.
+bool ReadCoefficientBlock(LineReader& lines, int stage, std::vector<std::int32_t>& coefficients);
+
+// A whole file of an adaptive filter: its six settings and the block.
+std::string AdaptiveFilterFile(const SystemSettings& settings, int stage,
+                               const std::vector<std::int32_t>& coefficients);
+
+}  // namespace vc

@@ -1,0 +1,115 @@
+#include "persist/modSettings.h"
+
+#include <algorithm>
+#include <array>
+#include <filesystem>
+#include <utility>
+#include <vector>
+
+#include "model/Kinds.h"
+#include "model/Settings.h"
+#include "persist/SafeFile.h"
+#include "text/modFile.h"
+
+namespace vc {
+namespace {
+
+// Six stages of the longest filters take less than half of it.
+constexpr std::size_t LargestSetup = std::size_t{4} << 20U;
+
+bool ReadText(Files& files, const std::string& path, std::string& text) {
+  return files.ReadStart(path, LargestSetup + 1, text) && text.size() <= LargestSetup;
+}
+
+bool HasFolder(const std::string& path) { return std::filesystem::path(path).has_parent_path(); }
+
+// A right-hand stage has the number that its panel shows.
+std::string CompanionName(const SystemSettings& settings, int stage) {
+  const bool right = stage > PairStages;
+  const bool independent = settings.configMode == ConfigMode::StereoIndependent;
+  const std::string side = !independent ? "" : right ? "Right " : "Left ";
+  const int number = independent && right ? stage - PairStages : stage;
+  return "Previous " + side + "Filter " + std::to_string(number) + " Settings.cof";
+}
+
+}  // namespace
+
+modSettings::modSettings(SystemSettings& record, Files& hostFiles, const Desk& desk)
+    : settings(record),
+      files(hostFiles),
+      installFolder(desk.InstallFolder()),
+      programFolder(desk.ProgramFolder()) {}
+
+std::string modSettings::Locate(const std::string& name) const {
+  if (HasFolder(name)) return name;
+  for (const std::string& path : {name, JoinPath(installFolder, name), JoinPath(programFolder, name)}) {
+    if (std::filesystem::exists(std::filesystem::path(path))) return path;
+  }
+  return name;
+}
+
+bool modSettings::LoadSetupFile(const std::string& path, std::int16_t& flag) {
+  std::string text;
+  if (!ReadText(files, Locate(path), text)) return false;
+  const bool takeConnection = flag == TakeConnection;
+  const std::int16_t comPort = settings.comPort;
+  const std::int16_t baudIndex = settings.baudIndex;
+  const bool linked = settings.linkReady && hooks.portOpen();
+
+  InitSettings(settings);
+  settings.linkReady = linked;
+  if (!takeConnection) {
+    settings.comPort = comPort;
+    settings.baudIndex = baudIndex;
+  }
+  LearnedStages learned;
+  const bool read = ReadSetup(settings, text, takeConnection, learned);
+  ValidateSettings(settings);
+  return read && KeepLearned(learned);
+}
+
+bool modSettings::RecallSetupFile(const std::string& path, std::int16_t flag) {
+  const SystemSettings before = settings;
+  if (LoadSetupFile(path, flag)) return true;
+  settings = before;
+  return false;
+}
+
+bool modSettings::KeepLearned(const LearnedStages& learned) {
+  return std::ranges::all_of(learned, [this](const auto& entry) {
+    const std::string text = AdaptiveFilterFile(settings, entry.first, entry.second);
+    const std::string name = CompanionName(settings, entry.first);
+    // A working folder on a medium that is not in must not cost the operator the whole setup.
+    return (!settings.workingFolder.empty() &&
+            WriteWholeFile(files, JoinPath(settings.workingFolder, name), text)) ||
+           WriteWholeFile(files, JoinPath(installFolder, name), text);
+  });
+}
+
+bool modSettings::SaveSetupFile(const std::string& path, std::int16_t protect) {
+  LearnedStages learned;
+  if (hooks.portOpen()) {
+    std::vector<std::int32_t> buffer(CoefCapacity);
+    for (const int stage : StagesWithBlocks(settings)) {
+      if (!hooks.readCoefficients(stage, std::span<std::int32_t, CoefCapacity>(buffer))) return false;
+      learned[stage].assign(buffer.begin(), buffer.begin() + LearnedCount(settings, stage));
+    }
+  }
+  return WriteWholeFile(files, path, WriteSetup(settings, protect, learned));
+}
+
+bool modSettings::SaveWithoutCoefficients(const std::string& path, std::int16_t protect) {
+  return WriteWholeFile(files, path, WriteSetup(settings, protect, {}));
+}
+
+bool modSettings::ReadFileHeader(const std::string& path, SetupHeader& header) {
+  std::string text;
+  return ReadText(files, path, text) && ReadSetupHeader(text, header);
+}
+
+bool CheckModelId(const std::string& identifier) {
+  constexpr std::array<std::string_view, 4> accepted{"ZORQ", "KYVN", "VELT", "VELTRA"};
+  return std::ranges::find(accepted, identifier) != accepted.end();
+}
+
+}  // namespace vc

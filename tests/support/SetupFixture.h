@@ -1,0 +1,45 @@
+// Setup files in a folder of their own, without a session around them.
+#pragma once
+
+#include <fstream>
+#include <sstream>
+
+#include <gtest/gtest.h>
+
+#include "FaultyFiles.h"
+#include "TempFolder.h"
+#include "TestSession.h"
+#include "model/Settings.h"
+#include "persist/modSettings.h"
+
+namespace support {
+
+inline std::string Content(const std::string& path) {
+  std::ostringstream text;
+  text << std::ifstream(path, std::ios::binary).rdbuf();
+  return text.str();
+}
+
+inline void Put(const std::string& path, std::string_view text) {
+  std::ofstream(path, std::ios::binary) << text;
+}
+
+struct SetupFixture : testing::Test {
+  TempFolder folder;
+  TestDesk desk{folder.Path()};
+  FaultyFiles files;
+  vc::SystemSettings settings;
+  vc::modSettings setups{settings, files, desk};
+  std::string path = folder.Path() + "/One.nrv";
+
+  SetupFixture() { vc::InitSettings(settings); }
+  bool Load(const std::string& from, std::int16_t flag = vc::TakeConnection) {
+    return setups.LoadSetupFile(from, flag);
+  }
+  std::size_t FilesInFolder() const {
+    return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator(folder.Path()),
+                                                  std::filesystem::directory_iterator()));
+  }
+};
+
+}  // namespace support
