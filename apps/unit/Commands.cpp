@@ -79,6 +79,7 @@ constexpr Command commands[] = {
     {87, "borrowed stages"},
     {88, "adaptive stages"},
     {89, "stage reset"},
+    {91, "coefficient request", Answer::Coefficients},
     {102, "broadband block"},
     {105, "stage 1 gain"},
     {106, "stage 2 gain"},

@@ -6,7 +6,7 @@
 
 namespace unit {
 
-enum class Answer { Acknowledge, Version, MainStatus, EqualizerStatus };
+enum class Answer { Acknowledge, Coefficients, Version, MainStatus, EqualizerStatus };
 
 struct Command {
   std::uint8_t code;

@@ -14,7 +14,8 @@ namespace unit {
 namespace {
 
 // Commands that do something once. What came last is history, not state.
-constexpr std::uint8_t actions[] = {89, BroadbandCode, 113, 127, 128, 130, SynthesizeCode, 232, 234};
+constexpr std::uint8_t actions[] = {89,  CoefficientsCode, BroadbandCode, 113, 127, 128,
+                                    130, SynthesizeCode,   232,           234};
 
 std::string Number(std::size_t number) { return std::to_string(number); }
 

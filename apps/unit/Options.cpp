@@ -47,6 +47,14 @@ bool TakeSilentAfter(Options& options, std::string_view text) {
   return Take(text, 0U, UINT32_MAX, options.silentAfter.emplace());
 }
 
+bool TakeCoefficients(Options& options, std::string_view text) {
+  constexpr unsigned lastPage = 5;
+  const std::size_t colon = text.find(':');
+  unsigned page = 0;
+  if (colon == std::string_view::npos || !Take(text.substr(0, colon), 0U, lastPage, page)) return false;
+  return TakeText(text.substr(colon + 1), options.coefficients[page]);
+}
+
 constexpr std::string_view Version = "a whole number from 0 to 999";
 constexpr std::string_view Probability = "a number from 0 to 1";
 
@@ -76,6 +84,8 @@ constexpr Row rows[] = {
      "write what happens on the line to FILE"},
     {"--dump", "FILE", "a path", [](Options& o, std::string_view t) { return TakeText(t, o.dump); },
      "on SIGUSR1 write what the unit was given to FILE"},
+    {"--coefficients", "PAGE:FILE", "a page from 0 to 5, a colon and a path", TakeCoefficients,
+     "on SIGUSR2 let the stage of PAGE have learned what is in FILE"},
     {"--seed", "N", "a whole number",
      [](Options& o, std::string_view t) { return Take(t, std::uint64_t{0}, UINT64_MAX, o.seed); },
      "seed of all faults, 1"},
@@ -118,7 +128,7 @@ std::variant<Options, std::string> ParseOptions(std::span<const std::string_view
 }
 
 std::string Usage() {
-  constexpr std::size_t column = 20;
+  constexpr std::size_t column = 25;
   std::string text = "usage: veltrana-unit --link PATH [option]...\n";
   for (const Row& row : rows) {
     std::string line = "  " + std::string(row.name) + ' ' + std::string(row.value);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <span>
 #include <string>
@@ -13,9 +14,10 @@
 namespace unit {
 
 struct Options {
-  std::string link;   // where the line's symbolic link stands
-  std::string trace;  // file for the trace, empty for none
-  std::string dump;   // file for the dump that SIGUSR1 asks for, empty for none
+  std::string link;                              // where the line's symbolic link stands
+  std::string trace;                             // file for the trace, empty for none
+  std::string dump;                              // file for the dump that SIGUSR1 asks for, empty for none
+  std::map<unsigned, std::string> coefficients;  // file by page (0..5), read when SIGUSR2 asks for it
   bool help = false;
 
   int baud = 115200;             // 9600, 14400, 19200, 38400 or 115200

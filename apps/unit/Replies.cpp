@@ -21,6 +21,20 @@ void AddDigits(Bytes& reply, int hundredths) {
     reply.push_back(static_cast<std::uint8_t>('0' + hundredths / place % 10));
 }
 
+// What all replies with levels begin with, 45 bytes.
+Bytes Head(std::string_view token, const Status& status) {
+  Bytes reply = BytesOf(token);
+  for (const std::uint16_t level : status.levels) AddWord(reply, level);
+  AddWord(reply, status.unitStatus);
+  AddWord(reply, status.unitMode);
+  for (std::size_t stage = 0; stage < 8; ++stage) AddWord(reply, status.stageStatus[stage]);
+  for (std::size_t stage = 0; stage < status.stageNibble.size(); stage += 2) {
+    reply.push_back(status.stageNibble[stage + 1]);
+    reply.push_back(status.stageNibble[stage]);
+  }
+  return reply;
+}
+
 }  // namespace
 
 Bytes Acknowledgement() { return BytesOf("!OK"); }
@@ -40,16 +54,19 @@ Bytes VersionReply(int bootHundredths, int firmwareHundredths) {
 }
 
 Bytes MainStatusReply(const Status& status) {
-  Bytes reply = BytesOf("!MG");
-  for (const std::uint16_t level : status.levels) AddWord(reply, level);
-  AddWord(reply, status.unitStatus);
-  AddWord(reply, status.unitMode);
-  for (std::size_t stage = 0; stage < 8; ++stage) AddWord(reply, status.stageStatus[stage]);
-  for (std::size_t stage = 0; stage < status.stageNibble.size(); stage += 2) {
-    reply.push_back(status.stageNibble[stage + 1]);
-    reply.push_back(status.stageNibble[stage]);
-  }
+  Bytes reply = Head("!MG", status);
   AddEndByte(reply);
+  return reply;
+}
+
+Bytes CoefficientReply(const Status& status, const CoefficientBlock& block) {
+  constexpr std::size_t unused = 2;
+  Bytes reply = Head("!CV", status);
+  for (const std::int32_t coefficient : block) {
+    for (const unsigned shift : {16U, 8U, 0U})
+      reply.push_back(static_cast<std::uint8_t>(static_cast<std::uint32_t>(coefficient) >> shift & 0xFFU));
+  }
+  reply.insert(reply.end(), unused, 0);
   return reply;
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "unit/Bytes.h"
+#include "unit/Stages.h"
 #include "unit/Status.h"
 
 namespace unit {
@@ -22,5 +23,9 @@ Bytes MainStatusReply(const Status& status);
 
 // "!EG" and the status words of stages 9 and 10, 8 bytes, ended in the same way.
 Bytes EqualizerStatusReply(const Status& status);
+
+// "!CV", the same head as of the main status, and 256 coefficients of three bytes with the high byte first;
+// two bytes of 0 fill it up to 815.
+Bytes CoefficientReply(const Status& status, const CoefficientBlock& block);
 
 }  // namespace unit

@@ -71,13 +71,30 @@ std::optional<BroadbandPlace> BroadbandPlaceOf(std::uint16_t argument) {
   return place;
 }
 
+std::optional<PageBlock> PageBlockOf(std::uint16_t address) {
+  const PageBlock place{static_cast<unsigned>(address >> 12U), address & 0xFFFU};
+  if (place.page >= PageCount || place.block >= PageBlocks) return std::nullopt;
+  return place;
+}
+
 std::string_view Stages::Refusal(const Frame& frame) const {
   if (frame.kind == Frame::Kind::Packet) return PacketRefusal(frame.number);
   if (lastCommand_ == Action{frame.number, frame.argument}) return {};
-  if (frame.number == SynthesizeCode) return SynthesisRefusal(SynthesisOf(frame.argument));
-  if (frame.number != BroadbandCode) return {};
-  if (!BroadbandPlaceOf(frame.argument)) return "no such piece";
-  return packets_.size() == 1 ? "" : "not behind one packet 0";
+  return CommandRefusal(frame);
+}
+
+std::string_view Stages::CommandRefusal(const Frame& frame) const {
+  switch (frame.number) {
+    case SynthesizeCode:
+      return SynthesisRefusal(SynthesisOf(frame.argument));
+    case CoefficientsCode:
+      return PageBlockOf(frame.argument) ? "" : "no such block";
+    case BroadbandCode:
+      if (!BroadbandPlaceOf(frame.argument)) return "no such piece";
+      return packets_.size() == 1 ? "" : "not behind one packet 0";
+    default:
+      return {};
+  }
 }
 
 void Stages::Take(const Frame& frame) {
@@ -89,6 +106,20 @@ void Stages::Take(const Frame& frame) {
   const Action command{frame.number, frame.argument};
   if (lastCommand_ != command) TakeCommand(frame.number, frame.argument);
   lastCommand_ = command;
+}
+
+void Stages::Learn(unsigned page, std::span<const std::int32_t> coefficients) {
+  const auto kept = coefficients.first(std::min(coefficients.size(), PageSize));
+  stages_[page].coefficients.assign(kept.begin(), kept.end());
+}
+
+CoefficientBlock Stages::Coefficients(const PageBlock& place) const {
+  const std::vector<std::int32_t>& page = stages_[place.page].coefficients;
+  const std::size_t first = std::min(place.block * PageBlockSize, page.size());
+  const std::size_t count = std::min(PageBlockSize, page.size() - first);
+  CoefficientBlock block{};
+  std::copy_n(page.begin() + static_cast<std::ptrdiff_t>(first), count, block.begin());
+  return block;
 }
 
 void Stages::DropPackets() { packets_.clear(); }

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <string_view>
 #include <utility>
 #include <vector>
@@ -17,6 +18,7 @@ namespace unit {
 
 inline constexpr std::uint8_t BroadbandCode = 102;
 inline constexpr std::uint8_t SynthesizeCode = 192;
+inline constexpr std::uint8_t CoefficientsCode = 91;
 inline constexpr unsigned HostCoefficients = 0;  // the algorithm of a stage that the host has designed
 inline constexpr unsigned PositionCount = 10;    // 1..6 filter, 7 and 8 broadband, 9 and 10 equalizer
 inline constexpr std::size_t BlockPackets = 2;
@@ -24,6 +26,10 @@ inline constexpr unsigned CoefficientsPerPacket = 16;
 inline constexpr std::size_t BroadbandStageCount = 2;
 inline constexpr std::size_t PieceCount = 12;  // of a broadband block; the first one holds the parameters
 inline constexpr unsigned ValuesPerPiece = 12;
+inline constexpr unsigned PageCount = 6;           // of coefficients, one a filter stage
+inline constexpr std::size_t PageSize = 8192;      // coefficients
+inline constexpr std::size_t PageBlockSize = 256;  // coefficients that are read at a time
+inline constexpr unsigned PageBlocks = PageSize / PageBlockSize;
 
 using Block = std::array<std::uint8_t, BlockPackets * PayloadSize>;
 
@@ -32,7 +38,8 @@ struct Stage {
   std::optional<std::uint8_t> size;        // taps less one
   std::optional<std::uint8_t> algorithm;   // 0..10, of the last synthesis
   std::optional<Block> block;              // what the last synthesis worked from, algorithms 1..10
-  std::vector<std::int32_t> coefficients;  // -2^23..2^23-1, algorithm 0
+  // -2^23..2^23-1: the table of algorithm 0, or what a filter has learned.
+  std::vector<std::int32_t> coefficients;
 };
 
 // The argument of the synthesis command. On the wire the compressor has the number of the parametric
@@ -47,10 +54,19 @@ struct BroadbandPlace {
   unsigned piece = 0;  // 0..11
 };
 
+struct PageBlock {
+  unsigned page = 0;   // 0..5, of positions 1..6
+  unsigned block = 0;  // 0..31
+};
+using CoefficientBlock = std::array<std::int32_t, PageBlockSize>;
+
 Synthesis SynthesisOf(std::uint16_t argument);
 
 // Nothing for an argument that no broadband stage has a piece for.
 std::optional<BroadbandPlace> BroadbandPlaceOf(std::uint16_t argument);
+
+// Nothing for an address that no page has a block at.
+std::optional<PageBlock> PageBlockOf(std::uint16_t address);
 
 class Stages {
  public:
@@ -61,6 +77,13 @@ class Stages {
 
   // Takes a frame that is not refused.
   void Take(const Frame& frame);
+
+  // Puts coefficients, -2^23..2^23-1, into a page as if a filter had learned them; what exceeds the page is
+  // left out. They stay until the stage is emptied or takes something else.
+  void Learn(unsigned page, std::span<const std::int32_t> coefficients);
+
+  // The coefficients of a block, zero where the page has none.
+  CoefficientBlock Coefficients(const PageBlock& place) const;
 
   // Forgets the packets for which no command has come.
   void DropPackets();
@@ -77,6 +100,7 @@ class Stages {
   using Action = std::pair<std::uint8_t, std::uint16_t>;
 
   bool Held() const;
+  std::string_view CommandRefusal(const Frame& frame) const;
   std::string_view PacketRefusal(std::size_t number) const;
   std::string_view SynthesisRefusal(const Synthesis& synthesis) const;
   std::string_view CoefficientsRefusal(unsigned position) const;

@@ -24,6 +24,10 @@ std::string BroadbandMeaning(const BroadbandPlace& place) {
          (place.piece == 0 ? ", parameters" : ", values " + Run(place.piece - 1, ValuesPerPiece));
 }
 
+std::string CoefficientsMeaning(const PageBlock& place) {
+  return "coefficient request, page " + std::to_string(place.page) + ", block " + std::to_string(place.block);
+}
+
 // Only the command behind a series of packets tells what the first two of them are for.
 std::string PacketMeaning(std::uint8_t number) {
   const std::string bytes = number < BlockPackets ? "bytes " + Run(number, PayloadSize) + " or " : "";
@@ -35,10 +39,13 @@ std::string CommandMeaning(const Frame& frame) {
   if (frame.number == SynthesizeCode) return SynthesisMeaning(frame.argument);
   const std::optional<BroadbandPlace> place = BroadbandPlaceOf(frame.argument);
   if (frame.number == BroadbandCode && place) return BroadbandMeaning(*place);
+  const std::optional<PageBlock> pageBlock = PageBlockOf(frame.argument);
+  if (frame.number == CoefficientsCode && pageBlock) return CoefficientsMeaning(*pageBlock);
   const Command* const command = FindCommand(frame.number);
   const std::string value = " = " + std::to_string(frame.argument);
   if (command == nullptr) return "unknown command " + std::to_string(frame.number) + value;
-  if (command->answer != Answer::Acknowledge) return std::string(command->name);
+  const bool plainRequest = command->answer != Answer::Acknowledge && frame.number != CoefficientsCode;
+  if (plainRequest) return std::string(command->name);
   return std::string(command->name) + value;
 }
 

@@ -19,7 +19,8 @@ struct TraceEvent {
 };
 
 // "main status request", "right level = 192", "synthesize position 3, algorithm 2",
-// "broadband stage 1, piece 0, parameters", "unknown command 161 = 0", ...
+// "broadband stage 1, piece 0, parameters", "coefficient request, page 2, block 31", "unknown command 161 =
+// 0", ...
 std::string MeaningOf(const Frame& frame);
 
 // One line without its end: seconds with six decimals, "host" or "unit", the bytes, the meaning, with two

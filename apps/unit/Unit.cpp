@@ -145,10 +145,10 @@ void Unit::Execute(const Frame& frame, std::int64_t time) {
   }
   registers_.Store(frame);
   stages_.Take(frame);
-  AnswerRequest(answer, time);
+  AnswerRequest(answer, frame.argument, time);
 }
 
-void Unit::AnswerRequest(Answer answer, std::int64_t time) {
+void Unit::AnswerRequest(Answer answer, std::uint16_t argument, std::int64_t time) {
   const int boot = options_.bootHundredths;
   const int firmware = options_.firmwareHundredths;
   const auto status = [&] { return MeasureStatus(time, registers_, option); };
@@ -163,10 +163,18 @@ void Unit::AnswerRequest(Answer answer, std::int64_t time) {
     case Answer::EqualizerStatus:
       Say(EqualizerStatusReply(status()), time, "equalizer status");
       break;
+    case Answer::Coefficients:
+      SayCoefficients(*PageBlockOf(argument), time);
+      break;
     case Answer::Acknowledge:
       Say(Acknowledgement(), time, "acknowledged");
       break;
   }
+}
+
+void Unit::SayCoefficients(const PageBlock& place, std::int64_t time) {
+  Say(CoefficientReply(MeasureStatus(time, registers_, option), stages_.Coefficients(place)), time,
+      "coefficients of page " + std::to_string(place.page) + ", block " + std::to_string(place.block));
 }
 
 void Unit::Say(const Bytes& bytes, std::int64_t time, std::string meaning) {

@@ -44,6 +44,10 @@ class Unit {
   // What the stages have made of it.
   const Stages& stages() const { return stages_; }
 
+  // Puts coefficients into the page (0..5) of a filter stage, as if the filter had learned them:
+  // -2^23..2^23-1, at most 8192. A reset of the stage takes them away.
+  void Learn(unsigned page, std::span<const std::int32_t> coefficients) { stages_.Learn(page, coefficients); }
+
   bool option = false;                           // the option flag of the status, free to change at any time
   std::function<void(const TraceEvent&)> trace;  // told of every frame and reply once it is complete
 
@@ -65,7 +69,8 @@ class Unit {
   void React(const Frame& frame, std::int64_t time);
   std::string Remark(const Frame& frame) const;
   void Execute(const Frame& frame, std::int64_t time);
-  void AnswerRequest(Answer answer, std::int64_t time);
+  void AnswerRequest(Answer answer, std::uint16_t argument, std::int64_t time);
+  void SayCoefficients(const PageBlock& place, std::int64_t time);
   void Say(const Bytes& bytes, std::int64_t time, std::string meaning);
   void Queue(Bytes bytes, std::int64_t time, std::string meaning);
   bool Dead() const { return options_.silentAfter && answered_ >= *options_.silentAfter; }

@@ -11,6 +11,7 @@
 #include <sys/signalfd.h>
 #include <unistd.h>
 
+#include "unit/CoefficientFile.h"
 #include "unit/Dump.h"
 #include "unit/Options.h"
 #include "unit/PtyLine.h"
@@ -37,18 +38,19 @@ int Complain(const std::string& text, int code) {
   return code;
 }
 
-// A descriptor that becomes readable when the program is asked for a dump or to end.
+// A descriptor that becomes readable when the program is asked for something or to end.
 int Requests() {
   sigset_t signals;
   sigemptyset(&signals);
-  for (const int number : {SIGTERM, SIGINT, SIGHUP, SIGUSR1}) sigaddset(&signals, number);
+  for (const int number : {SIGTERM, SIGINT, SIGHUP, SIGUSR1, SIGUSR2}) sigaddset(&signals, number);
   sigprocmask(SIG_BLOCK, &signals, nullptr);
   return signalfd(-1, &signals, SFD_CLOEXEC | SFD_NONBLOCK);
 }
 
-bool DumpIsAskedFor(int requests) {
+// The signal that has come; 0 where it can't be told.
+std::uint32_t RequestFrom(int requests) {
   signalfd_siginfo request{};
-  return read(requests, &request, sizeof request) == sizeof request && request.ssi_signo == SIGUSR1;
+  return read(requests, &request, sizeof request) == sizeof request ? request.ssi_signo : 0;
 }
 
 // A dump that can't be written is no reason to leave the host without its unit.
@@ -56,6 +58,31 @@ void Dump(const unit::Unit& unit, const std::string& path) {
   if (path.empty()) return;
   const std::string failure = unit::WriteWhole(path, DumpText(unit));
   if (!failure.empty()) Complain(failure, EnvironmentFault);
+}
+
+void Learn(unit::Unit& unit, const std::map<unsigned, std::string>& paths) {
+  for (const auto& [page, path] : paths) {
+    const auto read = unit::ReadCoefficients(path);
+    if (const auto* const wrong = std::get_if<std::string>(&read)) {
+      Complain(*wrong, EnvironmentFault);
+    } else {
+      unit.Learn(page, std::get<0>(read));
+    }
+  }
+}
+
+// False where the program is to end.
+bool Grant(std::uint32_t request, unit::Unit& unit, const unit::Options& options) {
+  switch (request) {
+    case SIGUSR1:
+      Dump(unit, options.dump);
+      return true;
+    case SIGUSR2:
+      Learn(unit, options.coefficients);
+      return true;
+    default:
+      return false;
+  }
 }
 
 void Exchange(unit::PtyLine& line, unit::Unit& unit, const Stopwatch& watch) {
@@ -81,7 +108,7 @@ const timespec* TimeUntil(const std::optional<std::int64_t>& event, std::int64_t
 }
 
 // Serves the line until the program is asked to end.
-int Serve(unit::PtyLine& line, unit::Unit& unit, int requests, const std::string& dump) {
+int Serve(unit::PtyLine& line, unit::Unit& unit, int requests, const unit::Options& options) {
   const Stopwatch watch;
   // A host that downloads sends its next frame at once: it finds the unit awake.
   constexpr std::int64_t awakeMicroseconds = 300;
@@ -98,8 +125,7 @@ int Serve(unit::PtyLine& line, unit::Unit& unit, int requests, const std::string
     if (!said.empty()) awakeUntil = watch.Microseconds() + awakeMicroseconds;
     line.Write(said);
     if (ready <= 0 || waits[0].revents == 0) continue;
-    if (!DumpIsAskedFor(requests)) return 0;
-    Dump(unit, dump);
+    if (!Grant(RequestFrom(requests), unit, options)) return 0;
   }
 }
 
@@ -117,7 +143,7 @@ int Run(const unit::Options& options) {
   if (!failure.empty()) return Complain(failure, EnvironmentFault);
   std::cout << "veltrana-unit: " << options.link << " (" << line.device() << ") at " << options.baud
             << " baud" << std::endl;
-  return Serve(line, unit, requests, options.dump);
+  return Serve(line, unit, requests, options);
 }
 
 }  // namespace

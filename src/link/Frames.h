@@ -19,6 +19,7 @@ namespace command {
 inline constexpr std::uint8_t ReadCoefficients = 0x5B;
 inline constexpr std::uint8_t ConfirmConnection = 0x80;
 inline constexpr std::uint8_t Version = 0x82;
+inline constexpr std::uint8_t FirstSpectrum = 0xA1;  // channel 0; that of channel 1 follows
 inline constexpr std::uint8_t MainStatus = 0xE8;
 inline constexpr std::uint8_t EqualizerStatus = 0xEA;
 }  // namespace command
@@ -28,6 +29,9 @@ inline constexpr std::string_view Acknowledged = "!OK";
 inline constexpr std::string_view Version = "!VER";
 inline constexpr std::string_view MainStatus = "!MG";
 inline constexpr std::string_view EqualizerStatus = "!EG";
+inline constexpr std::string_view Coefficients = "!CV";
+inline constexpr std::string_view FirstSpectrum = "!S1";
+inline constexpr std::string_view SecondSpectrum = "!S2";
 }  // namespace token
 
 // Two's complement of the 8-bit sum: the bytes and their checksum add to 0 modulo 256.

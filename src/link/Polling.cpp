@@ -39,16 +39,17 @@ void modDeviceComm::DecodeStatusHead(const std::string& reply) {
   DecodeStages(status, reply);
 }
 
-void modDeviceComm::PollStep(const PolledRequest& request, std::uint16_t argument,
-                             const std::function<void(const std::string& reply)>& decode) {
+void modDeviceComm::PollStep(const PolledRequest& request, std::uint16_t argument, const ReplyReader& decode,
+                             const ReplyReader& takeBody) {
   if (!comm.CommPortOpen) return;
   RunStatements(request.errorName, {[&] {
                   if (ReplyTicksLeft == 0) {
                     SendPolled(request, argument);
                   } else {
-                    TakePolledReply(request, decode);
+                    TakePolledReply(request, decode, takeBody);
                   }
-                }});
+                }},
+                request.errorText);
 }
 
 void modDeviceComm::SendPolled(const PolledRequest& request, std::uint16_t argument) {
@@ -58,15 +59,17 @@ void modDeviceComm::SendPolled(const PolledRequest& request, std::uint16_t argum
   ReplyBytesExpected = request.bytesExpected;
 }
 
-void modDeviceComm::TakePolledReply(const PolledRequest& request,
-                                    const std::function<void(const std::string& reply)>& decode) {
+void modDeviceComm::TakePolledReply(const PolledRequest& request, const ReplyReader& decode,
+                                    const ReplyReader& takeBody) {
   const std::uint16_t error = library.GetCommError(comm.CommPortId, comm.CommStat);
   if (error == 0 && comm.CommStat.cbInQue >= ReplyBytesExpected) {
     std::string reply;
     comm.ReadCommString(comm.CommPortId, reply, request.bytesRead);
+    const bool good = BeginsWell(request, reply);
+    if (good && takeBody) takeBody(reply);
     comm.FlushCommQueues();
     ReplyTicksLeft = ReplyBytesExpected = MissedReplyCount = 0;
-    if (BeginsWell(request, reply)) decode(reply);
+    if (good) decode(reply);
   } else if (error != 0) {
     comm.FlushCommQueues();
     ReplyTicksLeft = ReplyBytesExpected = 0;

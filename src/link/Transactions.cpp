@@ -124,12 +124,13 @@ void modDeviceComm::ReportFailure(const std::string& middle, const std::string& 
 }
 
 void modDeviceComm::RunStatements(const char* errorName,
-                                  std::initializer_list<std::function<void()>> statements) {
+                                  std::initializer_list<std::function<void()>> statements,
+                                  const char* errorText) {
   for (const auto& statement : statements) {
     try {
       statement();
     } catch (const Fault&) {
-      if (hooks.box(box::CriticalYesNo, errorName, "Error, do you wish to stop?") == Answer::Yes) {
+      if (hooks.box(box::CriticalYesNo, errorName, errorText) == Answer::Yes) {
         hooks.endProgram();
         return;
       }

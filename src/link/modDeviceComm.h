@@ -38,16 +38,20 @@ struct LinkHooks {
   std::function<void()> endProgram = [] {};
 };
 
+inline constexpr const char* StopQuestion = "Error, do you wish to stop?";
+
 // A request whose reply is awaited over many timer ticks, so that the interface never stalls.
 struct PolledRequest {
   std::uint8_t code;
   std::string_view token;       // begins a good reply
   std::string_view otherToken;  // so does this one, unless it is empty
   std::int16_t bytesExpected;   // that must wait before the reply is taken
-  std::int16_t bytesRead;
+  std::int16_t bytesRead;       // at its head
   int waitMilliseconds;
   const char* errorName;
+  const char* errorText = StopQuestion;
 };
+using ReplyReader = std::function<void(const std::string& reply)>;
 
 struct modDeviceComm {
   modDeviceComm(veltrana& portLibrary, LinkRecord linkRecord);
@@ -89,13 +93,16 @@ struct modDeviceComm {
   // One step of the polled requests for levels and for the equalizer stages.
   void RequestBargraphData();
   void RequestEQData();
-  // One step of any polled request; decode gets a reply that begins with one of the tokens.
-  void PollStep(const PolledRequest& request, std::uint16_t argument,
-                const std::function<void(const std::string& reply)>& decode);
+  // One step of any polled request. decode gets the head of a reply that begins with one of the tokens, after
+  // the queues were emptied: what it finds may call for talk with the unit. takeBody gets the same head
+  // before that, while the rest of the reply still waits in the queue, and reads of it what it wants.
+  void PollStep(const PolledRequest& request, std::uint16_t argument, const ReplyReader& decode,
+                const ReplyReader& takeBody = {});
 
   // Runs the statements in order. An unexpected error in one asks the operator: Yes ends the program, No goes
   // on with the next statement.
-  void RunStatements(const char* errorName, std::initializer_list<std::function<void()>> statements);
+  void RunStatements(const char* errorName, std::initializer_list<std::function<void()>> statements,
+                     const char* errorText = StopQuestion);
   // The failure box: middle part as it stands, the number (where there is one) with a full stop, then the
   // advice.
   void ReportFailure(const std::string& middle, const std::string& number = {});
@@ -128,8 +135,7 @@ struct modDeviceComm {
   void StartPolling();
 
   void SendPolled(const PolledRequest& request, std::uint16_t argument);
-  void TakePolledReply(const PolledRequest& request,
-                       const std::function<void(const std::string& reply)>& decode);
+  void TakePolledReply(const PolledRequest& request, const ReplyReader& decode, const ReplyReader& takeBody);
   void CountMissByError(std::uint16_t error);
   void CountMissBySilence();
   bool TooManyMisses() const;

@@ -4,6 +4,8 @@
 #include <cstring>
 #include <utility>
 
+#include "link/Frames.h"
+
 namespace vc {
 namespace {
 
@@ -22,6 +24,15 @@ std::uint16_t ErrorWord(const SerialErrors& errors) {
 
 std::uint16_t WordAt(const CommRecord& record, std::size_t offset) {
   return static_cast<std::uint16_t>(record[offset] | record[offset + 1] << 8);
+}
+
+// The block that a coefficient request asks for; nothing where the bytes are none.
+std::optional<std::size_t> CoefBlockOf(std::span<const std::uint8_t> bytes) {
+  constexpr std::size_t addressOffset = 4;
+  const CommandFrame request = MakeCommandFrame(command::ReadCoefficients, 0);
+  const auto opening = std::span(request).first<addressOffset>();
+  if (bytes.size() != request.size() || !std::ranges::equal(bytes.first<addressOffset>(), opening)) return {};
+  return bytes[addressOffset] % CoefBlocks;
 }
 
 }  // namespace
@@ -80,6 +91,7 @@ std::int16_t veltrana::SetCommState16(const CommRecord& record) {
 std::int16_t veltrana::WriteComm(std::int16_t handle, std::span<const std::uint8_t> bytes) {
   Line* line = Find(handle);
   if (line == nullptr) return 0;
+  if (const auto block = CoefBlockOf(bytes)) line->coefBlock = block;
   const std::size_t count = std::min(bytes.size(), line->outputSize - line->output.size());
   if (count < bytes.size()) line->errors |= commError::QueueOverflow;
   line->output.insert(line->output.end(), bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count));
@@ -136,17 +148,19 @@ std::int32_t veltrana::WaitHundredths(std::int32_t hundredths) {
   return static_cast<std::int32_t>((clock.Microseconds() - startMicroseconds) / MicrosecondsPerHundredth);
 }
 
-void veltrana::DownloadCoefs(std::int16_t handle, std::span<std::int32_t, CoefCapacity> coefs) {
+bool veltrana::DownloadCoefs(std::int16_t handle, std::span<std::int32_t, CoefCapacity> coefs) {
   std::array<std::uint8_t, CoefBodySize> body{};
-  if (ReadComm(handle, body) < static_cast<std::int16_t>(body.size())) return;
-  constexpr std::size_t addressOffset = 3 * CoefBlockSize;
-  const std::size_t block = body[addressOffset] & 31U;
+  const bool whole = ReadComm(handle, body) == static_cast<std::int16_t>(body.size());
+  const Line* line = Find(handle);
+  if (!whole || line == nullptr || !line->coefBlock) return false;
   for (std::size_t i = 0; i < CoefBlockSize; ++i) {
     const std::uint32_t bits = static_cast<std::uint32_t>(body[3 * i]) << 24U |
                                static_cast<std::uint32_t>(body[3 * i + 1]) << 16U |
                                static_cast<std::uint32_t>(body[3 * i + 2]) << 8U;
-    coefs[block * CoefBlockSize + i] = static_cast<std::int32_t>(bits) >> 8;  // carries the sign down
+    const std::int32_t signedBits = static_cast<std::int32_t>(bits) >> 8;  // carries the sign down
+    coefs[*line->coefBlock * CoefBlockSize + i] = signedBits;
   }
+  return true;
 }
 
 std::int16_t MinMax(std::int16_t value, std::int16_t lower, std::int16_t upper) {

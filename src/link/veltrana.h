@@ -9,6 +9,7 @@
 #include <deque>
 #include <map>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -49,6 +50,7 @@ using CommRecord = std::array<std::uint8_t, commRecord::Size>;
 // Coefficients of one read-back block, and of the longest filter.
 inline constexpr std::size_t CoefBlockSize = 256;
 inline constexpr std::size_t CoefCapacity = 8192;
+inline constexpr std::size_t CoefBlocks = CoefCapacity / CoefBlockSize;
 // What is left of a coefficient reply behind its 45-byte head.
 inline constexpr std::size_t CoefBodySize = 770;
 
@@ -81,9 +83,10 @@ struct veltrana {
   std::int32_t WaitHundredths(std::int32_t hundredths);
 
   // Takes the body of a coefficient reply from the input queue: 256 coefficients of 24 bits, high byte first,
-  // and the 16-bit address of the block, low byte first, whose low five bits are the block's place in the
-  // array of 8192. A body that is short leaves the array as it is.
-  void DownloadCoefs(std::int16_t handle, std::span<std::int32_t, CoefCapacity> coefs);
+  // and two bytes that are not used. The low five bits of the address in the last coefficient request that
+  // was written on the handle are the block's place in the array of 8192. False, and the array as it was,
+  // where the body is short or nothing was requested.
+  bool DownloadCoefs(std::int16_t handle, std::span<std::int32_t, CoefCapacity> coefs);
 
  private:
   struct Line {
@@ -91,6 +94,7 @@ struct veltrana {
     std::size_t inputSize = 0, outputSize = 0;
     std::deque<std::uint8_t> input, output;
     std::uint16_t errors = 0;
+    std::optional<std::size_t> coefBlock;  // of the last coefficient request, 0..31
   };
   Line* Find(std::int16_t handle);
   static void Pump(Line& line);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "link/ConnectionState.h"
 #include "shell/MasterControl.h"
@@ -13,6 +14,7 @@ namespace {
 constexpr int BargraphMilliseconds = 50;
 constexpr int IconMilliseconds = 100;
 constexpr std::int16_t SendAt = 5;
+constexpr std::int16_t SifSteps = 8, SifStride = 5;
 
 void ShowLevel(LevelBar& bar, std::int16_t level, bool portOpen) {
   const double decibels = LevelToDb(level, portOpen);
@@ -43,14 +45,20 @@ PeriodicService::PeriodicService(EventLoop& events, SystemSettings& record, modD
 
 void PeriodicService::BargraphTick() {
   // The tick can take longer than its interval; it never runs inside itself.
-  const bool enabled = tmrBargraph->Enabled();
-  if (!enabled) return;
+  if (!tmrBargraph->Enabled()) return;
+  tickHolds = true;
   tmrBargraph->SetEnabled(false);
   TickBody();
-  tmrBargraph->SetEnabled(enabled);
+  if (std::exchange(tickHolds, false)) tmrBargraph->SetEnabled(true);
+}
+
+void PeriodicService::EnableMainTimer(bool on) {
+  tickHolds = false;
+  tmrBargraph->SetEnabled(on);
 }
 
 void PeriodicService::TickBody() {
+  TellOversize();
   if (settings.settingsChanged == SendAt) {
     sendChanges();
     settings.settingsChanged = SendAt - 1;  // and the next four ticks neither send nor poll
@@ -64,14 +72,40 @@ void PeriodicService::TickBody() {
   Poll();
 }
 
+void PeriodicService::TellOversize() {
+  const bool oversize =
+      std::ranges::any_of(settings.extraStages, [](std::int16_t extra) { return extra > 0; });
+  if (oversizeTold == oversize) return;
+  oversizeTold = oversize;
+  showOversize(oversize);
+}
+
 void PeriodicService::Poll() {
-  if (eqLevelsWanted && pollEqTurn) {
+  // On a closed port a turn would never end, and the bars would stand still at the last level.
+  const bool turns = pollMode != poll::Sif;
+  const bool equalizer = turns && eqLevelsWanted && pollEqTurn && device.comm.CommPortOpen;
+  const bool barsMove = pollMode != poll::MainLevels || !equalizer;
+  if (equalizer) {
     device.RequestEQData();
-  } else if (pollMode == poll::MainLevels) {
-    device.RequestBargraphData();
-    ShowLevelBars();
+  } else {
+    RequestByMode();
   }
-  if (device.ReplyTicksLeft == 0) pollEqTurn = !pollEqTurn;
+  if (turns && device.ReplyTicksLeft == 0) pollEqTurn = !pollEqTurn;
+  if (barsMove) ShowLevelBars();
+}
+
+void PeriodicService::RequestByMode() {
+  switch (pollMode) {
+    case poll::Coefficients:
+      return requestCoefBlock();
+    case poll::Spectrum:
+      return requestSpectrum();
+    case poll::Sif:
+      sifStep = static_cast<std::int16_t>((sifStep + SifStride) % SifSteps);
+      return requestSif();
+    default:
+      return device.RequestBargraphData();
+  }
 }
 
 void PeriodicService::ShowLevelBars() const {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "link/modDeviceComm.h"
@@ -18,15 +19,25 @@ struct MasterControl;
 // What the tick requests.
 namespace poll {
 inline constexpr std::int16_t MainLevels = 0;
-}
+inline constexpr std::int16_t Coefficients = 1;  // the coefficient display is up
+inline constexpr std::int16_t Spectrum = 2;      // the analyzer is up
+inline constexpr std::int16_t Sif = 3;           // the spectral inverse filter's panel is up
+}  // namespace poll
 
 struct PeriodicService {
   // Brings the unit up to the record.
   std::function<void()> sendChanges = [] {};
+  // One step of the request that a mode beside the main levels makes.
+  std::function<void()> requestCoefBlock = [] {};
+  std::function<void()> requestSpectrum = [] {};
+  std::function<void()> requestSif = [] {};
+  // Whether a filter has borrowed DSP stages; told at the first tick and at every change.
+  std::function<void(bool shown)> showOversize = [](bool) {};
 
   PeriodicService(EventLoop& events, SystemSettings& record, modDeviceComm& link, MasterControl& panel);
 
   std::int16_t pollMode = poll::MainLevels;
+  std::int16_t sifStep = 0;         // 0..7, step of the request for the spectral inverse filter
   bool eqLevelsWanted = false;      // while an equalizer's level panel is up
   bool pollEqTurn = false;          // whether the equalizer request has the next turn
   std::string connectionState;      // the program's only record of what the display should say
@@ -35,20 +46,24 @@ struct PeriodicService {
 
   std::unique_ptr<Timer> tmrBargraph, tmrIcon;
 
-  void EnableMainTimer(bool on) const { tmrBargraph->SetEnabled(on); }
+  void EnableMainTimer(bool on);
   // Levels of the last reply, or of a closed port, into the bars.
   void ShowLevelBars() const;
 
  private:
   void BargraphTick();
   void TickBody();
+  void TellOversize();
   void Poll();
+  void RequestByMode();
   void IconTick();
   void StepIcon() const;
 
   SystemSettings& settings;
   modDeviceComm& device;
   MasterControl& master;
+  std::optional<bool> oversizeTold;
+  bool tickHolds = false;  // the tick has turned its timer off, and nobody has switched it since
 };
 
 // What the limiter threshold choice stands for, in dB.

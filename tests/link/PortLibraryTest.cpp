@@ -75,19 +75,25 @@ TEST_F(PortLibrary, ReadBackBlockLandsInItsPlace) {
   for (int i = 0; i < 256; ++i) body += std::string{'\x7F', '\xFF', static_cast<char>(i)};
   body.replace(0, 3, "\xFF\xFF\xFE");
   body.replace(3, 3, std::string("\x80\x00\x00", 3));
-  Receive(body + std::string("\x03\x10", 2));  // block 3 of some page
   std::vector<std::int32_t> coefs(CoefCapacity, 42);
-  const std::span<std::int32_t, CoefCapacity> array(coefs.data(), CoefCapacity);
-  library.DownloadCoefs(comm.CommPortId, array);
+  const std::span<std::int32_t, CoefCapacity> array(coefs);
+  const auto download = [&](const std::string& bytes) {
+    Receive(bytes);
+    const bool stored = library.DownloadCoefs(comm.CommPortId, array);
+    comm.FlushCommQueues();
+    return stored;
+  };
+  EXPECT_FALSE(download(body + "\x01\x01"));  // nobody has asked for it
+  library.WriteComm(comm.CommPortId, MakeCommandFrame(command::ReadCoefficients, 0x1003));
+  library.WriteComm(comm.CommPortId, MakeCommandFrame(command::MainStatus, 0x1004));
+  EXPECT_FALSE(download(body.substr(0, 767) + "xx"));
+  EXPECT_EQ(std::count(coefs.begin(), coefs.end(), 42), 8192);  // half a block is no block
+  EXPECT_TRUE(download(body + "\x05\x10"));                     // what stands behind a block tells nothing
   EXPECT_EQ(coefs[3 * 256], -2);
   EXPECT_EQ(coefs[3 * 256 + 1], -8388608);
   EXPECT_EQ(coefs[3 * 256 + 255], 0x7FFFFF);
   EXPECT_EQ(coefs[3 * 256 - 1], 42);
   EXPECT_EQ(coefs[4 * 256], 42);
-  Receive(body.substr(0, 700));
-  coefs.assign(CoefCapacity, 42);
-  library.DownloadCoefs(comm.CommPortId, array);
-  EXPECT_EQ(std::count(coefs.begin(), coefs.end(), 42), 8192);  // half a block is no block
 }
 
 TEST_F(PortLibrary, SmallServices) {

@@ -47,6 +47,10 @@ struct Downloads : support::DownloadFixture {
 TEST_F(Downloads, OneTickSendsAndTheNextFourRest) {
   Edit("ihpfCutoff", "300");
   EXPECT_EQ(Ticks(8), "s....p.p");
+  Edit("ihpfCutoff", "310");
+  EXPECT_EQ(Ticks(2), "s.");
+  Edit("ihpfCutoff", "320");  // 100 ms after the other: it goes out too, and the polling waits for it
+  EXPECT_EQ(Ticks(6), "s....p");
   EditCountingDown(10);
   EXPECT_EQ(Ticks(11), ".....s....p");
   EditCountingDown(7);

@@ -71,32 +71,6 @@ TEST_F(Sessions, PollingKeepsBarsAndIconAlive) {
   EXPECT_EQ(master.pbxInfoPic.Image(), image % 8 + 1);
 }
 
-TEST_F(Sessions, ChangesHoldThePollingBack) {
-  Start();
-  test.loop.RunFor(200);
-  MarkEdited(session.settings);
-  const std::size_t before = unit.sent.size();
-  test.loop.RunFor(250);
-  EXPECT_LE(unit.sent.size(), before + 1);  // at most the reply that was due
-  EXPECT_EQ(session.settings.settingsChanged, 0);
-  test.loop.RunFor(250);
-  EXPECT_GT(unit.sent.size(), before + 1);
-}
-
-TEST_F(Sessions, EqualizerLevelsTakeTurns) {
-  Start();
-  test.loop.RunFor(100);
-  session.periodic.eqLevelsWanted = true;
-  unit.sent.clear();
-  test.loop.RunFor(1000);
-  std::string expected;
-  for (std::size_t i = 0; i < unit.sent.size(); ++i) {
-    expected += (i % 2 == 0) == (unit.sent[0].bytes[3] == 0xE8) ? "E8 " : "EA ";
-  }
-  EXPECT_EQ(Codes(), expected);
-  EXPECT_EQ(device.status.stageStatus[8], 0x0201);
-}
-
 TEST_F(Sessions, LimiterThresholdIsMarkedWhileItIsIn) {
   Start();
   session.settings.limiterEnabled = 1;

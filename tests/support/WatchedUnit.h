@@ -46,9 +46,12 @@ class WatchedUnit {
     toGo.reset();
   }
   // A unit that knows nothing yet takes the place of the old one.
-  void PlugInAnother() { simulated = std::make_unique<unit::Unit>(unit::Options{}); }
+  void PlugInAnother() { PlugIn({}); }
+  void PlugIn(const unit::Options& options) { simulated = std::make_unique<unit::Unit>(options); }
+  void FallSilent() { deaf = true; }
 
   const unit::Unit& Now() const { return *simulated; }
+  unit::Unit& Now() { return *simulated; }
   std::string Dump() const { return unit::DumpText(*simulated); }
 
  private:

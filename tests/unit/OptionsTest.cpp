@@ -19,17 +19,19 @@ std::string WrongWith(Arguments arguments) {
 }
 
 TEST(Options, AllAreTaken) {
-  const Arguments arguments = {"--link",   "line",       "--baud",    "14400",    "--pace",         "--boot",
-                               "350",      "--firmware", "400",       "--option", "--seed",         "7",
-                               "--lose",   "0.25",       "--corrupt", "1",        "--double",       "1e-3",
-                               "--refuse", "0.5",        "--delay",   "20",       "--silent-after", "0",
-                               "--trace",  "log",        "--dump",    "state"};
+  Arguments arguments = {"--link",   "line",       "--baud",    "14400",    "--pace",         "--boot",
+                         "350",      "--firmware", "400",       "--option", "--seed",         "7",
+                         "--lose",   "0.25",       "--corrupt", "1",        "--double",       "1e-3",
+                         "--refuse", "0.5",        "--delay",   "20",       "--silent-after", "0",
+                         "--trace",  "log",        "--dump",    "state"};
+  arguments.insert(arguments.end(), {"--coefficients", "5:a:b", "--coefficients", "0:c"});
   const auto parsed = unit::ParseOptions(arguments);
   const auto* const options = std::get_if<unit::Options>(&parsed);
   ASSERT_NE(options, nullptr);
   EXPECT_EQ(options->link, "line");
   EXPECT_EQ(options->trace, "log");
   EXPECT_EQ(options->dump, "state");
+  EXPECT_EQ(options->coefficients, (std::map<unsigned, std::string>{{0, "c"}, {5, "a:b"}}));
   EXPECT_EQ(options->baud, 14400);
   EXPECT_EQ(options->bootHundredths, 350);
   EXPECT_EQ(options->firmwareHundredths, 400);
@@ -45,9 +47,11 @@ TEST(Options, AllAreTaken) {
 
 TEST(Options, BadValuesAreNamedInOneLine) {
   const std::vector<std::pair<std::string_view, std::string_view>> bad = {
-      {"--baud", "57600"},   {"--baud", "9600x"}, {"--boot", "1000"},  {"--firmware", "-1"},
-      {"--lose", "1.01"},    {"--lose", "-0.1"},  {"--double", "nan"}, {"--corrupt", ""},
-      {"--refuse", "often"}, {"--delay", "1.5"},  {"--seed", "-1"},    {"--silent-after", "4294967296"}};
+      {"--baud", "57600"},       {"--baud", "9600x"},     {"--boot", "1000"},
+      {"--firmware", "-1"},      {"--lose", "1.01"},      {"--lose", "-0.1"},
+      {"--double", "nan"},       {"--corrupt", ""},       {"--refuse", "often"},
+      {"--delay", "1.5"},        {"--seed", "-1"},        {"--silent-after", "4294967296"},
+      {"--coefficients", "6:a"}, {"--coefficients", "a"}, {"--coefficients", "1:"}};
   for (const auto& [name, value] : bad) {
     const std::string text = WrongWith({name, value});
     EXPECT_EQ(text.find(name), 0U) << name << ' ' << value << ": " << text;

@@ -169,6 +169,21 @@ TEST_F(UnitProgram, DumpIsWrittenAtEverySignalThatAsksForIt) {
   EXPECT_FALSE(fs::exists(dump.string() + ".part"));
 }
 
+TEST_F(UnitProgram, LearnsWhatIsInItsFilesAtEverySignal) {
+  const fs::path file = directory / "learned";
+  ASSERT_TRUE(Start({"--coefficients", "4:" + file.string()}));
+  const HostLine host(link, 115200);
+  for (const char* content : {"8388607 -8388608\n-1", "8388608", "1 2x", "0.5", "99999999999", "1"}) {
+    std::ofstream(file) << content;
+    program->Signal(SIGUSR2);
+    EXPECT_EQ(host.Ask(CommandFrame(1, 192), 3), "!OK");  // it has seen the signal
+    const std::string reply = host.Ask(CommandFrame(91, 0x4000), 815);
+    const bool last = std::string_view(content) == "1";
+    EXPECT_EQ(reply.substr(45, 5), last ? std::string("\0\0\1\0\0", 5) : std::string("\x7F\xFF\xFF\x80\0", 5))
+        << content;
+  }
+}
+
 TEST_F(UnitProgram, EndsCleanlyOnASignal) {
   for (const int number : {SIGTERM, SIGINT}) {
     ASSERT_TRUE(Start());

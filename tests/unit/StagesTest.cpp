@@ -210,6 +210,26 @@ TEST(Stages, LinkedCoefficientsCountForThePair) {
   EXPECT_FALSE(Has(DumpText(bench.device), "table 2 "));
 }
 
+TEST(Stages, CoefficientsAreReadInBlocksOfTheirPage) {
+  Bench bench;
+  ExpectTaken(bench, classes + Frames{PacketFrame(0, 0, {0x7F, 0xFF, 0xFF, 0x80}), Synthesis(2, 0)});
+  std::vector<std::int32_t> learned(9000, -2);
+  learned[31 * 256] = 0x123456;
+  bench.device.Learn(2, learned);
+  const auto block = [&bench](int address) {
+    const Bytes reply = bench.Exchange(Command(91, address));
+    EXPECT_EQ(Text(reply).substr(0, 45), "!CV" + bench.Ask(Command(232, 0)).substr(3, 42));
+    EXPECT_EQ(reply.size(), 815U) << address;
+    return unit::HexText(std::span(reply).subspan(45, 6));
+  };
+  EXPECT_EQ(block(0x1000), "7F FF FF 80 00 00");
+  EXPECT_EQ(block(0x201F), "12 34 56 FF FF FE");
+  EXPECT_TRUE(Has(bench.trace[bench.trace.size() - 4], "coefficient request, page 2, block 31"));
+  ExpectTaken(bench, {Command(89, 0x20)});
+  EXPECT_EQ(block(0x201F), "00 00 00 00 00 00");
+  for (const int address : {0x0020, 0x6000}) EXPECT_EQ(bench.Ask(Command(91, address)), "") << address;
+}
+
 TEST(Stages, BroadbandPiecesStandBehindOnePacket) {
   Bench bench;
   EXPECT_EQ(bench.Ask(Command(102, 0)), "");

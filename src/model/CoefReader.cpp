@@ -1,0 +1,131 @@
+#include "model/CoefReader.h"
+
+#include <algorithm>
+#include <vector>
+
+#include "model/KindLaws.h"
+#include "model/Kinds.h"
+#include "model/Stages.h"
+
+namespace vc {
+namespace {
+
+constexpr PolledRequest CoefRequest{command::ReadCoefficients,     token::Coefficients, {},
+                                    StatusHeadSize + CoefBodySize, StatusHeadSize,      10000,
+                                    "RequestCoefBlock_Err"};
+
+// The entry of the record that a stage runs with.
+int RunningEntry(const SystemSettings& settings, int stage) {
+  const bool linkedRight = settings.configMode == ConfigMode::StereoLinked && stage > PairStages;
+  return linkedRight ? stage - PairStages : stage;
+}
+
+std::int16_t NextBlock(std::int16_t block, int coefficients) {
+  const std::size_t next = static_cast<std::size_t>(block + 1) % CoefBlocks;
+  const auto lastIndex = static_cast<std::size_t>(coefficients - 1);
+  return next * CoefBlockSize > lastIndex ? std::int16_t{0} : static_cast<std::int16_t>(next);
+}
+
+// The unit keeps a page of coefficients for each place in its chain.
+std::uint16_t AddressOf(std::int16_t configMode, int stage, std::int16_t block) {
+  constexpr int pageSize = 4096;
+  return static_cast<std::uint16_t>((PositionOfStage(configMode, stage) - 1) * pageSize + block);
+}
+
+}  // namespace
+
+int CoefficientCount(const SystemSettings& settings, int stage) {
+  const int entry = RunningEntry(settings, stage);
+  const std::int16_t kind = settings.filterType[entry];
+  const int taps = IsAdaptive(kind) ? AdaptiveOf(settings, entry, kind).taps : settings.maxFilterSize[entry];
+  return std::clamp(taps, 1, static_cast<int>(CoefCapacity));
+}
+
+CoefReader::CoefReader(SystemSettings& record, modDeviceComm& link) : settings(record), device(link) {}
+
+bool CoefReader::RequestCoefBlock(int stage, std::int16_t& blockCounter, CoefSpan destination) {
+  if (!device.comm.CommPortOpen) return false;
+  const int known = std::clamp(stage, 1, FilterStages);
+  if (device.ReplyTicksLeft == 0) blockCounter = NextBlock(blockCounter, CoefficientCount(settings, known));
+  device.PollStep(
+      CoefRequest, AddressOf(settings.configMode, known, blockCounter),
+      [this](const std::string& reply) { device.DecodeStatusHead(reply); },
+      [&](const std::string&) {
+        blockTaken = device.library.DownloadCoefs(device.comm.CommPortId, destination);
+      });
+  return true;
+}
+
+bool CoefReader::ReadFilterCoefficients(int stage, CoefSpan destination) {
+  const bool known = stage >= 1 && stage <= FilterStages;
+  if (reading || !known || !device.comm.CommPortOpen) return false;
+  reading = true;
+  timerWanted = false;
+  HoldTimer();
+  const int entry = RunningEntry(settings, stage);
+  const std::int16_t adaptation = Freeze(entry);
+  device.DrainPendingReply();
+  std::vector<std::int32_t> blocks(CoefCapacity);
+  const bool complete = ReadBlocks(stage, CoefSpan(blocks));
+  if (complete) std::ranges::copy(blocks, destination.begin());
+  Thaw(entry, adaptation);
+  hooks.mainTimer(timerWanted);
+  reading = false;
+  return complete;
+}
+
+// The adaptation to come back to, 0 where there was none to freeze.
+std::int16_t CoefReader::Freeze(int entry) {
+  const bool adapts = settings.adaptEnabled != 0 && IsAdaptive(settings.filterType[entry]);
+  const std::int16_t adaptation = adapts ? settings.filterAdapt[entry] : std::int16_t{0};
+  if (adaptation != 0) SetAdaptation(entry, 0);
+  // An edit that still waits for its tick belongs to what is read.
+  if (adaptation != 0 || settings.settingsChanged != 0) hooks.sendChanges();
+  return adaptation;
+}
+
+void CoefReader::Thaw(int entry, std::int16_t adaptation) {
+  if (adaptation == 0 || settings.filterAdapt[entry] != 0) return;
+  SetAdaptation(entry, adaptation);
+  // Without a link the mark stays for the next one.
+  if (device.comm.CommPortOpen) hooks.sendChanges();
+}
+
+void CoefReader::SetAdaptation(int entry, std::int16_t adaptation) {
+  settings.filterAdapt[entry] = adaptation;
+  settings.stageChanged[entry] = -1;
+}
+
+// A handler that ran under the read may have let the timer go again; it will be let go at the end.
+void CoefReader::HoldTimer() {
+  if (!hooks.mainTimerEnabled()) return;
+  timerWanted = true;
+  hooks.mainTimer(false);
+}
+
+bool CoefReader::ReadBlocks(int stage, CoefSpan blocks) {
+  const int count = CoefficientCount(settings, stage);
+  std::int16_t block = 0;
+  do {
+    if (!ReadNextBlock(stage, block, blocks)) return false;
+    // A handler may have edited the stage: what was read belongs to a filter that is no more.
+    if (CoefficientCount(settings, stage) != count) return false;
+  } while (block != 0);
+  return true;
+}
+
+bool CoefReader::ReadNextBlock(int stage, std::int16_t& blockCounter, CoefSpan blocks) {
+  constexpr std::int32_t stepHundredths = 5;
+  blockTaken = false;
+  bool going = RequestCoefBlock(stage, blockCounter, blocks);
+  while (going && device.ReplyTicksLeft != 0) {
+    device.library.WaitHundredths(stepHundredths);
+    hooks.runEvents();
+    HoldTimer();
+    // A handler that has spoken to the unit has drained the reply away.
+    going = device.ReplyTicksLeft != 0 && !hooks.ending() && RequestCoefBlock(stage, blockCounter, blocks);
+  }
+  return going && blockTaken;
+}
+
+}  // namespace vc
