@@ -134,7 +134,7 @@ void Console::Operate(const std::string& arguments,
   const auto [path, rest] = SplitWord(arguments);
   const FoundControl found = FindByPath(session.forms, path, true);
   if (const auto* why = std::get_if<std::string>(&found)) return Error(path, *why);
-  const std::string wrong = action(*std::get<const vc::AnyControl*>(found), rest);
+  const std::string wrong = action(*std::get<const vc::AnyControl*>(found), FromOneLine(rest));
   if (!wrong.empty()) Error(path, wrong);
 }
 
@@ -203,7 +203,8 @@ void Console::Record(const std::string& arguments) {
   if (!HasElement(*row, *path)) return Error(pathText, "the field has " + IndexText(*row));
   if (blank != std::string::npos) {
     std::string wrong;
-    if (!session.EditRecord(*row, path->index[0], path->index[1], arguments.substr(blank + 1), wrong)) {
+    if (!session.EditRecord(*row, path->index[0], path->index[1], FromOneLine(arguments.substr(blank + 1)),
+                            wrong)) {
       return Error(pathText, wrong);
     }
   }

@@ -58,6 +58,29 @@ std::string OneLine(const std::string& text) {
   return line;
 }
 
+std::string FromOneLine(const std::string& line) {
+  std::string text;
+  for (std::size_t i = 0; i < line.size(); ++i) {
+    const char escaped = line[i] == '\\' && i + 1 < line.size() ? line[i + 1] : '\0';
+    switch (escaped) {
+      case 'n':
+        text += '\n';
+        break;
+      case 't':
+        text += '\t';
+        break;
+      case '\\':
+        text += '\\';
+        break;
+      default:
+        text += line[i];
+        continue;
+    }
+    ++i;
+  }
+  return text;
+}
+
 vc::Answer ConsoleDesk::Box(int code, const std::string& title, const std::string& text) {
   const Buttons buttons = vc::box::ButtonsOf(code);
   Answer answer = vc::SafeAnswer(buttons);

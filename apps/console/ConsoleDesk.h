@@ -13,6 +13,8 @@ namespace console {
 
 // Line ends, tabs and backslashes as "\n", "\t" and "\\", so that a text stays within its field of its line.
 std::string OneLine(const std::string& text);
+// The same way back; a backslash that begins none of these stands for itself.
+std::string FromOneLine(const std::string& line);
 
 class ConsoleDesk : public vc::Desk {
  public:

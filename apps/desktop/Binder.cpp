@@ -131,6 +131,11 @@ void Binder::FollowAll() {
   for (const vc::AnyControl& control : form->controls) Follow(vc::CoreOf(control), EveryProperty);
 }
 
+void Binder::Focus(const vc::ControlCore& core) const {
+  const auto found = bounds.find(&core);
+  if (found != bounds.end()) found->second.widget->setFocus(Qt::OtherFocusReason);
+}
+
 void Binder::Operate(const vc::ControlCore& core, const std::function<void()>& action) {
   if (form == nullptr) return;
   action();

@@ -52,6 +52,8 @@ class Binder {
   // Lets go of the model: from now on the widgets do nothing.
   void Release() { form = nullptr; }
 
+  // Takes the keyboard to a control's widget.
+  void Focus(const vc::ControlCore& core) const;
   // Carries an action of the operator to the model and shows what became of it.
   void Operate(const vc::ControlCore& core, const std::function<void()>& action);
 

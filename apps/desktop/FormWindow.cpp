@@ -117,18 +117,21 @@ void FormWindow::Present(Qt::WindowModality modality, const QPoint& middle) {
   if (form == nullptr) return;
   FollowStale();
   if (!isVisible()) setWindowModality(modality);
-  if (!std::exchange(presented, true)) {
-    ensurePolished();
-    resize(Wanted(contents->sizeHint()));
-    const QRect room = screen()->availableGeometry();
-    const QPoint corner = middle - QPoint(width() / 2, height() / 2);
-    move(std::clamp(corner.x(), room.left(), std::max(room.left(), room.right() - width())),
-         std::clamp(corner.y(), room.top(), std::max(room.top(), room.bottom() - height())));
-  }
+  if (!std::exchange(presented, true)) PlaceFirst(middle);
   show();
   raise();
   activateWindow();
   if (splash) AwaitPaint();
+}
+
+void FormWindow::PlaceFirst(const QPoint& middle) {
+  ensurePolished();
+  resize(Wanted(contents->sizeHint()));
+  const QRect room = screen()->availableGeometry();
+  const QPoint corner = middle - QPoint(width() / 2, height() / 2);
+  move(std::clamp(corner.x(), room.left(), std::max(room.left(), room.right() - width())),
+       std::clamp(corner.y(), room.top(), std::max(room.top(), room.bottom() - height())));
+  if (form->initialFocus != nullptr) binder->Focus(*form->initialFocus);
 }
 
 // Whoever shows a splash is about to work without letting events run.

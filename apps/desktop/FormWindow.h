@@ -36,6 +36,7 @@ class FormWindow : public QMainWindow {
   void AddKeys();
   void FollowStale();
   void DressAsSplash();
+  void PlaceFirst(const QPoint& middle);
   void AwaitPaint();
   void TellActivated();
   // What the contents and the menu bar need, no more than the screen has.

@@ -2,13 +2,11 @@
 
 #include <QButtonGroup>
 #include <QCheckBox>
-#include <QComboBox>
 #include <QGroupBox>
 #include <QLayout>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QStyle>
-#include <QWheelEvent>
 
 #include "desktop/LevelBarView.h"
 #include "desktop/PictureView.h"
@@ -23,37 +21,6 @@
 namespace desktop {
 namespace {
 
-// A list's wheel, too, acts only where the focus is.
-class ListView : public QComboBox {
- public:
-  using QComboBox::QComboBox;
-
- protected:
-  void wheelEvent(QWheelEvent* event) override {
-    if (hasFocus()) {
-      QComboBox::wheelEvent(event);
-    } else {
-      event->ignore();
-    }
-  }
-};
-
-QLabel* CaptionOf(Pane& pane, QWidget* field) {
-  auto* caption = new QLabel(pane.Container());
-  caption->setBuddy(field);  // its access key leads there
-  return caption;
-}
-
-void ShowItems(QComboBox& view, const vc::ListBox& list) {
-  QStringList items;
-  for (const std::string& item : list.Items()) items.push_back(ToQt(item));
-  QStringList shown;
-  for (int row = 0; row < view.count(); ++row) shown.push_back(view.itemText(row));
-  if (shown == items) return;
-  view.clear();
-  view.addItems(items);
-}
-
 // Without a caption there is no line around it either, and what lies in it keeps its own margins.
 void ShowFrame(QGroupBox& box, const vc::Frame& frame) {
   const bool captioned = !frame.core.Caption().empty();
@@ -66,6 +33,12 @@ void ShowFrame(QGroupBox& box, const vc::Frame& frame) {
 }
 
 }  // namespace
+
+QLabel* CaptionOf(Pane& pane, QWidget* field) {
+  auto* caption = new QLabel(pane.Container());
+  caption->setBuddy(field);  // its access key leads there
+  return caption;
+}
 
 void BindKind(Binder& binder, vc::Frame& frame) {
   Pane& pane = binder.PaneOf(frame.core);
@@ -143,24 +116,6 @@ void BindKind(Binder& binder, vc::Slider& slider) {
          // Where a text stands beside it, that one is spoken.
          if (!textFollows) Binder::Speak(view, vc::ShortestText(slider.Position()), {});
        }});
-}
-
-void BindKind(Binder& binder, vc::ListBox& list) {
-  Pane& pane = binder.PaneOf(list.core);
-  auto* view = new ListView(pane.Container());
-  view->setFocusPolicy(Qt::StrongFocus);
-  view->setSizeAdjustPolicy(QComboBox::AdjustToContents);
-  QLabel* caption = CaptionOf(pane, view);
-  pane.AddField({caption, view});
-  QObject::connect(view, &QComboBox::activated, view, [&binder, &list](int row) {
-    binder.Operate(list.core, [&list, row] { list.SetListIndex(row); });
-  });
-  const auto show = [view, &list](std::string_view property) {
-    if (property == "Items" || property == EveryProperty) ShowItems(*view, list);
-    view->setCurrentIndex(list.ListIndex());
-    Binder::Speak(view, list.Text(), {});
-  };
-  binder.Bind(list.core, {.widget = view, .caption = caption, .showValue = show});
 }
 
 void BindKind(Binder& binder, vc::OptionButton& option) {

@@ -5,6 +5,9 @@
 
 namespace desktop {
 
+// An empty label beside a field or above it, for the control's caption.
+QLabel* CaptionOf(Pane& pane, QWidget* field);
+
 void BindKind(Binder& binder, vc::Frame& frame);
 void BindKind(Binder& binder, vc::Label& label);
 void BindKind(Binder& binder, vc::TextBox& text);

@@ -75,13 +75,14 @@ void Pane::AddBeside(const Field& field) {
   columns->addLayout(line, 1);
 }
 
-void Pane::AddTall(QLabel* caption, QWidget* text) {
+void Pane::AddTall(QLabel* caption, QWidget* text, int share) {
   buttons = nullptr;
   auto* column = new QVBoxLayout;
+  column->setSpacing(LineHeight(*container) / 4);
   column->addWidget(caption);
   column->addWidget(text, 1);
   if (Columns()) {
-    columns->addLayout(column, 1);
+    columns->addLayout(column, share);
   } else {
     grid->addLayout(column, grid->rowCount(), 0, 1, AllColumns);
   }

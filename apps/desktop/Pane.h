@@ -29,8 +29,9 @@ class Pane {
   bool Columns() const { return arrangement == vc::Arrangement::Columns; }
 
   void AddField(const Field& field);
-  // A large text takes the spare height, with its caption above it.
-  void AddTall(QLabel* caption, QWidget* text);
+  // A large text or a list takes the spare height, with its caption above it; in columns those beside each
+  // other share the width.
+  void AddTall(QLabel* caption, QWidget* text, int share);
   void AddWide(QWidget* widget);
   // Buttons that follow each other share a row; those that end the work stand at its right.
   void AddButton(QWidget* button, bool atEnd);

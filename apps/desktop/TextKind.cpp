@@ -1,4 +1,5 @@
 // The text boxes: a line, several lines, or words that are only read.
+#include <memory>
 #include <utility>
 
 #include <QLineEdit>
@@ -15,7 +16,32 @@
 namespace desktop {
 namespace {
 
-constexpr int NumberDigits = 9, StatusDigits = 32, MemoDigits = 60, MemoLines = 12;
+constexpr int NumberDigits = 9, StatusDigits = 32;
+
+// What a widget shows of a text is only a picture of it: bytes that are no UTF-8 and foreign line ends have
+// none. As long as the operator leaves the picture as it was, the text keeps its bytes.
+class Pictured {
+ public:
+  // True where the model's text is another one than the operator has left in the widget.
+  bool Differs(const std::string& modelText, const QString& shown) const {
+    return TextFor(shown) != modelText;
+  }
+  void Take(const std::string& modelText, const QString& shown) {
+    text = modelText;
+    picture = shown;
+  }
+  std::string TextFor(const QString& shown) const { return shown == picture ? text : FromQt(shown); }
+
+ private:
+  std::string text;
+  QString picture;
+};
+
+QString Lines(const std::string& text) {
+  return ToQt(text)
+      .replace(QLatin1String("\r\n"), QLatin1String("\n"))
+      .replace(QLatin1Char('\r'), QLatin1Char('\n'));
+}
 
 // Joins the events of a text widget to the box; selectAll is what the coming of the focus does to the text.
 void Listen(Binder& binder, vc::TextBox& text, QWidget* view, std::function<void()> selectAll) {
@@ -57,22 +83,30 @@ void BindStatus(Binder& binder, vc::TextBox& text) {
   binder.Bind(text.core, {.widget = view, .caption = caption, .unit = unit, .showValue = show});
 }
 
+class MemoView : public QPlainTextEdit {
+ public:
+  using QPlainTextEdit::QPlainTextEdit;
+  // The text scrolls: it asks for no more than the least that has been set.
+  QSize sizeHint() const override { return minimumSize(); }
+};
+
 void BindMemo(Binder& binder, vc::TextBox& text) {
-  auto* view = new QPlainTextEdit(binder.PaneOf(text.core).Container());
+  auto* view = new MemoView(binder.PaneOf(text.core).Container());
   view->setReadOnly(text.readOnly);
   view->setTabChangesFocus(true);
-  view->setMinimumSize(DigitsWide(*view, MemoDigits), MemoLines * LineHeight(*view));
+  view->setMinimumSize(DigitsWide(*view, text.columns), (text.lines + 1) * LineHeight(*view));
   QLabel* caption = WordsBeside(view, text.core.Caption());
-  binder.PaneOf(text.core).AddTall(caption, view);
+  binder.PaneOf(text.core).AddTall(caption, view, text.columns);
   Listen(binder, text, view, [] {});
-  QObject::connect(view, &QPlainTextEdit::textChanged, view, [&binder, &text, view] {
-    binder.Operate(text.core, [&text, view] { text.SetText(FromQt(view->toPlainText())); });
+  const auto pictured = std::make_shared<Pictured>();
+  QObject::connect(view, &QPlainTextEdit::textChanged, view, [&binder, &text, view, pictured] {
+    binder.Operate(text.core, [&] { text.SetText(pictured->TextFor(view->toPlainText())); });
   });
-  const auto show = [view, &text](std::string_view) {
-    const QString lines = ToQt(text.Text()).remove(QLatin1Char('\r'));
-    if (view->toPlainText() == lines) return;
+  const auto show = [view, &text, pictured](std::string_view) {
+    if (!pictured->Differs(text.Text(), view->toPlainText())) return;
     const QSignalBlocker silent(view);
-    view->setPlainText(lines);
+    view->setPlainText(Lines(text.Text()));
+    pictured->Take(text.Text(), view->toPlainText());
   };
   binder.Bind(text.core, {.widget = view, .caption = caption, .showValue = show});
 }
@@ -86,6 +120,12 @@ Field RowOf(Binder& binder, const vc::TextBox& text, QLineEdit* view, QLabel* un
   return row;
 }
 
+void ShowLine(QLineEdit& view, const std::string& text, Pictured& pictured) {
+  if (!pictured.Differs(text, view.text())) return;
+  view.setText(ToQt(text));
+  pictured.Take(text, view.text());
+}
+
 void BindLine(Binder& binder, vc::TextBox& text) {
   auto* view = new QLineEdit(binder.PaneOf(text.core).Container());
   QLabel* unit = text.unit.empty() ? nullptr : WordsBeside(view, text.unit);
@@ -95,11 +135,12 @@ void BindLine(Binder& binder, vc::TextBox& text) {
   if (slider != nullptr || unit != nullptr) view->setAlignment(Qt::AlignRight);
   binder.PaneOf(text.core).AddField(row);
   Listen(binder, text, view, [view] { view->selectAll(); });
-  QObject::connect(view, &QLineEdit::textEdited, view, [&binder, &text](const QString& typed) {
-    binder.Operate(text.core, [&text, &typed] { text.SetText(FromQt(typed)); });
+  const auto pictured = std::make_shared<Pictured>();
+  QObject::connect(view, &QLineEdit::textEdited, view, [&binder, &text, pictured](const QString& typed) {
+    binder.Operate(text.core, [&] { text.SetText(pictured->TextFor(typed)); });
   });
-  const auto show = [view, slider, &text](std::string_view) {
-    if (view->text() != ToQt(text.Text())) view->setText(ToQt(text.Text()));
+  const auto show = [view, slider, &text, pictured](std::string_view) {
+    ShowLine(*view, text.Text(), *pictured);
     Binder::Speak(view, text.Text(), text.unit);
     if (slider != nullptr) Binder::Speak(slider, text.Text(), text.unit);
   };

@@ -64,6 +64,8 @@ QWidget[splash="true"] QLabel { color: white; }
 QWidget[splash="true"] QLabel[title="true"] { font-size: @bigpt; }
 QLabel#progressNote { background: @button; color: @text; border: 1px solid @accent; border-radius: 0.3em;
                      padding: 0.2em 0.6em; }
+QListWidget, QPlainTextEdit { border: 1px solid @mid; border-radius: 0.2em; }
+QListWidget:focus, QPlainTextEdit:focus { border-color: @accent; }
 QPushButton { background: @button; color: @text; border: 1px solid @mid; border-radius: 0.3em;
               padding: 0.35em 1.1em; min-width: 4em; }
 QPushButton:hover { border-color: @accent; }

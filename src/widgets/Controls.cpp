@@ -22,6 +22,10 @@ TextBox::TextBox(Place place, const std::string& name, const std::string& captio
   Register(this);
 }
 
+void TextBox::SetText(const std::string& value) {
+  if (core.Store(text, value, "Text")) core.Raise(changed);
+}
+
 void TextBox::KeyPress(int code) const {
   core.Raise([this, code] {
     if (keyPress) keyPress(code);
@@ -52,6 +56,10 @@ void Slider::SetRange(double lower, double upper) {
 ListBox::ListBox(Place place, const std::string& name, const std::string& caption, int index)
     : core(place, name, index, caption) {
   Register(this);
+}
+
+void ListBox::Activate() const {
+  if (listIndex >= 0) core.Raise(activated);
 }
 
 std::string ListBox::Text() const {

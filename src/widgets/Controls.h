@@ -26,11 +26,13 @@ struct TextBox {
   std::string unit;  // stands beside the number
   bool readOnly = false;
   bool multiLine = false;
+  int columns = 60, lines = 12;  // of characters that several lines of text have room for at least
+  std::function<void()> changed;
   std::function<void()> gotFocus, lostFocus;
   std::function<void(int code)> keyPress;  // character code, 13 for Enter; no key is swallowed
 
   const std::string& Text() const { return text; }
-  void SetText(const std::string& value) { core.Store(text, value, "Text"); }
+  void SetText(const std::string& value);
 
   void GotFocus() const { core.Raise(gotFocus); }
   void LostFocus() const { core.Raise(lostFocus); }
@@ -70,10 +72,12 @@ struct Slider {
 struct ListBox {
   ListBox(Place place, const std::string& name, const std::string& caption, int index = NoIndex);
   ControlCore core;
-  bool tall = false;  // the rows are on show at once, and can be activated
+  bool tall = false;             // the rows are on show at once, and can be activated
+  int columns = 24, lines = 10;  // of characters that a tall list has room for at least
   std::function<void()> changed;
   std::function<void()> activated;  // double click or Enter on the chosen row
-  void Activate() const { core.Raise(activated); }
+  // Without a chosen row it does nothing.
+  void Activate() const;
 
   const std::vector<std::string>& Items() const { return items; }
   int ListIndex() const { return listIndex; }  // 0-based, -1 where no row is chosen

@@ -97,6 +97,9 @@ struct Form {
   const std::string& Caption() const { return caption; }
   void SetCaption(const std::string& text);
 
+  // Where the keyboard is when the form opens; its first control where there is none.
+  const ControlCore* initialFocus = nullptr;
+
   // Key combinations that work anywhere on the form, "Alt+A".
   std::map<std::string, std::function<void()>> keys;
 

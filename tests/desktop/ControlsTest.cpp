@@ -9,6 +9,7 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QMenuBar>
 #include <QPlainTextEdit>
@@ -86,6 +87,51 @@ TEST(Controls, AListTakesRowsAndTheOperatorsChoice) {
   EXPECT_EQ(list.count(), 1);
   EXPECT_EQ(list.currentText(), "Notch");
   EXPECT_EQ(shown.Says("cmbKind"), "Notch");
+}
+
+TEST(Controls, ATallListChoosesByRowAndActivatesByKeyAndDoubleClick) {
+  Shown shown;
+  auto& list = shown.At<QListWidget>("lstFiles");
+  const auto clickRow = [&list](int row, bool twice) {
+    const QPoint place = list.visualItemRect(list.item(row)).center();
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place);
+    if (twice) QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
+  };
+  shown.Focus("lstFiles");  // which chooses nothing yet
+  QTest::keyClick(&list, Qt::Key_Return);
+  EXPECT_EQ(shown.sample.events, "");
+  QTest::keyClick(&list, Qt::Key_Down);
+  QTest::keyClick(&list, Qt::Key_G);
+  QTest::keyClick(&list, Qt::Key_Return);
+  clickRow(2, false);
+  clickRow(1, true);
+  EXPECT_EQ(shown.sample.events, "row0 row3 activate row2 row1 activate ");
+  EXPECT_EQ(shown.Says("lstFiles"), "beta");
+  shown.sample.lstFiles.SetListIndex(2);
+  EXPECT_EQ(list.currentRow(), 2);
+  EXPECT_EQ(shown.sample.lstFiles.Text(), "bet\xFF");
+  shown.sample.lstFiles.SetItems({"one", "two\nlines", "three"});
+  EXPECT_EQ(list.count(), 3);
+  EXPECT_EQ(list.item(1)->text(), QStringLiteral("two\uFFFDlines"));
+  shown.sample.lstFiles.SetListIndex(-1);
+  EXPECT_TRUE(list.selectedItems().isEmpty());
+}
+
+TEST(Controls, ATextThatIsLeftAsItWasKeepsItsBytes) {
+  Shown shown;
+  const std::string odd = "a\r\nb\xFF";
+  shown.sample.txtNotes.SetText(odd);
+  auto& memo = shown.At<QPlainTextEdit>("txtNotes");
+  EXPECT_EQ(memo.toPlainText(), QStringLiteral("a\nb\uFFFD"));
+  QTest::keyClick(&memo, Qt::Key_X);
+  EXPECT_EQ(shown.sample.txtNotes.Text(), "xa\nb\xEF\xBF\xBD");
+  QTest::keyClick(&memo, Qt::Key_Backspace);
+  EXPECT_EQ(shown.sample.txtNotes.Text(), odd);
+  shown.sample.txtCutoff.SetText("\xFE");
+  auto& line = shown.At<QLineEdit>("txtCutoff");
+  QTest::keyClick(&line, Qt::Key_Y);
+  QTest::keyClick(&line, Qt::Key_Backspace);
+  EXPECT_EQ(shown.sample.txtCutoff.Text(), "\xFE");
 }
 
 TEST(Controls, ASliderMovesByItsStepsInTheDirectionOfTheScreen) {

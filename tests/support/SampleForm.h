@@ -36,6 +36,7 @@ struct SampleForm {
   vc::LevelBar lbGauge{fraLevels, "lbGauge", "Gauge"};
   vc::Slider sldrBand{fraLevels, "sldrBand", "1 kHz", 3};
   vc::TextBox txtBand{fraLevels, "txtBand", "1 kHz", 3};
+  vc::ListBox lstFiles{fraLevels, "lstFiles", "Files"};
   vc::Picture pbxLamp{fraLevels, "pbxLamp", "Lamp", 2, DrawSample};
 
   vc::TextBox txtState{form, "txtState", "State"};
@@ -58,11 +59,16 @@ struct SampleForm {
     sldrBalance.MouseWheelStepSize = 0.125;
     sldrBalance.ReverseScale = true;
     cmbKind.SetItems({"Lowpass", "Highpass", "Comb"});
+    lstFiles.tall = true;
+    lstFiles.columns = 12;
+    lstFiles.SetItems({"alpha", "beta", "bet\xFF", "gamma"});
     lbInput.SetOrientation(1);
     btnHidden.core.SetVisible(false);
     btnClear.core.SetEnabled(false);
     sldrCutoff.changed = [this] { events += "cutoff "; };
     cmbKind.changed = [this] { events += "kind "; };
+    lstFiles.changed = [this] { events += "row" + std::to_string(lstFiles.ListIndex()) + " "; };
+    lstFiles.activated = [this] { events += "activate "; };
     optMode.changed = [this] { events += "mode "; };
     chkPart(2).changed = [this] { events += "part "; };
     btnActive.clicked = [this] { events += "active "; };

@@ -90,6 +90,20 @@ TEST(Controls, ClicksDoWhatTheMouseWould) {
     EXPECT_NE(ClickControl(panel.Find(name)), "") << name;
 }
 
+TEST(Controls, ATallListIsActivatedOnItsChosenRow) {
+  Panel panel;
+  ListBox& list = panel.cmb(2);
+  list.activated = [&panel] { panel.events += 10; };
+  EXPECT_EQ(ClickControl(panel.Find("cmb(2)")), "a list cannot be clicked");
+  list.tall = true;
+  EXPECT_EQ(ClickControl(panel.Find("cmb(2)")), "no row is chosen");
+  list.Activate();
+  EXPECT_EQ(panel.events, 0);
+  EXPECT_EQ(panel.Set("cmb(2)", "Highpass"), "");
+  EXPECT_EQ(ClickControl(panel.Find("cmb(2)")), "");
+  EXPECT_EQ(panel.events, 11);
+}
+
 TEST(Controls, DisabledAndHiddenOnesRefuseWithTheirFrames) {
   Panel panel;
   panel.fraOuter.core.SetEnabled(false);
