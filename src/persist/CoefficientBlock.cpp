@@ -18,12 +18,6 @@ std::vector<int> StagesWithBlocks(const SystemSettings& settings) {
   return stages;
 }
 
-int LearnedCount(const SystemSettings& settings, int stage) {
-  const bool canceller = settings.filterType[stage] == FilterKind::RefCanceller;
-  const int taps = 1 + (canceller ? settings.ch2Taps : settings.ch1Taps)[stage];
-  return std::clamp(taps, 1, static_cast<int>(CoefCapacity));
-}
-
 void WriteCoefficientBlock(LineWriter& lines, int stage, const std::vector<std::int32_t>& coefficients) {
   lines.Line(CoefficientLine);
   lines.Integer(stage);

@@ -22,9 +22,6 @@ using LearnedStages = std::map<int, std::vector<std::int32_t>>;
 // The stages of a setup that have a block, in the order of their blocks.
 std::vector<int> StagesWithBlocks(const SystemSettings& settings);
 
-// Coefficients of an adaptive stage, 1..8192.
-int LearnedCount(const SystemSettings& settings, int stage);
-
 void WriteCoefficientBlock(LineWriter& lines, int stage, const std::vector<std::int32_t>& coefficients);
 // The block of that stage, whose first line is next. A count outside 1..8192 is moved into it. False at a
 // line that is no number, at the end of the text, and for a block of another stage.

@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "model/CoefReader.h"
 #include "model/Kinds.h"
 #include "model/Settings.h"
 #include "persist/SafeFile.h"
@@ -34,15 +35,10 @@ std::string CompanionName(const SystemSettings& settings, int stage) {
 
 }  // namespace
 
-modSettings::modSettings(SystemSettings& record, Files& hostFiles, const Desk& desk)
-    : settings(record),
-      files(hostFiles),
-      installFolder(desk.InstallFolder()),
-      programFolder(desk.ProgramFolder()) {}
-
 std::string modSettings::Locate(const std::string& name) const {
   if (HasFolder(name)) return name;
-  for (const std::string& path : {name, JoinPath(installFolder, name), JoinPath(programFolder, name)}) {
+  for (const std::string& path :
+       {name, JoinPath(desk.InstallFolder(), name), JoinPath(desk.ProgramFolder(), name)}) {
     if (std::filesystem::exists(std::filesystem::path(path))) return path;
   }
   return name;
@@ -82,7 +78,7 @@ bool modSettings::KeepLearned(const LearnedStages& learned) {
     // A working folder on a medium that is not in must not cost the operator the whole setup.
     return (!settings.workingFolder.empty() &&
             WriteWholeFile(files, JoinPath(settings.workingFolder, name), text)) ||
-           WriteWholeFile(files, JoinPath(installFolder, name), text);
+           WriteWholeFile(files, JoinPath(desk.InstallFolder(), name), text);
   });
 }
 
@@ -92,7 +88,7 @@ bool modSettings::SaveSetupFile(const std::string& path, std::int16_t protect) {
     std::vector<std::int32_t> buffer(CoefCapacity);
     for (const int stage : StagesWithBlocks(settings)) {
       if (!hooks.readCoefficients(stage, std::span<std::int32_t, CoefCapacity>(buffer))) return false;
-      learned[stage].assign(buffer.begin(), buffer.begin() + LearnedCount(settings, stage));
+      learned[stage].assign(buffer.begin(), buffer.begin() + CoefficientCount(settings, stage));
     }
   }
   return WriteWholeFile(files, path, WriteSetup(settings, protect, learned));

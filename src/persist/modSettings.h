@@ -31,7 +31,8 @@ struct SetupHooks {
 };
 
 struct modSettings {
-  modSettings(SystemSettings& record, Files& hostFiles, const Desk& desk);
+  modSettings(SystemSettings& record, Files& hostFiles, const Desk& operatorDesk)
+      : settings(record), files(hostFiles), desk(operatorDesk) {}
 
   SetupHooks hooks;
 
@@ -60,7 +61,7 @@ struct modSettings {
 
   SystemSettings& settings;
   Files& files;
-  std::string installFolder, programFolder;
+  const Desk& desk;
 };
 
 // True for the identifiers of this program and of those whose files it can read.

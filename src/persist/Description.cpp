@@ -1,0 +1,34 @@
+#include "persist/Description.h"
+
+namespace vc {
+namespace {
+
+std::string WithoutReturns(std::string text) {
+  std::erase(text, '\r');
+  return text;
+}
+
+}  // namespace
+
+Description::Description(SetupContext& setupContext) : context(setupContext) {
+  txtDescription.multiLine = true;
+  txtDescription.lines = 8;
+  form.initialFocus = &txtDescription.core;
+  btnOK.clicked = [this] {
+    std::string& description = context.settings.setupDescription;
+    description = Edited(description, txtDescription.Text());
+    context.forms.Unload(form);
+  };
+  context.BindCancel(form, btnCancel);
+}
+
+void Description::Show() {
+  txtDescription.SetText(context.settings.setupDescription);
+  context.forms.Show(form, Modality::Modal);
+}
+
+std::string Edited(const std::string& before, const std::string& typed) {
+  return WithoutReturns(before) == WithoutReturns(typed) ? before : typed;
+}
+
+}  // namespace vc

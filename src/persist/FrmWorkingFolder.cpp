@@ -1,0 +1,31 @@
+#include "persist/FrmWorkingFolder.h"
+
+namespace vc {
+
+FrmWorkingFolder::FrmWorkingFolder(SetupContext& setupContext)
+    : folders(form, setupContext.files, setupContext.desk), context(setupContext) {
+  folders.folderVw.columns = 60;
+  form.initialFocus = &folders.folderVw.core;
+  // A wrong text stays, so that OK refuses it instead of taking the folder before it.
+  folders.txtFolder.lostFocus = [this] { folders.GoTo(folders.txtFolder.Text()); };
+  btnOK.clicked = [this] { TakeFolder(); };
+  context.BindCancel(form, btnCancel);
+}
+
+void FrmWorkingFolder::Show() {
+  folders.GoTo(context.StartFolder());
+  context.forms.Show(form, Modality::Modal);
+}
+
+void FrmWorkingFolder::TakeFolder() {
+  const std::string typed = folders.txtFolder.Text();
+  if (!folders.GoTo(typed)) {
+    context.Warn(box::Exclamation, "Invalid Folder",
+                 typed + " is not a folder.  Please choose another folder.");
+    return;
+  }
+  context.settings.workingFolder = folders.Folder();
+  context.forms.Unload(form);
+}
+
+}  // namespace vc

@@ -1,0 +1,74 @@
+#include "persist/RecSet.h"
+
+#include <filesystem>
+
+#include "persist/FileNames.h"
+
+namespace vc {
+
+RecSet::RecSet(SetupContext& setupContext)
+    : chooser(form, setupContext.files, setupContext.desk, SetupExtension, "Setup Files"),
+      txtDescription(chooser.folders.fraLists, "txtDescription", "Description"),
+      context(setupContext) {
+  txtDescription.readOnly = txtDescription.multiLine = true;
+  txtDescription.columns = 26;
+  chkProtect.core.SetEnabled(false);
+  form.initialFocus = &chooser.fileVw.core;
+  chooser.nameChanged = [this] { FollowName(); };
+  chooser.fileVw.activated = [this] { btnOK.Click(); };
+  chooser.txtFileName.keyPress = [this](int code) {
+    if (code == EnterKey && btnOK.core.Usable()) btnOK.Click();
+  };
+  btnOK.clicked = [this] { context.Attempt(form, [this] { return Recall(); }); };
+  context.BindCancel(form, btnCancel);
+}
+
+void RecSet::Show() {
+  chooser.Open(context.StartFolder(), "");
+  context.forms.Show(form, Modality::Modal);
+}
+
+std::string RecSet::ChosenName() const {
+  const std::string& name = chooser.txtFileName.Text();
+  std::error_code ignored;
+  const auto kind = std::filesystem::status(chooser.Path(name), ignored);
+  const bool there = std::filesystem::exists(kind) && !std::filesystem::is_directory(kind);
+  return there ? name : WithExtension(name, chooser.extension);
+}
+
+bool RecSet::ReadHeader(const std::string& name, SetupHeader& header) const {
+  return context.setups.ReadFileHeader(chooser.Path(name), header) && CheckModelId(header.identifier);
+}
+
+void RecSet::FollowName() {
+  const bool named = !IsBlank(chooser.txtFileName.Text());
+  btnOK.core.SetEnabled(named);
+  SetupHeader header;
+  if (named && !ReadHeader(ChosenName(), header)) header = {{}, "There is no setup file of this name.", 0};
+  txtDescription.SetText(header.description);
+  chkProtect.SetValue(header.protect == 1);
+}
+
+bool RecSet::Recall() {
+  const std::string name = ChosenName();
+  SetupHeader header;
+  if (!ReadHeader(name, header)) {
+    context.Warn(box::Exclamation, "Invalid Settings File",
+                 name + " is not a valid settings file.  Please choose another file.");
+    return false;
+  }
+  if (!context.Work([this, &name] { return Read(name); })) {
+    context.Warn(box::Exclamation, "Unable to Load File", name + " cannot be opened.");
+    return false;
+  }
+  context.lastName = LastPart(name);
+  return true;
+}
+
+bool RecSet::Read(const std::string& name) {
+  if (!context.setups.RecallSetupFile(chooser.Path(name), KeepConnection)) return false;
+  context.recalled(LastPart(name));
+  return true;
+}
+
+}  // namespace vc

@@ -1,0 +1,35 @@
+// "Recall Setup": brings the record to what a file holds.
+#pragma once
+
+#include <string>
+
+#include "persist/FileChooser.h"
+#include "persist/SetupContext.h"
+
+namespace vc {
+
+struct RecSet {
+  explicit RecSet(SetupContext& setupContext);
+
+  Form form{"RecSet", "Recall Setup"};
+  FileChooser chooser;
+  TextBox txtDescription;  // of the chosen file
+  CheckBox chkProtect{form, "chkProtect", "This file is protected from being overwritten"};
+  Button btnOK{form, "btnOK", "OK"};
+  Button btnCancel{form, "btnCancel", "Cancel"};
+
+  // With nothing chosen.
+  void Show();
+
+ private:
+  void FollowName();
+  // The name as it stands where there is such a file, else with the extension.
+  std::string ChosenName() const;
+  bool ReadHeader(const std::string& name, SetupHeader& header) const;
+  bool Recall();
+  bool Read(const std::string& name);
+
+  SetupContext& context;
+};
+
+}  // namespace vc

@@ -1,0 +1,60 @@
+#include "persist/SetupContext.h"
+
+#include <filesystem>
+
+namespace vc {
+namespace {
+
+// Puts back what a work has changed around it, also where it ends in a Fault.
+struct WorkScope {
+  explicit WorkScope(SetupContext& around) : context(around), timerWasOn(around.switchMainTimer(false)) {
+    context.working = true;
+    context.desk.SetHourglass(true);
+  }
+  ~WorkScope() {
+    context.working = false;
+    context.desk.SetHourglass(false);
+    context.switchMainTimer(timerWasOn);
+  }
+  WorkScope(const WorkScope&) = delete;
+  WorkScope& operator=(const WorkScope&) = delete;
+
+  SetupContext& context;
+  const bool timerWasOn;
+};
+
+}  // namespace
+
+std::string SetupContext::StartFolder() const {
+  std::error_code ignored;
+  const bool there = std::filesystem::is_directory(settings.workingFolder, ignored);
+  return std::filesystem::absolute(there ? settings.workingFolder : desk.InstallFolder(), ignored).string();
+}
+
+Answer SetupContext::Warn(int code, const std::string& title, const std::string& text) const {
+  desk.Beep();
+  return desk.Box(code, title, text);
+}
+
+bool SetupContext::Work(const std::function<bool()>& work) {
+  const WorkScope scope(*this);
+  return work();
+}
+
+void SetupContext::Attempt(Form& form, const std::function<bool()>& attempt) const {
+  if (form.muted > 0) return;
+  bool done = false;
+  {
+    const Mute mute(form);
+    done = attempt();
+  }
+  if (done) forms.Unload(form);
+}
+
+void SetupContext::BindCancel(Form& form, Button& cancel) const {
+  cancel.clicked = [this, &form] { forms.Unload(form); };
+  form.closeRequested = [&cancel] { cancel.Click(); };
+  form.keys["Escape"] = [&cancel] { cancel.Click(); };
+}
+
+}  // namespace vc

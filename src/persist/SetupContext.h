@@ -1,0 +1,44 @@
+// What the windows for setup files share: the session around them, and working without being disturbed.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "persist/modSettings.h"
+#include "platform/Desk.h"
+#include "platform/Files.h"
+#include "widgets/Controls.h"
+#include "widgets/Forms.h"
+
+namespace vc {
+
+struct SetupContext {
+  SystemSettings& settings;
+  modSettings& setups;
+  Files& files;
+  Desk& desk;
+  Forms& forms;
+
+  // Switches the master panel's main timer and returns what it was before.
+  std::function<bool(bool on)> switchMainTimer = [](bool) { return false; };
+  // A setup has been written, or is in the record; told with the file's name while the main timer is off.
+  std::function<void(const std::string& name)> stored = [](const std::string&) {};
+  std::function<void(const std::string& name)> recalled = [](const std::string&) {};
+
+  std::string lastName{};  // of the file stored or recalled last in this run
+  bool working = false;    // a store or a recall is under way, and may change the record back
+
+  // The working folder, or the program's own where that one is none.
+  std::string StartFolder() const;
+  // A beep and a box.
+  Answer Warn(int code, const std::string& title, const std::string& text) const;
+  // Runs the work under the hourglass, with the main timer off, and returns what it returns.
+  bool Work(const std::function<bool()>& work);
+  // Runs an attempt with the form's handlers mute, so that nothing the operator does meanwhile disturbs it,
+  // and takes the form away where the attempt returns true.
+  void Attempt(Form& form, const std::function<bool()>& attempt) const;
+  // Cancel, Escape and the window's own close button take the form away, unless its handlers are mute.
+  void BindCancel(Form& form, Button& cancel) const;
+};
+
+}  // namespace vc

@@ -1,0 +1,37 @@
+// "Store Setup": writes the record into a file of the operator's choice.
+#pragma once
+
+#include <string>
+
+#include "persist/FileChooser.h"
+#include "persist/SetupContext.h"
+
+namespace vc {
+
+struct StoSet {
+  explicit StoSet(SetupContext& setupContext);
+
+  Form form{"StoSet", "Store Setup"};
+  FileChooser chooser;
+  TextBox txtAbout;  // of the file that has the name already
+  TextBox txtDescription{form, "txtDescription", "Description"};
+  CheckBox chkProtect{form, "chkProtect", "&Protect this file from being overwritten"};
+  Button btnOK{form, "btnOK", "OK"};
+  Button btnCancel{form, "btnCancel", "Cancel"};
+
+  // Filled anew from the record.
+  void Show();
+
+ private:
+  void FollowName();
+  std::string AboutFile() const;
+  bool Store();
+  // False where a protected file stands in the way, or the operator wants to keep the one that does.
+  bool MayWrite(const std::string& name) const;
+  bool Write(const std::string& name);
+  bool Fail(const std::string& name);
+
+  SetupContext& context;
+};
+
+}  // namespace vc
