@@ -1,6 +1,8 @@
 // One run of the desktop program: the session and everything that the desktop supplies to it.
 #pragma once
 
+#include <utility>
+
 #include "desktop/FormWindows.h"
 #include "desktop/QtDesk.h"
 #include "desktop/QtEventLoop.h"
@@ -13,7 +15,9 @@
 namespace desktop {
 
 struct Program {
-  host::Folders folders = host::FindFolders();
+  explicit Program(host::Folders where = host::FindFolders()) : folders(std::move(where)) {}
+
+  host::Folders folders;
   host::SystemClock clock;
   QtEventLoop events;
   QtDesk desk{clock, folders};

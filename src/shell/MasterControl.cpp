@@ -36,12 +36,18 @@ MasterControl::MasterControl(SystemSettings& record, modDeviceComm& link, Desk& 
   txtComInfo.readOnly = true;
   for (LevelBar* bar : {&lbInputLeft, &lbInputRight, &lbOutputLeft, &lbOutputRight}) PrepareLevelBar(*bar);
   for (LevelBar* bar : {&lbOutputLeft, &lbOutputRight}) bar->SetMarkerStyle(HiddenMarker);
+  ShowOversize(false);
   form.closeRequested = [this] { hooks.exit(); };
   BindMenus();
   BindKeys();
 }
 
 void MasterControl::BindMenus() {
+  mnuNew.clicked = [this] { AskForNewSetup(); };
+  mnuSave.clicked = [this] { hooks.storeSetup(); };
+  mnuOpen.clicked = [this] { hooks.recallSetup(); };
+  mnuViewDescription.clicked = [this] { hooks.editDescription(); };
+  mnuWorkingFolder.clicked = [this] { hooks.pickWorkingFolder(); };
   mnuExit.clicked = [this] { hooks.exit(); };
   mnuConnect.clicked = [this] { Connect(); };
   mnuDisconnect.clicked = [this] { device.DisconnectZorq(true); };
@@ -58,6 +64,15 @@ void MasterControl::BindMenus() {
 void MasterControl::BindKeys() {
   form.keys["Alt+D"] = [this] { hooks.showObjectLog(); };
   form.keys["Alt+U"] = [this] { UpdateOnDemand(); };
+}
+
+void MasterControl::ConfigMasterControl() {
+  const Mute inert(form);
+  CheckPortAndRate();
+}
+
+void MasterControl::ShowOversize(bool shown) {
+  for (Label& label : lblOversizeFilters) label.core.SetVisible(shown);
 }
 
 void MasterControl::CheckPortAndRate() {
@@ -132,6 +147,14 @@ void MasterControl::OfferFirmwareUpdate() {
            "This version of the " + ApplicationTitle +
                " software cannot update the firmware yet.  The unit has not been changed.");
   hooks.enableMainTimer(true);
+}
+
+void MasterControl::AskForNewSetup() {
+  const Answer answer = desk.Box(
+      box::InformationYesNo, "Create New Setup",
+      "Make sure you have saved your current configuration before creating a new setup.\nSetup Recall may "
+      "require 60 seconds to complete. Do you still wish to create a new setup?");
+  if (answer == Answer::Yes) hooks.newSetup();
 }
 
 void MasterControl::ShowAbout() {

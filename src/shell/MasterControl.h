@@ -21,6 +21,11 @@ struct MasterHooks {
   std::function<void(bool fit)> configureStages = [](bool) {};
   std::function<void()> refreshConnectionText = [] {};
   std::function<void()> showObjectLog = [] {};
+  std::function<void()> newSetup = [] {};
+  std::function<void()> storeSetup = [] {};
+  std::function<void()> recallSetup = [] {};
+  std::function<void()> editDescription = [] {};
+  std::function<void()> pickWorkingFolder = [] {};
   std::function<void()> exit = [] {};
 };
 
@@ -31,6 +36,11 @@ struct MasterControl {
   MasterHooks hooks;
 
   MenuEntry mnuFile{form, "mnuFile", "&File"};
+  MenuEntry mnuNew{mnuFile, "mnuNew", "&New Filter Configuration"};
+  MenuEntry mnuSave{mnuFile, "mnuSave", "&Save Setup File"};
+  MenuEntry mnuOpen{mnuFile, "mnuOpen", "&Open Setup File"};
+  MenuEntry mnuViewDescription{mnuFile, "mnuViewDescription", "&Edit File Description"};
+  MenuEntry mnuWorkingFolder{mnuFile, "mnuWorkingFolder", "Edit &Working Folder"};
   MenuEntry mnuExit{mnuFile, "mnuExit", "E&xit"};
 
   MenuEntry mnuSettings{form, "mnuSettings", "Setti&ngs"};
@@ -57,8 +67,15 @@ struct MasterControl {
   LevelBar lbOutputLeft{fraOutputs, "lbOutputLeft", "Left"};
   LevelBar lbOutputRight{fraOutputs, "lbOutputRight", "Right"};
 
+  // Shown while a filter has borrowed DSP stages.
+  ControlArray<Label, 0, 2> lblOversizeFilters{
+      form, "lblOversizeFilters", {"Oversize Filters", "A filter has borrowed DSP stages of the unit."}};
+
   Label lblStatus{form, "lblStatus", ""};
 
+  // Fills the panel from the record, with every handler of its controls inert.
+  void ConfigMasterControl();
+  void ShowOversize(bool shown);
   // Puts the check marks of the port and rate menus where the record says.
   void CheckPortAndRate();
   void CheckConnectEntries(bool connected);
@@ -77,6 +94,7 @@ struct MasterControl {
   // False where the operator wants to keep the session that a change would end.
   bool MayDisconnect(const std::string& title, const std::string& what);
   void OfferFirmwareUpdate();
+  void AskForNewSetup();
   void ShowAbout();
   void UpdateOnDemand();
 

@@ -1,11 +1,19 @@
 #include "shell/Session.h"
 
+#include <algorithm>
+#include <tuple>
 #include <utility>
 
 #include "model/Settings.h"
+#include "text/ProgramInfo.h"
 #include "text/modFile.h"
 
 namespace vc {
+namespace {
+
+using Connection = std::tuple<std::int16_t, std::int16_t>;
+
+}  // namespace
 
 Session::Session(Platform host)
     : platform(host),
@@ -13,11 +21,18 @@ Session::Session(Platform host)
       device(library, {settings.comPort, settings.baudIndex, settings.linkReady}),
       download(settings, device),
       config(settings),
+      coefReader(settings, device),
+      spectrumReader(settings, device),
+      setups(settings, host.files, host.desk),
       master(settings, device, platform.desk),
-      periodic(host.events, settings, device, master) {
+      periodic(host.events, settings, device, master),
+      lastState(settings, setups, platform) {
   FillLinkHooks();
   FillMasterHooks();
   FillModelHooks();
+  FillReadBackHooks();
+  FillSetupHooks();
+  FillFileMenuHooks();
 }
 
 void Session::FillLinkHooks() {
@@ -65,6 +80,55 @@ void Session::FillModelHooks() {
   periodic.sendChanges = [this] { SendChanges(); };
 }
 
+void Session::FillReadBackHooks() {
+  coefReader.hooks = {.mainTimer = [this](bool on) { periodic.EnableMainTimer(on); },
+                      .mainTimerEnabled = [this] { return periodic.tmrBargraph->Enabled(); },
+                      .runEvents = [this] { platform.events.RunEvents(0); },
+                      .sendChanges = [this] { SendChanges(); },
+                      .ending = [this] { return platform.events.Ending(); }};
+  periodic.requestCoefBlock = [this] { coefReader.PollDisplayed(); };
+  periodic.requestSpectrum = [this] { spectrumReader.RequestSpectrumData(); };
+  periodic.requestSif = [this] { spectrumReader.RequestSIFData(); };
+  periodic.showOversize = [this](bool shown) { master.ShowOversize(shown); };
+}
+
+void Session::FillSetupHooks() {
+  setups.hooks.portOpen = [this] { return device.comm.CommPortOpen; };
+  setups.hooks.readCoefficients = [this](int stage, CoefSpan coefficients) {
+    return coefReader.ReadFilterCoefficients(stage, coefficients);
+  };
+  lastState.keptUp = [this](bool kept) {
+    const std::string trouble = "The settings cannot be kept: the disk is full or cannot be written.";
+    ControlCore& status = master.lblStatus.core;
+    if (!kept) status.SetCaption(trouble);
+    if (kept && status.Caption() == trouble) status.SetCaption("");
+  };
+  lastState.settled = [this] { return !setupContext.working; };
+  setupContext.switchMainTimer = [this](bool on) {
+    const bool before = periodic.tmrBargraph->Enabled();
+    periodic.EnableMainTimer(on);
+    return before;
+  };
+  setupContext.stored = [this](const std::string& name) { NameSetup(name); };
+  setupContext.recalled = [this](const std::string& name) { TakeOnSetup(name); };
+}
+
+void Session::FillFileMenuHooks() {
+  MasterHooks& hooks = master.hooks;
+  hooks.newSetup = [this] { NewSetup(); };
+  hooks.storeSetup = [this] {
+    QueueRefresh(false);
+    stoSet.Show();
+  };
+  hooks.recallSetup = [this] {
+    QueueRefresh(false);
+    recSet.Show();
+  };
+  hooks.editDescription = [this] { description.Show(); };
+  hooks.pickWorkingFolder = [this] { frmWorkingFolder.Show(); };
+  master.form.activated = [this] { Activated(); };
+}
+
 void Session::SendChanges() {
   if (std::exchange(settings.fitPending, std::int16_t{0}) != 0 &&
       LayoutDiffers(settings, PlanFit(settings, true))) {
@@ -81,11 +145,14 @@ void Session::Start() {
   forms.Show(splash.form);
   platform.events.RunEvents(0);  // lets the splash paint
   periodic.eqLevelsWanted = false;
+  QueueRefresh(false);
   master.pbxInfoPic.SetImage(ConnectionIconImages);
   periodic.connectionState = StateConnected;
   periodic.tmrIcon->SetEnabled(true);
   InitSettings(settings);
-  master.CheckPortAndRate();
+  lastState.Claim();
+  lastState.Load();
+  master.ConfigMasterControl();
   periodic.ShowLevelBars();
   ConnectAtStart();
   config.ConfigureStages(true);
@@ -102,6 +169,46 @@ void Session::ConnectAtStart() {
   device.InitComPort(true);
 }
 
+// Handlers are inert while the flag is set: nothing that the loaded setup fills refits or clears it.
+void Session::NewSetup() {
+  const Connection standing{settings.comPort, settings.baudIndex};
+  settings.loadingSetup = true;
+  platform.desk.SetHourglass(true);
+  if (lastState.LoadFactorySetup()) {
+    if (device.comm.CommPortOpen) std::tie(settings.comPort, settings.baudIndex) = standing;
+    TakeOnSetup({});
+  }
+  settings.loadingSetup = false;
+  platform.desk.SetHourglass(false);
+}
+
+void Session::NameSetup(const std::string& name) {
+  const std::string caption = " Master Control Panel";
+  master.form.SetCaption(name.empty() ? ApplicationTitle + caption
+                                      : name + caption + " - " + ApplicationTitle);
+}
+
+void Session::TakeOnSetup(const std::string& name) {
+  NameSetup(name);
+  master.ConfigMasterControl();
+  config.ConfigureStages(true);
+}
+
+void Session::Activated() {
+  if (!std::exchange(refreshOnActivate, false)) return;
+  config.ConfigureStages(true);
+  forms.Hide(master.form);
+  forms.Show(master.form);
+}
+
+void Session::CloseAllButMaster() {
+  const auto isOther = [this](const Forms::Entry& entry) { return entry.form != &master.form; };
+  for (auto found = std::ranges::find_if(forms.open, isOther); found != forms.open.end();
+       found = std::ranges::find_if(forms.open, isOther)) {
+    forms.Unload(*found->form);
+  }
+}
+
 void Session::ShowObjectLog() {
   std::string text;
   objectLog.DumpObjects(text);
@@ -113,7 +220,9 @@ void Session::Exit() {
   if (exited) return;
   exited = true;
   forms.Hide(master.form);
+  CloseAllButMaster();  // what a panel still holds belongs to the state
   platform.desk.SetHourglass(true);
+  lastState.Save();
   device.DisconnectZorq(false);
   platform.desk.SetHourglass(false);
   periodic.EnableMainTimer(false);

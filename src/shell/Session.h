@@ -5,11 +5,20 @@
 
 #include "link/modDeviceComm.h"
 #include "link/veltrana.h"
+#include "model/CoefReader.h"
 #include "model/Download.h"
 #include "model/Fields.h"
+#include "model/SpectrumReader.h"
 #include "model/SystemSettings.h"
 #include "model/modDeviceConfig.h"
+#include "persist/Description.h"
+#include "persist/FrmWorkingFolder.h"
+#include "persist/RecSet.h"
+#include "persist/SetupContext.h"
+#include "persist/StoSet.h"
+#include "persist/modSettings.h"
 #include "platform/Platform.h"
+#include "shell/LastState.h"
 #include "shell/MasterControl.h"
 #include "shell/Notices.h"
 #include "shell/PeriodicService.h"
@@ -30,11 +39,20 @@ struct Session {
   modDeviceComm device;
   Download download;
   modDeviceConfig config;
+  CoefReader coefReader;
+  SpectrumReader spectrumReader;
+  modSettings setups;
   Forms forms;
   MasterControl master;
   PeriodicService periodic;
+  LastState lastState;
   FrmSplash splash;
   FrmDebug debug{forms};
+  SetupContext setupContext{settings, setups, platform.files, platform.desk, forms};
+  StoSet stoSet{setupContext};
+  RecSet recSet{setupContext};
+  Description description{setupContext};
+  FrmWorkingFolder frmWorkingFolder{setupContext};
 
   // Comes up with or without a unit; every failure on the way has told the operator.
   void Start();
@@ -43,16 +61,29 @@ struct Session {
   // Edits an element of the record by text, with all that an edit of that field entails. False and a reason
   // in error, with the record untouched, where the text is no value for it.
   bool EditRecord(const FieldRow& row, int i, int j, std::string_view text, std::string& error);
-  // Drops the line, closes every window and writes the object log. A second call does nothing.
+  // The master panel is to be fitted and shown anew when it becomes the active window again.
+  void QueueRefresh(bool wanted) { refreshOnActivate = wanted; }
+  // The factory setup in place of what is set; a link that stands keeps its port and rate.
+  void NewSetup();
+  // Keeps the state for the next run, drops the line, closes every window and writes the object log. A second
+  // call does nothing.
   void Exit();
 
  private:
   void FillLinkHooks();
   void FillMasterHooks();
   void FillModelHooks();
+  void FillReadBackHooks();
+  void FillSetupHooks();
+  void FillFileMenuHooks();
   void ConnectAtStart();
   void ShowObjectLog();
+  void Activated();
+  void TakeOnSetup(const std::string& name);
+  void NameSetup(const std::string& name);
+  void CloseAllButMaster();
 
+  bool refreshOnActivate = false;
   bool exited = false;
 };
 

@@ -18,7 +18,7 @@ struct Consoles : testing::Test {
   support::VirtualClock clock;
   host::TimerLoop loop{clock};
   std::ostringstream out;
-  ConsoleDesk desk{out, clock, {folder.Path(), folder.Path()}};
+  ConsoleDesk desk{out, clock, {PROGRAM_FOLDER, folder.Path()}};
   support::ScriptedUnit unit;
   support::VirtualPorts ports{clock, unit.End()};
   host::PosixFiles files;
@@ -67,6 +67,9 @@ TEST_F(Consoles, BoxesAreAnsweredFromTheQueue) {
   EXPECT_EQ(Say("get mnuBaudSelect(0)"), "mnuBaudSelect(0)\t1\n");
   EXPECT_EQ(Say("answer").find("error answer"), 0U);
   EXPECT_EQ(OneLine("a\tb\r\nc\\"), "a\\tb\\nc\\\\");
+  for (const char* sample : {"a\tb\n\n", "\\n", "c\\\n\\", ""})
+    EXPECT_EQ(FromOneLine(OneLine(sample)), sample);
+  EXPECT_EQ(FromOneLine("a\\x  \\"), "a\\x  \\");
 }
 
 TEST_F(Consoles, ProgressIsToldOnceASecond) {

@@ -73,6 +73,7 @@ struct DownloadWire : testing::Test {
     std::string program = folder.Path() + "/veltrana-console";
     fs::copy_file(CONSOLE_PROGRAM, program);
     fs::create_directory(folder.Path() + "/ports");
+    fs::copy_file(PROGRAM_FOLDER "/Factory Defaults.nrv", folder.Path() + "/Factory Defaults.nrv");
     fs::create_symlink(listener.Path(), folder.Path() + "/ports/COM1");
     return program;
   }

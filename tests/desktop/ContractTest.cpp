@@ -57,7 +57,10 @@ TEST(Contract, EveryControlHasItsWidgetItsNameAndItsStanding) {
   support::SampleForm sample;
   CheckForm(sample.form);
   support::TestSession world({});
-  for (vc::Form* form : {&world.session.master.form, &world.session.splash.form, &world.session.debug.form}) {
+  vc::Session& session = world.session;
+  for (vc::Form* form :
+       {&session.master.form, &session.splash.form, &session.debug.form, &session.stoSet.form,
+        &session.recSet.form, &session.description.form, &session.frmWorkingFolder.form}) {
     CheckForm(*form);
   }
 }
@@ -66,13 +69,13 @@ TEST(Contract, TheTabKeyGoesInTheDeclaredOrder) {
   Shown shown;
   shown.Focus("sldrCutoff");
   std::string order;
-  for (int press = 0; press < 10; ++press) {
+  for (int press = 0; press < 11; ++press) {
     order += QApplication::focusWidget()->objectName().toStdString() + " ";
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
   }
   EXPECT_EQ(order,
             "sldrCutoff txtCutoff sldrBalance cmbKind chkPart(1) chkPart(2) optMode(0) sldrBand(3) "
-            "txtBand(3) txtNotes ");
+            "txtBand(3) lstFiles txtNotes ");
 }
 
 TEST(Contract, NoTextIsCutOff) {

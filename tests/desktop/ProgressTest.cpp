@@ -12,6 +12,7 @@
 #include <QScreen>
 
 #include "Shown.h"
+#include "TempFolder.h"
 #include "UnitEnd.h"
 #include "VirtualClock.h"
 #include "desktop/QtDesk.h"
@@ -231,7 +232,8 @@ TEST(ProgressOfASession, TheFirstDownloadIsShownInTheSplashAndGoneWhenTheMasterP
   };
   support::VirtualPorts ports(clock, end);
   host::TimerLoop loop(clock);
-  QtDesk desk(clock, {});
+  const support::TempFolder folder;
+  QtDesk desk(clock, {PROGRAM_FOLDER, folder.Path()});
   host::PosixFiles files;
   vc::Session session({clock, loop, desk, ports, files});
   const FormWindows shownWindows(session.forms);

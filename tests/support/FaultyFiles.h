@@ -7,7 +7,8 @@ namespace support {
 
 class FaultyFiles : public vc::Files {
  public:
-  int failAt = 0;  // counted from 1; 0 for never
+  int failAt = 0;   // counted from 1; 0 for never
+  int failFor = 1;  // operations in a row
   int operations = 0;
 
   bool ReadStart(const std::string& path, std::size_t count, std::string& bytes) override {
@@ -44,7 +45,10 @@ class FaultyFiles : public vc::Files {
     FaultyFiles& files;
     std::unique_ptr<vc::NewFile> file;
   };
-  bool Works() { return ++operations != failAt; }
+  bool Works() {
+    ++operations;
+    return operations < failAt || operations >= failAt + failFor || failAt == 0;
+  }
 
   host::PosixFiles real;
 };

@@ -5,10 +5,10 @@
 #include <string>
 #include <vector>
 
+#include "FaultyFiles.h"
 #include "TempFolder.h"
 #include "VirtualClock.h"
 #include "VirtualLine.h"
-#include "host/PosixFiles.h"
 #include "host/TimerLoop.h"
 #include "shell/Session.h"
 
@@ -36,12 +36,13 @@ class TestDesk : public vc::Desk {
   void ShowProgress(int done, int total) override { progress.emplace_back(done, total); }
   void Beep() override { ++beeps; }
   std::string InstallFolder() const override { return installFolder; }
-  std::string ProgramFolder() const override { return installFolder; }
+  std::string ProgramFolder() const override { return programFolder; }
 
   std::vector<ShownBox> boxes;
   std::deque<vc::Answer> answers;
   bool hourglass = false;
   int beeps = 0;
+  std::string programFolder = PROGRAM_FOLDER;
   std::vector<std::pair<int, int>> progress;
 
  private:
@@ -49,14 +50,16 @@ class TestDesk : public vc::Desk {
 };
 
 struct TestSession {
-  explicit TestSession(FarEnd end) : ports(clock, std::move(end)) {}
+  // In a folder of its own, or in one that other sessions use before, after or beside it.
+  explicit TestSession(FarEnd end, const std::string& sharedFolder = {})
+      : desk(sharedFolder.empty() ? folder.Path() : sharedFolder), ports(clock, std::move(end)) {}
 
   TempFolder folder;
   VirtualClock clock;
   host::TimerLoop loop{clock};
-  TestDesk desk{folder.Path()};
+  TestDesk desk;
   VirtualPorts ports;
-  host::PosixFiles files;
+  FaultyFiles files;
   vc::Session session{{clock, loop, desk, ports, files}};
 };
 

@@ -42,6 +42,7 @@ void Tour::Run() {
   Photograph(&Master(), "master");
   ShowMenus();
   if (linked) ChangeRate();
+  StoreAndRecall();
   ShowAbout();
   ShowObjectLog();
   if (linked) Reconnect();

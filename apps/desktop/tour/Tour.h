@@ -27,6 +27,11 @@ class Tour {
   void ShowMenus();
   void ChangeRate();
   void ShowAbout();
+  // Stores a setup, changes something, recalls it; the windows for the description and the folder.
+  void StoreAndRecall();
+  void StoreSetup(const QString& name);
+  void RecallSetup(const QString& name);
+  void ShowFileWindow(const std::string& entry, const vc::Form& form);
   void ShowObjectLog();
   void Reconnect();
   void LeaveProgram();
@@ -37,6 +42,9 @@ class Tour {
   void Photograph(QWidget* window, const std::string& name);
   void Choose(const std::vector<std::string>& menus, const std::string& entry);
   desktop::FormWindow& Master() const { return *program.windows.WindowOf(program.session.master.form); }
+  // The window of a form that is up, with a picture of it; null, and a failure, where it is not.
+  desktop::FormWindow* Opened(const vc::Form& form, const std::string& picture);
+  void PressOk(desktop::FormWindow& window, const vc::Form& form, const std::string& what);
   // What a widget of the master panel says, by the name of its control.
   std::string Spoken(const char* control) const;
   bool Shows(const std::string& state) const { return Spoken("txtComInfo") == state; }

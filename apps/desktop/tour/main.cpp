@@ -26,8 +26,13 @@ int main(int argc, char** argv) {
   argc = 1;  // no command line is taken
   desktop::Application application(argc, argv);
   desktop::ApplyTheme(desktop::Theme::Light);
-  desktop::Program program;
-  tour::Album album(std::filesystem::path(program.folders.executable).parent_path() / "tour");
+  const std::string folder = host::FindFolders().executable;
+  const auto pictures = std::filesystem::path(folder).parent_path() / "tour";
+  const auto state = pictures / "state";  // the operator's own stays as it is
+  std::filesystem::remove_all(state);
+  std::filesystem::create_directories(state);
+  desktop::Program program({folder, state.string()});
+  tour::Album album(pictures);
   tour::Tour walk(program, album);
   QTimer::singleShot(0, &application, [&walk] { walk.Run(); });
   QApplication::exec();

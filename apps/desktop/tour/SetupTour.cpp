@@ -1,0 +1,88 @@
+// The part of the walk that goes through the windows for setup files.
+#include <filesystem>
+
+#include <QtTest>
+
+#include "desktop/tour/Hand.h"
+#include "desktop/tour/Tour.h"
+
+namespace tour {
+namespace {
+
+constexpr int PatienceMilliseconds = 5000;
+
+// Types over what is there.
+void Type(desktop::FormWindow& window, const char* control, const QString& text) {
+  auto* widget = window.findChild<QWidget*>(control);
+  widget->setFocus();
+  QTest::keyClick(widget, Qt::Key_A, Qt::ControlModifier);
+  QTest::keyClicks(widget, text);
+}
+
+}  // namespace
+
+desktop::FormWindow* Tour::Opened(const vc::Form& form, const std::string& picture) {
+  desktop::FormWindow* window = program.windows.WindowOf(form);
+  const bool up = window != nullptr && QTest::qWaitForWindowActive(window, PatienceMilliseconds);
+  Expect(up, form.name + " came up");
+  if (up) Photograph(window, picture);
+  return up ? window : nullptr;
+}
+
+void Tour::PressOk(desktop::FormWindow& window, const vc::Form& form, const std::string& what) {
+  QTest::mouseClick(window.findChild<QWidget*>("btnOK"), Qt::LeftButton);
+  const auto gone = [this, &form] { return program.windows.WindowOf(form) == nullptr; };
+  Expect(QTest::qWaitFor(gone, PatienceMilliseconds), what);
+}
+
+void Tour::StoreAndRecall() {
+  vc::Session& session = program.session;
+  StoreSetup("Church Hall");
+  Expect(Master().windowTitle() == "Church Hall.nrv Master Control Panel - Veltrana",
+         "the title follows the file");
+  session.settings.ihpfCutoff = 321;
+  RecallSetup("Church Hall");
+  Expect(
+      session.settings.ihpfCutoff != 321 && session.settings.setupDescription == "Hum, and a fan on the left",
+      "the recall brought the setup back");
+  ShowFileWindow("mnuViewDescription", session.description.form);
+  ShowFileWindow("mnuWorkingFolder", session.frmWorkingFolder.form);
+  boxes.AnswerNext(QMessageBox::No);
+  Choose({"mnuFile"}, "mnuNew");
+  Expect(boxes.LastTitle() == "Create New Setup", "a new setup asks first");
+}
+
+void Tour::StoreSetup(const QString& name) {
+  const vc::Form& form = program.session.stoSet.form;
+  for (const bool again : {false, true}) {
+    Choose({"mnuFile"}, "mnuSave");
+    desktop::FormWindow* window = Opened(form, again ? "store-again" : "store");
+    if (window == nullptr) return;
+    Type(*window, "txtFileName", name);
+    Type(*window, "txtDescription", "Hum, and a fan on the left");
+    if (again) {
+      boxes.AnswerNext(QMessageBox::Yes);
+      Photograph(window, "store-existing");
+    }
+    PressOk(*window, form, again ? "it is stored over the old file" : "the setup is stored");
+    if (again) Expect(boxes.LastTitle() == "File Already Exists", "a file that is there is asked for");
+  }
+}
+
+void Tour::RecallSetup(const QString& name) {
+  const vc::Form& form = program.session.recSet.form;
+  Choose({"mnuFile"}, "mnuOpen");
+  desktop::FormWindow* window = Opened(form, "recall-empty");
+  if (window == nullptr) return;
+  Type(*window, "txtFileName", name);
+  Photograph(window, "recall");
+  PressOk(*window, form, "the setup is recalled");
+}
+
+void Tour::ShowFileWindow(const std::string& entry, const vc::Form& form) {
+  Choose({"mnuFile"}, entry);
+  desktop::FormWindow* window = Opened(form, form.name);
+  if (window != nullptr) PressOk(*window, form, "OK closes it");
+}
+
+}  // namespace tour

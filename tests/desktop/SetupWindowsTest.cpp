@@ -1,0 +1,101 @@
+// The store and recall windows under the operator's hands: mouse and keys on real widgets, real files.
+#include <gtest/gtest.h>
+
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QtTest>
+
+#include "SetupFixture.h"
+#include "desktop/FormWindows.h"
+#include "persist/RecSet.h"
+#include "persist/StoSet.h"
+
+namespace desktop {
+namespace {
+
+struct SetupWindows : support::SetupFixture {
+  vc::Forms forms;
+  FormWindows windows{forms};
+  vc::SetupContext context{settings, setups, files, desk, forms};
+  vc::StoSet store{context};
+  vc::RecSet recall{context};
+
+  template <typename Dialog>
+  void Open(Dialog& dialog) {
+    dialog.Show();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(windows.WindowOf(dialog.form)));
+    QCoreApplication::processEvents();
+  }
+  template <typename Widget>
+  Widget& At(const char* name) {
+    return *windows.WindowOf(*forms.Top())->findChild<Widget*>(QLatin1String(name));
+  }
+  void DoubleClick(const char* name, int row) {
+    auto& list = At<QListWidget>(name);
+    const QPoint place = list.visualItemRect(list.item(row)).center();
+    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place);
+    QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
+  }
+};
+
+TEST_F(SetupWindows, AStoreIsTypedAndEndsWithEnter) {
+  settings.lpfCutoff[1] = 1234;
+  Open(store);
+  auto& name = At<QLineEdit>("txtFileName");
+  EXPECT_TRUE(name.hasFocus());
+  EXPECT_FALSE(At<QPushButton>("btnOK").isEnabled());
+  QTest::keyClicks(&name, "My Setup");
+  QTest::keyClick(&name, Qt::Key_Return);
+  EXPECT_TRUE(forms.open.empty());
+  EXPECT_TRUE(std::filesystem::exists(folder.Path() + "/My Setup.nrv"));
+
+  Open(store);
+  EXPECT_EQ(At<QLineEdit>("txtFileName").selectedText(), "My Setup.nrv");
+  auto& place = At<QLineEdit>("txtFolder");
+  place.setFocus();  // which selects what is there
+  QTest::keyClicks(&place, "/");
+  QTest::keyClick(&place, Qt::Key_Return);  // goes there and stores nothing
+  EXPECT_EQ(store.chooser.folders.Folder(), "/");
+  EXPECT_EQ(forms.Top(), &store.form);
+  QTest::keyClick(&place, Qt::Key_Escape);
+  EXPECT_TRUE(forms.open.empty());
+  EXPECT_TRUE(desk.boxes.empty());
+}
+
+TEST_F(SetupWindows, ARecallIsPickedWithMouseOrKeys) {
+  const std::string odd = folder.Path() + "/sub/\xFF.nrv";
+  std::filesystem::create_directory(folder.Path() + "/sub");
+  settings.setupDescription = "odd one";
+  for (const auto& [where, cutoff] : {std::pair(path, 777), std::pair(odd, 888)}) {
+    settings.lpfCutoff[1] = static_cast<std::int16_t>(cutoff);
+    ASSERT_TRUE(setups.SaveSetupFile(where, 0));
+  }
+  Open(recall);
+  auto& list = At<QListWidget>("fileVw");
+  EXPECT_TRUE(list.hasFocus());
+  EXPECT_EQ(recall.chooser.txtFileName.Text(), "");
+  QTest::keyClick(&list, Qt::Key_Down);
+  EXPECT_EQ(At<QLineEdit>("txtFileName").text(), "One.nrv");
+  QTest::keyClick(&list, Qt::Key_Return);
+  EXPECT_EQ(settings.lpfCutoff[1], 777);
+  EXPECT_TRUE(forms.open.empty());
+
+  Open(recall);
+  DoubleClick("folderVw", 1);
+  ASSERT_EQ(At<QListWidget>("fileVw").count(), 1);
+  DoubleClick("fileVw", 0);
+  EXPECT_EQ(settings.lpfCutoff[1], 888);
+  EXPECT_TRUE(forms.open.empty());
+
+  Open(recall);
+  At<QLineEdit>("txtFileName").setFocus();
+  QTest::keyClicks(&At<QLineEdit>("txtFileName"), "nowhere");
+  QTest::mouseClick(&At<QPushButton>("btnOK"), Qt::LeftButton);
+  EXPECT_EQ(desk.boxes.size(), 1U);
+  QTest::mouseClick(&At<QPushButton>("btnCancel"), Qt::LeftButton);
+  EXPECT_TRUE(forms.open.empty());
+}
+
+}  // namespace
+}  // namespace desktop

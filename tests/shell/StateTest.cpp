@@ -1,0 +1,332 @@
+// What one run leaves to the next: starts, exits, crashes, second programs, new setups and recalls.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "RandomRecord.h"
+#include "SetupFixture.h"
+#include "TestSession.h"
+#include "WatchedUnit.h"
+#include "model/FieldText.h"
+#include "model/Kinds.h"
+#include "persist/SafeFile.h"
+#include "widgets/ControlText.h"
+
+namespace vc {
+namespace {
+
+using support::Content;
+using support::Put;
+using support::TestSession;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+
+struct States : testing::Test {
+  support::TempFolder folder;
+  support::WatchedUnit unit;
+  std::string last = folder.Path() + "/veltrana.set";
+
+  std::string Path(const std::string& name) const { return folder.Path() + "/" + name; }
+  void Learn(unsigned page, std::int32_t first) {
+    std::vector<std::int32_t> coefficients(2000);
+    for (std::size_t i = 0; i < coefficients.size(); ++i) {
+      coefficients[i] = (i % 2 == 0 ? 1 : -1) * (first + static_cast<std::int32_t>(i));
+    }
+    unit.Now().Learn(page, coefficients);
+  }
+};
+
+// A run of the program in the common folder.
+struct Outing : TestSession {
+  explicit Outing(States& states, bool plugged = true)
+      : TestSession(states.unit.End(), states.folder.Path()) {
+    ports.state.absent = !plugged;
+  }
+  Session& Started() {
+    session.Start();
+    return session;
+  }
+  std::vector<std::string> Titles() const {
+    std::vector<std::string> titles;
+    for (const support::ShownBox& shown : desk.boxes) titles.push_back(shown.title);
+    return titles;
+  }
+  void Edit(const std::string& field, const std::string& text, int i = 0, int j = 0) {
+    std::string error;
+    EXPECT_TRUE(session.EditRecord(*FindField(field), i, j, text, error)) << error;
+  }
+  // By names, as the operator does it.
+  std::string Do(const std::string& control, const std::string& text = {}) {
+    const AnyControl* found = FindControl(*session.forms.Top(), control);
+    if (found == nullptr) return "no " + control + " on " + session.forms.Top()->name;
+    return text.empty() ? ClickControl(*found) : TypeInto(*found, text, false);
+  }
+};
+
+std::string SetupOf(Session& session) { return WriteSetup(session.settings, 0, {}); }
+
+TEST_F(States, AFirstStartIsOnTheFactorySetupAndTheNextOnTheLastState) {
+  std::string left;
+  {
+    Outing first(*this, false);
+    Session& session = first.Started();
+    EXPECT_THAT(first.Titles(), ElementsAre("Invalid/Unavailable for Local Veltrana Connection"));
+    EXPECT_EQ(session.settings.workingFolder, "");
+    EXPECT_EQ(session.settings.setupDescription, "");
+    EXPECT_EQ(session.settings.numFilters, 1);
+    first.Edit("bandwidthIndex", "3");
+    first.Edit("filterType", "3", 1);
+    first.Edit("hpfCutoff", "777", 1);
+    first.Edit("yellowSignal", "4");
+    first.Edit("averagerMode", "4");
+    first.Edit("baudIndex", "2");
+    first.Edit("workingFolder", folder.Path());
+    session.Exit();
+    left = SetupOf(session);
+    EXPECT_EQ(Content(last), left);
+    EXPECT_EQ(first.ports.state.openings, 0);
+  }
+  Outing second(*this, false);
+  Session& session = second.Started();
+  EXPECT_EQ(SetupOf(session), left);
+  EXPECT_EQ(session.settings.bandwidthHz, 8000);
+  EXPECT_TRUE(session.master.mnuBaudSelect(2).Checked());
+  EXPECT_FALSE(session.master.mnuBaudSelect(4).Checked());
+  session.Exit();
+  EXPECT_EQ(Content(last), left);
+}
+
+TEST_F(States, ADamagedLastStateIsPutAsideAndNothingIsSaid) {
+  Put(last, "\"VELTRA\"\r\n\"mine\"\r\n0\r\n3\r\n2\r\nnonsense\r\n");
+  const std::string damaged = Content(last);
+  Outing run(*this);
+  Session& session = run.Started();
+  EXPECT_THAT(run.Titles(), IsEmpty());
+  EXPECT_EQ(session.settings.comPort, 1);
+  EXPECT_EQ(Content(last + ".damaged"), damaged);
+  session.Exit();
+  EXPECT_TRUE(Content(last).starts_with("\"VELTRA\"\r\n\"\"\r\n0\r\n1\r\n4\r\n"));
+}
+
+TEST_F(States, WithoutAFactorySetupTheDefaultsStayAndItIsSaidOnce) {
+  Outing run(*this);
+  run.desk.programFolder = folder.Path();
+  Session& session = run.Started();
+  EXPECT_THAT(run.Titles(), ElementsAre("Unable to Load File"));
+  EXPECT_EQ(run.desk.boxes[0].text, "Factory Defaults.nrv cannot be opened.");
+  EXPECT_TRUE(session.device.comm.CommPortOpen);
+  EXPECT_EQ(session.settings.numFilters, 1);
+}
+
+TEST_F(States, WhatTheUnitHoldsAfterAStartIsWhatTheSetupSays) {
+  std::mt19937 random{12};
+  for (int round = 0; round < 12; ++round) {
+    std::string afterStart;
+    {
+      SystemSettings left;
+      support::RandomizeRecord(left, random);
+      left.comPort = 1;
+      left.baudIndex = 4;
+      left.workingFolder.clear();
+      left.setupDescription.clear();  // a start does not take it
+      Put(last, WriteSetup(left, 0, {}));
+      unit.PlugInAnother();
+      Outing run(*this);
+      Session& session = run.Started();
+      EXPECT_EQ(SetupOf(session), Content(last)) << round;
+      afterStart = unit.Dump();
+      unit.PlugInAnother();
+      session.config.ConfigureStages(true);
+      EXPECT_EQ(unit.Dump(), afterStart) << round;
+    }
+  }
+}
+
+TEST_F(States, AUnitAtAnotherRateOrWithOldFirmwareCostsNoSetting) {
+  Put(last, "\"VELTRA\"\r\n\"\"\r\n0\r\n1\r\n0\r\n3\r\n");
+  {
+    Outing run(*this);  // 9600 baud, which the unit does not hear
+    Session& session = run.Started();
+    EXPECT_THAT(run.Titles(), ElementsAre("Veltrana Not Present"));
+    EXPECT_EQ(session.settings.limiterThreshold, 3);
+    session.Exit();
+    EXPECT_EQ(session.settings.baudIndex, 0);
+  }
+  for (const int firmware : {400, 401}) {
+    Put(last, "\"VELTRA\"\r\n\"\"\r\n0\r\n1\r\n4\r\n3\r\n");
+    unit::Options options;
+    options.firmwareHundredths = firmware;
+    unit.PlugIn(options);
+    Outing run(*this);
+    Session& session = run.Started();
+    EXPECT_EQ(run.desk.boxes.size(), firmware == 400 ? 2U : 0U);
+    EXPECT_TRUE(session.settings.linkReady);
+    EXPECT_EQ(session.settings.limiterThreshold, 3);
+    session.Exit();
+  }
+}
+
+TEST_F(States, TheExitKeepsWhatTheUnitHasLearnedAndTheNextStartFilesIt) {
+  {
+    Outing run(*this);
+    Session& session = run.Started();
+    run.Edit("configMode", "2");
+    run.Edit("ch1Taps", "300", 1);
+    run.Edit("filterType", "0", 4);
+    run.Edit("workingFolder", folder.Path());
+    run.loop.RunFor(1000);
+    Learn(0, 1000);
+    Learn(1, 5000);
+    session.Exit();
+    EXPECT_FALSE(run.ports.state.open);
+  }
+  EXPECT_THAT(Content(last), HasSubstr("\"Coefficients\"\r\n1\r\n300\r\n1000\r\n-1001\r\n1002\r\n"));
+  EXPECT_THAT(Content(last),
+              HasSubstr("\"Coefficients\"\r\n4\r\n4\r\n5000\r\n-5001\r\n5002\r\n-5003\r\n0\r\n0"));
+  {
+    Outing run(*this, false);
+    run.Started();
+    EXPECT_THAT(Content(Path("Previous Left Filter 1 Settings.cof")),
+                HasSubstr("300\r\n4\r\n0\r\n0\r\n0\r\n0\r\n\"Coefficients\"\r\n1\r\n300\r\n1000\r\n"));
+    EXPECT_THAT(Content(Path("Previous Right Filter 1 Settings.cof")),
+                HasSubstr("\"Coefficients\"\r\n4\r\n4\r\n5000\r\n"));
+    run.session.Exit();
+  }
+  EXPECT_EQ(Content(last).find("Coefficients"), std::string::npos);
+}
+
+TEST_F(States, AUnitThatFallsSilentCostsTheExitItsCoefficientsOnly) {
+  Outing run(*this);
+  Session& session = run.Started();
+  run.Edit("ihpfCutoff", "333");
+  run.loop.RunFor(1000);
+  unit.FallSilent();
+  session.Exit();
+  EXPECT_EQ(Content(last), SetupOf(session));
+  EXPECT_EQ(session.settings.ihpfCutoff, 333);
+  EXPECT_EQ(session.settings.filterAdapt[1], 1);
+}
+
+TEST_F(States, AKilledProgramLosesTheLastSecondsAtMost) {
+  {
+    Outing run(*this);
+    run.Started();
+    run.Edit("ihpfCutoff", "321");
+    run.loop.RunFor(6000);
+    run.Edit("ihpfCutoff", "444");  // and no exit
+  }
+  Outing run(*this);
+  EXPECT_EQ(run.Started().settings.ihpfCutoff, 321);
+}
+
+TEST_F(States, ADiskThatFillsIsTriedAgain) {
+  Outing run(*this);
+  Session& session = run.Started();
+  run.Edit("ihpfCutoff", "321");
+  run.files.failAt = run.files.operations + 1;
+  run.loop.RunFor(4500);
+  EXPECT_THAT(session.master.lblStatus.core.Caption(), HasSubstr("cannot be kept"));
+  run.loop.RunFor(2500);
+  EXPECT_EQ(session.master.lblStatus.core.Caption(), "");
+  EXPECT_EQ(Content(last), SetupOf(session));
+  session.device.DisconnectZorq(true);
+  run.files.failAt = run.files.operations + 3;  // both attempts of the exit
+  run.files.failFor = 1000;
+  session.Exit();
+  EXPECT_EQ(run.desk.boxes.back().title, "Unable to Save File");
+  EXPECT_EQ(run.desk.boxes.back().text,
+            "veltrana.set.  Disk Full or veltrana.set cannot be opened.  Cancelling parameter store...");
+}
+
+TEST_F(States, ASecondProgramSaysSoAndLeavesTheFirstOnesState) {
+  Outing first(*this);
+  first.Started();
+  Outing second(*this, false);
+  second.Started();
+  EXPECT_EQ(second.Titles().front(), "Veltrana Is Already Running");
+  second.Edit("ihpfCutoff", "222");
+  first.Edit("ihpfCutoff", "333");
+  first.loop.RunFor(6000);
+  second.loop.RunFor(6000);
+  first.session.device.DisconnectZorq(true);
+  first.session.Exit();
+  second.session.Exit();
+  EXPECT_EQ(Content(last), SetupOf(first.session));
+}
+
+TEST_F(States, ANewSetupIsAskedForAndKeepsTheLink) {
+  Outing run(*this);
+  Session& session = run.Started();
+  run.Edit("bandwidthIndex", "5");
+  session.setupContext.stored("Old.nrv");
+  EXPECT_EQ(run.Do("mnuNew"), "");
+  EXPECT_EQ(session.settings.bandwidthIndex, 5);
+  EXPECT_EQ(run.desk.boxes.back().title, "Create New Setup");
+  // A link on another port than the factory setup's.
+  session.device.DisconnectZorq(true);
+  session.settings.comPort = 3;
+  session.master.mnuConnect.Click();
+  run.desk.answers = {Answer::Yes};
+  EXPECT_EQ(run.Do("mnuNew"), "");
+  EXPECT_EQ(session.settings.bandwidthIndex, 0);
+  EXPECT_EQ(session.settings.comPort, 3);
+  EXPECT_TRUE(session.master.mnuComSelect(3).Checked());
+  EXPECT_TRUE(session.settings.linkReady && session.device.comm.CommPortOpen);
+  EXPECT_FALSE(session.settings.loadingSetup);
+  EXPECT_EQ(session.master.form.Caption(), "Veltrana Master Control Panel");
+  const std::string now = unit.Dump();
+  unit.PlugInAnother();
+  session.config.ConfigureStages(true);
+  EXPECT_EQ(unit.Dump(), now);
+}
+
+TEST_F(States, ASetupGoesOutToAFileAndComesBackIntoTheUnit) {
+  Outing run(*this);
+  Session& session = run.Started();
+  run.Edit("bandwidthIndex", "5");
+  run.Edit("configMode", "2");
+  run.Edit("filterType", "12", 1);
+  run.Edit("hiResCurve", "-20", 1, 100);
+  run.Edit("specAverages", "7");
+  run.loop.RunFor(1000);
+  const std::string stored = SetupOf(session), held = unit.Dump();
+  EXPECT_EQ(run.Do("mnuSave"), "");
+  EXPECT_EQ(run.Do("txtFileName", "Tape 1"), "");
+  EXPECT_EQ(run.Do("txtDescription", "Interview \"A\""), "");
+  EXPECT_EQ(run.Do("btnOK"), "");
+  EXPECT_EQ(session.master.form.Caption(), "Tape 1.nrv Master Control Panel - Veltrana");
+  run.Edit("configMode", "0");
+  run.Edit("bandwidthIndex", "1");
+  run.Edit("setupDescription", "other");
+  session.settings.workingFolder = folder.Path();
+  run.loop.RunFor(1000);
+  EXPECT_EQ(run.Do("mnuOpen"), "");
+  EXPECT_EQ(run.Do("txtFileName", "Tape 1"), "");
+  EXPECT_EQ(run.Do("btnOK"), "");
+  EXPECT_EQ(session.settings.setupDescription, "Interview \"A\"");
+  EXPECT_EQ(session.settings.workingFolder, folder.Path());
+  session.settings.setupDescription.clear();
+  session.settings.workingFolder.clear();
+  EXPECT_EQ(SetupOf(session), stored);
+  EXPECT_EQ(unit.Dump(), held);
+  EXPECT_TRUE(session.periodic.tmrBargraph->Enabled());
+  EXPECT_THAT(run.Titles(), IsEmpty());
+}
+
+TEST_F(States, AQueuedRefreshRunsWhenTheMasterIsActiveAgain) {
+  Outing run(*this);
+  Session& session = run.Started();
+  unit.PlugInAnother();
+  session.QueueRefresh(true);
+  run.Do("mnuSave");  // a file window takes the refresh back
+  session.forms.Unload(session.stoSet.form);
+  session.master.form.activated();
+  EXPECT_EQ(unit.Now().registers().values[0], std::nullopt);
+  session.QueueRefresh(true);
+  session.master.form.activated();
+  EXPECT_NE(unit.Now().registers().values[0], std::nullopt);
+  EXPECT_EQ(session.forms.Top(), &session.master.form);
+}
+
+}  // namespace
+}  // namespace vc
