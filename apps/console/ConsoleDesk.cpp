@@ -99,13 +99,13 @@ vc::Answer ConsoleDesk::Box(int code, const std::string& title, const std::strin
 
 void ConsoleDesk::Beep() { out << "beep" << std::endl; }
 
-void ConsoleDesk::ShowProgress(int done, int total) {
+void ConsoleDesk::ShowProgress(std::string_view what, int done, int total) {
   constexpr std::int64_t second = 1000000;
   const std::int64_t now = clock.Microseconds();
   if (done == 0) lastProgress = now;
   if (now - lastProgress < second) return;
   lastProgress = now;
-  out << "progress\t" << done << '\t' << total << std::endl;
+  out << "progress\t" << what << '\t' << done << '\t' << total << std::endl;
 }
 
 }  // namespace console

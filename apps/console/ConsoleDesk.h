@@ -25,8 +25,8 @@ class ConsoleDesk : public vc::Desk {
   // A line "beep".
   void Beep() override;
   void SetHourglass(bool /*shown*/) override {}
-  // A line "progress", done, total once a second.
-  void ShowProgress(int done, int total) override;
+  // A line "progress", what, done, total once a second.
+  void ShowProgress(std::string_view what, int done, int total) override;
   std::string InstallFolder() const override { return folders.writable; }
   std::string ProgramFolder() const override { return folders.executable; }
 

@@ -74,7 +74,7 @@ QRect PlaceIn(const QWidget& window, QLabel& label) {
 
 }  // namespace
 
-void ProgressNote::Show(int done, int total) {
+void ProgressNote::Show(std::string_view what, int done, int total) {
   const bool ended = done >= total;
   const std::int64_t now = clock.Microseconds();
   if (ended || done <= 0) {
@@ -86,15 +86,15 @@ void ProgressNote::Show(int done, int total) {
   if (now - *started <= Patience) return;
   if (label != nullptr && now - painted < Interval) return;
   painted = now;
-  Paint(done, total);
+  Paint(what, done, total);
 }
 
-void ProgressNote::Paint(int done, int total) {
+void ProgressNote::Paint(std::string_view what, int done, int total) {
   QWidget* window = WindowToUse();
   if (label != nullptr && label->window() != window) Remove();
   if (window == nullptr) return;
   if (label == nullptr) label = NewLabel(window);
-  label->setText(QStringLiteral("Sending settings: %1 of %2").arg(done).arg(total));
+  label->setText(QStringLiteral("%1: %2 of %3").arg(ToQt(std::string(what))).arg(done).arg(total));
   label->setAccessibleDescription(label->text());
   label->setGeometry(PlaceIn(*window, *label));
   label->raise();

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 #include <QLabel>
 #include <QPointer>
@@ -19,12 +20,12 @@ class ProgressNote {
   // done of total, from 0 on; 0 begins a new work, total or more ends it. Shown in the active window once the
   // work has lasted longer than 300 ms, and then brought up to date at most every 100 ms. Without a window on
   // the screen nothing is shown.
-  void Show(int done, int total);
+  void Show(std::string_view what, int done, int total);
   // Off the screen at once. The next Show of the same work brings it back.
   void Remove();
 
  private:
-  void Paint(int done, int total);
+  void Paint(std::string_view what, int done, int total);
 
   vc::Clock& clock;
   std::optional<std::int64_t> started;  // in microseconds, as below; empty between two works

@@ -22,7 +22,7 @@ class QtDesk : public vc::Desk {
   vc::Answer Box(int code, const std::string& title, const std::string& text) override;
   void Beep() override;
   void SetHourglass(bool shown) override;
-  void ShowProgress(int done, int total) override { note.Show(done, total); }
+  void ShowProgress(std::string_view what, int done, int total) override { note.Show(what, done, total); }
   std::string InstallFolder() const override { return folders.writable; }
   std::string ProgramFolder() const override { return folders.executable; }
 

@@ -108,6 +108,7 @@ bool CoefReader::ReadBlocks(int stage, CoefSpan blocks) {
   std::int16_t block = 0;
   do {
     if (!ReadNextBlock(stage, block, blocks)) return false;
+    hooks.blockRead();
     // A handler may have edited the stage: what was read belongs to a filter that is no more.
     if (CoefficientCount(settings, stage) != count) return false;
   } while (block != 0);

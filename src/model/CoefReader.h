@@ -19,6 +19,7 @@ struct CoefHooks {
   std::function<void()> runEvents = [] {};
   // Brings the unit up to the record.
   std::function<void()> sendChanges = [] {};
+  std::function<void()> blockRead = [] {};  // one more of a blocking read
   // The program is to end.
   std::function<bool()> ending = [] { return false; };
 };

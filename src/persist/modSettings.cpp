@@ -15,6 +15,8 @@
 namespace vc {
 namespace {
 
+constexpr int BlockSize = CoefBlockSize;
+
 // Six stages of the longest filters take less than half of it.
 constexpr std::size_t LargestSetup = std::size_t{4} << 20U;
 
@@ -84,14 +86,24 @@ bool modSettings::KeepLearned(const LearnedStages& learned) {
 
 bool modSettings::SaveSetupFile(const std::string& path, std::int16_t protect) {
   LearnedStages learned;
-  if (hooks.portOpen()) {
-    std::vector<std::int32_t> buffer(CoefCapacity);
-    for (const int stage : StagesWithBlocks(settings)) {
-      if (!hooks.readCoefficients(stage, std::span<std::int32_t, CoefCapacity>(buffer))) return false;
-      learned[stage].assign(buffer.begin(), buffer.begin() + CoefficientCount(settings, stage));
-    }
-  }
+  if (hooks.portOpen() && !ReadLearned(learned)) return false;
   return WriteWholeFile(files, path, WriteSetup(settings, protect, learned));
+}
+
+bool modSettings::ReadLearned(LearnedStages& learned) {
+  const std::vector<int> stages = StagesWithBlocks(settings);
+  blocksRead = blocksToRead = 0;
+  for (const int stage : stages) {
+    blocksToRead += (CoefficientCount(settings, stage) + BlockSize - 1) / BlockSize;
+  }
+  hooks.progress(0, blocksToRead);
+  std::vector<std::int32_t> buffer(CoefCapacity);
+  for (const int stage : stages) {
+    if (!hooks.readCoefficients(stage, std::span<std::int32_t, CoefCapacity>(buffer))) return false;
+    learned[stage].assign(buffer.begin(), buffer.begin() + CoefficientCount(settings, stage));
+  }
+  hooks.progress(blocksToRead, blocksToRead);
+  return true;
 }
 
 bool modSettings::SaveWithoutCoefficients(const std::string& path, std::int16_t protect) {

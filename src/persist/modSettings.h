@@ -28,6 +28,8 @@ struct SetupHooks {
   // Learned coefficients of a stage, read back from the unit; false where that failed.
   std::function<bool(int stage, std::span<std::int32_t, CoefCapacity> coefficients)> readCoefficients =
       [](int, std::span<std::int32_t, CoefCapacity>) { return false; };
+  // How many blocks of how many have been read back.
+  std::function<void(int done, int total)> progress = [](int, int) {};
 };
 
 struct modSettings {
@@ -56,12 +58,17 @@ struct modSettings {
   // the program keeps its files, then beside the executable. A name that is nowhere comes back as it is.
   std::string Locate(const std::string& name) const;
 
+  // Told of every block that the reading of coefficients has brought.
+  void CountBlock() { hooks.progress(++blocksRead, blocksToRead); }
+
  private:
+  bool ReadLearned(LearnedStages& learned);
   bool KeepLearned(const LearnedStages& learned);
 
   SystemSettings& settings;
   Files& files;
   const Desk& desk;
+  int blocksRead = 0, blocksToRead = 0;  // by the save that is under way
 };
 
 // True for the identifiers of this program and of those whose files it can read.

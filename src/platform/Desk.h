@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace vc {
 
@@ -50,9 +51,9 @@ class Desk {
   virtual Answer Box(int code, const std::string& title, const std::string& text) = 0;
   virtual void Beep() = 0;
   virtual void SetHourglass(bool shown) = 0;
-  // Something long is under way and has come so far; done equal to total ends it. It is called between the
-  // steps of a blocking routine: it may draw, but must let no event handler run.
-  virtual void ShowProgress(int done, int total) = 0;
+  // Something long ("Sending settings") is under way and has come so far; done equal to total ends it. It is
+  // called between the steps of a blocking routine: it may draw, but must let no event handler run.
+  virtual void ShowProgress(std::string_view what, int done, int total) = 0;
   // Where the program reads and writes its own files, without a separator at the end: the executable's
   // folder, or the user's data folder where that one cannot be written.
   virtual std::string InstallFolder() const = 0;

@@ -76,7 +76,9 @@ void Session::FillModelHooks() {
   };
   config.hooks.unitOption = [this] { return device.status.unitOption; };
   config.hooks.download = [this](int mode) { download.DownloadSettings(mode); };
-  download.progress = [this](int done, int total) { platform.desk.ShowProgress(done, total); };
+  download.progress = [this](int done, int total) {
+    platform.desk.ShowProgress("Sending settings", done, total);
+  };
   periodic.sendChanges = [this] { SendChanges(); };
 }
 
@@ -85,6 +87,7 @@ void Session::FillReadBackHooks() {
                       .mainTimerEnabled = [this] { return periodic.tmrBargraph->Enabled(); },
                       .runEvents = [this] { platform.events.RunEvents(0); },
                       .sendChanges = [this] { SendChanges(); },
+                      .blockRead = [this] { setups.CountBlock(); },
                       .ending = [this] { return platform.events.Ending(); }};
   periodic.requestCoefBlock = [this] { coefReader.PollDisplayed(); };
   periodic.requestSpectrum = [this] { spectrumReader.RequestSpectrumData(); };
@@ -96,6 +99,9 @@ void Session::FillSetupHooks() {
   setups.hooks.portOpen = [this] { return device.comm.CommPortOpen; };
   setups.hooks.readCoefficients = [this](int stage, CoefSpan coefficients) {
     return coefReader.ReadFilterCoefficients(stage, coefficients);
+  };
+  setups.hooks.progress = [this](int done, int total) {
+    platform.desk.ShowProgress("Reading coefficients", done, total);
   };
   lastState.keptUp = [this](bool kept) {
     const std::string trouble = "The settings cannot be kept: the disk is full or cannot be written.";
@@ -176,6 +182,7 @@ void Session::NewSetup() {
   platform.desk.SetHourglass(true);
   if (lastState.LoadFactorySetup()) {
     if (device.comm.CommPortOpen) std::tie(settings.comPort, settings.baudIndex) = standing;
+    setupContext.lastName.clear();
     TakeOnSetup({});
   }
   settings.loadingSetup = false;

@@ -74,11 +74,11 @@ TEST_F(Consoles, BoxesAreAnsweredFromTheQueue) {
 
 TEST_F(Consoles, ProgressIsToldOnceASecond) {
   for (int done = 0; done <= 50; ++done) {
-    desk.ShowProgress(done, 50);
+    desk.ShowProgress("Sending", done, 50);
     clock.Sleep(50000);
   }
-  desk.ShowProgress(0, 3);  // a new work counts its own time
-  EXPECT_EQ(out.str(), "progress\t20\t50\nprogress\t40\t50\n");
+  desk.ShowProgress("Sending", 0, 3);  // a new work counts its own time
+  EXPECT_EQ(out.str(), "progress\tSending\t20\t50\nprogress\tSending\t40\t50\n");
 }
 
 TEST_F(Consoles, ModalFormsStandInFront) {

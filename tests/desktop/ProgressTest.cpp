@@ -57,7 +57,7 @@ struct Progress : testing::Test {
   // So much time passes and the work tells where it is.
   void Work(int milliseconds, int done) {
     clock.Sleep(milliseconds * 1000LL);
-    desk.ShowProgress(done, Total);
+    desk.ShowProgress("Sending settings", done, Total);
   }
   void WorkUntilShown() {
     Work(0, 0);
@@ -111,7 +111,7 @@ TEST_F(Progress, ItFollowsThePointerAndLeavesNothingBehind) {
   Work(100, 13);
   EXPECT_FALSE(Note()->geometry().intersects(first));
   EXPECT_NE(OnScreen(window, first), withNote);
-  desk.ShowProgress(Total, Total);
+  desk.ShowProgress("Sending settings", Total, Total);
   EXPECT_EQ(OnScreen(window), before);
 }
 
@@ -139,7 +139,7 @@ TEST_F(Progress, AWorkThatBreaksOffIsGoneWithTheHourglassOrABox) {
   EXPECT_EQ(Note(), nullptr);
   Work(300, 5);  // of the new work
   EXPECT_EQ(Note(), nullptr);
-  desk.ShowProgress(0, 0);
+  desk.ShowProgress("Sending settings", 0, 0);
   Work(300, 0);
   Work(300, 5);
   EXPECT_EQ(Note(), nullptr);
@@ -182,7 +182,7 @@ TEST_F(Progress, ANarrowWindowGetsTheWholeTextInSeveralLinesAndATinyOneWhatFits)
     }
   }
   Work(200, 13);  // the window that showed it is gone; the next one takes over
-  desk.ShowProgress(Total, Total);
+  desk.ShowProgress("Sending settings", Total, Total);
 }
 
 TEST_F(Progress, WithoutAWindowOnTheScreenNothingIsShown) {

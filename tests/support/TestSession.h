@@ -33,7 +33,9 @@ class TestDesk : public vc::Desk {
     return answer;
   }
   void SetHourglass(bool shown) override { hourglass = shown; }
-  void ShowProgress(int done, int total) override { progress.emplace_back(done, total); }
+  void ShowProgress(std::string_view /*what*/, int done, int total) override {
+    progress.emplace_back(done, total);
+  }
   void Beep() override { ++beeps; }
   std::string InstallFolder() const override { return installFolder; }
   std::string ProgramFolder() const override { return programFolder; }
