@@ -59,18 +59,29 @@ bool ForEachIn(const std::string& folder, Visit visit) {
   return !error;
 }
 
-// Where a chain of links ends: a new file takes the place of what the operator sees, not of the link to it.
-std::string Resolved(const std::string& path) {
+// Where a chain of links ends, be anything there or not: a new file takes the place of what the operator
+// sees, not of the link to it. A chain without an end ends at a link.
+std::string Resolved(std::string path) {
+  constexpr int longestChain = 40;
   std::error_code error;
-  if (!fs::is_symlink(path, error)) return path;
-  const fs::path end = fs::weakly_canonical(path, error);
-  return error ? path : end.string();
+  for (int link = 0; link < longestChain && fs::is_symlink(path, error); ++link)
+    path = (fs::path(path).parent_path() / fs::read_symlink(path, error)).string();
+  return path;
+}
+
+bool IsRegular(const std::string& path) {
+  struct stat facts {};
+  return stat(path.c_str(), &facts) == 0 && S_ISREG(facts.st_mode);
 }
 
 class PosixNewFile : public vc::NewFile {
  public:
-  PosixNewFile(Descriptor opened, std::string temporaryPath, std::string targetPath)
-      : file(std::move(opened)), temporary(std::move(temporaryPath)), target(std::move(targetPath)) {}
+  PosixNewFile(Descriptor opened, std::string temporaryPath, std::string targetPath,
+               std::set<std::string>& unsettledFolders)
+      : file(std::move(opened)),
+        temporary(std::move(temporaryPath)),
+        target(std::move(targetPath)),
+        unsettled(unsettledFolders) {}
   ~PosixNewFile() override {
     if (!replaced) unlink(temporary.c_str());
   }
@@ -91,16 +102,14 @@ class PosixNewFile : public vc::NewFile {
 
   bool Replace() override {
     replaced = rename(temporary.c_str(), target.c_str()) == 0;
-    if (!replaced) return false;
-    // The old file or the new one is there already; this settles that after a power cut it is the new one.
-    const Descriptor folder(open(FolderOf(target).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (folder.Open()) fsync(folder.Number());
-    return true;
+    if (replaced) unsettled.insert(FolderOf(target));
+    return replaced;
   }
 
  private:
   Descriptor file;  // and the lock on it, by which others see that its process lives
   std::string temporary, target;
+  std::set<std::string>& unsettled;
   bool replaced = false;
 };
 
@@ -112,6 +121,20 @@ class PosixLock : public vc::FileLock {
   Descriptor file;
 };
 
+bool LiesAt(const Descriptor& file, const std::string& path) {
+  struct stat opened {};
+  struct stat there {};
+  return fstat(file.Number(), &opened) == 0 && lstat(path.c_str(), &there) == 0 &&
+         opened.st_dev == there.st_dev && opened.st_ino == there.st_ino;
+}
+
+// Locked, and still there: between its making and its locking another program may have taken it for a
+// leftover. A file system without locks keeps its leftovers.
+bool IsClaimed(const Descriptor& file, const std::string& path) {
+  const bool locked = flock(file.Number(), LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+  return locked && LiesAt(file, path);
+}
+
 // A new temporary file of this process, locked; not open where the folder takes none.
 Descriptor CreateTemporary(const std::string& folder, std::string& path) {
   constexpr int most = 100;
@@ -119,20 +142,27 @@ Descriptor CreateTemporary(const std::string& folder, std::string& path) {
     path = folder + "/" + std::string(LeftoverStart) + std::to_string(getpid()) + "-" +
            std::to_string(number) + std::string(LeftoverEnd);
     Descriptor file(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, EveryoneByUmask));
-    if (file.Open()) {
-      flock(file.Number(), LOCK_EX | LOCK_NB);
-      return file;
-    }
-    if (errno != EEXIST) break;
+    if (file.Open() && IsClaimed(file, path)) return file;
+    if (!file.Open() && errno != EEXIST) break;
   }
   return Descriptor(-1);
+}
+
+// The new file belongs to whom the old one did, as far as this user may give it away, and others may do with
+// it what they might.
+void TakeOver(const Descriptor& file, const struct stat& old) {
+  constexpr auto sameUser = static_cast<uid_t>(-1);
+  [[maybe_unused]] const bool given =
+      fchown(file.Number(), old.st_uid, old.st_gid) == 0 || fchown(file.Number(), sameUser, old.st_gid) == 0;
+  fchmod(file.Number(), old.st_mode & 07777);
 }
 
 }  // namespace
 
 bool PosixFiles::ReadStart(const std::string& path, std::size_t count, std::string& bytes) {
   bytes.clear();
-  // Without O_NONBLOCK a pipe would wait here for its writer.
+  // Opening alone can do harm: a serial line would raise its signals, a pipe wait for its writer.
+  if (!IsRegular(path)) return false;
   const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
   struct stat facts {};
   if (!file.Open() || fstat(file.Number(), &facts) != 0 || !S_ISREG(facts.st_mode)) return false;
@@ -151,22 +181,32 @@ bool PosixFiles::ReadStart(const std::string& path, std::size_t count, std::stri
 
 std::unique_ptr<vc::NewFile> PosixFiles::CreateBeside(const std::string& target) {
   const std::string end = Resolved(target);
-  const bool there = access(end.c_str(), F_OK) == 0;
-  struct stat facts {};
-  if (there && (access(end.c_str(), W_OK) != 0 || stat(end.c_str(), &facts) != 0 || !S_ISREG(facts.st_mode)))
-    return nullptr;
+  struct stat old {};
+  const bool there = lstat(end.c_str(), &old) == 0;
+  if (!there && errno != ENOENT) return nullptr;
+  if (there && (!S_ISREG(old.st_mode) || access(end.c_str(), W_OK) != 0)) return nullptr;
   std::string temporary;
   Descriptor file = CreateTemporary(FolderOf(end), temporary);
   if (!file.Open()) return nullptr;
-  if (there) static_cast<void>(fchmod(file.Number(), facts.st_mode & 07777));
-  return std::make_unique<PosixNewFile>(std::move(file), temporary, end);
+  if (there) TakeOver(file, old);
+  return std::make_unique<PosixNewFile>(std::move(file), temporary, end, unsettled);
+}
+
+void PosixFiles::Settle() {
+  for (const std::string& path : unsettled) {
+    const Descriptor folder(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (folder.Open()) fsync(folder.Number());
+  }
+  unsettled.clear();
 }
 
 void PosixFiles::RemoveLeftovers(const std::string& folder) {
   ForEachIn(folder, [](const fs::directory_entry& entry) {
     if (!IsLeftover(entry.path().filename().string())) return;
     const Descriptor file(open(entry.path().c_str(), O_WRONLY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC));
-    if (file.Open() && flock(file.Number(), LOCK_EX | LOCK_NB) == 0) unlink(entry.path().c_str());
+    // The name may by now be that of another file, which its process is writing.
+    const bool dead = file.Open() && flock(file.Number(), LOCK_EX | LOCK_NB) == 0;
+    if (dead && LiesAt(file, entry.path())) unlink(entry.path().c_str());
   });
 }
 

@@ -1,5 +1,6 @@
 #include "persist/LineText.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -19,9 +20,10 @@ bool IsBlank(char character) { return character == ' ' || character == '\t' || c
 
 template <typename Number>
 void AddNumber(std::string& text, Number value) {
-  std::array<char, 32> digits{};
-  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
-  text.append(digits.data(), end).append(LineEnd);
+  std::array<char, 32> line;  // NOLINT(cppcoreguidelines-pro-type-member-init): thousands of lines a file
+  char* end = std::to_chars(line.data(), line.data() + line.size(), value).ptr;
+  for (const char character : LineEnd) *end++ = character;
+  text.append(line.data(), end);
 }
 
 std::string_view WithoutBlanks(std::string_view line) {
@@ -60,7 +62,7 @@ std::string_view LineReader::Line() const {
 bool LineReader::Past(std::size_t from) {
   while (from < text.size() && IsBlank(text[from])) ++from;
   if (from < text.size() && text[from] != '\n') return false;
-  place = from + 1;
+  place = std::min(from + 1, text.size());
   return true;
 }
 
@@ -97,7 +99,7 @@ bool LineReader::Float(float& value) { return Number(value); }
 bool LineReader::Text(std::string& value) {
   std::string_view line = Line();
   if (line.starts_with(Quote)) return QuotedText(value);
-  place += line.size() + 1;
+  place = std::min(place + line.size() + 1, text.size());
   if (line.ends_with('\r')) line.remove_suffix(1);
   value = line;
   return true;

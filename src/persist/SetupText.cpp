@@ -1,7 +1,7 @@
 #include "persist/SetupText.h"
 
 #include <algorithm>
-#include <limits>
+#include <span>
 #include <utility>
 
 #include "model/Settings.h"
@@ -11,14 +11,24 @@
 namespace vc {
 namespace {
 
-template <typename Visit>
-bool ForEachLine(const SetupRun& run, Visit visit) {
+// The elements of a run whose field is of type T, in stretches of memory; false as soon as visit says so.
+template <typename T, typename Visit>
+bool ForEachStretch(const SetupRun& run, SystemSettings& settings, Visit visit) {
+  const auto count = static_cast<std::size_t>(run.j.last - run.j.first + 1);
   for (int i = run.i.first; i <= run.i.last; ++i) {
-    for (int j = run.j.first; j <= run.j.last; ++j) {
-      if (!visit(i, j)) return false;
+    T* first = std::get<T*>(run.field->at(settings, i, run.j.first));
+    for (T& element : std::span<T>(first, count)) {
+      if (!visit(element)) return false;
     }
   }
   return true;
+}
+
+// The same whatever the type of the field.
+template <typename Visit>
+bool ForEachElement(const SetupRun& run, SystemSettings& settings, Visit visit) {
+  return std::visit([&]<typename T>(T*) { return ForEachStretch<T>(run, settings, visit); },
+                    run.field->at(settings, run.i.first, run.j.first));
 }
 
 class Writer {
@@ -34,8 +44,10 @@ class Writer {
       for (const auto& [stage, coefficients] : learned) WriteCoefficientBlock(lines, stage, coefficients);
     } else if (run.use == LineUse::Protection) {
       lines.Integer(protect);
+    } else if (run.field == nullptr) {
+      for (int line = 0; line < run.Lines(); ++line) lines.Line(run.constant);
     } else {
-      ForEachLine(run, [&](int i, int j) { return WriteLine(run, i, j), true; });
+      ForEachElement(run, settings, [&](const auto& element) { return Write(element, run.law), true; });
     }
     return true;
   }
@@ -43,10 +55,6 @@ class Writer {
   std::string Text() { return std::move(lines.text); }
 
  private:
-  void WriteLine(const SetupRun& run, int i, int j) {
-    if (run.field == nullptr) return lines.Line(run.constant);
-    std::visit([&](const auto* element) { Write(*element, run.law); }, run.field->at(settings, i, j));
-  }
   void Write(std::int16_t value, const LineLaw* law) {
     lines.Integer(law == nullptr ? value : law->written(value));
   }
@@ -70,7 +78,9 @@ class Reader {
 
   bool operator()(const SetupRun& run) {
     if (run.use == LineUse::CoefficientBlocks) return TakeBlocks();
-    return ForEachLine(run, [&](int i, int j) { return lines.AtEnd() || TakeLine(run, i, j); });
+    if (!Stores(run)) return Skip(run);
+    return ForEachElement(run, settings,
+                          [&](auto& element) { return lines.AtEnd() || Take(element, run.law); });
   }
 
  private:
@@ -79,12 +89,14 @@ class Reader {
            (run.use == LineUse::Description && !settings.loadingSetup);
   }
 
-  bool TakeLine(const SetupRun& run, int i, int j) {
-    if (!Stores(run)) return Skip(run.type);
-    return std::visit([&](auto* element) { return Take(*element, run.law); }, run.field->at(settings, i, j));
+  bool Skip(const SetupRun& run) {
+    for (int line = 0; line < run.Lines(); ++line) {
+      if (!lines.AtEnd() && !SkipLine(run.type)) return false;
+    }
+    return true;
   }
 
-  bool Skip(LineType type) {
+  bool SkipLine(LineType type) {
     std::int16_t integer = 0;
     float number = 0;
     std::string text;

@@ -20,7 +20,8 @@ class NewFile {
   virtual bool Write(std::string_view bytes) = 0;
   // Down to the disk itself.
   virtual bool Flush() = 0;
-  // Takes the target's place at one stroke. Whoever opens the target sees the old file or the new one.
+  // Takes the target's place at one stroke: whoever opens the target sees the old file or the new one. Which
+  // of the two a power cut leaves is settled by Files::Settle.
   virtual bool Replace() = 0;
 };
 
@@ -44,6 +45,8 @@ class Files {
   virtual bool ReadStart(const std::string& path, std::size_t count, std::string& bytes) = 0;
   // Null where the folder cannot be written, or the target is there and may not be.
   virtual std::unique_ptr<NewFile> CreateBeside(const std::string& target) = 0;
+  // Brings down to the disk that the files since the last call have taken their places.
+  virtual void Settle() = 0;
   // Temporary files in the folder whose process has died.
   virtual void RemoveLeftovers(const std::string& folder) = 0;
   // Replaces what has the new name.

@@ -45,7 +45,7 @@ void LastState::Load() {
     settings.workingFolder.clear();
   }
   seen = settings;
-  tmrKeepState->SetEnabled(!heldElsewhere);
+  tmrKeepState->SetEnabled(true);
 }
 
 bool LastState::LoadFactorySetup() {
@@ -56,7 +56,11 @@ bool LastState::LoadFactorySetup() {
 
 void LastState::Save() {
   tmrKeepState->SetEnabled(false);
-  if (heldElsewhere) return;
+  if (!heldElsewhere) SaveNow();
+  platform.files.Settle();
+}
+
+void LastState::SaveNow() {
   const std::string path = Path(LastStateFile);
   if (setups.SaveSetupFile(path, 0) || setups.SaveWithoutCoefficients(path, 0)) return;
   const std::string name = LastStateFile;
@@ -66,7 +70,8 @@ void LastState::Save() {
 
 // Kept once the record has stood still from one look to the next: not in the midst of a drag.
 void LastState::KeepUp() {
-  if (!settled()) return;
+  platform.files.Settle();
+  if (heldElsewhere || !settled()) return;
   if (settings != seen) {
     seen = settings;
     changed = true;

@@ -35,6 +35,7 @@ struct LastState {
   bool LoadFactorySetup();
 
  private:
+  void SaveNow();
   void KeepUp();
   std::string Path(const char* name) const;
 

@@ -115,7 +115,10 @@ void Session::FillSetupHooks() {
     periodic.EnableMainTimer(on);
     return before;
   };
-  setupContext.stored = [this](const std::string& name) { NameSetup(name); };
+  setupContext.stored = [this](const std::string& name) {
+    platform.files.Settle();
+    NameSetup(name);
+  };
   setupContext.recalled = [this](const std::string& name) { TakeOnSetup(name); };
 }
 

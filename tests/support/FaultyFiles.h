@@ -19,6 +19,7 @@ class FaultyFiles : public vc::Files {
     auto file = real.CreateBeside(target);
     return file ? std::make_unique<FaultyFile>(*this, std::move(file)) : nullptr;
   }
+  void Settle() override { real.Settle(); }
   void RemoveLeftovers(const std::string& folder) override { real.RemoveLeftovers(folder); }
   bool Rename(const std::string& from, const std::string& to) override {
     return Works() && real.Rename(from, to);
