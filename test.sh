@@ -4,7 +4,7 @@ set -euo pipefail
 cd "$(dirname "$0")"
 
 scripts/install-packages.sh g++ cmake ninja-build qt6-base-dev fonts-dejavu-core libgtest-dev libgmock-dev \
-  libbenchmark-dev clang-format clang-tidy
+  libbenchmark-dev clang-format clang-tidy clang libclang-rt-dev
 
 step() { printf '\n== %s (%s s)\n' "$1" "$SECONDS"; }
 
@@ -14,13 +14,21 @@ git ls-files -- '*.h' '*.cpp' | xargs clang-format --dry-run --Werror
 step "Build"
 cmake --preset release
 cmake --build --preset release
+cmake --preset fuzz
+cmake --build --preset fuzz
 
-step "Tests"
+step "Tests, and a minute of fuzzing beside them"
+scripts/fuzz.sh 60 >build/fuzz.log 2>&1 &
+fuzzing=$!
 export QT_QPA_PLATFORM=offscreen
 ctest --preset release
+
+wait $fuzzing || { tail -n 60 build/fuzz.log >&2; exit 1; }
+grep -E '^stat::(number|average)' build/fuzz.log
 
 step "Static analysis"
 # The tests are spared: the framework's headers take longer than all of what is shipped.
 git ls-files -- 'src/*.cpp' 'apps/*.cpp' 'bench/*.cpp' 'docs/*.cpp' | xargs -P "$(nproc)" -n 2 clang-tidy --quiet -p build 2>build/clang-tidy.log
+git ls-files -- 'fuzz/*.cpp' | xargs clang-tidy --quiet -p build-fuzz 2>build/clang-tidy-fuzz.log
 
 step "All good"
