@@ -128,12 +128,5 @@ TEST_F(Consoles, NonsenseIsOneLineOfError) {
   EXPECT_FALSE(loop.Ending());
 }
 
-TEST_F(Consoles, QuitEndsTheSession) {
-  EXPECT_EQ(Say("quit"), "");
-  EXPECT_TRUE(loop.Ending());
-  EXPECT_FALSE(ports.state.open);
-  EXPECT_TRUE(std::filesystem::exists(folder.Path() + "/ObjectLog.txt"));
-}
-
 }  // namespace
 }  // namespace console

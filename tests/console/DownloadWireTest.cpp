@@ -1,17 +1,14 @@
 // What a change of the record costs on the wire, frame by frame, from the console program itself to a
 // listener that is not ours. Expected frames are worked out apart from this program, by other means.
 #include <algorithm>
-#include <filesystem>
 
 #include <gtest/gtest.h>
 
 #include "FrameListener.h"
-#include "Program.h"
-#include "TempFolder.h"
+#include "Installed.h"
 
 namespace {
 
-namespace fs = std::filesystem;
 using support::Frames;
 using support::FrameTexts;
 
@@ -64,19 +61,10 @@ std::size_t WireCount(const FrameTexts& texts) {
 
 // The program in a folder of its own, connected, with the first download taken.
 struct DownloadWire : testing::Test {
-  support::TempFolder folder;
+  support::Installed installed{CONSOLE_PROGRAM};
   support::FrameListener listener;
-  support::Program console{Install()};
+  support::Program console = installed.RunAt(listener.line.Path());
   FrameTexts first = listener.UntilPolls(4);
-
-  std::string Install() const {
-    std::string program = folder.Path() + "/veltrana-console";
-    fs::copy_file(CONSOLE_PROGRAM, program);
-    fs::create_directory(folder.Path() + "/ports");
-    fs::copy_file(PROGRAM_FOLDER "/Factory Defaults.nrv", folder.Path() + "/Factory Defaults.nrv");
-    fs::create_symlink(listener.Path(), folder.Path() + "/ports/COM1");
-    return program;
-  }
 
   FrameTexts After(const std::string& edit, std::size_t count) {
     console.Say("record " + edit);
@@ -169,6 +157,8 @@ TEST_F(DownloadWire, EveryKindOfEqualizerAndBroadbandStage) {
     * eqType(1) 2 => M 56 1770; L 00 FF7F53E3 AF5558B9 00000000 AC1C0000 53E3AF55 58B90000 0000AC1C 000053E3
         AF5558B9 00000000 AC1C0000 53E3AF55; L 01 58B90000 0000AC1C 00000000*10; M C0 0980;
     * eqParLevel(9) 180 => L 00 264053E3 AF5558B9 00000000 AC1C0000 53E3AF55 58B90000 0000AC1C 000053E3
+        AF5558B9 00000000 AC1C0000 53E3AF55; L 01 58B90000 0000AC1C 00000000*10; M C0 0980;
+    * eqParBoost(9,1) -12 => L 00 264053E3 AF5558B9 00000000 AC1C0000 53E3AF55 58B90000 0000AC1C 05F453E3
         AF5558B9 00000000 AC1C0000 53E3AF55; L 01 58B90000 0000AC1C 00000000*10; M C0 0980;
     * eqType(1) 3 => M 56 1F70; L 00 CDCCCC00 33333300 000F0080 000F1000 00000000*8; L 01 00000000*12;
         M C0 0980;

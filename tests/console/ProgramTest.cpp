@@ -1,60 +1,31 @@
 // The console program itself, with a listener that is not ours on a pseudo-terminal.
 #include <csignal>
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 
 #include <gtest/gtest.h>
 
-#include "Program.h"
-#include "Pty.h"
+#include "FrameListener.h"
+#include "Installed.h"
 #include "ScriptedUnit.h"
-#include "TempFolder.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 using support::Hex;
 using support::Program;
+using support::ReadFrame;
 
-// An install folder of its own, with the program and a port in it.
-struct Installed : testing::Test {
-  support::TempFolder folder;
-  std::string program = folder.Path() + "/veltrana-console";
-  Installed() {
-    fs::copy_file(CONSOLE_PROGRAM, program);
-    fs::create_directory(folder.Path() + "/ports");
-    fs::copy_file(PROGRAM_FOLDER "/Factory Defaults.nrv", folder.Path() + "/Factory Defaults.nrv");
-  }
-  void LinkPort(const std::string& path) const { fs::create_symlink(path, folder.Path() + "/ports/COM1"); }
+struct Installed : testing::Test, support::Installed {
+  support::FrameListener listener;
+  support::Pty& line = listener.line;
+  Installed() : support::Installed(CONSOLE_PROGRAM) {}
 };
-
-// The next frame on the line, whole; empty where none comes.
-support::Bytes ReadFrame(const support::Pty& line) {
-  support::Bytes frame = line.Read(4, 5000);
-  if (frame.size() < 4) return {};
-  const auto rest = line.Read(frame[1] == 'L' ? 49 : 3, 1000);
-  frame.insert(frame.end(), rest.begin(), rest.end());
-  return frame;
-}
 
 void Answer(const support::Pty& line, const support::Bytes& frame) {
   if (!frame.empty()) line.Write(support::GoodReply(frame).bytes);
 }
 
-// Answers what comes until the levels are polled, and that poll too.
-void AnswerUntilPoll(const support::Pty& line) {
-  for (int i = 0; i < 1000; ++i) {
-    const auto frame = ReadFrame(line);
-    Answer(line, frame);
-    if (frame.empty() || Hex(frame) == "3F 4D 50 E8 00 00 18") return;
-  }
-}
-
 TEST_F(Installed, FirstExchangesByteForByte) {
-  support::Pty line;
-  LinkPort(line.Path());
-  Program console(program);
+  Program console = RunAt(line.Path());
   // The probe, the version, and the full connect, which opens the port anew and asks again.
   for (const char* expected : {"3F 4D 50 E8 00 00 18", "3F 4D 50 82 00 00 7E", "3F 4D 50 E8 00 00 18"}) {
     const auto frame = ReadFrame(line);
@@ -62,7 +33,7 @@ TEST_F(Installed, FirstExchangesByteForByte) {
     EXPECT_EQ(line.Rate(), 115200U);
     Answer(line, frame);
   }
-  for (int i = 0; i < 5; ++i) AnswerUntilPoll(line);
+  listener.UntilPolls(5);
   console.Say("get lbInputLeft");
   EXPECT_EQ(console.Await("lbInputLeft"), "lbInputLeft\t40 -20.0 dB");
   console.Say("menu mnuAbout");
@@ -78,19 +49,12 @@ TEST_F(Installed, FirstExchangesByteForByte) {
   console.Say("menu mnuDisconnect");  // this listener has no coefficients for the exit to read
   console.Say("quit");
   EXPECT_EQ(console.AwaitEnd(), 0);
-  std::ostringstream log;
-  log << std::ifstream(folder.Path() + "/ObjectLog.txt").rdbuf();
-  EXPECT_NE(log.str().find("Total: 0"), std::string::npos);
+  EXPECT_NE(support::Content(folder.Path() + "/ObjectLog.txt").find("Total: 0"), std::string::npos);
 }
 
 TEST_F(Installed, LivesThroughALineThatGoes) {
-  support::Pty line;
-  LinkPort(line.Path());
-  Program console(program);
-  Answer(line, ReadFrame(line));
-  Answer(line, ReadFrame(line));
-  Answer(line, ReadFrame(line));
-  AnswerUntilPoll(line);
+  Program console = RunAt(line.Path());
+  listener.UntilPolls(3);
   line.CloseMaster();
   EXPECT_EQ(
       console.Await("box"),
@@ -104,9 +68,8 @@ TEST_F(Installed, LivesThroughALineThatGoes) {
 }
 
 TEST_F(Installed, WorksWithTheSimulatedUnit) {
-  const std::string link = folder.Path() + "/ports/COM1";
-  Program unit(UNIT_PROGRAM, {"--link", link, "--trace", folder.Path() + "/trace"});
-  for (int i = 0; i < 500 && !fs::exists(link); ++i) usleep(5000);
+  Program unit(UNIT_PROGRAM, {"--link", port, "--trace", folder.Path() + "/trace"});
+  unit.Await("veltrana-unit: ");
   Program console(program);
   console.Say("run 1000");
   console.Say("get txtComInfo");
@@ -117,10 +80,8 @@ TEST_F(Installed, WorksWithTheSimulatedUnit) {
   EXPECT_EQ(console.AwaitEnd(), 0);
   unit.Signal(SIGTERM);
   EXPECT_EQ(unit.AwaitEnd(), 0);
-  EXPECT_FALSE(fs::is_symlink(fs::symlink_status(link)));
-  std::ostringstream trace;
-  trace << std::ifstream(folder.Path() + "/trace").rdbuf();
-  EXPECT_NE(trace.str().find("3F 4D 50 82 00 00 7E"), std::string::npos);
+  EXPECT_FALSE(fs::is_symlink(fs::symlink_status(port)));
+  EXPECT_NE(support::Content(folder.Path() + "/trace").find("3F 4D 50 82 00 00 7E"), std::string::npos);
 }
 
 TEST_F(Installed, TakesNoArguments) {

@@ -4,10 +4,9 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
-#include <QtTest>
 
 #include "SetupFixture.h"
-#include "desktop/FormWindows.h"
+#include "Shown.h"
 #include "persist/RecSet.h"
 #include "persist/StoSet.h"
 
@@ -30,12 +29,6 @@ struct SetupWindows : support::SetupFixture {
   template <typename Widget>
   Widget& At(const char* name) {
     return *windows.WindowOf(*forms.Top())->findChild<Widget*>(QLatin1String(name));
-  }
-  void DoubleClick(const char* name, int row) {
-    auto& list = At<QListWidget>(name);
-    const QPoint place = list.visualItemRect(list.item(row)).center();
-    QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place);
-    QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
   }
 };
 
@@ -82,9 +75,9 @@ TEST_F(SetupWindows, ARecallIsPickedWithMouseOrKeys) {
   EXPECT_TRUE(forms.open.empty());
 
   Open(recall);
-  DoubleClick("folderVw", 1);
+  ClickRow(At<QListWidget>("folderVw"), 1, true);
   ASSERT_EQ(At<QListWidget>("fileVw").count(), 1);
-  DoubleClick("fileVw", 0);
+  ClickRow(At<QListWidget>("fileVw"), 0, true);
   EXPECT_EQ(settings.lpfCutoff[1], 888);
   EXPECT_TRUE(forms.open.empty());
 

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include <QListWidget>
 #include <QtTest>
 
 #include "SampleForm.h"
@@ -10,6 +11,12 @@
 #include "desktop/QtText.h"
 
 namespace desktop {
+
+inline void ClickRow(QListWidget& list, int row, bool twice = false) {
+  const QPoint place = list.visualItemRect(list.item(row)).center();
+  QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place);
+  if (twice) QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
+}
 
 struct Shown {
   support::SampleForm sample;

@@ -67,13 +67,12 @@ TEST(Windows, AModalFormBlocksTheOneBelow) {
   shown.forms.Show(small.form, vc::Modality::Modal);
   ASSERT_TRUE(QTest::qWaitForWindowActive(shown.windows.WindowOf(small.form)));
   // Through the window system, as a hand would: a blocked window's widgets get nothing.
-  QTest::mouseClick(shown.Window().windowHandle(), Qt::LeftButton, {},
-                    shown.At("btnOK").mapTo(&shown.Window(), shown.At("btnOK").rect().center()));
+  const QPoint place = shown.At("btnOK").mapTo(&shown.Window(), shown.At("btnOK").rect().center());
+  QTest::mouseClick(shown.Window().windowHandle(), Qt::LeftButton, {}, place);
   QTest::keyClick(shown.Window().windowHandle(), Qt::Key_A, Qt::AltModifier);
   EXPECT_EQ(shown.sample.events, "");
   shown.forms.Unload(small.form);
-  QTest::mouseClick(shown.Window().windowHandle(), Qt::LeftButton, {},
-                    shown.At("btnOK").mapTo(&shown.Window(), shown.At("btnOK").rect().center()));
+  QTest::mouseClick(shown.Window().windowHandle(), Qt::LeftButton, {}, place);
   EXPECT_NE(shown.sample.events.find("ok "), std::string::npos);
 }
 

@@ -44,18 +44,8 @@ std::vector<double> DirectSum(const Buffer& magnitude, int size) {
   return taps;
 }
 
-TEST(CalculateIFFT, AllOnesGiveOneTapInTheMiddle) {
-  for (const int size : {2, 6, 246, 256, 1024, 4096}) {
-    Buffer buffer(IfftCapacity, 1.0F);
-    Transform(size, buffer);
-    for (int n = 0; n < size; ++n) {
-      ASSERT_NEAR(buffer[static_cast<std::size_t>(n)], n == size / 2 ? 1.0 : 0.0, 1e-6) << size << " " << n;
-    }
-  }
-}
-
 TEST(CalculateIFFT, AgreesWithADirectSum) {
-  for (const int size : {2, 4, 246, 256, 1024}) {
+  for (const int size : {2, 4, 6, 246, 256, 1024, 4096}) {
     Buffer buffer = RandomMagnitudes(size);
     const auto expected = DirectSum(buffer, size);
     Transform(size, buffer);
@@ -66,21 +56,6 @@ TEST(CalculateIFFT, AgreesWithADirectSum) {
         ASSERT_EQ(buffer[i], buffer[static_cast<std::size_t>(size - n)]);  // linear phase
       }
     }
-  }
-}
-
-TEST(CalculateIFFT, TheTapsHaveTheWantedMagnitudes) {
-  constexpr int size = 246;
-  Buffer buffer = RandomMagnitudes(size);
-  const Buffer wanted = buffer;
-  Transform(size, buffer);
-  for (int k = 0; k <= size / 2; ++k) {
-    std::complex<double> response;
-    for (int n = 0; n < size; ++n) {
-      response += static_cast<double>(buffer[static_cast<std::size_t>(n)]) *
-                  std::polar(1.0, -2.0 * std::numbers::pi * k * n / size);
-    }
-    ASSERT_NEAR(std::abs(response), wanted[static_cast<std::size_t>(k)], 1e-5) << k;
   }
 }
 

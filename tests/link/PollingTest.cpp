@@ -69,15 +69,6 @@ TEST_F(Polling, SilenceLosesTheLinkAtThe201stMiss) {
   EXPECT_EQ(unit.sent.size(), sent);  // nobody reconnects by himself
 }
 
-TEST_F(Polling, OneReplyForgivesAllMisses) {
-  OpenLink();
-  Polls(150 * 21);
-  EXPECT_EQ(device.MissedReplyCount, 150);
-  unit.always = support::GoodReply;
-  Polls(2);
-  EXPECT_EQ(device.MissedReplyCount, 0);
-}
-
 TEST_F(Polling, ErrorsOnEveryTickTakeTwoTicksAMiss) {
   OpenLink();
   test.ports.state.framingErrors = true;

@@ -14,22 +14,14 @@ struct Transactions : support::LinkFixture {
   static constexpr double SilentAttempt = 2.45;
 };
 
-TEST_F(Transactions, PacketIsAcknowledgedAtOnce) {
-  OpenLink();
-  unit.script = {{"!OK"}};
-  EXPECT_TRUE(device.SendDataPacket(payload, 300, 5, false));
-  ASSERT_EQ(unit.sent.size(), 1U);
-  EXPECT_EQ(Hex({unit.sent[0].bytes.begin(), unit.sent[0].bytes.begin() + 7}), "3F 4C 50 FF 01 02 03");
-  EXPECT_EQ(device.CommRetryCount, 0);
-}
-
 TEST_F(Transactions, PacketPausesAfterAComplaintAndOnlyThen) {
   struct Case {
     const char* reply;
     double seconds;  // until the second sending
   };
-  for (const Case& c : {Case{"!RT", 2.5}, Case{"xRT", 2.5}, Case{"!T.", 2.5}, Case{"!R.", 2.5},
-                        Case{"NAK", 0.0}, Case{"x!OK", 0.0}}) {
+  for (const Case& c :
+       {Case{"!RT", 2.5}, Case{"xRT", 2.5}, Case{"!T.", 2.5}, Case{"x!T", 2.5}, Case{"!R.", 2.5},
+        Case{"x!R", 2.5}, Case{"NAK", 0.0}, Case{"R-T", 0.0}, Case{"TR!", 0.0}, Case{"x!OK", 0.0}}) {
     SCOPED_TRACE(c.reply);
     OpenLink();
     unit.script = {{c.reply}, {"!OK"}};
@@ -43,9 +35,9 @@ TEST_F(Transactions, PacketPausesAfterAComplaintAndOnlyThen) {
 TEST_F(Transactions, CommandNeverPausesForAComplaint) {
   OpenLink();
   unit.script = {{"xRT"}, {"!RT"}, {"!OK"}};
-  EXPECT_LT(SecondsFor([&] { EXPECT_FALSE(device.IssueCommand(0x156, 0x2FFFF, 2)); }), 0.02);
+  EXPECT_LT(SecondsFor([&] { EXPECT_FALSE(device.IssueCommand(0x156, 0x21234, 2)); }), 0.02);
   ASSERT_EQ(unit.sent.size(), 3U);
-  EXPECT_EQ(Hex(unit.sent[2].bytes), "3F 4D 50 56 FF FF AC");  // masked to 8 and 16 bits
+  EXPECT_EQ(Hex(unit.sent[2].bytes), "3F 4D 50 56 34 12 64");  // masked to 8 and 16 bits
 }
 
 TEST_F(Transactions, PacketGivesUpWithoutABox) {
@@ -66,10 +58,7 @@ TEST_F(Transactions, CommandGivesUpWithItsNumberInTheBox) {
   OpenLink();
   const double seconds = SecondsFor([&] { device.IssueCommand(0xFE, 0, 60); });
   EXPECT_NEAR(seconds, 5 * 60.45, 0.1);
-  EXPECT_EQ(OnlyBox(),
-            "48|Veltrana Communications Failure|Communications have failed with Veltrana on port COM1 while "
-            "issuing "
-            "Command #254.  Please check all settings and connections, then attempt reconnect.");
+  EXPECT_NE(OnlyBox().find(" while issuing Command #254. "), std::string::npos);
   EXPECT_EQ(State(), "2");
   EXPECT_FALSE(device.comm.CommPortOpen);
 }

@@ -11,26 +11,6 @@ namespace {
 
 using support::Hex;
 
-template <std::size_t Size>
-std::string HexOf(const std::array<std::uint8_t, Size>& frame) {
-  return Hex({frame.begin(), frame.end()});
-}
-
-TEST(CommandFrame, ByteForByte) {
-  struct Case {
-    int code, argument;
-    const char* frame;
-  };
-  for (const Case& c : {Case{0xE8, 0, "3F 4D 50 E8 00 00 18"}, Case{0x82, 0, "3F 4D 50 82 00 00 7E"},
-                        Case{0xEA, 0, "3F 4D 50 EA 00 00 16"}, Case{0xA1, 0, "3F 4D 50 A1 00 00 5F"},
-                        Case{0, 0, "3F 4D 50 00 00 00 00"}, Case{0xFF, 0xFFFF, "3F 4D 50 FF FF FF 03"},
-                        Case{1, 0x1234, "3F 4D 50 01 34 12 B9"}}) {
-    EXPECT_EQ(
-        HexOf(MakeCommandFrame(static_cast<std::uint8_t>(c.code), static_cast<std::uint16_t>(c.argument))),
-        c.frame);
-  }
-}
-
 TEST(PacketFrame, ClampsItsNumberAndFillsItsPayload) {
   const std::uint8_t content[] = {1, 2, 3};
   const PacketFrame high = MakePacketFrame(300, content);
@@ -42,11 +22,6 @@ TEST(PacketFrame, ClampsItsNumberAndFillsItsPayload) {
   const PacketFrame cut = MakePacketFrame(0, tooLong);
   EXPECT_EQ(cut[51], 9);
   EXPECT_EQ(cut[52], static_cast<std::uint8_t>(-(48 * 9)));
-}
-
-TEST(Complaints, AreFoundAnywhereInTheReply) {
-  for (const char* reply : {"!RT", "xRT", "!T\0", "x!R", "!R?"}) EXPECT_TRUE(IsComplaint(reply)) << reply;
-  for (const char* reply : {"", "!OK", "R-T", "TR!"}) EXPECT_FALSE(IsComplaint(reply)) << reply;
 }
 
 TEST(LevelScale, FromLevelToBar) {

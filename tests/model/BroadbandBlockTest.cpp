@@ -21,19 +21,6 @@ Bytes BytesOf(const Content& content, std::size_t first, std::size_t count) {
 
 const Bytes One{0, 0, 0x80, 0x3F};  // 1.0, low byte first
 
-TEST(FillBroadbandBlock, TellsTheNoiseReducerAllBandsOfTheSpectrum) {
-  SystemSettings settings = Fresh();
-  settings.broadbandType[2] = BroadbandKind::NoiseReducer;
-  settings.noiseEqVals[2].Fill(0.25F);
-  BroadbandBlock block;
-  block.reserve.fill(7);
-  FillBroadbandBlock(block, settings, 2);
-  EXPECT_EQ(block.record, settings.broadbandParms[2]);
-  EXPECT_THAT(std::span(block.bands).first(128), Each(1.0F));
-  EXPECT_THAT(std::span(block.bands).last(4), Each(0.0F));
-  EXPECT_THAT(block.reserve, Each(0));
-}
-
 TEST(FillBroadbandBlock, SpreadsTheTwentySlidersOverTheBands) {
   SystemSettings settings = Fresh();
   settings.broadbandType[1] = BroadbandKind::NoiseEq;

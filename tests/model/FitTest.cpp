@@ -111,19 +111,6 @@ TEST_F(Fit, CutsTapsSpansAndSlopesInSilence) {
   EXPECT_THAT(s.maxFilterSize, Each(976));
 }
 
-TEST_F(Fit, EachKindAsksWithItsOwnTaps) {
-  Chain(ConfigMode::StereoIndependent, 0, 1);
-  s.filterType[1] = FilterKind::Lowpass;
-  s.filterType[4] = FilterKind::Notch;
-  s.ch1Taps.Fill(3000);
-  s.ch2Taps.Fill(2000);
-  EXPECT_EQ(PlanFit(s, true).extraStages[1], 0);
-  s.filterType[4] = FilterKind::RefCanceller;
-  EXPECT_EQ(PlanFit(s, true).extraStages[1], 1);
-  s.filterType[1] = FilterKind::OneChAdaptive;
-  EXPECT_EQ(PlanFit(s, true).extraStages[2], 2);
-}
-
 TEST_F(Fit, WithoutFitEveryLimitIsPlain) {
   Chain(ConfigMode::StereoLinked, 5, 6);
   Taps({4000});
@@ -179,15 +166,7 @@ TEST_F(Fit, MonoLinksBothSides) {
 }
 
 TEST_F(Fit, OnlyANewBandwidthEmptiesTheTables) {
-  for (int stage = 1; stage <= FilterStages; stage++) {
-    s.sifCurve[stage].Fill(-5);
-    s.hiResCurve[stage].Fill(-6);
-    s.customCurve[stage].Fill(-7);
-    s.mnotchFreq[stage].Fill(500);
-    s.mnotchWidth[stage].Fill(20);
-    s.mslotFreq[stage].Fill(600);
-    s.mslotWidth[stage].Fill(30);
-  }
+  s = Filled();
   s.bandwidthIndex = 2;
   config.ConfigureStages(true);  // a setup that was loaded
   s.configMode = ConfigMode::StereoLinked;

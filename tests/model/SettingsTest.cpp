@@ -6,85 +6,34 @@
 
 #include "model/BroadbandPresets.h"
 #include "model/Clamp.h"
+#include "model/Fields.h"
 #include "model/Fresh.h"
 #include "model/Settings.h"
 
 namespace vc {
 namespace {
 
-using testing::Each;
 using testing::ElementsAre;
 
-TEST(InitSettings, GivesStatedDefaults) {
-  const SystemSettings s = Fresh();
-  EXPECT_EQ(s.comPort, 1);
-  EXPECT_EQ(s.baudIndex, 4);
-  EXPECT_EQ(s.numFilters, 1);
-  EXPECT_EQ(s.adaptEnabled, 1);
-  EXPECT_THAT(s.levelControl, ElementsAre(192, 192));
-  EXPECT_EQ(s.ihpfCutoff, 200);
-  EXPECT_EQ(s.blueSignal, 2);
-  EXPECT_THAT(s.filterType, Each(1));
-  EXPECT_THAT(s.filterActive, ElementsAre(1, 0, 0, 0, 0, 0));
-  EXPECT_THAT(s.eqActive, ElementsAre(1, 0));
-  EXPECT_THAT(s.ch1Taps, Each(4));
-  EXPECT_THAT(s.ch1Thresh, Each(-10));
-  EXPECT_THAT(s.mslotWidth[6], Each(1));
-  EXPECT_THAT(s.filterAtten, Each(32767));
-  EXPECT_THAT(s.filterGain, Each(16));
-  EXPECT_THAT(s.parCenter[1], Each(0.25F));
-  EXPECT_THAT(s.eqParRatio[10], Each(1.5F));
-  EXPECT_THAT(s.parActive[6], Each(-1));
-  EXPECT_THAT(s.eqLceAttack, Each(50));
-  EXPECT_THAT(s.lceRelease, Each(200));
-}
-
-TEST(InitSettings, MovesZerosIntoRange) {
-  const SystemSettings s = Fresh();
-  EXPECT_THAT(s.lpfCutoff, Each(100));
-  EXPECT_THAT(s.hpfCutoff, Each(0));
-  EXPECT_THAT(s.lpfTransSlope, Each(3));
-  EXPECT_THAT(s.lpfAtten, Each(10));
-  EXPECT_THAT(s.bpfHiCutoff, Each(10));
-  EXPECT_THAT(s.combFreq, Each(5));
-  EXPECT_THAT(s.combLimit, Each(100));
-  EXPECT_THAT(s.notchFreq, Each(100));
-  EXPECT_THAT(s.slotWidth, Each(3));
-}
-
-TEST(InitSettings, GivesPlainLimitsWhateverStoodThere) {
+TEST(InitSettings, LeavesNothingAsItWasButTheRunWithoutItsLink) {
   SystemSettings s;
   s.bandwidthIndex = 5;
   s.bandwidthHz = -1;
   s.maxTaps.Fill(0);
   s.extraStages.Fill(3);
-  InitSettings(s);
-  EXPECT_EQ(s.bandwidthIndex, 0);
-  EXPECT_EQ(s.bandwidthHz, 3200);
-  EXPECT_EQ(s.sampleRate, 7200.0F);
-  EXPECT_EQ(s.maxDspStages, 6);
-  EXPECT_THAT(s.maxTaps, Each(1024));
-  EXPECT_THAT(s.maxSpan, Each(4095));
-  EXPECT_THAT(s.maxFilterSize, Each(1024));
-  EXPECT_THAT(s.extraStages, Each(0));
-  EXPECT_THAT(s.lpfCutoff, Each(100));
-}
-
-TEST(InitSettings, LeavesTheRunAloneButForTheLink) {
-  SystemSettings s = Fresh();
   s.loadingSetup = true;
   s.linkReady = true;
   s.curFilter = 4;
   s.workingFolder = "setups";
   s.setupDescription = "old";
   s.unitOptionLatched = -1;
+  SystemSettings expected = Fresh();
+  expected.loadingSetup = true;
+  expected.curFilter = 4;
+  expected.workingFolder = "setups";
+  expected.unitOptionLatched = -1;
   InitSettings(s);
-  EXPECT_TRUE(s.loadingSetup);
-  EXPECT_FALSE(s.linkReady);
-  EXPECT_EQ(s.curFilter, 4);
-  EXPECT_EQ(s.workingFolder, "setups");
-  EXPECT_EQ(s.setupDescription, "");
-  EXPECT_EQ(s.unitOptionLatched, -1);
+  EXPECT_EQ(s, expected);
 }
 
 TEST(InitSettings, ComputesThePlotGrids) {
@@ -99,66 +48,35 @@ TEST(InitSettings, ComputesThePlotGrids) {
   EXPECT_EQ(s.linePlotX[459], 6900);
 }
 
-TEST(ValidateSettings, MasksAreBitMasks) {
-  SystemSettings s = Fresh();
-  s.agcRelease = 7;
-  s.limiterRelease = 4;
-  s.limiterThreshold = -1;
-  s.specAverages = 17;
-  s.blueSignal = -1;
-  s.sifAverages[3] = 9;
-  s.procEnabled = 2;
-  s.filterActive[2] = -1;
-  s.ch2DelayChan[1] = 3;
-  ValidateSettings(s);
-  EXPECT_EQ(s.agcRelease, 3);
-  EXPECT_EQ(s.limiterRelease, 0);
-  EXPECT_EQ(s.limiterThreshold, 3);
-  EXPECT_EQ(s.specAverages, 1);
-  EXPECT_EQ(s.blueSignal, 31);
-  EXPECT_EQ(s.sifAverages[3], 1);
-  EXPECT_EQ(s.procEnabled, 0);
-  EXPECT_EQ(s.filterActive[2], 1);
-  EXPECT_EQ(s.ch2DelayChan[1], 1);
-}
+// Masks are bit masks, codes outside their lists become the one that is nearest in meaning, and pairs keep
+// their order.
+struct Corrected {
+  const char* field;
+  int i, j;
+  std::int16_t given, held;
+};
+const Corrected corrections[] = {
+    {"agcRelease", 0, 0, 7, 3},         {"limiterRelease", 0, 0, 4, 0},
+    {"limiterThreshold", 0, 0, -1, 3},  {"specAverages", 0, 0, 17, 1},
+    {"blueSignal", 0, 0, -1, 31},       {"sifAverages", 3, 0, 9, 1},
+    {"procEnabled", 0, 0, 2, 0},        {"filterActive", 2, 0, -1, 1},
+    {"ch2DelayChan", 1, 0, 3, 1},       {"filterType", 1, 0, 17, 0},
+    {"filterType", 2, 0, -1, 0},        {"eqType", 1, 0, 9, 3},
+    {"broadbandType", 2, 0, -4, 1},     {"agcGain", 0, 0, 7, 0},
+    {"parActive", 1, 0, 1, -1},         {"eqParActive", 9, 1, 0, 0},
+    {"ch1AdaptSelect", 1, 0, 6, 4},     {"ch2AdaptSelect", 1, 0, 99, 99},  // waits for its panel
+    {"lceCompThresh", 1, 0, -20, -30},  {"lceLimitThresh", 1, 0, -30, -30},
+    {"eqLceCompThresh", 10, 0, 5, -90}, {"eqLceLimitThresh", 10, 0, -200, -90},
+    {"sifLoAttack", 2, 0, 900, 449},    {"sifHiAttack", 2, 0, 20, 459}};
 
-TEST(ValidateSettings, CorrectsCodesOutsideTheirLists) {
+TEST(ValidateSettings, CorrectsWhatAFileMayHold) {
   SystemSettings s = Fresh();
-  s.filterType[1] = 17;
-  s.filterType[2] = -1;
-  s.eqType[1] = 9;
-  s.broadbandType[2] = -4;
-  s.agcGain = 7;
-  s.parActive[1][0] = 1;
-  s.eqParActive[9][1] = 0;
-  s.ch1AdaptSelect[1] = 6;
-  s.ch2AdaptSelect[1] = 99;
+  const auto at = [&s](const Corrected& c) {
+    return std::get<std::int16_t*>(FindField(c.field)->at(s, c.i, c.j));
+  };
+  for (const Corrected& c : corrections) *at(c) = c.given;
   ValidateSettings(s);
-  EXPECT_EQ(s.filterType[1], 0);
-  EXPECT_EQ(s.filterType[2], 0);
-  EXPECT_EQ(s.eqType[1], 3);
-  EXPECT_EQ(s.broadbandType[2], 1);
-  EXPECT_EQ(s.agcGain, 0);
-  EXPECT_EQ(s.parActive[1][0], -1);
-  EXPECT_EQ(s.eqParActive[9][1], 0);
-  EXPECT_EQ(s.ch1AdaptSelect[1], 4);
-  EXPECT_EQ(s.ch2AdaptSelect[1], 99);  // waits for its panel
-}
-
-TEST(ValidateSettings, HoldsRulesBetweenFields) {
-  SystemSettings s = Fresh();
-  s.lceCompThresh[1] = -20;
-  s.lceLimitThresh[1] = -30;
-  s.eqLceCompThresh[10] = 5;
-  s.eqLceLimitThresh[10] = -200;
-  s.sifLoAttack[2] = 900;
-  s.sifHiAttack[2] = 20;
-  ValidateSettings(s);
-  EXPECT_EQ(s.lceCompThresh[1], -30);
-  EXPECT_EQ(s.lceLimitThresh[1], -30);
-  EXPECT_EQ(s.eqLceCompThresh[10], -90);
-  EXPECT_EQ(s.sifLoAttack[2], 449);
-  EXPECT_EQ(s.sifHiAttack[2], 459);
+  for (const Corrected& c : corrections) EXPECT_EQ(*at(c), c.held) << c.field << " " << c.i;
 }
 
 TEST(ValidateSettings, NotANumberBecomesTheDefault) {

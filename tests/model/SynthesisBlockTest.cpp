@@ -15,7 +15,6 @@ namespace vc {
 namespace {
 
 using testing::Each;
-using testing::ElementsAre;
 
 constexpr double NotANumber = std::numeric_limits<double>::quiet_NaN();
 constexpr double HighPartStep = 1.0 / 32768.0;
@@ -53,13 +52,6 @@ struct ReadSubstage {
     return std::abs(1.0 + k * bandpass);
   }
 };
-
-TEST(FourWordBlock, PutsTheLowByteFirst) {
-  const StageBlock block = FourWordBlock(0x1234, 0, 0x8000, 0xFF01);
-  EXPECT_THAT(std::vector(block.begin(), block.begin() + 8),
-              ElementsAre(0x34, 0x12, 0, 0, 0, 0x80, 0x01, 0xFF));
-  EXPECT_THAT(std::vector(block.begin() + 8, block.end()), Each(0));
-}
 
 TEST(TwentyBandBlock, HoldsTheGainOfEachBand) {
   const StageBlock block = TwentyBandBlock(

@@ -4,7 +4,6 @@
 
 #include "RandomRecord.h"
 #include "SetupFixture.h"
-#include "model/Kinds.h"
 #include "persist/SetupLines.h"
 
 namespace vc {
@@ -122,7 +121,9 @@ TEST_F(SetupFile, CutAfterAnyLineItLoadsAndGarbageInAnyLineStopsItThere) {
     ASSERT_TRUE(ReadSetup(cut, before, true, learned)) << place;
     ValidateSettings(cut);
     InitSettings(damaged);
-    ASSERT_EQ(ReadSetup(damaged, std::string(before) + "gar\"bage" + text.substr(end, 200), true, learned), isText) << place;
+    ASSERT_EQ(ReadSetup(damaged, std::string(before) + "gar\"bage" + text.substr(end, 200), true, learned),
+              isText)
+        << place;
     ValidateSettings(damaged);
     if (isText) continue;  // a line without quotes is a text as it stands
     ASSERT_EQ(FirstDifference(cut, damaged), "") << place;
@@ -227,14 +228,6 @@ TEST_F(SetupFile, ALoadTakesConnectionAndDescriptionOnlyWhereAsked) {
   EXPECT_EQ(settings.workingFolder, "/tapes");
   EXPECT_EQ(settings.setupDescription, "");
   EXPECT_FALSE(settings.linkReady);
-}
-
-TEST_F(SetupFile, ARecallThatBreaksOffLeavesTheRecord) {
-  settings.lpfCutoff[1] = 1234;
-  const SystemSettings before = settings;
-  Put(path, "\"VELTRA\"\n\"other\"\n0\n1\n4\n3\nnonsense\n");
-  EXPECT_FALSE(setups.RecallSetupFile(path, KeepConnection));
-  EXPECT_EQ(FirstDifference(settings, before), "");
 }
 
 TEST(ModelId, FourIdentifiersAreAccepted) {

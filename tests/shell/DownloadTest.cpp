@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "DownloadFixture.h"
-#include "model/Kinds.h"
 #include "model/Settings.h"
 
 namespace vc {
@@ -90,21 +89,6 @@ TEST_F(Downloads, PendingFitRunsOnlyWhereTheLayoutChanges) {
   EXPECT_EQ(unit.Now().registers().values[87], 0);
 }
 
-TEST_F(Downloads, BuildKindIsTransparentUntilItsTableIsFinished) {
-  Edit("filterType", "2", 1);
-  Settle();
-  EXPECT_EQ(Stage(1).algorithm, 1);
-  Sent();
-  Edit("filterType", "12", 1);
-  Settle();
-  EXPECT_EQ(Sent().substr(0, 25), "85/32767 86/32767 89/128 ");
-  EXPECT_EQ(Stage(1).stageClass, 1);
-  EXPECT_FALSE(Stage(1).algorithm || Stage(1).block || HasTable(1));
-  Edit("hiResCurve", "-20", 1, 100);
-  Settle();
-  EXPECT_EQ(Stage(1).coefficients.size(), 1024U);
-}
-
 TEST_F(Downloads, RunningTableStaysUntilItIsClearedOrDestroyed) {
   for (const bool destroyed : {false, true}) {
     BuildHiRes(1);
@@ -122,19 +106,6 @@ TEST_F(Downloads, RunningTableStaysUntilItIsClearedOrDestroyed) {
     EXPECT_EQ(Sent().substr(0, 25), "85/32767 86/32767 89/128 ");
     EXPECT_FALSE(HasTable(1));
   }
-}
-
-TEST_F(Downloads, EqualizerEditTouchesNoFilterStage) {
-  BuildHiRes(1);
-  Edit("eqBandGain", "12", 9, 0);
-  Settle();
-  EXPECT_EQ(Sent(), "#0 #1 192/32776 ");
-  Edit("eqType", "3", 1);
-  Settle();
-  EXPECT_EQ(Sent(), "86/28703 #0 #1 192/32777 ");
-  Edit("eqType", "1", 1);
-  Settle();
-  EXPECT_EQ(Sent(), "86/28687 #0 #1 #2 #3 #4 #5 #6 #7 #8 #9 #10 #11 #12 #13 #14 #15 192/32768 ");
 }
 
 TEST_F(Downloads, FilterTakenOutAndPutBackHasItsTableAgain) {

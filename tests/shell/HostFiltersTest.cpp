@@ -47,8 +47,9 @@ TEST_P(HostFilters, HiResGraphicFollowsItsCurve) {
   }
   Settle();
   ASSERT_EQ(Stage(1).coefficients.size(), GetParam() == 5 ? 976U : 1024U);
+  const double tolerance = GetParam() == 5 ? 0.5 : 0.02;  // what the shortening costs
   for (int line = 4; line < CurveLines - 20; line += 3) {
-    ASSERT_NEAR(Decibels(Left(line)), static_cast<double>(Drawn(line, CurveLines)), 0.5) << line;
+    ASSERT_NEAR(Decibels(Left(line)), static_cast<double>(Drawn(line, CurveLines)), tolerance) << line;
     ASSERT_NEAR(Decibels(Left(line + 0.5)), static_cast<double>(Drawn(line, CurveLines)), 1.0) << line;
   }
   EXPECT_LT(Decibels(Left(490)), -30.0);  // above the curve nothing passes
@@ -63,6 +64,10 @@ TEST_P(HostFilters, SpectralInverseFollowsItsCurveOneBinUp) {
   for (int line = 4; line < CurveLines - 20; line += 3) {
     ASSERT_NEAR(Decibels(Left(line + 1)), static_cast<double>(Drawn(line, CurveLines)), 0.5) << line;
   }
+  if (GetParam() == 5) return;  // shortened to 976 taps the ends smear
+  EXPECT_NEAR(Left(0), Left(1), 0.001);
+  EXPECT_NEAR(Decibels(Left(CurveLines)), static_cast<double>(Drawn(CurveLines - 1, CurveLines)), 0.1);
+  EXPECT_NEAR(Left(CurveLines + 1), 0.0, 0.001);
 }
 
 TEST_P(HostFilters, MultipleNotchAndSlotActAtTheirBins) {
@@ -85,8 +90,9 @@ TEST_P(HostFilters, MultipleNotchAndSlotActAtTheirBins) {
   Edit("mslotFreq", "1000", 1, 1);
   Edit("mslotWidth", "5", 1, 1);
   Settle();
-  EXPECT_NEAR(Left(low), 1.0, 0.06);
-  EXPECT_NEAR(Left(low + 20), 0.0, 0.06);
+  for (int away = 0; away < 20; away += GetParam() == 5 ? 10 : 1) {
+    for (const int bin : {low - away, low + away}) ASSERT_NEAR(Left(bin), away <= 2 ? 1.0 : 0.0, 0.06) << bin;
+  }
   EXPECT_NEAR(Left(high), 0.0, 0.06);
   Edit("mslotFreq", "0", 1, 1);  // an empty list is transparent
   Settle();
@@ -106,6 +112,7 @@ TEST_P(HostFilters, SpectralGraphicIsItsCurveItself) {
     ASSERT_NEAR(Decibels(heard), static_cast<double>(Drawn(line, EdgeLines)), 0.5) << line;
   }
   EXPECT_LT(Decibels(Response(coefficients, 123, 121, 246.0)), -40.0);
+  EXPECT_EQ(std::count(coefficients.begin() + 246, coefficients.end(), 0), 10);
 }
 
 INSTANTIATE_TEST_SUITE_P(Bandwidths, HostFilters, testing::Values(0, 4, 5));

@@ -7,7 +7,6 @@
 #include "TestSession.h"
 #include "WatchedUnit.h"
 #include "model/FieldText.h"
-#include "model/Kinds.h"
 #include "persist/SafeFile.h"
 #include "widgets/ControlText.h"
 

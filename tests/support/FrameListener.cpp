@@ -90,14 +90,6 @@ FrameTexts InText(std::span<const Bytes> frames) {
   return texts;
 }
 
-Bytes ReadFrame(const Pty& line) {
-  Bytes frame = line.Read(CommandLength, SilenceMilliseconds);
-  if (frame.size() < CommandLength || !IsPacket(frame)) return frame;
-  const Bytes rest = line.Read(PacketLength - CommandLength, SilenceMilliseconds);
-  frame.insert(frame.end(), rest.begin(), rest.end());
-  return frame;
-}
-
 FrameTexts Listen(const Pty& line, std::size_t count, int polls) {
   std::vector<Bytes> frames;
   while (frames.size() < count) {
@@ -113,6 +105,14 @@ FrameTexts Listen(const Pty& line, std::size_t count, int polls) {
 }
 
 }  // namespace
+
+Bytes ReadFrame(const Pty& line) {
+  Bytes frame = line.Read(CommandLength, SilenceMilliseconds);
+  if (frame.size() < CommandLength || !IsPacket(frame)) return frame;
+  const Bytes rest = line.Read(PacketLength - CommandLength, SilenceMilliseconds);
+  frame.insert(frame.end(), rest.begin(), rest.end());
+  return frame;
+}
 
 FrameTexts FrameListener::Take(std::size_t count) const { return Listen(line, count, PatiencePolls); }
 

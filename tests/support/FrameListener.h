@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "Pty.h"
+#include "VirtualLine.h"
 
 namespace support {
 
@@ -17,16 +18,16 @@ namespace support {
 // Anything else is "bad" and its bytes, and is met with silence.
 using FrameTexts = std::vector<std::string>;
 
-class FrameListener {
- public:
-  const std::string& Path() const { return line.Path(); }
+// The next frame on the line, sound or not; empty where the line falls silent.
+Bytes ReadFrame(const Pty& line);
+
+struct FrameListener {
   // The next so many frames on the line, polls of the main status not counted; fewer where ten polls come
   // first or the line falls silent.
   FrameTexts Take(std::size_t count) const;
   // All frames that come before the last of so many polls.
   FrameTexts UntilPolls(int count) const;
 
- private:
   Pty line;
 };
 

@@ -11,11 +11,8 @@
 #include <unistd.h>
 
 namespace support {
-namespace {
 
 using Clock = std::chrono::steady_clock;
-
-}  // namespace
 
 Program::Program(const std::string& path, const std::vector<std::string>& arguments) {
   std::array<int, 2> in{};

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <sstream>
 
 namespace support {
 
@@ -58,12 +57,6 @@ void ScriptedUnit::Send(const ScriptedReply& reply, std::int64_t now) {
   }
 }
 
-std::vector<Bytes> ScriptedUnit::Frames() const {
-  std::vector<Bytes> frames;
-  for (const SentFrame& frame : sent) frames.push_back(frame.bytes);
-  return frames;
-}
-
 std::string Hex(const Bytes& bytes) {
   std::string text;
   for (const std::uint8_t byte : bytes) {
@@ -74,16 +67,6 @@ std::string Hex(const Bytes& bytes) {
   if (!text.empty()) text.pop_back();
   return text;
 }
-
-Bytes FromHex(const std::string& text) {
-  std::istringstream words(text);
-  Bytes bytes;
-  for (std::string word; words >> word;)
-    bytes.push_back(static_cast<std::uint8_t>(std::stoi(word, nullptr, 16)));
-  return bytes;
-}
-
-std::string Text(const Bytes& bytes) { return {bytes.begin(), bytes.end()}; }
 
 ScriptedReply GoodReply(const Bytes& frame) {
   if (frame[1] == 'M') {

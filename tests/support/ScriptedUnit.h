@@ -33,7 +33,6 @@ class ScriptedUnit {
   FarEnd End();
   // Bytes that come on their own at a time from now.
   void Send(const ScriptedReply& reply, std::int64_t now);
-  std::vector<Bytes> Frames() const;
 
  private:
   struct Due {
@@ -46,10 +45,8 @@ class ScriptedUnit {
   void Answer(const Bytes& frame, std::int64_t now);
 };
 
-// "3F 4D 50 E8" and back.
+// "3F 4D 50 E8".
 std::string Hex(const Bytes& bytes);
-Bytes FromHex(const std::string& text);
-std::string Text(const Bytes& bytes);
 
 // Replies as a unit with these levels and words gives them, made up byte by byte.
 std::string MainStatusReply(const std::vector<int>& levels = {0, 0, 0, 0, 0, 0}, int unitStatus = 0,

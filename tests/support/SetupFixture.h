@@ -1,9 +1,6 @@
 // Setup files in a folder of their own, without a session around them.
 #pragma once
 
-#include <fstream>
-#include <sstream>
-
 #include <gtest/gtest.h>
 
 #include "FaultyFiles.h"
@@ -13,16 +10,6 @@
 #include "persist/modSettings.h"
 
 namespace support {
-
-inline std::string Content(const std::string& path) {
-  std::ostringstream text;
-  text << std::ifstream(path, std::ios::binary).rdbuf();
-  return text.str();
-}
-
-inline void Put(const std::string& path, std::string_view text) {
-  std::ofstream(path, std::ios::binary) << text;
-}
 
 struct SetupFixture : testing::Test {
   TempFolder folder;

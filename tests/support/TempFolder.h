@@ -1,8 +1,11 @@
-// A folder of a test's own, gone with it.
+// A folder of a test's own, gone with it, and what is in its files.
 #pragma once
 
 #include <filesystem>
+#include <fstream>
+#include <sstream>
 #include <string>
+#include <string_view>
 
 namespace support {
 
@@ -23,5 +26,15 @@ class TempFolder {
  private:
   std::string path;
 };
+
+inline std::string Content(const std::string& path) {
+  std::ostringstream text;
+  text << std::ifstream(path, std::ios::binary).rdbuf();
+  return text.str();
+}
+
+inline void Put(const std::string& path, std::string_view text) {
+  std::ofstream(path, std::ios::binary) << text;
+}
 
 }  // namespace support

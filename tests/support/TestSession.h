@@ -53,8 +53,11 @@ class TestDesk : public vc::Desk {
 
 struct TestSession {
   // In a folder of its own, or in one that other sessions use before, after or beside it.
-  explicit TestSession(FarEnd end, const std::string& sharedFolder = {})
-      : desk(sharedFolder.empty() ? folder.Path() : sharedFolder), ports(clock, std::move(end)) {}
+  // With files of its own where others are not given.
+  explicit TestSession(FarEnd end, const std::string& sharedFolder = {}, vc::Files* otherFiles = nullptr)
+      : desk(sharedFolder.empty() ? folder.Path() : sharedFolder),
+        ports(clock, std::move(end)),
+        session({clock, loop, desk, ports, otherFiles == nullptr ? files : *otherFiles}) {}
 
   TempFolder folder;
   VirtualClock clock;
@@ -62,7 +65,7 @@ struct TestSession {
   TestDesk desk;
   VirtualPorts ports;
   FaultyFiles files;
-  vc::Session session{{clock, loop, desk, ports, files}};
+  vc::Session session;
 };
 
 }  // namespace support

@@ -1,7 +1,4 @@
 // Byte strings, small files and the object log.
-#include <fstream>
-#include <sstream>
-
 #include <gtest/gtest.h>
 
 #include "TempFolder.h"
@@ -12,11 +9,7 @@
 namespace vc {
 namespace {
 
-std::string Content(const std::string& path) {
-  std::ostringstream text;
-  text << std::ifstream(path, std::ios::binary).rdbuf();
-  return text.str();
-}
+using support::Content;
 
 TEST(BytesToString, CountsAsTold) {
   std::string text = "old";

@@ -22,6 +22,7 @@ TEST(Rate, AtAnotherRateNothingIsUnderstoodAndNothingCanBeRead) {
   for (const int rate : {0, 9600, 14400, 38400, 115201}) {
     Bench bench;
     bench.rate = rate;
+    EXPECT_EQ(bench.Exchange(statusRequest).size(), 3U);  // too short for a status reply
     std::string heard;
     for (int attempt = 0; attempt < 300; ++attempt) {
       heard += bench.Ask(statusRequest);
@@ -40,12 +41,6 @@ TEST(Rate, AtAnotherRateNothingIsUnderstoodAndNothingCanBeRead) {
   }
 }
 
-TEST(Rate, ComplaintAtAnotherRateIsTooShortForAStatusReply) {
-  Bench bench;
-  bench.rate = 9600;
-  EXPECT_EQ(bench.Exchange(statusRequest).size(), 3U);
-}
-
 TEST(Pace, EveryCharacterTakesTenBitTimes) {
   Bench bench(Paced(9600));
   bench.now = 1'000'000;
@@ -60,12 +55,6 @@ TEST(Pace, EveryCharacterTakesTenBitTimes) {
     EXPECT_EQ(bench.device.Transmit(due).size(), 1U) << i;
   }
   EXPECT_EQ(bench.device.NextEvent(), std::nullopt);
-}
-
-TEST(Pace, APacketAt115200TakesFiveMillisecondsWithItsAnswer) {
-  Bench bench(Paced(115200));
-  EXPECT_EQ(bench.Ask(PacketFrame(0, 1)), "!OK");
-  EXPECT_NEAR(static_cast<double>(bench.now), 56 * 86.8, 3.0);
 }
 
 TEST(Pace, BytesThatComeWhileTheLineIsBusyWaitTheirTurn) {

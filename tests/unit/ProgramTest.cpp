@@ -3,7 +3,6 @@
 #include <csignal>
 #include <fstream>
 #include <memory>
-#include <sstream>
 #include <thread>
 
 #include <gtest/gtest.h>
@@ -16,15 +15,9 @@ namespace unit_test {
 namespace {
 
 namespace fs = std::filesystem;
+using support::Content;
 
 constexpr int ShortWait = 150;  // milliseconds in which nothing may come
-
-std::string Content(const fs::path& path) {
-  std::ifstream file(path);
-  std::stringstream text;
-  text << file.rdbuf();
-  return text.str();
-}
 
 // Processor time used so far, in clock ticks of the system.
 long ProcessorTicks(pid_t process) {
@@ -135,16 +128,6 @@ TEST_F(UnitProgram, PaceIsThatOfTheLine) {
       std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
   EXPECT_GE(took.count(), 53 * 10'000 / 9600);
   EXPECT_LT(took.count(), 500);
-}
-
-TEST_F(UnitProgram, TraceIsWrittenLineByLine) {
-  const fs::path trace = directory / "trace";
-  ASSERT_TRUE(Start({"--trace", trace.string()}));
-  const HostLine host(link, 115200);
-  EXPECT_EQ(host.Ask(CommandFrame(1, 192), 3), "!OK");
-  const std::string text = Content(trace);
-  EXPECT_NE(text.find("  host  3F 4D 50 01 C0 00 3F  right level = 192\n"), std::string::npos) << text;
-  EXPECT_NE(text.find("  unit  21 4F 4B  acknowledged\n"), std::string::npos) << text;
 }
 
 TEST_F(UnitProgram, DumpIsWrittenAtEverySignalThatAsksForIt) {

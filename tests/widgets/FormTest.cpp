@@ -1,51 +1,30 @@
 // Forms, their controls by name and in words, and the windows on each other.
 #include <gtest/gtest.h>
 
+#include "SampleForm.h"
 #include "widgets/ControlText.h"
-#include "widgets/Controls.h"
 #include "widgets/Forms.h"
-#include "widgets/GraphicButton.h"
 
 namespace vc {
 namespace {
 
-struct Panel {
-  Form form{"Panel", "A Panel"};
-  Frame fraOuter{form, "fraOuter", "&Outer"};
-  Frame fraInner{fraOuter, "fraInner", "Inner"};
-  Slider sldr{fraInner, "sldr", "Cutoff"};
-  TextBox txt{fraInner, "txt", "Cutoff"};
-  ControlArray<ListBox, 1, 2> cmb{fraOuter, "cmb", {"First", "Second"}};
-  OptionGroup opt{fraOuter, "opt", 0, {"All", "Odd", "Even"}};
-  CheckBox chk{form, "chk", "Grid"};
-  GraphicButton latch{form, "latch", "Active", GraphicButton::Style::Latching};
-  GraphicButton push{form, "push", "Clear", GraphicButton::Style::Push};
-  Button btnOK{form, "btnOK", "OK"};
-  MenuEntry mnu{form, "mnu", "&File"};
-  MenuEntry mnuExit{mnu, "mnuExit", "E&xit"};
-
-  int events = 0;
-  Panel() {
-    const auto count = [this] { ++events; };
-    sldr.changed = opt.changed = chk.changed = latch.clicked = push.clicked = btnOK.clicked =
-        mnuExit.clicked = count;
-    cmb(2).changed = count;
-    cmb(1).SetItems({"Lowpass", "Highpass"});
-    cmb(2).SetItems({"Lowpass", "Highpass"});
-  }
-  const AnyControl& Find(const std::string& name) { return *FindControl(form, name); }
+struct Panel : support::SampleForm {
   std::string Set(const std::string& name, const std::string& value) { return SetControl(Find(name), value); }
+  const AnyControl& Find(const std::string& name) { return *FindControl(form, name); }
+  // What was raised since the last call.
+  std::string Events() { return std::exchange(events, {}); }
 };
 
 TEST(Controls, AreFoundByNameInReadingOrder) {
   Panel panel;
   std::string order;
   for (const AnyControl& control : panel.form.controls) order += CoreOf(control).FullName() + " ";
-  EXPECT_EQ(
-      order,
-      "fraOuter fraInner sldr txt cmb(1) cmb(2) opt(0) opt(1) opt(2) chk latch push btnOK mnu mnuExit ");
-  EXPECT_EQ(FindControl(panel.form, "cmb"), nullptr);
-  EXPECT_EQ(panel.sldr.core.AccessibleName(), "Inner, Cutoff");
+  EXPECT_TRUE(order.starts_with(
+      "mnuFile mnuExit mnuRate mnuRateSelect(0) mnuRateSelect(1) fraFilter sldrCutoff txtCutoff sldrBalance "
+      "cmbKind fraInner chkPart(1) chkPart(2) optMode(0) optMode(1) optMode(2) fraLevels "))
+      << order;
+  EXPECT_EQ(FindControl(panel.form, "chkPart"), nullptr);
+  EXPECT_EQ(panel.sldrCutoff.core.AccessibleName(), "Filter, Cutoff Frequency");
   EXPECT_EQ(WithoutAccessKey("A && &B&"), "A & B&");
 }
 
@@ -54,95 +33,81 @@ TEST(Controls, AreSetAndReadByText) {
   struct Case {
     const char *name, *value, *shown;
     bool taken;
-    int events;
+    const char* events;
   };
   for (const Case& c :
-       {Case{"sldr", "12.5", "12.5", true, 1}, Case{"sldr", "12.5", "12.5", true, 0},
-        Case{"sldr", "101", "12.5", false, 0}, Case{"sldr", "x", "12.5", false, 0},
-        Case{"cmb(2)", "Highpass", "Highpass", true, 1}, Case{"cmb(2)", "0", "Lowpass", true, 1},
-        Case{"cmb(2)", "Notch", "Lowpass", false, 0}, Case{"opt(1)", "1", "1", true, 1},
-        Case{"opt(1)", "0", "1", false, 0}, Case{"chk", "1", "1", true, 1}, Case{"chk", "yes", "1", false, 0},
-        Case{"latch", "1", "1", true, 1}, Case{"latch", "1", "1", true, 0}, Case{"latch", "2", "1", false, 0},
-        Case{"btnOK", "1", "", false, 0}, Case{"fraOuter", "1", "&Outer", false, 0}}) {
+       {Case{"sldrCutoff", "12.5", "12.5", true, "cutoff "}, Case{"sldrCutoff", "12.5", "12.5", true, ""},
+        Case{"sldrCutoff", "101", "12.5", false, ""}, Case{"sldrCutoff", "x", "12.5", false, ""},
+        Case{"cmbKind", "Highpass", "Highpass", true, "kind "},
+        Case{"cmbKind", "0", "Lowpass", true, "kind "}, Case{"cmbKind", "Notch", "Lowpass", false, ""},
+        Case{"optMode(1)", "1", "1", true, "mode "}, Case{"optMode(1)", "0", "1", false, ""},
+        Case{"chkPart(2)", "1", "1", true, "part "}, Case{"chkPart(2)", "yes", "1", false, ""},
+        Case{"btnActive", "1", "1", true, "active "}, Case{"btnActive", "1", "1", true, ""},
+        Case{"btnActive", "2", "1", false, ""}, Case{"btnOK", "1", "", false, ""},
+        Case{"fraFilter", "1", "&Filter", false, ""}}) {
     SCOPED_TRACE(std::string(c.name) + " " + c.value);
-    panel.events = 0;
     EXPECT_EQ(panel.Set(c.name, c.value).empty(), c.taken);
     EXPECT_EQ(ValueOf(panel.Find(c.name)), c.shown);
-    EXPECT_EQ(panel.events, c.events);
+    EXPECT_EQ(panel.Events(), c.events);
   }
-  EXPECT_EQ(ValueOf(panel.Find("opt(0)")), "0");
-  EXPECT_EQ(RangeOf(panel.Find("sldr")), "0..100");
-  EXPECT_EQ(RangeOf(panel.Find("cmb(1)")), "Lowpass | Highpass");
-  EXPECT_EQ(KindOf(panel.Find("mnu")), "menu");
+  EXPECT_EQ(ValueOf(panel.Find("optMode(0)")), "0");
+  EXPECT_EQ(RangeOf(panel.Find("sldrCutoff")), "0..100");
+  EXPECT_EQ(RangeOf(panel.Find("cmbKind")), "Lowpass | Highpass | Comb");
+  EXPECT_EQ(KindOf(panel.Find("mnuFile")), "menu");
   EXPECT_EQ(KindOf(panel.Find("mnuExit")), "entry");
 }
 
 TEST(Controls, ClicksDoWhatTheMouseWould) {
   Panel panel;
-  for (const char* name : {"btnOK", "push", "latch", "chk", "opt(2)", "mnuExit"}) {
+  panel.btnClear.core.SetEnabled(true);
+  for (const char* name :
+       {"btnOK", "btnClear", "btnActive", "chkPart(2)", "optMode(2)", "mnuRateSelect(1)"}) {
     EXPECT_EQ(ClickControl(panel.Find(name)), "") << name;
   }
-  EXPECT_EQ(panel.events, 6);
-  EXPECT_EQ(panel.push.Value(), 0);
-  EXPECT_EQ(panel.latch.Value(), 1);
-  EXPECT_EQ(panel.opt.Selected(), 2);
-  for (const char* name : {"mnu", "sldr", "fraOuter", "txt"})
+  EXPECT_EQ(panel.Events(), "ok clear active part mode ");
+  EXPECT_EQ(panel.btnClear.Value(), 0);
+  EXPECT_EQ(panel.btnActive.Value(), 1);
+  EXPECT_TRUE(panel.mnuRateSelect(1).Checked());
+  for (const char* name : {"mnuFile", "sldrCutoff", "fraFilter", "txtCutoff", "cmbKind"})
     EXPECT_NE(ClickControl(panel.Find(name)), "") << name;
-}
-
-TEST(Controls, ATallListIsActivatedOnItsChosenRow) {
-  Panel panel;
-  ListBox& list = panel.cmb(2);
-  list.activated = [&panel] { panel.events += 10; };
-  EXPECT_EQ(ClickControl(panel.Find("cmb(2)")), "a list cannot be clicked");
-  list.tall = true;
-  EXPECT_EQ(ClickControl(panel.Find("cmb(2)")), "no row is chosen");
-  list.Activate();
-  EXPECT_EQ(panel.events, 0);
-  EXPECT_EQ(panel.Set("cmb(2)", "Highpass"), "");
-  EXPECT_EQ(ClickControl(panel.Find("cmb(2)")), "");
-  EXPECT_EQ(panel.events, 11);
 }
 
 TEST(Controls, DisabledAndHiddenOnesRefuseWithTheirFrames) {
   Panel panel;
-  panel.fraOuter.core.SetEnabled(false);
-  EXPECT_EQ(panel.Set("sldr", "5"), "it is disabled");
-  panel.latch.core.SetVisible(false);
-  EXPECT_EQ(ClickControl(panel.Find("latch")), "it is hidden");
-  EXPECT_EQ(panel.events, 0);
-  EXPECT_TRUE(panel.sldr.core.Enabled());
+  panel.fraFilter.core.SetEnabled(false);
+  EXPECT_EQ(panel.Set("sldrCutoff", "5"), "it is disabled");
+  EXPECT_EQ(ClickControl(panel.Find("btnHidden")), "it is hidden");
+  EXPECT_EQ(panel.Events(), "");
+  EXPECT_TRUE(panel.sldrCutoff.core.Enabled());
 }
 
 TEST(Controls, TypingGoesThroughFocusKeyAndLeaving) {
   Panel panel;
-  std::string story;
-  panel.txt.gotFocus = [&] { story += "got:" + panel.txt.Text() + " "; };
-  panel.txt.keyPress = [&](int code) {
-    story += "key" + std::to_string(code) + ":" + panel.txt.Text() + " ";
+  const auto tell = [&panel](const char* what) {
+    return [&panel, what] { panel.events += what + panel.txtCutoff.Text() + " "; };
   };
-  panel.txt.lostFocus = [&] { story += "left"; };
-  panel.txt.SetText("old");
-  EXPECT_EQ(TypeInto(panel.Find("txt"), "new", true), "");
-  EXPECT_EQ(story, "got:old key13:new left");
-  panel.txt.readOnly = true;
-  EXPECT_EQ(TypeInto(panel.Find("txt"), "x", false), "it is read-only");
-  EXPECT_NE(TypeInto(panel.Find("sldr"), "x", false), "");
+  panel.txtCutoff.gotFocus = tell("got:");
+  panel.txtCutoff.lostFocus = tell("left:");
+  panel.txtCutoff.SetText("old");
+  EXPECT_EQ(TypeInto(panel.Find("txtCutoff"), "new", true), "");
+  EXPECT_EQ(panel.Events(), "got:old key13 left:new ");
+  EXPECT_EQ(TypeInto(panel.Find("txtState"), "x", false), "it is read-only");
+  EXPECT_NE(TypeInto(panel.Find("sldrCutoff"), "x", false), "");
 }
 
 TEST(Controls, MutedFormsRaiseNothing) {
   Panel panel;
   {
     const Mute mute(panel.form);
-    panel.sldr.SetPosition(50);
-    panel.opt.Select(1);
+    panel.sldrCutoff.SetPosition(50);
+    panel.optMode.Select(1);
     panel.btnOK.Click();
   }
-  EXPECT_EQ(panel.events, 0);
-  EXPECT_EQ(panel.sldr.Position(), 50.0);
-  panel.sldr.SetRange(0, 20);  // a narrower range moves the position and tells of it
-  EXPECT_EQ(panel.sldr.Position(), 20.0);
-  EXPECT_EQ(panel.events, 1);
+  EXPECT_EQ(panel.Events(), "");
+  EXPECT_EQ(panel.sldrCutoff.Position(), 50.0);
+  panel.sldrCutoff.SetRange(0, 20);  // a narrower range moves the position and tells of it
+  EXPECT_EQ(panel.sldrCutoff.Position(), 20.0);
+  EXPECT_EQ(panel.Events(), "cutoff ");
 }
 
 TEST(FormStack, ModalFormsBlockWhatLiesBelow) {
@@ -172,7 +137,7 @@ TEST(FormStack, ModalFormsBlockWhatLiesBelow) {
   EXPECT_EQ(forms.Find("Third"), nullptr);
   forms.Unload(third);  // not open: nothing
   forms.UnloadAll();
-  EXPECT_EQ(story, "Third Second Panel ");
+  EXPECT_EQ(story, "Third Second SampleForm ");
   EXPECT_EQ(forms.Top(), nullptr);
 }
 
