@@ -152,9 +152,12 @@ Descriptor CreateTemporary(const std::string& folder, std::string& path) {
 // it what they might.
 void TakeOver(const Descriptor& file, const struct stat& old) {
   constexpr auto sameUser = static_cast<uid_t>(-1);
-  [[maybe_unused]] const bool given =
-      fchown(file.Number(), old.st_uid, old.st_gid) == 0 || fchown(file.Number(), sameUser, old.st_gid) == 0;
-  fchmod(file.Number(), old.st_mode & 07777);
+  struct stat made {};
+  fstat(file.Number(), &made);
+  [[maybe_unused]] const bool given = (made.st_uid == old.st_uid && made.st_gid == old.st_gid) ||
+                                      fchown(file.Number(), old.st_uid, old.st_gid) == 0 ||
+                                      fchown(file.Number(), sameUser, old.st_gid) == 0;
+  if (made.st_mode != old.st_mode) fchmod(file.Number(), old.st_mode & 07777);
 }
 
 }  // namespace

@@ -37,6 +37,8 @@ std::string_view WithoutBlanks(std::string_view line) {
 void LineWriter::Integer(std::int64_t value) { AddNumber(text, value); }
 
 void LineWriter::Float(float value) {
+  // Curves are thousands of lines, and most of them flat.
+  if (value == 0 && !std::signbit(value)) return Line("0");
   if (std::isnan(value)) value = 0;
   if (std::isinf(value)) value = std::copysign(std::numeric_limits<float>::max(), value);
   AddNumber(text, value);
