@@ -115,7 +115,7 @@ void ForEachStretch(SystemSettings& settings, const FieldRow& row, Visit visit) 
   const IndexRange& inner = row.extent[1];
   for (int i = row.extent[0].first; i <= row.extent[0].last; i++) {
     T* first = std::get<T*>(row.at(settings, i, inner.first));
-    visit(i, std::span<T>(first, static_cast<std::size_t>(inner.last - inner.first + 1)));
+    visit(i, std::span<T>(first, static_cast<std::size_t>(inner.last - inner.first) + 1));
   }
 }
 

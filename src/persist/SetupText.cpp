@@ -14,7 +14,7 @@ namespace {
 // The elements of a run whose field is of type T, in stretches of memory; false as soon as visit says so.
 template <typename T, typename Visit>
 bool ForEachStretch(const SetupRun& run, SystemSettings& settings, Visit visit) {
-  const auto count = static_cast<std::size_t>(run.j.last - run.j.first + 1);
+  const auto count = static_cast<std::size_t>(run.j.last - run.j.first) + 1;
   for (int i = run.i.first; i <= run.i.last; ++i) {
     T* first = std::get<T*>(run.field->at(settings, i, run.j.first));
     for (T& element : std::span<T>(first, count)) {
