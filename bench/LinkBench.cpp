@@ -37,7 +37,7 @@ class Answerer {
 
 struct OpenLink {
   support::Pty line;
-  support::OnePort ports{line.Path()};
+  bench::OnePort ports{line.Path()};
   host::SystemClock clock;
   vc::veltrana library{ports, clock};
   std::int16_t comPort = 1, baudIndex = 4;

@@ -62,7 +62,7 @@ struct Setup {
     std::filesystem::create_directories(folder);
     std::mt19937 source{1};
     vc::InitSettings(settings);
-    if (random) support::RandomizeRecord(settings, source);
+    if (random) fuzz::RandomizeRecord(settings, source);
     text = vc::WriteSetup(settings, 0, {});
     setups.SaveSetupFile(path, 0);
   }

@@ -49,7 +49,7 @@ void PutSeeds(Seeds& seeds) {
   const std::size_t block = text.find(vc::CoefficientLine);
   for (const std::size_t behind : {0U, 14U, 15U, 20U, 40U})
     seeds.Put("cut-block-" + std::to_string(behind), 'A', text.substr(0, block + behind));
-  support::RandomizeRecord(settings, random);
+  fuzz::RandomizeRecord(settings, random);
   seeds.Put("random", 'A', vc::WriteSetup(settings, 1, Learn(settings)));
 }
 

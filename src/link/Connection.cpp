@@ -32,8 +32,8 @@ constexpr std::size_t BootRomOffset = 4, FirmwareOffset = 7;
 
 }  // namespace
 
-modDeviceComm::modDeviceComm(veltrana& portLibrary, LinkRecord linkRecord)
-    : library(portLibrary), comm{portLibrary, linkRecord} {}
+modDeviceComm::modDeviceComm(veltrana& portCalls, LinkRecord linkRecord)
+    : portLibrary(portCalls), comm{portCalls, linkRecord} {}
 
 bool modDeviceComm::InitComPort(bool fullConnect) {
   bool wasOpen = false;
@@ -66,11 +66,11 @@ void modDeviceComm::CloseBeforeConnect() {
 void modDeviceComm::OpenPort() {
   std::string name = "COM" + std::to_string(comm.record.comPort);
   name.push_back('\0');
-  comm.CommPortId = library.OpenComm(name, QueueSize, QueueSize);
+  comm.CommPortId = portLibrary.OpenComm(name, QueueSize, QueueSize);
   ReplyTicksLeft = 0;
   ReplyBytesExpected = 0;
   if (comm.CommPortId >= 0) return;
-  hooks.portUnavailable(library.openFailure);
+  hooks.portUnavailable(portLibrary.openFailure);
   hooks.box(box::Exclamation, "Invalid/Unavailable for Local " + ApplicationTitle + " Connection",
             hooks.portCaption() + " is either invalid or unavailable. Please select another port for the " +
                 ApplicationTitle);
@@ -78,8 +78,8 @@ void modDeviceComm::OpenPort() {
 
 void modDeviceComm::ConfigurePort() {
   if (comm.CommPortId < 0) return;
-  library.FlushComm(comm.CommPortId, 0);
-  library.FlushComm(comm.CommPortId, 1);
+  portLibrary.FlushComm(comm.CommPortId, 0);
+  portLibrary.FlushComm(comm.CommPortId, 1);
   if (comm.ApplyCommState(DtrOn)) {
     comm.CommPortOpen = true;
     return;
@@ -110,7 +110,7 @@ void modDeviceComm::DisconnectZorq(bool updateMenus) {
                                            if (comm.CommPortId >= 0) comm.ApplyCommState(DtrOff);
                                          },
                                          [this] {
-                                           if (comm.CommPortId >= 0) library.CloseComm(comm.CommPortId);
+                                           if (comm.CommPortId >= 0) portLibrary.CloseComm(comm.CommPortId);
                                            comm.CommPortId = -1;
                                            comm.CommPortOpen = false;
                                          },

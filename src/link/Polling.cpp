@@ -54,14 +54,14 @@ void modDeviceComm::PollStep(const PolledRequest& request, std::uint16_t argumen
 
 void modDeviceComm::SendPolled(const PolledRequest& request, std::uint16_t argument) {
   const CommandFrame frame = MakeCommandFrame(request.code, argument);
-  library.WriteComm(comm.CommPortId, frame);
+  portLibrary.WriteComm(comm.CommPortId, frame);
   ReplyTicksLeft = Nearest(Divide(request.waitMilliseconds, hooks.mainTimerMilliseconds()));
   ReplyBytesExpected = request.bytesExpected;
 }
 
 void modDeviceComm::TakePolledReply(const PolledRequest& request, const ReplyReader& decode,
                                     const ReplyReader& takeBody) {
-  const std::uint16_t error = library.GetCommError(comm.CommPortId, comm.CommStat);
+  const std::uint16_t error = portLibrary.GetCommError(comm.CommPortId, comm.CommStat);
   if (error == 0 && comm.CommStat.cbInQue >= ReplyBytesExpected) {
     std::string reply;
     comm.ReadCommString(comm.CommPortId, reply, request.bytesRead);

@@ -18,27 +18,27 @@ constexpr std::int16_t RetryCountMask = 0x3FFF;
 
 void modDeviceComm::AwaitReply(std::int16_t bytes, std::int32_t limitHundredths,
                                std::int32_t errorPauseHundredths) {
-  std::int32_t start = library.WaitHundredths(0);
+  std::int32_t start = portLibrary.WaitHundredths(0);
   std::uint16_t errors = 0;
   std::uint16_t seen = 0;
   while (true) {
-    errors |= library.GetCommError(comm.CommPortId, comm.CommStat);
-    const std::int32_t now = library.WaitHundredths(0);
+    errors |= portLibrary.GetCommError(comm.CommPortId, comm.CommStat);
+    const std::int32_t now = portLibrary.WaitHundredths(0);
     if (comm.CommStat.cbInQue != seen) {
       seen = comm.CommStat.cbInQue;
       start = now;
     }
     if (now - start >= limitHundredths || seen >= bytes) break;
-    library.AwaitComm(comm.CommPortId, limitHundredths - (now - start));
+    portLibrary.AwaitComm(comm.CommPortId, limitHundredths - (now - start));
   }
-  if (errors != 0 && errorPauseHundredths > 0) library.WaitHundredths(errorPauseHundredths);
+  if (errors != 0 && errorPauseHundredths > 0) portLibrary.WaitHundredths(errorPauseHundredths);
 }
 
 modDeviceComm::Outcome modDeviceComm::Transact(const Exchange& exchange, int attempts, std::string& reply) {
   while (attempts > 0) {
     if (exchange.drainEachTime) DrainPendingReply();
     if (!comm.CommPortOpen) return Outcome::Closed;
-    library.WriteComm(comm.CommPortId, exchange.frame);
+    portLibrary.WriteComm(comm.CommPortId, exchange.frame);
     AwaitReply(exchange.replyBytes, exchange.limitHundredths, exchange.errorPauseHundredths);
     reply.clear();
     comm.ReadCommString(comm.CommPortId, reply, exchange.replyBytes);
@@ -52,7 +52,7 @@ modDeviceComm::Outcome modDeviceComm::Transact(const Exchange& exchange, int att
 }
 
 void modDeviceComm::PauseForRecovery() {
-  library.WaitHundredths(RecoveryHundredths);
+  portLibrary.WaitHundredths(RecoveryHundredths);
   comm.FlushCommQueues();
 }
 

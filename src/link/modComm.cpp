@@ -16,14 +16,14 @@ void PutWord(CommRecord& record, std::size_t offset, std::uint16_t value) {
 
 std::int16_t modComm::FlushCommQueues() const {
   if (!CommPortOpen) return 0;
-  library.FlushComm(CommPortId, 0);
-  return library.FlushComm(CommPortId, 1);
+  portLibrary.FlushComm(CommPortId, 0);
+  return portLibrary.FlushComm(CommPortId, 1);
 }
 
 std::int16_t modComm::ReadCommString(std::int16_t handle, std::string& text, std::int16_t count) const {
   const auto wanted = static_cast<std::size_t>(std::max<std::int16_t>(count, 0));
   Bytes buffer(std::max(wanted, text.size()));
-  const std::int16_t read = library.ReadComm(handle, {buffer.data(), wanted});
+  const std::int16_t read = portLibrary.ReadComm(handle, {buffer.data(), wanted});
   text.assign(buffer.begin(), buffer.begin() + static_cast<std::ptrdiff_t>(wanted));
   return read;
 }
@@ -39,7 +39,7 @@ bool modComm::ApplyCommState(const std::int16_t& dtrFlag) const {
   if (dtrFlag != -1) state[commRecord::Flags] |= commRecord::DtrHeldOff;
   PutWord(state, commRecord::XonLimit, 10);
   PutWord(state, commRecord::XoffLimit, 10);
-  return library.SetCommState16(state) == 0;
+  return portLibrary.SetCommState16(state) == 0;
 }
 
 }  // namespace vc

@@ -37,7 +37,7 @@ struct LinkRecord {
 };
 
 struct modComm {
-  veltrana& library;
+  veltrana& portLibrary;
   LinkRecord record;
 
   bool CommPortOpen = false;

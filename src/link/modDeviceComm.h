@@ -54,9 +54,9 @@ struct PolledRequest {
 using ReplyReader = std::function<void(const std::string& reply)>;
 
 struct modDeviceComm {
-  modDeviceComm(veltrana& portLibrary, LinkRecord linkRecord);
+  modDeviceComm(veltrana& portCalls, LinkRecord linkRecord);
 
-  veltrana& library;
+  veltrana& portLibrary;
   modComm comm;
   LinkHooks hooks;
   UnitStatus status;

@@ -51,7 +51,7 @@ bool CoefReader::RequestCoefBlock(int stage, std::int16_t& blockCounter, CoefSpa
       CoefRequest, AddressOf(settings.configMode, known, blockCounter),
       [this](const std::string& reply) { device.DecodeStatusHead(reply); },
       [&](const std::string&) {
-        blockTaken = device.library.DownloadCoefs(device.comm.CommPortId, destination);
+        blockTaken = device.portLibrary.DownloadCoefs(device.comm.CommPortId, destination);
       });
   return true;
 }
@@ -120,7 +120,7 @@ bool CoefReader::ReadNextBlock(int stage, std::int16_t& blockCounter, CoefSpan b
   blockTaken = false;
   bool going = RequestCoefBlock(stage, blockCounter, blocks);
   while (going && device.ReplyTicksLeft != 0) {
-    device.library.WaitHundredths(stepHundredths);
+    device.portLibrary.WaitHundredths(stepHundredths);
     hooks.runEvents();
     HoldTimer();
     // A handler that has spoken to the unit has drained the reply away.

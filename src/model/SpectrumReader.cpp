@@ -49,7 +49,7 @@ void SpectrumReader::Step(const PolledRequest& request, RawTrace* secondTrace) {
 
 void SpectrumReader::TakeTrace(RawTrace& trace) {
   RawTrace body{};
-  const std::int16_t count = device.library.ReadComm(device.comm.CommPortId, body);
+  const std::int16_t count = device.portLibrary.ReadComm(device.comm.CommPortId, body);
   if (count == static_cast<std::int16_t>(body.size())) trace = body;
 }
 

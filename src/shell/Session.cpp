@@ -17,8 +17,8 @@ using Connection = std::tuple<std::int16_t, std::int16_t>;
 
 Session::Session(Platform host)
     : platform(host),
-      library(host.ports, host.clock),
-      device(library, {settings.comPort, settings.baudIndex, settings.linkReady}),
+      portLibrary(host.ports, host.clock),
+      device(portLibrary, {settings.comPort, settings.baudIndex, settings.linkReady}),
       download(settings, device),
       config(settings),
       coefReader(settings, device),

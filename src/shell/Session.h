@@ -35,7 +35,7 @@ struct Session {
   Platform platform;
   modDebug objectLog;
   SystemSettings settings;
-  veltrana library;
+  veltrana portLibrary;
   modDeviceComm device;
   Download download;
   modDeviceConfig config;

@@ -64,7 +64,7 @@ struct FilesTest : testing::Test {
   FilesTest() {
     std::mt19937 random{3};
     for (std::size_t n : {0U, 1U}) {
-      support::RandomizeRecord(records[n], random);
+      fuzz::RandomizeRecord(records[n], random);
       texts[n] = vc::WriteSetup(records[n], 0, {});
     }
     EXPECT_TRUE(Save(0));

@@ -10,7 +10,7 @@ namespace vc {
 namespace {
 
 struct PortLibrary : support::LinkFixture {
-  veltrana& library = session.library;
+  veltrana& library = session.portLibrary;
   modComm& comm = device.comm;
   CommStatus status;
 

@@ -48,7 +48,7 @@ std::string FirstDifference(const SystemSettings& one, const SystemSettings& oth
 TEST_F(SetupFile, FiveThousandRandomRecordsComeBackAsTheyWere) {
   std::mt19937 random{41};
   for (int round = 0; round < 5000; ++round) {
-    support::RandomizeRecord(settings, random);
+    fuzz::RandomizeRecord(settings, random);
     const SystemSettings saved = settings;
     const std::string text = WriteSetup(settings, 0, {});
     LearnedStages learned;
@@ -105,7 +105,7 @@ TEST_F(SetupFile, TheSecondCopyOfAddedStagesDoesNotCount) {
 // What of the record the lines up to a place decide; everything behind it keeps its default.
 TEST_F(SetupFile, CutAfterAnyLineItLoadsAndGarbageInAnyLineStopsItThere) {
   std::mt19937 random{7};
-  support::RandomizeRecord(settings, random);
+  fuzz::RandomizeRecord(settings, random);
   settings.setupDescription = "plain";
   settings.workingFolder = "/somewhere";
   const std::string text = WriteSetup(settings, 0, {});

@@ -123,7 +123,7 @@ TEST_F(States, WhatTheUnitHoldsAfterAStartIsWhatTheSetupSays) {
     std::string afterStart;
     {
       SystemSettings left;
-      support::RandomizeRecord(left, random);
+      fuzz::RandomizeRecord(left, random);
       left.comPort = 1;
       left.baudIndex = 4;
       left.workingFolder.clear();

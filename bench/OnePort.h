@@ -7,7 +7,7 @@
 
 #include "host/PosixSerialPorts.h"
 
-namespace support {
+namespace bench {
 
 class OnePort : public vc::SerialPorts {
  public:
@@ -20,4 +20,4 @@ class OnePort : public vc::SerialPorts {
   std::string path;
 };
 
-}  // namespace support
+}  // namespace bench

@@ -11,7 +11,7 @@
 #include "model/Settings.h"
 #include "model/modDeviceConfig.h"
 
-namespace support {
+namespace fuzz {
 
 inline std::string RandomText(std::mt19937& random) {
   static const std::string pieces[] = {"noise", " ", "\"",       "\"\"",     "\r\n", "\n",
@@ -53,4 +53,4 @@ inline void RandomizeRecord(vc::SystemSettings& settings, std::mt19937& random) 
   vc::modDeviceConfig(settings).ConfigureStages(true);
 }
 
-}  // namespace support
+}  // namespace fuzz
