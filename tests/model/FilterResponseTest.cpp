@@ -1,0 +1,251 @@
+// The cut-off filters against their law: levels, edges and lengths, and every point against a direct sum.
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <complex>
+#include <limits>
+#include <numbers>
+#include <random>
+#include <string>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Fresh.h"
+#include "model/Bandwidth.h"
+#include "model/CutOffFilter.h"
+#include "model/FilterResponse.h"
+#include "model/Kinds.h"
+#include "text/Convert.h"
+
+namespace vc {
+namespace {
+
+constexpr int Stage = 2;
+constexpr int PointHertz = 50;
+
+struct Case {
+  std::int16_t kind;
+  std::int16_t lower;  // Hz, 0 without
+  std::int16_t upper;  // Hz; the one edge of a lowpass and of a highpass
+  std::int16_t n;
+  std::int16_t atten;  // dB
+
+  bool Rejects() const { return kind == FilterKind::Highpass || kind == FilterKind::Bandstop; }
+};
+
+void PrintTo(const Case& c, std::ostream* out) {
+  *out << FilterKinds()[static_cast<std::size_t>(c.kind)].name << ' ' << c.lower << " to " << c.upper
+       << " Hz, n " << c.n << ", " << c.atten << " dB";
+}
+
+constexpr auto Lowpass = FilterKind::Lowpass, Highpass = FilterKind::Highpass,
+               Bandpass = FilterKind::Bandpass, Bandstop = FilterKind::Bandstop;
+
+SystemSettings At(const Case& c, std::int16_t bandwidthIndex = 0) {
+  SystemSettings s = Fresh();
+  s.bandwidthIndex = bandwidthIndex;
+  s.sampleRate = GetBandwidthLimits(s).sampleRate;
+  s.bandwidthHz = GetBandwidthLimits(s).bandwidthHz;
+  const auto set = [&c](auto& edge, auto& slope, auto& atten) {
+    edge[Stage] = c.upper;
+    slope[Stage] = c.n;
+    atten[Stage] = c.atten;
+  };
+  if (c.kind == Lowpass) set(s.lpfCutoff, s.lpfTransSlope, s.lpfAtten);
+  if (c.kind == Highpass) set(s.hpfCutoff, s.hpfTransSlope, s.hpfAtten);
+  if (c.kind == Bandpass) set(s.bpfHiCutoff, s.bpfTransSlope, s.bpfAtten);
+  if (c.kind == Bandstop) set(s.bsfHiCutoff, s.bsfTransSlope, s.bsfAtten);
+  (c.kind == Bandpass ? s.bpfLoCutoff : s.bsfLoCutoff)[Stage] = c.lower;
+  return s;
+}
+
+std::vector<float> Response(const Case& c, std::int16_t bandwidthIndex = 0) {
+  const SystemSettings s = At(c, bandwidthIndex);
+  return FilterResponse(s, Stage, c.kind, static_cast<std::size_t>(s.bandwidthHz / PointHertz) + 1);
+}
+
+double Amplitude(float decibels) { return std::pow(10.0, static_cast<double>(decibels) / 20.0); }
+double Decibels(double amplitude) { return 20 * std::log10(amplitude); }
+// As exact as the 16-bit word that tells the unit.
+double StopGain(const Case& c) { return std::nearbyint(32768 * std::pow(10.0, -c.atten / 20.0)) / 32768; }
+double WindowDecibels(const Case& c) { return 36 - Decibels(StopGain(c)); }
+
+constexpr Case Cases[] = {
+    {Lowpass, 0, 1500, 463, 60},    {Lowpass, 0, 2400, 250, 45},    {Lowpass, 0, 1500, 150, 10},
+    {Highpass, 0, 1500, 463, 60},   {Highpass, 0, 800, 300, 20},    {Highpass, 0, 1500, 150, 10},
+    {Bandpass, 800, 2400, 463, 60}, {Bandpass, 900, 2300, 300, 30}, {Bandpass, 900, 2300, 200, 10},
+    {Bandstop, 800, 2400, 463, 60}, {Bandstop, 900, 2300, 300, 30}, {Bandstop, 900, 2300, 200, 10},
+    {Bandpass, 0, 1500, 463, 40},   {Bandstop, 0, 1500, 463, 40},
+};
+
+// What the law asks for at a frequency, without the floor: 1 or 0, half at an edge, nothing beside an edge.
+double Wanted(const Case& c, double frequency, double reach) {
+  for (const std::int16_t edge : {c.lower, c.upper}) {
+    if (edge == 0 || std::abs(frequency - edge) > reach) continue;
+    return frequency == edge ? 0.5 : std::numeric_limits<double>::quiet_NaN();
+  }
+  const bool inside = (c.lower == 0 || frequency > c.lower) && frequency < c.upper;
+  return inside != c.Rejects() ? 1 : 0;
+}
+
+void ExpectLevels(const Case& c, std::int16_t bandwidthIndex) {
+  const std::vector<float> response = Response(c, bandwidthIndex);
+  const BandwidthRow& row = BandwidthOf(bandwidthIndex);
+  // Kaiser's width of the transition and a tenth, half of it on each side of the edge.
+  const double reach = 0.55 * row.sampleRate * (WindowDecibels(c) - 7.95) / (14.36 * (2 * c.n - 2));
+  const double g = StopGain(c);
+  int found[3] = {};
+  for (std::size_t i = 0; i < response.size(); i++) {
+    const double wanted = Wanted(c, static_cast<double>(i) * PointHertz, reach);
+    if (std::isnan(wanted)) continue;
+    const double tolerance = wanted == 0 ? 1.0 : wanted == 1 ? 0.1 : 0.05;  // dB
+    EXPECT_NEAR(response[i], Decibels(g + (1 - g) * wanted), tolerance)
+        << static_cast<int>(i) * PointHertz << " Hz";
+    found[std::lround(2 * wanted)]++;
+  }
+  EXPECT_THAT(found, testing::ElementsAre(testing::Ge(5), c.lower == 0 ? 1 : 2, testing::Ge(5)));
+}
+
+TEST(FilterResponse, KeepsItsLevelsAndEdgesAtEveryBandwidth) {
+  for (std::int16_t index = 0; index < std::ssize(Bandwidths()); index++) {
+    for (const Case& c : Cases) {
+      SCOPED_TRACE(testing::PrintToString(c) + " at " +
+                   std::string(Bandwidths()[static_cast<std::size_t>(index)].name));
+      ExpectLevels(c, index);
+    }
+  }
+}
+
+// The amplitude of the windowed lowpass, tap by tap as a sum of turning pointers.
+double LowpassSum(const Case& c, double edge, double frequency) {
+  const double atten = WindowDecibels(c);
+  const double beta =
+      atten > 50 ? 0.1102 * (atten - 8.7) : 0.5842 * std::pow(atten - 21, 0.4) + 0.07886 * (atten - 21);
+  std::complex<double> sum = 0;
+  double atZero = 0;
+  for (int k = 1 - c.n; k < c.n; k++) {
+    const double place = c.n == 1 ? 0 : static_cast<double>(k) / (c.n - 1);
+    const double ideal =
+        k == 0 ? 2 * edge : std::sin(2 * std::numbers::pi * edge * k) / (std::numbers::pi * k);
+    const double tap = ideal * std::cyl_bessel_i(0.0, beta * std::sqrt(1 - place * place));
+    sum += std::polar(tap, -2 * std::numbers::pi * frequency * k);
+    atZero += tap;
+  }
+  return sum.real() / atZero;
+}
+
+TEST(FilterResponse, IsWhatADirectSumGives) {
+  std::vector<Case> cases(std::begin(Cases), std::end(Cases));
+  // Few taps, edges closer than the transition, an edge near 0 Hz.
+  cases.insert(cases.end(), {{Lowpass, 0, 1500, 1, 60},
+                             {Highpass, 0, 1500, 3, 20},
+                             {Bandpass, 1500, 1510, 100, 60},
+                             {Bandstop, 1500, 1510, 30, 10},
+                             {Highpass, 0, 10, 463, 60},
+                             {Bandpass, 10, 40, 511, 60}});
+  for (const Case& c : cases) {
+    const std::vector<float> response = Response(c);
+    const double rate = 7200, g = StopGain(c);
+    for (std::size_t i = 0; i < response.size(); i++) {
+      const double frequency = static_cast<double>(i) * PointHertz / rate;
+      double band = LowpassSum(c, c.upper / rate, frequency);
+      if (c.lower > 0) band -= LowpassSum(c, c.lower / rate, frequency);
+      const double exact = g + (1 - g) * (c.Rejects() ? 1 - band : band);
+      ASSERT_NEAR(Amplitude(response[i]), std::max(std::abs(exact), 1e-4), 1e-6)
+          << testing::PrintToString(c) << i;
+    }
+  }
+}
+
+std::vector<double> Taps(std::int16_t n, std::int16_t maxFilterSize) {
+  SystemSettings s = At({Bandpass, 500, 1500, n, 40});
+  s.maxFilterSize[Stage] = maxFilterSize;
+  return CutOffTaps(BandpassOf(s, Stage));
+}
+
+TEST(FilterResponse, HasTwiceNLessOneTapsWithinWhatTheStageHolds) {
+  struct Length {
+    std::int16_t n, maxFilterSize;
+    std::size_t taps;
+  };
+  for (const Length& c :
+       {Length{463, 1024, 925}, Length{512, 1024, 1021}, Length{32767, 976, 973}, Length{1, 1024, 1},
+        Length{0, 1024, 1}, Length{-32768, 1024, 1}, Length{50, 10, 7}, Length{50, 0, 1}}) {
+    const std::vector<double> taps = Taps(c.n, c.maxFilterSize);
+    EXPECT_EQ(taps.size(), c.taps) << c.n << " of " << c.maxFilterSize;
+    EXPECT_TRUE(std::equal(taps.begin(), taps.end(), taps.rbegin()));
+  }
+}
+
+TEST(FilterResponse, TakesEdgesAtTheEndsForNoEdge) {
+  const std::size_t points = 3200 / PointHertz + 1;
+  const auto all = [](float decibels) { return testing::Each(testing::FloatNear(decibels, 0.01F)); };
+  for (const std::int16_t beyond : {std::int16_t{3600}, std::int16_t{32767}}) {  // half the rate, and above
+    EXPECT_THAT(Response({Lowpass, 0, beyond, 100, 40}), all(0));
+    EXPECT_THAT(Response({Highpass, 0, beyond, 100, 40}), all(-40));
+    EXPECT_EQ(Response({Bandpass, 1000, beyond, 100, 40}), Response({Highpass, 0, 1000, 100, 40}));
+  }
+  EXPECT_EQ(Response({Bandpass, 0, 1000, 100, 40}), Response({Lowpass, 0, 1000, 100, 40}));
+  EXPECT_EQ(Response({Bandstop, -5, 1000, 100, 40}), Response({Highpass, 0, 1000, 100, 40}));
+  EXPECT_THAT(Response({Bandpass, 1500, 1000, 100, 40}), all(-40));  // crossed: an empty band
+  EXPECT_THAT(Response({Bandstop, 1500, 1000, 100, 40}), all(0));
+  const std::vector<float> shut = Response({Lowpass, 0, 0, 463, 40});
+  ASSERT_EQ(shut.size(), points);
+  EXPECT_NEAR(shut[0], 0, 0.01);
+  EXPECT_NEAR(shut[1], -40, 1);
+}
+
+TEST(FilterResponse, PassesAllWithoutASampleRate) {
+  SystemSettings s = At({Lowpass, 0, 1500, 100, 40});
+  for (const float rate : {0.0F, -7200.0F, std::numeric_limits<float>::quiet_NaN()}) {
+    s.sampleRate = rate;
+    EXPECT_THAT(FilterResponse(s, Stage, Lowpass, 5), testing::Each(testing::FloatNear(0, 0.01F))) << rate;
+  }
+}
+
+TEST(FilterResponse, ShowsThatANarrowBandDoesNotReachFullLevel) {
+  const std::vector<float> response = Response({Bandpass, 1495, 1505, 50, 60});
+  const float peak = *std::ranges::max_element(response);
+  EXPECT_EQ(peak, response[1500 / PointHertz]);
+  EXPECT_LT(peak, -10);
+  EXPECT_GT(peak, -30);
+}
+
+TEST(FilterResponse, IsEmptyWithoutALawOrPoints) {
+  const SystemSettings s = At({Highpass, 0, 1500, 100, 60});
+  for (const std::int16_t kind :
+       {FilterKind::OneChAdaptive, FilterKind::HiResGraphic, FilterKind::Compressor}) {
+    EXPECT_THAT(FilterResponse(s, Stage, kind, 10), testing::IsEmpty());
+  }
+  for (const std::int16_t kind : {std::int16_t{-1}, std::int16_t{17}}) {
+    EXPECT_THAT(FilterResponse(s, Stage, kind, 10), testing::IsEmpty());
+  }
+  EXPECT_THAT(FilterResponse(s, Stage, Highpass, 0), testing::IsEmpty());
+  EXPECT_THAT(FilterResponse(s, Stage, Highpass, 1), testing::ElementsAre(testing::FloatNear(-60, 0.1F)));
+}
+
+TEST(FilterResponse, StaysWithinBoundsForAnyRecord) {
+  std::mt19937 random(1);
+  const auto any = [&random] { return LowWord(static_cast<std::int64_t>(random())); };
+  const auto upTo = [&any](int limit) { return static_cast<std::int16_t>(std::abs(any()) % limit); };
+  for (int round = 0; round < 4000; round++) {
+    const auto kind = static_cast<std::int16_t>(Lowpass + round % 4);
+    const bool wild = round % 8 < 4;
+    SystemSettings s = At(wild ? Case{kind, any(), any(), any(), any()}
+                               : Case{kind, upTo(3600), upTo(3600), upTo(512), upTo(61)});
+    if (wild) s.sampleRate = std::ldexp(static_cast<float>(any()), any() % 100);
+    if (round % 16 == 0) s.sampleRate = 0;
+    if (round % 16 == 1) s.sampleRate = std::numeric_limits<float>::quiet_NaN();
+    const auto filterOf =
+        std::array{LowpassOf, HighpassOf, BandpassOf, BandstopOf}.at(static_cast<std::size_t>(round % 4));
+    for (const double tap : CutOffTaps(filterOf(s, Stage))) ASSERT_TRUE(std::isfinite(tap)) << round;
+    for (const float decibels : FilterResponse(s, Stage, kind, 64)) {
+      ASSERT_GE(decibels, LowestResponse) << round;
+      ASSERT_LE(decibels, 0.2F) << round;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace vc
