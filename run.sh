@@ -11,7 +11,7 @@ cmake --build --preset release --target veltrana veltrana-unit veltrana-console 
 
 bin=build/bin
 mkdir -p $bin/ports
-$bin/veltrana-unit --link $bin/ports/COM1 --pace --trace build/unit-trace.txt &
+$bin/veltrana-unit --link $bin/ports/COM1 --pace --memories build/unit-memories.txt --trace build/unit-trace.txt &
 unit=$!
 trap 'kill $unit 2>/dev/null; wait $unit 2>/dev/null || true' EXIT
 for _ in $(seq 100); do

@@ -36,10 +36,10 @@ bool TakeBaud(Options& options, std::string_view text) {
          std::find(bauds.begin(), bauds.end(), options.baud) != bauds.end();
 }
 
-bool TakeDelay(Options& options, std::string_view text) {
+bool TakeMilliseconds(std::string_view text, std::int64_t& microseconds) {
   std::uint32_t milliseconds = 0;
   if (!Take(text, 0U, LastDelay, milliseconds)) return false;
-  options.delayMicroseconds = std::int64_t{milliseconds} * 1000;
+  microseconds = std::int64_t{milliseconds} * 1000;
   return true;
 }
 
@@ -56,6 +56,7 @@ bool TakeCoefficients(Options& options, std::string_view text) {
 }
 
 constexpr std::string_view Version = "a whole number from 0 to 999";
+constexpr std::string_view Milliseconds = "a whole number from 0 to 600000";
 constexpr std::string_view Probability = "a number from 0 to 1";
 
 struct Row {
@@ -84,6 +85,8 @@ constexpr Row rows[] = {
      "write what happens on the line to FILE"},
     {"--dump", "FILE", "a path", [](Options& o, std::string_view t) { return TakeText(t, o.dump); },
      "on SIGUSR1 write what the unit was given to FILE"},
+    {"--memories", "FILE", "a path", [](Options& o, std::string_view t) { return TakeText(t, o.memories); },
+     "keep the stand-alone memories in FILE"},
     {"--coefficients", "PAGE:FILE", "a page from 0 to 5, a colon and a path", TakeCoefficients,
      "on SIGUSR2 let the stage of PAGE have learned what is in FILE"},
     {"--seed", "N", "a whole number",
@@ -100,7 +103,12 @@ constexpr Row rows[] = {
      "probability that a byte comes twice"},
     {"--refuse", "P", Probability, [](Options& o, std::string_view t) { return Take(t, 0.0, 1.0, o.refuse); },
      "probability that a frame gets a complaint"},
-    {"--delay", "MS", "a whole number from 0 to 600000", TakeDelay, "milliseconds before each reply"},
+    {"--delay", "MS", Milliseconds,
+     [](Options& o, std::string_view t) { return TakeMilliseconds(t, o.delayMicroseconds); },
+     "milliseconds before each reply"},
+    {"--store-time", "MS", Milliseconds,
+     [](Options& o, std::string_view t) { return TakeMilliseconds(t, o.storeMicroseconds); },
+     "milliseconds that a store in a memory takes, 500"},
     {"--silent-after", "N", "a whole number from 0 to 4294967295", TakeSilentAfter,
      "fall silent after N answered frames"},
     {"--help", "", "", [](Options& o, std::string_view) { return o.help = true; }, "show this text"},

@@ -18,6 +18,7 @@ struct Options {
   std::string trace;                             // file for the trace, empty for none
   std::string dump;                              // file for the dump that SIGUSR1 asks for, empty for none
   std::map<unsigned, std::string> coefficients;  // file by page (0..5), read when SIGUSR2 asks for it
+  std::string memories;                          // file that keeps the stand-alone memories, empty for none
   bool help = false;
 
   int baud = 115200;             // 9600, 14400, 19200, 38400 or 115200
@@ -30,6 +31,7 @@ struct Options {
   ByteFaultChances faults;
   double refuse = 0.0;                       // probability per frame, 0..1
   std::int64_t delayMicroseconds = 0;        // before each reply
+  std::int64_t storeMicroseconds = 500'000;  // that a store in a stand-alone memory takes
   std::optional<std::uint32_t> silentAfter;  // answered frames, after which the unit is dead
 };
 

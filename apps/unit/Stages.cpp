@@ -110,11 +110,11 @@ void Stages::Take(const Frame& frame) {
 
 void Stages::Learn(unsigned page, std::span<const std::int32_t> coefficients) {
   const auto kept = coefficients.first(std::min(coefficients.size(), PageSize));
-  stages_[page].coefficients.assign(kept.begin(), kept.end());
+  programs_.stages[page].coefficients.assign(kept.begin(), kept.end());
 }
 
 CoefficientBlock Stages::Coefficients(const PageBlock& place) const {
-  const std::vector<std::int32_t>& page = stages_[place.page].coefficients;
+  const std::vector<std::int32_t>& page = programs_.stages[place.page].coefficients;
   const std::size_t first = std::min(place.block * PageBlockSize, page.size());
   const std::size_t count = std::min(PageBlockSize, page.size() - first);
   CoefficientBlock block{};
@@ -175,7 +175,7 @@ void Stages::TakeCommand(std::uint8_t code, std::uint16_t argument) {
       return Reset(argument);
     case BroadbandCode: {
       const BroadbandPlace place = *BroadbandPlaceOf(argument);
-      broadband_[place.stage - 1][place.piece] = packets_.front();
+      programs_.broadband[place.stage - 1][place.piece] = packets_.front();
       return DropPackets();
     }
     case SynthesizeCode:
@@ -189,15 +189,16 @@ void Stages::TakeClasses(std::uint8_t code, std::uint16_t argument) {
   classWords_[code - ClassesFirst] = argument;
   for (const ClassField& field : classFields) {
     if (field.code != code) continue;
-    stages_[field.position - 1].stageClass = static_cast<std::uint8_t>((argument >> field.shift) & 7U);
+    programs_.stages[field.position - 1].stageClass =
+        static_cast<std::uint8_t>((argument >> field.shift) & 7U);
   }
   // The hold begins a download: what an earlier one has left half done is not part of it.
   if (Held()) DropPackets();
 }
 
 void Stages::TakeSizes(unsigned firstPosition, std::uint16_t argument) {
-  stages_[firstPosition - 1].size = static_cast<std::uint8_t>(argument >> 8U);
-  stages_[firstPosition].size = static_cast<std::uint8_t>(argument & 0xFFU);
+  programs_.stages[firstPosition - 1].size = static_cast<std::uint8_t>(argument >> 8U);
+  programs_.stages[firstPosition].size = static_cast<std::uint8_t>(argument & 0xFFU);
 }
 
 // The sizes are registers and the broadband blocks are the host's: both stay.
@@ -205,7 +206,7 @@ void Stages::Reset(std::uint16_t bits) {
   for (unsigned position = 1; position <= PositionCount; ++position) {
     const bool meant = position <= LastFilter && ((bits >> (8U - position)) & 1U) != 0;
     if (!meant && bits != ResetAll) continue;
-    Stage& stage = stages_[position - 1];
+    Stage& stage = programs_.stages[position - 1];
     const auto size = stage.size;
     stage = {};
     stage.size = size;
@@ -217,7 +218,7 @@ void Stages::Synthesize(const Synthesis& synthesis) {
     StoreCoefficients(synthesis.position);
     if (linked_) StoreCoefficients(synthesis.position + 1);
   } else {
-    Stage& stage = stages_[synthesis.position - 1];
+    Stage& stage = programs_.stages[synthesis.position - 1];
     stage.algorithm = static_cast<std::uint8_t>(synthesis.algorithm);
     stage.coefficients.clear();
     auto end = stage.block.emplace().begin();
@@ -227,7 +228,7 @@ void Stages::Synthesize(const Synthesis& synthesis) {
 }
 
 void Stages::StoreCoefficients(unsigned position) {
-  Stage& stage = stages_[position - 1];
+  Stage& stage = programs_.stages[position - 1];
   stage.algorithm = static_cast<std::uint8_t>(HostCoefficients);
   stage.block.reset();
   stage.coefficients.clear();

@@ -42,6 +42,12 @@ struct Stage {
   std::vector<std::int32_t> coefficients;
 };
 
+struct StagePrograms {
+  std::array<Stage, PositionCount> stages;  // position 1 first; 7 and 8 hold nothing here
+  // By broadband stage and piece, what was sent.
+  std::array<std::array<std::optional<Payload>, PieceCount>, BroadbandStageCount> broadband;
+};
+
 // The argument of the synthesis command. On the wire the compressor has the number of the parametric
 // equalizer, 9; the stage's class tells the two apart.
 struct Synthesis {
@@ -88,12 +94,9 @@ class Stages {
   // Forgets the packets for which no command has come.
   void DropPackets();
 
-  // position: 1..10. The broadband positions 7 and 8 hold nothing here.
-  const Stage& at(unsigned position) const { return stages_[position - 1]; }
-  // The piece (0..11) of broadband stage 1 or 2, if it was sent.
-  const std::optional<Payload>& BroadbandPiece(std::size_t stage, std::size_t piece) const {
-    return broadband_[stage - 1][piece];
-  }
+  const StagePrograms& programs() const { return programs_; }
+  // position: 1..10.
+  const Stage& at(unsigned position) const { return programs_.stages[position - 1]; }
   std::size_t WaitingPackets() const { return packets_.size(); }
 
  private:
@@ -112,8 +115,7 @@ class Stages {
   void Synthesize(const Synthesis& synthesis);
   void StoreCoefficients(unsigned position);
 
-  std::array<Stage, PositionCount> stages_;
-  std::array<std::array<std::optional<Payload>, PieceCount>, BroadbandStageCount> broadband_;
+  StagePrograms programs_;
   std::array<std::uint16_t, 2> classWords_{};  // the arguments of the two class commands
   bool linked_ = false;                        // Stereo Linked
   std::vector<Payload> packets_;               // the series that waits for its command, packet 0 first

@@ -2,6 +2,7 @@
 #include "unit/Trace.h"
 
 #include "unit/Commands.h"
+#include "unit/Memories.h"
 #include "unit/Stages.h"
 
 namespace unit {
@@ -28,6 +29,11 @@ std::string CoefficientsMeaning(const PageBlock& place) {
   return "coefficient request, page " + std::to_string(place.page) + ", block " + std::to_string(place.block);
 }
 
+std::string StoreMeaning(const MemoryPlace& place) {
+  return "store in memory " + std::to_string(place.memory) + ", auxiliary function " +
+         std::to_string(place.function);
+}
+
 // Only the command behind a series of packets tells what the first two of them are for.
 std::string PacketMeaning(std::uint8_t number) {
   const std::string bytes = number < BlockPackets ? "bytes " + Run(number, PayloadSize) + " or " : "";
@@ -41,6 +47,8 @@ std::string CommandMeaning(const Frame& frame) {
   if (frame.number == BroadbandCode && place) return BroadbandMeaning(*place);
   const std::optional<PageBlock> pageBlock = PageBlockOf(frame.argument);
   if (frame.number == CoefficientsCode && pageBlock) return CoefficientsMeaning(*pageBlock);
+  const std::optional<MemoryPlace> memoryPlace = MemoryPlaceOf(frame.argument);
+  if (frame.number == StoreCode && memoryPlace) return StoreMeaning(*memoryPlace);
   const Command* const command = FindCommand(frame.number);
   const std::string value = " = " + std::to_string(frame.argument);
   if (command == nullptr) return "unknown command " + std::to_string(frame.number) + value;

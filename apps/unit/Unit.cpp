@@ -27,6 +27,8 @@ bool IsRequest(const Frame& frame) {
   return frame.kind == Frame::Kind::Command || frame.kind == Frame::Kind::Packet;
 }
 
+bool IsStore(const Frame& frame) { return frame.kind == Frame::Kind::Command && frame.number == StoreCode; }
+
 std::string VersionText(int hundredths) {
   const std::string digits = std::to_string(1000 + hundredths);
   return digits.substr(1, 1) + '.' + digits.substr(2);
@@ -126,8 +128,14 @@ void Unit::React(const Frame& frame, std::int64_t time) {
 std::string Unit::Remark(const Frame& frame) const {
   if (Dead()) return ", ignored";
   if (!IsRequest(frame) || !frame.checksumGood) return {};
-  const std::string refusal(stages_.Refusal(frame));
+  const std::string refusal(Refusal(frame));
   return refusal.empty() ? refusal : ", refused: " + refusal;
+}
+
+// Why the unit does not take a frame of a known code; empty when it takes it.
+std::string_view Unit::Refusal(const Frame& frame) const {
+  if (IsStore(frame)) return MemoryPlaceOf(frame.argument) ? "" : "no such memory or function";
+  return stages_.Refusal(frame);
 }
 
 void Unit::Execute(const Frame& frame, std::int64_t time) {
@@ -137,7 +145,7 @@ void Unit::Execute(const Frame& frame, std::int64_t time) {
     if (command == nullptr) return;
     answer = command->answer;
   }
-  if (!stages_.Refusal(frame).empty()) return;
+  if (!Refusal(frame).empty()) return;
   ++answered_;
   if (refusals_.Chance(options_.refuse)) {
     Say(Complaint(static_cast<int>(refusals_.Below(3))), time, "complaint");
@@ -145,7 +153,17 @@ void Unit::Execute(const Frame& frame, std::int64_t time) {
   }
   registers_.Store(frame);
   stages_.Take(frame);
+  if (IsStore(frame)) {
+    StoreMemory(*MemoryPlaceOf(frame.argument));
+    time += options_.storeMicroseconds;
+  }
   AnswerRequest(answer, frame.argument, time);
+}
+
+// A store that comes twice, as its answer was lost, does no harm: what is stored is the same.
+void Unit::StoreMemory(const MemoryPlace& place) {
+  memories[place.memory - 1] = Memory{place.function, PresentSetting(registers_, stages_)};
+  if (memoryStored) memoryStored(memories);
 }
 
 void Unit::AnswerRequest(Answer answer, std::uint16_t argument, std::int64_t time) {

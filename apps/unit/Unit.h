@@ -8,11 +8,13 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 
 #include "unit/Bytes.h"
 #include "unit/Commands.h"
 #include "unit/Faults.h"
 #include "unit/FrameParser.h"
+#include "unit/Memories.h"
 #include "unit/Options.h"
 #include "unit/Registers.h"
 #include "unit/Stages.h"
@@ -48,8 +50,10 @@ class Unit {
   // -2^23..2^23-1, at most 8192. A reset of the stage takes them away.
   void Learn(unsigned page, std::span<const std::int32_t> coefficients) { stages_.Learn(page, coefficients); }
 
-  bool option = false;                           // the option flag of the status, free to change at any time
-  std::function<void(const TraceEvent&)> trace;  // told of every frame and reply once it is complete
+  bool option = false;                                // the option flag of the status, free to change
+  Memories memories;                                  // free to fill before the unit is used
+  std::function<void(const Memories&)> memoryStored;  // told of all of them after a store, before its answer
+  std::function<void(const TraceEvent&)> trace;       // told of every frame and reply once it is complete
 
  private:
   struct Incoming {
@@ -69,6 +73,8 @@ class Unit {
   void React(const Frame& frame, std::int64_t time);
   std::string Remark(const Frame& frame) const;
   void Execute(const Frame& frame, std::int64_t time);
+  std::string_view Refusal(const Frame& frame) const;
+  void StoreMemory(const MemoryPlace& place);
   void AnswerRequest(Answer answer, std::uint16_t argument, std::int64_t time);
   void SayCoefficients(const PageBlock& place, std::int64_t time);
   void Say(const Bytes& bytes, std::int64_t time, std::string meaning);

@@ -5,6 +5,7 @@
 #include <chrono>
 #include <fstream>
 #include <iostream>
+#include <utility>
 
 #include <poll.h>
 #include <signal.h>  // NOLINT(modernize-deprecated-headers): sigset_t and sigprocmask are of the system's header
@@ -13,9 +14,11 @@
 
 #include "unit/CoefficientFile.h"
 #include "unit/Dump.h"
+#include "unit/MemoryFile.h"
 #include "unit/Options.h"
 #include "unit/PtyLine.h"
 #include "unit/Unit.h"
+#include "unit/WholeFile.h"
 
 namespace {
 
@@ -53,11 +56,24 @@ std::uint32_t RequestFrom(int requests) {
   return read(requests, &request, sizeof request) == sizeof request ? request.ssi_signo : 0;
 }
 
-// A dump that can't be written is no reason to leave the host without its unit.
-void Dump(const unit::Unit& unit, const std::string& path) {
-  if (path.empty()) return;
-  const std::string failure = unit::WriteWhole(path, DumpText(unit));
+// A file that can't be written is no reason to leave the host without its unit.
+void Write(const std::string& path, const std::string& text) {
+  const std::string failure = unit::WriteWhole(path, text);
   if (!failure.empty()) Complain(failure, EnvironmentFault);
+}
+
+void Dump(const unit::Unit& unit, const std::string& path) {
+  if (!path.empty()) Write(path, DumpText(unit));
+}
+
+// Lets the unit begin with the memories of the file, and has every store written there.
+void KeepMemories(unit::Unit& unit, const std::string& path) {
+  if (path.empty()) return;
+  unit::LoadedMemories loaded = unit::LoadMemories(path);
+  if (!loaded.trouble.empty()) Complain(loaded.trouble, EnvironmentFault);
+  unit.memories = std::move(loaded.memories);
+  if (!loaded.writable) return;
+  unit.memoryStored = [path](const unit::Memories& memories) { Write(path, MemoryFileText(memories)); };
 }
 
 void Learn(unit::Unit& unit, const std::map<unsigned, std::string>& paths) {
@@ -137,6 +153,7 @@ int Run(const unit::Options& options) {
     if (!trace) return Complain(options.trace + ": can't be written", EnvironmentFault);
     unit.trace = [&trace](const unit::TraceEvent& event) { trace << TraceLine(event) << std::endl; };
   }
+  KeepMemories(unit, options.memories);
   const int requests = Requests();
   unit::PtyLine line;
   const std::string failure = line.Open(options.link);

@@ -24,7 +24,8 @@ TEST(Options, AllAreTaken) {
                          "--lose",   "0.25",       "--corrupt", "1",        "--double",       "1e-3",
                          "--refuse", "0.5",        "--delay",   "20",       "--silent-after", "0",
                          "--trace",  "log",        "--dump",    "state"};
-  arguments.insert(arguments.end(), {"--coefficients", "5:a:b", "--coefficients", "0:c"});
+  arguments.insert(arguments.end(), {"--coefficients", "5:a:b", "--coefficients", "0:c", "--memories", "kept",
+                                     "--store-time", "30000"});
   const auto parsed = unit::ParseOptions(arguments);
   const auto* const options = std::get_if<unit::Options>(&parsed);
   ASSERT_NE(options, nullptr);
@@ -43,15 +44,18 @@ TEST(Options, AllAreTaken) {
   EXPECT_EQ(options->refuse, 0.5);
   EXPECT_EQ(options->delayMicroseconds, 20'000);
   EXPECT_EQ(options->silentAfter, 0U);
+  EXPECT_EQ(options->memories, "kept");
+  EXPECT_EQ(options->storeMicroseconds, 30'000'000);
 }
 
 TEST(Options, BadValuesAreNamedInOneLine) {
   const std::vector<std::pair<std::string_view, std::string_view>> bad = {
-      {"--baud", "57600"},       {"--baud", "9600x"},     {"--boot", "1000"},
-      {"--firmware", "-1"},      {"--lose", "1.01"},      {"--lose", "-0.1"},
-      {"--double", "nan"},       {"--corrupt", ""},       {"--refuse", "often"},
-      {"--delay", "1.5"},        {"--seed", "-1"},        {"--silent-after", "4294967296"},
-      {"--coefficients", "6:a"}, {"--coefficients", "a"}, {"--coefficients", "1:"}};
+      {"--baud", "57600"},        {"--baud", "9600x"},     {"--boot", "1000"},
+      {"--firmware", "-1"},       {"--lose", "1.01"},      {"--lose", "-0.1"},
+      {"--double", "nan"},        {"--corrupt", ""},       {"--refuse", "often"},
+      {"--delay", "1.5"},         {"--seed", "-1"},        {"--silent-after", "4294967296"},
+      {"--coefficients", "6:a"},  {"--coefficients", "a"}, {"--coefficients", "1:"},
+      {"--store-time", "600001"}, {"--memories", ""}};
   for (const auto& [name, value] : bad) {
     const std::string text = WrongWith({name, value});
     EXPECT_EQ(text.find(name), 0U) << name << ' ' << value << ": " << text;

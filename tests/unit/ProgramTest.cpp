@@ -9,6 +9,7 @@
 
 #include "Program.h"
 #include "TempFolder.h"
+#include "unit/Download.h"
 #include "unit/HostLine.h"
 
 namespace unit_test {
@@ -32,11 +33,19 @@ long ProcessorTicks(pid_t process) {
 
 class UnitProgram : public testing::Test {
  protected:
-  // Starts the program with its line at `link`; true once the link is there.
+  // Starts the program with its line at `link` and its complaints among its output; true once the link is
+  // there, with nothing to complain of before.
   bool Start(std::vector<std::string> more = {}) {
-    more.insert(more.begin(), {"--link", link.string()});
-    program = std::make_unique<support::Program>(UNIT_PROGRAM, more);
-    return !program->Await("veltrana-unit: " + link.string()).empty() && fs::is_symlink(link);
+    Launch(std::move(more));
+    return Begins();
+  }
+  void Launch(std::vector<std::string> more) {
+    more.insert(more.begin(), {"-c", "exec \"$0\" \"$@\" 2>&1", UNIT_PROGRAM, "--link", link.string()});
+    program = std::make_unique<support::Program>("/bin/sh", more);
+  }
+  bool Begins() {
+    return program->Await("veltrana-unit: ").starts_with("veltrana-unit: " + link.string()) &&
+           fs::is_symlink(link);
   }
 
   // Runs it to its end with its complaints among its output.
@@ -49,6 +58,7 @@ class UnitProgram : public testing::Test {
   support::TempFolder folder;
   fs::path directory = folder.Path();
   fs::path link = directory / "line";
+  std::string memories = (directory / "memories").string();
   std::unique_ptr<support::Program> program;
 };
 
@@ -150,6 +160,75 @@ TEST_F(UnitProgram, DumpIsWrittenAtEverySignalThatAsksForIt) {
   program->Signal(SIGTERM);
   EXPECT_EQ(program->AwaitEnd(), 0);
   EXPECT_FALSE(fs::exists(dump.string() + ".part"));
+}
+
+TEST_F(UnitProgram, MemoriesOutliveIt) {
+  const fs::path dump = directory / "dump";
+  const std::vector<std::string> options = {"--memories",  memories,       "--dump",
+                                            dump.string(), "--store-time", "0"};
+  const auto dumped = [&] {
+    fs::remove(dump);
+    program->Signal(SIGUSR1);
+    EXPECT_TRUE(Soon([&] { return fs::exists(dump); }));
+    const std::string text = Content(dump);
+    return text.substr(std::min(text.find("memory "), text.size()));
+  };
+  std::string last;
+  for (const int run : {1, 2, 3}) {
+    ASSERT_TRUE(Start(options));
+    EXPECT_EQ(dumped(), last) << run;
+    const HostLine host(link, 115200);
+    for (int number = run; number <= 10; ++number) {
+      EXPECT_EQ(host.Ask(Command(56, run * 100 + number), 3), "!OK");
+      EXPECT_EQ(host.Ask(Store(number, run), 3), "!OK");
+    }
+    last = dumped();
+    for (const char* line : {"memory 1 register 56 101 ", "memory 10 register 56 "})
+      EXPECT_TRUE(Has(last, line));
+    program->Signal(SIGTERM);
+    EXPECT_EQ(program->AwaitEnd(), 0);
+  }
+}
+
+TEST_F(UnitProgram, APowerCutDuringAStoreLeavesWholeMemories) {
+  const std::string learned = (directory / "learned").string();
+  std::ofstream file(learned);
+  for (int i = 0; i < 8192; ++i) file << -8000000 - i << ' ';
+  file.close();
+  for (int cut = 0; cut < 5; ++cut) {
+    ASSERT_TRUE(Start({"--memories", memories, "--store-time", "600000", "--coefficients", "0:" + learned,
+                       "--coefficients", "5:" + learned}));
+    program->Signal(SIGUSR2);
+    const HostLine host(link, 115200);
+    EXPECT_EQ(host.Ask(Command(56, cut), 3), "!OK");
+    const auto begins = [&] { return fs::exists(memories + ".part"); };
+    for (int number = 1; number <= 10; ++number) host.Write(Store(number, cut));
+    EXPECT_TRUE(Soon([&] { return Has(Content(memories), "memory 1 register 56 " + std::to_string(cut)); }));
+    for (int i = 0; i < 1000 && !begins(); ++i) std::this_thread::yield();
+    program->Signal(SIGKILL);
+    EXPECT_EQ(program->AwaitEnd(), -2);
+    EXPECT_EQ(host.Waiting(), 0);
+  }
+  ASSERT_TRUE(Start({"--memories", memories}));
+}
+
+TEST_F(UnitProgram, DamagedMemoriesArePutAsideAndThoseThatCannotBeWrittenToldOf) {
+  support::Put(memories, "memory 1 function 0\n");
+  Launch({"--memories", memories, "--store-time", "0"});
+  EXPECT_EQ(program->Await("veltrana-unit: "), "veltrana-unit: " + memories +
+                                                   ": is damaged, now put aside as " + memories +
+                                                   ".damaged; all memories are empty");
+  ASSERT_TRUE(Begins());
+  const HostLine host(link, 115200);
+  EXPECT_EQ(host.Ask(Store(2, 0), 3), "!OK");
+  EXPECT_TRUE(Content(memories).starts_with("memory 2 function 0\n"));
+  EXPECT_EQ(Content(memories + ".damaged"), "memory 1 function 0\n");
+
+  fs::remove(memories);
+  fs::create_directory(memories);
+  EXPECT_EQ(host.Ask(Store(3, 0), 3), "!OK");
+  EXPECT_EQ(program->Await("veltrana-unit: "),
+            "veltrana-unit: " + memories + ": can't be written: Is a directory");
 }
 
 TEST_F(UnitProgram, LearnsWhatIsInItsFilesAtEverySignal) {

@@ -1,0 +1,41 @@
+// The words of a line of text, taken from the left.
+#pragma once
+
+#include <algorithm>
+#include <charconv>
+#include <optional>
+#include <string_view>
+#include <system_error>
+
+namespace unit {
+
+class Words {
+ public:
+  explicit Words(std::string_view line) : rest_(line) {}
+
+  // The next word; empty behind the last one.
+  std::string_view Next() {
+    rest_.remove_prefix(std::min(rest_.find_first_not_of(' '), rest_.size()));
+    const std::string_view word = rest_.substr(0, rest_.find(' '));
+    rest_.remove_prefix(word.size());
+    return word;
+  }
+
+  // The next word as a number low..high; nothing where it is none.
+  template <typename Type>
+  std::optional<Type> Number(Type low, Type high, int base = 10) {
+    const std::string_view word = Next();
+    Type value{};
+    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), value, base);
+    const bool whole = error == std::errc() && end == word.data() + word.size();
+    return whole && value >= low && value <= high ? std::optional(value) : std::nullopt;
+  }
+
+  // What was not taken yet, without the spaces before it.
+  std::string_view Rest() const { return rest_.substr(std::min(rest_.find_first_not_of(' '), rest_.size())); }
+
+ private:
+  std::string_view rest_;
+};
+
+}  // namespace unit
