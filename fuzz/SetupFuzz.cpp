@@ -41,6 +41,8 @@ class NoDesk : public vc::Desk {
   void Beep() override {}
   void SetHourglass(bool /*shown*/) override {}
   void ShowProgress(std::string_view /*what*/, int /*done*/, int /*total*/) override {}
+  bool Open(const std::string& /*target*/) override { return false; }
+  void SetTheme(vc::Theme /*theme*/) override {}
   std::string InstallFolder() const override { return fuzz::InstallFolder; }
   std::string ProgramFolder() const override { return fuzz::InstallFolder; }
 };

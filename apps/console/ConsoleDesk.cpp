@@ -99,6 +99,11 @@ vc::Answer ConsoleDesk::Box(int code, const std::string& title, const std::strin
 
 void ConsoleDesk::Beep() { out << "beep" << std::endl; }
 
+bool ConsoleDesk::Open(const std::string& target) {
+  out << "open\t" << OneLine(target) << std::endl;
+  return true;
+}
+
 void ConsoleDesk::ShowProgress(std::string_view what, int done, int total) {
   constexpr std::int64_t second = 1000000;
   const std::int64_t now = clock.Microseconds();

@@ -27,6 +27,9 @@ class ConsoleDesk : public vc::Desk {
   void SetHourglass(bool /*shown*/) override {}
   // A line "progress", what, done, total once a second.
   void ShowProgress(std::string_view what, int done, int total) override;
+  // A line "open", target.
+  bool Open(const std::string& target) override;
+  void SetTheme(vc::Theme /*theme*/) override {}
   std::string InstallFolder() const override { return folders.writable; }
   std::string ProgramFolder() const override { return folders.executable; }
 

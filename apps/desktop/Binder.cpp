@@ -1,11 +1,13 @@
 #include "desktop/Binder.h"
 
+#include <algorithm>
 #include <utility>
 #include <variant>
 
+#include <QAbstractButton>
 #include <QAction>
+#include <QBoxLayout>
 #include <QButtonGroup>
-#include <QVBoxLayout>
 
 #include "desktop/Kinds.h"
 #include "desktop/QtText.h"
@@ -30,7 +32,11 @@ Binder::Binder(vc::Form& shownForm, QWidget* container, std::function<QMenuBar*(
 }
 
 void Binder::Build(QWidget* container) {
-  panes.emplace(nullptr, Pane(container, vc::Arrangement::Rows));
+  dense = std::ranges::any_of(form->controls, [](const vc::AnyControl& control) {
+    auto* const* frame = std::get_if<vc::Frame*>(&control);
+    return frame != nullptr && (*frame)->arrangement == vc::Arrangement::Flow;
+  });
+  panes.emplace(nullptr, Pane(container, nullptr, dense));
   place = 0;
   for (const vc::AnyControl& one : form->controls) {
     std::visit([this](auto* control) { BindKind(*this, *control); }, one);
@@ -38,7 +44,10 @@ void Binder::Build(QWidget* container) {
   }
   // What lies inside is finished before what lies around it.
   for (std::size_t left = form->controls.size(); left > 0; --left) {
-    if (auto* const* frame = std::get_if<vc::Frame*>(&form->controls[left - 1])) panes.at(*frame).Finish();
+    auto* const* frame = std::get_if<vc::Frame*>(&form->controls[left - 1]);
+    if (frame == nullptr) continue;
+    panes.at(*frame).Finish();
+    panes.at((*frame)->core.frame).Settle(panes.at(*frame));
   }
   panes.at(nullptr).Finish();
 }
@@ -55,16 +64,17 @@ void Binder::OrderTabs() {
 Pane& Binder::PaneOf(const vc::ControlCore& core) { return panes.at(core.frame); }
 
 void Binder::AddPane(const vc::Frame& frame, QWidget* box) {
-  panes.emplace(&frame, Pane(box, frame.arrangement));
+  panes.emplace(&frame, Pane(box, &frame, dense));
 }
 
 Binder::OptionColumn& Binder::ColumnOf(vc::OptionGroup& group, Pane& pane) {
   const auto found = optionColumns.find(&group);
   if (found != optionColumns.end()) return found->second;
   auto* column = new QWidget(pane.Container());
-  auto* layout = new QVBoxLayout(column);
+  const auto direction = pane.Columns() ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom;
+  auto* layout = new QBoxLayout(direction, column);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(LineHeight(*column) / 3);
+  layout->setSpacing(pane.Columns() ? LineHeight(*column) * 2 / 3 : LineHeight(*column) / 3);
   pane.AddWide(column);
   return optionColumns.emplace(&group, OptionColumn{column, new QButtonGroup(column)}).first->second;
 }
@@ -83,6 +93,24 @@ bool Binder::TextFollows() const {
   const vc::ControlCore& own = vc::CoreOf(form->controls[place]);
   return text != nullptr && (*text)->core.frame == own.frame && (*text)->core.Caption() == own.Caption() &&
          !(*text)->multiLine && !(*text)->readOnly;
+}
+
+std::vector<const vc::TextBox*> Binder::TextsBelow() const {
+  const vc::Frame* frame = vc::CoreOf(form->controls[place]).frame;
+  std::vector<const vc::TextBox*> texts;
+  for (std::size_t next = place + 1; next < form->controls.size(); ++next) {
+    auto* const* text = std::get_if<vc::TextBox*>(&form->controls[next]);
+    if (text == nullptr || (*text)->core.frame != frame || (*text)->unit.empty()) break;
+    texts.push_back(*text);
+  }
+  return texts;
+}
+
+bool Binder::FollowsInArray() const {
+  if (place == 0) return false;
+  const vc::ControlCore& own = vc::CoreOf(form->controls[place]);
+  const vc::ControlCore& before = vc::CoreOf(form->controls[place - 1]);
+  return own.index != vc::NoIndex && own.name == before.name && own.frame == before.frame;
 }
 
 void Binder::Speak(QWidget* widget, const std::string& value, const std::string& unit) {
@@ -134,6 +162,18 @@ void Binder::FollowAll() {
 void Binder::Focus(const vc::ControlCore& core) const {
   const auto found = bounds.find(&core);
   if (found != bounds.end()) found->second.widget->setFocus(Qt::OtherFocusReason);
+}
+
+void Binder::FocusFirst() const {
+  const auto first = std::ranges::find_if(inOrder, [](const QWidget* widget) {
+    return (widget->focusPolicy() & Qt::TabFocus) != 0 && widget->isEnabled() && !widget->isHidden();
+  });
+  if (first == inOrder.end()) return;
+  QWidget* target = *first;
+  const auto* option = qobject_cast<QAbstractButton*>(target);
+  const QButtonGroup* group = option == nullptr ? nullptr : option->group();
+  if (group != nullptr && group->checkedButton() != nullptr) target = group->checkedButton();
+  target->setFocus(Qt::OtherFocusReason);
 }
 
 void Binder::Operate(const vc::ControlCore& core, const std::function<void()>& action) {

@@ -37,7 +37,8 @@ struct Bound {
 
 class Binder {
  public:
-  // The buttons of one group of options, and the widget in which they stand as a column.
+  // The buttons of one group of options, and the widget in which they stand as a column; in a row where their
+  // frame has columns.
   struct OptionColumn {
     QWidget* column;
     QButtonGroup* buttons;
@@ -54,6 +55,8 @@ class Binder {
 
   // Takes the keyboard to a control's widget.
   void Focus(const vc::ControlCore& core) const;
+  // To the first one that can be operated; of options, to the chosen one.
+  void FocusFirst() const;
   // Carries an action of the operator to the model and shows what became of it.
   void Operate(const vc::ControlCore& core, const std::function<void()>& action);
 
@@ -61,12 +64,18 @@ class Binder {
   Pane& PaneOf(const vc::ControlCore& core);
   QMenuBar* MenuBar() const { return menuBar(); }
   void AddPane(const vc::Frame& frame, QWidget* box);
+  // It has another index of the same array as the control before it.
+  bool FollowsInArray() const;
   OptionColumn& ColumnOf(vc::OptionGroup& group, Pane& pane);
   // Names the widget, makes it accessible, and has it follow its control.
   void Bind(const vc::ControlCore& core, Bound bound);
   // A slider and the text box behind it under the same caption share one row.
   bool TextFollows() const;
   Field openRow;
+  // The numbers right under a slider that has none beside it: they tell its value. When one of them changes,
+  // the slider is described anew.
+  std::vector<const vc::TextBox*> TextsBelow() const;
+  std::unordered_map<const vc::TextBox*, std::function<void()>> describeAbove;
   // A frame's caption is spoken before those of what lies in it.
   void NameWithin(const vc::Frame& frame);
   // Speaks a value with the widget that has the focus.
@@ -84,6 +93,7 @@ class Binder {
   std::unordered_map<const vc::ControlCore*, Bound> bounds;
   std::unordered_map<const vc::OptionGroup*, OptionColumn> optionColumns;
   std::vector<QWidget*> inOrder;  // in declared order
+  bool dense = false;             // the form draws the signal's way: it has much to show
   std::size_t place = 0;          // of the control that is being built
 };
 

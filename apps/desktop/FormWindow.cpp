@@ -28,6 +28,13 @@ bool OnlyGreets(const vc::Form& form) {
   });
 }
 
+bool InMenus(const vc::Form& form, const std::string& combination) {
+  return std::ranges::any_of(form.controls, [&combination](const vc::AnyControl& control) {
+    auto* const* entry = std::get_if<vc::MenuEntry*>(&control);
+    return entry != nullptr && QKeySequence(ToQt((*entry)->shortcut)) == QKeySequence(ToQt(combination));
+  });
+}
+
 }  // namespace
 
 FormWindow::FormWindow(vc::Form& shownForm, std::function<void()> closedByOperator)
@@ -71,7 +78,11 @@ void FormWindow::Join() {
 }
 
 void FormWindow::AddKeys() {
+  if (layout()->menuBar() != nullptr) {
+    connect(new QShortcut(Qt::Key_F10, this), &QShortcut::activated, this, [this] { OpenMenuBar(); });
+  }
   for (const auto& [combination, pressed] : form->keys) {
+    if (InMenus(*form, combination)) continue;  // with two of them neither would work
     auto* shortcut = new QShortcut(QKeySequence(ToQt(combination)), this);
     connect(shortcut, &QShortcut::activated, this, [this, keys = combination] {
       if (form == nullptr) return;
@@ -79,6 +90,11 @@ void FormWindow::AddKeys() {
       if (action) action();
     });
   }
+}
+
+void FormWindow::OpenMenuBar() {
+  menuBar()->setFocus(Qt::MenuBarFocusReason);
+  menuBar()->setActiveAction(menuBar()->actions().front());
 }
 
 void FormWindow::DressAsSplash() {
@@ -131,7 +147,8 @@ void FormWindow::PlaceFirst(const QPoint& middle) {
   const QPoint corner = middle - QPoint(width() / 2, height() / 2);
   move(std::clamp(corner.x(), room.left(), std::max(room.left(), room.right() - width())),
        std::clamp(corner.y(), room.top(), std::max(room.top(), room.bottom() - height())));
-  if (form->initialFocus != nullptr) binder->Focus(*form->initialFocus);
+  if (form->initialFocus == nullptr) return binder->FocusFirst();
+  binder->Focus(*form->initialFocus);
 }
 
 // Whoever shows a splash is about to work without letting events run.

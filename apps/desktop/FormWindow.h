@@ -34,6 +34,7 @@ class FormWindow : public QMainWindow {
  private:
   void Join();
   void AddKeys();
+  void OpenMenuBar();
   void FollowStale();
   void DressAsSplash();
   void PlaceFirst(const QPoint& middle);

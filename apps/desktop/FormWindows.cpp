@@ -48,6 +48,10 @@ void FormWindows::TakeAway(const vc::Form& form) {
   window->Release();
   window->hide();
   window->deleteLater();  // it may be the window whose event has led here
+  // Not every desktop gives the keyboard back by itself.
+  const vc::Form* top = forms.Top();
+  FormWindow* next = top == nullptr || top == &form ? nullptr : WindowOf(*top);
+  if (next != nullptr) next->activateWindow();
 }
 
 QPoint FormWindows::MiddleFor(const vc::Form& form) const {

@@ -2,12 +2,12 @@
 
 #include <QButtonGroup>
 #include <QCheckBox>
-#include <QGroupBox>
 #include <QLayout>
 #include <QPushButton>
 #include <QRadioButton>
-#include <QStyle>
 
+#include "desktop/FrameView.h"
+#include "desktop/GraphicButtonView.h"
 #include "desktop/LevelBarView.h"
 #include "desktop/PictureView.h"
 #include "desktop/QtText.h"
@@ -21,15 +21,17 @@
 namespace desktop {
 namespace {
 
-// Without a caption there is no line around it either, and what lies in it keeps its own margins.
-void ShowFrame(QGroupBox& box, const vc::Frame& frame) {
-  const bool captioned = !frame.core.Caption().empty();
-  box.setTitle(ToQt(frame.core.Caption()));
-  box.setProperty("captioned", captioned);
-  box.style()->unpolish(&box);  // the style sheet asks for the property
-  box.style()->polish(&box);
-  const int line = captioned ? LineHeight(box) : 0;
-  box.layout()->setContentsMargins(line, line * 2 / 3, line, line * 3 / 4);
+// How short a slider may become, in lines.
+constexpr int ShortestSlider = 10, ShortestDenseSlider = 5;
+
+// "Lower: 0.5 dB/Octave, Upper: 0.6 dB/Octave"; of a slider without any number, its position.
+void Describe(QWidget* view, const vc::Slider& slider, const std::vector<const vc::TextBox*>& texts) {
+  std::string words;
+  for (const vc::TextBox* text : texts) {
+    words += words.empty() ? "" : ", ";
+    words += vc::WithoutAccessKey(text->core.Caption()) + " " + text->Text() + " " + text->unit;
+  }
+  Binder::Speak(view, words.empty() ? vc::ShortestText(slider.Position()) : words, {});
 }
 
 }  // namespace
@@ -42,19 +44,25 @@ QLabel* CaptionOf(Pane& pane, QWidget* field) {
 
 void BindKind(Binder& binder, vc::Frame& frame) {
   Pane& pane = binder.PaneOf(frame.core);
-  auto* box = new QGroupBox(pane.Container());
-  pane.AddWide(box);
+  auto* box = new FrameView(frame, pane.Container());
+  pane.AddFrame(box);
   binder.AddPane(frame, box);
-  binder.Bind(frame.core, {.widget = box, .showCaption = [box, &frame, &binder] {
-                             ShowFrame(*box, frame);
-                             binder.NameWithin(frame);
-                           }});
+  binder.Bind(frame.core, {.widget = box,
+                           .showCaption =
+                               [box, &frame, &binder] {
+                                 box->ShowCaption();
+                                 binder.NameWithin(frame);
+                               },
+                           .showValue = [box](std::string_view) { box->ShowStanding(); }});
 }
 
 void BindKind(Binder& binder, vc::Label& label) {
   Pane& pane = binder.PaneOf(label.core);
   auto* view = new WrappedLabel(pane.Container());
-  pane.AddWide(view);
+  pane.AddWords(view, binder.FollowsInArray());
+  QSizePolicy policy = view->sizePolicy();
+  policy.setRetainSizeWhenHidden(label.core.index != vc::NoIndex);  // such words come and go
+  view->setSizePolicy(policy);
   binder.Bind(label.core, {.widget = view, .showCaption = [view, &label] {
                              view->setText(ToQt(vc::WithoutAccessKey(label.core.Caption())));
                            }});
@@ -73,18 +81,16 @@ void BindKind(Binder& binder, vc::Button& button) {
 
 void BindKind(Binder& binder, vc::GraphicButton& button) {
   Pane& pane = binder.PaneOf(button.core);
-  auto* view = new QPushButton(pane.Container());
-  const bool latching = button.style == vc::GraphicButton::Style::Latching;
-  view->setCheckable(latching);
+  auto* view = new GraphicButtonView(button, pane.Container(), [&binder, &button](const auto& action) {
+    binder.Operate(button.core, action);
+  });
   pane.AddButton(view, false);
-  QObject::connect(view, &QPushButton::clicked, view,
-                   [&binder, &button] { binder.Operate(button.core, [&button] { button.Click(); }); });
   binder.Bind(button.core, {.widget = view,
                             .showCaption = [view, &button] { view->setText(ToQt(button.core.Caption())); },
                             .showValue =
-                                [view, &button, latching](std::string_view) {
-                                  if (!latching) return;
-                                  view->setChecked(button.Value() == 1);
+                                [view, &button](std::string_view property) {
+                                  view->Follow(property);
+                                  if (button.style == vc::GraphicButton::Style::Push) return;
                                   Binder::Speak(view, button.Value() == 1 ? "on" : "off", {});
                                 }});
 }
@@ -92,11 +98,10 @@ void BindKind(Binder& binder, vc::GraphicButton& button) {
 void BindKind(Binder& binder, vc::Slider& slider) {
   Pane& pane = binder.PaneOf(slider.core);
   const Qt::Orientation direction = pane.Columns() ? Qt::Vertical : Qt::Horizontal;
-  auto* view = new SliderView(slider, direction, pane.Container(), [&binder, &slider](double position) {
-    binder.Operate(slider.core, [&slider, position] { slider.SetPosition(position); });
+  auto* view = new SliderView(slider, direction, pane.Container(), [&binder, &slider](const auto& action) {
+    binder.Operate(slider.core, action);
   });
-  constexpr int shortest = 10;
-  const int length = shortest * LineHeight(*view);
+  const int length = (pane.Dense() ? ShortestDenseSlider : ShortestSlider) * LineHeight(*view);
   if (direction == Qt::Vertical) {
     view->setMinimumHeight(length);
   } else {
@@ -104,17 +109,19 @@ void BindKind(Binder& binder, vc::Slider& slider) {
   }
   QLabel* caption = CaptionOf(pane, view);
   const bool textFollows = binder.TextFollows();
+  const auto describe = [view, &slider, texts = binder.TextsBelow()] { Describe(view, slider, texts); };
   if (textFollows) {
     binder.openRow = {caption, view};
   } else {
     pane.AddField({caption, view});
+    for (const vc::TextBox* text : binder.TextsBelow()) binder.describeAbove.emplace(text, describe);
   }
   binder.Bind(
       slider.core,
-      {.widget = view, .caption = caption, .showValue = [view, &slider, textFollows](std::string_view) {
+      {.widget = view, .caption = caption, .showValue = [view, describe, textFollows](std::string_view) {
          view->ShowModel();
          // Where a text stands beside it, that one is spoken.
-         if (!textFollows) Binder::Speak(view, vc::ShortestText(slider.Position()), {});
+         if (!textFollows) describe();
        }});
 }
 

@@ -28,6 +28,10 @@ QFont ReadingFont(const QWidget& widget) {
 int Gap(const QWidget& widget) { return LineHeight(widget) / 3; }
 int BarThickness(const QWidget& widget) { return LineHeight(widget) * 7 / 4; }
 
+QString CaptionOf(const vc::LevelBar& bar) {
+  return bar.captioned ? ToQt(vc::WithoutAccessKey(bar.core.Caption())) : QString();
+}
+
 }  // namespace
 
 LevelBarView::LevelBarView(const vc::LevelBar& levelBar, QWidget* parent) : QWidget(parent), model(levelBar) {
@@ -94,17 +98,22 @@ int LevelBarView::ReadingWidth() const {
 
 QSize LevelBarView::SizeWithLines(int lines) const {
   const int line = LineHeight(*this);
-  const int captionWidth = fontMetrics().horizontalAdvance(ToQt(vc::WithoutAccessKey(model.core.Caption())));
+  const int captionWidth = fontMetrics().horizontalAdvance(CaptionOf(model));
   if (model.Horizontal()) {
     return {std::max(lines * line, captionWidth + line + ReadingWidth()),
             line + Gap(*this) + BarThickness(*this) + (model.Scale().empty() ? 0 : Gap(*this) + line)};
   }
   return {std::max({BarThickness(*this) + ScaleWidth(), captionWidth, ReadingWidth()}),
-          lines * line + 2 * line + 3 * Gap(*this)};
+          lines * line + CaptionHeight() + line + 2 * Gap(*this)};
 }
 
 QSize LevelBarView::sizeHint() const { return SizeWithLines(PreferredLines); }
 QSize LevelBarView::minimumSizeHint() const { return SizeWithLines(LeastLines); }
+
+// Of an upright bar, with what it keeps clear; without a caption the topmost number has room there.
+int LevelBarView::CaptionHeight() const {
+  return model.captioned ? LineHeight(*this) + Gap(*this) : LineHeight(*this) / 2;
+}
 
 void LevelBarView::Arrange() {
   shownReading = ToQt(model.Reading());
@@ -118,9 +127,9 @@ void LevelBarView::Arrange() {
 
 void LevelBarView::ArrangeUpright() {
   const int line = LineHeight(*this);
-  caption = {0, 0, width(), line};
+  caption = {0, 0, width(), model.captioned ? line : 0};
   reading = {(width() - ReadingWidth()) / 2, height() - line, ReadingWidth(), line};
-  const int top = line + Gap(*this);
+  const int top = CaptionHeight();
   const int left = (width() - BarThickness(*this) - ScaleWidth()) / 2;
   bar = {left, top, BarThickness(*this), std::max(1, reading.top() - 2 * Gap(*this) - top)};
   scale = {bar.right() + 1, 0, ScaleWidth(), height()};
@@ -146,8 +155,7 @@ void LevelBarView::paintEvent(QPaintEvent* event) {
   if (event->rect().intersects(caption)) {
     painter.setPen(
         palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText));
-    painter.drawText(caption, model.Horizontal() ? Qt::AlignLeft : Qt::AlignHCenter,
-                     ToQt(vc::WithoutAccessKey(model.core.Caption())));
+    painter.drawText(caption, model.Horizontal() ? Qt::AlignLeft : Qt::AlignHCenter, CaptionOf(model));
   }
   if (const QRect part = event->rect() & bar; !part.isEmpty()) {
     PainterSurface surface(painter, palette(), part);

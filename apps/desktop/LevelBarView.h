@@ -30,6 +30,7 @@ class LevelBarView : public QWidget {
  private:
   QSize SizeWithLines(int lines) const;
   int Along() const { return model.Horizontal() ? bar.width() : bar.height(); }
+  int CaptionHeight() const;
   int ScaleWidth() const;
   int ReadingWidth() const;
   void Arrange();

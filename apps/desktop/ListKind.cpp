@@ -1,12 +1,15 @@
 // The lists: one row with the others behind it, or tall, with the rows on show.
+#include <algorithm>
 #include <functional>
 #include <utility>
 
+#include <QAbstractItemView>
 #include <QComboBox>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QSignalBlocker>
+#include <QStylePainter>
 #include <QWheelEvent>
 
 #include "desktop/Kinds.h"
@@ -16,12 +19,42 @@
 namespace desktop {
 namespace {
 
-// A list's wheel, too, acts only where the focus is.
+// A list's wheel, too, acts only where the focus is. A row that is too long for it ends in dots; the open
+// list shows it whole.
 class DropDownView : public QComboBox {
  public:
-  using QComboBox::QComboBox;
+  // A short one asks for no more room than a few letters take.
+  DropDownView(QWidget* parent, bool isShort) : QComboBox(parent), shortOne(isShort) {
+    constexpr int fewLetters = 8;
+    // The toolkit's own way of following the rows resizes the list behind the layout's back.
+    setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
+    setMinimumContentsLength(shortOne ? fewLetters : 0);
+    setFocusPolicy(Qt::StrongFocus);
+  }
+
+  QSize sizeHint() const override { return WithRows(QComboBox::sizeHint()); }
+  QSize minimumSizeHint() const override { return WithRows(QComboBox::minimumSizeHint()); }
+
+  void showPopup() override {
+    constexpr int beside = 2;  // lines: the margins and the frame
+    view()->setMinimumWidth(view()->sizeHintForColumn(0) + beside * LineHeight(*this));
+    QComboBox::showPopup();
+  }
 
  protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    if (!parentWidget()->isEnabled()) return;  // of a block that is not there its frame tells enough
+    QStylePainter painter(this);
+    QStyleOptionComboBox option;
+    initStyleOption(&option);
+    const QRect room =
+        style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this);
+    const int margin = LineHeight(*this) / 4;
+    option.currentText = fontMetrics().elidedText(option.currentText, Qt::ElideRight, room.width() - margin);
+    painter.drawComplexControl(QStyle::CC_ComboBox, option);
+    painter.drawControl(QStyle::CE_ComboBoxLabel, option);
+  }
+
   void wheelEvent(QWheelEvent* event) override {
     if (hasFocus()) {
       QComboBox::wheelEvent(event);
@@ -29,6 +62,21 @@ class DropDownView : public QComboBox {
       event->ignore();
     }
   }
+
+ private:
+  QSize WithRows(const QSize& least) const {
+    if (shortOne) return least;
+    int longest = 0;
+    for (int row = 0; row < count(); ++row) {
+      longest = std::max(longest, fontMetrics().horizontalAdvance(itemText(row)));
+    }
+    QStyleOptionComboBox option;
+    initStyleOption(&option);
+    const QSize words(longest + LineHeight(*this) / 2, LineHeight(*this));
+    return style()->sizeFromContents(QStyle::CT_ComboBox, &option, words, this).expandedTo(least);
+  }
+
+  bool shortOne;
 };
 
 void ShowItems(QComboBox& view, const vc::ListBox& list) {
@@ -39,6 +87,7 @@ void ShowItems(QComboBox& view, const vc::ListBox& list) {
   if (shown == items) return;
   view.clear();
   view.addItems(items);
+  view.updateGeometry();
 }
 
 // A row's text is only a picture of the item, which may hold any bytes: rows are told by their numbers.
@@ -117,17 +166,16 @@ class TallListView : public QListWidget {
 
 void BindDropDown(Binder& binder, vc::ListBox& list) {
   Pane& pane = binder.PaneOf(list.core);
-  auto* view = new DropDownView(pane.Container());
-  view->setFocusPolicy(Qt::StrongFocus);
-  view->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+  auto* view = new DropDownView(pane.Container(), pane.Dense());
   QLabel* caption = CaptionOf(pane, view);
   pane.AddField({caption, view});
   QObject::connect(view, &QComboBox::activated, view, [&binder, &list](int row) {
     binder.Operate(list.core, [&list, row] { list.SetListIndex(row); });
   });
-  const auto show = [view, &list](std::string_view property) {
+  const auto show = [view, &list, dense = pane.Dense()](std::string_view property) {
     if (property == "Items" || property == EveryProperty) ShowItems(*view, list);
     view->setCurrentIndex(list.ListIndex());
+    if (dense) view->setToolTip(ToQt(list.Text()).toHtmlEscaped());  // it may not have room for all of it
     Binder::Speak(view, list.Text(), {});
   };
   binder.Bind(list.core, {.widget = view, .caption = caption, .showValue = show});

@@ -46,6 +46,7 @@ void BindKind(Binder& binder, vc::MenuEntry& entry) {
   auto* action = new QAction(around);
   action->setObjectName(name);
   around->addAction(action);
+  action->setShortcut(QKeySequence(ToQt(entry.shortcut)));
   QObject::connect(action, &QAction::triggered, around,
                    [&binder, &entry] { binder.Operate(entry.core, [&entry] { entry.Click(); }); });
   Follow(binder, entry, action);

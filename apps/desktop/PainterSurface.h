@@ -1,7 +1,9 @@
-// The models' drawing surface on a painter of the toolkit, with the palette's colours for the system's.
+// The models' drawing surface on a painter of the toolkit, with the palette's colours for the system's and
+// the painter's font for texts.
 #pragma once
 
 #include <QColor>
+#include <QFont>
 #include <QPainter>
 #include <QPalette>
 #include <QRect>
@@ -17,19 +19,27 @@ class PainterSurface : public vc::Surface {
  public:
   // What lies outside the visible part is left out.
   PainterSurface(QPainter& target, const QPalette& colours, const QRect& visiblePart)
-      : painter(target), palette(colours), visible(visiblePart) {}
+      : painter(target), palette(colours), visible(visiblePart), font(target.font()) {}
 
   void FillRectangle(const vc::Rectangle& area, vc::Colour colour) override;
   void FillEllipse(const vc::Rectangle& area, vc::Colour colour) override;
   void FrameRectangle(const vc::Rectangle& area, vc::Colour colour) override;
   void DrawEdge(const vc::Rectangle& area, vc::EdgeStyle style) override;
+  void DrawAcross(int left, int top, int length, vc::LineStyle style, vc::Colour colour) override;
+  void DrawDown(int left, int top, int length, vc::LineStyle style, vc::Colour colour) override;
+  void DrawPolyline(std::span<const vc::Point> points, vc::Colour colour) override;
+  void DrawText(const vc::Rectangle& area, const std::string& text) override;
+  vc::Size TextSize(const std::string& text) const override;
+  vc::Colour Translated(vc::Colour colour) const override;
 
  private:
   void DrawRing(const QRect& area, QPalette::ColorRole upperLeft, QPalette::ColorRole lowerRight);
+  QFont TextFont() const;
 
   QPainter& painter;
   const QPalette& palette;
   QRect visible;
+  QFont font;
 };
 
 }  // namespace desktop

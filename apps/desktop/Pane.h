@@ -22,33 +22,51 @@ struct Field {
 
 class Pane {
  public:
-  Pane(QWidget* box, vc::Arrangement arranged);
+  // No frame stands for the form itself. What is dense stands closer together.
+  Pane(QWidget* box, const vc::Frame* shownFrame, bool closeTogether);
 
   QWidget* Container() const { return container; }
+  bool Dense() const { return dense; }
   // In columns a slider stands upright, its caption above and its number below.
-  bool Columns() const { return arrangement == vc::Arrangement::Columns; }
+  bool Columns() const { return columns != nullptr; }
 
   void AddField(const Field& field);
-  // A large text or a list takes the spare height, with its caption above it; in columns those beside each
-  // other share the width.
+  // A large text, a list or a plot takes the spare height, with its caption above it where it has one; in
+  // columns those beside each other share the width.
   void AddTall(QLabel* caption, QWidget* text, int share);
   void AddWide(QWidget* widget);
+  void AddFrame(QWidget* box);
+  // Words that only tell something. Those of one array share a row.
+  void AddWords(QLabel* label, bool sharesRow);
   // Buttons that follow each other share a row; those that end the work stand at its right.
   void AddButton(QWidget* button, bool atEnd);
   // Once all has been added: what is left of the height stays below.
   void Finish();
+  // Once a frame in it is finished: what has no use for spare height leaves it to others. Along the signal's
+  // way blocks stand in the middle of equal rows.
+  void Settle(const Pane& inner);
 
  private:
   void AddUpright(const Field& field);
   void AddBeside(const Field& field);
   void AddRow(const Field& field);
+  void AddToBlock(QWidget* button);
+  void FillBlock();
 
   QWidget* container;
-  vc::Arrangement arrangement;
+  const vc::Frame* frame;
+  bool dense;
+  bool alongSignal;
   QGridLayout* grid = nullptr;
   QHBoxLayout* columns = nullptr;
+  QHBoxLayout* words = nullptr;
   QHBoxLayout* buttons = nullptr;
+  QGridLayout* block = nullptr;  // of buttons that stand in rows of equal ones
   int leadingButtons = 0;
+  bool sliderRows = false;  // a number stands in line with those of the sliders
+  bool onlyWords = true;
+  bool onlyFrames = true;
+  bool grows = false;  // has a use for spare height; known once it is finished
 };
 
 }  // namespace desktop

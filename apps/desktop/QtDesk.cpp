@@ -3,8 +3,11 @@
 #include <utility>
 
 #include <QApplication>
+#include <QDesktopServices>
+#include <QUrl>
 
 #include "desktop/MessageBox.h"
+#include "desktop/Theme.h"
 
 namespace desktop {
 
@@ -17,6 +20,16 @@ vc::Answer QtDesk::Box(int code, const std::string& title, const std::string& te
 }
 
 void QtDesk::Beep() { QApplication::beep(); }
+
+bool QtDesk::Open(const std::string& target) {
+  const QUrl url = QUrl::fromUserInput(QString::fromStdString(target));
+  return url.isValid() && QDesktopServices::openUrl(url);
+}
+
+void QtDesk::SetTheme(vc::Theme theme) {
+  watch.SetOn(theme == vc::Theme::System);
+  ApplyTheme(theme == vc::Theme::System ? SystemTheme() : theme);
+}
 
 void QtDesk::SetHourglass(bool shown) {
   if (!shown) note.Remove();  // a work that broke off says nothing more

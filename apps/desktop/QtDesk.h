@@ -5,6 +5,8 @@
 #include <utility>
 
 #include "desktop/ProgressNote.h"
+#include "desktop/SystemThemeWatch.h"
+#include "desktop/Theme.h"
 #include "host/Folders.h"
 #include "platform/Clock.h"
 #include "platform/Desk.h"
@@ -23,6 +25,8 @@ class QtDesk : public vc::Desk {
   void Beep() override;
   void SetHourglass(bool shown) override;
   void ShowProgress(std::string_view what, int done, int total) override { note.Show(what, done, total); }
+  bool Open(const std::string& target) override;
+  void SetTheme(vc::Theme theme) override;
   std::string InstallFolder() const override { return folders.writable; }
   std::string ProgramFolder() const override { return folders.executable; }
 
@@ -30,6 +34,7 @@ class QtDesk : public vc::Desk {
   host::Folders folders;
   ProgressNote note;
   bool hourglass = false;
+  SystemThemeWatch watch;
 };
 
 }  // namespace desktop

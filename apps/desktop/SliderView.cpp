@@ -19,13 +19,23 @@ int StepsIn(double distance, double step) {
 
 }  // namespace
 
-SliderView::SliderView(const vc::Slider& slider, Qt::Orientation direction, QWidget* parent,
-                       std::function<void(double position)> moveTo)
-    : QSlider(direction, parent), model(slider), moved(std::move(moveTo)) {
+SliderView::SliderView(vc::Slider& slider, Qt::Orientation direction, QWidget* parent, Operate carry)
+    : QSlider(direction, parent), model(slider), operate(std::move(carry)) {
   setFocusPolicy(Qt::StrongFocus);
   connect(this, &QSlider::valueChanged, this, [this](int steps) {
-    moved(steps == maximum() ? model.PositionMax() : model.PositionMin() + steps * StepSize());
+    MoveTo(steps == maximum() ? model.PositionMax() : model.PositionMin() + steps * StepSize());
   });
+  connect(this, &QSlider::sliderPressed, this, [this] { operate([this] { model.Hold(); }); });
+  connect(this, &QSlider::sliderReleased, this, [this] { operate([this] { model.Release(); }); });
+}
+
+void SliderView::focusOutEvent(QFocusEvent* event) {
+  QSlider::focusOutEvent(event);
+  operate([this] { model.Release(); });
+}
+
+void SliderView::MoveTo(double position) {
+  operate([this, position] { model.SetPosition(position); });
 }
 
 double SliderView::StepSize() const {
@@ -45,7 +55,7 @@ void SliderView::ShowModel() {
 }
 
 void SliderView::MoveBy(double distance) {
-  moved(model.Position() + (model.ReverseScale ? -distance : distance));
+  MoveTo(model.Position() + (model.ReverseScale ? -distance : distance));
 }
 
 void SliderView::keyPressEvent(QKeyEvent* event) {
@@ -61,9 +71,9 @@ void SliderView::keyPressEvent(QKeyEvent* event) {
     case Qt::Key_PageUp:
       return MoveBy(model.KeyPageStepSize);
     case Qt::Key_Home:
-      return moved(model.PositionMin());
+      return MoveTo(model.PositionMin());
     case Qt::Key_End:
-      return moved(model.PositionMax());
+      return MoveTo(model.PositionMax());
     default:
       QSlider::keyPressEvent(event);
   }

@@ -11,9 +11,9 @@ namespace desktop {
 
 class SliderView : public QSlider {
  public:
-  // moveTo is told where the operator wants the position.
-  SliderView(const vc::Slider& slider, Qt::Orientation direction, QWidget* parent,
-             std::function<void(double position)> moveTo);
+  // Carries an action of the operator to the model.
+  using Operate = std::function<void(const std::function<void()>& action)>;
+  SliderView(vc::Slider& slider, Qt::Orientation direction, QWidget* parent, Operate carry);
 
   // Takes range and position from the model. A position between two steps stays what it is.
   void ShowModel();
@@ -22,14 +22,16 @@ class SliderView : public QSlider {
   void keyPressEvent(QKeyEvent* event) override;
   // The wheel moves it only while it has the focus, so that scrolling over a window changes nothing.
   void wheelEvent(QWheelEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
 
  private:
   double StepSize() const;
+  void MoveTo(double position);
   // Along the scale, in the direction of the screen.
   void MoveBy(double distance);
 
-  const vc::Slider& model;
-  std::function<void(double)> moved;
+  vc::Slider& model;
+  Operate operate;
   int wheelRest = 0;  // of a step, from wheels that turn in fractions
 };
 

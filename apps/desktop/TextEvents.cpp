@@ -25,6 +25,10 @@ bool TextEvents::eventFilter(QObject* /*watched*/, QEvent* event) {
     case QEvent::FocusOut:
       if (!ownMenuOpen) hooks.lostFocus();
       break;
+    case QEvent::ShortcutOverride:
+      if (!LeavesToWindow(*static_cast<QKeyEvent*>(event))) break;
+      event->ignore();
+      return true;
     case QEvent::KeyPress: {
       const auto* key = static_cast<QKeyEvent*>(event);
       TellKey(key->key(), key->text());
@@ -34,6 +38,11 @@ bool TextEvents::eventFilter(QObject* /*watched*/, QEvent* event) {
       break;
   }
   return false;  // nothing is swallowed
+}
+
+bool TextEvents::LeavesToWindow(const QKeyEvent& key) const {
+  return (key.matches(QKeySequence::Undo) && !hooks.canUndo()) ||
+         (key.matches(QKeySequence::Redo) && !hooks.canRedo());
 }
 
 void TextEvents::TellKey(int key, const QString& typed) const {

@@ -5,6 +5,8 @@
 
 #include <QObject>
 
+class QKeyEvent;
+
 namespace desktop {
 
 class TextEvents : public QObject {
@@ -12,6 +14,8 @@ class TextEvents : public QObject {
   struct Hooks {
     std::function<void()> gotFocus, lostFocus;
     std::function<void(int code)> keyPressed;
+    // Whether the text itself has something to undo, or to redo; else the window may have.
+    std::function<bool()> canUndo, canRedo;
   };
   // Watches the widget and belongs to it.
   TextEvents(QWidget* watched, Hooks told);
@@ -19,6 +23,7 @@ class TextEvents : public QObject {
   bool eventFilter(QObject* watched, QEvent* event) override;
 
  private:
+  bool LeavesToWindow(const QKeyEvent& key) const;
   void TellKey(int key, const QString& typed) const;
 
   Hooks hooks;

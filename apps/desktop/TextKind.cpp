@@ -16,7 +16,7 @@
 namespace desktop {
 namespace {
 
-constexpr int NumberDigits = 9, StatusDigits = 32;
+constexpr int NumberDigits = 9, DenseNumberDigits = 6, StatusDigits = 32, DenseStatusDigits = 26;
 
 // What a widget shows of a text is only a picture of it: bytes that are no UTF-8 and foreign line ends have
 // none. As long as the operator leaves the picture as it was, the text keeps its bytes.
@@ -43,23 +43,35 @@ QString Lines(const std::string& text) {
       .replace(QLatin1Char('\r'), QLatin1Char('\n'));
 }
 
-// Joins the events of a text widget to the box; selectAll is what the coming of the focus does to the text.
-void Listen(Binder& binder, vc::TextBox& text, QWidget* view, std::function<void()> selectAll) {
+// What the widget itself does on events: when the focus comes, and where it could take typing back.
+struct Editing {
+  std::function<void()> selectAll;
+  std::function<void()> keep;  // what was typed has been taken: it is no more the box's own to undo
+  std::function<bool()> canUndo, canRedo;
+};
+
+// Joins the events of a text widget to the box.
+void Listen(Binder& binder, vc::TextBox& text, QWidget* view, const Editing& editing) {
   const auto tell = [&binder, &text](void (vc::TextBox::*event)() const) {
     return [&binder, &text, event] { binder.Operate(text.core, [&text, event] { (text.*event)(); }); };
   };
   auto* afterClick = new QTimer(view);  // once the click that brought the focus has set its caret
   afterClick->setSingleShot(true);
-  QObject::connect(afterClick, &QTimer::timeout, view, selectAll);
-  const auto gotFocus = [afterClick, selectAll = std::move(selectAll), raise = tell(&vc::TextBox::GotFocus)] {
+  QObject::connect(afterClick, &QTimer::timeout, view, editing.selectAll);
+  const auto gotFocus = [afterClick, selectAll = editing.selectAll, raise = tell(&vc::TextBox::GotFocus)] {
     selectAll();
     afterClick->start();
     raise();
   };
-  const auto keyPressed = [&binder, &text](int code) {
+  const auto keyPressed = [&binder, &text, keep = editing.keep](int code) {
     binder.Operate(text.core, [&text, code] { text.KeyPress(code); });
+    if (code == vc::EnterKey) keep();
   };
-  new TextEvents(view, {gotFocus, tell(&vc::TextBox::LostFocus), keyPressed});
+  const auto lostFocus = [keep = editing.keep, raise = tell(&vc::TextBox::LostFocus)] {
+    raise();
+    keep();
+  };
+  new TextEvents(view, {gotFocus, lostFocus, keyPressed, editing.canUndo, editing.canRedo});
 }
 
 QLabel* WordsBeside(QWidget* view, const std::string& words) {
@@ -72,7 +84,8 @@ QLabel* WordsBeside(QWidget* view, const std::string& words) {
 void BindStatus(Binder& binder, vc::TextBox& text) {
   auto* view = new WrappedLabel(binder.PaneOf(text.core).Container());
   view->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  view->setMinimumWidth(DigitsWide(*view, text.unit.empty() ? StatusDigits : NumberDigits));
+  const int words = binder.PaneOf(text.core).Dense() ? DenseStatusDigits : StatusDigits;
+  view->setMinimumWidth(DigitsWide(*view, text.unit.empty() ? words : NumberDigits));
   QLabel* caption = WordsBeside(view, text.core.Caption());
   QLabel* unit = text.unit.empty() ? nullptr : WordsBeside(view, text.unit);
   binder.PaneOf(text.core).AddField({caption, view, nullptr, unit});
@@ -97,7 +110,9 @@ void BindMemo(Binder& binder, vc::TextBox& text) {
   view->setMinimumSize(DigitsWide(*view, text.columns), (text.lines + 1) * LineHeight(*view));
   QLabel* caption = WordsBeside(view, text.core.Caption());
   binder.PaneOf(text.core).AddTall(caption, view, text.columns);
-  Listen(binder, text, view, [] {});
+  Listen(binder, text, view,
+         {[] {}, [] {}, [view] { return view->document()->isUndoAvailable(); },
+          [view] { return view->document()->isRedoAvailable(); }});
   const auto pictured = std::make_shared<Pictured>();
   QObject::connect(view, &QPlainTextEdit::textChanged, view, [&binder, &text, view, pictured] {
     binder.Operate(text.core, [&] { text.SetText(pictured->TextFor(view->toPlainText())); });
@@ -126,20 +141,33 @@ void ShowLine(QLineEdit& view, const std::string& text, Pictured& pictured) {
   pictured.Take(text, view.text());
 }
 
+// Setting the text forgets the steps of typing. The next number is then typed over this one.
+void KeepTyping(QLineEdit& view) {
+  if (view.isUndoAvailable() || view.isRedoAvailable()) view.setText(view.text());
+  if (view.hasFocus()) view.selectAll();
+}
+
 void BindLine(Binder& binder, vc::TextBox& text) {
   auto* view = new QLineEdit(binder.PaneOf(text.core).Container());
   QLabel* unit = text.unit.empty() ? nullptr : WordsBeside(view, text.unit);
   const Field row = RowOf(binder, text, view, unit);
   QWidget* slider = row.text == nullptr ? nullptr : row.field;
-  if (slider != nullptr || unit != nullptr) view->setFixedWidth(DigitsWide(*view, NumberDigits));
+  const int digits = binder.PaneOf(text.core).Dense() ? DenseNumberDigits : NumberDigits;
+  if (slider != nullptr || unit != nullptr) view->setFixedWidth(DigitsWide(*view, digits));
   if (slider != nullptr || unit != nullptr) view->setAlignment(Qt::AlignRight);
   binder.PaneOf(text.core).AddField(row);
-  Listen(binder, text, view, [view] { view->selectAll(); });
+  Listen(binder, text, view,
+         {[view] { view->selectAll(); }, [view] { KeepTyping(*view); },
+          [view] { return view->isUndoAvailable(); }, [view] { return view->isRedoAvailable(); }});
   const auto pictured = std::make_shared<Pictured>();
   QObject::connect(view, &QLineEdit::textEdited, view, [&binder, &text, pictured](const QString& typed) {
     binder.Operate(text.core, [&] { text.SetText(pictured->TextFor(typed)); });
   });
-  const auto show = [view, slider, &text, pictured](std::string_view) {
+  const auto above = binder.describeAbove.find(&text);
+  const std::function<void()> describe =
+      above == binder.describeAbove.end() ? std::function<void()>([] {}) : above->second;
+  const auto show = [view, slider, &text, pictured, describe](std::string_view) {
+    describe();
     ShowLine(*view, text.Text(), *pictured);
     Binder::Speak(view, text.Text(), text.unit);
     if (slider != nullptr) Binder::Speak(slider, text.Text(), text.unit);

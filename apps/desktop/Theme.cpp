@@ -5,9 +5,9 @@
 #include <QApplication>
 #include <QPalette>
 #include <QString>
-#include <QStyleFactory>
 
 #include "desktop/QtText.h"
+#include "desktop/Style.h"
 
 namespace desktop {
 namespace {
@@ -25,8 +25,8 @@ constexpr std::array<Tint, 19> Tints{{{QPalette::Window, 0xF3F5F7, 0x2A3139},
                                       {QPalette::Button, 0xFDFEFE, 0x3A444E},
                                       {QPalette::ButtonText, 0x1D2935, 0xE2E7EC},
                                       {QPalette::BrightText, 0xFFFFFF, 0xFFFFFF},
-                                      {QPalette::PlaceholderText, 0x76838F, 0x8A96A2},
-                                      {QPalette::Highlight, 0x2A6CB0, 0x3F86CC},
+                                      {QPalette::PlaceholderText, 0x5F6C78, 0x9DA9B5},
+                                      {QPalette::Highlight, 0x2A6CB0, 0x2F76BA},
                                       {QPalette::HighlightedText, 0xFFFFFF, 0xFFFFFF},
                                       {QPalette::Link, 0x2A6CB0, 0x6FAEE8},
                                       {QPalette::LinkVisited, 0x6A4FA3, 0xA48BD8},
@@ -36,7 +36,7 @@ constexpr std::array<Tint, 19> Tints{{{QPalette::Window, 0xF3F5F7, 0x2A3139},
                                       {QPalette::Dark, 0x98A4AF, 0x181C21},
                                       {QPalette::Shadow, 0x64717D, 0x0A0D10},
                                       {QPalette::ToolTipText, 0x1D2935, 0xE2E7EC}}};
-constexpr QRgb FadedLight = 0x9AA5AF, FadedDark = 0x74808C;
+constexpr QRgb FadedLight = 0x7E8A95, FadedDark = 0x7C8894;
 constexpr QRgb TitleLight = 0x2A5C91, TitleDark = 0x8BBBEA;
 
 QPalette PaletteOf(Theme theme) {
@@ -55,9 +55,12 @@ QPalette PaletteOf(Theme theme) {
 // Group boxes with a quiet line and a coloured title, flat buttons; everything in units of the font.
 constexpr const char* SheetText = R"(
 QGroupBox { border: 1px solid @mid; border-radius: 0.4em; margin-top: 0.8em; }
-QGroupBox::title { subcontrol-origin: margin; subcontrol-position: top left; left: 0.7em; padding: 0 0.3em;
+QGroupBox::title { subcontrol-origin: margin; subcontrol-position: top left; left: 0.5em; padding: 0 0.3em;
                    color: @title; }
 QGroupBox::title:disabled { color: @faded; }
+QGroupBox:disabled { border-style: dashed; }
+QGroupBox[standing="in"] { border-color: @accent; }
+QGroupBox[standing="out"]::title { color: @muted; }
 QGroupBox[captioned="false"] { border: none; margin-top: 0; }
 QWidget[splash="true"] { background: @accent; }
 QWidget[splash="true"] QLabel { color: white; }
@@ -68,12 +71,15 @@ QListWidget, QPlainTextEdit { border: 1px solid @mid; border-radius: 0.2em; }
 QListWidget:focus, QPlainTextEdit:focus { border-color: @accent; }
 QPushButton { background: @button; color: @text; border: 1px solid @mid; border-radius: 0.3em;
               padding: 0.35em 1.1em; min-width: 4em; }
-QPushButton:hover { border-color: @accent; }
+QPushButton[compact="true"] { padding: 0.4em 0.4em; min-width: 3.2em; }
+QPushButton:hover { background: @hover; border-color: @dark; }
 QPushButton:focus, QPushButton:default { border-color: @accent; }
 QPushButton:pressed { background: @midlight; }
 QPushButton:checked { background: @accent; color: white; border-color: @accent; }
 QPushButton:disabled { background: @window; color: @faded; border-color: @mid; }
-QPushButton:checked:disabled { background: @mid; }
+QPushButton:checked:disabled { background: @midlight; }
+QGroupBox[absent="true"] QPushButton, QGroupBox[absent="true"] QPushButton:checked:disabled {
+  background: transparent; border-color: transparent; color: transparent; }
 )";
 
 QString SheetOf(Theme theme, const QPalette& palette) {
@@ -84,6 +90,9 @@ QString SheetOf(Theme theme, const QPalette& palette) {
   };
   put("@title", QColor(light ? TitleLight : TitleDark));
   put("@faded", QColor(light ? FadedLight : FadedDark));
+  put("@muted", palette.color(QPalette::PlaceholderText));
+  put("@hover", palette.color(QPalette::AlternateBase));
+  put("@dark", palette.color(QPalette::Dark));
   put("@midlight", palette.color(QPalette::Midlight));
   put("@mid", palette.color(QPalette::Mid));
   put("@button", palette.color(QPalette::Button));
@@ -98,11 +107,16 @@ QString SheetOf(Theme theme, const QPalette& palette) {
 
 Theme SystemTheme() {
   constexpr int middle = 128;
-  return QApplication::palette().color(QPalette::Window).lightness() < middle ? Theme::Dark : Theme::Light;
+  const QPalette ours = QApplication::palette();
+  const bool dressed = ours.resolveMask() != 0;
+  if (dressed) QApplication::setPalette({});  // which lets the system's through
+  const int lightness = QApplication::palette().color(QPalette::Window).lightness();
+  if (dressed) QApplication::setPalette(ours);
+  return lightness < middle ? Theme::Dark : Theme::Light;
 }
 
 void ApplyTheme(Theme theme) {
-  QApplication::setStyle(QStyleFactory::create(QStringLiteral("Fusion")));
+  QApplication::setStyle(new Style);
   const QPalette palette = PaletteOf(theme);
   QApplication::setPalette(palette);
   static_cast<QApplication*>(QCoreApplication::instance())->setStyleSheet(SheetOf(theme, palette));

@@ -1,13 +1,15 @@
 // The look of the program: its own light and dark palette on one style.
 #pragma once
 
+#include "platform/Desk.h"
+
 namespace desktop {
 
-enum class Theme { Light, Dark };
+using vc::Theme;
 
-// By the lightness of the system's palette; ask before the first ApplyTheme.
+// By the lightness of the system's own palette.
 Theme SystemTheme();
-// Dresses the whole application; windows that are open change at once.
+// Dresses the whole application in the light or the dark theme; windows that are open change at once.
 void ApplyTheme(Theme theme);
 
 }  // namespace desktop

@@ -38,7 +38,8 @@ QSize WrappedLabel::sizeHint() const {
 
 QSize WrappedLabel::minimumSizeHint() const {
   const int least = TextWidth(LeastDigits);
-  return {least, HeightAt(std::max(least, width()))};
+  const int given = isHidden() ? TextWidth(MostDigits) : width();  // a hidden one is given none
+  return {least, HeightAt(std::max(least, given))};
 }
 
 void WrappedLabel::resizeEvent(QResizeEvent* event) {

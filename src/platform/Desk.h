@@ -31,6 +31,9 @@ constexpr Buttons ButtonsOf(int code) {
 
 enum class Answer { Ok, Cancel, Yes, No };
 
+// The look of the windows; System follows what the desktop says.
+enum class Theme { System, Light, Dark };
+
 // The answer that changes nothing: Cancel, No, or Ok where there is nothing else.
 constexpr Answer SafeAnswer(box::Buttons buttons) {
   switch (buttons) {
@@ -54,6 +57,10 @@ class Desk {
   // Something long ("Sending settings") is under way and has come so far; done equal to total ends it. It is
   // called between the steps of a blocking routine: it may draw, but must let no event handler run.
   virtual void ShowProgress(std::string_view what, int done, int total) = 0;
+  // Has the system open a document or a web page in the program that it has for it; false where there is
+  // none.
+  virtual bool Open(const std::string& target) = 0;
+  virtual void SetTheme(Theme theme) = 0;
   // Where the program reads and writes its own files, without a separator at the end: the executable's
   // folder, or the user's data folder where that one cannot be written.
   virtual std::string InstallFolder() const = 0;

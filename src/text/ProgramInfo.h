@@ -7,6 +7,10 @@ namespace vc {
 
 inline const std::string ApplicationTitle = "Veltrana";
 
+// Who makes the unit, and where they are found.
+inline const std::string MakerName = "NRV";
+inline const std::string MakerSite = "https://www.nrv.example/";
+
 inline constexpr int VersionMajor = 1;
 inline constexpr int VersionMinor = 0;
 inline constexpr int VersionRevision = 0;

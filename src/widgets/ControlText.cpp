@@ -7,6 +7,8 @@
 #include "widgets/Controls.h"
 #include "widgets/GraphicButton.h"
 #include "widgets/LevelBar.h"
+#include "widgets/Plot.h"
+#include "widgets/ProgressBar.h"
 
 namespace vc {
 namespace {
@@ -23,6 +25,8 @@ const char* Kind(const ListBox& /*control*/) { return "list"; }
 const char* Kind(const OptionButton& /*control*/) { return "option"; }
 const char* Kind(const CheckBox& /*control*/) { return "check"; }
 const char* Kind(const LevelBar& /*control*/) { return "level"; }
+const char* Kind(const ProgressBar& /*control*/) { return "progress"; }
+const char* Kind(const Plot& /*control*/) { return "plot"; }
 const char* Kind(const Picture& /*control*/) { return "picture"; }
 const char* Kind(const MenuEntry& control) { return control.children.empty() ? "entry" : "menu"; }
 
@@ -43,6 +47,8 @@ std::string Value(const LevelBar& control) {
   const std::string number = std::to_string(control.Value());
   return control.Reading().empty() ? number : number + " " + control.Reading();
 }
+std::string Value(const ProgressBar& control) { return control.Reading(); }
+std::string Value(const Plot& control) { return control.Summary(); }
 std::string Value(const Picture& control) { return std::to_string(control.Image()); }
 std::string Value(const MenuEntry& control) {
   return control.checkable ? OnOff(control.Checked()) : std::string{};
@@ -66,6 +72,7 @@ std::string Range(const ListBox& control) {
 std::string Range(const OptionButton& /*control*/) { return "0..1"; }
 std::string Range(const CheckBox& /*control*/) { return "0..1"; }
 std::string Range(const LevelBar& control) { return "0.." + std::to_string(control.Steps()); }
+std::string Range(const ProgressBar& control) { return "0.." + std::to_string(control.Steps()); }
 std::string Range(const Picture& control) { return "1.." + std::to_string(control.imageCount); }
 
 std::string Outside(const std::string& value, const std::string& range) {
@@ -87,6 +94,7 @@ std::string Set(Slider& control, const std::string& value) {
   if (*number < control.PositionMin() || *number > control.PositionMax())
     return Outside(value, Range(control));
   control.SetPosition(*number);
+  control.Release();
   return {};
 }
 std::string Set(ListBox& control, const std::string& value) {
@@ -139,7 +147,7 @@ std::string Press(MenuEntry& control) {
 std::string Refusal(const AnyControl& control) {
   const ControlCore& core = CoreOf(control);
   if (core.Usable()) return {};
-  return core.Visible() ? "it is disabled" : "it is hidden";
+  return core.Shown() ? "it is disabled" : "it is hidden";
 }
 
 }  // namespace

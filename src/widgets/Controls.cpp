@@ -47,6 +47,11 @@ void Slider::SetPosition(double value) {
   if (core.Store(position, bounded, "Position")) core.Raise(changed);
 }
 
+void Slider::Release() {
+  held = false;
+  core.Raise(released);
+}
+
 void Slider::SetRange(double lower, double upper) {
   core.Store(positionMin, lower, "PositionMin");
   core.Store(positionMax, std::max(lower, upper), "PositionMax");

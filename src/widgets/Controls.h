@@ -65,7 +65,14 @@ struct Slider {
   // Moves the position into the new range.
   void SetRange(double lower, double upper);
 
+  // Between the two, all movements are one drag of the operator. A release also ends a run of single steps.
+  void Hold() { held = true; }
+  void Release();
+  bool Held() const { return held; }
+  std::function<void()> released;
+
  private:
+  bool held = false;
   double position = 0.0, positionMin = 0.0, positionMax = 100.0;
 };
 
@@ -146,6 +153,7 @@ struct MenuEntry {
   MenuEntry* const parent;
   std::vector<MenuEntry*> children;
   bool checkable = false;
+  std::string shortcut;  // "Ctrl+Z"; works wherever the form's keys do
   std::function<void()> clicked;
   void Click() const { core.Raise(clicked); }
   bool Checked() const { return checked; }

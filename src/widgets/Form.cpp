@@ -3,6 +3,8 @@
 #include "widgets/Controls.h"
 #include "widgets/GraphicButton.h"
 #include "widgets/LevelBar.h"
+#include "widgets/Plot.h"
+#include "widgets/ProgressBar.h"
 
 namespace vc {
 
@@ -23,12 +25,16 @@ std::string ControlCore::FullName() const {
 
 std::string ControlCore::AccessibleName() const {
   std::string text = WithoutAccessKey(caption);
-  if (frame == nullptr || frame->core.caption.empty()) return text;
+  const Frame* around = frame;
+  while (around != nullptr && around->core.caption.empty()) around = around->core.frame;
+  if (around == nullptr) return text;
   if (!text.empty()) text.insert(0, ", ");
-  return WithoutAccessKey(frame->core.caption) + text;
+  return WithoutAccessKey(around->core.caption) + text;
 }
 
-bool ControlCore::Usable() const { return enabled && visible && (frame == nullptr || frame->core.Usable()); }
+bool ControlCore::Shown() const { return visible && (frame == nullptr || frame->core.Shown()); }
+bool ControlCore::Active() const { return enabled && (frame == nullptr || frame->core.Active()); }
+bool ControlCore::Usable() const { return Shown() && Active(); }
 
 void ControlCore::SetCaption(const std::string& text) { Store(caption, text, "Caption"); }
 void ControlCore::SetEnabled(bool on) { Store(enabled, on, "Enabled"); }

@@ -23,12 +23,15 @@ struct ListBox;
 struct OptionButton;
 struct CheckBox;
 struct LevelBar;
+struct ProgressBar;
+struct Plot;
 struct Picture;
 struct MenuEntry;
 
 // One of the kinds of control. Faces dispatch on the kind, never on which control it is.
-using AnyControl = std::variant<Frame*, Label*, TextBox*, Button*, GraphicButton*, Slider*, ListBox*,
-                                OptionButton*, CheckBox*, LevelBar*, Picture*, MenuEntry*>;
+using AnyControl =
+    std::variant<Frame*, Label*, TextBox*, Button*, GraphicButton*, Slider*, ListBox*, OptionButton*,
+                 CheckBox*, LevelBar*, ProgressBar*, Plot*, Picture*, MenuEntry*>;
 
 // Where a control is declared: in a form, in one of its frames, or in a menu.
 struct Place {
@@ -62,6 +65,8 @@ struct ControlCore {
   bool Enabled() const { return enabled; }  // its own state; a disabled frame disables what lies in it
   bool Usable() const;                      // enabled and shown, with all the frames around it
   bool Visible() const { return visible; }
+  bool Shown() const;   // visible, as are all the frames around it
+  bool Active() const;  // enabled, as are all the frames around it
 
   void SetCaption(const std::string& text);
   void SetEnabled(bool on);
@@ -127,14 +132,24 @@ struct Mute {
   Form& form;
 };
 
-// How the contents of a frame are laid out.
-enum class Arrangement { Rows, Columns };
+// How the contents of a frame are laid out. A flow is columns with the signal's way drawn between them.
+enum class Arrangement { Rows, Columns, Flow };
+
+// Whether what a frame stands for is in the signal's way, for those frames that stand for such a thing.
+enum class Standing { Plain, Out, In };
 
 struct Frame {
   Frame(Place place, const std::string& name, const std::string& caption,
         Arrangement arranged = Arrangement::Rows, int index = NoIndex);
   ControlCore core;
   Arrangement arrangement;
+  int buttonsPerRow = 0;  // of buttons that follow each other; 0 puts all of them into one row
+
+  Standing InTheWay() const { return standing; }
+  void SetStanding(Standing stands) { core.Store(standing, stands, "Standing"); }
+
+ private:
+  Standing standing = Standing::Plain;
 };
 
 // The control's core, whatever its kind.

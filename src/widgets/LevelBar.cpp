@@ -1,43 +1,12 @@
 #include "widgets/LevelBar.h"
 
 #include <algorithm>
-#include <array>
+#include <utility>
 
 #include "text/Convert.h"
 
 namespace vc {
 namespace {
-
-// A bar is drawn in so many bands over its full length.
-constexpr int Units = 255;
-
-constexpr int FrameStyle = 4;
-// Edge styles of the border styles 0 to 5; 0 draws no edge.
-constexpr std::array<EdgeStyle, 6> EdgeOfBorder{0, 9, 6, 5, 0, 10};
-
-int Blend(int from, int to, int part, int whole) {
-  return whole <= 0 ? to : from + (to - from) * part / whole;
-}
-
-Colour Blend(Colour from, Colour to, int part, int whole) {
-  return MakeColour(Blend(RedOf(from), RedOf(to), part, whole),
-                    Blend(GreenOf(from), GreenOf(to), part, whole),
-                    Blend(BlueOf(from), BlueOf(to), part, whole));
-}
-
-// The slice of an area between two distances from where the bar begins.
-Rectangle Slice(const Rectangle& area, int orientation, int from, int to) {
-  switch (orientation) {
-    case 1:
-      return {area.left, area.top + area.height - to, area.width, to - from};
-    case 2:
-      return {area.left, area.top + from, area.width, to - from};
-    case 3:
-      return {area.left + area.width - to, area.top, to - from, area.height};
-    default:
-      return {area.left + from, area.top, to - from, area.height};
-  }
-}
 
 [[noreturn]] void RaiseMarkerIndex(int number, const std::string& access) {
   throw Fault{
@@ -54,9 +23,9 @@ LevelBar::LevelBar(Place place, const std::string& name, const std::string& capt
 }
 
 void LevelBar::SetSteps(std::int32_t fullScale) {
-  const double ratio = steps == 0 ? 0.0 : static_cast<double>(value) / static_cast<double>(steps);
+  const std::int32_t oldSteps = steps;
   core.Store(steps, std::max(fullScale, 0), "Steps");
-  SetValue(Nearest32(steps * ratio));
+  SetValue(Rescaled(value, oldSteps, steps));
   SetMidPoint(midPoint);
   if (!markers.empty()) SetMarkerValue(1, markers.front());
 }
@@ -70,8 +39,7 @@ void LevelBar::SetValue(std::int32_t newValue) {
 }
 
 std::int32_t LevelBar::Step(std::int32_t count) {
-  const std::int64_t moved = static_cast<std::int64_t>(value) + count;
-  SetValue(static_cast<std::int32_t>(std::clamp<std::int64_t>(moved, 0, steps)));
+  SetValue(Stepped(value, count, steps));
   return value;
 }
 
@@ -87,57 +55,41 @@ void LevelBar::SetMarkerValue(std::int32_t marker, std::int32_t position) {
 }
 
 void LevelBar::SetNumMarkers(int count) {
-  markers.resize(static_cast<std::size_t>(std::max(count, 0)));
-  core.Changed("NumMarkers");
+  auto kept = markers;
+  kept.resize(static_cast<std::size_t>(std::clamp(count, 0, MostMarkers)));
+  core.Store(markers, kept, "NumMarkers");
 }
 
 int LevelBar::PixelsAlong(std::int32_t at, int length) const {
-  return steps == 0 ? 0 : Nearest32(static_cast<double>(at) * length / steps);
+  if (steps == 0) return 0;
+  return Nearest32(std::clamp(static_cast<double>(at) / steps, 0.0, 1.0) * length);
 }
 
-Colour LevelBar::ColourAt(int unit) const {
-  const int midUnit = steps == 0 ? Units : midPoint * Units / steps;
-  return unit < midUnit ? Blend(beginColor, midColor, unit, midUnit)
-                        : Blend(midColor, endColor, unit - midUnit, Units - midUnit);
-}
-
-void LevelBar::DrawGradient(Surface& surface, const Rectangle& area) const {
-  const int length = Horizontal() ? area.width : area.height;
-  const int filled = steps == 0 ? 0 : static_cast<int>(static_cast<std::int64_t>(value) * Units / steps);
-  int from = 0;
-  for (int unit = 0; unit < filled; ++unit) {
-    const int to = (unit + 1) * length / Units;
-    if (to > from) surface.FillRectangle(Slice(area, orientation, from, to), ColourAt(unit));
-    from = to;
-  }
-  if (from < length) surface.FillRectangle(Slice(area, orientation, from, length), backColor);
+void LevelBar::DrawBar(Surface& surface, const Rectangle& area) const {
+  const auto& bands = gradient.Bands({{0, surface.Translated(beginColor)},
+                                      {UnitsOf(midPoint, steps, BarUnits), surface.Translated(midColor)},
+                                      {BarUnits, surface.Translated(endColor)}});
+  DrawFilling(surface, area, {orientation, UnitsOf(value, steps, BarUnits), backColor}, bands);
 }
 
 void LevelBar::DrawMarker(Surface& surface, const Rectangle& area, std::int32_t position) const {
-  const int length = Horizontal() ? area.width : area.height;
+  if (position > steps) return;  // the scale has shrunk since it was set
+  const int length = LengthOf(area, orientation);
   const int from = std::max(0, PixelsAlong(position, length) - markerWidth / 2);
   const int to = std::min(length, from + markerWidth);
   if (to > from) surface.FillRectangle(Slice(area, orientation, from, to), markerColor);
 }
 
 void LevelBar::Draw(Surface& surface, const Rectangle& area) const {
+  if (std::exchange(drawing, true)) return;
   if (core.Enabled()) {
-    DrawGradient(surface, area);
+    DrawBar(surface, area);
     if (markerStyle != HiddenMarker) {
       for (const std::int32_t marker : markers) DrawMarker(surface, area, marker);
     }
-  } else {
-    surface.FillRectangle(area, backColor);
   }
   DrawBorder(surface, area, borderStyle, borderColor);
-}
-
-void DrawBorder(Surface& surface, const Rectangle& area, int borderStyle, Colour borderColor) {
-  if (borderStyle == FrameStyle) {
-    surface.FrameRectangle(area, borderColor);
-  } else if (borderStyle > 0 && borderStyle < static_cast<int>(EdgeOfBorder.size())) {
-    surface.DrawEdge(area, EdgeOfBorder[static_cast<std::size_t>(borderStyle)]);
-  }
+  drawing = false;
 }
 
 }  // namespace vc

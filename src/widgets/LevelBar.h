@@ -7,6 +7,7 @@
 
 #include "platform/Surface.h"
 #include "widgets/Form.h"
+#include "widgets/GradientBar.h"
 
 namespace vc {
 
@@ -20,6 +21,7 @@ struct ScaleTick {
 struct LevelBar {
   LevelBar(Place place, const std::string& name, const std::string& caption, int index = NoIndex);
   ControlCore core;
+  bool captioned = true;  // the view shows the caption; it is spoken in any case
 
   // Full scale of Value and of the markers, bounded below at 0. A new scale keeps the bar's length.
   std::int32_t Steps() const { return steps; }
@@ -45,7 +47,7 @@ struct LevelBar {
   // 0 from the left, 1 from below, 2 from above, 3 from the right.
   int Orientation() const { return orientation; }
   void SetOrientation(int direction) { core.Store(orientation, direction, "Orientation"); }
-  bool Horizontal() const { return orientation == 0 || orientation == 3; }
+  bool Horizontal() const { return LiesDown(orientation); }
   Colour BackColor() const { return backColor; }
   void SetBackColor(Colour colour) { core.Store(backColor, colour, "BackColor"); }
   // HiddenMarker draws none, any other style a line across the bar.
@@ -59,6 +61,7 @@ struct LevelBar {
   // for a read and 1021 for a write.
   std::int32_t MarkerValue(std::int32_t marker) const;
   void SetMarkerValue(std::int32_t marker, std::int32_t position);
+  // The markers that stay keep their places, new ones stand at 0. Bounded to 0..MostMarkers.
   int NumMarkers() const { return static_cast<int>(markers.size()); }
   void SetNumMarkers(int count);
 
@@ -68,15 +71,15 @@ struct LevelBar {
   const std::vector<ScaleTick>& Scale() const { return scale; }
   void SetScale(const std::vector<ScaleTick>& ticks) { core.Store(scale, ticks, "Scale"); }
 
-  // Draws bar, markers and border into an area of the surface. A disabled bar is empty.
+  // Draws bar, markers and border into an area of the surface; of a disabled bar the border alone. While it
+  // draws, another call does nothing.
   void Draw(Surface& surface, const Rectangle& area) const;
   // How far along a bar of so many pixels a value stands, in pixels from its beginning.
   int PixelsAlong(std::int32_t at, int length) const;
 
  private:
-  void DrawGradient(Surface& surface, const Rectangle& area) const;
+  void DrawBar(Surface& surface, const Rectangle& area) const;
   void DrawMarker(Surface& surface, const Rectangle& area, std::int32_t position) const;
-  Colour ColourAt(int unit) const;
 
   std::int32_t steps = 100, midPoint = 50, value = 100;
   Colour beginColor = 0x00FF00, midColor = 0x00FFFF, endColor = 0x0000FF;
@@ -90,11 +93,11 @@ struct LevelBar {
   std::vector<std::int32_t> markers{100};
   std::string reading;
   std::vector<ScaleTick> scale;
+  mutable Gradient gradient;
+  mutable bool drawing = false;
 };
 
 inline constexpr int HiddenMarker = 5;
-
-// The frame of a bar by its border style, on the whole control.
-void DrawBorder(Surface& surface, const Rectangle& area, int borderStyle, Colour borderColor);
+inline constexpr int MostMarkers = 1000;
 
 }  // namespace vc

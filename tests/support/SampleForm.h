@@ -7,6 +7,8 @@
 #include "widgets/Controls.h"
 #include "widgets/GraphicButton.h"
 #include "widgets/LevelBar.h"
+#include "widgets/Plot.h"
+#include "widgets/ProgressBar.h"
 
 namespace support {
 
@@ -42,6 +44,8 @@ struct SampleForm {
   vc::TextBox txtState{form, "txtState", "State"};
   vc::TextBox txtNotes{form, "txtNotes", "Notes"};
   vc::Label lblStatus{form, "lblStatus", ""};
+  vc::ProgressBar prgWork{form, "prgWork", "Work"};
+  vc::Plot pltCurve{form, "pltCurve", "Curve"};
   vc::GraphicButton btnActive{form, "btnActive", "Active", vc::GraphicButton::Style::Latching};
   vc::GraphicButton btnClear{form, "btnClear", "Clear", vc::GraphicButton::Style::Push};
   vc::Button btnHidden{form, "btnHidden", "Hidden"};
@@ -63,6 +67,9 @@ struct SampleForm {
     lstFiles.columns = 12;
     lstFiles.SetItems({"alpha", "beta", "bet\xFF", "gamma"});
     lbInput.SetOrientation(1);
+    prgWork.SetOrientation(0);
+    pltCurve.SetAxes({0.0, 1600.0, "Hz"}, {-20.0, 0.0, "dB"});
+    pltCurve.SetTraces({{"Curve", {0.0F, -6.0F, -12.0F}}});
     btnHidden.core.SetVisible(false);
     btnClear.core.SetEnabled(false);
     sldrCutoff.changed = [this] { events += "cutoff "; };

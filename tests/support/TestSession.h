@@ -37,6 +37,11 @@ class TestDesk : public vc::Desk {
     progress.emplace_back(done, total);
   }
   void Beep() override { ++beeps; }
+  bool Open(const std::string& target) override {
+    opened.push_back(target);
+    return canOpen;
+  }
+  void SetTheme(vc::Theme chosen) override { theme = chosen; }
   std::string InstallFolder() const override { return installFolder; }
   std::string ProgramFolder() const override { return programFolder; }
 
@@ -44,6 +49,9 @@ class TestDesk : public vc::Desk {
   std::deque<vc::Answer> answers;
   bool hourglass = false;
   int beeps = 0;
+  std::vector<std::string> opened;
+  bool canOpen = true;
+  vc::Theme theme = vc::Theme::System;
   std::string programFolder = PROGRAM_FOLDER;
   std::vector<std::pair<int, int>> progress;
 

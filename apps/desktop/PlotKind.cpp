@@ -1,0 +1,40 @@
+// How plots and progress bars join a window.
+#include "desktop/Kinds.h"
+#include "desktop/PlotView.h"
+#include "desktop/ProgressBarView.h"
+#include "widgets/Plot.h"
+#include "widgets/ProgressBar.h"
+
+namespace desktop {
+
+void BindKind(Binder& binder, vc::Plot& plot) {
+  Pane& pane = binder.PaneOf(plot.core);
+  auto* view = new PlotView(plot, pane.Container());
+  pane.AddWide(view);
+  binder.Bind(plot.core, {.widget = view,
+                          .showCaption = [view] { view->Follow("Caption"); },
+                          .showValue =
+                              [view, &plot](std::string_view property) {
+                                view->Follow(property);
+                                Binder::Speak(view, plot.Summary(), {});
+                              }});
+}
+
+void BindKind(Binder& binder, vc::ProgressBar& bar) {
+  Pane& pane = binder.PaneOf(bar.core);
+  auto* view = new ProgressBarView(bar, pane.Container());
+  QLabel* caption = CaptionOf(pane, view);
+  if (bar.Horizontal()) {
+    pane.AddField({caption, view});
+  } else {
+    pane.AddTall(caption, view, 0);
+  }
+  binder.Bind(bar.core,
+              {.widget = view, .caption = caption, .showValue = [view, &bar](std::string_view property) {
+                 if (property == "Orientation" || property == EveryProperty) view->Arrange();
+                 view->update();
+                 Binder::Speak(view, bar.Reading(), {});
+               }});
+}
+
+}  // namespace desktop

@@ -1,0 +1,56 @@
+#include "desktop/PlotView.h"
+
+#include <QEvent>
+#include <QPaintEvent>
+#include <QPainter>
+
+#include "desktop/PainterSurface.h"
+#include "desktop/QtText.h"
+
+namespace desktop {
+
+PlotView::PlotView(const vc::Plot& plot, QWidget* parent) : QWidget(parent), model(plot) {
+  setAttribute(Qt::WA_OpaquePaintEvent);
+  setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+}
+
+QSize PlotView::SizeOf(int digits, int lines) const {
+  return {DigitsWide(*this, digits), lines * LineHeight(*this)};
+}
+QSize PlotView::sizeHint() const { return SizeOf(56, 18); }
+QSize PlotView::minimumSizeHint() const { return SizeOf(34, 12); }
+
+void PlotView::Follow(std::string_view property) {
+  if (property != "Traces") grid = {};
+  update();
+}
+
+void PlotView::changeEvent(QEvent* event) {
+  QWidget::changeEvent(event);
+  grid = {};
+  if (event->type() == QEvent::FontChange) updateGeometry();
+  update();
+}
+
+void PlotView::DrawGrid() {
+  const double ratio = devicePixelRatioF();
+  grid = QPixmap((QSizeF(size()) * ratio).toSize());
+  grid.setDevicePixelRatio(ratio);
+  grid.fill(palette().color(QPalette::Window));
+  QPainter painter(&grid);
+  painter.setFont(font());
+  PainterSurface surface(painter, palette(), rect());
+  model.DrawGrid(surface, {0, 0, width(), height()});
+  ++gridsDrawn;
+}
+
+void PlotView::paintEvent(QPaintEvent* /*event*/) {
+  const QSize wanted = (QSizeF(size()) * devicePixelRatioF()).toSize();
+  if (grid.size() != wanted) DrawGrid();
+  QPainter painter(this);
+  painter.drawPixmap(0, 0, grid);
+  PainterSurface surface(painter, palette(), rect());
+  model.DrawTraces(surface, {0, 0, width(), height()});
+}
+
+}  // namespace desktop

@@ -1,0 +1,200 @@
+#include "desktop/SignalPath.h"
+
+#include <algorithm>
+#include <set>
+#include <vector>
+
+#include <QPainter>
+
+#include "desktop/FrameView.h"
+#include "desktop/QtText.h"
+
+namespace desktop {
+namespace {
+
+using Block = const FrameView*;
+using Blocks = std::vector<Block>;
+
+Blocks PartsOf(const FrameView& view) {
+  Blocks parts;
+  for (const QGroupBox* box : view.findChildren<QGroupBox*>(QString(), Qt::FindDirectChildrenOnly)) {
+    if (box->isVisibleTo(&view)) parts.push_back(static_cast<Block>(box));  // there are no others
+  }
+  return parts;
+}
+
+bool HoldsOthers(const FrameView& view) { return !view.Captioned() && !PartsOf(view).empty(); }
+
+// The blocks at which the signal comes into a part of the flow, or leaves it.
+enum class Side { Entry, Exit };
+Blocks BlocksAt(Side side, const FrameView& view) {
+  if (!HoldsOthers(view)) return {&view};
+  const Blocks parts = PartsOf(view);
+  if (view.Model().arrangement != vc::Arrangement::Rows) {
+    return BlocksAt(side, *(side == Side::Entry ? parts.front() : parts.back()));
+  }
+  Blocks all;
+  for (const Block row : parts) std::ranges::copy(BlocksAt(side, *row), std::back_inserter(all));
+  return all;
+}
+
+struct Step {
+  Block from, to;
+};
+
+class Path {
+ public:
+  explicit Path(const FrameView& flow) : whole(flow) {
+    Follow(flow);
+    TurnRows(flow);
+  }
+  void Draw(QPainter& painter) const;
+
+ private:
+  void Follow(const FrameView& view);
+  void Join(const Blocks& exits, const Blocks& entries);
+  void GoDown(const FrameView& view);
+  void TurnRows(const FrameView& view);
+  void Turn(const FrameView& above, const FrameView& below);
+  QRect AreaOf(Block block) const;
+  bool Faces(Block one, Block other) const;
+  bool Leads(Block block) const;
+  bool Fed(Block block) const;
+  void DrawStep(QPainter& painter, const Step& step) const;
+  void DrawTip(QPainter& painter, const QPointF& tip, const QPointF& direction) const;
+  QPolygonF RouteOf(const Step& step) const;
+
+  const FrameView& whole;
+  std::vector<Step> steps;
+};
+
+QRect Path::AreaOf(Block block) const {
+  return block->Inside().translated(block->mapTo(&whole, QPoint(0, 0)));
+}
+
+bool Path::Faces(Block one, Block other) const {
+  const QRect first = AreaOf(one), second = AreaOf(other);
+  return first.top() < second.bottom() && second.top() < first.bottom();
+}
+
+bool Path::Leads(Block block) const {
+  return std::ranges::any_of(
+      steps, [block](const Step& step) { return step.from == block && step.to->isEnabled(); });
+}
+
+bool Path::Fed(Block block) const {
+  return std::ranges::any_of(
+      steps, [block](const Step& step) { return step.to == block && step.from->isEnabled(); });
+}
+
+// Within one block the signal goes from each stage of processing to the one below it.
+void Path::GoDown(const FrameView& view) {
+  Block before = nullptr;
+  for (const Block part : PartsOf(view)) {
+    if (part->Model().InTheWay() == vc::Standing::Plain) continue;
+    if (before != nullptr) steps.push_back({before, part});
+    before = part;
+  }
+}
+
+void Path::Follow(const FrameView& view) {
+  if (!HoldsOthers(view)) return GoDown(view);
+  Block before = nullptr;
+  for (const Block part : PartsOf(view)) {
+    const bool inFlow = view.Model().arrangement == vc::Arrangement::Flow;
+    if (before != nullptr && inFlow) Join(BlocksAt(Side::Exit, *before), BlocksAt(Side::Entry, *part));
+    Follow(*part);
+    before = part;
+  }
+}
+
+void Path::Join(const Blocks& exits, const Blocks& entries) {
+  for (const Block from : exits) {
+    for (const Block to : entries) {
+      if (Faces(from, to)) steps.push_back({from, to});
+    }
+  }
+}
+
+void Path::TurnRows(const FrameView& view) {
+  if (!HoldsOthers(view)) return;
+  const Blocks parts = PartsOf(view);
+  for (std::size_t i = 0; i < parts.size(); ++i) {
+    TurnRows(*parts[i]);
+    const bool rows = i > 0 && view.Model().arrangement == vc::Arrangement::Rows;
+    if (rows && HoldsOthers(*parts[i]) && HoldsOthers(*parts[i - 1])) Turn(*parts[i - 1], *parts[i]);
+  }
+}
+
+// What came after the upper row comes after the lower one.
+void Path::Turn(const FrameView& above, const FrameView& below) {
+  const Block last = BlocksAt(Side::Exit, above).front(), next = BlocksAt(Side::Entry, below).front();
+  const Block end = BlocksAt(Side::Exit, below).front();
+  if (!next->isEnabled() || Fed(next)) return;
+  std::erase_if(steps, [end](const Step& step) { return step.from == end; });
+  for (Step& step : steps) {
+    if (step.from == last) step.from = end;
+  }
+  std::erase_if(steps, [next](const Step& step) { return step.to == next; });
+  // In the order of the signal: before everything that lies in the lower row.
+  const auto place = std::ranges::find_if(steps, [next](const Step& step) { return step.from == next; });
+  steps.insert(place, {last, next});
+}
+
+QPolygonF Path::RouteOf(const Step& step) const {
+  const QRect from = AreaOf(step.from), to = AreaOf(step.to);
+  if (step.from->parentWidget() == step.to->parentWidget() && from.left() == to.left()) {
+    const QRect title = step.to->geometry().translated(step.to->parentWidget()->mapTo(&whole, QPoint(0, 0)));
+    return {QPointF(from.center().x(), from.bottom() + 1), QPointF(from.center().x(), title.top())};
+  }
+  const double aside = LineHeight(whole) / 3.0, down = from.center().y();
+  if (Faces(step.from, step.to)) {
+    const double level = from.height() < to.height() ? down : to.center().y();
+    return {QPointF(from.right() + 1, level), QPointF(to.left(), level)};
+  }
+  const double before = to.left() - aside, behind = from.right() + aside;
+  QPolygonF route{QPointF(from.right() + 1, down), QPointF(behind, down)};
+  if (before < behind) {  // back to the beginning of a row below
+    const double between = (from.bottom() + to.top()) / 2.0;
+    route << QPointF(behind, between) << QPointF(before, between);
+  } else {
+    route.back().setX(before);
+  }
+  return route << QPointF(before, to.center().y()) << QPointF(to.left(), to.center().y());
+}
+
+void Path::DrawStep(QPainter& painter, const Step& step) const {
+  const QPolygonF route = RouteOf(step);
+  painter.setBrush(Qt::NoBrush);
+  painter.drawPolyline(route);
+  const QPointF last = route.back() - route[route.size() - 2];
+  DrawTip(painter, route.back(), last.y() > last.x() ? QPointF(0, 1) : QPointF(1, 0));
+}
+
+void Path::DrawTip(QPainter& painter, const QPointF& tip, const QPointF& direction) const {
+  const double reach = LineHeight(whole) / 3.5;
+  const QPointF back = tip - direction * reach;
+  const QPointF aside = QPointF(direction.y(), direction.x()) * reach * 0.7;
+  painter.setBrush(painter.pen().color());
+  painter.drawPolygon(QPolygonF{tip, back - aside, back + aside});
+}
+
+void Path::Draw(QPainter& painter) const {
+  std::set<Block> passed;
+  painter.setRenderHint(QPainter::Antialiasing);
+  painter.translate(0.5, 0.5);  // onto the pixels
+  painter.setPen(QPen(whole.palette().color(QPalette::PlaceholderText), 1));
+  for (const Step& step : steps) {
+    const bool arrives =
+        step.from->isEnabled() ? step.to->isEnabled() || !Leads(step.from) : passed.contains(step.from);
+    if (!arrives) continue;
+    if (!step.to->isEnabled()) passed.insert(step.to);
+    DrawStep(painter, step);
+  }
+}
+
+}  // namespace
+
+void DrawSignalPath(QPainter& painter, const FrameView& flow) { Path(flow).Draw(painter); }
+
+}  // namespace desktop

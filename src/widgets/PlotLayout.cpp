@@ -1,0 +1,291 @@
+#include "widgets/PlotLayout.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <utility>
+
+#include "text/Convert.h"
+#include "widgets/modGDI.h"
+
+namespace vc {
+namespace {
+
+constexpr int MostTicks = 10;
+constexpr double SmallText = 0.85;
+constexpr double RoundOff = 1e-9;
+
+double TickStep(double extent, int most) {
+  const double least = extent / std::max(most, 1);
+  const double decade = std::pow(10.0, std::floor(std::log10(least)));
+  for (const double multiple : {1.0, 2.0, 5.0}) {
+    if (multiple * decade >= least * (1.0 - RoundOff)) return multiple * decade;
+  }
+  return 10.0 * decade;
+}
+
+// The text, or as much of its beginning as there is room for, never half of a character.
+std::string Fitted(const Surface& surface, std::string text, int room) {
+  if (surface.TextSize(text).width <= room) return text;
+  const std::string more = "\u2026";
+  const auto isInside = [](char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; };
+  while (!text.empty() && surface.TextSize(text + more).width > room) {
+    while (text.size() > 1 && isInside(text.back())) text.pop_back();
+    text.pop_back();
+  }
+  return text.empty() ? text : text + more;
+}
+
+std::vector<PlotMarker> Within(const PlotAxis& axis, std::vector<PlotMarker> markers) {
+  std::erase_if(markers,
+                [&axis](const PlotMarker& one) { return !(one.at >= axis.from && one.at <= axis.to); });
+  std::ranges::stable_sort(markers, {}, &PlotMarker::at);
+  return markers;
+}
+
+class Builder {
+ public:
+  Builder(const Plot& shown, Surface& measure, const Rectangle& room)
+      : plot(shown), surface(measure), area(room) {}
+
+  void PlaceHeading();
+  void PlaceFrame();
+  void PlaceXTicks();
+  void PlaceYTicks();
+  void PlaceVerticalMarkers();
+  void PlaceHorizontalMarkers();
+  PlotLayout out{};
+
+ private:
+  int Width(const std::string& text) const { return surface.TextSize(text).width; }
+  int Widest(const std::vector<PlotTick>& ticks) const;
+  void AddLabel(const std::string& text, int left, int top, Colour colour);
+  void AddLying(int place, LineStyle style, Colour colour);
+  Point PixelOf(double x, double y) const;
+  int LeftMargin() const;
+  int RightMargin() const;
+  void RowMarkerLabels(int frameLeft, int frameRight);
+
+  struct Headed {
+    std::string text;
+    const PlotTrace* trace = nullptr;  // the curve that it names
+    bool isNote = false;
+  };
+  std::vector<Headed> Headings() const;
+  void PlaceHeaded(const Headed& one, int& left);
+
+  const Plot& plot;
+  Surface& surface;
+  const Rectangle area;
+  const int line = surface.TextSize("0").height, gap = std::max(1, line / 3);
+  int headingBottom = area.top;
+  std::vector<PlotLabel> rowed;  // labels of the upright markers; their tops count rows up from the frame
+  int rows = 0;
+};
+
+void Builder::AddLabel(const std::string& text, int left, int top, Colour colour) {
+  const Size size = surface.TextSize(text);
+  if (!text.empty())
+    out.labels.push_back({text, {left, top, size.width, size.height}, colour, surface.textScale});
+}
+
+int Builder::Widest(const std::vector<PlotTick>& ticks) const {
+  int widest = 0;
+  for (const PlotTick& tick : ticks) widest = std::max(widest, Width(tick.text));
+  return widest;
+}
+
+std::vector<Builder::Headed> Builder::Headings() const {
+  std::vector<Headed> all;
+  if (const std::string caption = WithoutAccessKey(plot.core.Caption()); !caption.empty())
+    all.push_back({caption});
+  if (plot.Traces().size() > 1) {
+    for (const PlotTrace& trace : plot.Traces()) all.push_back({trace.name, &trace});
+  }
+  if (!plot.Note().empty()) all.push_back({plot.Note(), nullptr, true});
+  return all;
+}
+
+// Beside what stands in the row already, or in a new one.
+void Builder::PlaceHeaded(const Headed& one, int& left) {
+  surface.textScale = one.isNote ? SmallText : 1.0;
+  const int swatch = one.trace == nullptr ? 0 : line;
+  const int lead = swatch == 0 ? 0 : swatch + gap;
+  const std::string text = Fitted(surface, one.text, area.width - lead);
+  const int wide = lead + Width(text);
+  if (left > area.left && left + wide > area.Right()) {
+    left = area.left;
+    headingBottom += line;
+  }
+  const int top = headingBottom - line;
+  if (one.isNote && left > area.left) left = area.Right() - wide;
+  if (swatch > 0) out.swatches.push_back({{left, top + line / 2 - 1, swatch, 3}, one.trace->colour});
+  AddLabel(text, left + lead, top + line - surface.TextSize(text).height, WindowText);
+  left += wide + line;
+  surface.textScale = 1.0;
+}
+
+void Builder::PlaceHeading() {
+  int left = area.left;
+  const auto headings = Headings();
+  if (!headings.empty()) headingBottom += line;
+  for (const Headed& one : headings) PlaceHeaded(one, left);
+  if (!headings.empty()) headingBottom += gap;
+}
+
+// The topmost number bears the unit.
+int Builder::LeftMargin() const {
+  auto ticks = TicksOf(plot.YAxis(), MostTicks);
+  int widest = Widest(ticks);
+  if (!ticks.empty()) widest = std::max(widest, Width(ticks.back().text + " " + plot.YAxis().unit));
+  return widest + gap;
+}
+
+// Room for what the lying markers say, and for half of the last number with its unit.
+int Builder::RightMargin() const {
+  const int number = Widest(TicksOf(plot.XAxis(), MostTicks)) / 2 + Width(" " + plot.XAxis().unit);
+  int widest = 0;
+  for (const PlotMarker& marker : Within(plot.YAxis(), plot.HorizontalMarkers())) {
+    if (!marker.label.empty()) widest = std::max(widest, Width(marker.label) + gap);
+  }
+  return std::max({number, std::min(widest, area.width / 3), 1});
+}
+
+// Each in the lowest of three rows where it is clear of its neighbours and still over its line; one that has
+// no room in any of them is left out, its line stays.
+void Builder::RowMarkerLabels(int frameLeft, int frameRight) {
+  std::array<int, 3> ends{};  // from where a row is free
+  ends.fill(area.left);
+  const PlotAxis& axis = plot.XAxis();
+  for (const PlotMarker& marker : Within(axis, plot.VerticalMarkers())) {
+    const std::string text = Fitted(surface, marker.label, area.width);
+    if (text.empty()) continue;
+    const int wide = Width(text);
+    const double part = (marker.at - axis.from) / (axis.to - axis.from);
+    const int middle = frameLeft + static_cast<int>(part * (frameRight - frameLeft));
+    const int wished = std::min(middle - wide / 2, area.Right() - wide);
+    const auto free =
+        std::ranges::find_if(ends, [&](int end) { return end <= std::min(middle, area.Right() - wide); });
+    if (free == ends.end()) continue;
+    const int left = std::max(wished, *free);
+    *free = left + wide + gap;
+    const int row = static_cast<int>(free - ends.begin());
+    rows = std::max(rows, row + 1);
+    rowed.push_back({text, {left, row, wide, line}, WindowText});
+  }
+}
+
+void Builder::PlaceFrame() {
+  const int left = area.left + LeftMargin();
+  const int right = area.Right() - RightMargin();
+  RowMarkerLabels(left, right);
+  const int top = headingBottom + rows * line + line / 2;
+  out.frame = {left, top, std::max(right - left, 2), std::max(area.Bottom() - line - gap - top, 2)};
+}
+
+Point Builder::PixelOf(double x, double y) const {
+  surface.scale = ScaleOf(plot, out.frame);
+  return modGDI::LogicalToDevice(surface, x, y);
+}
+
+void Builder::AddLying(int place, LineStyle style, Colour colour) {
+  out.lines.push_back({out.frame.left, place, out.frame.width, false, style, colour});
+}
+
+void Builder::PlaceYTicks() {
+  const int most = std::clamp(out.frame.height / (line * 3 / 2), 2, MostTicks);
+  const auto ticks = TicksOf(plot.YAxis(), most);
+  for (std::size_t i = 0; i < ticks.size(); ++i) {
+    const int place = static_cast<int>(PixelOf(0.0, ticks[i].at).y);
+    AddLying(place, LineStyle::Solid, GridLine);
+    const std::string& unit = plot.YAxis().unit;
+    const std::string text = ticks[i].text + (i + 1 < ticks.size() || unit.empty() ? "" : " " + unit);
+    AddLabel(text, out.frame.left - gap - Width(text), place - line / 2, WindowText);
+  }
+}
+
+void Builder::PlaceXTicks() {
+  const int widest = Widest(TicksOf(plot.XAxis(), MostTicks));
+  const auto ticks = TicksOf(plot.XAxis(), std::clamp(out.frame.width / (widest + line), 2, MostTicks));
+  for (std::size_t i = 0; i < ticks.size(); ++i) {
+    const int place = static_cast<int>(PixelOf(ticks[i].at, 0.0).x);
+    out.lines.push_back({place, out.frame.top, out.frame.height, true, LineStyle::Solid, GridLine});
+    const std::string& unit = plot.XAxis().unit;
+    const int left = std::max(out.frame.left - gap, place - Width(ticks[i].text) / 2);
+    const std::string text = ticks[i].text + (i + 1 < ticks.size() || unit.empty() ? "" : " " + unit);
+    AddLabel(text, left, out.frame.Bottom() + gap, WindowText);
+  }
+}
+
+void Builder::PlaceVerticalMarkers() {
+  const int rise = rows > 0 ? line / 2 : 0;  // up to the labels
+  for (const PlotMarker& marker : Within(plot.XAxis(), plot.VerticalMarkers())) {
+    const int place = static_cast<int>(PixelOf(marker.at, 0.0).x);
+    out.lines.push_back(
+        {place, out.frame.top - rise, out.frame.height + rise, true, LineStyle::Dotted, WindowText});
+  }
+  for (PlotLabel label : rowed) {
+    label.area.top = out.frame.top - line / 2 - (label.area.top + 1) * line;
+    out.labels.push_back(label);
+  }
+}
+
+// From above downwards, each below the one before; then back up where they ran out of the frame.
+void Builder::PlaceHorizontalMarkers() {
+  auto markers = Within(plot.YAxis(), plot.HorizontalMarkers());
+  std::ranges::reverse(markers);
+  std::vector<PlotLabel> labels;
+  const int left = out.frame.Right() + gap;
+  int next = out.frame.top - line / 2;
+  for (const PlotMarker& marker : markers) {
+    const int place = static_cast<int>(PixelOf(0.0, marker.at).y);
+    AddLying(place, LineStyle::Dotted, WindowText);
+    const std::string text = Fitted(surface, marker.label, area.Right() - left);
+    if (text.empty() || (static_cast<int>(labels.size()) + 1) * line > out.frame.height) continue;
+    labels.push_back({text, {left, std::max(place - line / 2, next), Width(text), line}, WindowText});
+    next = labels.back().area.Bottom();
+  }
+  int lowest = out.frame.Bottom();
+  for (std::size_t count = labels.size(); count > 0; --count) {
+    int& top = labels[count - 1].area.top;
+    lowest = top = std::min(top, lowest - line);
+  }
+  out.labels.insert(out.labels.end(), labels.begin(), labels.end());
+}
+
+}  // namespace
+
+std::vector<PlotTick> TicksOf(const PlotAxis& axis, int most) {
+  const double step = TickStep(axis.to - axis.from, most);
+  const int decimals = std::max(0, static_cast<int>(-std::floor(std::log10(step) + RoundOff)));
+  std::vector<PlotTick> ticks;
+  const auto first = static_cast<std::int64_t>(std::ceil(axis.from / step - RoundOff));
+  const auto last = static_cast<std::int64_t>(std::floor(axis.to / step + RoundOff));
+  for (std::int64_t i = first; i <= last; ++i) {
+    const double at = static_cast<double>(i) * step;
+    ticks.push_back({at, FixedText(at, decimals)});
+  }
+  return ticks;
+}
+
+Scale ScaleOf(const Plot& plot, const Rectangle& frame) {
+  const PlotAxis &x = plot.XAxis(), &y = plot.YAxis();
+  return {ScaleMode::User, x.from,        y.to,
+          x.to - x.from,   y.from - y.to, {frame.left, frame.top, frame.width - 1, frame.height - 1}};
+}
+
+PlotLayout LayOut(const Plot& plot, Surface& surface, const Rectangle& area) {
+  const Scale saved = surface.scale;
+  Builder builder{plot, surface, area};
+  builder.PlaceHeading();
+  builder.PlaceFrame();
+  builder.PlaceYTicks();
+  builder.PlaceXTicks();
+  builder.PlaceVerticalMarkers();
+  builder.PlaceHorizontalMarkers();
+  surface.scale = saved;
+  return std::move(builder.out);
+}
+
+}  // namespace vc

@@ -1,0 +1,205 @@
+// Plots as models and as drawings, and the drawing of texts by logical coordinates.
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "RecordingSurface.h"
+#include "widgets/ControlText.h"
+#include "widgets/PlotLayout.h"
+#include "widgets/modGDI.h"
+
+namespace vc {
+namespace {
+
+constexpr float Infinite = std::numeric_limits<float>::infinity();
+constexpr float NoNumber = std::numeric_limits<float>::quiet_NaN();
+
+std::string Texts(const std::vector<PlotTick>& ticks) {
+  std::string all;
+  for (const PlotTick& tick : ticks) all += tick.text + " ";
+  return all;
+}
+
+bool Inside(const Rectangle& outer, const Rectangle& inner) {
+  return inner.left >= outer.left && inner.top >= outer.top && inner.Right() <= outer.Right() &&
+         inner.Bottom() <= outer.Bottom();
+}
+
+bool Overlap(const Rectangle& a, const Rectangle& b) {
+  return a.left < b.Right() && b.left < a.Right() && a.top < b.Bottom() && b.top < a.Bottom();
+}
+
+TEST(Ticks, AreRoundNumbersFromWithinTheAxis) {
+  EXPECT_EQ(Texts(TicksOf({0, 8000, "Hz"}, 10)), "0 1000 2000 3000 4000 5000 6000 7000 8000 ");
+  EXPECT_EQ(Texts(TicksOf({0, 5512.5, "Hz"}, 4)), "0 2000 4000 ");
+  EXPECT_EQ(Texts(TicksOf({-87.5, 6.1, "dB"}, 4)), "-50 0 ");
+  EXPECT_EQ(Texts(TicksOf({-0.3, 0.3, ""}, 6)), "-0.3 -0.2 -0.1 0.0 0.1 0.2 0.3 ");
+  EXPECT_EQ(Texts(TicksOf({0.02, 0.07, ""}, 3)), "0.02 0.04 0.06 ");
+}
+
+struct Plots : testing::Test {
+  Form form{"F", "Form"};
+  Plot plot{form, "plt", "&Response"};
+  support::RecordingSurface surface;
+  static constexpr Rectangle Area{10, 20, 400, 250};
+
+  Plots() {
+    plot.SetAxes({0, 1600, "Hz"}, {-20, 0, "dB"});
+    plot.SetTraces({{"Filter", {0.0F, -6.0F, -12.0F}}});
+  }
+  std::vector<support::Drawn> Drawn(const std::string& what, const Rectangle& area = Area) {
+    surface.drawn.clear();
+    plot.Draw(surface, area);
+    return surface.Of(what);
+  }
+  // Every text of the plot lies in its area and clear of all others.
+  void CheckTexts(const Rectangle& area) {
+    const auto texts = Drawn("text", area);
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+      EXPECT_TRUE(Inside(area, texts[i].area)) << texts[i].text;
+      for (std::size_t j = 0; j < i; ++j) {
+        EXPECT_FALSE(Overlap(texts[i].area, texts[j].area)) << texts[i].text << " over " << texts[j].text;
+      }
+    }
+  }
+  void FillUp() {
+    plot.SetAxes({0, 11025, "Hz"}, {-120, 20, "dB"});
+    plot.SetMarkers(
+        {{0, "lower edge"}, {100, "100 Hz"}, {5000, "5000 Hz"}, {5100, "5100 Hz"}, {11025, "upper"}},
+        {{-119, "floor"}, {-120, "least"}, {19.5, "ceiling"}, {-30, "-30 dB"}, {-31, "-31 dB"}});
+    plot.SetTraces({{"Input", {1.0F}}, {"Output", {2.0F}, TraceColours[1]}});
+    plot.SetNote("computed from the coefficients that are in use now");
+  }
+};
+
+TEST_F(Plots, NoLabelIsCutOffOrLiesOverAnother) {
+  CheckTexts(Area);
+  FillUp();
+  // From 34 letters by 12 lines upwards.
+  for (int width = 34 * 7; width < 900; width += 31) {
+    for (int height = 12 * 14; height < 500; height += 67) {
+      SCOPED_TRACE(std::to_string(width) + " x " + std::to_string(height));
+      CheckTexts({3, 4, width, height});
+      const Rectangle frame = LayOut(plot, surface, {3, 4, width, height}).frame;
+      EXPECT_GE(frame.width, width / 3);
+      EXPECT_GE(frame.height, height / 4);
+    }
+  }
+  for (const Rectangle& tiny : {Rectangle{0, 0, 0, 0}, {5, 5, 1, 1}, {0, 0, 40, 1000}, {0, 0, 1000, 9}}) {
+    plot.Draw(surface, tiny);  // there is no room, and it does no harm
+  }
+}
+
+TEST_F(Plots, EveryLabelThatWasAskedForIsThere) {
+  FillUp();
+  std::string all;
+  for (const auto& text : Drawn("text", {0, 0, 600, 400})) all += text.text + "|";
+  for (const char* expected :
+       {"Response|", "Input|", "Output|", "computed from the coefficients that are in use now|",
+        "lower edge|", "100 Hz|", "5000 Hz|", "5100 Hz|", "upper|", "floor|", "least|", "ceiling|", "-30 dB|",
+        "-31 dB|", "20 dB|", "|10000 Hz|"}) {
+    EXPECT_NE(all.find(expected), std::string::npos) << expected << " in " << all;
+  }
+}
+
+TEST_F(Plots, TheCurveLiesOnItsAxes) {
+  const Rectangle frame = LayOut(plot, surface, Area).frame;
+  const auto curves = Drawn("curve");
+  ASSERT_EQ(curves.size(), 1U);
+  const std::vector<Point>& points = curves[0].points;
+  ASSERT_EQ(points.size(), 3U);
+  EXPECT_EQ(points[0], (Point{frame.left + 0.5, frame.top + 0.5}));
+  EXPECT_NEAR(points[1].x, frame.left + (frame.width - 1) / 2.0 + 0.5, 1e-9);
+  EXPECT_NEAR(points[2].y, frame.top + 0.6 * (frame.height - 1) + 0.5, 1e-9);
+  EXPECT_EQ(curves[0].colour, Highlight);
+  // Markers stand where the curve has their value.
+  plot.SetMarkers({{800, "m"}, {1601, "outside"}, {std::nan(""), "nowhere"}}, {{-12, "h"}});
+  const auto dotted = Drawn("dotted");
+  ASSERT_EQ(dotted.size(), 2U);
+  EXPECT_EQ(dotted[0].area.left, static_cast<int>(points[1].x));
+  EXPECT_EQ(dotted[0].area.Bottom(), LayOut(plot, surface, Area).frame.Bottom());
+}
+
+TEST_F(Plots, WhatLiesOutsideIsCutAtTheFrame) {
+  plot.SetTraces({{"Wild", {-40.0F, 40.0F, NoNumber, -Infinite, -10.0F, Infinite, -30.0F, -40.0F, -10.0F}}});
+  const Rectangle frame = LayOut(plot, surface, Area).frame;
+  const auto curves = Drawn("curve");
+  ASSERT_EQ(curves.size(), 4U);  // up through the frame, up to -10 and on, down from above, up again
+  for (const auto& curve : curves) {
+    EXPECT_GE(curve.points.size(), 2U);
+    for (const Point& point : curve.points) {
+      EXPECT_GE(point.y, frame.top - 1e-6);
+      EXPECT_LE(point.y, frame.Bottom() + 1e-6);
+      EXPECT_GE(point.x, frame.left);
+      EXPECT_LE(point.x, frame.Right());
+    }
+  }
+  EXPECT_EQ(curves[1].points.size(), 3U);
+  // The slope stays: the first crosses half of the height in the middle between its points.
+  const double middle = (curves[0].points[0].x + curves[0].points[1].x) / 2;
+  EXPECT_NEAR(middle, frame.left + 0.5 + (frame.width - 1) / 8.0 * 0.375, 1.0);
+  plot.SetTraces({{"Level", {-10.0F}}, {"None", {}}, {"Nothing", {NoNumber}}});
+  const auto level = Drawn("curve");
+  ASSERT_EQ(level.size(), 1U);
+  EXPECT_EQ(level[0].points.back().x - level[0].points.front().x,
+            LayOut(plot, surface, Area).frame.width - 1);
+}
+
+TEST_F(Plots, TellsWhatHasChangedAndNothingElse) {
+  std::string told;
+  form.controlChanged = [&told](const ControlCore&, std::string_view property) {
+    told += std::string(property) + " ";
+  };
+  plot.SetTraces({{"Filter", {0.0F, -6.0F, -12.0F}}});
+  plot.SetAxes({0, 1600, "Hz"}, {-20, 0, "dB"});
+  plot.SetMarkers({}, {});
+  plot.SetNote("");
+  EXPECT_EQ(told, "");
+  plot.SetTraces({{"Filter", {0.0F, -6.0F, -13.0F}}});
+  EXPECT_EQ(told, "Traces ");
+  plot.SetTraces({{"Other", {0.0F, -6.0F, -13.0F}}});
+  EXPECT_EQ(told, "Traces Traces Legend ");
+}
+
+TEST_F(Plots, IsToldInWords) {
+  EXPECT_EQ(ValueOf(&plot), "3 points: 0 Hz 0.0 dB | 800 Hz -6.0 dB | 1600 Hz -12.0 dB");
+  plot.SetTraces({{"Long", std::vector<float>(460, -3.25F)}});
+  EXPECT_TRUE(ValueOf(&plot).starts_with("460 points: 0 Hz -3.2 dB | ")) << ValueOf(&plot);
+  EXPECT_TRUE(ValueOf(&plot).ends_with(" | 1600 Hz -3.2 dB")) << ValueOf(&plot);
+  plot.SetTraces({});
+  EXPECT_EQ(ValueOf(&plot), "");
+}
+
+TEST_F(Plots, AxesWithoutAnExtentAreCorrected) {
+  plot.SetAxes({5, 5, ""}, {10, -10, ""});
+  EXPECT_EQ(plot.XAxis().to, 6.0);
+  EXPECT_EQ(plot.YAxis().from, -10.0);
+  plot.SetAxes({std::nan(""), 1e300, ""}, {-1e300, std::numeric_limits<double>::infinity(), ""});
+  EXPECT_FALSE(Drawn("line").empty());
+}
+
+TEST(ModGDI, LogicalPointsFollowTheScaleOfTheSurface) {
+  support::RecordingSurface surface;
+  EXPECT_EQ(modGDI::LogicalToDevice(surface, 3, 4), (Point{3, 4}));
+  surface.scale = {ScaleMode::User, 0, 10, 8000, -80, {100, 50, 400, 160}};  // 10 above, -70 below
+  EXPECT_EQ(modGDI::LogicalToDevice(surface, 2000, -30), (Point{200, 130}));
+  surface.scale.width = 0;
+  EXPECT_EQ(modGDI::LogicalToDevice(surface, 2000, 10), (Point{100, 50}));
+  EXPECT_LT(modGDI::LogicalToDevice(surface, 0, 1e300).y, -1000.0);
+}
+
+TEST(ModGDI, ATextIsDrawnInItsColourWhichDoesNotStay) {
+  support::RecordingSurface surface;
+  surface.foreColour = 0x123456;
+  surface.scale = {ScaleMode::User, 0, 0, 1, 1, {10, 20, 100, 100}};
+  const Rectangle drawn = modGDI::DrawPictureText(surface, "-3 dB", 0.5, 0.25, 0x0000FF);
+  EXPECT_EQ(drawn, (Rectangle{60, 45, 35, 14}));
+  ASSERT_EQ(surface.drawn.size(), 1U);
+  EXPECT_EQ(surface.drawn[0], (support::Drawn{"text", drawn, 0x0000FF, 0, "-3 dB"}));
+  EXPECT_EQ(surface.foreColour, 0x123456U);
+}
+
+}  // namespace
+}  // namespace vc
