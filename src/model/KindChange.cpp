@@ -57,7 +57,9 @@ bool ChangeFilterKind(SystemSettings& settings, int stage, std::int16_t kind) {
 
 void ChangeEqKind(SystemSettings& settings, int equalizer, std::int16_t kind) {
   settings.eqType[equalizer] = ListedOr(EqKinds(), kind, EqKind::Compressor);
-  if (!settings.loadingSetup) settings.edgeCurve[equalizer].Fill(0);
+  if (!settings.loadingSetup && settings.eqType[equalizer] == EqKind::SpectralGraphic) {
+    settings.edgeCurve[equalizer].Fill(0);
+  }
   settings.eqChanged[equalizer] = -1;
 }
 

@@ -10,8 +10,8 @@ namespace vc {
 // that the fit must run; otherwise the stage's coefficients are marked to be made again.
 bool ChangeFilterKind(SystemSettings& settings, int stage, std::int16_t kind);
 
-// The same for equalizer 1 or 2 (a code outside the list becomes 3). The spectral curve is cleared unless
-// loadingSetup is set, and the equalizer's eqChanged is raised.
+// The same for equalizer 1 or 2 (a code outside the list becomes 3). For the spectral graphic its
+// curve is cleared, unless loadingSetup is set. The equalizer's eqChanged is raised.
 void ChangeEqKind(SystemSettings& settings, int equalizer, std::int16_t kind);
 
 }  // namespace vc

@@ -1,0 +1,123 @@
+// Steps as pairs of records: what differs between the two is what undo and redo put back.
+#include "model/EditHistory.h"
+
+#include <algorithm>
+
+#include "model/Fields.h"
+
+namespace vc {
+namespace {
+
+constexpr std::size_t MostSteps = 100;
+constexpr std::int64_t LongestPause = 1000000;  // microseconds
+
+bool IsOfASetup(const FieldRow& row) {
+  return !IsDerived(row) && row.name != "comPort" && row.name != "baudIndex";
+}
+
+bool RowDiffers(const FieldRow& row, const SystemSettings& one, const SystemSettings& other) {
+  bool differs = false;
+  ForEachElement(row,
+                 [&](int i, int j) { differs = differs || row.value(one, i, j) != row.value(other, i, j); });
+  return differs;
+}
+
+bool SetupDiffers(const SystemSettings& one, const SystemSettings& other) {
+  return one.filterBuilt != other.filterBuilt || std::ranges::any_of(Fields(), [&](const FieldRow& row) {
+           return IsOfASetup(row) && RowDiffers(row, one, other);
+         });
+}
+
+void StoreValue(FieldRef target, const FieldValue& value) {
+  std::visit([&value](auto* place) { *place = std::get<std::remove_pointer_t<decltype(place)>>(value); },
+             target);
+}
+
+// Counts for the time of an edit, also where a fault ends it.
+struct Depth {
+  explicit Depth(int& counter) : count(counter) { ++count; }
+  ~Depth() { --count; }
+  Depth(const Depth&) = delete;
+  Depth& operator=(const Depth&) = delete;
+  int& count;
+};
+
+}  // namespace
+
+EditHistory::EditHistory(SystemSettings& record, Clock& timeSource) : settings(record), clock(timeSource) {}
+
+bool EditHistory::Continues(const std::string& source) const {
+  if (!open || source.empty() || CanRedo() || !CanUndo() || steps.back()->source != source) return false;
+  return kept || clock.Microseconds() - lastEdit <= LongestPause;
+}
+
+void EditHistory::Edit(const std::string& title, const std::string& source,
+                       const std::function<void()>& action) {
+  if (depth > 0) return action();
+  auto step = std::make_unique<Step>(Step{title, source, settings, {}});
+  {
+    const Depth inside(depth);
+    action();
+  }
+  if (!SetupDiffers(step->before, settings)) return;
+  if (Continues(source)) {
+    steps.back()->after = settings;
+  } else {
+    step->after = settings;
+    steps.resize(done);
+    steps.push_back(std::move(step));
+    if (steps.size() > MostSteps) steps.erase(steps.begin());
+    done = steps.size();
+  }
+  open = true;
+  lastEdit = clock.Microseconds();
+  changed();
+}
+
+void EditHistory::Amend(const std::function<void()>& action) {
+  const bool consequence = depth == 0 && CanUndo() && !CanRedo();
+  action();
+  if (consequence) steps.back()->after = settings;
+}
+
+void EditHistory::KeepOpen(bool stays) { kept = stays; }
+
+void EditHistory::CloseStep() { open = kept = false; }
+
+void EditHistory::Restore(const SystemSettings& from, const SystemSettings& to) {
+  for (const FieldRow& row : Fields()) {
+    if (!IsOfASetup(row)) continue;
+    ForEachElement(row, [&](int i, int j) {
+      const FieldValue value = row.value(to, i, j);
+      if (row.value(from, i, j) != value) StoreValue(row.at(settings, i, j), value);
+    });
+  }
+  for (int stage = 1; stage <= FilterStages; ++stage) {
+    if (from.filterBuilt[stage] == to.filterBuilt[stage]) continue;
+    settings.filterBuilt[stage] = to.filterBuilt[stage];
+    // The unit still holds the table that is now none.
+    if (to.filterBuilt[stage] == 0) settings.filterDirty[stage] = -1;
+  }
+}
+
+void EditHistory::Undo() {
+  if (!CanUndo() || depth > 0) return;
+  CloseStep();
+  const SystemSettings was = settings;
+  const Step& step = *steps[--done];
+  Restore(step.after, step.before);
+  restored(was, step.title);
+  changed();
+}
+
+void EditHistory::Redo() {
+  if (!CanRedo() || depth > 0) return;
+  CloseStep();
+  const SystemSettings was = settings;
+  const Step& step = *steps[done++];
+  Restore(step.before, step.after);
+  restored(was, step.title);
+  changed();
+}
+
+}  // namespace vc

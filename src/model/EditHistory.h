@@ -1,0 +1,66 @@
+// The steps of the operator's work on the record, and the way back and forth along them. Every edit from a
+// form or by name goes through here.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "model/SystemSettings.h"
+#include "platform/Clock.h"
+
+namespace vc {
+
+// Only what a setup keeps is a step's matter, and of that not the connection: port and rate stay as they are.
+struct EditHistory {
+  EditHistory(SystemSettings& record, Clock& timeSource);
+
+  // The record stands as before or after a step; told with what it was, and the step's title. Marks and
+  // limits are the listener's.
+  std::function<void(const SystemSettings& was, const std::string& title)> restored =
+      [](const SystemSettings&, const std::string&) {};
+  // CanUndo, CanRedo or a title may have changed.
+  std::function<void()> changed = [] {};
+
+  // Runs an action of the operator; what it changes becomes one step. The action may change nothing, and may
+  // call Edit again, which adds to the same step. Edits from the same source that follow each other within a
+  // second become one step; those without a source never do.
+  void Edit(const std::string& title, const std::string& source, const std::function<void()>& action);
+  // Runs what follows from the last step by itself, such as a fit that waited for the next tick; what it
+  // changes becomes part of that step.
+  void Amend(const std::function<void()>& action);
+  // While a drag goes on, its step stays open however long the hand rests.
+  void KeepOpen(bool open);
+  // The next edit begins a step of its own.
+  void CloseStep();
+
+  bool CanUndo() const { return done > 0; }
+  bool CanRedo() const { return done < steps.size(); }
+  // Empty where there is nothing to undo or redo.
+  std::string UndoTitle() const { return CanUndo() ? steps[done - 1]->title : std::string{}; }
+  std::string RedoTitle() const { return CanRedo() ? steps[done]->title : std::string{}; }
+  void Undo();
+  void Redo();
+
+ private:
+  struct Step {
+    std::string title, source;
+    SystemSettings before, after;
+  };
+
+  bool Continues(const std::string& source) const;
+  void Restore(const SystemSettings& from, const SystemSettings& to);
+
+  SystemSettings& settings;
+  Clock& clock;
+  std::vector<std::unique_ptr<Step>> steps;
+  std::size_t done = 0;  // of the steps, how many stand
+  int depth = 0;
+  bool open = false, kept = false;
+  std::int64_t lastEdit = 0;  // microseconds
+};
+
+}  // namespace vc
