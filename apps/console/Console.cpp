@@ -59,6 +59,14 @@ std::string IndexText(const vc::FieldRow& row) {
   return text.empty() ? "no index" : text + ")";
 }
 
+const vc::MenuEntry* FindShortcut(const vc::Form& form, const std::string& combination) {
+  for (const vc::AnyControl& control : form.controls) {
+    auto* const* entry = std::get_if<vc::MenuEntry*>(&control);
+    if (entry != nullptr && (*entry)->shortcut == combination) return *entry;
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 std::span<const Console::Command> Console::Commands() {
@@ -118,8 +126,8 @@ void Console::ShowForm(const std::string& arguments) {
   for (const vc::AnyControl& control : form->controls) {
     const vc::ControlCore& core = vc::CoreOf(control);
     out << core.FullName() << '\t' << vc::KindOf(control) << '\t' << OneLine(vc::ValueOf(control)) << '\t'
-        << OneLine(vc::RangeOf(control)) << '\t' << (core.Enabled() ? "enabled" : "disabled") << '\t'
-        << (core.Visible() ? "shown" : "hidden") << '\n';
+        << OneLine(vc::RangeOf(control)) << '\t' << (core.Active() ? "enabled" : "disabled") << '\t'
+        << (core.Shown() ? "shown" : "hidden") << '\n';
   }
 }
 
@@ -163,6 +171,10 @@ void Console::Menu(const std::string& arguments) {
 void Console::Key(const std::string& arguments) {
   vc::Form* form = session.forms.Top();
   if (form == nullptr) return Error(arguments, "no form is open");
+  if (const vc::MenuEntry* entry = FindShortcut(*form, arguments)) {
+    if (!entry->core.Usable()) return Error(arguments, "it is disabled");
+    return entry->Click();
+  }
   const auto found = form->keys.find(arguments);
   if (found == form->keys.end()) return Error(arguments, form->name + " knows no such key");
   const auto pressed = found->second;
@@ -203,8 +215,8 @@ void Console::Record(const std::string& arguments) {
   if (!HasElement(*row, *path)) return Error(pathText, "the field has " + IndexText(*row));
   if (blank != std::string::npos) {
     std::string wrong;
-    if (!session.EditRecord(*row, path->index[0], path->index[1], FromOneLine(arguments.substr(blank + 1)),
-                            wrong)) {
+    if (!session.edits.ByText(*row, path->index[0], path->index[1], FromOneLine(arguments.substr(blank + 1)),
+                              {pathText}, wrong)) {
       return Error(pathText, wrong);
     }
   }
@@ -212,7 +224,7 @@ void Console::Record(const std::string& arguments) {
       << '\n';
 }
 
-void Console::Quit(const std::string& /*arguments*/) { session.master.mnuExit.Click(); }
+void Console::Quit(const std::string& /*arguments*/) { session.master.menus.mnuExit.Click(); }
 
 void Console::Help(const std::string& /*arguments*/) {
   for (const Command& command : Commands()) out << command.usage << '\n';

@@ -16,7 +16,8 @@ Description::Description(SetupContext& setupContext) : context(setupContext) {
   form.initialFocus = &txtDescription.core;
   btnOK.clicked = [this] {
     std::string& description = context.settings.setupDescription;
-    description = Edited(description, txtDescription.Text());
+    context.history.Edit("File Description", "",
+                         [&] { description = Edited(description, txtDescription.Text()); });
     context.forms.Unload(form);
   };
   context.BindCancel(form, btnCancel);

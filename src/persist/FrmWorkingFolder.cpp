@@ -24,7 +24,7 @@ void FrmWorkingFolder::TakeFolder() {
                  typed + " is not a folder.  Please choose another folder.");
     return;
   }
-  context.settings.workingFolder = folders.Folder();
+  context.history.Edit("Working Folder", "", [this] { context.settings.workingFolder = folders.Folder(); });
   context.forms.Unload(form);
 }
 

@@ -57,7 +57,9 @@ bool RecSet::Recall() {
                  name + " is not a valid settings file.  Please choose another file.");
     return false;
   }
-  if (!context.Work([this, &name] { return Read(name); })) {
+  bool read = false;
+  context.history.Edit(RecallStep, "", [&] { read = context.Work([this, &name] { return Read(name); }); });
+  if (!read) {
     context.Warn(box::Exclamation, "Unable to Load File", name + " cannot be opened.");
     return false;
   }

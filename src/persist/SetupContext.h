@@ -4,6 +4,7 @@
 #include <functional>
 #include <string>
 
+#include "model/EditHistory.h"
 #include "persist/modSettings.h"
 #include "platform/Desk.h"
 #include "platform/Files.h"
@@ -12,12 +13,15 @@
 
 namespace vc {
 
+inline const std::string RecallStep = "Setup Recall";
+
 struct SetupContext {
   SystemSettings& settings;
   modSettings& setups;
   Files& files;
   Desk& desk;
   Forms& forms;
+  EditHistory& history;
 
   // Switches the master panel's main timer and returns what it was before.
   std::function<bool(bool on)> switchMainTimer = [](bool) { return false; };

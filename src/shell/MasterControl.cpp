@@ -1,178 +1,219 @@
 #include "shell/MasterControl.h"
 
-#include "text/Convert.h"
+#include <variant>
+
+#include "model/Bandwidth.h"
+#include "model/Fields.h"
+#include "model/Kinds.h"
+#include "model/Settings.h"
 #include "text/ProgramInfo.h"
 
 namespace vc {
 namespace {
 
-constexpr int FirmwareNeeded = 401;  // hundredths
+constexpr double ZeroDecibels = 192;
+constexpr std::array<std::int16_t, 2> Sides{1, 2};
 
-std::string VersionOf(int hundredths) { return FixedText(hundredths / 100.0, 2); }
+void Fill(ListBox& list, const auto& rows, auto nameOf) {
+  std::vector<std::string> items;
+  for (const auto& row : rows) items.emplace_back(nameOf(row));
+  list.SetItems(std::move(items));
+}
 
-void PrepareLevelBar(LevelBar& bar) {
-  std::vector<ScaleTick> ticks;
-  for (const int decibels : {3, 0, -6, -12, -18, -30, -42, -54, -66}) {
-    ticks.push_back({DbToBarPosition(decibels), std::to_string(decibels)});
-  }
-  constexpr int fromBelow = 1;
-  bar.SetOrientation(fromBelow);
-  bar.SetScale(ticks);
+// What an edit from a control of the master panel is called; a list with a caption needs no more than that.
+EditOrigin OriginOf(const ControlCore& core) {
+  return {core.AccessibleName(), core.form.name + "." + core.FullName()};
+}
+
+EditOrigin OriginOf(const ListBox& list) {
+  const std::string& caption = list.core.Caption();
+  return {caption.empty() ? list.core.AccessibleName() : caption,
+          list.core.form.name + "." + list.core.FullName()};
 }
 
 }  // namespace
 
-MasterControl::MasterControl(SystemSettings& record, modDeviceComm& link, Desk& operatorDesk)
+MasterControl::MasterControl(RecordEdits& recordEdits, modDeviceComm& link, Desk& operatorDesk)
     : form("MasterControl", ApplicationTitle + " Master Control Panel"),
-      mnuConnect(mnuSettings, "mnuConnect", "&Connect to " + ApplicationTitle),
-      mnuDisconnect(mnuSettings, "mnuDisconnect", "&Disconnect from " + ApplicationTitle),
-      mnuComSelect(mnuComPort, "mnuComSelect",
-                   {"COM1", "COM2", "COM3", "COM4", "COM5", "COM6", "COM7", "COM8", "COM9"}),
-      mnuBaudSelect(mnuBaudRate, "mnuBaudSelect",
-                    {"9600 baud", "14400 baud", "19200 baud", "38400 baud", "115200 baud"}),
-      settings(record),
+      edits(recordEdits),
+      settings(recordEdits.settings),
       device(link),
       desk(operatorDesk) {
-  txtComInfo.readOnly = true;
-  for (LevelBar* bar : {&lbInputLeft, &lbInputRight, &lbOutputLeft, &lbOutputRight}) PrepareLevelBar(*bar);
-  for (LevelBar* bar : {&lbOutputLeft, &lbOutputRight}) bar->SetMarkerStyle(HiddenMarker);
+  top.txtComInfo.readOnly = true;
+  Fill(top.cmbBandwidth, Bandwidths(), [](const BandwidthRow& row) { return row.name; });
+  Fill(top.cmbConfig, ConfigModes(), [](std::string_view mode) { return mode; });
   ShowOversize(false);
   form.closeRequested = [this] { hooks.exit(); };
   BindMenus();
+  BindMirrors();
+  BindInputs();
+  BindBlocks();
+  BindDisplays();
   BindKeys();
 }
 
-void MasterControl::BindMenus() {
-  mnuNew.clicked = [this] { AskForNewSetup(); };
-  mnuSave.clicked = [this] { hooks.storeSetup(); };
-  mnuOpen.clicked = [this] { hooks.recallSetup(); };
-  mnuViewDescription.clicked = [this] { hooks.editDescription(); };
-  mnuWorkingFolder.clicked = [this] { hooks.pickWorkingFolder(); };
-  mnuExit.clicked = [this] { hooks.exit(); };
-  mnuConnect.clicked = [this] { Connect(); };
-  mnuDisconnect.clicked = [this] { device.DisconnectZorq(true); };
-  mnuAbout.clicked = [this] { ShowAbout(); };
-  for (MenuEntry& entry : mnuComSelect) {
-    entry.clicked = [this, index = entry.core.index] { SelectPort(index); };
+std::vector<MasterControl::MirroredSwitch> MasterControl::Switches() {
+  std::vector<MirroredSwitch> rows{
+      {chain.ihpf.active, "ihpfEnabled", 0},  {chain.agc.active, "agcEnabled", 0},
+      {chain.ohpf.active, "ohpfEnabled", 0},  {chain.limiter.active, "limiterEnabled", 0},
+      {top.btnProcEnabled, "procEnabled", 0}, {top.btnAdaptEnabled, "adaptEnabled", 0}};
+  for (int stage = 1; stage <= FilterStages; ++stage) {
+    rows.push_back({chain.Filter(stage).active, "filterActive", stage});
+    rows.push_back({chain.Filter(stage).adapt, "filterAdapt", stage});
   }
-  for (MenuEntry& entry : mnuBaudSelect) {
-    entry.clicked = [this, index = entry.core.index] { SelectRate(index); };
+  for (const int side : Sides) {
+    rows.push_back({chain.Equalizer(side).active, "eqActive", side});
+    rows.push_back({chain.Broadband(side).active, "broadbandActive", side});
   }
-  CheckConnectEntries(false);
+  return rows;
 }
 
-void MasterControl::BindKeys() {
-  form.keys["Alt+D"] = [this] { hooks.showObjectLog(); };
-  form.keys["Alt+U"] = [this] { UpdateOnDemand(); };
+std::vector<MasterControl::MirroredList> MasterControl::Lists() {
+  std::vector<MirroredList> rows{{top.cmbBandwidth, "bandwidthIndex", 0}, {top.cmbConfig, "configMode", 0}};
+  for (int stage = 1; stage <= FilterStages; ++stage) {
+    rows.push_back({chain.Filter(stage).kind, "filterType", stage});
+  }
+  for (const int side : Sides) {
+    rows.push_back({chain.Equalizer(side).kind, "eqType", side});
+    rows.push_back({chain.Broadband(side).kind, "broadbandType", side});
+  }
+  return rows;
+}
+
+void MasterControl::BindMirrors() {
+  for (const auto& [button, field, index] : Switches()) {
+    button.clicked = [this, &shown = button, name = field, i = index] {
+      edits.Store(name, i, LowWord(shown.Value()), OriginOf(shown.core));
+    };
+  }
+  for (const auto& [list, field, index] : Lists()) {
+    list.changed = [this, &shown = list, name = field, i = index] {
+      edits.Store(name, i, LowWord(shown.ListIndex()), OriginOf(shown));
+    };
+  }
+  top.optNumFilters.changed = [this] {
+    edits.Store("numFilters", 0, LowWord(top.optNumFilters.Selected() + 1),
+                {WithoutAccessKey(top.fraNumFilters.core.Caption())});
+  };
+}
+
+void MasterControl::BindInputs() {
+  for (const int channel : {0, 1}) {
+    InputChannel& input = chain.inputs.at(static_cast<std::size_t>(channel));
+    input.sldrLevel.changed = [this, channel] { StoreLevel(channel); };
+    input.sldrLevel.released = [this] { edits.history.CloseStep(); };
+    input.zero.clicked = [&input] { input.sldrLevel.SetPosition(ZeroDecibels); };
+  }
+}
+
+void MasterControl::StoreLevel(int channel) {
+  InputChannel& input = chain.inputs.at(static_cast<std::size_t>(channel));
+  edits.history.KeepOpen(input.sldrLevel.Held());
+  edits.Store("levelControl", channel + 1, Nearest(input.sldrLevel.Position()),
+              OriginOf(input.sldrLevel.core));
+  input.gain.Redisplay();
+}
+
+void MasterControl::BindBlocks() {
+  for (int stage = 1; stage <= FilterStages; ++stage) {
+    FilterBlock& block = chain.Filter(stage);
+    block.config.clicked = [this, stage] { hooks.openFilter(stage); };
+    block.clear.clicked = [this, stage] {
+      ClearStage(stage);
+      MarkEdited(settings);
+    };
+  }
+  for (const int side : Sides) {
+    chain.Equalizer(side).config.clicked = [this, side] { hooks.openEqualizer(side); };
+    chain.Broadband(side).config.clicked = [this, side] { hooks.openBroadband(side); };
+  }
+  const auto opens = [this](FixedBlock& block, const char* panel) {
+    block.config.clicked = [this, &block, panel] { hooks.openBlock(panel, block); };
+  };
+  opens(chain.ihpf, "IHPFSetup");
+  opens(chain.agc, "AGCSetup");
+  opens(chain.ohpf, "OHPFSetup");
+  opens(chain.limiter, "LimiterSetup");
+  top.btnClearAll.clicked = [this] { ClearAll(); };
+}
+
+void MasterControl::ClearStage(int stage) { settings.filterDirty[stage] = -1; }
+
+void MasterControl::ClearAll() {
+  for (int stage = 1; stage <= FilterStages; ++stage) {
+    if (IsAdaptive(settings.filterType[stage])) ClearStage(stage);
+  }
+  settings.broadbandClear[1] = -1;
+  if (settings.configMode != ConfigMode::Mono) settings.broadbandClear[2] = -1;
+  MarkEdited(settings);
+}
+
+std::int16_t MasterControl::ValueOf(std::string_view field, int index) const {
+  return std::get<std::int16_t>(FindField(field)->value(settings, index, 0));
 }
 
 void MasterControl::ConfigMasterControl() {
   const Mute inert(form);
+  ShowInputs();
+  ShowMirrors();
+  ShowEdits();
   CheckPortAndRate();
+  menus.mnuLevelControls.SetChecked(settings.levelControlsShown != 0);
+  menus.mnuChannelSwap.SetChecked(settings.channelSwap != 0);
+  chain.lblSwap.core.SetVisible(settings.channelSwap != 0);
+  ShowStanding();
 }
 
-void MasterControl::ShowOversize(bool shown) {
-  for (Label& label : lblOversizeFilters) label.core.SetVisible(shown);
-}
-
-void MasterControl::CheckPortAndRate() {
-  for (MenuEntry& entry : mnuComSelect) entry.SetChecked(entry.core.index == settings.comPort);
-  for (MenuEntry& entry : mnuBaudSelect) entry.SetChecked(entry.core.index == settings.baudIndex);
-}
-
-void MasterControl::CheckConnectEntries(bool connected) {
-  mnuConnect.SetChecked(connected);
-  mnuDisconnect.SetChecked(!connected);
-}
-
-std::string MasterControl::PortCaption() {
-  return mnuComSelect(MinMax(settings.comPort, 1, 9)).core.Caption();
-}
-
-void MasterControl::Connect() {
-  desk.SetHourglass(true);
-  device.InitComPort(true);
-  CheckPortAndRate();  // a rate that was none has been corrected
-  hooks.configureStages(true);
-  desk.SetHourglass(false);
-}
-
-bool MasterControl::MayDisconnect(const std::string& title, const std::string& what) {
-  if (!device.comm.CommPortOpen) return true;
-  const std::string text =
-      "Changing the " + what + " will disconnect the current session.  To connect using the new " + what +
-      " setting use the 'Connect to " + ApplicationTitle + "' menu option under the 'Settings' menu.";
-  if (desk.Box(box::AskOkCancel, title, text) != Answer::Ok) return false;
-  device.DisconnectZorq(true);
-  return true;
-}
-
-void MasterControl::SelectPort(int entry) {
-  const std::int16_t port = MinMax(LowWord(entry), 1, 9);
-  if (!MayDisconnect("COM Port Change", "COM Port")) return;
-  settings.comPort = port;
-  CheckPortAndRate();
-  hooks.refreshConnectionText();
-}
-
-void MasterControl::SelectRate(int entry) {
-  if (!MayDisconnect("Baud Rate Change", "Baud Rate")) return;
-  settings.baudIndex = LowWord(entry);
-  CheckPortAndRate();
-  hooks.refreshConnectionText();
-}
-
-void MasterControl::CheckFirmwareVersion(bool ask) {
-  int firmware = 0;
-  int bootRom = 0;
-  // The firmware window must find the port free.
-  if (ask && device.RequestVersion(firmware, bootRom)) device.DisconnectZorq(false);
-  if (firmware < FirmwareNeeded) OfferFirmwareUpdate();
-}
-
-void MasterControl::OfferFirmwareUpdate() {
-  const Answer answer =
-      desk.Box(box::InformationYesNo, "Firmware Needs Update",
-               "The firmware on the Veltrana unit needs to be updated.  Would you like to update it "
-               "now or wait until later (you will be prompted the next time you start the Veltrana "
-               "software.)  Click 'Yes' to update the firmware or 'No' to continue.");
-  if (answer != Answer::Yes) {
-    desk.Box(box::Information, "Firmware Update Postponed",
-             "Some features in the Veltrana may not work propertly until the firmware is updated.");
-    return;
+void MasterControl::ShowInputs() {
+  const bool controls = settings.levelControlsShown != 0;
+  for (const int channel : {0, 1}) {
+    InputChannel& input = chain.inputs.at(static_cast<std::size_t>(channel));
+    input.sldrLevel.SetPosition(settings.levelControl[channel + 1]);
+    input.gain.Redisplay();
+    for (ControlCore* core : {&input.sldrLevel.core, &input.gain.text.core, &input.zero.core}) {
+      core->SetEnabled(controls);
+    }
   }
-  device.DisconnectZorq(true);
-  hooks.enableMainTimer(false);
-  desk.Box(box::Information, "Firmware Update",
-           "This version of the " + ApplicationTitle +
-               " software cannot update the firmware yet.  The unit has not been changed.");
-  hooks.enableMainTimer(true);
+  chain.lblGain.core.SetEnabled(controls);
 }
 
-void MasterControl::AskForNewSetup() {
-  const Answer answer = desk.Box(
-      box::InformationYesNo, "Create New Setup",
-      "Make sure you have saved your current configuration before creating a new setup.\nSetup Recall may "
-      "require 60 seconds to complete. Do you still wish to create a new setup?");
-  if (answer == Answer::Yes) hooks.newSetup();
+void MasterControl::ShowMirrors() {
+  for (const auto& [button, field, index] : Switches()) {
+    button.SetValue(ValueOf(field, index));
+    const bool adapts = field == "filterAdapt";
+    const bool processes =
+        !adapts && field != "procEnabled" && field != "adaptEnabled" && field != "limiterEnabled";
+    if (adapts) button.core.SetEnabled(settings.adaptEnabled != 0);
+    if (processes) button.core.SetEnabled(settings.procEnabled != 0);
+  }
+  for (const auto& [list, field, index] : Lists()) list.SetListIndex(ValueOf(field, index));
+  for (int stage = 1; stage <= FilterStages; ++stage) ConfigureFilterStageButtons(stage);
 }
 
-void MasterControl::ShowAbout() {
-  int firmware = 0;
-  int bootRom = 0;
-  const bool known = device.RequestVersion(firmware, bootRom);
-  desk.Box(box::Information, "About " + ApplicationTitle,
-           ApplicationTitle + " Master Control Program\nVersion " + VersionText() +
-               "\n\nFirmware Version: " + (known ? VersionOf(firmware) : "Unknown") +
-               "\nBoot ROM Version: " + (known ? VersionOf(bootRom) : "Unknown"));
+void MasterControl::ConfigureFilterStageButtons(int stage) {
+  const bool adaptive = IsAdaptive(settings.filterType[stage]);
+  chain.Filter(stage).adapt.core.SetVisible(adaptive);
+  chain.Filter(stage).clear.core.SetVisible(adaptive);
 }
 
-void MasterControl::UpdateOnDemand() {
-  if (++updatePresses < 2) return;
-  mnuDisconnect.Click();
-  CheckFirmwareVersion(false);
-  mnuConnect.Click();
-  updatePresses = 0;
+void MasterControl::ShowConfiguration() {
+  {
+    const Mute inert(form);
+    top.cmbBandwidth.SetListIndex(settings.bandwidthIndex);
+    top.cmbConfig.SetListIndex(settings.configMode);
+  }
+  ConfigureStages();
+}
+
+void MasterControl::ConfigureStages() {
+  {
+    const Mute inert(form);
+    for (const auto& button : top.optNumFilters.buttons) {
+      button->core.SetEnabled(button->core.index < settings.maxDspStages);
+    }
+    top.optNumFilters.Select(settings.numFilters - 1);
+  }
+  ConfigureBlocks();
 }
 
 }  // namespace vc

@@ -1,17 +1,21 @@
-// The master control panel: so far its connection part, the level bars and the menus that belong to them.
+// The master control panel: the operator's view of the whole chain.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "link/modDeviceComm.h"
 #include "model/SystemSettings.h"
+#include "panels/SliderText.h"
 #include "platform/Desk.h"
-#include "shell/ConnectionIcon.h"
+#include "shell/ChainLayout.h"
+#include "shell/MasterMenus.h"
+#include "shell/RecordEdits.h"
 #include "widgets/Controls.h"
 #include "widgets/Form.h"
-#include "widgets/LevelBar.h"
 
 namespace vc {
 
@@ -26,59 +30,65 @@ struct MasterHooks {
   std::function<void()> recallSetup = [] {};
   std::function<void()> editDescription = [] {};
   std::function<void()> pickWorkingFolder = [] {};
+  std::function<void(Theme theme)> chooseTheme = [](Theme) {};
+  // Opens the help at a topic, 0 for its beginning; false where there is no help to open.
+  std::function<bool(int context)> openHelp = [](int) { return false; };
   std::function<void()> exit = [] {};
+  // Windows of the chain's blocks: filter stage 1..6, equalizer and broadband stage 1 or 2, a fixed block by
+  // the name of its form (a literal), a stand-alone memory 1..10.
+  std::function<void(int stage)> openFilter = [](int) {};
+  std::function<void(int number)> openEqualizer = [](int) {};
+  std::function<void(int number)> openBroadband = [](int) {};
+  std::function<void(std::string_view form, FixedBlock& block)> openBlock = [](std::string_view,
+                                                                               FixedBlock&) {};
+  std::function<void(int memory)> openMemory = [](int) {};
+  // One of the displays, or none, has been chosen.
+  std::function<void(std::int16_t which)> displayChosen = [](std::int16_t) {};
 };
 
+// What ShowDisplay shows.
+namespace display {
+inline constexpr std::int16_t None = 0, Coefficients = 1, Spectrum = 2;
+}  // namespace display
+
 struct MasterControl {
-  MasterControl(SystemSettings& record, modDeviceComm& link, Desk& operatorDesk);
+  MasterControl(RecordEdits& recordEdits, modDeviceComm& link, Desk& operatorDesk);
 
   Form form;
   MasterHooks hooks;
 
-  MenuEntry mnuFile{form, "mnuFile", "&File"};
-  MenuEntry mnuNew{mnuFile, "mnuNew", "&New Filter Configuration"};
-  MenuEntry mnuSave{mnuFile, "mnuSave", "&Save Setup File"};
-  MenuEntry mnuOpen{mnuFile, "mnuOpen", "&Open Setup File"};
-  MenuEntry mnuViewDescription{mnuFile, "mnuViewDescription", "&Edit File Description"};
-  MenuEntry mnuWorkingFolder{mnuFile, "mnuWorkingFolder", "Edit &Working Folder"};
-  MenuEntry mnuExit{mnuFile, "mnuExit", "E&xit"};
-
-  MenuEntry mnuSettings{form, "mnuSettings", "Setti&ngs"};
-  MenuEntry mnuConnect;
-  MenuEntry mnuDisconnect;
-  MenuEntry mnuLocalConnectSettings{mnuSettings, "mnuLocalConnectSettings", "Connect &Settings"};
-  MenuEntry mnuComPort{mnuLocalConnectSettings, "mnuComPort", "&Com Port"};
-  ControlArray<MenuEntry, 1, 9> mnuComSelect;
-  MenuEntry mnuBaudRate{mnuLocalConnectSettings, "mnuBaudRate", "&Baud Rate"};
-  ControlArray<MenuEntry, 0, 5> mnuBaudSelect;
-
-  MenuEntry mnuHelp{form, "mnuHelp", "&Help"};
-  MenuEntry mnuAbout{mnuHelp, "mnuAbout", "&About Master Control Program"};
-
-  Frame fraConnection{form, "fraConnection", "Connection", Arrangement::Columns};
-  Picture pbxInfoPic{fraConnection, "pbxInfoPic", "Activity", ConnectionIconImages, DrawConnectionIcon};
-  TextBox txtComInfo{fraConnection, "txtComInfo", "State"};
-
-  Frame fraLevels{form, "fraLevels", "", Arrangement::Columns};
-  Frame fraInputs{fraLevels, "fraInputs", "Inputs", Arrangement::Columns};
-  LevelBar lbInputLeft{fraInputs, "lbInputLeft", "Left"};
-  LevelBar lbInputRight{fraInputs, "lbInputRight", "Right"};
-  Frame fraOutputs{fraLevels, "fraOutputs", "Outputs", Arrangement::Columns};
-  LevelBar lbOutputLeft{fraOutputs, "lbOutputLeft", "Left"};
-  LevelBar lbOutputRight{fraOutputs, "lbOutputRight", "Right"};
-
+  MasterMenus menus{form};
+  TopRow top{form};
+  ChainLayout chain{form};
   // Shown while a filter has borrowed DSP stages.
+  Frame fraFoot{form, "fraFoot", "", Arrangement::Columns};
   ControlArray<Label, 0, 2> lblOversizeFilters{
-      form, "lblOversizeFilters", {"Oversize Filters", "A filter has borrowed DSP stages of the unit."}};
-
-  Label lblStatus{form, "lblStatus", ""};
+      fraFoot, "lblOversizeFilters", {"Oversize Filters", "A filter has borrowed DSP stages of the unit."}};
+  Label lblStatus{fraFoot, "lblStatus", ""};
 
   // Fills the panel from the record, with every handler of its controls inert.
   void ConfigMasterControl();
+  // The lists of bandwidth and configuration alone, in the same way.
+  void ShowConfiguration();
+  // How many filters may be chosen and how many are, and ConfigureBlocks.
+  void ConfigureStages();
+  // Captions of the blocks, and which of them are there, by the configuration.
+  void ConfigureBlocks();
+  // Clear and adapt show for the adaptive kinds only.
+  void ConfigureFilterStageButtons(int stage);
+  // display::None, Coefficients or Spectrum; the buttons follow.
+  void ShowDisplay(std::int16_t which);
+  // What stands behind the title of a block's panel, " (Left Filter 2)".
+  std::string FilterSuffix(int stage) const;
+  std::string EqualizerSuffix(int number) const;
+  std::string BroadbandSuffix(int number) const;
+
+  modDeviceComm& Link() { return device; }
   void ShowOversize(bool shown);
   // Puts the check marks of the port and rate menus where the record says.
   void CheckPortAndRate();
   void CheckConnectEntries(bool connected);
+  void CheckTheme(Theme theme);
   // Caption of the chosen port's entry, "COM1".
   std::string PortCaption();
   // With ask it requests the unit's version, and drops the link where that worked; without, the update is due
@@ -86,8 +96,42 @@ struct MasterControl {
   void CheckFirmwareVersion(bool ask);
 
  private:
+  // A latching button that stands for a field of the record.
+  struct MirroredSwitch {
+    GraphicButton& button;
+    std::string_view field;
+    int index;
+  };
+  // A list whose row is a field of the record.
+  struct MirroredList {
+    ListBox& list;
+    std::string_view field;
+    int index;
+  };
+
   void BindMenus();
+  void BindSettingsMenu();
+  void BindLaterMenus();
+  void BindMirrors();
+  void BindInputs();
+  void BindBlocks();
+  void BindDisplays();
   void BindKeys();
+  std::vector<MirroredSwitch> Switches();
+  std::vector<MirroredList> Lists();
+  void ShowMirrors();
+  void ShowInputs();
+  void ShowEdits();
+  void ShowStanding();
+  void SetBlock(Frame& frame, const std::string& caption, bool there);
+  void ClearStage(int stage);
+  void ClearAll();
+  void StoreLevel(int channel);
+  std::int16_t ValueOf(std::string_view field, int index) const;
+  void Toggle(std::string_view field, const MenuEntry& entry);
+  void OpenHelp(const std::string& topic, int context);
+  void TellLater(const std::string& what);
+
   void Connect();
   void SelectPort(int entry);
   void SelectRate(int entry);
@@ -98,9 +142,11 @@ struct MasterControl {
   void ShowAbout();
   void UpdateOnDemand();
 
+  RecordEdits& edits;
   SystemSettings& settings;
   modDeviceComm& device;
   Desk& desk;
+  std::int16_t displayed = display::None;
   int updatePresses = 0;
 };
 

@@ -111,18 +111,18 @@ void PeriodicService::RequestByMode() {
 void PeriodicService::ShowLevelBars() const {
   const UnitStatus& status = device.status;
   const bool open = device.comm.CommPortOpen;
-  ShowLevel(master.lbInputLeft, status.levelInLeft, open);
-  ShowLevel(master.lbInputRight, status.levelInRight, open);
-  for (LevelBar* bar : {&master.lbInputLeft, &master.lbInputRight}) {
+  ShowLevel(master.chain.inputs[0].bar, status.levelInLeft, open);
+  ShowLevel(master.chain.inputs[1].bar, status.levelInRight, open);
+  for (LevelBar* bar : {&master.chain.inputs[0].bar, &master.chain.inputs[1].bar}) {
     ShowThreshold(*bar, settings.limiterEnabled == 1, LimiterThresholdDb(settings.limiterThreshold));
   }
-  ShowLevel(master.lbOutputLeft, status.levelOutLeft, open);
-  ShowLevel(master.lbOutputRight, status.levelOutRight, open);
+  ShowLevel(master.chain.lbOutputLeft, status.levelOutLeft, open);
+  ShowLevel(master.chain.lbOutputRight, status.levelOutRight, open);
 }
 
 void PeriodicService::IconTick() {
   if (connectionState != lastConnectionState) {
-    master.txtComInfo.SetText(ConnectionText(connectionState, settings.comPort, settings.baudIndex));
+    master.top.txtComInfo.SetText(ConnectionText(connectionState, settings.comPort, settings.baudIndex));
     animateIcon = ConnectionAnimated(connectionState);
   }
   lastConnectionState = connectionState;
@@ -130,7 +130,7 @@ void PeriodicService::IconTick() {
 }
 
 void PeriodicService::StepIcon() const {
-  Picture& icon = master.pbxInfoPic;
+  Picture& icon = master.top.pbxInfoPic;
   icon.SetImage(icon.Image() < icon.imageCount ? icon.Image() + 1 : 1);
 }
 

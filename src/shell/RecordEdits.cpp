@@ -1,12 +1,13 @@
-// Edits of the record by field name: what an edit of a field entails beyond its value.
-#include <array>
+#include "shell/RecordEdits.h"
+
+#include <utility>
 
 #include "model/BroadbandPresets.h"
 #include "model/FieldText.h"
 #include "model/KindChange.h"
 #include "model/Kinds.h"
 #include "model/Settings.h"
-#include "shell/Session.h"
+#include "persist/SetupContext.h"
 
 namespace vc {
 namespace {
@@ -14,57 +15,80 @@ namespace {
 // The value has been stored when the rule runs; before is the record as it was.
 struct EditRule {
   std::string_view field;
-  void (*follow)(Session& session, const SystemSettings& before, int index);
+  void (*follow)(RecordEdits& edits, const SystemSettings& before, int index);
 };
 
-void FollowBandwidth(Session& session, const SystemSettings& /*before*/, int /*index*/) {
-  session.config.ConfigureStages(false);
+void FollowBandwidth(RecordEdits& edits, const SystemSettings& /*before*/, int /*index*/) {
+  edits.config.ConfigureStages(false);
 }
 
-void FollowConfiguration(Session& session, const SystemSettings& before, int /*index*/) {
+// From Stereo Linked to Stereo Independent nothing is laid out anew: the difference is all that has to go
+// out.
+void FollowConfiguration(RecordEdits& edits, const SystemSettings& before, int /*index*/) {
   const bool unlinked = before.configMode == ConfigMode::StereoLinked &&
-                        session.settings.configMode == ConfigMode::StereoIndependent;
-  if (unlinked) return;  // the difference is all that has to go out
-  session.download.ForgetBandwidth();
-  session.config.ConfigureStages(false);
+                        edits.settings.configMode == ConfigMode::StereoIndependent;
+  if (unlinked) {
+    MarkEdited(edits.settings);
+    edits.download.DownloadSettings(DownloadMode::Difference);
+  } else {
+    edits.download.ForgetBandwidth();
+    edits.config.ConfigureStages(false);
+  }
 }
 
-void AskForFit(Session& session, const SystemSettings& /*before*/, int /*index*/) {
-  session.settings.fitPending = -1;
+void AskForFit(RecordEdits& edits, const SystemSettings& /*before*/, int /*index*/) {
+  edits.settings.fitPending = -1;
 }
 
-void FollowFilterKind(Session& session, const SystemSettings& before, int stage) {
-  const std::int16_t kind = session.settings.filterType[stage];
+void FollowFilterKind(RecordEdits& edits, const SystemSettings& before, int stage) {
+  const std::int16_t kind = edits.settings.filterType[stage];
   if (kind == before.filterType[stage]) return;
-  session.settings.filterType[stage] = before.filterType[stage];
-  if (ChangeFilterKind(session.settings, stage, kind)) session.config.ConfigureStages(true);
+  edits.settings.filterType[stage] = before.filterType[stage];
+  if (ChangeFilterKind(edits.settings, stage, kind)) {
+    edits.undisturbed([&edits] { edits.config.ConfigureStages(true); });
+  }
 }
 
-void FollowEqKind(Session& session, const SystemSettings& before, int equalizer) {
-  const std::int16_t kind = session.settings.eqType[equalizer];
-  if (kind != before.eqType[equalizer]) ChangeEqKind(session.settings, equalizer, kind);
+void FollowEqKind(RecordEdits& edits, const SystemSettings& before, int equalizer) {
+  const std::int16_t kind = edits.settings.eqType[equalizer];
+  if (kind != before.eqType[equalizer]) ChangeEqKind(edits.settings, equalizer, kind);
 }
 
-void FollowBroadbandKind(Session& session, const SystemSettings& before, int stage) {
-  const std::int16_t kind = session.settings.broadbandType[stage];
-  session.settings.broadbandType[stage] = before.broadbandType[stage];
-  ChangeBroadbandKind(session.settings, stage, kind);
+void FollowBroadbandKind(RecordEdits& edits, const SystemSettings& before, int stage) {
+  const std::int16_t kind = edits.settings.broadbandType[stage];
+  edits.settings.broadbandType[stage] = before.broadbandType[stage];
+  ChangeBroadbandKind(edits.settings, stage, kind);
 }
 
-void HoldLinks(Session& session, const SystemSettings& /*before*/, int /*index*/) {
-  LinkChannelsInMono(session.settings);
+void HoldLinks(RecordEdits& edits, const SystemSettings& /*before*/, int /*index*/) {
+  LinkChannelsInMono(edits.settings);
+}
+
+// Without the program's controls the levels stand at 0 dB; with them again they are where they were.
+void FollowLevelControls(RecordEdits& edits, const SystemSettings& before, int /*index*/) {
+  constexpr std::int16_t zeroDecibels = 192;
+  auto& levels = edits.settings.levelControl;
+  const bool off = edits.settings.levelControlsShown == 0;
+  if (off == (before.levelControlsShown == 0)) return;
+  if (off) {
+    edits.formerLevels = levels.items;
+    levels.Fill(zeroDecibels);
+  } else if (edits.formerLevels) {
+    levels.items = *std::exchange(edits.formerLevels, std::nullopt);
+  }
 }
 
 // A table that is edited by name counts as finished.
-void BuildTable(Session& session, const SystemSettings& /*before*/, int stage) {
-  session.settings.filterBuilt[stage] = -1;
+void BuildTable(RecordEdits& edits, const SystemSettings& /*before*/, int stage) {
+  edits.settings.filterBuilt[stage] = -1;
 }
 
-constexpr std::array<EditRule, 16> EditRules{{{"bandwidthIndex", FollowBandwidth},
+constexpr std::array<EditRule, 17> EditRules{{{"bandwidthIndex", FollowBandwidth},
                                               {"configMode", FollowConfiguration},
                                               {"agcLinked", HoldLinks},
                                               {"limiterLinked", HoldLinks},
                                               {"numFilters", AskForFit},
+                                              {"levelControlsShown", FollowLevelControls},
                                               {"ch1Taps", AskForFit},
                                               {"ch2Taps", AskForFit},
                                               {"filterType", FollowFilterKind},
@@ -79,14 +103,46 @@ constexpr std::array<EditRule, 16> EditRules{{{"bandwidthIndex", FollowBandwidth
 
 }  // namespace
 
-bool Session::EditRecord(const FieldRow& row, int i, int j, std::string_view text, std::string& error) {
-  const SystemSettings before = settings;
-  if (!SetFieldText(settings, row, i, j, text, error)) return false;
-  for (const EditRule& rule : EditRules) {
-    if (rule.field == row.name) rule.follow(*this, before, i);
+RecordEdits::RecordEdits(SystemSettings& record, modDeviceConfig& fit, Download& sender, EditHistory& steps)
+    : settings(record), config(fit), download(sender), history(steps) {
+  history.restored = [this](const SystemSettings& was, const std::string& title) {
+    if (title == RecallStep || title == NewSetupStep) setupExchanged();
+    FollowRestore(was);
+  };
+}
+
+bool RecordEdits::ByText(const FieldRow& row, int i, int j, std::string_view text, const EditOrigin& origin,
+                         std::string& error) {
+  bool stored = false;
+  history.Edit(origin.title, origin.source, [&] {
+    const SystemSettings before = settings;
+    stored = SetFieldText(settings, row, i, j, text, error);
+    if (!stored) return;
+    for (const EditRule& rule : EditRules) {
+      if (rule.field == row.name) rule.follow(*this, before, i);
+    }
+    MarkEdited(settings);
+  });
+  if (stored) edited();
+  return stored;
+}
+
+bool RecordEdits::Store(std::string_view field, int i, std::int16_t value, const EditOrigin& origin) {
+  const FieldRow* row = FindField(field);
+  std::string error;
+  return row != nullptr && ByText(*row, i, 0, std::to_string(value), origin, error);
+}
+
+void RecordEdits::FollowRestore(const SystemSettings& was) {
+  const bool anew = was.bandwidthIndex != settings.bandwidthIndex || was.configMode != settings.configMode;
+  if (anew) download.ForgetBandwidth();
+  if (anew || LayoutDiffers(settings, PlanFit(settings, true))) {
+    undisturbed([this] { config.ConfigureStages(true); });
   }
+  settings.eqChanged.Fill(-1);
+  settings.broadbandChanged.Fill(-1);
   MarkEdited(settings);
-  return true;
+  edited();
 }
 
 }  // namespace vc

@@ -1,6 +1,7 @@
 #include "shell/Session.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <tuple>
 #include <utility>
 
@@ -24,15 +25,21 @@ Session::Session(Platform host)
       coefReader(settings, device),
       spectrumReader(settings, device),
       setups(settings, host.files, host.desk),
-      master(settings, device, platform.desk),
+      history(settings, host.clock),
+      edits(settings, config, download, history),
+      master(edits, device, platform.desk),
       periodic(host.events, settings, device, master),
-      lastState(settings, setups, platform) {
+      panels({history, settings, platform.desk, forms, master, periodic}),
+      lastState(settings, setups, platform),
+      look(platform, master) {
   FillLinkHooks();
   FillMasterHooks();
   FillModelHooks();
   FillReadBackHooks();
   FillSetupHooks();
   FillFileMenuHooks();
+  FillEditHooks();
+  FillPanelHooks();
 }
 
 void Session::FillLinkHooks() {
@@ -138,10 +145,61 @@ void Session::FillFileMenuHooks() {
   master.form.activated = [this] { Activated(); };
 }
 
+void Session::FillEditHooks() {
+  edits.edited = [this] { ShowRecord(); };
+  edits.setupExchanged = [this] {
+    NameSetup({});
+    setupContext.lastName.clear();
+  };
+  edits.undisturbed = [this](const std::function<void()>& fit) {
+    const std::int16_t pollMode = std::exchange(periodic.pollMode, poll::MainLevels);
+    const std::int16_t ticks = std::exchange(settings.settingsChanged, std::int16_t{0});
+    fit();
+    periodic.pollMode = pollMode;
+    settings.settingsChanged = ticks;
+  };
+  config.hooks.showConfiguration = [this] { master.ShowConfiguration(); };
+  config.hooks.refreshPanel = [this] {
+    master.ConfigureStages();
+    panels.Refresh();
+  };
+}
+
+void Session::FillPanelHooks() {
+  panels.sendPending = [this] {
+    if (settings.settingsChanged != 0) SendChanges();
+  };
+  MasterHooks& hooks = master.hooks;
+  hooks.displayChosen = [this](std::int16_t which) { ChooseDisplay(which); };
+  hooks.chooseTheme = [this](Theme theme) { look.Choose(theme); };
+  hooks.openHelp = [this](int context) { return OpenHelp(context); };
+}
+
+// Whoever edits the record has only stored it: all that shows it follows here.
+void Session::ShowRecord() {
+  master.ConfigMasterControl();
+  master.ConfigureStages();
+  panels.Refresh();
+}
+
+void Session::ChooseDisplay(std::int16_t which) {
+  periodic.pollMode = which == display::Coefficients ? poll::Coefficients
+                      : which == display::Spectrum   ? poll::Spectrum
+                                                     : poll::MainLevels;
+}
+
+bool Session::OpenHelp(int context) const {
+  const std::string file = JoinPath(platform.desk.ProgramFolder(), "Veltrana Help.html");
+  std::error_code ignored;
+  if (!std::filesystem::exists(file, ignored)) return false;
+  return platform.desk.Open(context == 0 ? file : file + "#" + std::to_string(context));
+}
+
 void Session::SendChanges() {
   if (std::exchange(settings.fitPending, std::int16_t{0}) != 0 &&
       LayoutDiffers(settings, PlanFit(settings, true))) {
-    config.ConfigureStages(true);
+    history.Amend([this] { config.ConfigureStages(true); });
+    master.ConfigMasterControl();
   } else {
     download.DownloadSettings(DownloadMode::Difference);
   }
@@ -155,16 +213,18 @@ void Session::Start() {
   platform.events.RunEvents(0);  // lets the splash paint
   periodic.eqLevelsWanted = false;
   QueueRefresh(false);
-  master.pbxInfoPic.SetImage(ConnectionIconImages);
+  master.top.pbxInfoPic.SetImage(ConnectionIconImages);
   periodic.connectionState = StateConnected;
   periodic.tmrIcon->SetEnabled(true);
   InitSettings(settings);
   lastState.Claim();
   lastState.Load();
+  look.Load();
   master.ConfigMasterControl();
   periodic.ShowLevelBars();
   ConnectAtStart();
   config.ConfigureStages(true);
+  master.ConfigMasterControl();
   forms.Unload(splash.form);
   forms.Show(master.form);
   periodic.pollMode = poll::MainLevels;
@@ -183,11 +243,12 @@ void Session::NewSetup() {
   const Connection standing{settings.comPort, settings.baudIndex};
   settings.loadingSetup = true;
   platform.desk.SetHourglass(true);
-  if (lastState.LoadFactorySetup()) {
+  history.Edit(NewSetupStep, "", [&] {
+    if (!lastState.LoadFactorySetup()) return;
     if (device.comm.CommPortOpen) std::tie(settings.comPort, settings.baudIndex) = standing;
     setupContext.lastName.clear();
     TakeOnSetup({});
-  }
+  });
   settings.loadingSetup = false;
   platform.desk.SetHourglass(false);
 }
@@ -200,8 +261,10 @@ void Session::NameSetup(const std::string& name) {
 
 void Session::TakeOnSetup(const std::string& name) {
   NameSetup(name);
+  edits.formerLevels.reset();
   master.ConfigMasterControl();
   config.ConfigureStages(true);
+  master.ConfigMasterControl();  // with what the fit has made of it
 }
 
 void Session::Activated() {

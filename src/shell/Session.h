@@ -18,10 +18,13 @@
 #include "persist/StoSet.h"
 #include "persist/modSettings.h"
 #include "platform/Platform.h"
+#include "shell/ChainPanels.h"
 #include "shell/LastState.h"
+#include "shell/Look.h"
 #include "shell/MasterControl.h"
 #include "shell/Notices.h"
 #include "shell/PeriodicService.h"
+#include "shell/RecordEdits.h"
 #include "text/modDebug.h"
 #include "widgets/Forms.h"
 
@@ -43,12 +46,16 @@ struct Session {
   SpectrumReader spectrumReader;
   modSettings setups;
   Forms forms;
+  EditHistory history;
+  RecordEdits edits;
   MasterControl master;
   PeriodicService periodic;
+  ChainPanels panels;
   LastState lastState;
+  Look look;
   FrmSplash splash;
   FrmDebug debug{forms};
-  SetupContext setupContext{settings, setups, platform.files, platform.desk, forms};
+  SetupContext setupContext{settings, setups, platform.files, platform.desk, forms, history};
   StoSet stoSet{setupContext};
   RecSet recSet{setupContext};
   Description description{setupContext};
@@ -58,9 +65,6 @@ struct Session {
   void Start();
   // Brings the unit up to the record, fitting it anew where an edit has asked for that and it would matter.
   void SendChanges();
-  // Edits an element of the record by text, with all that an edit of that field entails. False and a reason
-  // in error, with the record untouched, where the text is no value for it.
-  bool EditRecord(const FieldRow& row, int i, int j, std::string_view text, std::string& error);
   // The master panel is to be fitted and shown anew when it becomes the active window again.
   void QueueRefresh(bool wanted) { refreshOnActivate = wanted; }
   // The factory setup in place of what is set; a link that stands keeps its port and rate.
@@ -76,6 +80,11 @@ struct Session {
   void FillReadBackHooks();
   void FillSetupHooks();
   void FillFileMenuHooks();
+  void FillEditHooks();
+  void FillPanelHooks();
+  void ShowRecord();
+  void ChooseDisplay(std::int16_t which);
+  bool OpenHelp(int context) const;
   void ConnectAtStart();
   void ShowObjectLog();
   void Activated();

@@ -23,8 +23,8 @@ TEST_F(Connection, OpensConfiguresAndProbes) {
   EXPECT_FALSE(session.settings.linkReady);
   EXPECT_FALSE(session.periodic.tmrBargraph->Enabled());
   EXPECT_EQ(State(), "1");
-  EXPECT_TRUE(session.master.mnuConnect.Checked());
-  EXPECT_FALSE(session.master.mnuDisconnect.Checked());
+  EXPECT_TRUE(session.master.menus.mnuConnect.Checked());
+  EXPECT_FALSE(session.master.menus.mnuDisconnect.Checked());
 
   session.periodic.pollMode = 2;
   EXPECT_TRUE(device.InitComPort(true));
@@ -57,7 +57,7 @@ TEST_F(Connection, AbsentPort) {
       "48|Invalid/Unavailable for Local Veltrana Connection|COM7 is either invalid or unavailable. Please "
       "select another port for the Veltrana");
   EXPECT_EQ(State(), "2");
-  EXPECT_TRUE(session.master.mnuConnect.Checked());
+  EXPECT_TRUE(session.master.menus.mnuConnect.Checked());
   EXPECT_FALSE(session.periodic.tmrBargraph->Enabled());
   EXPECT_EQ(session.master.lblStatus.core.Caption(), "COM7 is not there");
 }

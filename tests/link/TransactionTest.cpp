@@ -50,8 +50,8 @@ TEST_F(Transactions, PacketGivesUpWithoutABox) {
   EXPECT_FALSE(test.ports.state.open);
   EXPECT_FALSE(test.ports.state.config.dtr);
   EXPECT_EQ(State(), "2");
-  EXPECT_EQ(session.master.mnuConnect.Checked(), false);
-  EXPECT_EQ(session.master.mnuDisconnect.Checked(), true);
+  EXPECT_EQ(session.master.menus.mnuConnect.Checked(), false);
+  EXPECT_EQ(session.master.menus.mnuDisconnect.Checked(), true);
 }
 
 TEST_F(Transactions, CommandGivesUpWithItsNumberInTheBox) {

@@ -117,7 +117,7 @@ TEST_F(ReadBack, FirstBlockThatDoesNotComeEndsIt) {
   };
   const std::function<void()> failures[] = {
       [] {}, otherReply, [this] { reader.hooks.ending = [] { return true; }; },
-      [this] { reader.hooks.runEvents = [this] { session.master.mnuDisconnect.Click(); }; },
+      [this] { reader.hooks.runEvents = [this] { session.master.menus.mnuDisconnect.Click(); }; },
       [this] { test.ports.state.gone = true; }};
   for (const auto& how : failures) {
     failure = how;
@@ -127,7 +127,7 @@ TEST_F(ReadBack, FirstBlockThatDoesNotComeEndsIt) {
       EXPECT_EQ(addresses.size(), failingRequest + 1);
       test.ports.state.gone = false;
       reader.hooks = hooks;
-      if (!session.device.comm.CommPortOpen) session.master.mnuConnect.Click();
+      if (!session.device.comm.CommPortOpen) session.master.menus.mnuConnect.Click();
     }
   }
 }

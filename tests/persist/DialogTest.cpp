@@ -1,5 +1,6 @@
 // The store and recall windows with what belongs to them, by control name and on real files.
 #include "SetupFixture.h"
+#include "VirtualClock.h"
 #include "persist/Description.h"
 #include "persist/FrmWorkingFolder.h"
 #include "persist/RecSet.h"
@@ -13,7 +14,9 @@ namespace fs = std::filesystem;
 
 struct Dialogs : support::SetupFixture {
   Forms forms;
-  SetupContext context{settings, setups, files, desk, forms};
+  support::VirtualClock clock;
+  EditHistory history{settings, clock};
+  SetupContext context{settings, setups, files, desk, forms, history};
   StoSet store{context};
   RecSet recall{context};
   Description description{context};

@@ -86,6 +86,7 @@ struct RandomEdits : support::DownloadRun {
 
   // The port and its rate are left alone: the line would no longer lead to the unit.
   void EditSomething() {
+    if (Between(0, 5) == 0) return GoBackAndForth();
     const FieldRow& row = AnyField();
     const auto [outer, inner] = row.extent;
     const int i = static_cast<int>(Between(outer.first, outer.last));
@@ -94,6 +95,12 @@ struct RandomEdits : support::DownloadRun {
     if (!bounds || row.name == "comPort" || row.name == "baudIndex") return;
     const bool whole = !std::holds_alternative<float>(row.value(record, i, j));
     Edit(std::string(row.name), AnyValue(*bounds, whole), i, j);
+  }
+
+  void GoBackAndForth() {
+    const bool back = Between(0, 2) > 0;
+    edits.emplace_back(back ? "undo " + session.history.UndoTitle() : "redo " + session.history.RedoTitle());
+    back ? session.history.Undo() : session.history.Redo();
   }
 
   void EditFor(int times) {

@@ -198,9 +198,9 @@ struct LostLinks : Downloads {
 
   std::vector<Frame> FullDownload() {
     unit.PlugInAnother();
-    session.master.mnuDisconnect.Click();
+    session.master.menus.mnuDisconnect.Click();
     unit.frames.clear();
-    session.master.mnuConnect.Click();
+    session.master.menus.mnuConnect.Click();
     std::vector<Frame> frames;
     for (const Frame& frame : unit.frames) {
       if (!IsPoll(frame)) frames.push_back(frame);
@@ -209,11 +209,11 @@ struct LostLinks : Downloads {
   }
 
   void FailAt(std::size_t frame, WatchedUnit::Failure how) {
-    session.master.mnuDisconnect.Click();
+    session.master.menus.mnuDisconnect.Click();
     unit.PlugInAnother();
     test.desk.boxes.clear();
     unit.FailAt(frame, how, test.ports.state);
-    session.master.mnuConnect.Click();
+    session.master.menus.mnuConnect.Click();
   }
 
   // The record as the operator knows it: the marks of the run aside.
@@ -262,7 +262,7 @@ TEST_F(LostLinks, EveryFrameCanFailAndTheReconnectMendsIt) {
       ASSERT_FALSE(test.ports.state.open || test.desk.hourglass);
       ASSERT_TRUE(Known() == known);
       unit.Recover();
-      session.master.mnuConnect.Click();
+      session.master.menus.mnuConnect.Click();
       ASSERT_EQ(test.desk.boxes.size(), 1U);
       ASSERT_TRUE(Connected());
       ASSERT_EQ(unit.Dump(), undisturbed);
@@ -284,7 +284,7 @@ TEST_F(LostLinks, EditLostOnItsWayGoesOutWithTheReconnect) {
   Settle();
   EXPECT_EQ(unit.Dump(), before);
   test.ports.state.gone = false;
-  session.master.mnuConnect.Click();
+  session.master.menus.mnuConnect.Click();
   const std::string mended = unit.Dump();
   EXPECT_EQ(Stage(2).algorithm, 2);
   FullDownload();

@@ -53,13 +53,13 @@ struct FaultySession {
         session.device.SendDataPacket(payload, static_cast<int>(Below(300)), 5, Below(2) == 0);
         break;
       case 2:
-        session.master.mnuAbout.Click();
+        session.master.menus.mnuAbout.Click();
         break;
       case 3:
-        session.master.mnuConnect.Click();
+        session.master.menus.mnuConnect.Click();
         break;
       case 4:
-        session.master.mnuDisconnect.Click();
+        session.master.menus.mnuDisconnect.Click();
         break;
       case 5:
         session.periodic.eqLevelsWanted = Below(2) == 0;
@@ -103,7 +103,7 @@ TEST(FaultySessions, TenThousandLeaveTheRecordAlone) {
     ASSERT_LT(faulty.test.clock.Seconds(), longestVirtualSeconds);
     const std::string& state = faulty.session.periodic.connectionState;
     ASSERT_EQ(state, faulty.session.device.comm.CommPortOpen ? "1" : "2");
-    faulty.session.master.mnuExit.Click();
+    faulty.session.master.menus.mnuExit.Click();
     ASSERT_FALSE(faulty.test.ports.state.open);
     for (const auto& shown : faulty.test.desk.boxes) ++told[shown.title];
   }

@@ -14,11 +14,11 @@ struct Periodic : support::LinkFixture {
   // where the bars moved.
   std::string Ticks(int count) {
     for (asked.clear(); count > 0; --count) {
-      session.master.lbOutputLeft.SetReading("old");
+      session.master.chain.lbOutputLeft.SetReading("old");
       test.loop.RunFor(50);
       for (const auto& frame : unit.sent) asked += frame.bytes[3] == 0xE8 ? "M" : "E";
       unit.sent.clear();
-      asked += session.master.lbOutputLeft.Reading() == "old" ? "." : "|";
+      asked += session.master.chain.lbOutputLeft.Reading() == "old" ? "." : "|";
     }
     return asked;
   }
@@ -50,7 +50,7 @@ TEST_F(Periodic, EveryModeAsksForItsOwn) {
   EXPECT_EQ(Ticks(1), "E.");
   device.DisconnectZorq(true);
   Ticks(1);
-  EXPECT_EQ(session.master.lbInputLeft.Reading(), "no unit");
+  EXPECT_EQ(session.master.chain.inputs[0].bar.Reading(), "no unit");
   session.settings.extraStages[6] = 1;
   Ticks(2);
   EXPECT_EQ(oversize, "-+");

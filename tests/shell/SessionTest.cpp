@@ -23,7 +23,7 @@ struct Sessions : support::LinkFixture {
     for (const auto& frame : unit.sent) codes += support::Hex({frame.bytes[3]}) + " ";
     return codes;
   }
-  const std::string& Shown() const { return master.txtComInfo.Text(); }
+  const std::string& Shown() const { return master.top.txtComInfo.Text(); }
 };
 
 TEST_F(Sessions, StartConnectsInTheToldOrder) {
@@ -45,12 +45,12 @@ TEST_F(Sessions, StartWithoutAUnitWorksOn) {
   EXPECT_EQ(OnlyBox().substr(0, 23), "48|Veltrana Not Present");
   test.loop.RunFor(150);
   EXPECT_EQ(Shown(), "COM 1 is closed");
-  EXPECT_EQ(master.lbInputLeft.Value(), 0);
-  EXPECT_EQ(master.lbInputLeft.Reading(), "no unit");
+  EXPECT_EQ(master.chain.inputs[0].bar.Value(), 0);
+  EXPECT_EQ(master.chain.inputs[0].bar.Reading(), "no unit");
   EXPECT_EQ(session.forms.Top(), &master.form);
-  const int image = master.pbxInfoPic.Image();
+  const int image = master.top.pbxInfoPic.Image();
   test.loop.RunFor(1000);
-  EXPECT_EQ(master.pbxInfoPic.Image(), image);  // the icon stands still
+  EXPECT_EQ(master.top.pbxInfoPic.Image(), image);  // the icon stands still
 }
 
 TEST_F(Sessions, PollingKeepsBarsAndIconAlive) {
@@ -58,14 +58,14 @@ TEST_F(Sessions, PollingKeepsBarsAndIconAlive) {
   unit.sent.clear();
   test.loop.RunFor(1000);
   EXPECT_NEAR(static_cast<double>(unit.sent.size()), 10.0, 1.0);  // one tick sends, the next one reads
-  EXPECT_EQ(master.lbInputLeft.Reading(), "-20.0 dB");
-  EXPECT_EQ(master.lbInputLeft.Value(), DbToBarPosition(-20.0));
-  EXPECT_EQ(master.lbOutputLeft.Reading(), "0.0 dB");
-  EXPECT_EQ(master.lbOutputLeft.Value(), 83);
-  EXPECT_EQ(master.lbOutputRight.Value(), 0);
-  const int image = master.pbxInfoPic.Image();
+  EXPECT_EQ(master.chain.inputs[0].bar.Reading(), "-20.0 dB");
+  EXPECT_EQ(master.chain.inputs[0].bar.Value(), DbToBarPosition(-20.0));
+  EXPECT_EQ(master.chain.lbOutputLeft.Reading(), "0.0 dB");
+  EXPECT_EQ(master.chain.lbOutputLeft.Value(), 83);
+  EXPECT_EQ(master.chain.lbOutputRight.Value(), 0);
+  const int image = master.top.pbxInfoPic.Image();
   test.loop.RunFor(100);
-  EXPECT_EQ(master.pbxInfoPic.Image(), image % 8 + 1);
+  EXPECT_EQ(master.top.pbxInfoPic.Image(), image % 8 + 1);
 }
 
 TEST_F(Sessions, LimiterThresholdIsMarkedWhileItIsIn) {
@@ -73,11 +73,11 @@ TEST_F(Sessions, LimiterThresholdIsMarkedWhileItIsIn) {
   session.settings.limiterEnabled = 1;
   session.settings.limiterThreshold = 1;
   test.loop.RunFor(100);
-  EXPECT_EQ(master.lbInputRight.MarkerStyle(), 0);
-  EXPECT_EQ(master.lbInputRight.MarkerValue(1), DbToBarPosition(-9.0));
+  EXPECT_EQ(master.chain.inputs[1].bar.MarkerStyle(), 0);
+  EXPECT_EQ(master.chain.inputs[1].bar.MarkerValue(1), DbToBarPosition(-9.0));
   session.settings.limiterEnabled = 0;
   test.loop.RunFor(100);
-  EXPECT_EQ(master.lbInputRight.MarkerStyle(), HiddenMarker);
+  EXPECT_EQ(master.chain.inputs[1].bar.MarkerStyle(), HiddenMarker);
   EXPECT_EQ(LimiterThresholdDb(0), -6.0);
   EXPECT_EQ(LimiterThresholdDb(3), -15.0);
 }
@@ -118,26 +118,26 @@ TEST_F(Sessions, YesToTheUpdateFreesThePortFirst) {
 
 TEST_F(Sessions, ChangeOfThePortAsksWhileConnected) {
   Start();
-  master.mnuComSelect(4).Click();  // Cancel is the safe answer
+  master.menus.mnuComSelect(4).Click();  // Cancel is the safe answer
   EXPECT_EQ(OnlyBox(),
             "1|COM Port Change|Changing the COM Port will disconnect the current session.  To connect using "
             "the new "
             "COM Port setting use the 'Connect to Veltrana' menu option under the 'Settings' menu.");
   EXPECT_TRUE(device.comm.CommPortOpen);
   EXPECT_EQ(session.settings.comPort, 1);
-  EXPECT_TRUE(master.mnuComSelect(1).Checked());
-  EXPECT_FALSE(master.mnuComSelect(4).Checked());
+  EXPECT_TRUE(master.menus.mnuComSelect(1).Checked());
+  EXPECT_FALSE(master.menus.mnuComSelect(4).Checked());
 
   test.desk.answers = {Answer::Ok};
-  master.mnuComSelect(4).Click();
+  master.menus.mnuComSelect(4).Click();
   EXPECT_FALSE(device.comm.CommPortOpen);
   EXPECT_EQ(session.settings.comPort, 4);
-  EXPECT_TRUE(master.mnuComSelect(4).Checked());
+  EXPECT_TRUE(master.menus.mnuComSelect(4).Checked());
   test.loop.RunFor(150);
   EXPECT_EQ(Shown(), "COM 4 is closed");
 
   test.desk.boxes.clear();
-  master.mnuComSelect(9).Click();  // closed: no question, and the text follows
+  master.menus.mnuComSelect(9).Click();  // closed: no question, and the text follows
   EXPECT_TRUE(test.desk.boxes.empty());
   test.loop.RunFor(150);
   EXPECT_EQ(Shown(), "COM 9 is closed");
@@ -146,27 +146,27 @@ TEST_F(Sessions, ChangeOfThePortAsksWhileConnected) {
 TEST_F(Sessions, ChangeOfTheRateAsksEvenForTheSameOne) {
   Start();
   test.desk.answers = {Answer::Ok};
-  master.mnuBaudSelect(4).Click();
+  master.menus.mnuBaudSelect(4).Click();
   EXPECT_EQ(test.desk.boxes.size(), 1U);
   EXPECT_FALSE(device.comm.CommPortOpen);
-  master.mnuBaudSelect(1).Click();
+  master.menus.mnuBaudSelect(1).Click();
   EXPECT_EQ(session.settings.baudIndex, 1);
-  EXPECT_TRUE(master.mnuBaudSelect(1).Checked());
-  EXPECT_FALSE(master.mnuBaudSelect(4).Checked());
-  master.mnuConnect.Click();
+  EXPECT_TRUE(master.menus.mnuBaudSelect(1).Checked());
+  EXPECT_FALSE(master.menus.mnuBaudSelect(4).Checked());
+  master.menus.mnuConnect.Click();
   test.loop.RunFor(150);
   EXPECT_EQ(Shown(), "Connected COM 1 14400 Baud");
   EXPECT_EQ(test.ports.state.config.baud, 14400U);
-  master.mnuDisconnect.Click();
+  master.menus.mnuDisconnect.Click();
   test.loop.RunFor(150);
   EXPECT_EQ(Shown(), "COM 1 is closed");
-  EXPECT_EQ(master.lbOutputLeft.Reading(), "no unit");
+  EXPECT_EQ(master.chain.lbOutputLeft.Reading(), "no unit");
 }
 
 TEST_F(Sessions, AboutWithoutAUnitKnowsNoVersions) {
   Start();
-  master.mnuDisconnect.Click();
-  master.mnuAbout.Click();
+  master.menus.mnuDisconnect.Click();
+  master.menus.mnuAbout.Click();
   EXPECT_NE(test.desk.boxes[0].text.find("Firmware Version: Unknown\nBoot ROM Version: Unknown"),
             std::string::npos);
 }
@@ -175,7 +175,7 @@ TEST_F(Sessions, SecondPressOfTheUpdateKeyUpdates) {
   Start();
   const auto press = master.form.keys.at("Alt+U");
   press();
-  master.mnuAbout.Click();
+  master.menus.mnuAbout.Click();
   test.desk.boxes.clear();
   press();
   ASSERT_FALSE(test.desk.boxes.empty());
@@ -188,7 +188,7 @@ TEST_F(Sessions, SecondPressOfTheUpdateKeyUpdates) {
 
 TEST_F(Sessions, ExitLeavesNothingButTheObjectLog) {
   Start();
-  master.mnuExit.Click();
+  master.menus.mnuExit.Click();
   EXPECT_TRUE(test.loop.Ending());
   EXPECT_FALSE(test.ports.state.open);
   EXPECT_FALSE(test.ports.state.config.dtr);

@@ -52,7 +52,7 @@ struct Outing : TestSession {
   }
   void Edit(const std::string& field, const std::string& text, int i = 0, int j = 0) {
     std::string error;
-    EXPECT_TRUE(session.EditRecord(*FindField(field), i, j, text, error)) << error;
+    EXPECT_TRUE(session.edits.ByText(*FindField(field), i, j, text, {}, error)) << error;
   }
   // By names, as the operator does it.
   std::string Do(const std::string& control, const std::string& text = {}) {
@@ -89,8 +89,8 @@ TEST_F(States, AFirstStartIsOnTheFactorySetupAndTheNextOnTheLastState) {
   Session& session = second.Started();
   EXPECT_EQ(SetupOf(session), left);
   EXPECT_EQ(session.settings.bandwidthHz, 8000);
-  EXPECT_TRUE(session.master.mnuBaudSelect(2).Checked());
-  EXPECT_FALSE(session.master.mnuBaudSelect(4).Checked());
+  EXPECT_TRUE(session.master.menus.mnuBaudSelect(2).Checked());
+  EXPECT_FALSE(session.master.menus.mnuBaudSelect(4).Checked());
   session.Exit();
   EXPECT_EQ(Content(last), left);
 }
@@ -264,12 +264,12 @@ TEST_F(States, ANewSetupIsAskedForAndKeepsTheLink) {
   // A link on another port than the factory setup's.
   session.device.DisconnectZorq(true);
   session.settings.comPort = 3;
-  session.master.mnuConnect.Click();
+  session.master.menus.mnuConnect.Click();
   run.desk.answers = {Answer::Yes};
   EXPECT_EQ(run.Do("mnuNew"), "");
   EXPECT_EQ(session.settings.bandwidthIndex, 0);
   EXPECT_EQ(session.settings.comPort, 3);
-  EXPECT_TRUE(session.master.mnuComSelect(3).Checked());
+  EXPECT_TRUE(session.master.menus.mnuComSelect(3).Checked());
   EXPECT_TRUE(session.settings.linkReady && session.device.comm.CommPortOpen);
   EXPECT_FALSE(session.settings.loadingSetup);
   EXPECT_EQ(session.master.form.Caption(), "Veltrana Master Control Panel");

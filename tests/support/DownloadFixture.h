@@ -24,15 +24,16 @@ struct DownloadRun {
   void Edit(const std::string& name, const std::string& text, int i = 0, int j = 0) {
     std::string error;
     edits.push_back(name + "[" + std::to_string(i) + "][" + std::to_string(j) + "] = " + text);
-    EXPECT_TRUE(session.EditRecord(*vc::FindField(name), i, j, text, error)) << edits.back() << ": " << error;
+    EXPECT_TRUE(session.edits.ByText(*vc::FindField(name), i, j, text, {}, error))
+        << edits.back() << ": " << error;
   }
 
   // Long enough for any change to have gone out.
   void Settle() { test.loop.RunFor(700); }
 
   void Reconnect() {
-    session.master.mnuDisconnect.Click();
-    session.master.mnuConnect.Click();
+    session.master.menus.mnuDisconnect.Click();
+    session.master.menus.mnuConnect.Click();
   }
 
   bool Connected() const {

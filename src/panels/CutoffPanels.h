@@ -1,0 +1,72 @@
+// The panels of the cut-off filters: one edge (CtlLPF, CtlHPF), or a band between two (CtlBPF, CtlBSF).
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "panels/ResponseCurve.h"
+#include "panels/SliderText.h"
+
+namespace vc {
+
+using StageField = PerStage<std::int16_t> SystemSettings::*;
+
+struct EdgeFilter {
+  const char* form;
+  const char* title;
+  std::int16_t kind;
+  StageField cutoff, slope, atten;
+  double reach;   // Hz that the cut-off stays below bandwidthHz
+  double weight;  // of the edge in the slope's law
+};
+extern const EdgeFilter CtlLPF, CtlHPF;
+
+struct EdgePanel {
+  EdgePanel(const PanelContext& context, const EdgeFilter& edgeFilter);
+
+  const EdgeFilter& filter;
+  Panel panel;
+  ResponseCurve response;
+  Frame fraSettings{panel.form, "fraSettings", ""};
+  SliderText cutoff;
+  SliderText slope;
+  SliderText atten;
+  PanelFoot foot{panel, "btnFilterActive", "Active"};
+};
+
+struct BandFilter {
+  const char* form;
+  const char* title;
+  std::int16_t kind;
+  StageField loCutoff, hiCutoff, slope, atten;
+  double loWeight, hiWeight;
+};
+extern const BandFilter CtlBPF, CtlBSF;
+
+struct BandPanel {
+  BandPanel(const PanelContext& context, const BandFilter& bandFilter);
+
+  const BandFilter& filter;
+  Panel panel;
+  ResponseCurve response;
+  Frame fraSettings{panel.form, "fraSettings", ""};
+  SliderText loCutoff;
+  SliderText hiCutoff;
+  SliderField slope;
+  SliderEntry loSlope;
+  SliderEntry hiSlope;
+  SliderText atten;
+  PanelFoot foot{panel, "btnFilterActive", "Active"};
+
+ private:
+  void StoreLower(double position);
+  void StoreUpper(double position);
+  // Where an edge was stopped by the other one.
+  void Force(Slider& slider, std::int16_t edge);
+  void ShowSlopes();
+
+  std::int16_t& Lower() { return (panel.settings.*filter.loCutoff)[panel.settings.curFilter]; }
+  std::int16_t& Upper() { return (panel.settings.*filter.hiCutoff)[panel.settings.curFilter]; }
+};
+
+}  // namespace vc

@@ -1,0 +1,51 @@
+#include "panels/Panel.h"
+
+#include "model/Settings.h"
+
+namespace vc {
+
+Panel::Panel(const PanelContext& opened, const std::string& name, const std::string& title)
+    : context(opened), settings(context.settings), form(name, title + context.suffix) {
+  form.keys["Ctrl+Z"] = [this] { context.history.Undo(); };
+  form.keys["Ctrl+Shift+Z"] = [this] { context.history.Redo(); };
+  form.activated = [this] { context.activated(); };
+  form.unloaded = [this] {
+    context.history.CloseStep();
+    context.unloaded();
+  };
+}
+
+void Panel::Edit(const ControlCore& source, const std::string& title, const std::function<void()>& action) {
+  context.history.Edit(title, form.name + "." + source.FullName(), action);
+  MarkEdited(settings);
+  if (!filling) shown();
+}
+
+void Panel::Fill() {
+  filling = true;
+  for (const auto& fill : parameters) fill();
+  filling = false;
+  shown();
+}
+
+PanelFoot::PanelFoot(Panel& owner, const std::string& switchName, const std::string& switchCaption)
+    : blockSwitch(owner.form, switchName, switchCaption, GraphicButton::Style::Latching),
+      btnOK(owner.form, "btnOK", "OK"),
+      panel(owner) {
+  blockSwitch.clicked = [this] {
+    if (panel.context.blockSwitch != nullptr) panel.context.blockSwitch->Click();
+    ShowSwitch();
+  };
+  btnOK.clicked = [this] { panel.Close(); };
+  panel.form.closeRequested = [this] { btnOK.Click(); };
+  panel.form.keys["Escape"] = [this] { btnOK.Click(); };
+  panel.parameters.emplace_back([this] { ShowSwitch(); });
+}
+
+void PanelFoot::ShowSwitch() {
+  const GraphicButton* master = panel.context.blockSwitch;
+  blockSwitch.core.SetEnabled(master != nullptr && master->core.Usable());
+  blockSwitch.SetValue(master == nullptr ? 0 : master->Value());
+}
+
+}  // namespace vc

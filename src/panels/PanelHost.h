@@ -1,0 +1,39 @@
+// The table of the panels, and the one panel that is open.
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string_view>
+
+#include "panels/Panel.h"
+
+namespace vc {
+
+// A panel of any kind, as its owner holds it.
+struct AnyPanel {
+  std::shared_ptr<void> object;
+  Panel* panel = nullptr;
+};
+
+struct PanelHost {
+  // False where no panel has this name yet.
+  static bool Has(std::string_view name);
+
+  // Makes the panel of this name, fills it and shows it; one that is still open is unloaded before.
+  void Open(std::string_view name, const PanelContext& context, Modality modality);
+  // Makes it and fills it, which has its stage computed anew, and drops it without showing it.
+  static void LoadUnshown(std::string_view name, const PanelContext& context);
+  void Close();
+  // Shows the record anew, after something else than the panel has changed it.
+  void Refresh();
+  bool IsOpen() const { return open.panel != nullptr; }
+  Panel* Current() const { return open.panel; }
+
+ private:
+  void Forget();
+
+  AnyPanel open;
+  AnyPanel closing;  // it may be the panel whose handler has led to its end
+};
+
+}  // namespace vc

@@ -1,0 +1,58 @@
+#include "panels/ProcessorPanels.h"
+
+#include "model/Kinds.h"
+
+namespace vc {
+namespace {
+
+constexpr double LeastCutoff = 100, MostCutoff = 500;  // Hz
+
+Element Of(Panel& panel, std::int16_t SystemSettings::*field) {
+  return [&panel, field]() -> std::int16_t& { return panel.settings.*field; };
+}
+
+// In Mono there is nothing to link.
+void HideInMono(Panel& panel, Frame& frame) {
+  panel.parameters.emplace_back(
+      [&panel, &frame] { frame.core.SetVisible(panel.settings.configMode != ConfigMode::Mono); });
+}
+
+}  // namespace
+
+const HighpassBlock IHPFSetup{"IHPFSetup", "Input HPF Config", &SystemSettings::ihpfCutoff};
+const HighpassBlock OHPFSetup{"OHPFSetup", "Output HPF Config", &SystemSettings::ohpfCutoff};
+
+HighpassPanel::HighpassPanel(const PanelContext& context, const HighpassBlock& block)
+    : panel(context, block.form, block.title),
+      cutoff(
+          panel, fraSettings, "Cutoff Frequency", "sldrCutoff", "txtCutoff", WholeTens("Hz"),
+          [] {
+            return SliderRange{LeastCutoff, MostCutoff};
+          },
+          Of(panel, block.cutoff)) {}
+
+AGCSetup::AGCSetup(const PanelContext& context)
+    : panel(context, "AGCSetup", "AGC Config"),
+      optLinked(panel, fraChoices, "fraLinked", "Link", "optLinked", {"Independent", "Linked"},
+                Of(panel, &SystemSettings::agcLinked)),
+      optGain(panel, fraChoices, "fraGain", "Maximum Gain", "optGain",
+              {"5dB", "10dB", "15dB", "20dB", "25dB", "30dB", "35dB"}, Of(panel, &SystemSettings::agcGain)),
+      optRelease(panel, fraChoices, "fraRelease", "Release Time", "optRelease",
+                 {"400 milliseconds", "200 milliseconds", "100 milliseconds", "50 milliseconds"},
+                 Of(panel, &SystemSettings::agcRelease)) {
+  HideInMono(panel, optLinked.frame);
+}
+
+LimiterSetup::LimiterSetup(const PanelContext& context)
+    : panel(context, "LimiterSetup", "Limiter Config"),
+      optLinked(panel, fraChoices, "fraLinked", "Link", "optLinked", {"Independent", "Linked"},
+                Of(panel, &SystemSettings::limiterLinked)),
+      optThreshold(panel, fraChoices, "fraThreshold", "Threshold", "optThreshold",
+                   {"-6dB", "-9dB", "-12dB", "-15dB"}, Of(panel, &SystemSettings::limiterThreshold)),
+      optRelease(panel, fraChoices, "fraRelease", "Release Time", "optRelease",
+                 {"0.125 seconds", "0.250 seconds", "0.500 seconds", "1.0 seconds"},
+                 Of(panel, &SystemSettings::limiterRelease)) {
+  HideInMono(panel, optLinked.frame);
+}
+
+}  // namespace vc

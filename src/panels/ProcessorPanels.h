@@ -1,0 +1,42 @@
+// The panels of the fixed blocks at the ends of the chain.
+#pragma once
+
+#include "panels/SliderText.h"
+
+namespace vc {
+
+struct HighpassBlock {
+  const char* form;
+  const char* title;
+  std::int16_t SystemSettings::*cutoff;
+};
+extern const HighpassBlock IHPFSetup, OHPFSetup;
+
+struct HighpassPanel {
+  HighpassPanel(const PanelContext& context, const HighpassBlock& block);
+
+  Panel panel;
+  Frame fraSettings{panel.form, "fraSettings", ""};
+  SliderText cutoff;
+  PanelFoot foot{panel, "btnActive", "Active"};
+};
+
+struct AGCSetup {
+  explicit AGCSetup(const PanelContext& context);
+
+  Panel panel;
+  Frame fraChoices{panel.form, "fraChoices", "", Arrangement::Columns};
+  OptionField optLinked, optGain, optRelease;
+  PanelFoot foot{panel, "btnAgc", "AGC"};
+};
+
+struct LimiterSetup {
+  explicit LimiterSetup(const PanelContext& context);
+
+  Panel panel;
+  Frame fraChoices{panel.form, "fraChoices", "", Arrangement::Columns};
+  OptionField optLinked, optThreshold, optRelease;
+  PanelFoot foot{panel, "btnLimiter", "Limiter"};
+};
+
+}  // namespace vc

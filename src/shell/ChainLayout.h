@@ -1,0 +1,121 @@
+// The master control panel's picture of the chain: its controls, laid out as the signal flows.
+#pragma once
+
+#include <array>
+#include <string>
+
+#include "panels/SliderText.h"
+#include "shell/ConnectionIcon.h"
+#include "widgets/Controls.h"
+#include "widgets/GraphicButton.h"
+#include "widgets/LevelBar.h"
+
+namespace vc {
+
+// What is above the chain: the link, the switches of the whole unit, how the chain is laid out, the displays.
+struct TopRow {
+  explicit TopRow(Form& owner);
+  Form& form;
+
+  Frame fraTop{form, "fraTop", "", Arrangement::Columns};
+  Frame fraConnection{fraTop, "fraConnection", "Connection"};
+  Picture pbxInfoPic{fraConnection, "pbxInfoPic", "Activity", ConnectionIconImages, DrawConnectionIcon};
+  TextBox txtComInfo{fraConnection, "txtComInfo", "State"};
+  Frame fraLayout{fraTop, "fraLayout", "Setup"};
+  ListBox cmbBandwidth{fraLayout, "cmbBandwidth", "Bandwidth"};
+  ListBox cmbConfig{fraLayout, "cmbConfig", "Configuration"};
+  Frame fraNumFilters{fraTop, "fraNumFilters", "Number of Filters", Arrangement::Columns};
+  OptionGroup optNumFilters{fraNumFilters, "optNumFilters", 0, {"1", "2", "3", "4", "5", "6"}};
+  Frame fraUnit{fraTop, "fraUnit", "Whole Chain"};
+  GraphicButton btnProcEnabled{fraUnit, "btnProcEnabled", "Process", GraphicButton::Style::Latching};
+  GraphicButton btnAdaptEnabled{fraUnit, "btnAdaptEnabled", "Adapt", GraphicButton::Style::Latching};
+  GraphicButton btnClearAll{fraUnit, "btnClearAll", "Clear All", GraphicButton::Style::Push};
+  Frame fraDisplays{fraTop, "fraDisplays", "Displays"};
+  GraphicButton btnSpecAnalyzer{fraDisplays, "btnSpecAnalyzer", "Spectrum", GraphicButton::Style::Latching};
+  GraphicButton btnCoeffDisplay{fraDisplays, "btnCoeffDisplay", "Coefficients",
+                                GraphicButton::Style::Latching};
+};
+
+// One channel's input: what the operator gives it and what comes in.
+struct InputChannel {
+  InputChannel(Place place, int channel);
+  Frame frame, columns;
+  Slider sldrLevel;
+  SliderEntry gain;
+  LevelBar bar;
+  GraphicButton zero;
+};
+
+// A block that is on or off and has a window for its settings.
+struct FixedBlock {
+  FixedBlock(Place place, const std::string& name, const std::string& caption);
+  Frame frame;
+  GraphicButton active, config;
+};
+
+// An equalizer or a broadband stage: its kind can be chosen. Family is "Eq" or "Broadband".
+struct KindBlock {
+  KindBlock(Place place, const std::string& family, int number);
+  Frame frame;
+  ListBox kind;
+  GraphicButton active, config;
+};
+
+// A filter stage: what adapts can be stopped and cleared.
+struct FilterBlock {
+  FilterBlock(Place place, int stage);
+  Frame frame;
+  ListBox kind;
+  GraphicButton active, config, adapt, clear;
+};
+
+struct ChainLayout {
+  explicit ChainLayout(Form& owner);
+  Form& form;
+
+  Frame fraSignal{form, "fraSignal", "", Arrangement::Flow};
+
+  Frame fraInputs{fraSignal, "fraInputs", "Inputs"};
+  Frame fraInputHead{fraInputs, "fraInputHead", "", Arrangement::Columns};
+  Label lblGain{fraInputHead, "lblGain", "Gain and Level"};
+  Label lblSwap{fraInputHead, "lblSwap", "(Swap)"};
+  std::array<InputChannel, 2> inputs{InputChannel{fraInputs, 0}, InputChannel{fraInputs, 1}};
+
+  Frame fraInputProcessor{fraSignal, "fraInputProcessor", "Input Processor"};
+  FixedBlock ihpf{fraInputProcessor, "Ihpf", "Input HPF"};
+  FixedBlock agc{fraInputProcessor, "Agc", "AGC"};
+
+  Frame fraBroadbandStages{fraSignal, "fraBroadbandStages", ""};
+  std::array<KindBlock, 2> broadband{KindBlock{fraBroadbandStages, "Broadband", 1},
+                                     KindBlock{fraBroadbandStages, "Broadband", 2}};
+
+  Frame fraStages{fraSignal, "fraStages", ""};
+  Frame fraFirstStages{fraStages, "fraFirstStages", "", Arrangement::Flow};
+  std::array<FilterBlock, 3> firstStages{FilterBlock{fraFirstStages, 1}, FilterBlock{fraFirstStages, 2},
+                                         FilterBlock{fraFirstStages, 3}};
+  Frame fraLastStages{fraStages, "fraLastStages", "", Arrangement::Flow};
+  std::array<FilterBlock, 3> lastStages{FilterBlock{fraLastStages, 4}, FilterBlock{fraLastStages, 5},
+                                        FilterBlock{fraLastStages, 6}};
+
+  Frame fraEqualizers{fraSignal, "fraEqualizers", ""};
+  std::array<KindBlock, 2> equalizers{KindBlock{fraEqualizers, "Eq", 1}, KindBlock{fraEqualizers, "Eq", 2}};
+
+  Frame fraOutputProcessor{fraSignal, "fraOutputProcessor", "Output Processor"};
+  FixedBlock ohpf{fraOutputProcessor, "Ohpf", "Output HPF"};
+  FixedBlock limiter{fraOutputProcessor, "Limiter", "Limiter"};
+
+  Frame fraOutputs{fraSignal, "fraOutputs", "Outputs"};
+  Frame fraLeftOut{fraOutputs, "fraLeftOut", ""};
+  Label lblLeftOut{fraLeftOut, "lblLeftOut", "Left"};
+  LevelBar lbOutputLeft{fraLeftOut, "lbOutputLeft", "Left Output"};
+  Frame fraRightOut{fraOutputs, "fraRightOut", ""};
+  Label lblRightOut{fraRightOut, "lblRightOut", "Right"};
+  LevelBar lbOutputRight{fraRightOut, "lbOutputRight", "Right Output"};
+
+  // Stage 1..6, and equalizer or broadband stage 1 or 2.
+  FilterBlock& Filter(int stage);
+  KindBlock& Equalizer(int number) { return equalizers.at(static_cast<std::size_t>(number - 1)); }
+  KindBlock& Broadband(int number) { return broadband.at(static_cast<std::size_t>(number - 1)); }
+};
+
+}  // namespace vc

@@ -1,0 +1,177 @@
+#include "shell/ChainPanels.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "model/Clamp.h"
+#include "model/Kinds.h"
+
+namespace vc {
+namespace {
+
+// The row of a stored kind; a kind outside its table is corrected.
+template <typename Kinds>
+const KindRow& RowOf(const Kinds& kinds, std::int16_t& kind, std::int16_t otherwise) {
+  if (kind < 0 || static_cast<std::size_t>(kind) >= kinds.size()) kind = otherwise;
+  return kinds[static_cast<std::size_t>(kind)];
+}
+
+// Runs a routine for each stage of a family, with the family's index on it.
+template <typename Routine>
+void ForEachOf(std::int16_t& current, std::int16_t count, Routine routine) {
+  const std::int16_t before = current;
+  for (current = 1; current <= count; ++current) routine(current);
+  current = before;
+}
+
+}  // namespace
+
+ChainPanels::ChainPanels(const Around& parts) : around(parts) {
+  MasterHooks& hooks = around.master.hooks;
+  hooks.openFilter = [this](int stage) { OpenFilter(stage); };
+  hooks.openEqualizer = [this](int number) { OpenEqualizer(number); };
+  hooks.openBroadband = [this](int number) { OpenBroadband(number); };
+  hooks.openBlock = [this](std::string_view panel, FixedBlock& block) { OpenBlock(panel, block); };
+  hooks.openMemory = [this](int memory) { OpenMemory(memory); };
+}
+
+PanelContext ChainPanels::ContextFor(const Block& block) {
+  return {.settings = around.settings,
+          .history = around.history,
+          .desk = around.desk,
+          .forms = around.forms,
+          .blockSwitch = block.blockSwitch,
+          .suffix = block.suffix,
+          .activated = [this] { DisplayThisFilter(); },
+          .unloaded = [this] { DisplayMasterControl(); },
+          .storeInMemory = [this](int memory, int function) { return StoreInMemory(memory, function); }};
+}
+
+void ChainPanels::Open(const std::function<Block()>& blockNow, bool besideDisplay) {
+  const Block block = blockNow();
+  if (!PanelHost::Has(block.panel)) {
+    around.desk.Box(box::Information, std::string(block.name) + block.suffix,
+                    "The control panel of \"" + std::string(block.name) +
+                        "\" is not part of this version yet.  The filter itself works with the settings that "
+                        "are stored for it.");
+    return;
+  }
+  const bool display = around.periodic.pollMode != poll::MainLevels && besideDisplay;
+  if (display) around.forms.Hide(around.master.form);
+  host.Open(block.panel, ContextFor(block), display ? Modality::Modeless : Modality::Modal);
+  openBlock = blockNow;
+  opened = block;
+}
+
+void ChainPanels::Refresh() {
+  if (!host.IsOpen()) return;
+  if (openBlock() == opened) {
+    host.Refresh();
+  } else {
+    host.Close();
+  }
+}
+
+ChainPanels::Block ChainPanels::FilterBlockOf(int stage) {
+  const KindRow& row = RowOf(FilterKinds(), around.settings.filterType[stage], FilterKind::RefCanceller);
+  return {row.panel, row.name, around.master.FilterSuffix(stage), &around.master.chain.Filter(stage).active};
+}
+
+ChainPanels::Block ChainPanels::EqualizerBlockOf(int number) {
+  const KindRow& row = RowOf(EqKinds(), around.settings.eqType[number], EqKind::Compressor);
+  return {row.panel, row.name, around.master.EqualizerSuffix(number),
+          &around.master.chain.Equalizer(number).active};
+}
+
+ChainPanels::Block ChainPanels::BroadbandBlockOf(int number) {
+  const KindRow& row = RowOf(BroadbandKinds(), around.settings.broadbandType[number], BroadbandKind::NoiseEq);
+  return {row.panel, row.name, around.master.BroadbandSuffix(number),
+          &around.master.chain.Broadband(number).active};
+}
+
+void ChainPanels::OpenFilter(int stage) {
+  around.settings.curFilter = static_cast<std::int16_t>(stage);
+  Open([this, stage] { return FilterBlockOf(stage); },
+       around.settings.filterType[stage] != FilterKind::SpectralInverse);
+}
+
+void ChainPanels::OpenEqualizer(int number) {
+  around.settings.curEq = static_cast<std::int16_t>(number);
+  Open([this, number] { return EqualizerBlockOf(number); }, true);
+}
+
+void ChainPanels::OpenBroadband(int number) {
+  around.settings.curBroadband = static_cast<std::int16_t>(number);
+  Open([this, number] { return BroadbandBlockOf(number); }, true);
+}
+
+void ChainPanels::OpenBlock(std::string_view panel, FixedBlock& block) {
+  Open([panel, &block] { return Block{panel, panel, "", &block.active}; }, false);
+}
+
+void ChainPanels::OpenMemory(int memory) {
+  around.settings.auxMemory = static_cast<std::int16_t>(memory);
+  Open([] { return Block{"AuxCtl", "AuxCtl", "", nullptr}; }, false);
+}
+
+void ChainPanels::ConfigGeneralFilters(const std::function<void()>& runEvents) {
+  ForEachOf(around.settings.curFilter, FilterStages, [&](std::int16_t stage) {
+    runEvents();
+    const Block block = FilterBlockOf(stage);
+    PanelHost::LoadUnshown(block.panel, ContextFor(block));
+  });
+}
+
+void ChainPanels::ConfigEqualizers(const std::function<void()>& runEvents) {
+  ForEachOf(around.settings.curEq, 2, [&](std::int16_t number) {
+    runEvents();
+    const Block block = EqualizerBlockOf(number);
+    PanelHost::LoadUnshown(block.panel, ContextFor(block));
+  });
+}
+
+void ChainPanels::ConfigBroadbandFilters(const std::function<void()>& runEvents) {
+  ForEachOf(around.settings.curBroadband, 2, [&](std::int16_t number) {
+    runEvents();
+    const Block block = BroadbandBlockOf(number);
+    PanelHost::LoadUnshown(block.panel, ContextFor(block));
+  });
+}
+
+void ChainPanels::DisplayThisFilter() const {
+  if (around.periodic.pollMode == poll::Coefficients) showCoefficients();
+}
+
+void ChainPanels::DisplayMasterControl() const {
+  Forms& forms = around.forms;
+  const bool hidden = std::ranges::any_of(forms.open, [this](const Forms::Entry& entry) {
+    return entry.form == &around.master.form && entry.hidden;
+  });
+  if (around.periodic.pollMode != poll::MainLevels && hidden) forms.Show(around.master.form);
+}
+
+bool ChainPanels::StoreInMemory(int memory, int function) {
+  modDeviceComm& device = around.master.Link();
+  const std::string title = "Memory " + std::to_string(memory) + " Storage";
+  if (!device.comm.CommPortOpen) {
+    around.desk.Box(box::Exclamation, title,
+                    "There is no connection to the unit.  Nothing has been stored in its memory.");
+    return false;
+  }
+  constexpr std::uint8_t storeInMemory = 127;
+  constexpr std::int16_t longestSeconds = 60;
+  around.desk.SetHourglass(true);
+  const bool timerWasOn = around.periodic.tmrBargraph->Enabled();
+  around.periodic.EnableMainTimer(false);
+  sendPending();
+  around.desk.ShowProgress("Storing settings in the unit", 0, 1);
+  device.IssueCommand(storeInMemory, (function & 15) * 4 + (memory & 12) * 8 + (memory & 3), longestSeconds);
+  around.desk.ShowProgress("Storing settings in the unit", 1, 1);
+  around.desk.SetHourglass(false);
+  // A failure has told the operator and closed the line.
+  const bool stored = device.comm.CommPortOpen;
+  if (stored) around.periodic.EnableMainTimer(timerWasOn);
+  return stored;
+}
+
+}  // namespace vc

@@ -1,0 +1,77 @@
+// The windows of the chain's blocks, as the master control panel opens them.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "model/EditHistory.h"
+#include "panels/PanelHost.h"
+#include "platform/Desk.h"
+#include "shell/MasterControl.h"
+#include "shell/PeriodicService.h"
+#include "widgets/Forms.h"
+
+namespace vc {
+
+struct ChainPanels {
+  // What all of them work on.
+  struct Around {
+    EditHistory& history;
+    SystemSettings& settings;
+    Desk& desk;
+    Forms& forms;
+    MasterControl& master;
+    PeriodicService& periodic;
+  };
+  explicit ChainPanels(const Around& parts);
+
+  // Brings the unit up to the record at once, where an edit is waiting for that.
+  std::function<void()> sendPending = [] {};
+  // The coefficient display is to show the coefficients of the filter that is being edited.
+  std::function<void()> showCoefficients = [] {};
+
+  // Filter stage 1..6, equalizer or broadband stage 1 or 2; the fixed blocks by the name of their form; the
+  // function of a stand-alone memory, 1..10.
+  void OpenFilter(int stage);
+  void OpenEqualizer(int number);
+  void OpenBroadband(int number);
+  void OpenBlock(std::string_view panel, FixedBlock& block);
+  void OpenMemory(int memory);
+  // Shows the record anew in the panel that is open; closes it where its block is no longer of its kind.
+  void Refresh();
+  bool IsOpen() const { return host.IsOpen(); }
+
+  // Each stage's panel is made and filled, and dropped without having been shown: its stage is computed anew.
+  // lets events run between them.
+  void ConfigGeneralFilters(const std::function<void()>& runEvents);
+  void ConfigEqualizers(const std::function<void()>& runEvents);
+  void ConfigBroadbandFilters(const std::function<void()>& runEvents);
+
+  // With a display up: the coefficient display follows the panel, and the master panel comes back behind it.
+  void DisplayThisFilter() const;
+  void DisplayMasterControl() const;
+
+ private:
+  struct Block {
+    std::string_view panel, name;
+    std::string suffix;
+    GraphicButton* blockSwitch;
+    bool operator==(const Block&) const = default;
+  };
+  PanelContext ContextFor(const Block& block);
+  // The block is asked for again whenever the record has changed under its panel.
+  void Open(const std::function<Block()>& blockNow, bool besideDisplay);
+  Block FilterBlockOf(int stage);
+  Block EqualizerBlockOf(int number);
+  Block BroadbandBlockOf(int number);
+  bool StoreInMemory(int memory, int function);
+
+  Around around;
+  PanelHost host;
+  std::function<Block()> openBlock = [] { return Block{}; };
+  Block opened{};
+};
+
+}  // namespace vc

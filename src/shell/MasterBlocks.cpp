@@ -1,0 +1,99 @@
+// The blocks of the chain on the master control panel: which there are in each configuration, what they are
+// called, and whether the signal goes through them.
+#include <string>
+
+#include "model/Kinds.h"
+#include "shell/MasterControl.h"
+
+namespace vc {
+namespace {
+
+const std::string NotThere = "Not Available";
+
+struct BlockNames {
+  std::array<std::string, 2> equalizer, broadband;
+  std::string leftFilter, rightFilter;  // in front of the number
+};
+
+const BlockNames& NamesIn(std::int16_t configMode) {
+  static const std::array<BlockNames, 3> names{
+      {{{"Equalizer", NotThere}, {"Filter", NotThere}, "Filter ", "Filter "},
+       {{"Left/Right EQ", NotThere}, {"Left/Right Filter", NotThere}, "Left/Right Filter ", NotThere},
+       {{"Left Equalizer", "Right Equalizer"},
+        {"Left Filter", "Right Filter"},
+        "Left Filter ",
+        "Right Filter "}}};
+  return names.at(static_cast<std::size_t>(configMode));
+}
+
+// The stage's number within its channel.
+int NumberOf(std::int16_t configMode, int stage) {
+  return configMode == ConfigMode::StereoIndependent && stage > PairStages ? stage - PairStages : stage;
+}
+
+bool IsThere(const SystemSettings& settings, int stage) {
+  if (settings.configMode == ConfigMode::StereoLinked && stage > PairStages) return false;
+  return NumberOf(settings.configMode, stage) <= settings.numFilters;
+}
+
+std::string CaptionOf(const SystemSettings& settings, int stage) {
+  const BlockNames& names = NamesIn(settings.configMode);
+  const std::string& name = stage <= PairStages ? names.leftFilter : names.rightFilter;
+  return name == NotThere ? name : name + std::to_string(NumberOf(settings.configMode, stage));
+}
+
+std::string Suffix(const std::string& caption) { return " (" + caption + ")"; }
+
+}  // namespace
+
+void MasterControl::SetBlock(Frame& frame, const std::string& caption, bool there) {
+  frame.core.SetCaption(caption);
+  frame.core.SetEnabled(there && caption != NotThere);
+}
+
+void MasterControl::ConfigureBlocks() {
+  const BlockNames& names = NamesIn(settings.configMode);
+  for (const int side : {1, 2}) {
+    const auto place = static_cast<std::size_t>(side - 1);
+    SetBlock(chain.Equalizer(side).frame, names.equalizer.at(place), true);
+    SetBlock(chain.Broadband(side).frame, names.broadband.at(place), true);
+  }
+  for (int stage = 1; stage <= FilterStages; ++stage) {
+    SetBlock(chain.Filter(stage).frame, CaptionOf(settings, stage), IsThere(settings, stage));
+  }
+  const bool stereo = settings.configMode != ConfigMode::Mono;
+  chain.lbOutputRight.core.SetVisible(stereo);
+  chain.lblRightOut.core.SetVisible(stereo);
+  ShowStanding();
+}
+
+void MasterControl::ShowStanding() {
+  const bool processing = settings.procEnabled != 0;
+  const auto show = [processing](Frame& frame, const GraphicButton& active, bool always = false) {
+    const bool in = active.Value() == 1 && (processing || always);
+    frame.SetStanding(!frame.core.Usable() ? Standing::Plain : in ? Standing::In : Standing::Out);
+  };
+  for (int stage = 1; stage <= FilterStages; ++stage) {
+    show(chain.Filter(stage).frame, chain.Filter(stage).active);
+  }
+  for (const int side : {1, 2}) {
+    show(chain.Equalizer(side).frame, chain.Equalizer(side).active);
+    show(chain.Broadband(side).frame, chain.Broadband(side).active);
+  }
+  for (FixedBlock* block : {&chain.ihpf, &chain.agc, &chain.ohpf}) show(block->frame, block->active);
+  show(chain.limiter.frame, chain.limiter.active, true);
+}
+
+std::string MasterControl::FilterSuffix(int stage) const { return Suffix(CaptionOf(settings, stage)); }
+
+std::string MasterControl::BroadbandSuffix(int number) const {
+  return Suffix(NamesIn(settings.configMode).broadband.at(static_cast<std::size_t>(number - 1)));
+}
+
+std::string MasterControl::EqualizerSuffix(int number) const {
+  if (settings.configMode == ConfigMode::Mono) return " (Mono Equalizer)";
+  if (settings.configMode == ConfigMode::StereoLinked) return " (Left/Right Equalizer)";
+  return number == 1 ? " (Left Equalizer)" : " (Right Equalizer)";
+}
+
+}  // namespace vc

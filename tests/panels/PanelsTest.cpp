@@ -1,0 +1,268 @@
+// The panels one by one, driven by the names of their controls, with the unit on the other end of the line.
+#include <algorithm>
+
+#include "PanelRun.h"
+#include "model/FilterResponse.h"
+#include "model/Kinds.h"
+#include "model/Settings.h"
+#include "widgets/Plot.h"
+
+namespace vc {
+namespace {
+
+using support::PanelRun;
+
+std::string BlockOf(const PanelRun& run, unsigned position) {
+  std::string text;
+  const auto& block = run.Stage(position).block;
+  if (!block) return "none";
+  for (std::size_t word = 0; word < 4; ++word) {
+    text += std::to_string((*block)[2 * word] + 256 * (*block)[2 * word + 1]) + " ";
+  }
+  return text;
+}
+
+TEST(CutoffPanels, SlopesFollowTheirEdges) {
+  PanelRun run;
+  run.record.lpfTransSlope[1] = 100;
+  run.record.lpfAtten[1] = 40;
+  run.OpenFilter(1, FilterKind::Lowpass);
+  EXPECT_EQ(run.Top().Caption(), "Lowpass (Filter 1)");
+  EXPECT_EQ(run.Type("txtCutoff", "1000"), "");
+  EXPECT_EQ(run.record.lpfCutoff[1], 1000);
+  EXPECT_EQ(run.Get("txtTransSlope"), "341.4");  // 199 * 37 * 1000 / (3 * 7200) + 0.5
+  EXPECT_EQ(run.Type("txtCutoff", "500", true), "");
+  EXPECT_EQ(run.Get("txtTransSlope"), "170.9");
+  EXPECT_EQ(run.record.lpfTransSlope[1], 100);
+  EXPECT_EQ(run.Type("txtTransSlope", "99.9"), "");  // shown as typed, though only a whole n is stored
+  EXPECT_EQ(run.Get("txtTransSlope"), "99.9");
+  EXPECT_EQ(run.record.lpfTransSlope[1], 59);
+  EXPECT_EQ(run.Type("txtTransSlope", "9999"), "");
+  EXPECT_EQ(run.record.lpfTransSlope[1], 463);
+  EXPECT_EQ(run.Type("txtCutoff", "0"), "");
+  EXPECT_EQ(run.Get("txtTransSlope"), "0.5");
+  EXPECT_EQ(run.Type("txtTransSlope", "50"), "");  // no slope leads there
+  EXPECT_EQ(run.Get("txtTransSlope"), "0.5");
+  EXPECT_EQ(run.record.lpfTransSlope[1], 463);
+  EXPECT_EQ(run.Type("txtCutoff", "30000"), "");
+  EXPECT_EQ(run.Get("txtCutoff"), "3200");
+}
+
+TEST(CutoffPanels, HighpassKeepsBelowTheBandwidth) {
+  PanelRun run;
+  run.record.hpfTransSlope[4] = 50;
+  run.OpenFilter(4, FilterKind::Highpass);
+  run.Type("txtCutoff", "3200");
+  EXPECT_EQ(run.record.hpfCutoff[4], 3100);
+  run.Type("txtCutoff", "2000");
+  EXPECT_EQ(run.Get("txtTransSlope"), "170.1");  // half the edge: 99 * 37 * 1000 / 21600 + 0.5
+  for (int stage = 1; stage <= FilterStages; ++stage) EXPECT_EQ(run.record.stageChanged[stage], -1);
+  EXPECT_EQ(run.record.settingsChanged, 5);
+}
+
+TEST(CutoffPanels, BandEdgesKeepTheirDistance) {
+  PanelRun run;
+  run.record.bpfLoCutoff[1] = 500;
+  run.record.bpfHiCutoff[1] = 1000;
+  run.OpenFilter(1, FilterKind::Bandpass);
+  EXPECT_EQ(run.Set("sldrLoCutoff", "995"), "");
+  EXPECT_EQ(run.record.bpfLoCutoff[1], 990);
+  EXPECT_EQ(run.Get("sldrLoCutoff") + run.Get("txtLoCutoff"), "990990");
+  EXPECT_EQ(run.test.desk.beeps, 1);
+  run.Set("sldrLoCutoff", "100");
+  EXPECT_EQ(run.Type("txtLoCutoff", "995"), "");  // typed numbers never beep
+  EXPECT_EQ(run.record.bpfLoCutoff[1], 990);
+  EXPECT_EQ(run.test.desk.beeps, 1);
+  EXPECT_EQ(run.Set("sldrHiCutoff", "3"), "");
+  EXPECT_EQ(run.record.bpfHiCutoff[1], 1000);
+  EXPECT_EQ(run.test.desk.beeps, 2);
+  EXPECT_EQ(run.Type("txtHiCutoff", "20"), "");
+  EXPECT_EQ(run.record.bpfHiCutoff[1], 1000);
+}
+
+TEST(CutoffPanels, ForcedEdgesNeverGoBelowZero) {
+  PanelRun run;
+  run.OpenFilter(1, FilterKind::Bandstop);
+  run.record.bsfHiCutoff[1] = 4;  // as only a damaged record has it
+  run.Set("sldrLoCutoff", "700");
+  EXPECT_EQ(run.record.bsfLoCutoff[1], 0);
+}
+
+TEST(CutoffPanels, AnEdgeThatIsOutSaysSoUntilItsBoxIsLeft) {
+  PanelRun run;
+  run.record.bsfLoCutoff[1] = 0;
+  run.record.bsfHiCutoff[1] = 2000;
+  run.record.bsfTransSlope[1] = 100;
+  run.OpenFilter(1, FilterKind::Bandstop);
+  EXPECT_EQ(run.Get("txtLoCutoff"), "Out");
+  run.Settle();
+  run.Type("txtLoCutoff", "Out");
+  EXPECT_EQ(run.Get("txtLoCutoff"), "0");
+  EXPECT_EQ(run.record.settingsChanged, 0);
+  run.Set("sldrLoCutoff", "1000");
+  EXPECT_EQ(run.Get("txtLoTransSlope"), "341.4");  // the lower edge counts whole, the upper one half
+  EXPECT_EQ(run.Get("txtHiTransSlope"), "341.4");
+  run.Set("sldrHiCutoff", "3000");
+  EXPECT_EQ(run.Get("txtHiTransSlope"), "511.8");
+  run.Set("sldrLoCutoff", "0");
+  EXPECT_EQ(run.Get("txtLoCutoff"), "Out");
+}
+
+TEST(CutoffPanels, TabbingThroughMovesNothing) {
+  PanelRun run;
+  run.record.lpfCutoff[1] = 37;  // at so low an edge a slope of one decimal stands for several parameters
+  run.record.lpfTransSlope[1] = 77;
+  run.OpenFilter(1, FilterKind::Lowpass);
+  run.record.lpfCutoff[1] = 37;
+  run.CloseTop();
+  run.OpenFilter(1, FilterKind::Lowpass);
+  run.Settle();
+  for (const char* box : {"txtCutoff", "txtTransSlope", "txtAtten"}) run.Type(box, run.Get(box));
+  EXPECT_EQ(run.record.lpfTransSlope[1], 77);
+  EXPECT_EQ(run.record.settingsChanged, 0);
+}
+
+TEST(CutoffPanels, TheUnitFollowsInOnePassATick) {
+  PanelRun run;
+  run.OpenFilter(1, FilterKind::Lowpass);
+  run.Settle();
+  run.Sent();
+  for (int hertz = 1000; hertz < 1100; hertz += 10) run.Set("sldrCutoff", std::to_string(hertz));
+  run.Settle();
+  EXPECT_EQ(run.Sent(), "#0 #1 192/1 ");
+  EXPECT_EQ(BlockOf(run, 1).substr(0, 7), "1090 0 ");
+}
+
+// Sixty moves a second from end to end, with the time that the line takes.
+TEST(CutoffPanels, ADragNeverRunsAheadOfTheUnit) {
+  PanelRun run;
+  run.OpenFilter(1, FilterKind::Lowpass);
+  run.Settle();
+  run.Sent();
+  std::size_t passes = 0;
+  for (int hertz = 0; hertz <= 3200; hertz += 20) {
+    run.Set("sldrCutoff", std::to_string(hertz));
+    run.test.loop.RunFor(17);
+    const std::string sent = run.Sent();
+    if (sent.empty()) continue;
+    ++passes;
+    EXPECT_EQ(sent, "#0 #1 192/1 ");
+    EXPECT_EQ(BlockOf(run, 1).substr(0, BlockOf(run, 1).find(' ')), std::to_string(run.record.lpfCutoff[1]));
+  }
+  EXPECT_GT(passes, 40U);  // of 160 moves in 2.7 seconds
+  EXPECT_EQ(run.session.device.ReplyTicksLeft, 0);
+  run.Settle();
+  EXPECT_TRUE(run.Connected());
+}
+
+TEST(CutoffPanels, DrawWhatTheirSettingsStandFor) {
+  PanelRun run;
+  run.record.bpfTransSlope[3] = 60;
+  run.OpenFilter(3, FilterKind::Bandpass);
+  run.Type("txtHiCutoff", "2000");
+  run.Type("txtLoCutoff", "800");
+  const Plot& plot = *std::get<Plot*>(run.Find("pltResponse"));
+  const auto expected =
+      FilterResponse(run.record, 3, FilterKind::Bandpass, plot.Traces().at(0).values.size());
+  EXPECT_EQ(plot.Traces().at(0).values, expected);
+  EXPECT_GT(*std::ranges::max_element(expected), -0.5F);
+  EXPECT_EQ(plot.VerticalMarkers().at(0).at, 800);
+  EXPECT_NE(plot.Note().find("omputed"), std::string::npos);
+  run.Press("Ctrl+Z");
+  EXPECT_NE(plot.Traces().at(0).values, expected);
+}
+
+TEST(ProcessorPanels, CutoffsGoInWholeTens) {
+  PanelRun run;
+  run.Click("btnIhpfConfig");
+  EXPECT_EQ(run.Top().Caption(), "Input HPF Config");
+  for (const auto& [position, shown] :
+       {std::pair{"153", "150"}, {"155", "160"}, {"165", "160"}, {"100", "100"}}) {
+    run.Set("sldrCutoff", position);
+    EXPECT_EQ(run.Get("txtCutoff"), shown);
+    EXPECT_EQ(std::to_string(run.record.ihpfCutoff), shown);
+  }
+  run.Type("txtCutoff", "1000");
+  EXPECT_EQ(run.record.ihpfCutoff, 500);
+  run.Settle();
+  EXPECT_EQ(run.unit.Now().registers().values[17], 500);
+}
+
+TEST(ProcessorPanels, SwitchesAreTheMasters) {
+  PanelRun run;
+  const std::int16_t before = run.record.ohpfEnabled;
+  run.Click("btnOhpfConfig");
+  EXPECT_EQ(run.Get("btnActive"), std::to_string(before));
+  run.Click("btnActive");
+  EXPECT_EQ(run.record.ohpfEnabled, 1 - before);
+  EXPECT_EQ(run.session.master.chain.ohpf.active.Value(), 1 - before);
+  run.Press("Ctrl+Z");
+  EXPECT_EQ(run.Get("btnActive"), std::to_string(before));
+  run.CloseTop();
+  run.Click("btnProcEnabled");  // nothing is processed: the switch cannot be used
+  run.Click("btnOhpfConfig");
+  EXPECT_EQ(run.Click("btnActive"), "it is disabled");
+}
+
+TEST(ProcessorPanels, ChoicesAreTheirStoredNumbers) {
+  PanelRun run(ConfigMode::StereoIndependent);
+  run.record.agcGain = 9;
+  run.Click("btnAgcConfig");
+  EXPECT_EQ(run.record.agcGain, 0);
+  EXPECT_EQ(run.Get("optGain(0)"), "1");
+  for (const char* choice : {"optGain(6)", "optRelease(2)", "optLinked(0)"}) EXPECT_EQ(run.Click(choice), "");
+  EXPECT_EQ(run.record.agcGain * 100 + run.record.agcRelease * 10 + run.record.agcLinked, 620);
+  EXPECT_EQ(run.session.history.UndoTitle(), "Link");
+  run.CloseTop();
+  run.Click("btnLimiterConfig");
+  for (const char* choice : {"optThreshold(3)", "optRelease(1)"}) EXPECT_EQ(run.Click(choice), "");
+  run.Settle();
+  EXPECT_EQ(run.unit.Now().registers().values[8], 3677);
+  EXPECT_EQ(run.unit.Now().registers().values[20], 73);
+  run.CloseTop();
+  run.Edit("configMode", "0");
+  run.Click("btnLimiterConfig");
+  EXPECT_EQ(run.Click("optLinked(0)"), "it is hidden");
+}
+
+TEST(AuxiliarySwitch, OffersWhatTheConfigurationHas) {
+  PanelRun run;
+  run.Click("mnuMemorySelect(4)");
+  EXPECT_EQ(run.Top().Caption(), "Memory 4 Auxiliary Switch Function");
+  EXPECT_EQ(run.Click("AuxOption(5)"), "it is disabled");
+  EXPECT_EQ(run.Click("AuxOption(6)"), run.record.numFilters < 2 ? "it is hidden" : "");
+  run.CloseTop();
+  run.Edit("configMode", "2");
+  run.Settle();
+  run.Click("mnuMemorySelect(10)");
+  EXPECT_EQ(run.Click("AuxOption(5)"), "");
+  EXPECT_EQ(run.Click("AuxOption(6)"), "");
+  EXPECT_EQ(run.record.auxFunction, 6);
+}
+
+TEST(AuxiliarySwitch, StoresInTheUnitWhatHasJustBeenEdited) {
+  PanelRun run;
+  run.Click("mnuMemorySelect(10)");
+  run.Click("AuxOption(3)");
+  run.test.desk.answers = {Answer::No};
+  run.Click("btnOK");
+  EXPECT_EQ(run.Top().name, "AuxCtl");
+  EXPECT_EQ(run.test.desk.boxes.back().title, "Memory 10 Storage");
+  run.record.ihpfCutoff = 320;
+  MarkEdited(run.record);
+  run.Sent();
+  run.test.desk.answers = {Answer::Yes};
+  run.Click("btnOK");
+  EXPECT_EQ(run.Sent(), "17/320 127/78 ");  // 3 * 4 + (10 & 12) * 8 + (10 & 3)
+  EXPECT_EQ(run.Top().name, "MasterControl");
+  EXPECT_NE(run.unit.Dump().find("memory 10 "), std::string::npos);
+  run.session.master.menus.mnuDisconnect.Click();
+  run.Click("mnuMemorySelect(1)");
+  run.test.desk.answers = {Answer::Yes};
+  run.Click("btnOK");
+  EXPECT_EQ(run.Top().name, "AuxCtl");  // nothing was stored, and the operator has been told
+  EXPECT_NE(run.test.desk.boxes.back().text.find("no connection"), std::string::npos);
+}
+
+}  // namespace
+}  // namespace vc

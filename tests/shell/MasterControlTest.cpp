@@ -1,0 +1,209 @@
+// The master control panel, driven by the names of its controls.
+#include <algorithm>
+
+#include "PanelRun.h"
+#include "model/Kinds.h"
+#include "model/Settings.h"
+
+namespace vc {
+namespace {
+
+using support::PanelRun;
+
+std::string CaptionsOf(const PanelRun& run, const std::string& frame, int count) {
+  std::string text;
+  for (int i = 1; i <= count; ++i) {
+    const ControlCore& core = CoreOf(run.Find(frame + "(" + std::to_string(i) + ")"));
+    text += core.Caption() + (core.Active() ? "" : "-") + "|";
+  }
+  return text;
+}
+
+TEST(MasterPanel, NamesItsBlocksByTheConfiguration) {
+  PanelRun run;
+  run.Edit("numFilters", "2");
+  EXPECT_EQ(CaptionsOf(run, "fraStage", 6), "Filter 1|Filter 2|Filter 3-|Filter 4-|Filter 5-|Filter 6-|");
+  EXPECT_EQ(CaptionsOf(run, "fraEq", 2), "Equalizer|Not Available-|");
+  EXPECT_FALSE(CoreOf(run.Find("lbOutputRight")).Shown() || CoreOf(run.Find("lblRightOut")).Shown());
+  EXPECT_EQ(run.Set("cmbConfig", "Stereo Linked"), "");
+  EXPECT_EQ(CaptionsOf(run, "fraStage", 6),
+            "Left/Right Filter 1|Left/Right Filter 2|Left/Right Filter 3-|Not Available-|Not Available-|"
+            "Not Available-|");
+  EXPECT_EQ(CaptionsOf(run, "fraBroadband", 2), "Left/Right Filter|Not Available-|");
+  EXPECT_EQ(run.Set("cmbConfig", "2"), "");
+  EXPECT_EQ(CaptionsOf(run, "fraStage", 6),
+            "Left Filter 1|Left Filter 2|Left Filter 3-|Right Filter 1|Right Filter 2|Right Filter 3-|");
+  EXPECT_EQ(CaptionsOf(run, "fraEq", 2) + CaptionsOf(run, "fraBroadband", 2),
+            "Left Equalizer|Right Equalizer|Left Filter|Right Filter|");
+  EXPECT_TRUE(CoreOf(run.Find("lbOutputRight")).Shown());
+  run.record.filterType[5] = FilterKind::Lowpass;
+  run.Click("btnFilterConfig(5)");
+  EXPECT_EQ(run.Top().Caption(), "Lowpass (Right Filter 2)");
+}
+
+TEST(MasterPanel, OffersTheFiltersThatFit) {
+  PanelRun run;
+  EXPECT_EQ(run.Click("optNumFilters(5)"), "");
+  run.Settle();
+  EXPECT_EQ(run.record.numFilters, 6);
+  run.Set("cmbConfig", "Stereo Independent");
+  EXPECT_EQ(run.record.numFilters, 3);
+  EXPECT_EQ(run.Get("optNumFilters(2)"), "1");
+  EXPECT_EQ(run.Click("optNumFilters(3)"), "it is disabled");
+}
+
+TEST(MasterPanel, KindsChangeTheirStagesOnce) {
+  PanelRun run;
+  run.Set("cmbFilter(1)", "Multiple Notch");
+  run.Edit("mnotchFreq", "500", 1, 1);
+  run.Settle();
+  run.Sent();
+  EXPECT_EQ(run.Set("cmbFilter(1)", "8"), "");  // the kind that it has
+  EXPECT_EQ(run.record.mnotchFreq[1][1], 500);
+  EXPECT_EQ(run.record.settingsChanged, 0);
+  EXPECT_EQ(run.Click("btnFilterAdapt(1)"), "it is hidden");
+  EXPECT_EQ(run.Click("btnFilterClear(1)"), "it is hidden");
+  run.Set("cmbFilter(1)", "1-Ch Adaptive");
+  run.Set("cmbFilter(1)", "Multiple Notch");
+  EXPECT_EQ(run.record.mnotchFreq[1][1], 0);
+  run.record.edgeCurve[1][7] = -9;
+  run.Set("cmbEq(1)", "Dual Parametric");
+  EXPECT_EQ(run.record.edgeCurve[1][7], -9);
+  run.Set("cmbEq(1)", "Spectral Graphic");
+  EXPECT_EQ(run.record.edgeCurve[1][7], 0);
+}
+
+TEST(MasterPanel, LevelsReadInHalfDecibels) {
+  PanelRun run;
+  for (const auto& [typed, shown, position] : {std::tuple{"40", "+31.5", 255},
+                                               {"-100", "-48.0", 96},
+                                               {"0", "0", 192},
+                                               {"2.25", "+2.0", 196},
+                                               {"x", "+2.0", 196},
+                                               {"-0.5", "-0.5", 191}}) {
+    EXPECT_EQ(run.Type("txtGain(1)", typed), "");
+    EXPECT_EQ(run.Get("txtGain(1)"), shown);
+    EXPECT_EQ(run.record.levelControl[2], position);
+  }
+  run.Settle();
+  EXPECT_EQ(run.unit.Now().registers().values[1], 191);
+  run.Click("btnZeroInputLevel(1)");
+  EXPECT_EQ(run.Get("txtGain(1)"), "0");
+}
+
+TEST(MasterPanel, LevelControlsComeBackWhereTheyWere) {
+  PanelRun run;
+  run.Set("sldrLevel(0)", "200");
+  run.Click("mnuLevelControls");
+  EXPECT_EQ(run.record.levelControl[1], 192);
+  EXPECT_EQ(run.Set("sldrLevel(0)", "100"), "it is disabled");
+  run.Settle();
+  EXPECT_EQ(run.unit.Now().registers().values[129], 96);
+  run.Click("mnuLevelControls");
+  EXPECT_EQ(run.Get("txtGain(0)"), "+4.0");
+  run.Click("mnuChannelSwap");
+  EXPECT_TRUE(CoreOf(run.Find("lblSwap")).Shown());
+  EXPECT_EQ(run.record.channelSwap, 1);
+}
+
+TEST(MasterPanel, ClearsWhatAdapts) {
+  PanelRun run;
+  run.Edit("numFilters", "2");
+  run.Settle();
+  for (const auto& [button, frames] : {std::pair{"btnFilterClear(1)", "85/32767 86/32767 89/128 "},
+                                       {"btnClearAll", "85/32767 86/32767 89/252 113/1 "}}) {
+    run.Sent();
+    EXPECT_EQ(run.Click(button), "");
+    run.Settle();
+    const std::string sent = run.Sent();
+    EXPECT_TRUE(sent.starts_with(frames)) << button << ": " << sent;
+  }
+  EXPECT_FALSE(run.session.history.UndoTitle() == "Clear");
+}
+
+TEST(MasterPanel, SwitchesOfTheWholeChainRuleTheOthers) {
+  PanelRun run;
+  run.Press("Alt+A");
+  EXPECT_EQ(run.record.adaptEnabled, 0);
+  EXPECT_EQ(run.Click("btnFilterAdapt(1)"), "it is disabled");
+  run.Press("Alt+P");
+  for (const char* button : {"btnFilterActive(1)", "btnEqActive(1)", "btnIhpf", "btnOhpf", "btnAgc"}) {
+    EXPECT_EQ(run.Click(button), "it is disabled") << button;
+  }
+  const std::int16_t limiter = run.record.limiterEnabled;
+  run.Press("Alt+L");
+  EXPECT_EQ(run.record.limiterEnabled, 1 - limiter);
+  run.Press("Alt+G");
+  EXPECT_EQ(run.record.agcEnabled, 0);
+  run.Settle();
+  EXPECT_EQ(run.unit.Now().registers().values[5], 4095);
+}
+
+TEST(MasterPanel, DisplaysTakeThePollAndHideThePanelBehindThem) {
+  PanelRun run;
+  run.record.filterType[1] = FilterKind::Lowpass;
+  run.record.specRun = 0;
+  run.Press("Alt+S");
+  EXPECT_EQ(run.session.periodic.pollMode, poll::Spectrum);
+  EXPECT_EQ(run.record.specRun, 1);
+  run.Click("btnCoeffDisplay");
+  EXPECT_EQ(run.Get("btnSpecAnalyzer") + run.Get("btnCoeffDisplay"), "01");
+  EXPECT_NE(run.Get("lblStatus").find("coefficient display"), std::string::npos);
+  EXPECT_EQ(run.session.periodic.pollMode, poll::Coefficients);
+  run.Click("btnFilterConfig(1)");
+  EXPECT_EQ(run.session.forms.open.front().hidden, true);
+  EXPECT_EQ(run.session.forms.open.back().modality, Modality::Modeless);
+  run.Click("btnOK");
+  EXPECT_EQ(run.Top().name, "MasterControl");
+  run.Press("Alt+E");
+  EXPECT_EQ(run.session.periodic.pollMode, poll::MainLevels);
+  EXPECT_EQ(run.Get("lblStatus"), "");
+  run.Click("btnFilterConfig(1)");
+  EXPECT_EQ(run.session.forms.open.back().modality, Modality::Modal);
+  EXPECT_FALSE(run.session.forms.open.front().hidden);
+}
+
+TEST(MasterPanel, EveryEntryDoesSomething) {
+  PanelRun run;
+  for (const auto& [entry, title] : {std::pair{"mnuPrintReport", "Veltrana"},
+                                     {"mnuFileReport", "Veltrana"},
+                                     {"mnuAppendFileReport", "Veltrana"},
+                                     {"mnuPrintScreen", "How To Print Screens"},
+                                     {"mnuHelpPrintScreen", "How To Print Screens"},
+                                     {"mnuHelpContents", "Help"},
+                                     {"mnuFastStart", "Help"},
+                                     {"btnFilterConfig(1)", "1-Ch Adaptive (Filter 1)"},
+                                     {"btnEqConfig(1)", "20-Band Graphic (Mono Equalizer)"},
+                                     {"btnBroadbandConfig(1)", "Noise Reducer (Filter)"}}) {
+    run.test.desk.boxes.clear();
+    EXPECT_EQ(run.Click(entry), "");
+    ASSERT_EQ(run.test.desk.boxes.size(), 1U) << entry;
+    EXPECT_EQ(run.test.desk.boxes.back().title, title);
+  }
+  run.Click("mnuWebPage");
+  EXPECT_EQ(run.test.desk.opened.size(), 1U);
+  run.Click("mnuTheme(2)");
+  EXPECT_EQ(run.test.desk.theme, Theme::Dark);
+  support::WatchedUnit another;
+  support::TestSession next(another.End(), run.test.desk.InstallFolder());
+  next.session.Start();
+  EXPECT_EQ(next.desk.theme, Theme::Dark);
+}
+
+TEST(ConfigurationOfStages, LoadsEveryPanelUnseen) {
+  PanelRun run;
+  for (int stage = 1; stage <= FilterStages; ++stage) run.record.filterType[stage] = FilterKind::Lowpass;
+  run.record.curFilter = 4;
+  int events = 0;
+  run.session.panels.ConfigGeneralFilters([&events] { ++events; });
+  EXPECT_EQ(events, 6);
+  EXPECT_EQ(run.record.curFilter, 4);
+  EXPECT_EQ(run.record.stageChanged[6], -1);
+  EXPECT_EQ(run.session.forms.open.size(), 1U);
+  run.record.eqType[2] = 77;
+  run.session.panels.ConfigEqualizers([] {});
+  EXPECT_EQ(run.record.eqType[2], EqKind::Compressor);
+}
+
+}  // namespace
+}  // namespace vc

@@ -1,0 +1,138 @@
+// Undo and redo of the operator's work, seen in the record, on the panels and in the unit.
+#include "PanelRun.h"
+#include "model/Kinds.h"
+#include "model/Settings.h"
+
+namespace vc {
+namespace {
+
+using support::PanelRun;
+
+TEST(Undo, TakesBackOneStepAfterTheOther) {
+  PanelRun run;
+  run.Edit("numFilters", "2");
+  run.OpenFilter(2, FilterKind::Highpass);
+  run.Type("txtCutoff", "1500");
+  run.Type("txtCutoff", "700");
+  run.Type("txtAtten", "33");
+  run.Settle();
+  EXPECT_EQ(run.session.history.UndoTitle(), "Stopband Attenuation");
+  run.Press("Ctrl+Z");
+  run.Press("Ctrl+Z");
+  EXPECT_EQ(run.Get("txtCutoff"), "1500");
+  EXPECT_EQ(run.record.hpfCutoff[2], 1500);
+  EXPECT_EQ(run.session.history.RedoTitle(), "Cutoff Frequency");
+  run.Settle();
+  EXPECT_EQ((*run.Stage(2).block)[0] + 256 * (*run.Stage(2).block)[1], 1500);
+  run.Press("Ctrl+Shift+Z");
+  EXPECT_EQ(run.Get("txtCutoff"), "700");
+  run.Type("txtCutoff", "900");  // what was undone beyond it is gone
+  EXPECT_FALSE(run.session.history.CanRedo());
+  run.CloseTop();
+  EXPECT_EQ(CoreOf(run.Find("mnuUndo")).Caption(), "&Undo Cutoff Frequency");
+  EXPECT_EQ(run.Click("mnuRedo"), "it is disabled");
+}
+
+TEST(Undo, CountsADragAsOneStep) {
+  PanelRun run;
+  run.OpenFilter(1, FilterKind::Lowpass);
+  Slider& cutoff = *std::get<Slider*>(run.Find("sldrCutoff"));
+  const std::int16_t before = run.record.lpfCutoff[1];
+  cutoff.Hold();
+  for (int hertz = 500; hertz < 1500; hertz += 100) {
+    cutoff.SetPosition(hertz);
+    run.test.loop.RunFor(hertz == 1000 ? 5000 : 20);  // the hand rests, the drag goes on
+  }
+  cutoff.Release();
+  cutoff.SetPosition(2000);
+  run.Press("Ctrl+Z");
+  EXPECT_EQ(run.record.lpfCutoff[1], 1400);
+  run.Press("Ctrl+Z");
+  EXPECT_EQ(run.record.lpfCutoff[1], before);
+  for (int hertz = 500; hertz < 1500; hertz += 100) cutoff.SetPosition(hertz);  // a run of key presses
+  run.test.loop.RunFor(1500);
+  cutoff.SetPosition(1600);
+  run.Press("Ctrl+Z");
+  EXPECT_EQ(run.record.lpfCutoff[1], 1400);
+}
+
+TEST(Undo, GivesBackWhatAChangeOfConfigurationTook) {
+  PanelRun run;
+  run.Edit("numFilters", "6");
+  run.Settle();
+  run.Edit("filterType", "8", 2);
+  run.Edit("mnotchFreq", "1000", 2, 1);
+  run.Settle();
+  const SystemSettings before = run.record;
+  const std::string held = run.unit.Dump();
+  run.Set("cmbBandwidth", "16 kHz");  // empties the tables
+  run.Set("cmbConfig", "Stereo Linked");
+  run.Settle();
+  EXPECT_EQ(run.record.numFilters * 10000 + run.record.mnotchFreq[2][1], 10000);
+  run.Click("mnuUndo");
+  run.Click("mnuUndo");
+  run.Settle();
+  EXPECT_EQ(run.record.numFilters, 6);
+  EXPECT_EQ(run.record.mnotchFreq[2][1], 1000);
+  EXPECT_EQ(run.record.sampleRate, before.sampleRate);
+  EXPECT_EQ(run.Get("cmbBandwidth") + run.Get("cmbConfig"), "3.2 kHzMono");
+  // But for the second broadband stage, which a unit may remember.
+  const std::string holds = run.unit.Dump();
+  EXPECT_TRUE(holds.substr(0, holds.find("broadband 2 0")) == held);
+}
+
+TEST(Undo, GivesBackWhatALaterFitTook) {
+  PanelRun run;
+  run.Edit("ch1Taps", "1024", 1);
+  run.Settle();
+  run.Edit("numFilters", "6");  // the next tick fits them
+  run.Settle();
+  const SystemSettings full = run.record;
+  run.Edit("ch1Taps", std::to_string(run.record.maxTaps[1]), 1);
+  run.Settle();
+  while (run.session.history.CanUndo()) run.session.history.Undo();
+  run.Settle();
+  EXPECT_EQ(run.record.numFilters, 1);
+  while (run.session.history.CanRedo()) run.session.history.Redo();
+  run.Settle();
+  EXPECT_EQ(run.record.numFilters, full.numFilters);
+}
+
+TEST(Undo, ReachesBehindANewSetup) {
+  PanelRun run;
+  run.Edit("ihpfCutoff", "330");
+  run.Edit("setupDescription", "Hall, hum");
+  run.test.desk.answers = {Answer::Yes};
+  run.Click("mnuNew");
+  EXPECT_NE(run.record.ihpfCutoff, 330);
+  EXPECT_EQ(run.session.history.UndoTitle(), "New Filter Configuration");
+  run.session.master.form.SetCaption("as after a recall");
+  run.Click("mnuUndo");
+  EXPECT_EQ(run.Top().Caption(), "Veltrana Master Control Panel");
+  run.Settle();
+  EXPECT_EQ(run.record.ihpfCutoff, 330);
+  EXPECT_EQ(run.record.setupDescription, "Hall, hum");
+  EXPECT_EQ(run.unit.Now().registers().values[17], 330);
+}
+
+TEST(Undo, ClosesAPanelWhoseStageIsNoLongerOfItsKind) {
+  PanelRun run;
+  run.Set("cmbFilter(1)", "Bandpass");
+  run.Click("btnFilterConfig(1)");
+  EXPECT_EQ(run.Top().name, "CtlBPF");
+  while (run.session.history.CanUndo() && run.Top().name == "CtlBPF") run.Press("Ctrl+Z");
+  EXPECT_EQ(run.Top().name, "MasterControl");
+  EXPECT_EQ(run.Get("cmbFilter(1)"), "1-Ch Adaptive");
+}
+
+TEST(Undo, KeepsAHundredSteps) {
+  PanelRun run;
+  for (int n = 0; n < 150; ++n) run.Edit("ihpfCutoff", std::to_string(100 + n));
+  int steps = 0;
+  for (; run.session.history.CanUndo(); ++steps) run.session.history.Undo();
+  EXPECT_EQ(steps, 100);
+  EXPECT_EQ(run.record.ihpfCutoff, 149);
+}
+
+}  // namespace
+}  // namespace vc
