@@ -6,8 +6,9 @@
 #include <QAction>
 #include <QPoint>
 
+#include "PanelRun.h"
 #include "Shown.h"
-#include "TestSession.h"
+#include "model/Kinds.h"
 
 namespace desktop {
 namespace {
@@ -27,6 +28,37 @@ void ForEveryControl(FormWindow& window, vc::Form& form,
   }
 }
 
+// What is heard of a value; a text of many lines is read by itself.
+std::string SpokenValue(const vc::AnyControl& control) {
+  if (auto* const* text = std::get_if<vc::TextBox*>(&control)) {
+    const std::string unit = (*text)->unit.empty() ? "" : " " + (*text)->unit;
+    return (*text)->multiLine || (*text)->Text().empty() ? "" : (*text)->Text() + unit;
+  }
+  if (auto* const* list = std::get_if<vc::ListBox*>(&control)) return (*list)->Text();
+  if (auto* const* bar = std::get_if<vc::LevelBar*>(&control)) return (*bar)->Reading();
+  if (auto* const* check = std::get_if<vc::CheckBox*>(&control)) return (*check)->Value() ? "on" : "off";
+  if (auto* const* option = std::get_if<vc::OptionButton*>(&control)) {
+    return (*option)->Value() ? "chosen" : "not chosen";
+  }
+  auto* const* button = std::get_if<vc::GraphicButton*>(&control);
+  if (button == nullptr || (*button)->style == vc::GraphicButton::Style::Push) return "";
+  return (*button)->Value() == 1 ? "on" : "off";
+}
+
+void CheckValues(const FormWindow& window, const vc::Form& form) {
+  for (const vc::AnyControl& control : form.controls) {
+    const std::string name = vc::CoreOf(control).FullName();
+    const auto* widget = window.findChild<QWidget*>(ToQt(name));
+    if (widget == nullptr) continue;
+    const std::string heard = widget->accessibleDescription().toStdString();
+    if (std::holds_alternative<vc::Slider*>(control)) {
+      EXPECT_NE(heard, "") << form.name << "." << name;
+    } else if (const std::string value = SpokenValue(control); !value.empty()) {
+      EXPECT_EQ(heard, value) << form.name << "." << name;
+    }
+  }
+}
+
 void CheckForm(vc::Form& form) {
   FormWindow window(form, [] {});
   window.Present(Qt::NonModal, {400, 300});
@@ -40,8 +72,7 @@ void CheckForm(vc::Form& form) {
     core.SetVisible(!visible);
     EXPECT_EQ(widget->isVisibleTo(widget->parentWidget()), !visible);
     core.SetVisible(visible);
-    EXPECT_EQ(widget->isVisibleTo(&window),
-              core.Visible() && (core.frame == nullptr || core.frame->core.Visible()));
+    EXPECT_EQ(widget->isVisibleTo(&window), core.Shown());
   });
   // Changes that nobody saw are shown when the window comes back.
   window.hide();
@@ -50,6 +81,7 @@ void CheckForm(vc::Form& form) {
   window.Present(Qt::NonModal, {400, 300});
   ForEveryControl(window, form, [](vc::ControlCore& core, QWidget* widget) {
     EXPECT_EQ(widget->isEnabledTo(widget->parentWidget()), core.Enabled());
+    core.SetEnabled(!core.Enabled());
   });
 }
 
@@ -62,6 +94,53 @@ TEST(Contract, EveryControlHasItsWidgetItsNameAndItsStanding) {
        {&session.master.form, &session.splash.form, &session.debug.form, &session.stoSet.form,
         &session.recSet.form, &session.description.form, &session.frmWorkingFolder.form}) {
     CheckForm(*form);
+  }
+}
+
+// Every key of a window by what it is written on; two of them on one key would both be dead.
+std::string KeysTaken(const vc::Form& form, const vc::MenuEntry* menu) {
+  std::string taken;
+  const auto take = [&taken, &form](const QKeySequence& key, const std::string& by) {
+    const std::string name = " " + key.toString().toStdString() + " ";
+    if (key.isEmpty()) return;
+    EXPECT_EQ(taken.find(name), std::string::npos) << form.name << ": " << by << " has a taken key," << name;
+    taken += name;
+  };
+  for (const vc::AnyControl& control : form.controls) {
+    auto* const* entry = std::get_if<vc::MenuEntry*>(&control);
+    const bool here = entry == nullptr ? menu == nullptr : (*entry)->parent == menu;
+    const vc::ControlCore& core = vc::CoreOf(control);
+    if (here) take(QKeySequence::mnemonic(ToQt(core.Caption())), core.FullName());
+    if (entry == nullptr) continue;
+    if (menu == nullptr) take(QKeySequence(ToQt((*entry)->shortcut)), core.FullName());
+    if (menu == nullptr && !(*entry)->children.empty()) KeysTaken(form, *entry);
+  }
+  if (menu != nullptr) return taken;
+  for (const auto& [keys, pressed] : form.keys) take(QKeySequence(ToQt(keys)), "the form");
+  return taken;
+}
+
+TEST(Contract, EveryPanelKeepsItToo) {
+  support::PanelRun run(2);
+  run.Edit("levelControlsShown", "1");
+  const auto check = [&run] {
+    CheckValues(FormWindow(run.Top(), [] {}), run.Top());
+    CheckForm(run.Top());
+    EXPECT_NE(KeysTaken(run.Top(), nullptr), "");
+  };
+  check();
+  for (const std::int16_t kind : {vc::FilterKind::Lowpass, vc::FilterKind::Highpass, vc::FilterKind::Bandpass,
+                                  vc::FilterKind::Bandstop}) {
+    run.OpenFilter(1, kind);
+    check();
+    run.CloseTop();
+  }
+  for (const char* opener :
+       {"btnIhpfConfig", "btnOhpfConfig", "btnAgcConfig", "btnLimiterConfig", "mnuMemorySelect(3)"}) {
+    run.Click(opener);
+    EXPECT_NE(run.Top().name, "MasterControl") << opener;
+    check();
+    run.Press("Escape");
   }
 }
 

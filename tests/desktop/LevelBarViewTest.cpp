@@ -110,6 +110,15 @@ TEST(LevelBarView, ADisabledBarIsEmpty) {
   EXPECT_EQ(off.At(0.03), off.View().palette().color(QPalette::Window));
 }
 
+TEST(LevelBarView, WithoutItsCaptionTheBarIsLongerAndStillHasItsName) {
+  Bar captioned(1);
+  const int before = captioned.View().BarArea().height();
+  captioned.bar.captioned = false;
+  captioned.View().Follow("Caption");
+  EXPECT_GT(captioned.View().BarArea().height(), before);
+  EXPECT_EQ(captioned.View().accessibleName(), "Input");
+}
+
 TEST(PainterSurface, EdgesAreLitByTheirStyleAndSystemColoursComeFromThePalette) {
   QPalette palette;
   palette.setColor(QPalette::Light, Qt::white);

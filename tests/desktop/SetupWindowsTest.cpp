@@ -16,7 +16,9 @@ namespace {
 struct SetupWindows : support::SetupFixture {
   vc::Forms forms;
   FormWindows windows{forms};
-  vc::SetupContext context{settings, setups, files, desk, forms};
+  support::VirtualClock clock;
+  vc::EditHistory history{settings, clock};
+  vc::SetupContext context{settings, setups, files, desk, forms, history};
   vc::StoSet store{context};
   vc::RecSet recall{context};
 

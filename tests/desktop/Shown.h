@@ -4,6 +4,7 @@
 #include <string>
 
 #include <QListWidget>
+#include <QWheelEvent>
 #include <QtTest>
 
 #include "SampleForm.h"
@@ -16,6 +17,13 @@ inline void ClickRow(QListWidget& list, int row, bool twice = false) {
   const QPoint place = list.visualItemRect(list.item(row)).center();
   QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place);
   if (twice) QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
+}
+
+inline void TurnWheel(QWidget& widget, int eighthsOfDegree) {
+  const QPointF place = widget.rect().center();
+  QWheelEvent event(place, widget.mapToGlobal(place), {}, {0, eighthsOfDegree}, Qt::NoButton, {},
+                    Qt::NoScrollPhase, false);
+  QCoreApplication::sendEvent(&widget, &event);
 }
 
 struct Shown {

@@ -42,6 +42,9 @@ void Tour::Run() {
   Photograph(&Master(), "master");
   ShowMenus();
   if (linked) ChangeRate();
+  ShowChain();
+  ShowPanels();
+  UndoSteps();
   StoreAndRecall();
   ShowAbout();
   ShowObjectLog();
@@ -62,6 +65,9 @@ void Tour::StartSession() {
   program.session.Start();
   Expect(!watch.isActive(), "the splash was on the screen");
   Expect(QTest::qWaitForWindowActive(&Master(), PatienceMilliseconds), "the master control panel came up");
+  // An offscreen screen may be smaller than any that an operator has.
+  constexpr int usualWidth = 1280, usualHeight = 720;
+  Master().resize(usualWidth, usualHeight);
   const char* state = linked ? Connected : Closed;
   Await([this, state] { return Shows(state); }, std::string("the state reads ") + state);
 }
@@ -81,7 +87,7 @@ void Tour::WatchLevels() {
 }
 
 void Tour::ShowMenus() {
-  for (const char* menu : {"mnuFile", "mnuSettings", "mnuHelp"}) {
+  for (const char* menu : {"mnuFile", "mnuView", "mnuSettings", "mnuStandAlone", "mnuReport", "mnuHelp"}) {
     Expect(OpenMenu(Master(), {menu}) != nullptr, std::string(menu) + " opened by a click");
     Photograph(&Master(), std::string("menu-") + menu);
     CloseMenus(Master());

@@ -32,6 +32,15 @@ class Tour {
   void StoreSetup(const QString& name);
   void RecallSetup(const QString& name);
   void ShowFileWindow(const std::string& entry, const vc::Form& form);
+  // The chain in its configurations, the panel of each block that has one, and the way back.
+  void ShowChain();
+  void ShowPanels();
+  void EditCutoff(desktop::FormWindow& window, const std::string& form);
+  void StoreInMemory();
+  void UndoSteps();
+  // Chooses a row of a list of the master panel.
+  void ChooseRow(const char* list, const char* row);
+  desktop::FormWindow* OpenedByName(const std::string& form);
   void ShowObjectLog();
   void Reconnect();
   void LeaveProgram();

@@ -19,6 +19,11 @@ void Tell(QtMsgType type, const QMessageLogContext& context, const QString& text
   }
 }
 
+// Pictures of another scale lie beside those of scale 1.
+std::string Folder(double scale) {
+  return scale == 1.0 ? "tour" : "tour-" + QString::number(scale).toStdString();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -27,7 +32,7 @@ int main(int argc, char** argv) {
   desktop::Application application(argc, argv);
   desktop::ApplyTheme(desktop::Theme::Light);
   const std::string folder = host::FindFolders().executable;
-  const auto pictures = std::filesystem::path(folder).parent_path() / "tour";
+  const auto pictures = std::filesystem::path(folder).parent_path() / Folder(application.devicePixelRatio());
   const auto state = pictures / "state";  // the operator's own stays as it is
   std::filesystem::remove_all(state);
   std::filesystem::create_directories(state);

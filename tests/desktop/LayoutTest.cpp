@@ -1,0 +1,148 @@
+// That everything has its room, and that the signal's way is drawn as the chain is.
+#include <gtest/gtest.h>
+
+#include <QScrollArea>
+
+#include "MasterWindow.h"
+#include "desktop/FrameView.h"
+
+namespace desktop {
+namespace {
+
+void ExpectRoom(const QWidget& widget) {
+  const QSize least = widget.minimumSizeHint().expandedTo(widget.minimumSize());
+  EXPECT_GE(widget.width(), least.width());
+  EXPECT_GE(widget.height(), least.height());
+  EXPECT_TRUE(widget.parentWidget()->rect().contains(widget.geometry()));
+}
+
+// Nothing is cut, nothing lies on another, nothing has to be scrolled.
+void ExpectAllFits(const FormWindow& window) {
+  const auto* scroll = qobject_cast<QScrollArea*>(window.centralWidget());
+  EXPECT_EQ(scroll->widget()->size(), scroll->viewport()->size());
+  std::vector<const QWidget*> seen;
+  for (const QWidget* widget : scroll->widget()->findChildren<QWidget*>()) {
+    const bool own = !widget->objectName().isEmpty() && !widget->objectName().startsWith("qt_");
+    if (!own || !widget->isVisible()) continue;
+    SCOPED_TRACE(widget->objectName().toStdString());
+    ExpectRoom(*widget);
+    for (const QWidget* other : seen) {
+      const bool siblings = other->parentWidget() == widget->parentWidget();
+      EXPECT_FALSE(siblings && other->geometry().intersects(widget->geometry()))
+          << other->objectName().toStdString();
+    }
+    seen.push_back(widget);
+  }
+  EXPECT_FALSE(seen.empty());
+}
+
+TEST(Layout, TheMasterPanelFitsASmallScreenInEveryConfiguration) {
+  MasterWindow run;
+  FormWindow& window = run.Window();
+  run.Edit("channelSwap", "1");
+  run.session.master.ShowOversize(true);
+  run.session.master.lblStatus.core.SetCaption("The line is not there.");
+  for (const char* mode : {"0", "1", "2"}) {
+    run.Edit("configMode", mode);
+    run.Edit("eqType", "3", 1);
+    run.Settle();
+    window.resize(1280, 720);
+    QCoreApplication::processEvents();
+    SCOPED_TRACE(mode);
+    EXPECT_EQ(window.size(), QSize(1280, 720));
+    ExpectAllFits(window);
+  }
+}
+
+TEST(Layout, ABlockKeepsItsPlaceWhenItsKindChangesAndTheStatusComesAndGoes) {
+  MasterWindow run;
+  run.Window().resize(1280, 720);
+  const auto places = [&run] {
+    QCoreApplication::processEvents();
+    std::vector<QRect> all;
+    for (const char* name : {"fraStage(1)", "btnFilterActive(1)", "fraEq(1)", "fraSignal", "lbInputLeft"}) {
+      all.push_back(run.At(name).geometry());
+    }
+    return all;
+  };
+  run.Edit("filterType", "0", 1);
+  const auto before = places();
+  run.Edit("filterType", std::to_string(vc::FilterKind::Lowpass), 1);
+  EXPECT_FALSE(run.At("btnFilterClear(1)").isVisible());
+  run.session.master.ShowOversize(true);
+  run.session.master.lblStatus.core.SetCaption("The line is not there.");
+  EXPECT_EQ(places(), before);
+}
+
+TEST(Layout, EveryPanelFitsAndGivesSpareRoomToPlotAndSliders) {
+  MasterWindow run;
+  for (const std::int16_t kind : {vc::FilterKind::Lowpass, vc::FilterKind::Bandpass}) {
+    run.OpenFilter(1, kind);
+    run.Ready();
+    ExpectAllFits(run.Window());
+    const QSize plot = run.At("pltResponse").size(), window = run.Window().size();
+    const int slider = run.At("sldrAtten").width(), text = run.At("txtAtten").width();
+    run.Window().resize(window + QSize(200, 100));
+    QCoreApplication::processEvents();
+    EXPECT_EQ(run.At("pltResponse").size(), plot + QSize(200, 100));
+    EXPECT_EQ(run.At("sldrAtten").width(), slider + 200);
+    EXPECT_EQ(run.At("txtAtten").width(), text);
+    run.CloseTop();
+  }
+  for (const char* button : {"btnAgcConfig", "btnLimiterConfig", "btnIhpfConfig"}) {
+    run.Hit(button);
+    run.Ready();
+    ExpectAllFits(run.Window());
+    run.CloseTop();
+  }
+}
+
+// Whether the way's ink is found on a line of pixels across the gap behind a block.
+bool LineBehind(const MasterWindow& run, const char* block) {
+  const auto& frame = static_cast<const FrameView&>(run.At(block));
+  const QWidget& flow = run.At("fraSignal");
+  const QPoint start = frame.mapTo(&flow, QPoint(frame.width(), frame.Inside().center().y()));
+  const QImage picture = const_cast<QWidget&>(flow).grab().toImage();
+  const QColor ink = flow.palette().color(QPalette::PlaceholderText);
+  for (int off = -2; off <= 2; ++off) {
+    const QColor found = picture.pixelColor(start + QPoint(LineHeight(flow) / 6, off));
+    if (std::abs(found.lightness() - ink.lightness()) < 60) return true;
+  }
+  return false;
+}
+
+TEST(Layout, TheSignalsWayFollowsTheChain) {
+  MasterWindow run;
+  run.Window().resize(1280, 720);
+  run.Edit("configMode", "0");
+  run.Edit("numFilters", "2");
+  run.Settle();
+  // The second one's signal passes by the third, which is not there; nothing comes out of the row below.
+  EXPECT_TRUE(LineBehind(run, "fraStage(1)") && LineBehind(run, "fraStage(2)"));
+  EXPECT_TRUE(LineBehind(run, "fraStage(3)"));
+  EXPECT_FALSE(LineBehind(run, "fraStage(4)"));
+  run.Edit("configMode", "2");
+  run.Settle();
+  EXPECT_TRUE(LineBehind(run, "fraStage(4)"));
+  EXPECT_TRUE(LineBehind(run, "fraBroadband(2)"));
+  run.Edit("configMode", "0");
+  run.Edit("numFilters", "6");
+  run.Settle();
+  EXPECT_TRUE(LineBehind(run, "fraStage(6)"));
+  EXPECT_FALSE(LineBehind(run, "fraBroadband(2)"));
+}
+
+TEST(Layout, AFrameTellsHowItsBlockStands) {
+  MasterWindow run;
+  const auto standing = [&run] { return run.At("fraStage(1)").property("standing").toString(); };
+  run.Edit("procEnabled", "1");
+  run.Edit("filterActive", "1", 1);
+  EXPECT_EQ(standing(), "in");
+  const QImage lit = run.At("fraStage(1)").grab().toImage();
+  run.Edit("filterActive", "0", 1);
+  EXPECT_EQ(standing(), "out");
+  EXPECT_NE(run.At("fraStage(1)").grab().toImage(), lit);
+}
+
+}  // namespace
+}  // namespace desktop

@@ -1,0 +1,172 @@
+// The master control panel and the panels of its blocks under the operator's hands.
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+#include <QLineEdit>
+#include <QMenu>
+#include <QRadioButton>
+#include <QSlider>
+#include <QStyleOptionSlider>
+
+#include "MasterWindow.h"
+
+namespace desktop {
+namespace {
+
+QPoint HandleOf(const QSlider& slider) {
+  QStyleOptionSlider option;
+  option.initFrom(&slider);
+  option.orientation = slider.orientation();
+  option.maximum = slider.maximum();
+  option.sliderPosition = slider.sliderPosition();
+  return slider.style()
+      ->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, &slider)
+      .center();
+}
+
+void Drag(QSlider& slider, const QPoint& by) {
+  const QPoint start = HandleOf(slider);
+  constexpr int parts = 8;
+  QTest::mousePress(&slider, Qt::LeftButton, {}, start);
+  for (int part = 1; part <= parts; ++part) QTest::mouseMove(&slider, start + by * part / parts);
+  QTest::mouseRelease(&slider, Qt::LeftButton, {}, start + by);
+}
+
+long ResidentKilobytes() {
+  std::ifstream status("/proc/self/statm");
+  long pages = 0;
+  status >> pages >> pages;
+  constexpr long kilobytesPerPage = 4;
+  return pages * kilobytesPerPage;
+}
+
+TEST(MasterPanelWindow, ADragIsOneStepThatCtrlZTakesBack) {
+  MasterWindow run;
+  run.OpenFilter(1, vc::FilterKind::Lowpass);
+  run.Ready();
+  const std::int16_t before = run.record.lpfCutoff[1];
+  Drag(run.At<QSlider>("sldrCutoff"), {40, 0});
+  const std::int16_t dragged = run.record.lpfCutoff[1];
+  EXPECT_GT(dragged, before);
+  EXPECT_EQ(run.Says("sldrCutoff"), std::to_string(dragged) + " Hz");
+  QTest::keyClick(&run.At("sldrCutoff"), Qt::Key_Right);
+  run.Press("Ctrl+Z");
+  EXPECT_EQ(run.record.lpfCutoff[1], dragged);
+  run.Press("Ctrl+Z");
+  EXPECT_EQ(run.record.lpfCutoff[1], before);
+  run.Press("Ctrl+Shift+Z");
+  EXPECT_EQ(run.record.lpfCutoff[1], dragged);
+  run.Press("Escape");
+  EXPECT_EQ(&run.Top(), &run.session.master.form);
+  run.Ready();
+  run.Press("Ctrl+Z");  // here it is the menu's
+  EXPECT_EQ(run.record.lpfCutoff[1], before);
+}
+
+TEST(MasterPanelWindow, ATypedNumberIsTakenByEnterAndTab) {
+  MasterWindow run;
+  run.OpenFilter(1, vc::FilterKind::Lowpass);
+  run.Ready();
+  run.Write("txtCutoff", "1234", Qt::Key_Return);
+  EXPECT_EQ(run.record.lpfCutoff[1], 1234);
+  run.Write("txtCutoff", "abc", Qt::Key_Return);
+  EXPECT_EQ(run.At<QLineEdit>("txtCutoff").text(), "1234");
+  run.Write("txtCutoff", "9999", Qt::Key_Tab);
+  EXPECT_EQ(run.record.lpfCutoff[1], run.record.bandwidthHz);
+  EXPECT_TRUE(run.At("sldrTransSlope").hasFocus());
+  EXPECT_TRUE(run.test.desk.boxes.empty());
+}
+
+TEST(MasterPanelWindow, ASliderWithTwoNumbersBelowTellsBoth) {
+  MasterWindow run;
+  run.OpenFilter(1, vc::FilterKind::Bandpass);
+  run.Ready();
+  run.Write("txtHiCutoff", "2000", Qt::Key_Return);
+  run.Write("txtHiTransSlope", "90", Qt::Key_Return);
+  EXPECT_EQ(run.Says("sldrTransSlope"),
+            "Lower: " + run.Says("txtLoTransSlope") + ", Upper: " + run.Says("txtHiTransSlope"));
+  EXPECT_NE(run.Says("txtHiTransSlope"), "0.5 dB/Octave");
+}
+
+TEST(MasterPanelWindow, CtrlZUndoesTypingFirstAndThenTheEdit) {
+  MasterWindow run;
+  run.OpenFilter(1, vc::FilterKind::Lowpass);
+  run.Ready();
+  auto& box = run.At<QLineEdit>("txtCutoff");
+  const QString before = box.text();
+  run.Write("txtCutoff", "700", Qt::Key_Return);
+  QTest::keyClicks(&box, "5");
+  run.Press("Ctrl+Z");
+  EXPECT_EQ(box.text(), "700");
+  EXPECT_EQ(run.record.lpfCutoff[1], 700);
+  run.Press("Ctrl+Z");
+  EXPECT_EQ(box.text(), before);
+}
+
+TEST(MasterPanelWindow, TheWheelMovesOnlyWhatHasTheFocus) {
+  MasterWindow run;
+  run.Edit("levelControlsShown", "1");
+  const std::int16_t level = run.record.levelControl[1], kind = run.record.filterType[1];
+  run.At("btnProcEnabled").setFocus();
+  TurnWheel(run.At("sldrLevel(0)"), 120);
+  TurnWheel(run.At("cmbFilter(1)"), -120);
+  EXPECT_EQ(run.record.levelControl[1], level);
+  EXPECT_EQ(run.record.filterType[1], kind);
+  run.At("sldrLevel(0)").setFocus();
+  TurnWheel(run.At("sldrLevel(0)"), -120);
+  EXPECT_EQ(run.record.levelControl[1], level - 1);
+  run.At("cmbFilter(1)").setFocus();
+  TurnWheel(run.At("cmbFilter(1)"), -120);
+  EXPECT_EQ(run.record.filterType[1], kind + 1);
+}
+
+TEST(MasterPanelWindow, KeysAndMenusReachTheRecord) {
+  MasterWindow run;
+  const std::int16_t processing = run.record.procEnabled, swap = run.record.channelSwap;
+  run.Press("Alt+P");
+  EXPECT_NE(run.record.procEnabled, processing);
+  run.Hit("btnIhpf");
+  run.At("optNumFilters(0)").setFocus();
+  run.Press("Space");
+  EXPECT_EQ(run.record.numFilters, 1);
+  run.Press("Right");
+  EXPECT_EQ(run.record.numFilters, 2);
+  EXPECT_TRUE(run.At<QRadioButton>("optNumFilters(1)").isChecked());
+  run.Press("F10");
+  auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  ASSERT_NE(menu, nullptr);
+  EXPECT_EQ(menu->objectName(), "mnuFile");
+  menu->close();
+  run.Press("Alt+N");
+  menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
+  ASSERT_NE(menu, nullptr);
+  QTest::keyClick(menu, Qt::Key_W);
+  EXPECT_NE(run.record.channelSwap, swap);
+  EXPECT_EQ(run.At<QAction>("mnuUndo").shortcut(), QKeySequence(QStringLiteral("Ctrl+Z")));
+}
+
+TEST(MasterPanelWindow, WindowsThatComeAndGoLeaveNothingBehind) {
+  MasterWindow run;
+  const auto openAndClose = [&run](int times) {
+    for (int i = 0; i < times; ++i) {
+      run.session.panels.OpenFilter(1);
+      run.CloseTop();
+      QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+      QCoreApplication::processEvents();
+    }
+    return ResidentKilobytes();
+  };
+  run.record.filterType[1] = vc::FilterKind::Bandpass;
+  run.record.filterType[2] = vc::FilterKind::Bandpass;
+  const long before = openAndClose(100);
+  constexpr long mostKilobytes = 2000;  // a window alone takes more than ten of them
+  EXPECT_LT(openAndClose(200) - before, mostKilobytes);
+  // What is only loaded has no window at all.
+  const auto windows = QApplication::topLevelWidgets().size();
+  run.session.panels.ConfigGeneralFilters([] {});
+  EXPECT_EQ(QApplication::topLevelWidgets().size(), windows);
+}
+
+}  // namespace
+}  // namespace desktop
