@@ -3,7 +3,7 @@
 
 #include <QImage>
 #include <QPaintEvent>
-#include <QtTest>
+#include <QTest>
 
 #include "desktop/FormWindow.h"
 #include "desktop/LevelBarView.h"

@@ -10,7 +10,7 @@
 #include <QElapsedTimer>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QtTest>
+#include <QTest>
 
 #include "VirtualClock.h"
 #include "desktop/EndSignals.h"

@@ -12,8 +12,8 @@
 #include <QComboBox>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QTest>
 #include <QTimer>
-#include <QtTest>
 
 #include "Installed.h"
 #include "desktop/Program.h"

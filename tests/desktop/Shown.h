@@ -4,8 +4,8 @@
 #include <string>
 
 #include <QListWidget>
+#include <QTest>
 #include <QWheelEvent>
-#include <QtTest>
 
 #include "SampleForm.h"
 #include "desktop/FormWindows.h"

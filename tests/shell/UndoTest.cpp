@@ -115,6 +115,21 @@ TEST(Undo, ReachesBehindANewSetup) {
   EXPECT_EQ(run.unit.Now().registers().values[17], 330);
 }
 
+TEST(Undo, ReachesBehindARecall) {
+  PanelRun run;
+  EXPECT_TRUE(run.session.setups.SaveSetupFile(run.test.desk.InstallFolder() + "/hall.nrv", 0));
+  run.Edit("ihpfCutoff", "330");
+  run.Click("mnuOpen");
+  run.Type("txtFileName", "hall");
+  run.Click("btnOK");
+  EXPECT_EQ(run.record.ihpfCutoff, 200);
+  EXPECT_EQ(run.session.history.UndoTitle(), "Setup Recall");
+  run.Click("mnuUndo");
+  run.Settle();
+  EXPECT_EQ(run.record.ihpfCutoff, 330);
+  EXPECT_EQ(run.unit.Now().registers().values[17], 330);
+}
+
 TEST(Undo, ClosesAPanelWhoseStageIsNoLongerOfItsKind) {
   PanelRun run;
   run.Set("cmbFilter(1)", "Bandpass");

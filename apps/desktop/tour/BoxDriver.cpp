@@ -4,7 +4,7 @@
 
 #include <QAbstractButton>
 #include <QApplication>
-#include <QtTest>
+#include <QTest>
 
 namespace tour {
 namespace {

@@ -1,7 +1,7 @@
 #include "desktop/tour/Hand.h"
 
 #include <QMenuBar>
-#include <QtTest>
+#include <QTest>
 
 namespace tour {
 namespace {

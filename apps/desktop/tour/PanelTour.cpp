@@ -1,6 +1,6 @@
 // The part of the walk that goes through the chain and the panels of its blocks.
 #include <QComboBox>
-#include <QtTest>
+#include <QTest>
 
 #include "desktop/tour/Hand.h"
 #include "desktop/tour/Tour.h"
@@ -51,7 +51,7 @@ void Tour::ShowPanels() {
     if (window == nullptr) continue;
     EditCutoff(*window, form);
     Press(*window, "btnOK");
-    Await([this, form] { return program.session.forms.Find(form) == nullptr; }, "OK closes it");
+    Await([this, name = form] { return program.session.forms.Find(name) == nullptr; }, "OK closes it");
   }
   for (const auto& [button, form] : BlockPanels) {
     Press(Master(), button);

@@ -1,7 +1,7 @@
 // The part of the walk that goes through the windows for setup files.
 #include <filesystem>
 
-#include <QtTest>
+#include <QTest>
 
 #include "desktop/tour/Hand.h"
 #include "desktop/tour/Tour.h"

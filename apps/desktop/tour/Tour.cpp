@@ -5,7 +5,7 @@
 #include <iostream>
 #include <set>
 
-#include <QtTest>
+#include <QTest>
 
 #include "desktop/tour/Hand.h"
 
