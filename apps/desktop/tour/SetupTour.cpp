@@ -1,6 +1,7 @@
 // The part of the walk that goes through the windows for setup files.
 #include <filesystem>
 
+#include <QScrollArea>
 #include <QTest>
 
 #include "desktop/tour/Hand.h"
@@ -25,8 +26,12 @@ desktop::FormWindow* Tour::Opened(const vc::Form& form, const std::string& pictu
   desktop::FormWindow* window = program.windows.WindowOf(form);
   const bool up = window != nullptr && QTest::qWaitForWindowActive(window, PatienceMilliseconds);
   Expect(up, form.name + " came up");
-  if (up) Photograph(window, picture);
-  return up ? window : nullptr;
+  if (!up) return nullptr;
+  // An offscreen screen may be smaller than the window would be on any other.
+  const auto* scroll = window->findChild<QScrollArea*>();
+  window->resize(window->size().expandedTo(scroll->widget()->sizeHint()));
+  Photograph(window, picture);
+  return window;
 }
 
 void Tour::PressOk(desktop::FormWindow& window, const vc::Form& form, const std::string& what) {
