@@ -27,7 +27,6 @@ struct PanelHost {
   // Shows the record anew, after something else than the panel has changed it.
   void Refresh();
   bool IsOpen() const { return open.panel != nullptr; }
-  Panel* Current() const { return open.panel; }
 
  private:
   void Forget();

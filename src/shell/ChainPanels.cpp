@@ -151,7 +151,7 @@ void ChainPanels::DisplayMasterControl() const {
 }
 
 bool ChainPanels::StoreInMemory(int memory, int function) {
-  modDeviceComm& device = around.master.Link();
+  modDeviceComm& device = around.device;
   const std::string title = "Memory " + std::to_string(memory) + " Storage";
   if (!device.comm.CommPortOpen) {
     around.desk.Box(box::Exclamation, title,

@@ -24,6 +24,7 @@ struct ChainPanels {
     Forms& forms;
     MasterControl& master;
     PeriodicService& periodic;
+    modDeviceComm& device;
   };
   explicit ChainPanels(const Around& parts);
 
@@ -41,7 +42,6 @@ struct ChainPanels {
   void OpenMemory(int memory);
   // Shows the record anew in the panel that is open; closes it where its block is no longer of its kind.
   void Refresh();
-  bool IsOpen() const { return host.IsOpen(); }
 
   // Each stage's panel is made and filled, and dropped without having been shown: its stage is computed anew.
   // lets events run between them.

@@ -53,17 +53,18 @@ MasterControl::MasterControl(RecordEdits& recordEdits, modDeviceComm& link, Desk
 }
 
 std::vector<MasterControl::MirroredSwitch> MasterControl::Switches() {
+  constexpr auto processing = &SystemSettings::procEnabled, adapting = &SystemSettings::adaptEnabled;
   std::vector<MirroredSwitch> rows{
-      {chain.ihpf.active, "ihpfEnabled", 0},  {chain.agc.active, "agcEnabled", 0},
-      {chain.ohpf.active, "ohpfEnabled", 0},  {chain.limiter.active, "limiterEnabled", 0},
-      {top.btnProcEnabled, "procEnabled", 0}, {top.btnAdaptEnabled, "adaptEnabled", 0}};
+      {chain.ihpf.active, "ihpfEnabled", 0, processing}, {chain.agc.active, "agcEnabled", 0, processing},
+      {chain.ohpf.active, "ohpfEnabled", 0, processing}, {chain.limiter.active, "limiterEnabled", 0, nullptr},
+      {top.btnProcEnabled, "procEnabled", 0, nullptr},   {top.btnAdaptEnabled, "adaptEnabled", 0, nullptr}};
   for (int stage = 1; stage <= FilterStages; ++stage) {
-    rows.push_back({chain.Filter(stage).active, "filterActive", stage});
-    rows.push_back({chain.Filter(stage).adapt, "filterAdapt", stage});
+    rows.push_back({chain.Filter(stage).active, "filterActive", stage, processing});
+    rows.push_back({chain.Filter(stage).adapt, "filterAdapt", stage, adapting});
   }
   for (const int side : Sides) {
-    rows.push_back({chain.Equalizer(side).active, "eqActive", side});
-    rows.push_back({chain.Broadband(side).active, "broadbandActive", side});
+    rows.push_back({chain.Equalizer(side).active, "eqActive", side, processing});
+    rows.push_back({chain.Broadband(side).active, "broadbandActive", side, processing});
   }
   return rows;
 }
@@ -81,7 +82,7 @@ std::vector<MasterControl::MirroredList> MasterControl::Lists() {
 }
 
 void MasterControl::BindMirrors() {
-  for (const auto& [button, field, index] : Switches()) {
+  for (const auto& [button, field, index, needs] : Switches()) {
     button.clicked = [this, &shown = button, name = field, i = index] {
       edits.Store(name, i, LowWord(shown.Value()), OriginOf(shown.core));
     };
@@ -178,13 +179,9 @@ void MasterControl::ShowInputs() {
 }
 
 void MasterControl::ShowMirrors() {
-  for (const auto& [button, field, index] : Switches()) {
+  for (const auto& [button, field, index, needs] : Switches()) {
     button.SetValue(ValueOf(field, index));
-    const bool adapts = field == "filterAdapt";
-    const bool processes =
-        !adapts && field != "procEnabled" && field != "adaptEnabled" && field != "limiterEnabled";
-    if (adapts) button.core.SetEnabled(settings.adaptEnabled != 0);
-    if (processes) button.core.SetEnabled(settings.procEnabled != 0);
+    button.core.SetEnabled(needs == nullptr || settings.*needs != 0);
   }
   for (const auto& [list, field, index] : Lists()) list.SetListIndex(ValueOf(field, index));
   for (int stage = 1; stage <= FilterStages; ++stage) ConfigureFilterStageButtons(stage);

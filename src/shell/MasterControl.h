@@ -83,7 +83,6 @@ struct MasterControl {
   std::string EqualizerSuffix(int number) const;
   std::string BroadbandSuffix(int number) const;
 
-  modDeviceComm& Link() { return device; }
   void ShowOversize(bool shown);
   // Puts the check marks of the port and rate menus where the record says.
   void CheckPortAndRate();
@@ -101,6 +100,7 @@ struct MasterControl {
     GraphicButton& button;
     std::string_view field;
     int index;
+    std::int16_t SystemSettings::*needs;  // the switch that must be on for this one to be of use, or null
   };
   // A list whose row is a field of the record.
   struct MirroredList {

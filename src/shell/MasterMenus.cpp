@@ -72,9 +72,9 @@ void MasterControl::BindSettingsMenu() {
 }
 
 void MasterControl::BindLaterMenus() {
-  menus.mnuPrintReport.clicked = [this] { TellLater("The report generator"); };
-  menus.mnuFileReport.clicked = [this] { TellLater("The report generator"); };
-  menus.mnuAppendFileReport.clicked = [this] { TellLater("The report generator"); };
+  for (MenuEntry* entry : {&menus.mnuPrintReport, &menus.mnuFileReport, &menus.mnuAppendFileReport}) {
+    entry->clicked = [this] { TellLater("The report generator"); };
+  }
   for (MenuEntry* entry : {&menus.mnuPrintScreen, &menus.mnuHelpPrintScreen}) {
     entry->clicked = [this] { desk.Box(box::Information, "How To Print Screens", HowToPrintScreens); };
   }

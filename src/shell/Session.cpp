@@ -29,7 +29,7 @@ Session::Session(Platform host)
       edits(settings, config, download, history),
       master(edits, device, platform.desk),
       periodic(host.events, settings, device, master),
-      panels({history, settings, platform.desk, forms, master, periodic}),
+      panels({history, settings, platform.desk, forms, master, periodic, device}),
       lastState(settings, setups, platform),
       look(platform, master) {
   FillLinkHooks();
@@ -199,7 +199,6 @@ void Session::SendChanges() {
   if (std::exchange(settings.fitPending, std::int16_t{0}) != 0 &&
       LayoutDiffers(settings, PlanFit(settings, true))) {
     history.Amend([this] { config.ConfigureStages(true); });
-    master.ConfigMasterControl();
   } else {
     download.DownloadSettings(DownloadMode::Difference);
   }
@@ -224,7 +223,6 @@ void Session::Start() {
   periodic.ShowLevelBars();
   ConnectAtStart();
   config.ConfigureStages(true);
-  master.ConfigMasterControl();
   forms.Unload(splash.form);
   forms.Show(master.form);
   periodic.pollMode = poll::MainLevels;
@@ -264,7 +262,6 @@ void Session::TakeOnSetup(const std::string& name) {
   edits.formerLevels.reset();
   master.ConfigMasterControl();
   config.ConfigureStages(true);
-  master.ConfigMasterControl();  // with what the fit has made of it
 }
 
 void Session::Activated() {
