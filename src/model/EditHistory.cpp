@@ -33,6 +33,20 @@ void StoreValue(FieldRef target, const FieldValue& value) {
              target);
 }
 
+// Makes in the target the change that leads from one record to another, and leaves all else of it alone.
+void CarryOver(SystemSettings& target, const SystemSettings& from, const SystemSettings& to) {
+  for (const FieldRow& row : Fields()) {
+    if (!IsOfASetup(row)) continue;
+    ForEachElement(row, [&](int i, int j) {
+      const FieldValue value = row.value(to, i, j);
+      if (row.value(from, i, j) != value) StoreValue(row.at(target, i, j), value);
+    });
+  }
+  for (int stage = 1; stage <= FilterStages; ++stage) {
+    if (from.filterBuilt[stage] != to.filterBuilt[stage]) target.filterBuilt[stage] = to.filterBuilt[stage];
+  }
+}
+
 // Counts for the time of an edit, also where a fault ends it.
 struct Depth {
   explicit Depth(int& counter) : count(counter) { ++count; }
@@ -54,14 +68,21 @@ bool EditHistory::Continues(const std::string& source) const {
 void EditHistory::Edit(const std::string& title, const std::string& source,
                        const std::function<void()>& action) {
   if (depth > 0) return action();
-  auto step = std::make_unique<Step>(Step{title, source, settings, {}});
+  Record(std::make_unique<Step>(Step{title, source, false, settings, {}}), action);
+}
+
+void EditHistory::Exchange(const std::string& title, const std::function<void()>& action) {
+  Record(std::make_unique<Step>(Step{title, "", true, settings, {}}), action);
+}
+
+void EditHistory::Record(std::unique_ptr<Step> step, const std::function<void()>& action) {
   {
     const Depth inside(depth);
     action();
   }
   if (!SetupDiffers(step->before, settings)) return;
-  if (Continues(source)) {
-    steps.back()->after = settings;
+  if (Continues(step->source)) {
+    CarryOver(steps.back()->after, step->before, settings);
   } else {
     step->after = settings;
     steps.resize(done);
@@ -76,48 +97,41 @@ void EditHistory::Edit(const std::string& title, const std::string& source,
 
 void EditHistory::Amend(const std::function<void()>& action) {
   const bool consequence = depth == 0 && CanUndo() && !CanRedo();
+  if (!consequence) return action();
+  const auto before = std::make_unique<SystemSettings>(settings);
   action();
-  if (consequence) steps.back()->after = settings;
+  CarryOver(steps.back()->after, *before, settings);
 }
 
 void EditHistory::KeepOpen(bool stays) { kept = stays; }
 
 void EditHistory::CloseStep() { open = kept = false; }
 
-void EditHistory::Restore(const SystemSettings& from, const SystemSettings& to) {
-  for (const FieldRow& row : Fields()) {
-    if (!IsOfASetup(row)) continue;
-    ForEachElement(row, [&](int i, int j) {
-      const FieldValue value = row.value(to, i, j);
-      if (row.value(from, i, j) != value) StoreValue(row.at(settings, i, j), value);
-    });
-  }
+void EditHistory::Restore(const SystemSettings& from, const SystemSettings& to, bool exchanged) {
+  const auto was = std::make_unique<SystemSettings>(settings);
+  CarryOver(settings, from, to);
   for (int stage = 1; stage <= FilterStages; ++stage) {
-    if (from.filterBuilt[stage] == to.filterBuilt[stage]) continue;
-    settings.filterBuilt[stage] = to.filterBuilt[stage];
     // The unit still holds the table that is now none.
-    if (to.filterBuilt[stage] == 0) settings.filterDirty[stage] = -1;
+    if (from.filterBuilt[stage] != to.filterBuilt[stage] && to.filterBuilt[stage] == 0) {
+      settings.filterDirty[stage] = -1;
+    }
   }
+  restored(*was, exchanged);
+  changed();
 }
 
 void EditHistory::Undo() {
   if (!CanUndo() || depth > 0) return;
   CloseStep();
-  const SystemSettings was = settings;
   const Step& step = *steps[--done];
-  Restore(step.after, step.before);
-  restored(was, step.title);
-  changed();
+  Restore(step.after, step.before, step.exchange);
 }
 
 void EditHistory::Redo() {
   if (!CanRedo() || depth > 0) return;
   CloseStep();
-  const SystemSettings was = settings;
   const Step& step = *steps[done++];
-  Restore(step.before, step.after);
-  restored(was, step.title);
-  changed();
+  Restore(step.before, step.after, step.exchange);
 }
 
 }  // namespace vc

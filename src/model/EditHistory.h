@@ -18,10 +18,10 @@ namespace vc {
 struct EditHistory {
   EditHistory(SystemSettings& record, Clock& timeSource);
 
-  // The record stands as before or after a step; told with what it was, and the step's title. Marks and
-  // limits are the listener's.
-  std::function<void(const SystemSettings& was, const std::string& title)> restored =
-      [](const SystemSettings&, const std::string&) {};
+  // The record stands as before or after a step; told with what it was, and whether the step exchanged the
+  // whole setup. Marks and limits are the listener's.
+  std::function<void(const SystemSettings& was, bool exchanged)> restored = [](const SystemSettings&, bool) {
+  };
   // CanUndo, CanRedo or a title may have changed.
   std::function<void()> changed = [] {};
 
@@ -29,6 +29,8 @@ struct EditHistory {
   // call Edit again, which adds to the same step. Edits from the same source that follow each other within a
   // second become one step; those without a source never do.
   void Edit(const std::string& title, const std::string& source, const std::function<void()>& action);
+  // As Edit, for another setup that takes the place of the whole one.
+  void Exchange(const std::string& title, const std::function<void()>& action);
   // Runs what follows from the last step by itself, such as a fit that waited for the next tick; what it
   // changes becomes part of that step.
   void Amend(const std::function<void()>& action);
@@ -48,11 +50,13 @@ struct EditHistory {
  private:
   struct Step {
     std::string title, source;
+    bool exchange;
     SystemSettings before, after;
   };
 
+  void Record(std::unique_ptr<Step> step, const std::function<void()>& action);
   bool Continues(const std::string& source) const;
-  void Restore(const SystemSettings& from, const SystemSettings& to);
+  void Restore(const SystemSettings& from, const SystemSettings& to, bool exchanged);
 
   SystemSettings& settings;
   Clock& clock;

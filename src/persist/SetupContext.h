@@ -13,8 +13,6 @@
 
 namespace vc {
 
-inline const std::string RecallStep = "Setup Recall";
-
 struct SetupContext {
   SystemSettings& settings;
   modSettings& setups;

@@ -7,7 +7,6 @@
 #include "model/KindChange.h"
 #include "model/Kinds.h"
 #include "model/Settings.h"
-#include "persist/SetupContext.h"
 
 namespace vc {
 namespace {
@@ -105,8 +104,8 @@ constexpr std::array<EditRule, 17> EditRules{{{"bandwidthIndex", FollowBandwidth
 
 RecordEdits::RecordEdits(SystemSettings& record, modDeviceConfig& fit, Download& sender, EditHistory& steps)
     : settings(record), config(fit), download(sender), history(steps) {
-  history.restored = [this](const SystemSettings& was, const std::string& title) {
-    if (title == RecallStep || title == NewSetupStep) setupExchanged();
+  history.restored = [this](const SystemSettings& was, bool exchanged) {
+    if (exchanged) setupExchanged();
     FollowRestore(was);
   };
 }

@@ -22,8 +22,6 @@ struct EditOrigin {
   std::string source{};
 };
 
-inline const std::string NewSetupStep = "New Filter Configuration";
-
 struct RecordEdits {
   RecordEdits(SystemSettings& record, modDeviceConfig& fit, Download& sender, EditHistory& steps);
 

@@ -241,7 +241,7 @@ void Session::NewSetup() {
   const Connection standing{settings.comPort, settings.baudIndex};
   settings.loadingSetup = true;
   platform.desk.SetHourglass(true);
-  history.Edit(NewSetupStep, "", [&] {
+  history.Exchange("New Filter Configuration", [&] {
     if (!lastState.LoadFactorySetup()) return;
     if (device.comm.CommPortOpen) std::tie(settings.comPort, settings.baudIndex) = standing;
     setupContext.lastName.clear();
