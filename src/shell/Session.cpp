@@ -74,6 +74,9 @@ void Session::FillMasterHooks() {
     Exit();
     platform.events.RequestEnd();
   };
+  forms.complain = [this](const std::string& message) {
+    platform.desk.Box(box::Exclamation, ApplicationTitle, message);
+  };
 }
 
 void Session::FillModelHooks() {

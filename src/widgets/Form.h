@@ -111,6 +111,7 @@ struct Form {
   std::function<void()> activated;       // the form became the active window
   std::function<void()> closeRequested;  // the operator closed the window; without a handler it is unloaded
   std::function<void()> unloaded;
+  std::function<void(const std::string& message)> complain;  // about a fault of the program
 
   // Set by the one view that shows the form.
   std::function<void(const ControlCore& control, std::string_view property)> controlChanged;

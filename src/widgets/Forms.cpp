@@ -12,6 +12,7 @@ void Forms::Show(Form& form, Modality modality) {
   const auto found = Locate(form);
   if (found != open.end()) open.erase(found);
   open.push_back({&form, modality, false});
+  form.complain = [this](const std::string& message) { complain(message); };
   shown(form, modality);
   if (form.activated) form.activated();
 }

@@ -24,6 +24,8 @@ struct Forms {
   std::function<void(Form&, Modality)> shown = [](Form&, Modality) {};
   std::function<void(Form&)> hidden = [](Form&) {};
   std::function<void(Form&)> gone = [](Form&) {};
+  // Tells the operator what a form that has been opened complains of.
+  std::function<void(const std::string& message)> complain = [](const std::string&) {};
 
   // Opens the form, or shows it again and brings it forward.
   void Show(Form& form, Modality modality = Modality::Modeless);

@@ -25,7 +25,7 @@ GraphicButton::PictureState GraphicButton::Picture() const {
 void GraphicButton::Refresh(int state) {
   constexpr int first = static_cast<int>(PictureState::Up), last = static_cast<int>(PictureState::Disabled);
   if (state != 0 && (state < first || state > last)) {
-    if (complain) complain("Invalid picture state in GraphicButton:Refresh()");
+    if (core.form.complain) core.form.complain("Invalid picture state in GraphicButton:Refresh()");
     return;
   }
   const PictureState before = Picture();

@@ -34,7 +34,6 @@ struct GraphicButton {
   const Style style;
   std::function<void(const MouseEvent&)> mouseDown, mouseMove, mouseUp;
   std::function<void()> clicked;
-  std::function<void(const std::string& message)> complain;  // about a fault of the program
 
   int Value() const { return value; }  // 0 up, 1 latched down
   void SetValue(int latched);

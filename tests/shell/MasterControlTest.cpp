@@ -179,6 +179,8 @@ TEST(MasterPanel, EveryEntryDoesSomething) {
     ASSERT_EQ(run.test.desk.boxes.size(), 1U) << entry;
     EXPECT_EQ(run.test.desk.boxes.back().title, title);
   }
+  run.session.master.top.btnClearAll.Refresh(9);
+  EXPECT_EQ(run.test.desk.boxes.back().text, "Invalid picture state in GraphicButton:Refresh()");
   run.Click("mnuWebPage");
   EXPECT_EQ(run.test.desk.opened.size(), 1U);
   run.Click("mnuTheme(2)");

@@ -13,6 +13,7 @@ struct GraphicButtons : testing::Test {
   std::string events;
 
   GraphicButtons() {
+    form.complain = [this](const std::string& message) { events += message; };
     for (GraphicButton* button : {&latch, &push}) {
       const auto told = [this, button](const std::string& what) {
         return [this, button, what](const MouseEvent& at) {
@@ -23,7 +24,6 @@ struct GraphicButtons : testing::Test {
       button->mouseMove = told("move");
       button->mouseUp = told("up");
       button->clicked = [this, button] { events += "click=" + State(*button) + " "; };
-      button->complain = [this](const std::string& message) { events += message; };
     }
   }
   // Value and picture.
@@ -80,7 +80,7 @@ TEST_F(GraphicButtons, RefreshShowsTheStateThatIsAskedFor) {
   EXPECT_EQ(events, message + message);
   push.SetValue(0);
   EXPECT_EQ(State(push), "0/1");
-  push.complain = nullptr;
+  form.complain = nullptr;
   push.Refresh(9);
 }
 
