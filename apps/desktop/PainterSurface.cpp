@@ -48,6 +48,14 @@ struct Fine {
   int thickness;
 };
 
+// In whole pixels of the device, so that no line is blurred or thicker than the next. Dots are as long as the
+// line is thick, with two such lengths between them.
+void ForEachDash(const Fine& fine, int begin, int length, vc::LineStyle style, const auto& draw) {
+  const int from = fine.Of(begin), to = fine.Of(begin + length);
+  const int dash = style == vc::LineStyle::Solid ? to - from : fine.thickness;
+  for (int at = from; at < to && dash > 0; at += DotDistance * dash) draw(at, dash);
+}
+
 QRect ToQt(const vc::Rectangle& area) { return {area.left, area.top, area.width, area.height}; }
 
 }  // namespace
@@ -95,26 +103,18 @@ void PainterSurface::DrawEdge(const vc::Rectangle& area, vc::EdgeStyle style) {
   }
 }
 
-// In whole pixels of the device, so that no line is blurred or thicker than the next. Dots are as long as the
-// line is thick, with two such lengths between them.
 void PainterSurface::DrawAcross(int left, int top, int length, vc::LineStyle style, vc::Colour colour) {
   const Fine fine(painter);
-  const int from = fine.Of(left), to = fine.Of(left + length);
-  const int dash = style == vc::LineStyle::Solid ? to - from : fine.thickness;
-  const QColor ink = ColourOf(colour, palette);
-  for (int at = from; at < to && dash > 0; at += DotDistance * dash) {
-    painter.fillRect(fine.Area(at, fine.Of(top), dash, fine.thickness), ink);
-  }
+  ForEachDash(fine, left, length, style, [&](int at, int dash) {
+    painter.fillRect(fine.Area(at, fine.Of(top), dash, fine.thickness), ColourOf(colour, palette));
+  });
 }
 
 void PainterSurface::DrawDown(int left, int top, int length, vc::LineStyle style, vc::Colour colour) {
   const Fine fine(painter);
-  const int from = fine.Of(top), to = fine.Of(top + length);
-  const int dash = style == vc::LineStyle::Solid ? to - from : fine.thickness;
-  const QColor ink = ColourOf(colour, palette);
-  for (int at = from; at < to && dash > 0; at += DotDistance * dash) {
-    painter.fillRect(fine.Area(fine.Of(left), at, fine.thickness, dash), ink);
-  }
+  ForEachDash(fine, top, length, style, [&](int at, int dash) {
+    painter.fillRect(fine.Area(fine.Of(left), at, fine.thickness, dash), ColourOf(colour, palette));
+  });
 }
 
 // A smooth pen wider than one pixel of the device is fifty times as dear, so the line is drawn side by side
