@@ -27,8 +27,8 @@ wait $fuzzing || { tail -n 60 build/fuzz.log >&2; exit 1; }
 grep -E '^stat::(number|average)' build/fuzz.log
 
 step "Static analysis"
-# What is shipped. The simulated unit, the tour, tests and benchmarks are spared, for the time that it takes.
-git ls-files -- 'src/*.cpp' 'apps/*.cpp' ':!apps/unit' ':!apps/desktop/tour' | xargs -P "$(nproc)" -n 2 clang-tidy --quiet -p build 2>build/clang-tidy.log
+# The tests and benchmarks are spared, for the time that it takes.
+scripts/analyse.sh build
 git ls-files -- 'fuzz/*.cpp' | xargs clang-tidy --quiet -p build-fuzz 2>build/clang-tidy-fuzz.log
 
 step "All good"

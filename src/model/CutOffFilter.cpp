@@ -14,8 +14,6 @@ namespace {
 using S = SystemSettings;
 using std::numbers::pi;
 
-constexpr double FullScaleWord = 32768;
-
 // Element k of half a filter stands k samples from its centre, on both sides.
 using HalfTaps = std::vector<double>;
 

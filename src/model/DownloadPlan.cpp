@@ -48,13 +48,13 @@ std::uint16_t SynthesisArgument(int position, int algorithm) {
 }
 
 // The register's value as it is kept: the analyzer's clear bits are an action, not a state.
-std::uint16_t Kept(std::uint8_t code, std::uint16_t value) {
+std::uint16_t AsKept(std::uint8_t code, std::uint16_t value) {
   return code == registers::AnalyzerRun ? static_cast<std::uint16_t>(value & ~registers::AnalyzerClear)
                                         : value;
 }
 
 void SetRegister(DownloadPlan& plan, std::uint8_t code, std::uint16_t value) {
-  Command(plan, code, value, [code, value](Shadow& shadow) { shadow.registers[code] = Kept(code, value); });
+  Command(plan, code, value, [code, value](Shadow& shadow) { shadow.registers[code] = AsKept(code, value); });
 }
 
 void HoldStages(DownloadPlan& plan, Shadow& shadow) {
@@ -123,11 +123,9 @@ void WalkRegisters(DownloadPlan& plan, const DownloadRequest& request, const Sha
   }
 }
 
-bool IsLinked(const SystemSettings& settings) { return settings.configMode == ConfigMode::StereoLinked; }
-
 // In Stereo Linked the unit takes the coefficients of an odd position for its even partner as well.
 bool SendsCoefficients(const SystemSettings& settings, int position) {
-  return !IsLinked(settings) || position % 2 == 1;
+  return !IsLinked(settings.configMode) || position % 2 == 1;
 }
 
 void PlanFilter(DownloadPlan& plan, const DownloadRequest& request, const Shadow& shadow, int position) {
@@ -143,7 +141,7 @@ void PlanFilter(DownloadPlan& plan, const DownloadRequest& request, const Shadow
   SendCoefficients(plan, position,
                    BuildCoefficients(request.settings, stage, image.stageKind[position],
                                      request.settings.generalStageTaps),
-                   IsLinked(request.settings));
+                   IsLinked(request.settings.configMode));
 }
 
 void PlanEqualizer(DownloadPlan& plan, const DownloadRequest& request, const Shadow& shadow, int equalizer) {
@@ -159,7 +157,7 @@ void PlanBroadband(DownloadPlan& plan, const DownloadRequest& request, const Sha
   const int position = BroadbandPosition + broadband - 1;
   if (request.image.stageClass[position] == dsp::Idle) return;
   BroadbandBlock block;
-  FillBroadbandBlock(block, request.settings, IsLinked(request.settings) ? 1 : broadband);
+  FillBroadbandBlock(block, request.settings, IsLinked(request.settings.configMode) ? 1 : broadband);
   UploadBroadbandValues(plan, block, broadband, shadow);
 }
 
@@ -204,7 +202,7 @@ void SendCoefficients(DownloadPlan& plan, int position, const std::vector<float>
 void SendEdgeFilter(DownloadPlan& plan, const SystemSettings& settings, int equalizer, const Shadow& shadow) {
   const std::vector<float> coefs = DesignEdgeFilter(settings, equalizer);
   if (shadow.edgeCoefs[equalizer] == coefs) return;
-  SendCoefficients(plan, EqualizerPosition + equalizer - 1, coefs, IsLinked(settings));
+  SendCoefficients(plan, EqualizerPosition + equalizer - 1, coefs, IsLinked(settings.configMode));
   plan.back().acknowledged = [emptied = plan.back().acknowledged, equalizer, coefs](Shadow& known) {
     emptied(known);
     known.edgeCoefs[equalizer] = coefs;

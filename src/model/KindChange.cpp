@@ -7,9 +7,7 @@
 namespace vc {
 namespace {
 
-constexpr std::int16_t FullEffect = 32767;
 constexpr std::int16_t UnityGain = 16;
-constexpr std::int16_t NarrowestWidth = 1;
 
 void ClearMultiples(SystemSettings& settings, int stage) {
   settings.mnotchFreq[stage].Fill(0);

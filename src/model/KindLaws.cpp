@@ -75,8 +75,6 @@ void Dynamics(Image& image, const S& s, int stage, int position) {
                                                                .release = (s.*Release)[stage]});
 }
 
-constexpr std::int16_t FullEffect = 32767;
-
 constexpr KindLaw AdaptiveLaw{dsp::Adaptive, algorithm::FromHost, nullptr, false, false, 0, false};
 constexpr KindLaw OnBoard(std::int16_t algorithm, BlockLaw block, std::int16_t stageClass = dsp::Finite) {
   return {stageClass, algorithm, block, false, false, 0, false};

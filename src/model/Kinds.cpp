@@ -45,6 +45,8 @@ std::span<const KindRow> FilterKinds() { return filterKinds; }
 std::span<const KindRow> EqKinds() { return eqKinds; }
 std::span<const KindRow> BroadbandKinds() { return broadbandKinds; }
 
+bool IsLinked(std::int16_t configMode) { return configMode == ConfigMode::StereoLinked; }
+
 bool IsAdaptive(std::int16_t filterType) {
   return filterType == FilterKind::RefCanceller || filterType == FilterKind::OneChAdaptive;
 }

@@ -53,6 +53,13 @@ std::span<const KindRow> FilterKinds();
 std::span<const KindRow> EqKinds();
 std::span<const KindRow> BroadbandKinds();
 
+// Left and right have one setting.
+bool IsLinked(std::int16_t configMode);
+
+// Of filterAtten: all of the filter is in force. Of mnotchWidth and mslotWidth, in lines.
+inline constexpr std::int16_t FullEffect = 32767;
+inline constexpr std::int16_t NarrowestWidth = 1;
+
 // Only the adaptive kinds have an adaptation switch and may borrow DSP stages.
 bool IsAdaptive(std::int16_t filterType);
 

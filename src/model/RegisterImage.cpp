@@ -29,8 +29,6 @@ std::int16_t At(const std::array<std::int16_t, 9>& table, int position) {
 }
 
 bool IsStereo(const SystemSettings& settings) { return settings.configMode != ConfigMode::Mono; }
-bool IsLinked(const SystemSettings& settings) { return settings.configMode == ConfigMode::StereoLinked; }
-
 std::int16_t ThresholdWord(std::int16_t decibels) {
   return Nearest(std::pow(10.0, decibels / 20.0) * 32767.0);
 }
@@ -78,7 +76,7 @@ struct Channel {
 void RouteBroadband(RegisterImage& image, const SystemSettings& settings, Channel& channel) {
   const int position = BroadbandPosition + channel.side - 1;
   const bool idle = channel.side == 2 && !IsStereo(settings);
-  const int entry = IsLinked(settings) ? 1 : channel.side;
+  const int entry = IsLinked(settings.configMode) ? 1 : channel.side;
   image.stageSrcA[position] = At(srcTableA, position);
   image.stageSrcB[position] = image.stageSrcC[position] = idle ? std::int16_t{0} : channel.source;
   const bool in = !idle && settings.broadbandActive[entry] != 0;
@@ -108,7 +106,7 @@ void RouteFilter(RegisterImage& image, const SystemSettings& settings, Channel& 
 }
 
 void RouteEqualizer(RegisterImage& image, const SystemSettings& settings, const Channel& channel) {
-  const int entry = IsLinked(settings) ? 1 : channel.side;
+  const int entry = IsLinked(settings.configMode) ? 1 : channel.side;
   image.equalizerSource[channel.side] = channel.source;
   const bool idle = channel.side == 2 && !IsStereo(settings);
   const bool in = !idle && settings.eqActive[entry] != 0;
@@ -121,7 +119,7 @@ void RoutePairs(RegisterImage& image, const SystemSettings& settings, Channel& l
     // Each side's canceller may listen to what feeds its partner, before either has run.
     const std::int16_t leftFeed = left.source;
     const std::int16_t rightFeed = right.source;
-    const int rightStage = IsLinked(settings) ? pair : pair + PairStages;
+    const int rightStage = IsLinked(settings.configMode) ? pair : pair + PairStages;
     RouteFilter(image, settings, left, pair, 2 * pair - 1, rightFeed);
     RouteFilter(image, settings, right, rightStage, 2 * pair, leftFeed);
   }
@@ -137,8 +135,8 @@ struct Placement {
 Placement PlacementOf(const SystemSettings& settings, int stage) {
   const bool right = IsStereo(settings) && stage > PairStages;
   const int number = right ? stage - PairStages : stage;
-  return {IsLinked(settings) && right ? number : stage, PositionOfStage(settings.configMode, stage),
-          number <= settings.numFilters};
+  return {IsLinked(settings.configMode) && right ? number : stage,
+          PositionOfStage(settings.configMode, stage), number <= settings.numFilters};
 }
 
 bool NeedsComputing(const RegisterImage& image, const SystemSettings& settings, const Placement& place,
@@ -270,7 +268,7 @@ void RefreshImage(RegisterImage& image, SystemSettings& settings) {
   }
   for (int side = 1; side <= 2; ++side) {
     const bool idle = side == 2 && !IsStereo(settings);
-    const int entry = IsLinked(settings) ? 1 : side;
+    const int entry = IsLinked(settings.configMode) ? 1 : side;
     ComputeEqualizer(image, settings, side, entry, idle ? NoKind : settings.eqType[entry]);
     ComputeBroadband(image, settings, side, entry, idle);
   }

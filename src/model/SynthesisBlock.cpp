@@ -22,7 +22,7 @@ void StoreWord(StageBlock& block, std::size_t place, std::uint16_t word) {
 }
 
 // A gain word stops at full scale: the next word up would read as a negative one.
-std::uint16_t GainWord(double ratio) { return Word(std::min(HighestWord * ratio, HighestWord)); }
+std::uint16_t GainWord(double ratio) { return BoundedWord(std::min(HighestWord * ratio, HighestWord)); }
 
 struct Section {
   std::int32_t a0 = 0;  // of the newest sample; that of the oldest is its negative
@@ -56,7 +56,7 @@ std::uint16_t HighPart(std::int32_t coefficient) {
 
 std::uint16_t BoostWord(const ParametricSubstage& substage) {
   if (!substage.active) return 0;
-  return Word(Bounded((AmplitudeRatio(substage.boost) - 1.0) * 4096.0, -32768.0, HighestWord));
+  return BoundedWord(Bounded((AmplitudeRatio(substage.boost) - 1.0) * 4096.0, -32768.0, HighestWord));
 }
 
 void StoreSubstage(StageBlock& block, std::size_t place, const ParametricSubstage& substage) {
@@ -75,7 +75,7 @@ std::uint32_t TimeConstant(std::int16_t bandwidthHz, std::int16_t milliseconds) 
 }
 
 std::uint16_t LogarithmicLevel(std::int16_t decibels) {
-  return Word(256.0 * std::log2(32768.0 * AmplitudeRatio(decibels)) + 0.5);
+  return BoundedWord(256.0 * std::log2(32768.0 * AmplitudeRatio(decibels)) + 0.5);
 }
 
 }  // namespace
@@ -112,9 +112,9 @@ StageBlock CompressorBlock(std::int16_t bandwidthHz, const CompressorValues& val
   StoreLittleEndian(block, 0, TimeConstant(bandwidthHz, values.attack));
   StoreLittleEndian(block, 4, TimeConstant(bandwidthHz, values.release));
   StoreWord(block, 8, LogarithmicLevel(values.limitThresh));
-  StoreWord(block, 10, Word(32768.0 / values.compRatio));
+  StoreWord(block, 10, BoundedWord(32768.0 / values.compRatio));
   StoreWord(block, 12, LogarithmicLevel(values.compThresh));
-  StoreWord(block, 14, Word(values.expRatio * 16.0));
+  StoreWord(block, 14, BoundedWord(values.expRatio * 16.0));
   return block;
 }
 

@@ -17,7 +17,6 @@ namespace vc {
 namespace {
 
 constexpr std::int16_t LastBandwidth = 5;
-constexpr std::int16_t NarrowestWidth = 1;
 constexpr float FilterPoints = 1024;
 constexpr float EqualizerPoints = 246;
 

@@ -10,7 +10,6 @@
 namespace vc {
 namespace {
 
-constexpr double FullScaleWord = 32768;
 constexpr std::int16_t DeepestDecibels = 60;
 constexpr double CombOffset = 6;  // dB: a comb of this depth takes nothing away
 
@@ -23,7 +22,7 @@ double Bounded(double value, double lower, double upper) {
   return std::isnan(value) ? 0.0 : std::clamp(value, lower, upper);
 }
 
-std::uint16_t Word(double value) {
+std::uint16_t BoundedWord(double value) {
   return static_cast<std::uint16_t>(Nearest32(Bounded(value, -FullScaleWord, FullScaleWord)));
 }
 
@@ -33,19 +32,19 @@ double AmplitudeRatio(double decibels) { return std::pow(10.0, decibels / 20.0);
 
 std::uint16_t AttenWord(std::int16_t decibels) {
   Clamp(decibels, 0, DeepestDecibels);
-  return Word(FullScaleWord * AmplitudeRatio(-decibels));
+  return BoundedWord(FullScaleWord * AmplitudeRatio(-decibels));
 }
 
 CombDepthWord CombWord(std::int16_t combDepth) {
   Clamp(combDepth, -DeepestDecibels, DeepestDecibels);
   const double part = Missing(std::abs(combDepth) - CombOffset);
-  return {Word(combDepth < 0 ? -part : part), combDepth};
+  return {BoundedWord(combDepth < 0 ? -part : part), combDepth};
 }
 
 std::uint16_t NotchWord(std::int16_t decibels) {
   Clamp(decibels, -DeepestDecibels, DeepestDecibels);
   const double part = Missing(std::abs(decibels));
-  return Word(decibels < 0 ? -part : part);
+  return BoundedWord(decibels < 0 ? -part : part);
 }
 
 }  // namespace vc

@@ -8,10 +8,12 @@ namespace vc {
 // Every word is a std::uint16_t, the pattern on the wire: a negative one is in two's complement, and full
 // scale, 32768, which a signed word cannot hold, is 0x8000.
 
+inline constexpr double FullScaleWord = 32768;
+
 // value between lower and upper; NaN becomes 0.
 double Bounded(double value, double lower, double upper);
 // Nearest integer, ties to even, bounded to -32768..32768; NaN gives 0.
-std::uint16_t Word(double value);
+std::uint16_t BoundedWord(double value);
 // The word of minus the value; 0x8000 stays as it is.
 std::uint16_t NegatedWord(std::uint16_t word);
 

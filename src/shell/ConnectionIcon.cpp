@@ -13,7 +13,7 @@ constexpr Colour Pulse = MakeColour(20, 150, 70);
 // The picture is designed on a grid of 48 by 24 and scaled to what it is given.
 constexpr int GridWidth = 48, GridHeight = 24;
 
-struct Grid {
+struct IconGrid {
   Rectangle area;
   Rectangle At(int left, int top, int width, int height) const {
     const int scale = std::max(1, std::min(area.width / GridWidth, area.height / GridHeight));
@@ -26,7 +26,7 @@ struct Grid {
 }  // namespace
 
 void DrawConnectionIcon(Surface& surface, const Rectangle& area, int image) {
-  const Grid grid{area};
+  const IconGrid grid{area};
   surface.FillRectangle(grid.At(1, 4, 13, 10), Device);  // the desktop's screen and its foot
   surface.FillRectangle(grid.At(2, 5, 11, 8), Screen);
   surface.FillRectangle(grid.At(6, 14, 3, 3), Device);

@@ -1,13 +1,12 @@
 // Plots and progress bars on the screen: what is drawn anew, how fine the lines are, what is spoken.
-#include <algorithm>
 #include <array>
-#include <cmath>
 
 #include <gtest/gtest.h>
 
 #include <QApplication>
 #include <QImage>
 
+#include "Contrast.h"
 #include "Shown.h"
 #include "desktop/PainterSurface.h"
 #include "desktop/PlotView.h"
@@ -16,18 +15,6 @@
 
 namespace desktop {
 namespace {
-
-// Relative luminance and contrast ratio as WCAG 2.1 defines them.
-double Luminance(const QColor& colour) {
-  const auto linear = [](double part) {
-    return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-  };
-  return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
-}
-double Contrast(const QColor& a, const QColor& b) {
-  const double first = Luminance(a) + 0.05, second = Luminance(b) + 0.05;
-  return std::max(first, second) / std::min(first, second);
-}
 
 TEST(PlotColours, StandOutInLightAndInDark) {
   for (const Theme theme : {Theme::Dark, Theme::Light}) {

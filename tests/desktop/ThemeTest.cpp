@@ -1,10 +1,9 @@
 // That what is to be read and found can be, in both themes.
-#include <cmath>
-
 #include <gtest/gtest.h>
 
 #include <QApplication>
 
+#include "Contrast.h"
 #include "Shown.h"
 #include "desktop/QtDesk.h"
 #include "desktop/Theme.h"
@@ -12,17 +11,6 @@
 
 namespace desktop {
 namespace {
-
-double Linear(double part) { return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4); }
-
-// Relative luminance and contrast ratio as in the Web Content Accessibility Guidelines 2.1.
-double Luminance(const QColor& colour) {
-  return 0.2126 * Linear(colour.redF()) + 0.7152 * Linear(colour.greenF()) + 0.0722 * Linear(colour.blueF());
-}
-double Contrast(const QColor& one, const QColor& other) {
-  const double first = Luminance(one) + 0.05, second = Luminance(other) + 0.05;
-  return std::max(first, second) / std::min(first, second);
-}
 
 TEST(Theme, EveryTextCanBeReadOnItsGround) {
   using Role = QPalette::ColorRole;

@@ -106,7 +106,7 @@ void ExpectEarlierFiltersFirst(const SystemSettings& asked, const SystemSettings
   }
 }
 
-std::string OutsideRange(const SystemSettings& s) {
+std::string WordsOutsideRange(const SystemSettings& s) {
   std::string names;
   for (const FieldRow& row : Fields()) {
     if (!OfWords(row, s) || IsDerived(row) || std::holds_alternative<rules::WhenEdited>(row.rule)) continue;
@@ -134,7 +134,7 @@ void Check(SystemSettings s, bool fit) {
   if (fit) {
     ASSERT_NO_FATAL_FAILURE(ExpectEarlierFiltersFirst(asked, s, warnings > 0));
   }
-  ASSERT_EQ(OutsideRange(s), "");
+  ASSERT_EQ(WordsOutsideRange(s), "");
 
   const SystemSettings once = s;
   ASSERT_FALSE(LayoutDiffers(s, PlanFit(s, true)));
@@ -164,7 +164,7 @@ TEST(FitContract, SurvivesRecordsThatNobodyValidated) {
     ASSERT_NO_FATAL_FAILURE(ExpectLimitsAgree(s)) << "record " << record;
     ASSERT_LE(StagesTaken(s, s.maxDspStages), s.configMode == 0 ? 6 : 3) << "record " << record;
     ValidateSettings(s);
-    ASSERT_EQ(OutsideRange(s), "") << "record " << record;
+    ASSERT_EQ(WordsOutsideRange(s), "") << "record " << record;
   }
 }
 

@@ -32,12 +32,12 @@ TEST(Words, FollowTheirLawsAndBoundTheDecibels) {
 }
 
 TEST(Words, RoundHalvesToEvenAndKeepFullScale) {
-  EXPECT_EQ(Word(0.5), 0);
-  EXPECT_EQ(Word(1.5), 2);
-  EXPECT_EQ(Word(-2.5), Pattern(-2));
-  EXPECT_EQ(Word(1e300), 0x8000);
-  EXPECT_EQ(Word(-1e300), 0x8000);
-  EXPECT_EQ(Word(std::numeric_limits<double>::quiet_NaN()), 0);
+  EXPECT_EQ(BoundedWord(0.5), 0);
+  EXPECT_EQ(BoundedWord(1.5), 2);
+  EXPECT_EQ(BoundedWord(-2.5), Pattern(-2));
+  EXPECT_EQ(BoundedWord(1e300), 0x8000);
+  EXPECT_EQ(BoundedWord(-1e300), 0x8000);
+  EXPECT_EQ(BoundedWord(std::numeric_limits<double>::quiet_NaN()), 0);
   EXPECT_EQ(NegatedWord(Pattern(-26230)), 26230);
   EXPECT_EQ(NegatedWord(0x8000), 0x8000);
 }

@@ -34,10 +34,10 @@ void Pty::Write(const std::string& bytes) const {
 }
 
 std::vector<std::uint8_t> Pty::Read(std::size_t count, int milliseconds) const {
-  using Clock = std::chrono::steady_clock;
-  const auto end = Clock::now() + std::chrono::milliseconds(milliseconds);
+  using Steady = std::chrono::steady_clock;
+  const auto end = Steady::now() + std::chrono::milliseconds(milliseconds);
   std::vector<std::uint8_t> bytes;
-  while (bytes.size() < count && Clock::now() < end) {
+  while (bytes.size() < count && Steady::now() < end) {
     pollfd watched{master, POLLIN, 0};
     poll(&watched, 1, 10);
     std::array<std::uint8_t, 256> block{};

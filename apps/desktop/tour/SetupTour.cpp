@@ -10,8 +10,6 @@
 namespace tour {
 namespace {
 
-constexpr int PatienceMilliseconds = 5000;
-
 // Types over what is there.
 void Type(desktop::FormWindow& window, const char* control, const QString& text) {
   auto* widget = window.findChild<QWidget*>(control);

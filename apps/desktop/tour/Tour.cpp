@@ -14,7 +14,6 @@ namespace {
 
 constexpr const char* Connected = "Connected COM 1 115200 Baud";
 constexpr const char* Closed = "COM 1 is closed";
-constexpr int PatienceMilliseconds = 3000;
 constexpr std::array<const char*, 4> Bars{"lbInputLeft", "lbInputRight", "lbOutputLeft", "lbOutputRight"};
 const std::vector<std::string> RateMenus{"mnuSettings", "mnuLocalConnectSettings", "mnuBaudRate"};
 

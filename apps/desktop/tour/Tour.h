@@ -13,6 +13,8 @@
 
 namespace tour {
 
+inline constexpr int PatienceMilliseconds = 5000;  // until what must come counts as missing
+
 class Tour {
  public:
   Tour(desktop::Program& desktopProgram, Album& pictures);
