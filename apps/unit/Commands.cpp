@@ -98,6 +98,8 @@ constexpr Command commands[] = {
     {151, "spectrum averaging"},
     {157, "trace 1 gain"},
     {158, "trace 2 gain"},
+    {FirstTraceCode, "spectrum request, trace 1", Answer::Spectrum},
+    {FirstTraceCode + 1, "spectrum request, trace 2", Answer::Spectrum},
     {192, "synthesize"},
     {232, "main status request", Answer::MainStatus},
     {234, "equalizer status request", Answer::EqualizerStatus},

@@ -6,7 +6,9 @@
 
 namespace unit {
 
-enum class Answer { Acknowledge, Coefficients, Version, MainStatus, EqualizerStatus };
+enum class Answer { Acknowledge, Coefficients, Version, MainStatus, EqualizerStatus, Spectrum };
+
+inline constexpr std::uint8_t FirstTraceCode = 161;  // the second trace has the next one
 
 struct Command {
   std::uint8_t code;

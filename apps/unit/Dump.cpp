@@ -3,8 +3,8 @@
 
 namespace unit {
 
-std::string DumpText(const Unit& unit) {
-  std::string text = SettingText(PresentSetting(unit.registers(), unit.stages()));
+std::string DumpText(Unit& unit) {
+  std::string text = SettingText(unit.Present());
   const std::size_t waiting = unit.stages().WaitingPackets();
   if (waiting > 0) text += "waiting " + std::to_string(waiting) + '\n';
   return text + MemoriesText(unit.memories);

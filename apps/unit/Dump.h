@@ -9,6 +9,6 @@ namespace unit {
 
 // The lines of the present setting, "waiting COUNT" if there are packets for which no command has come, and
 // the lines of the stand-alone memories.
-std::string DumpText(const Unit& unit);
+std::string DumpText(Unit& unit);
 
 }  // namespace unit

@@ -55,6 +55,23 @@ bool TakeCoefficients(Options& options, std::string_view text) {
   return TakeText(text.substr(colon + 1), options.coefficients[page]);
 }
 
+bool TakeMemory(Options& options, std::string_view text) {
+  constexpr unsigned lastMemory = 10;
+  return Take(text, 1U, lastMemory, options.memory.emplace());
+}
+
+// What is wrong with the options as a whole; empty where nothing is.
+std::string Wrong(const Options& options) {
+  if (options.help) return {};
+  if (options.memory && options.memories.empty()) return "--memory needs --memories FILE";
+  if (!options.fast) return options.link.empty() ? "--link PATH is needed" : "";
+  if (!options.memory) return "--fast needs --memory N";
+  if (options.out.empty()) return "--fast needs --out FILE";
+  if (options.silent) return "--fast and --no-sound exclude each other";
+  const bool endless = options.in.empty() || options.looped;
+  return endless && options.seconds == 0 ? "--fast needs --seconds N here, as the sound has no end" : "";
+}
+
 constexpr std::string_view Version = "a whole number from 0 to 999";
 constexpr std::string_view Milliseconds = "a whole number from 0 to 600000";
 constexpr std::string_view Probability = "a number from 0 to 1";
@@ -87,6 +104,20 @@ constexpr Row rows[] = {
      "on SIGUSR1 write what the unit was given to FILE"},
     {"--memories", "FILE", "a path", [](Options& o, std::string_view t) { return TakeText(t, o.memories); },
      "keep the stand-alone memories in FILE"},
+    {"--memory", "N", "a whole number from 1 to 10", TakeMemory, "start with the setting of memory N"},
+    {"--in", "FILE", "a path", [](Options& o, std::string_view t) { return TakeText(t, o.in); },
+     "hear FILE (WAV, FLAC, ...) and not the built-in scene"},
+    {"--loop", "", "", [](Options& o, std::string_view) { return o.looped = true; },
+     "hear FILE over and over"},
+    {"--out", "FILE", "a path", [](Options& o, std::string_view t) { return TakeText(t, o.out); },
+     "write what leaves the unit to FILE (WAV)"},
+    {"--no-sound", "", "", [](Options& o, std::string_view) { return o.silent = true; },
+     "process no sound; the levels follow a fixed course"},
+    {"--fast", "", "", [](Options& o, std::string_view) { return o.fast = true; },
+     "no line: process the sound as fast as it goes, and end"},
+    {"--seconds", "N", "a number from 0.1 to 1000000",
+     [](Options& o, std::string_view t) { return Take(t, 0.1, 1e6, o.seconds); },
+     "with --fast: process so many seconds of sound"},
     {"--coefficients", "PAGE:FILE", "a page from 0 to 5, a colon and a path", TakeCoefficients,
      "on SIGUSR2 let the stage of PAGE have learned what is in FILE"},
     {"--seed", "N", "a whole number",
@@ -131,7 +162,8 @@ std::variant<Options, std::string> ParseOptions(std::span<const std::string_view
     }
     if (!row->take(options, value)) return Wrong(*row) + ", not \"" + std::string(value) + "\"";
   }
-  if (options.link.empty() && !options.help) return std::string("--link PATH is needed");
+  std::string wrong = Wrong(options);
+  if (!wrong.empty()) return wrong;
   return options;
 }
 

@@ -21,6 +21,14 @@ struct Options {
   std::string memories;                          // file that keeps the stand-alone memories, empty for none
   bool help = false;
 
+  std::string in;                  // file that the unit hears, empty for the built-in scene
+  std::string out;                 // file for what leaves the unit, empty for none
+  bool looped = false;             // the file is heard over and over
+  bool silent = false;             // no sound at all
+  std::optional<unsigned> memory;  // 1..10, the setting to start with
+  bool fast = false;               // no line: the file through the memory's setting, then the end
+  double seconds = 0;              // of sound in that case, 0 for the whole file
+
   int baud = 115200;             // 9600, 14400, 19200, 38400 or 115200
   int bootHundredths = 401;      // 0..999
   int firmwareHundredths = 402;  // 0..999

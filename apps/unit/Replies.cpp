@@ -70,6 +70,13 @@ Bytes CoefficientReply(const Status& status, const CoefficientBlock& block) {
   return reply;
 }
 
+Bytes SpectrumReply(unsigned trace, const Status& status, const SpectrumLines& lines) {
+  Bytes reply = Head(trace == 0 ? "!S1" : "!S2", status);
+  reply.insert(reply.end(), lines.begin(), lines.end());
+  reply.push_back(0);
+  return reply;
+}
+
 Bytes EqualizerStatusReply(const Status& status) {
   Bytes reply = BytesOf("!EG");
   AddWord(reply, status.stageStatus[8]);

@@ -24,6 +24,10 @@ Bytes MainStatusReply(const Status& status);
 // "!EG" and the status words of stages 9 and 10, 8 bytes, ended in the same way.
 Bytes EqualizerStatusReply(const Status& status);
 
+// "!S1" or "!S2" for trace 0 or 1, the same head as of the main status, a byte for each line, and one of 0:
+// 558 bytes.
+Bytes SpectrumReply(unsigned trace, const Status& status, const SpectrumLines& lines);
+
 // "!CV", the same head as of the main status, and 256 coefficients of three bytes with the high byte first;
 // two bytes of 0 fill it up to 815.
 Bytes CoefficientReply(const Status& status, const CoefficientBlock& block);

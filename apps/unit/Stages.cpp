@@ -77,6 +77,15 @@ std::optional<PageBlock> PageBlockOf(std::uint16_t address) {
   return place;
 }
 
+void Stages::Restore(const StagePrograms& programs,
+                     const std::array<std::optional<std::uint16_t>, 256>& registers) {
+  programs_ = programs;
+  classWords_ = {registers[ClassesFirst].value_or(0), registers[ClassesLast].value_or(0)};
+  linked_ = (registers[OutputRouting].value_or(0) & LinkedBit) != 0;
+  packets_.clear();
+  lastCommand_.reset();
+}
+
 std::string_view Stages::Refusal(const Frame& frame) const {
   if (frame.kind == Frame::Kind::Packet) return PacketRefusal(frame.number);
   if (lastCommand_ == Action{frame.number, frame.argument}) return {};

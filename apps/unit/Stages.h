@@ -40,6 +40,7 @@ struct Stage {
   std::optional<Block> block;              // what the last synthesis worked from, algorithms 1..10
   // -2^23..2^23-1: the table of algorithm 0, or what a filter has learned.
   std::vector<std::int32_t> coefficients;
+  bool operator==(const Stage&) const = default;
 };
 
 struct StagePrograms {
@@ -93,6 +94,9 @@ class Stages {
 
   // Forgets the packets for which no command has come.
   void DropPackets();
+
+  // As they were when a setting was stored, by its programs and registers.
+  void Restore(const StagePrograms& programs, const std::array<std::optional<std::uint16_t>, 256>& registers);
 
   const StagePrograms& programs() const { return programs_; }
   // position: 1..10.

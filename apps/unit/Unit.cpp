@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "unit/Replies.h"
-#include "unit/Status.h"
 
 namespace unit {
 namespace {
@@ -146,6 +145,7 @@ void Unit::Execute(const Frame& frame, std::int64_t time) {
     answer = command->answer;
   }
   if (!Refusal(frame).empty()) return;
+  sound.runUntil(time);
   ++answered_;
   if (refusals_.Chance(options_.refuse)) {
     Say(Complaint(static_cast<int>(refusals_.Below(3))), time, "complaint");
@@ -153,36 +153,72 @@ void Unit::Execute(const Frame& frame, std::int64_t time) {
   }
   registers_.Store(frame);
   stages_.Take(frame);
+  sound.taken(frame);
   if (IsStore(frame)) {
     StoreMemory(*MemoryPlaceOf(frame.argument));
     time += options_.storeMicroseconds;
   }
-  AnswerRequest(answer, frame.argument, time);
+  AnswerRequest(answer, frame, time);
 }
 
 // A store that comes twice, as its answer was lost, does no harm: what is stored is the same.
 void Unit::StoreMemory(const MemoryPlace& place) {
-  memories[place.memory - 1] = Memory{place.function, PresentSetting(registers_, stages_)};
+  memories[place.memory - 1] = Memory{place.function, Present()};
   if (memoryStored) memoryStored(memories);
 }
 
-void Unit::AnswerRequest(Answer answer, std::uint16_t argument, std::int64_t time) {
+void Unit::Learn(unsigned page, std::span<const std::int32_t> coefficients) {
+  stages_.Learn(page, coefficients);
+  sound.learn(page + 1, coefficients);
+}
+
+Setting Unit::Present() {
+  CollectLearned();
+  return Held();
+}
+
+void Unit::CollectLearned() {
+  for (unsigned page = 0; page < PageCount; ++page) {
+    const std::vector<std::int32_t> learned = sound.learned(page + 1);
+    if (!learned.empty()) stages_.Learn(page, learned);
+  }
+}
+
+bool Unit::Recall(unsigned memory) {
+  if (memory < 1 || memory > MemoryCount || !memories[memory - 1]) return false;
+  const Setting& setting = memories[memory - 1]->setting;
+  registers_ = {};
+  registers_.values = setting.registers;
+  stages_.Restore(setting.programs, setting.registers);
+  sound.recalled();
+  return true;
+}
+
+Status Unit::StatusAt(std::int64_t time) const {
+  Status status = sound.status ? sound.status() : CourseStatus(time, registers_);
+  status.unitStatus = UnitStatusWord(registers_, option);
+  return status;
+}
+
+void Unit::AnswerRequest(Answer answer, const Frame& frame, std::int64_t time) {
   const int boot = options_.bootHundredths;
   const int firmware = options_.firmwareHundredths;
-  const auto status = [&] { return MeasureStatus(time, registers_, option); };
   switch (answer) {
     case Answer::Version:
       Say(VersionReply(boot, firmware), time,
           "boot ROM " + VersionText(boot) + ", firmware " + VersionText(firmware));
       break;
     case Answer::MainStatus:
-      Say(MainStatusReply(status()), time, "main status");
+      Say(MainStatusReply(StatusAt(time)), time, "main status");
       break;
     case Answer::EqualizerStatus:
-      Say(EqualizerStatusReply(status()), time, "equalizer status");
+      Say(EqualizerStatusReply(StatusAt(time)), time, "equalizer status");
       break;
     case Answer::Coefficients:
-      SayCoefficients(*PageBlockOf(argument), time);
+      SayCoefficients(*PageBlockOf(frame.argument), time);
+      break;
+    case Answer::Spectrum:
+      SaySpectrum(frame.number - FirstTraceCode, time);
       break;
     case Answer::Acknowledge:
       Say(Acknowledgement(), time, "acknowledged");
@@ -190,8 +226,14 @@ void Unit::AnswerRequest(Answer answer, std::uint16_t argument, std::int64_t tim
   }
 }
 
+void Unit::SaySpectrum(unsigned number, std::int64_t time) {
+  Say(SpectrumReply(number, StatusAt(time), sound.spectrum(number)), time,
+      "spectrum of trace " + std::to_string(number + 1));
+}
+
 void Unit::SayCoefficients(const PageBlock& place, std::int64_t time) {
-  Say(CoefficientReply(MeasureStatus(time, registers_, option), stages_.Coefficients(place)), time,
+  CollectLearned();
+  Say(CoefficientReply(StatusAt(time), stages_.Coefficients(place)), time,
       "coefficients of page " + std::to_string(place.page) + ", block " + std::to_string(place.block));
 }
 

@@ -9,6 +9,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "unit/Bytes.h"
 #include "unit/Commands.h"
@@ -17,10 +18,31 @@
 #include "unit/Memories.h"
 #include "unit/Options.h"
 #include "unit/Registers.h"
+#include "unit/Setting.h"
 #include "unit/Stages.h"
+#include "unit/Status.h"
 #include "unit/Trace.h"
 
 namespace unit {
+
+// What the sound does for the unit. As it is here there is none: levels follow a fixed course, spectra are
+// empty and no stage learns. Positions are 1..6.
+struct SoundHooks {
+  // Before the unit acts on anything: the sound up to this time.
+  std::function<void(std::int64_t now)> runUntil = [](std::int64_t) {};
+  // A frame has taken effect; all that the unit holds is another.
+  std::function<void(const Frame&)> taken = [](const Frame&) {};
+  std::function<void()> recalled = [] {};
+  // Levels and stages, without unitStatus. Unset: the fixed course.
+  std::function<Status()> status;
+  std::function<SpectrumLines(unsigned trace)> spectrum = [](unsigned) { return SpectrumLines{}; };
+  // Coefficients of an adaptive stage, given to it and asked of it. None: what the unit was given stands.
+  std::function<void(unsigned position, std::span<const std::int32_t>)> learn =
+      [](unsigned, std::span<const std::int32_t>) {};
+  std::function<std::vector<std::int32_t>(unsigned position)> learned = [](unsigned) {
+    return std::vector<std::int32_t>{};
+  };
+};
 
 // All times are microseconds since any start, must not fall from call to call and not be negative.
 class Unit {
@@ -48,12 +70,19 @@ class Unit {
 
   // Puts coefficients into the page (0..5) of a filter stage, as if the filter had learned them:
   // -2^23..2^23-1, at most 8192. A reset of the stage takes them away.
-  void Learn(unsigned page, std::span<const std::int32_t> coefficients) { stages_.Learn(page, coefficients); }
+  void Learn(unsigned page, std::span<const std::int32_t> coefficients);
+
+  // All that the unit was given and holds; with what its stages have learned since.
+  Setting Held() const { return PresentSetting(registers_, stages_); }
+  Setting Present();
+  // Takes on what is stored in a memory, 1..10; false where nothing is.
+  bool Recall(unsigned memory);
 
   bool option = false;                                // the option flag of the status, free to change
   Memories memories;                                  // free to fill before the unit is used
   std::function<void(const Memories&)> memoryStored;  // told of all of them after a store, before its answer
   std::function<void(const TraceEvent&)> trace;       // told of every frame and reply once it is complete
+  SoundHooks sound;                                   // free to set before the unit is used
 
  private:
   struct Incoming {
@@ -75,7 +104,10 @@ class Unit {
   void Execute(const Frame& frame, std::int64_t time);
   std::string_view Refusal(const Frame& frame) const;
   void StoreMemory(const MemoryPlace& place);
-  void AnswerRequest(Answer answer, std::uint16_t argument, std::int64_t time);
+  void CollectLearned();
+  Status StatusAt(std::int64_t time) const;
+  void AnswerRequest(Answer answer, const Frame& frame, std::int64_t time);
+  void SaySpectrum(unsigned number, std::int64_t time);
   void SayCoefficients(const PageBlock& place, std::int64_t time);
   void Say(const Bytes& bytes, std::int64_t time, std::string meaning);
   void Queue(Bytes bytes, std::int64_t time, std::string meaning);

@@ -5,7 +5,9 @@
 #include <chrono>
 #include <fstream>
 #include <iostream>
+#include <memory>
 #include <utility>
+#include <variant>
 
 #include <poll.h>
 #include <signal.h>  // NOLINT(modernize-deprecated-headers): sigset_t and sigprocmask are of the system's header
@@ -19,6 +21,7 @@
 #include "unit/PtyLine.h"
 #include "unit/Unit.h"
 #include "unit/WholeFile.h"
+#include "unit/sound/LiveSound.h"
 
 namespace {
 
@@ -62,7 +65,7 @@ void Write(const std::string& path, const std::string& text) {
   if (!failure.empty()) Complain(failure, EnvironmentFault);
 }
 
-void Dump(const unit::Unit& unit, const std::string& path) {
+void Dump(unit::Unit& unit, const std::string& path) {
   if (!path.empty()) Write(path, DumpText(unit));
 }
 
@@ -123,8 +126,16 @@ const timespec* TimeUntil(const std::optional<std::int64_t>& event, std::int64_t
   return &left;
 }
 
+// The sound goes on while nothing happens on the line.
+std::optional<std::int64_t> NextEvent(const unit::Unit& unit, const unit::sound::LiveSound* sound) {
+  const std::optional<std::int64_t> event = unit.NextEvent();
+  if (sound == nullptr) return event;
+  return std::min(event.value_or(INT64_MAX), sound->NextBlock());
+}
+
 // Serves the line until the program is asked to end.
-int Serve(unit::PtyLine& line, unit::Unit& unit, int requests, const unit::Options& options) {
+int Serve(unit::PtyLine& line, unit::Unit& unit, const unit::sound::LiveSound* sound, int requests,
+          const unit::Options& options) {
   const Stopwatch watch;
   // A host that downloads sends its next frame at once: it finds the unit awake.
   constexpr std::int64_t awakeMicroseconds = 300;
@@ -133,10 +144,11 @@ int Serve(unit::PtyLine& line, unit::Unit& unit, int requests, const unit::Optio
   while (true) {
     timespec left{};
     const std::int64_t now = watch.Microseconds();
-    const std::optional<std::int64_t> event = now < awakeUntil ? now : unit.NextEvent();
+    const std::optional<std::int64_t> event = now < awakeUntil ? now : NextEvent(unit, sound);
     const int ready = ppoll(waits.data(), waits.size(), TimeUntil(event, now, left), nullptr);
     if (ready < 0 && errno != EINTR) return Complain("the line can't be watched", EnvironmentFault);
     if (ready > 0) Exchange(line, unit, watch);
+    unit.sound.runUntil(watch.Microseconds());
     const unit::Bytes said = unit.Transmit(watch.Microseconds());
     if (!said.empty()) awakeUntil = watch.Microseconds() + awakeMicroseconds;
     line.Write(said);
@@ -145,7 +157,60 @@ int Serve(unit::PtyLine& line, unit::Unit& unit, int requests, const unit::Optio
   }
 }
 
+using OpenedSound = std::variant<std::unique_ptr<unit::sound::LiveSound>, std::string>;
+
+// Nothing where there is to be no sound.
+OpenedSound OpenSound(const unit::Options& options) {
+  if (options.silent) return std::unique_ptr<unit::sound::LiveSound>();
+  auto opened = unit::sound::LiveSound::Open(
+      {.in = options.in, .out = options.out, .looped = options.looped, .seed = options.seed});
+  if (auto* const sound = std::get_if<0>(&opened)) {
+    (*sound)->failed = [](const std::string& what) { Complain(what, EnvironmentFault); };
+  }
+  return opened;
+}
+
+// Attaches the sound to a unit with its memories; an empty text, or what is wrong.
+std::string Furnish(unit::Unit& unit, unit::sound::LiveSound* sound, const unit::Options& options) {
+  if (sound != nullptr) sound->Attach(unit);
+  KeepMemories(unit, options.memories);
+  if (!options.memory || unit.Recall(*options.memory)) return {};
+  return options.memories + ": memory " + std::to_string(*options.memory) + " is empty";
+}
+
+// The sound through the setting of a memory, as fast as it goes. What is still under way at the end of the
+// file comes out as well.
+int ProcessFast(const unit::Options& options) {
+  constexpr double tailSeconds = 0.5;
+  const OpenedSound opened = OpenSound(options);
+  if (const auto* const wrong = std::get_if<std::string>(&opened)) return Complain(*wrong, EnvironmentFault);
+  unit::sound::LiveSound& sound = *std::get<0>(opened);
+  unit::Unit unit(options);
+  const std::string wrong = Furnish(unit, &sound, options);
+  if (!wrong.empty()) return Complain(wrong, EnvironmentFault);
+  bool whole = true;
+  sound.failed = [&whole](const std::string& what) {
+    Complain(what, EnvironmentFault);
+    whole = false;
+  };
+  const Stopwatch watch;
+  const auto more = [&] { return options.seconds == 0 || sound.Seconds() < options.seconds; };
+  while (whole && !sound.InputEnded() && more()) sound.RunBlock();
+  const double heard = sound.Seconds();
+  while (whole && sound.Seconds() < heard + tailSeconds && more()) sound.RunBlock();
+  sound.Close();
+  const double taken = static_cast<double>(watch.Microseconds()) / 1e6;
+  if (whole) {
+    std::cout << "veltrana-unit: " << heard << " s of sound in " << taken << " s, to " << options.out
+              << std::endl;
+  }
+  return whole ? 0 : EnvironmentFault;
+}
+
 int Run(const unit::Options& options) {
+  const OpenedSound opened = OpenSound(options);
+  if (const auto* const wrong = std::get_if<std::string>(&opened)) return Complain(*wrong, EnvironmentFault);
+  unit::sound::LiveSound* const sound = std::get<0>(opened).get();
   unit::Unit unit(options);
   std::ofstream trace;
   if (!options.trace.empty()) {
@@ -153,14 +218,17 @@ int Run(const unit::Options& options) {
     if (!trace) return Complain(options.trace + ": can't be written", EnvironmentFault);
     unit.trace = [&trace](const unit::TraceEvent& event) { trace << TraceLine(event) << std::endl; };
   }
-  KeepMemories(unit, options.memories);
+  const std::string wrong = Furnish(unit, sound, options);
+  if (!wrong.empty()) return Complain(wrong, EnvironmentFault);
   const int requests = Requests();
   unit::PtyLine line;
   const std::string failure = line.Open(options.link);
   if (!failure.empty()) return Complain(failure, EnvironmentFault);
   std::cout << "veltrana-unit: " << options.link << " (" << line.device() << ") at " << options.baud
             << " baud" << std::endl;
-  return Serve(line, unit, requests, options);
+  const int end = Serve(line, unit, sound, requests, options);
+  if (sound != nullptr) sound->Close();
+  return end;
 }
 
 }  // namespace
@@ -174,5 +242,5 @@ int main(int count, char** values) {
     std::cout << unit::Usage();
     return 0;
   }
-  return Run(options);
+  return options.fast ? ProcessFast(options) : Run(options);
 }

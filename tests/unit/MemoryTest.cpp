@@ -26,12 +26,12 @@ std::string LinesBehind(const std::string& beginning, const std::string& dump) {
   return found;
 }
 
-std::string MemoryLines(const Bench& bench, int number) {
+std::string MemoryLines(Bench& bench, int number) {
   return LinesBehind("memory " + std::to_string(number) + ' ', DumpText(bench.device));
 }
 
 // The memories' lines are the last ones.
-std::string PresentLines(const Bench& bench) {
+std::string PresentLines(Bench& bench) {
   const std::string dump = DumpText(bench.device);
   return dump.substr(0, dump.find("memory "));
 }

@@ -1,0 +1,98 @@
+// A broadband stage: broadband noise is taken out of a sound in its spectrum, in every band as far as the
+// host asks for.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+
+#include <kissfft/kiss_fftr.h>
+
+#include "unit/sound/NoiseFloor.h"
+
+namespace unit::sound {
+
+// The record that opens a broadband block, by the operator's names for its fields.
+struct BroadbandRecord {
+  std::int32_t mode = 0;         // 0 smooths the signal-to-noise ratio, 1 the spectrum, others nothing
+  std::int32_t buffers = 24;     // "Minimization Buffers", 1..100
+  float signalAveraging = 0;     // "Signal Averaging Value", 0..1
+  float averageSpectrum = 0;     // "Average Spectrum Value", 0..1
+  float noiseAverage = 0;        // "Noise Average Value", 0..1
+  float noiseEstimation = 0.7F;  // "Noise Estimation Compensation", 0..1
+  float subtractionFloor = 0;    // "Noise Subtraction Floor", 0..1, of the power
+};
+
+// What the unit works with before a record comes, the same times at every rate: 24 buffers and 0.97 at 12
+// kHz.
+BroadbandRecord UsualRecord(double sampleRate);
+
+// A sound is cut into frames of 256 samples, 64 apart, under a root of a Hann window, and put together again.
+// A line of the spectrum keeps 1 - a v (1 - G) of itself: G is Wiener's gain for the noise that was found, v
+// the value of the line's band (0..1, the reduction that the host asks for) and a the stage's attenuation;
+// what leaves has the stage's gain. In mode 0 the signal-to-noise ratio is smoothed as Ephraim and Malah do
+// (IEEE Transactions on Acoustics, Speech and Signal Processing 32, 1984), which leaves no musical noise; the
+// smoothing gives way to what stands clear of the noise.
+class Broadband {
+ public:
+  static constexpr std::size_t FrameSize = 256;
+  static constexpr std::size_t Hop = 64;
+  static constexpr std::size_t LatencySamples = FrameSize;
+  static constexpr std::size_t PieceSize = 48;   // bytes
+  static constexpr unsigned PieceCount = 12;     // the record, then twelve bands a piece
+  static constexpr std::size_t BandCount = 132;  // of which the first 128 are lines of the spectrum
+  static constexpr std::uint16_t UnityGain = 16;
+
+  // No band is reduced before its piece comes.
+  explicit Broadband(double sampleRate);
+
+  // sampleRate in Hz. Record, bands and words stay; the noise is to be found anew.
+  void Configure(double sampleRate);
+  // piece: 0..11; bytes: 48. A field of the record that is out of its range, as all are in the record that
+  // switches smoothing off, is as the usual record has it; a band is bounded to 0..1.
+  void TakePiece(unsigned piece, std::span<const std::uint8_t> bytes);
+  // 0..32767: the part of the noise that is taken out, of 32768.
+  void SetAttenuation(std::uint16_t word) { attenuation_ = static_cast<float>(word & 0x7FFF) / 32768.0F; }
+  void SetGain(std::uint16_t word) { gain_ = static_cast<float>(word) / UnityGain; }
+  // Finds the noise anew; the sound goes on.
+  void Forget();
+  void Reset();
+
+  // Any number of samples; in and out may be the same.
+  void Process(std::span<const float> in, std::span<float> out);
+
+ private:
+  static constexpr std::size_t Lines = NoiseFloor::Lines;
+  struct FreeTransform {
+    void operator()(kiss_fftr_cfg transform) const { kiss_fftr_free(transform); }
+  };
+  using Transform = std::unique_ptr<kiss_fftr_state, FreeTransform>;
+
+  void TakeRecord(std::span<const std::uint8_t> bytes);
+  void UseRecord();
+  void ProcessFrame();
+  void ReduceNoise();
+  float WienerGain(std::size_t line) const;
+
+  Transform forward_, inverse_;
+  std::array<float, FrameSize> window_{};
+  double sampleRate_;
+  BroadbandRecord sent_;    // as it came
+  BroadbandRecord record_;  // with the usual fields in the place of those out of range
+  std::array<float, BandCount> bands_{};
+  float attenuation_ = 1, gain_ = 1;
+
+  NoiseFloor noise_;
+  std::size_t framesPartial_ = 0;    // since the reset, with silence before the sound in them
+  NoiseFloor::Spectrum power_{};     // of the frame
+  NoiseFloor::Spectrum smoothed_{};  // of the signal: mode 0, what the last frame kept; mode 1, the average
+  std::array<kiss_fft_cpx, Lines> spectrum_{};
+  std::array<float, FrameSize> heard_{};    // the last samples, oldest first
+  std::array<float, FrameSize> overlap_{};  // what frames add up to; the first hop is complete
+  std::array<float, FrameSize> frame_{};
+  std::size_t inHop_ = 0;
+};
+
+}  // namespace unit::sound

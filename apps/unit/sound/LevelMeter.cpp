@@ -1,0 +1,47 @@
+// A level meter: what a bar of the host shows of a stream of samples.
+#include "unit/sound/LevelMeter.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace unit::sound {
+namespace {
+
+constexpr double FallDb = -20.0;
+constexpr double FallSeconds = 1.7;
+constexpr double OverloadSeconds = 0.5;
+constexpr float Inaudible = 1e-9F;  // cuts the fall off before its numbers get too small to be fast
+
+}  // namespace
+
+LevelMeter::LevelMeter(double rate) { SetRate(rate); }
+
+void LevelMeter::SetRate(double rate) {
+  fall_ = static_cast<float>(std::pow(10.0, FallDb / 20.0 / (FallSeconds * rate)));
+  hold_ = static_cast<std::size_t>(std::lround(OverloadSeconds * rate));
+  overload_ = std::min(overload_, hold_);
+}
+
+void LevelMeter::Reset() {
+  level_ = 0.0F;
+  overload_ = 0;
+}
+
+void LevelMeter::Process(std::span<const float> in) {
+  for (const float sample : in) {
+    const float magnitude = std::fabs(sample);
+    level_ = level_ > Inaudible ? level_ * fall_ : 0.0F;
+    if (magnitude > level_) level_ = std::min(magnitude, TopWord / FullScaleWord);
+    if (magnitude >= 1.0F) {
+      overload_ = hold_;
+    } else if (overload_ > 0) {
+      --overload_;
+    }
+  }
+}
+
+std::uint16_t LevelMeter::Word() const {
+  return static_cast<std::uint16_t>(std::lround(std::min(level_ * FullScaleWord, TopWord)));
+}
+
+}  // namespace unit::sound

@@ -1,0 +1,151 @@
+// Sound that goes on in time: from a file or the built-in scene, through the engine, into a file.
+#include "unit/sound/LiveSound.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "unit/Commands.h"
+
+namespace unit::sound {
+namespace {
+
+constexpr std::uint8_t StageReset = 89, BroadbandReset = 113, AnalyzerRun = 150;
+constexpr double LongestDelay = 500'000;  // microseconds
+
+// "clean.wav", then "clean-2.wav": a file has one rate.
+std::string NameOf(const std::string& path, int number) {
+  if (number == 1) return path;
+  const std::size_t slash = path.find_last_of('/');
+  const std::size_t name = slash == std::string::npos ? 0 : slash + 1;
+  const std::size_t dot = path.find_last_of('.');
+  const std::size_t end = dot == std::string::npos || dot <= name ? path.size() : dot;
+  return path.substr(0, end) + '-' + std::to_string(number) + path.substr(end);
+}
+
+bool ChangesNothing(const Frame& frame) {
+  if (frame.kind == Frame::Kind::Packet) return true;
+  const Command* const command = FindCommand(frame.number);
+  return command == nullptr || command->answer != Answer::Acknowledge;
+}
+
+}  // namespace
+
+std::variant<std::unique_ptr<LiveSound>, std::string> LiveSound::Open(const SoundOptions& options) {
+  const int rate = Engine().SampleRate();
+  Source source = Scene(rate, options.seed, {});
+  if (!options.in.empty()) {
+    auto opened = SoundReader::Open(options.in, rate, options.looped);
+    if (auto* const wrong = std::get_if<std::string>(&opened)) return std::move(*wrong);
+    source = std::move(std::get<SoundReader>(opened));
+  }
+  std::unique_ptr<LiveSound> sound(new LiveSound(std::move(source), options));
+  std::string trouble;
+  sound->failed = [&trouble](const std::string& what) { trouble = what; };
+  if (!options.out.empty()) sound->BeginFile();
+  if (!trouble.empty()) return trouble;
+  sound->failed = [](const std::string&) {};
+  return sound;
+}
+
+LiveSound::LiveSound(Source source, SoundOptions options)
+    : source_(std::move(source)), options_(std::move(options)), rate_(engine.SampleRate()) {}
+
+void LiveSound::Attach(Unit& unit) {
+  unit_ = &unit;
+  changed_ = true;
+  unit.sound.runUntil = [this](std::int64_t now) { RunUntil(now); };
+  unit.sound.taken = [this](const Frame& frame) { Follow(frame); };
+  unit.sound.recalled = [this] {
+    engine.Recall(unit_->Held());
+    changed_ = false;
+  };
+  unit.sound.status = [this] { return engine.Readings(); };
+  unit.sound.spectrum = [this](unsigned trace) { return engine.Lines(trace); };
+  unit.sound.learn = [this](unsigned position, std::span<const std::int32_t> coefficients) {
+    Settle();
+    engine.Learn(position, coefficients);
+  };
+  unit.sound.learned = [this](unsigned position) {
+    Settle();
+    return engine.Learned(position);
+  };
+}
+
+void LiveSound::Follow(const Frame& frame) {
+  if (ChangesNothing(frame)) return;
+  changed_ = true;
+  if (frame.number == StageReset) engine.ResetStages(frame.argument);
+  if (frame.number == BroadbandReset) engine.ResetBroadband(frame.argument);
+  if (frame.number == AnalyzerRun) engine.ClearTraces(frame.argument);
+}
+
+void LiveSound::Settle() {
+  if (unit_ == nullptr || !std::exchange(changed_, false)) return;
+  engine.Apply(unit_->Held());
+}
+
+void LiveSound::RunUntil(std::int64_t now) {
+  const auto until = static_cast<double>(now);
+  if (until - done_ > LongestDelay) done_ = until - LongestDelay;
+  while (done_ + BlockTime() <= until) RunBlock();
+}
+
+void LiveSound::RunBlock() {
+  Settle();
+  FollowRate();
+  std::array<float, BlockFrames> left, right;
+  std::visit(
+      [&](auto& source) {
+        if constexpr (std::is_same_v<std::decay_t<decltype(source)>, Scene>) {
+          source.Process(left, right);
+        } else {
+          source.Read(left, right);
+        }
+      },
+      source_);
+  engine.Process(left, right, left, right);
+  if (writer_) Check(writer_->Write(left, right));
+  done_ += BlockTime();
+  seconds_ += static_cast<double>(BlockFrames) / rate_;
+}
+
+// A file that holds some sound already is left as it is.
+void LiveSound::FollowRate() {
+  if (rate_ == engine.SampleRate()) return;
+  rate_ = engine.SampleRate();
+  std::visit([this](auto& source) { source.SetRate(rate_); }, source_);
+  if (!writer_) return;
+  Close();
+  if (seconds_ == 0) files_ = 0;
+  BeginFile();
+}
+
+void LiveSound::BeginFile() {
+  auto created = SoundWriter::Create(NameOf(options_.out, ++files_), rate_, SoundWriter::Format::Pcm24);
+  if (const auto* const wrong = std::get_if<std::string>(&created)) {
+    failed(*wrong);
+  } else {
+    writer_.emplace(std::move(std::get<SoundWriter>(created)));
+  }
+}
+
+void LiveSound::Check(const std::string& failure) {
+  if (failure.empty()) return;
+  failed(failure);
+  writer_.reset();
+}
+
+bool LiveSound::InputEnded() const {
+  const auto* const file = std::get_if<SoundReader>(&source_);
+  return file != nullptr && file->Ended();
+}
+
+void LiveSound::Close() {
+  if (!writer_) return;
+  const std::string failure = writer_->Close();
+  writer_.reset();
+  if (!failure.empty()) failed(failure);
+}
+
+}  // namespace unit::sound

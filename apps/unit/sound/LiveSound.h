@@ -1,0 +1,75 @@
+// Sound that goes on in time: from a file or the built-in scene, through the engine, into a file.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+
+#include "unit/Unit.h"
+#include "unit/sound/Engine.h"
+#include "unit/sound/Scene.h"
+#include "unit/sound/SoundFile.h"
+
+namespace unit::sound {
+
+struct SoundOptions {
+  std::string in;   // file that is heard; empty for the scene
+  std::string out;  // file for what leaves the unit, empty for none
+  bool looped = false;
+  std::uint64_t seed = 1;  // of the scene
+};
+
+class LiveSound {
+ public:
+  // Else a line that says what is wrong.
+  static std::variant<std::unique_ptr<LiveSound>, std::string> Open(const SoundOptions& options);
+
+  // From now on the unit's sound is this one, which must outlive it: it follows every command at the block
+  // in which that comes, and answers what the host asks of it.
+  void Attach(Unit& unit);
+
+  // Processes all blocks that end by then, in microseconds of the unit's time. What it is more than half a
+  // second late with is left out.
+  void RunUntil(std::int64_t now);
+  // When the next block ends.
+  std::int64_t NextBlock() const { return static_cast<std::int64_t>(done_ + BlockTime()); }
+
+  // One block, whatever the time. Past the end of the input it is silence.
+  void RunBlock();
+  bool InputEnded() const;
+  double Seconds() const { return seconds_; }  // of sound so far
+
+  // Completes the file that is written.
+  void Close();
+  // Told of a line that says what is wrong with a file; once, as nothing more is written after that.
+  std::function<void(const std::string&)> failed = [](const std::string&) {};
+
+  Engine engine;
+
+ private:
+  using Source = std::variant<Scene, SoundReader>;
+
+  LiveSound(Source source, SoundOptions options);
+
+  double BlockTime() const { return 1e6 * BlockFrames / engine.SampleRate(); }
+  void Follow(const Frame& frame);
+  void Settle();
+  void FollowRate();
+  void BeginFile();
+  void Check(const std::string& failure);
+
+  Source source_;
+  SoundOptions options_;
+  Unit* unit_ = nullptr;
+  bool changed_ = false;  // the unit holds something that the engine does not know
+  int rate_ = 0;
+  double done_ = 0;     // microseconds up to which the sound has been processed
+  double seconds_ = 0;  // of sound
+  std::optional<SoundWriter> writer_;
+  int files_ = 0;
+};
+
+}  // namespace unit::sound

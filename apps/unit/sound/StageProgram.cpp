@@ -1,0 +1,164 @@
+// One stage of the chain at work, whatever it was told to be.
+#include "unit/sound/StageProgram.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "unit/sound/BandGraphic.h"
+#include "unit/sound/Comb.h"
+#include "unit/sound/FirDesign.h"
+
+namespace unit::sound {
+namespace {
+
+constexpr unsigned CombAlgorithm = 7, GraphicAlgorithm = 8, InverseCombAlgorithm = 10;
+
+template <typename... Cases>
+struct Each : Cases... {
+  using Cases::operator()...;
+};
+
+std::uint16_t WordOf(const Block& block, std::size_t place) {
+  return static_cast<std::uint16_t>(block[2 * place] | block[2 * place + 1] << 8U);
+}
+
+template <std::size_t Count>
+std::array<std::uint16_t, Count> WordsOf(const Block& block) {
+  std::array<std::uint16_t, Count> words{};
+  for (std::size_t i = 0; i < Count; ++i) words[i] = WordOf(block, i);
+  return words;
+}
+
+// The taps of a filter that the unit designs from its block.
+std::vector<float> DesignedTaps(unsigned algorithm, const Block& block, double sampleRate) {
+  switch (algorithm) {
+    case CombAlgorithm:
+    case InverseCombAlgorithm:
+      return CombTaps(algorithm == InverseCombAlgorithm,
+                      {.period = WordOf(block, 0), .limit = WordOf(block, 1), .depth = WordOf(block, 3)},
+                      sampleRate, FiniteTaps);
+    case GraphicAlgorithm:
+      return GraphicTaps(WordsOf<GraphicBands>(block), BandCentres(sampleRate), sampleRate, FiniteTaps);
+    default:
+      return FirTaps(static_cast<FirKind>(algorithm), WordsOf<4>(block), sampleRate, FiniteTaps);
+  }
+}
+
+// So many eighths of an octave, in a byte.
+unsigned Eighths(double octaves, double least, double most) {
+  constexpr double eighths = 8;
+  const auto whole = static_cast<int>(std::lround(std::clamp(octaves * eighths, least, most)));
+  return static_cast<unsigned>(whole) & 0xFFU;
+}
+
+std::uint16_t CompressorWord(const Compressor& compressor) {
+  return static_cast<std::uint16_t>(Eighths(compressor.gain(), -128, 127) << 8U |
+                                    Eighths(compressor.level(), 0, 255));
+}
+
+}  // namespace
+
+StageProgram::StageProgram() : level_(settings_.rate.sampleRate), output_(settings_.rate.sampleRate) {}
+
+StageProgram::Program StageProgram::Fresh(const StageSettings& settings) {
+  switch (settings.kind) {
+    case ProgramKind::Adaptive:
+      return std::make_unique<AdaptiveFilter>();
+    case ProgramKind::Table:
+      return CoefficientStage(FiniteTaps);
+    case ProgramKind::Designed:
+      return Convolver(FiniteTaps);
+    case ProgramKind::Parametric:
+      return Parametric();
+    case ProgramKind::Compressor:
+      return Compressor(settings.rate.sampleRate);
+    default:
+      return Passing{};
+  }
+}
+
+void StageProgram::Configure(const StageSettings& settings) {
+  if (settings == settings_) return;
+  const bool another = settings.kind != settings_.kind || settings.rate != settings_.rate;
+  if (settings.rate != settings_.rate) {
+    for (LevelMeter* meter : {&level_, &output_}) {
+      meter->SetRate(settings.rate.sampleRate);
+      meter->Reset();
+    }
+  }
+  settings_ = settings;
+  if (another) program_ = Fresh(settings_);
+  Load();
+  if (another) Reset();
+}
+
+void StageProgram::Load() {
+  const Stage& stage = settings_.program;
+  std::visit(Each{[](Passing&) {}, [&](AdaptivePlace& filter) { filter->Configure(settings_.adaptive); },
+                  [&](CoefficientStage& table) {
+                    table.Configure(stage.coefficients, {.subtracts = !settings_.equalizer,
+                                                         .attenuation = settings_.attenuation,
+                                                         .gain = settings_.gain});
+                  },
+                  [&](Convolver& filter) {
+                    filter.SetTaps(DesignedTaps(*stage.algorithm, *stage.block, settings_.rate.sampleRate));
+                  },
+                  [&](Parametric& equalizer) {
+                    equalizer.Configure(std::span(*stage.block).first<Parametric::BlockSize>());
+                  },
+                  [&](Compressor& compressor) {
+                    compressor.Configure(CompressorWordsOf(std::span(*stage.block).first<16>()),
+                                         settings_.rate.bandwidth);
+                  }},
+             program_);
+}
+
+void StageProgram::Reset() {
+  std::visit(Each{[](Passing&) {}, [](AdaptivePlace& filter) { filter->Reset(); },
+                  [](auto& processor) { processor.Reset(); }},
+             program_);
+}
+
+void StageProgram::Process(std::span<const float> own, std::span<const float> reference,
+                           std::span<float> first, std::span<float> second) {
+  if (AdaptiveFilter* const filter = Adaptive()) {
+    filter->Process(own, reference, first, second);
+  } else {
+    std::visit(Each{[&](Passing&) { std::ranges::copy(own, first.begin()); }, [](AdaptivePlace&) {},
+                    [&](auto& processor) { processor.Process(own, first); }},
+               program_);
+    std::ranges::fill(second, 0.0F);
+  }
+  level_.Process(Decisive(own, reference, first));
+  output_.Process(first);
+}
+
+std::span<const float> StageProgram::Decisive(std::span<const float> own, std::span<const float> reference,
+                                              std::span<const float> first) const {
+  if (settings_.kind != ProgramKind::Adaptive) return first;
+  switch (settings_.adaptive.condition) {
+    case AdaptCondition::OutputAbove:
+    case AdaptCondition::OutputBelow:
+      return first;
+    case AdaptCondition::ReferenceAbove:
+    case AdaptCondition::ReferenceBelow:
+      return reference;
+    default:
+      return own;
+  }
+}
+
+StageReport StageProgram::Report() const {
+  const auto* const compressor = std::get_if<Compressor>(&program_);
+  const auto* const filter = std::get_if<AdaptivePlace>(&program_);
+  return {.word = compressor != nullptr ? CompressorWord(*compressor) : level_.Word(),
+          .overload = output_.Overload(),
+          .adapting = filter != nullptr && (*filter)->Adapting()};
+}
+
+AdaptiveFilter* StageProgram::Adaptive() const {
+  const auto* const filter = std::get_if<AdaptivePlace>(&program_);
+  return filter == nullptr ? nullptr : filter->get();
+}
+
+}  // namespace unit::sound

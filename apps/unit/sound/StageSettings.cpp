@@ -1,0 +1,108 @@
+// What the unit holds for each stage of the chain, in the terms of the sound.
+#include "unit/sound/StageSettings.h"
+
+namespace unit::sound {
+namespace {
+
+constexpr std::size_t SystemWord = 0;
+constexpr std::size_t FirstSpan = 43, FirstAdaptation = 56, FirstSelection = 64, FirstThreshold = 66;
+constexpr std::size_t NormalizeBits = 74, FirstAttenuation = 75, Borrowed = 87, AdaptiveBits = 88,
+                      FirstGain = 105;
+
+constexpr unsigned RateMask = 2047;  // of the adaptation word; what is above tells of blocks
+constexpr unsigned WholeSize = 255;
+
+constexpr unsigned ClassAdaptive = 0, ClassFinite = 1, ClassParametric = 2, ClassCompressor = 3;
+
+// By the top four bits of the system word.
+constexpr std::array<UnitRate, 16> rates{{{},
+                                          {},
+                                          {},
+                                          {},
+                                          {},
+                                          {24000, 10500, 752},  // with the option
+                                          {},
+                                          {},
+                                          {},
+                                          {7200, 3200, 1024},
+                                          {},
+                                          {12000, 5400, 1024},
+                                          {14400, 6500, 1024},
+                                          {18000, 8000, 1024},
+                                          {24000, 10500, 752},
+                                          {36000, 16000, 480}}};
+
+unsigned Word(const Setting& setting, std::size_t code, unsigned otherwise = 0) {
+  return setting.registers[code].value_or(otherwise);
+}
+
+// Of a register with a bit for each of the positions 1 to 8, the first one in bit 7.
+bool BitOf(unsigned word, std::size_t position) { return (word >> (8 - position) & 1U) != 0; }
+
+std::size_t BorrowedBy(const Setting& setting, std::size_t position) {
+  struct Field {
+    unsigned shift, mask;
+  };
+  constexpr std::array<Field, 6> fields{{{13, 7}, {10, 7}, {7, 7}, {4, 7}, {2, 3}, {0, 3}}};
+  const Field& field = fields[position - 1];
+  return Word(setting, Borrowed) >> field.shift & field.mask;
+}
+
+ProgramKind KindOf(const Setting& setting, std::size_t position) {
+  const Stage& stage = setting.programs.stages[position - 1];
+  if (!stage.stageClass) return ProgramKind::None;
+  switch (*stage.stageClass) {
+    case ClassAdaptive:
+      return BitOf(Word(setting, AdaptiveBits), position) ? ProgramKind::Adaptive : ProgramKind::None;
+    case ClassFinite:
+      if (!stage.algorithm) return ProgramKind::None;
+      return *stage.algorithm == HostCoefficients ? ProgramKind::Table : ProgramKind::Designed;
+    case ClassParametric:
+      return stage.block ? ProgramKind::Parametric : ProgramKind::None;
+    case ClassCompressor:
+      return stage.block ? ProgramKind::Compressor : ProgramKind::None;
+    default:
+      return ProgramKind::None;
+  }
+}
+
+AdaptiveSettings AdaptiveSettingsOf(const Setting& setting, std::size_t position, const UnitRate& rate,
+                                    DelayedChannel delayed) {
+  const std::size_t offset = position - 1;
+  const unsigned selections = Word(setting, FirstSelection + offset / 4);
+  const unsigned size = setting.programs.stages[offset].size.value_or(0);
+  const std::size_t whole = rate.adaptiveTaps * (1 + BorrowedBy(setting, position));
+  return {.taps = size == WholeSize ? whole : size + 1,
+          .span = static_cast<std::uint16_t>(Word(setting, FirstSpan + offset)),
+          .delayed = delayed,
+          .rate = static_cast<std::uint16_t>(Word(setting, FirstAdaptation + offset) & RateMask),
+          .normalize = BitOf(Word(setting, NormalizeBits), position),
+          .condition = static_cast<AdaptCondition>(selections >> (12 - 4 * (offset % 4)) & 15U),
+          .threshold = static_cast<std::uint16_t>(Word(setting, FirstThreshold + offset)),
+          .sampleRate = rate.sampleRate};
+}
+
+}  // namespace
+
+UnitRate RateOf(const RegisterValues& registers) { return rates[registers[SystemWord].value_or(0) >> 12U]; }
+
+StageSettings StageSettingsOf(const Setting& setting, std::size_t position, DelayedChannel delayed) {
+  constexpr std::size_t lastWithWords = 8, lastFilter = 6;
+  StageSettings settings{.rate = RateOf(setting.registers),
+                         .kind = KindOf(setting, position),
+                         .program = setting.programs.stages[position - 1],
+                         .adaptive = {},
+                         .equalizer = position > lastWithWords};
+  if (position <= lastFilter) {
+    settings.attenuation =
+        static_cast<std::uint16_t>(Word(setting, FirstAttenuation + position - 1, settings.attenuation));
+    settings.gain = static_cast<std::uint16_t>(Word(setting, FirstGain + position - 1, settings.gain));
+  }
+  if (settings.kind == ProgramKind::Adaptive) {
+    settings.program.coefficients.clear();
+    settings.adaptive = AdaptiveSettingsOf(setting, position, settings.rate, delayed);
+  }
+  return settings;
+}
+
+}  // namespace unit::sound

@@ -1,0 +1,120 @@
+// Measuring what is under test from outside: sines, impulses and noise in, decibels out.
+#pragma once
+
+#include <algorithm>
+#include <cmath>
+#include <complex>
+#include <cstddef>
+#include <cstdint>
+#include <numbers>
+#include <span>
+#include <vector>
+
+#include "unit/sound/Blocks.h"
+
+namespace measure {
+
+using Signal = std::vector<float>;
+
+inline double Decibels(double ratio) { return 20.0 * std::log10(std::max(ratio, 1e-12)); }
+inline double Linear(double decibels) { return std::pow(10.0, decibels / 20.0); }
+
+inline Signal Sine(double hertz, double sampleRate, std::size_t size, double amplitude = 1.0) {
+  Signal signal(size);
+  for (std::size_t i = 0; i < size; ++i) {
+    signal[i] = static_cast<float>(
+        amplitude * std::sin(2.0 * std::numbers::pi * hertz / sampleRate * static_cast<double>(i)));
+  }
+  return signal;
+}
+
+inline Signal Impulse(std::size_t size) {
+  Signal signal(size);
+  signal[0] = 1.0F;
+  return signal;
+}
+
+// White, -amplitude..amplitude, the same for the same seed on every machine.
+inline Signal Noise(std::size_t size, float amplitude = 0.5F, std::uint32_t seed = 1) {
+  Signal signal(size);
+  for (float& sample : signal) {
+    seed = seed * 1664525U + 1013904223U;
+    sample = amplitude * (static_cast<float>(seed >> 8) / 8388608.0F - 1.0F);
+  }
+  return signal;
+}
+
+// What a processor with Process(in, out) makes of a signal, in blocks of the given size.
+template <typename Processor>
+Signal Processed(Processor& processor, Signal signal, std::size_t block = unit::sound::BlockFrames) {
+  for (std::size_t at = 0; at < signal.size(); at += block) {
+    const std::span<float> piece = std::span(signal).subspan(at, std::min(block, signal.size() - at));
+    processor.Process(piece, piece);
+  }
+  return signal;
+}
+
+// The same in blocks of ever other sizes from 1 to BlockFrames.
+template <typename Processor>
+Signal ProcessedInPieces(Processor& processor, Signal signal) {
+  std::uint32_t seed = 7;
+  for (std::size_t at = 0; at < signal.size();) {
+    seed = seed * 1664525U + 1013904223U;
+    const std::size_t size =
+        std::min<std::size_t>(1 + (seed >> 16) % unit::sound::BlockFrames, signal.size() - at);
+    const std::span<float> piece = std::span(signal).subspan(at, size);
+    processor.Process(piece, piece);
+    at += size;
+  }
+  return signal;
+}
+
+// The amplitude of a sine in a signal, under a raised cosine, so that neither its ends nor other tones count.
+inline double AmplitudeAt(std::span<const float> signal, double hertz, double sampleRate) {
+  const double step = 2.0 * std::numbers::pi * hertz / sampleRate;
+  std::complex<double> sum;
+  double weights = 0.0;
+  for (std::size_t i = 0; i < signal.size(); ++i) {
+    const auto at = static_cast<double>(i);
+    const double weight =
+        1.0 - std::cos(2.0 * std::numbers::pi * (at + 0.5) / static_cast<double>(signal.size()));
+    sum += weight * static_cast<double>(signal[i]) * std::polar(1.0, -step * at);
+    weights += weight;
+  }
+  return 2.0 * std::abs(sum) / weights;
+}
+
+// The gain in dB of an impulse response at a frequency.
+inline double GainAt(std::span<const float> response, double hertz, double sampleRate) {
+  std::complex<double> sum;
+  const double step = 2.0 * std::numbers::pi * hertz / sampleRate;
+  for (std::size_t i = 0; i < response.size(); ++i) {
+    sum += static_cast<double>(response[i]) * std::polar(1.0, -step * static_cast<double>(i));
+  }
+  return Decibels(std::abs(sum));
+}
+
+struct Range {
+  double least = 1e9, most = -1e9;
+};
+
+// Least and greatest gain in dB between two frequencies, at so many points.
+inline Range GainBetween(std::span<const float> response, double from, double to, double sampleRate,
+                         int points = 200) {
+  Range range;
+  for (int i = 0; i <= points; ++i) {
+    const double gain = GainAt(response, from + (to - from) * i / points, sampleRate);
+    range.least = std::min(range.least, gain);
+    range.most = std::max(range.most, gain);
+  }
+  return range;
+}
+
+inline double GreatestDifference(std::span<const float> a, std::span<const float> b) {
+  double most = 0.0;
+  for (std::size_t i = 0; i < a.size(); ++i)
+    most = std::max(most, std::abs(static_cast<double>(a[i]) - b[i]));
+  return most;
+}
+
+}  // namespace measure

@@ -1,0 +1,172 @@
+// High-pass filters, gain control and limiter, measured from outside.
+#include <limits>
+
+#include <gtest/gtest.h>
+
+#include "Signals.h"
+#include "unit/sound/GainControl.h"
+#include "unit/sound/Highpass.h"
+#include "unit/sound/Limiter.h"
+
+namespace sound_test::processors {
+namespace {
+
+using namespace unit::sound;
+using namespace test::signals;
+
+constexpr double Rate = 12000;
+
+double HighpassGain(double cutoff, double rate, double frequency) {
+  Highpass filter(cutoff, rate);
+  const auto second = static_cast<std::size_t>(rate);
+  Sound sound = Tone(2 * second, frequency, rate, 0.5);
+  filter.Process(sound, sound);
+  return Decibels(AmplitudeAt(LastOf(sound, second), frequency, rate) / 0.5);
+}
+
+TEST(Highpass, IsThreeDecibelsDownAtTheCutOffAndFallsByTwentyFourAnOctave) {
+  for (const double rate : {7200.0, 12000.0, 36000.0}) {
+    for (const double cutoff : {100.0, 150.0, 500.0}) {
+      EXPECT_GT(HighpassGain(cutoff, rate, cutoff * 1.05), -3.01) << rate << " " << cutoff;
+      EXPECT_LT(HighpassGain(cutoff, rate, cutoff * 0.95), -3.01) << rate << " " << cutoff;
+      EXPECT_NEAR(HighpassGain(cutoff, rate, cutoff / 2), -24.1, 0.5) << rate << " " << cutoff;
+      EXPECT_NEAR(HighpassGain(cutoff, rate, cutoff * 4), 0, 0.05) << rate << " " << cutoff;
+    }
+  }
+  EXPECT_NEAR(HighpassGain(0, Rate, 100), -3.01, 0.05) << "a cut-off out of range is bounded";
+}
+
+TEST(Processors, TakeTheirSettingsFromTheRegisters) {
+  EXPECT_TRUE(InputHighpassOn(32768 + 4095));
+  EXPECT_FALSE(OutputHighpassOn(32768 + 4095));
+  EXPECT_TRUE(OutputHighpassOn(16384 + 4095));
+
+  const LimiterSettings limiter = LimiterSettingsOf(32768 + (3 - 1) * 4096 + 4095, 10362);
+  EXPECT_TRUE(limiter.enabled && !limiter.linked);
+  EXPECT_EQ(limiter.release, 0.25);
+  EXPECT_NEAR(Decibels(limiter.threshold), -6, 0.01);
+
+  const GainControlSettings control = GainControlSettingsOf(49152 + 2 * 4096 + 410, 410);
+  EXPECT_TRUE(control.enabled && control.linked);
+  EXPECT_EQ(control.release, 0.1);
+  EXPECT_NEAR(Decibels(control.maximumGain), 20, 0.05);
+  EXPECT_NEAR(Decibels(GainControlSettingsOf(73, 0).maximumGain), 35, 0.05) << "no gain word";
+}
+
+// The gain that the last tenth of a second of a tone had.
+double ControlledGain(double maximumDb, double peak) {
+  GainControl control({true, false, 0.1, Linear(maximumDb)}, Rate);
+  Sound sound = Tone(24000, 400, Rate, peak);
+  control.Process(sound, {});
+  return Decibels(AmplitudeAt(LastOf(sound, 1200), 400, Rate) / peak);
+}
+
+TEST(GainControl, BringsAFaintToneUpToHalfOfFullScaleOrByTheMaximumGain) {
+  for (const double maximum : {5.0, 20.0, 35.0}) {
+    EXPECT_NEAR(ControlledGain(maximum, 0.001), maximum, 0.2);
+    EXPECT_NEAR(ControlledGain(maximum, 0.4), Decibels(0.5 / 0.4), 0.2);
+    EXPECT_NEAR(ControlledGain(maximum, 0.9), 0, 0.2) << "no louder tone is turned down";
+  }
+}
+
+// Loud, then faint: the time in which the gain of the faint part comes from one number of dB up to another.
+template <typename Processor>
+double RecoverySeconds(Processor& processor, double loud, double faint, double fromDb, double toDb) {
+  Sound sound(48000, static_cast<float>(faint));
+  std::fill_n(sound.begin(), 6000, static_cast<float>(loud));
+  processor.Process(sound, {});
+  const auto first = [&](double db) {
+    const auto reached = [&](float sample) { return Decibels(sample / faint) >= db; };
+    return std::find_if(sound.begin() + 6000, sound.end(), reached) - sound.begin();
+  };
+  return static_cast<double>(first(toDb) - first(fromDb)) / Rate;
+}
+
+TEST(Processors, RecoverInTheirReleaseTime) {
+  for (int wire = 0; wire < 4; ++wire) {
+    GainControl control(GainControlSettingsOf(static_cast<std::uint16_t>(32768 + wire * 4096), 73), Rate);
+    const double controlTime = 0.4 / (1 << wire);
+    EXPECT_NEAR(RecoverySeconds(control, 0.5, 0.005, 3, 20), 17 / 8.686 * controlTime, 0.1 * controlTime)
+        << wire;
+
+    Limiter limiter(LimiterSettingsOf(static_cast<std::uint16_t>(32768 + wire * 4096), 3677), Rate);
+    const double limiterTime = 1.0 / (1 << wire);
+    EXPECT_NEAR(RecoverySeconds(limiter, 1, 0.01, -12, -3), 9 / 8.686 * limiterTime, 0.1 * limiterTime)
+        << wire;
+  }
+}
+
+TEST(Limiter, LetsNothingAboveItsThreshold) {
+  for (const auto& [word, db] : {std::pair{10362, -6}, {7336, -9}, {5193, -12}, {3677, -15}}) {
+    Limiter limiter(LimiterSettingsOf(32768, static_cast<std::uint16_t>(word)), Rate);
+    Sound sound = Sum(Noise(60000, 0.3, 1), Tone(60000, 30, Rate, 0.7));
+    limiter.Process(sound, {});
+    const float peak = std::abs(*std::max_element(
+        sound.begin(), sound.end(), [](float a, float b) { return std::abs(a) < std::abs(b); }));
+    EXPECT_NEAR(Decibels(peak), db, 0.1);
+
+    Sound below = Tone(6000, 310, Rate, Linear(db - 0.1));
+    const Sound before = below;
+    limiter.Reset();
+    limiter.Process(below, {});
+    for (std::size_t i = 0; i < below.size(); ++i)
+      ASSERT_NEAR(below[i], before[i], 1e-9) << "below the threshold";
+  }
+}
+
+// How much louder than alone the right channel's faint tone comes out beside a loud left one.
+template <typename Processor>
+double PullOfTheOtherChannel(Processor processor, Processor alone) {
+  Sound left = Tone(12000, 300, Rate, 0.9);
+  Sound right = Tone(12000, 700, Rate, 0.01);
+  Sound same = right;
+  processor.Process(left, right);
+  alone.Process(same, {});
+  return Decibels(Rms(LastOf(right, 2000)) / Rms(LastOf(same, 2000)));
+}
+
+TEST(Processors, PullBothChannelsOnlyWhenLinked) {
+  for (const bool linked : {false, true}) {
+    const GainControl control({true, linked, 0.1, 10}, Rate);
+    EXPECT_NEAR(PullOfTheOtherChannel(control, control), linked ? -20 : 0, 0.2);
+    const Limiter limiter({true, linked, 0.25, Linear(-12)}, Rate);
+    EXPECT_NEAR(PullOfTheOtherChannel(limiter, limiter), linked ? Decibels(Linear(-12) / 0.9) : 0, 0.2);
+  }
+}
+
+TEST(Processors, DoNothingWhenTheyAreOut) {
+  Sound left = Noise(1000, 0.5, 3), right = Noise(1000, 0.4, 4);
+  const Sound before = left;
+  Limiter(LimiterSettingsOf(0, 3677), Rate).Process(left, right);
+  GainControl(GainControlSettingsOf(0, 73), Rate).Process(left, right);
+  EXPECT_EQ(left, before);
+}
+
+Sound ThroughAll(std::span<const std::size_t> sizes, Sound sound) {
+  Highpass filter(200, Rate);
+  GainControl control({true, true, 0.1, 10}, Rate);
+  Limiter limiter({true, true, 0.125, 0.3}, Rate);
+  InPieces(sound.size(), sizes, [&](std::size_t at, std::size_t size) {
+    const std::span<float> piece = std::span(sound).subspan(at, size);
+    filter.Process(piece, piece);
+    control.Process(piece, {});
+    limiter.Process(piece, {});
+  });
+  return sound;
+}
+
+TEST(Processors, GiveTheSameForAnyCuttingAndSurviveAnyInput) {
+  Sound sound = Speech(24000, Rate, 0.2);
+  EXPECT_EQ(ThroughAll(WholeBlocks, sound), ThroughAll(OddBlocks, sound));
+
+  for (std::size_t i = 0; i < sound.size(); i += 500) {
+    constexpr float unusual[] = {std::numeric_limits<float>::quiet_NaN(),
+                                 std::numeric_limits<float>::infinity(), -std::numeric_limits<float>::max(),
+                                 1e-44F};
+    sound[i] = unusual[i / 500 % 4];
+  }
+  for (const float sample : ThroughAll(OddBlocks, sound)) ASSERT_LE(std::abs(sample), 0.3001F);
+}
+
+}  // namespace
+}  // namespace sound_test::processors
