@@ -1,0 +1,113 @@
+// The simulated unit as a program that processes a recording, as an operator cleans one up.
+#include <fstream>
+
+#include <gtest/gtest.h>
+
+#include "Program.h"
+#include "SoundRun.h"
+#include "TempFolder.h"
+#include "model/Kinds.h"
+#include "unit/MemoryFile.h"
+#include "unit/sound/SoundFile.h"
+
+namespace sound_test::program {
+namespace {
+
+using namespace measure;
+using unit::sound::SoundReader;
+using unit::sound::SoundWriter;
+
+constexpr int FileRate = 44100;
+constexpr double Hum = 400, Voice = 1500;  // Hz
+
+class Recording : public testing::Test {
+ protected:
+  // What the program says, in one line or more, and the code with which it ends.
+  std::pair<int, std::string> Run(const std::string& arguments) const {
+    const std::string said = (folder.Path() + "/said");
+    support::Program program("/bin/sh",
+                             {"-c", std::string(UNIT_PROGRAM) + ' ' + arguments + " >" + said + " 2>&1"});
+    const int code = program.AwaitEnd();
+    return {code, support::Content(said)};
+  }
+
+  void WriteRecording() const {
+    auto writer = std::get<SoundWriter>(SoundWriter::Create(noisy, FileRate, SoundWriter::Format::Pcm24));
+    Signal sound = Sine(Hum, FileRate, 2 * FileRate, 0.3);
+    const Signal voice = Sine(Voice, FileRate, 2 * FileRate, 0.2);
+    for (std::size_t i = 0; i < sound.size(); ++i) sound[i] += voice[i];
+    writer.Write(sound, sound);
+    EXPECT_EQ(writer.Close(), "");
+  }
+
+  // A unit with a notch at the hum in memory 2.
+  void WriteMemories() const {
+    support::SoundRun run;
+    run.Put(1, vc::FilterKind::Notch);
+    for (const auto& [field, value] :
+         {std::pair{"notchFreq", "400"}, {"notchWidth", "300"}, {"notchAtten", "50"}}) {
+      run.Edit(field, value, 1);
+    }
+    run.Settle();
+    run.session.panels.OpenMemory(2);
+    run.test.desk.answers = {vc::Answer::Yes};
+    run.Click("btnOK");
+    std::ofstream(memories) << MemoryFileText(run.unit.Now().memories);
+  }
+
+  // The left channel of the last second of a file, at the unit's rate.
+  static Signal LastSecond(const std::string& path, int rate) {
+    auto reader = std::get<SoundReader>(SoundReader::Open(path, rate, false));
+    Signal left(3 * static_cast<std::size_t>(rate)), right(left.size());
+    left.resize(reader.Read(left, right));
+    const auto second = static_cast<std::size_t>(rate);
+    return {left.end() - static_cast<std::ptrdiff_t>(second + second / 2),
+            left.end() - static_cast<std::ptrdiff_t>(second / 2)};
+  }
+
+  support::TempFolder folder;
+  std::string noisy = folder.Path() + "/noisy.wav", clean = folder.Path() + "/clean.wav",
+              memories = folder.Path() + "/memories";
+  std::string fast = "--fast --memories " + memories + " --in " + noisy + " --out " + clean;
+};
+
+TEST_F(Recording, IsCleanedByTheSettingOfAMemory) {
+  WriteRecording();
+  WriteMemories();
+  const auto [code, said] = Run(fast + " --memory 2");
+  ASSERT_EQ(code, 0) << said;
+  EXPECT_TRUE(said.starts_with("veltrana-unit: 2")) << said;
+  constexpr int rate = 12000;
+  const Signal before = LastSecond(noisy, rate), after = LastSecond(clean, rate);
+  EXPECT_LT(Decibels(AmplitudeAt(after, Hum, rate) / AmplitudeAt(before, Hum, rate)), -40);
+  EXPECT_NEAR(Decibels(AmplitudeAt(after, Voice, rate) / AmplitudeAt(before, Voice, rate)), 0, 0.5);
+
+  // The same again is the same file.
+  const std::string first = support::Content(clean);
+  EXPECT_EQ(Run(fast + " --memory 2").first, 0);
+  EXPECT_EQ(support::Content(clean), first);
+}
+
+TEST_F(Recording, WhatIsMissingIsTold) {
+  WriteRecording();
+  WriteMemories();
+  for (const auto& [arguments, complaint] :
+       {std::pair{fast + " --memory 3", memories + ": memory 3 is empty"},
+        {"--fast --memory 2 --memories " + memories + " --in " + folder.Path() + "/none.wav --out " + clean,
+         "none.wav"},
+        {"--fast --memory 2 --memories " + memories + " --in " + memories + " --out " + clean,
+         "no sound that can be read"},
+        {"--fast --memory 2 --memories " + memories + " --in " + noisy + " --out /dev/full", "/dev/full"},
+        {"--fast --memory 2 --memories " + memories + " --out " + clean, "--seconds"},
+        {"--fast --memories " + memories + " --in " + noisy + " --out " + clean, "--memory"},
+        {"--fast --memory 2 --in " + noisy + " --out " + clean, "--memories"},
+        {fast + " --memory 11", "1 to 10"}}) {
+    const auto [code, said] = Run(arguments);
+    EXPECT_NE(code, 0) << arguments;
+    EXPECT_NE(said.find(complaint), std::string::npos) << arguments << "\n" << said;
+    EXPECT_EQ(std::ranges::count(said, '\n'), 1) << said;
+  }
+}
+
+}  // namespace
+}  // namespace sound_test::program
