@@ -112,7 +112,7 @@ constexpr Row rows[] = {
     {"--out", "FILE", "a path", [](Options& o, std::string_view t) { return TakeText(t, o.out); },
      "write what leaves the unit to FILE (WAV)"},
     {"--no-sound", "", "", [](Options& o, std::string_view) { return o.silent = true; },
-     "process no sound; the levels follow a fixed course"},
+     "process no sound; all levels stay at 0"},
     {"--fast", "", "", [](Options& o, std::string_view) { return o.fast = true; },
      "no line: process the sound as fast as it goes, and end"},
     {"--seconds", "N", "a number from 0.1 to 1000000",

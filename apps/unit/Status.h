@@ -26,8 +26,4 @@ struct Status {
 // What is not the sound's: the option, and whether the system word was set.
 std::uint16_t UnitStatusWord(const Registers& registers, bool option);
 
-// Of a unit without sound: at a time in microseconds the levels of two voices through the input level
-// controls (commands 0 and 1) once these were set, and what stages without effect would make of them.
-Status CourseStatus(std::int64_t microseconds, const Registers& registers);
-
 }  // namespace unit

@@ -194,8 +194,8 @@ bool Unit::Recall(unsigned memory) {
   return true;
 }
 
-Status Unit::StatusAt(std::int64_t time) const {
-  Status status = sound.status ? sound.status() : CourseStatus(time, registers_);
+Status Unit::PresentStatus() const {
+  Status status = sound.status();
   status.unitStatus = UnitStatusWord(registers_, option);
   return status;
 }
@@ -209,10 +209,10 @@ void Unit::AnswerRequest(Answer answer, const Frame& frame, std::int64_t time) {
           "boot ROM " + VersionText(boot) + ", firmware " + VersionText(firmware));
       break;
     case Answer::MainStatus:
-      Say(MainStatusReply(StatusAt(time)), time, "main status");
+      Say(MainStatusReply(PresentStatus()), time, "main status");
       break;
     case Answer::EqualizerStatus:
-      Say(EqualizerStatusReply(StatusAt(time)), time, "equalizer status");
+      Say(EqualizerStatusReply(PresentStatus()), time, "equalizer status");
       break;
     case Answer::Coefficients:
       SayCoefficients(*PageBlockOf(frame.argument), time);
@@ -227,13 +227,13 @@ void Unit::AnswerRequest(Answer answer, const Frame& frame, std::int64_t time) {
 }
 
 void Unit::SaySpectrum(unsigned number, std::int64_t time) {
-  Say(SpectrumReply(number, StatusAt(time), sound.spectrum(number)), time,
+  Say(SpectrumReply(number, PresentStatus(), sound.spectrum(number)), time,
       "spectrum of trace " + std::to_string(number + 1));
 }
 
 void Unit::SayCoefficients(const PageBlock& place, std::int64_t time) {
   CollectLearned();
-  Say(CoefficientReply(StatusAt(time), stages_.Coefficients(place)), time,
+  Say(CoefficientReply(PresentStatus(), stages_.Coefficients(place)), time,
       "coefficients of page " + std::to_string(place.page) + ", block " + std::to_string(place.block));
 }
 

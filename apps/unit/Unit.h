@@ -25,16 +25,16 @@
 
 namespace unit {
 
-// What the sound does for the unit. As it is here there is none: levels follow a fixed course, spectra are
-// empty and no stage learns. Positions are 1..6.
+// What the sound does for the unit. As it is here there is none: levels and spectra are at their bottom and
+// no stage learns. Positions are 1..6.
 struct SoundHooks {
   // Before the unit acts on anything: the sound up to this time.
   std::function<void(std::int64_t now)> runUntil = [](std::int64_t) {};
   // A frame has taken effect; all that the unit holds is another.
   std::function<void(const Frame&)> taken = [](const Frame&) {};
   std::function<void()> recalled = [] {};
-  // Levels and stages, without unitStatus. Unset: the fixed course.
-  std::function<Status()> status;
+  // Levels and stages, without unitStatus.
+  std::function<Status()> status = [] { return Status{}; };
   std::function<SpectrumLines(unsigned trace)> spectrum = [](unsigned) { return SpectrumLines{}; };
   // Coefficients of an adaptive stage, given to it and asked of it. None: what the unit was given stands.
   std::function<void(unsigned position, std::span<const std::int32_t>)> learn =
@@ -105,7 +105,7 @@ class Unit {
   std::string_view Refusal(const Frame& frame) const;
   void StoreMemory(const MemoryPlace& place);
   void CollectLearned();
-  Status StatusAt(std::int64_t time) const;
+  Status PresentStatus() const;
   void AnswerRequest(Answer answer, const Frame& frame, std::int64_t time);
   void SaySpectrum(unsigned number, std::int64_t time);
   void SayCoefficients(const PageBlock& place, std::int64_t time);
