@@ -17,6 +17,8 @@ template <typename... Cases>
 struct Each : Cases... {
   using Cases::operator()...;
 };
+template <typename... Cases>
+Each(Cases...) -> Each<Cases...>;
 
 std::uint16_t WordOf(const Block& block, std::size_t place) {
   return static_cast<std::uint16_t>(block[2 * place] | block[2 * place + 1] << 8U);
