@@ -1,6 +1,6 @@
 // Every kind of filter set on the host, sent over the line and measured in the unit's sound.
 #include <cmath>
-#include <limits>
+#include <tuple>
 
 #include <gmock/gmock.h>
 
@@ -92,8 +92,14 @@ TEST(Sound, NotchesSlotsAndCombsAreWhereTheHostPutsThem) {
         {180, 180, -1, 1},
         {660, 660, -1, 1},
         {3000, 5300, -1, 1}}},
+      {FilterKind::Comb,
+       {{"combHarmonic", "1"}},
+       {{120, 120, -42, -38}, {360, 360, -42, -38}, {240, 240, -1, 1}, {480, 480, -1, 1}}},
+      {FilterKind::Comb,
+       {{"combHarmonic", "2"}},
+       {{240, 240, -42, -38}, {480, 480, -42, -38}, {120, 120, -1, 1}, {360, 360, -1, 1}}},
       {FilterKind::InverseComb,
-       {{"combFreq", "100"}, {"combLimit", "100"}, {"combDepth", "30"}},
+       {{"combHarmonic", "0"}, {"combFreq", "100"}, {"combLimit", "100"}, {"combDepth", "30"}},
        {{120, 120, -1, 1}, {1200, 1200, -1, 1}, {180, 180, -32, -28}, {3000, 5300, -200, -29}}}};
   for (const Shape& shape : shapes) {
     run.Put(1, shape.kind);
@@ -123,22 +129,66 @@ TEST(Sound, TablesOfTheHostTakeOutWhatTheySay) {
   run.Take();
   ExpectBetween(run.Response(), 1000, 1000 + line, -6.5, -5.5, run.Rate());
 
-  run.Put(1, FilterKind::HiResGraphic);
-  for (int i = 100; i < 200; ++i) run.Edit("hiResCurve", "-20", 1, i);
+  run.Put(1, FilterKind::MultipleSlot);
+  run.Edit("filterAtten", "32767", 1);
+  run.Edit("mslotFreq", "2000", 1, 1);
+  run.Edit("mslotWidth", "41", 1, 1);
   run.Take();
   response = run.Response();
-  ExpectBetween(response, 110 * line, 190 * line, -21.5, -18.5, run.Rate());
-  ExpectBetween(response, 210 * line, 400 * line, -1, 1, run.Rate());
+  ExpectBetween(response, 2000 - 15 * line, 2000 + 15 * line, -1, 1, run.Rate());
+  ExpectBetween(response, 2000 + 60 * line, 5300, -200, -30, run.Rate());
+
+  // Curves by line; a spectral inverse has a gain as well.
+  for (const auto& [kind, curve, gain] : {std::tuple{FilterKind::HiResGraphic, "hiResCurve", 0},
+                                          {FilterKind::SpectralInverse, "sifCurve", 6}}) {
+    run.Put(1, kind);
+    for (int i = 100; i < 200; ++i) run.Edit(curve, "-20", 1, i);
+    run.Edit("filterGain", "32", 1);
+    run.Take();
+    response = run.Response();
+    ExpectBetween(response, 110 * line, 190 * line, gain - 21.5, gain - 18.5, run.Rate());
+    ExpectBetween(response, 210 * line, 400 * line, gain - 1, gain + 1, run.Rate());
+  }
+
+  run.Edit("filterActive", "0", 1);
+  run.Edit("eqActive", "1", 1);
+  run.Edit("eqType", std::to_string(EqKind::SpectralGraphic), 1);
+  for (int i = 30; i < 60; ++i) run.Edit("edgeCurve", "-20", 1, i);
+  run.Take();
+  response = run.Response();
+  const double step = run.record.sampleRate / 246.0;
+  ExpectBetween(response, 38 * step, 52 * step, -23, -17, run.Rate());  // the ripple is the table's
+  ExpectBetween(response, 65 * step, 110 * step, -1, 1, run.Rate());
 }
 
 TEST(Sound, EqualizersHaveTheGainsThatAreSet) {
   SoundRun run;
+  run.Put(1, FilterKind::TriParametric);
+  for (const auto& [section, center, boost] :
+       {std::tuple{0, "0.05", "-12"}, {1, "0.2", "6"}, {2, "0.35", "0"}}) {
+    run.Edit("parCenter", center, 1, section);
+    run.Edit("parRatio", "6", 1, section);
+    run.Edit("parBoost", boost, 1, section);
+    run.Edit("parActive", "-1", 1, section);
+  }
+  run.Take();
+  Signal response = run.Response();
+  EXPECT_NEAR(GainAt(response, 600, run.Rate()), -12, 0.5);
+  EXPECT_NEAR(GainAt(response, 2400, run.Rate()), 6, 0.5);
+  run.Put(1, FilterKind::BandGraphic);
+  for (int band = 0; band < 20; ++band) run.Edit("bandGain", band < 10 ? "0" : "24", 1, band);
+  run.Take();
+  response = run.Response();
+  EXPECT_NEAR(GainAt(response, 300, run.Rate()), 0, 1);
+  EXPECT_NEAR(GainAt(response, 4500, run.Rate()), -24, 1);
+  run.Edit("filterActive", "0", 1);
+
   run.Edit("eqActive", "1", 1);
   const unit::sound::BandValues centres = unit::sound::BandCentres(run.record.sampleRate);
   run.Edit("eqType", std::to_string(EqKind::BandGraphic), 1);
   for (int band = 0; band < 20; ++band) run.Edit("eqBandGain", std::to_string(band * 7 % 40), 9, band);
   run.Take();
-  Signal response = run.Response();
+  response = run.Response();
   for (int band = 0; band < 20; ++band) {
     EXPECT_NEAR(GainAt(response, centres[static_cast<std::size_t>(band)], run.Rate()), -(band * 7 % 40), 1)
         << band;
