@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 
 #include "SoundRun.h"
+#include "TempFolder.h"
 #include "model/Kinds.h"
 #include "unit/sound/LiveSound.h"
 
@@ -185,6 +186,29 @@ TEST(LiveSound, AnAdaptiveFilterLearnsAndIsReadBack) {
   run.Click("btnFilterClear(1)");
   run.Settle();
   EXPECT_EQ(run.live->engine.Learned(1), unit::sound::Coefficients(1024));
+}
+
+TEST(LiveSound, WritesAFileForEachRateAndKeepsToTheTime) {
+  const support::TempFolder folder;
+  SoundRun run;
+  auto live = std::get<0>(unit::sound::LiveSound::Open({.in = "", .out = folder.Path() + "/out.wav"}));
+  live->Attach(run.unit.Now());
+  run.test.loop.RunFor(3000);
+  run.Edit("bandwidthIndex", "5");
+  run.test.loop.RunFor(3000);
+  live->Close();
+  for (const auto& [name, rate] : {std::pair{"/out.wav", 12000}, {"/out-2.wav", 36000}}) {
+    auto reader =
+        std::get<unit::sound::SoundReader>(unit::sound::SoundReader::Open(folder.Path() + name, rate, false));
+    Signal left(static_cast<std::size_t>(4 * rate)), right(left.size());
+    EXPECT_NEAR(static_cast<double>(reader.Read(left, right)) / rate, 3, 0.5) << name;
+  }
+  // A machine that slept does not make up for it.
+  const double before = live->Seconds();
+  live->RunUntil(live->NextBlock() + 3'600'000'000);
+  EXPECT_NEAR(live->Seconds() - before, 0.5, 0.1);
+  EXPECT_TRUE(std::holds_alternative<std::string>(
+      unit::sound::LiveSound::Open({.in = "", .out = "/nowhere/out.wav"})));
 }
 
 }  // namespace
