@@ -116,6 +116,22 @@ TEST(Chain, SurvivesAChangeOfBandwidthInMidSound) {
   }
 }
 
+// What a host in its senses never sends: it passes the sound.
+TEST(Chain, StagesThatMakeNoSensePassTheSound) {
+  SoundRun run;
+  run.Edit("eqActive", "1", 1);
+  run.Put(1, FilterKind::Lowpass);
+  run.Take();
+  unit::Setting setting = run.unit.Now().Held();
+  setting.programs.stages[0].block.reset();
+  setting.programs.stages[8].stageClass = 0;
+  setting.registers[88] = 0xFFFF;
+  run.engine.Apply(setting);
+  const Signal tone = Sine(3000, run.Rate(), 12000, 0.25);
+  EXPECT_LT(GreatestDifference(run.Left(tone), tone), 1e-6);
+  EXPECT_EQ(run.engine.Readings().unitMode & 0xFF, 0);
+}
+
 // The session on a unit that hears the built-in scene, in virtual time.
 struct LiveRun : SoundRun {
   std::unique_ptr<unit::sound::LiveSound> live = std::get<0>(unit::sound::LiveSound::Open({}));

@@ -76,15 +76,6 @@ TEST(Convolver, FadeHasNoClick) {
   EXPECT_EQ(y[BlockFrames - 1], -1.0F);
 }
 
-TEST(Convolver, ForgetsWhatIsNoNumber) {
-  Convolver convolver = Ready(Noise(1024, 0.1F), 1024);
-  Signal x = Noise(4000);
-  x[7] = std::numeric_limits<float>::quiet_NaN();
-  x[300] = std::numeric_limits<float>::infinity();
-  const Signal y = Processed(convolver, x);
-  EXPECT_TRUE(std::ranges::all_of(y, [](float sample) { return std::isfinite(sample); }));
-}
-
 // A table that takes everything away at its middle tap, so that what is left is told by the words alone.
 TEST(CoefficientStage, SubtractsWhatTheTablePasses) {
   std::vector<std::int32_t> table(1024);

@@ -24,6 +24,7 @@ double BrokenLineTap(const BandValues& f, const BandValues& gain, std::size_t k)
   double sum = 0.0;
   for (std::size_t i = 0; i + 1 < GraphicBands; ++i) {
     const double slope = (gain[i + 1] - gain[i]) / (f[i + 1] - f[i]);
+    if (slope == 0.0) continue;  // most of them are where a point stands alone
     sum += slope * (std::cos(turn * f[i + 1]) - std::cos(turn * f[i]));
   }
   return 2.0 * sum / (turn * turn);
@@ -36,21 +37,20 @@ double BrokenLineMean(const BandValues& f, const BandValues& gain) {
   return 2.0 * area;
 }
 
-Half Design(const BandValues& f, const BandValues& gain, std::size_t n) {
-  Half half(n);
-  half[0] = BrokenLineMean(f, gain);
-  for (std::size_t k = 1; k < n; ++k) half[k] = BrokenLineTap(f, gain, k);
-  KaiserWindow(half, static_cast<double>(n), WindowAttenuation);
+Half Design(const BandValues& f, const BandValues& gain, const Half& window) {
+  Half half = window;
+  half[0] *= BrokenLineMean(f, gain);
+  for (std::size_t k = 1; k < half.size(); ++k) half[k] *= BrokenLineTap(f, gain, k);
   return half;
 }
 
 // What the filter gives at each centre for each point alone.
-Matrix Responses(const BandValues& f, std::size_t n) {
+Matrix Responses(const BandValues& f, const Half& window) {
   Matrix gains{};
   for (std::size_t j = 0; j < GraphicBands; ++j) {
     BandValues one{};
     one[j] = 1.0;
-    const Half half = Design(f, one, n);
+    const Half half = Design(f, one, window);
     for (std::size_t i = 0; i < GraphicBands; ++i) gains[i][j] = GainAt(half, f[i]);
   }
   return gains;
@@ -92,7 +92,9 @@ std::vector<float> GraphicTaps(const std::array<std::uint16_t, GraphicBands>& wo
     wanted[i] = words[i] / WordUnity;
   }
   // The window rounds the bends; the points are moved so far that the centres come out right.
-  return Mirrored(Design(f, Solve(Responses(f, n), wanted), n));
+  Half window(n, 1.0);
+  KaiserWindow(window, static_cast<double>(n), WindowAttenuation);
+  return Mirrored(Design(f, Solve(Responses(f, window), wanted), window));
 }
 
 }  // namespace unit::sound

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "unit/sound/Kernels.h"
+#include "unit/sound/Samples.h"
 
 namespace unit::sound {
 namespace {
@@ -60,7 +60,7 @@ void Compressor::Reset() {
 
 void Compressor::Process(std::span<const float> in, std::span<float> out) {
   for (std::size_t i = 0; i < in.size(); ++i) {
-    const float x = Bounded(in[i]);
+    const float x = Tame(in[i]);
     const double amplitude = std::max(1.0, FullScale * static_cast<double>(Held(Peak(x))));
     const double target = std::min(std::log2(amplitude), Most);
     level_ += (target > level_ ? attack_ : release_) * (target - level_);

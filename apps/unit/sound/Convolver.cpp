@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "unit/sound/Kernels.h"
+#include "unit/sound/Samples.h"
 
 namespace unit::sound {
 namespace {
@@ -129,7 +130,7 @@ void Convolver::EndFade() {
 }
 
 void Convolver::TakeIn(std::span<const float> in) {
-  std::ranges::transform(in, signal_.end() - static_cast<std::ptrdiff_t>(BlockFrames - filled_), Bounded);
+  std::ranges::transform(in, signal_.end() - static_cast<std::ptrdiff_t>(BlockFrames - filled_), Tame);
   filled_ += in.size();
 }
 

@@ -17,10 +17,18 @@ using Half = std::vector<double>;
 
 double Sinc(double x) { return x == 0.0 ? 1.0 : std::sin(x) / x; }
 
-// Kaiser's window at x, -1..1 from end to end.
-double Kaiser(double beta, double x) {
-  return std::cyl_bessel_i(0.0, beta * std::sqrt(std::max(0.0, 1.0 - x * x))) / std::cyl_bessel_i(0.0, beta);
-}
+// Kaiser's window.
+class Kaiser {
+ public:
+  explicit Kaiser(double beta) : beta_(beta), top_(std::cyl_bessel_i(0.0, beta)) {}
+  // At x, -1..1 from end to end.
+  double At(double x) const {
+    return std::cyl_bessel_i(0.0, beta_ * std::sqrt(std::max(0.0, 1.0 - x * x))) / top_;
+  }
+
+ private:
+  double beta_, top_;
+};
 
 double BetaFor(double attenuation) {
   if (attenuation > 50.0) return 0.1102 * (attenuation - 8.7);
@@ -59,9 +67,10 @@ Half Band(std::size_t n, double lower, double upper, double attenuation) {
 }
 
 Half Lobe(std::size_t n, double f) {
+  const Kaiser window(LobeBeta);
   Half half(n);
   for (std::size_t k = 0; k < n; ++k) {
-    half[k] = Kaiser(LobeBeta, static_cast<double>(k) / (static_cast<double>(n) + 1.0)) * Cosine(f, k);
+    half[k] = window.At(static_cast<double>(k) / (static_cast<double>(n) + 1.0)) * Cosine(f, k);
   }
   ScaleToUnityAt(half, f);
   return half;
@@ -77,9 +86,9 @@ std::vector<float> Taps(Half band, double direct, double passed) {
 }  // namespace
 
 void KaiserWindow(std::span<double> half, double end, double attenuation) {
-  const double beta = BetaFor(attenuation);
+  const Kaiser window(BetaFor(attenuation));
   for (std::size_t k = 0; k < half.size(); ++k) {
-    half[k] *= Kaiser(beta, static_cast<double>(k) / std::max(1.0, end));
+    half[k] *= window.At(static_cast<double>(k) / std::max(1.0, end));
   }
 }
 

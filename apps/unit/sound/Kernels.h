@@ -7,14 +7,6 @@
 
 namespace unit::sound {
 
-// What a processor lets in: 80 dB over full scale at most, and 0 for what is no number.
-constexpr float Bounded(float x) {
-  constexpr float Most = 1.0e4F;
-  if (x > Most) return Most;
-  if (x >= -Most) return x;
-  return x < -Most ? -Most : 0.0F;
-}
-
 // The sum of a[i] b[i]; b is at least as long as a.
 float Dot(std::span<const float> a, std::span<const float> b);
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "unit/sound/Kernels.h"
+#include "unit/sound/Samples.h"
 
 namespace unit::sound {
 namespace {
@@ -58,7 +58,7 @@ void Parametric::Reset() {
 
 void Parametric::Process(std::span<const float> in, std::span<float> out) {
   for (std::size_t i = 0; i < in.size(); ++i) {
-    double x = Bounded(in[i]);
+    double x = Tame(in[i]);
     for (Section& section : sections_) {
       const double band = section.input * x + section.state1;
       section.state1 = section.feedback1 * band + section.state2;

@@ -12,6 +12,8 @@ constexpr std::size_t NormalizeBits = 74, FirstAttenuation = 75, Borrowed = 87, 
 constexpr unsigned RateMask = 2047;  // of the adaptation word; what is above tells of blocks
 constexpr unsigned WholeSize = 255;
 
+constexpr std::size_t LastFilter = 6;  // the equalizers behind them do not adapt
+
 constexpr unsigned ClassAdaptive = 0, ClassFinite = 1, ClassParametric = 2, ClassCompressor = 3;
 
 // By the top four bits of the system word.
@@ -53,10 +55,11 @@ ProgramKind KindOf(const Setting& setting, std::size_t position) {
   if (!stage.stageClass) return ProgramKind::None;
   switch (*stage.stageClass) {
     case ClassAdaptive:
-      return BitOf(Word(setting, AdaptiveBits), position) ? ProgramKind::Adaptive : ProgramKind::None;
+      return position <= LastFilter && BitOf(Word(setting, AdaptiveBits), position) ? ProgramKind::Adaptive
+                                                                                    : ProgramKind::None;
     case ClassFinite:
-      if (!stage.algorithm) return ProgramKind::None;
-      return *stage.algorithm == HostCoefficients ? ProgramKind::Table : ProgramKind::Designed;
+      if (stage.algorithm == HostCoefficients) return ProgramKind::Table;
+      return stage.algorithm && stage.block ? ProgramKind::Designed : ProgramKind::None;
     case ClassParametric:
       return stage.block ? ProgramKind::Parametric : ProgramKind::None;
     case ClassCompressor:
@@ -87,13 +90,13 @@ AdaptiveSettings AdaptiveSettingsOf(const Setting& setting, std::size_t position
 UnitRate RateOf(const RegisterValues& registers) { return rates[registers[SystemWord].value_or(0) >> 12U]; }
 
 StageSettings StageSettingsOf(const Setting& setting, std::size_t position, DelayedChannel delayed) {
-  constexpr std::size_t lastWithWords = 8, lastFilter = 6;
+  constexpr std::size_t lastWithWords = 8;
   StageSettings settings{.rate = RateOf(setting.registers),
                          .kind = KindOf(setting, position),
                          .program = setting.programs.stages[position - 1],
                          .adaptive = {},
                          .equalizer = position > lastWithWords};
-  if (position <= lastFilter) {
+  if (position <= LastFilter) {
     settings.attenuation =
         static_cast<std::uint16_t>(Word(setting, FirstAttenuation + position - 1, settings.attenuation));
     settings.gain = static_cast<std::uint16_t>(Word(setting, FirstGain + position - 1, settings.gain));

@@ -6,6 +6,7 @@
 
 #include "unit/Setting.h"
 #include "unit/sound/AdaptiveFilter.h"
+#include "unit/sound/Routing.h"
 
 namespace unit::sound {
 
