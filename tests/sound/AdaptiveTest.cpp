@@ -35,36 +35,6 @@ AdaptiveFilter Made(const AdaptiveSettings& settings) {
   return filter;
 }
 
-Sound Hum(std::size_t size) {
-  Sound hum(size);
-  for (const int harmonic : {1, 2, 3, 5, 7}) hum = Sum(hum, Tone(size, 50 * harmonic, Rate, 0.1 / harmonic));
-  return hum;
-}
-
-TEST(OneChannelAdaptive, TakesTheHumFromUnderTheSpeech) {
-  constexpr std::size_t seconds = 24, size = seconds * 12000, measured = 12 * 12000;
-  const Sound hum = Hum(size), speech = Speech(size, Rate, 0.1), both = Sum(speech, hum);
-  for (const auto& [rate, normalize] : {std::pair{4, true}, {16, true}, {4, false}}) {
-    AdaptiveFilter filter = Made({.taps = 512,
-                                  .span = 100,
-                                  .rate = static_cast<std::uint16_t>(rate),
-                                  .normalize = normalize,
-                                  .sampleRate = Rate});
-    const Outputs out = Through(filter, both, both);
-    for (const int harmonic : {1, 2, 3}) {
-      const double before = AmplitudeAt(LastOf(both, measured), 50 * harmonic, Rate);
-      const double after = AmplitudeAt(LastOf(out.normal, measured), 50 * harmonic, Rate);
-      EXPECT_LT(Decibels(after / before), -30)
-          << harmonic << " at rate " << rate << (normalize ? " auto" : " fixed");
-      const double rejected = AmplitudeAt(LastOf(out.rejected, measured), 50 * harmonic, Rate);
-      EXPECT_NEAR(Decibels(rejected / before), 0, 0.5);
-    }
-    Sound changed = out.normal;
-    for (std::size_t i = 0; i < size; ++i) changed[i] -= speech[i];
-    EXPECT_GT(Rms(LastOf(speech, measured)), 2 * Rms(LastOf(changed, measured))) << "the speech itself stays";
-  }
-}
-
 // What the way from the reference to the input does to a sound: decaying taps from a delay on.
 Sound OverTheWay(std::span<const float> sound, std::size_t delay) {
   Sound taps = Noise(60, 0.25, 7);
