@@ -68,26 +68,6 @@ Sound Through(Broadband& stage, const Sound& in, std::span<const std::size_t> si
   return out;
 }
 
-// The mean signal-to-noise ratio, in dB, of the pieces of 20 ms in which there is speech; each is bounded to
-// -10..35 dB. The sound is delayed samples behind the speech, and its first second is left out.
-double SegmentalRatio(const Sound& speech, const Sound& sound, std::size_t delay, double rate) {
-  const auto second = static_cast<std::size_t>(rate);
-  const std::size_t piece = second / 50;
-  const double audible = Rms(speech) / 10;
-  double sum = 0;
-  int count = 0;
-  for (std::size_t at = second; at + piece + delay <= sound.size(); at += piece) {
-    const std::span<const float> clean = std::span(speech).subspan(at, piece);
-    if (Rms(clean) < audible) continue;
-    Sound wrong(sound.begin() + static_cast<std::ptrdiff_t>(at + delay),
-                sound.begin() + static_cast<std::ptrdiff_t>(at + delay + piece));
-    for (std::size_t i = 0; i < piece; ++i) wrong[i] -= clean[i];
-    sum += std::clamp(Decibels(Rms(clean) / Rms(wrong)), -10.0, 35.0);
-    ++count;
-  }
-  return sum / count;
-}
-
 double Lift(double rate, const Piece& record, double noiseDb) {
   const auto size = static_cast<std::size_t>(20 * rate);
   const Sound speech = Speech(size, rate, 0.1), noisy = Sum(speech, Noise(size, Linear(noiseDb), 9));

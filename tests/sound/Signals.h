@@ -66,6 +66,26 @@ inline Sound Sum(Sound a, std::span<const float> b) {
   return a;
 }
 
+// The mean signal-to-noise ratio, in dB, of the pieces of 20 ms in which there is speech; each is bounded to
+// -10..35 dB. The sound is delayed samples behind the speech, and its first second is left out.
+inline double SegmentalRatio(const Sound& speech, const Sound& sound, std::size_t delay, double rate) {
+  const auto second = static_cast<std::size_t>(rate);
+  const std::size_t piece = second / 50;
+  const double audible = Rms(speech) / 10;
+  double sum = 0;
+  int count = 0;
+  for (std::size_t at = second; at + piece + delay <= sound.size(); at += piece) {
+    const std::span<const float> clean = std::span(speech).subspan(at, piece);
+    if (Rms(clean) < audible) continue;
+    Sound wrong(sound.begin() + static_cast<std::ptrdiff_t>(at + delay),
+                sound.begin() + static_cast<std::ptrdiff_t>(at + delay + piece));
+    for (std::size_t i = 0; i < piece; ++i) wrong[i] -= clean[i];
+    sum += std::clamp(Decibels(Rms(clean) / Rms(wrong)), -10.0, 35.0);
+    ++count;
+  }
+  return sum / count;
+}
+
 // A sound through a processor, cut into blocks of the given sizes in turn; 0 is a whole block.
 using Work = std::function<void(std::size_t at, std::size_t size)>;
 inline void InPieces(std::size_t total, std::span<const std::size_t> sizes, const Work& work) {

@@ -87,8 +87,8 @@ struct SceneLevels {
   double speech = -18.0;
   double hum = -30.0;  // all its harmonics together
   double tone = -40.0;
-  double noise = -38.0;  // white
-  double reference = -24.0;
+  double noise = -23.0;  // white
+  double reference = -18.0;
 };
 
 // Left: speech, hum of 50 Hz and its harmonics up to 500 Hz, a tone of 1 kHz and white noise, 2 ms late.
