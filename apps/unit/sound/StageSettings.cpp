@@ -96,7 +96,7 @@ StageSettings StageSettingsOf(const Setting& setting, std::size_t position, Dela
                          .program = setting.programs.stages[position - 1],
                          .adaptive = {},
                          .equalizer = position > lastWithWords};
-  if (position <= LastFilter) {
+  if (settings.kind == ProgramKind::Table && position <= LastFilter) {
     settings.attenuation =
         static_cast<std::uint16_t>(Word(setting, FirstAttenuation + position - 1, settings.attenuation));
     settings.gain = static_cast<std::uint16_t>(Word(setting, FirstGain + position - 1, settings.gain));

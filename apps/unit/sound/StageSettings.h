@@ -28,9 +28,9 @@ enum class ProgramKind : std::uint8_t { None, Adaptive, Table, Designed, Paramet
 struct StageSettings {
   UnitRate rate;
   ProgramKind kind = ProgramKind::None;
-  Stage program;              // without what an adaptive stage has learned
-  AdaptiveSettings adaptive;  // of that kind
-  std::uint16_t attenuation = 0, gain = 16;
+  Stage program;                             // without what an adaptive stage has learned
+  AdaptiveSettings adaptive;                 // of that kind
+  std::uint16_t attenuation = 0, gain = 16;  // of a table in a filter stage
   bool equalizer = false;
   bool operator==(const StageSettings&) const = default;
 };
