@@ -173,15 +173,13 @@ void Unit::Learn(unsigned page, std::span<const std::int32_t> coefficients) {
 }
 
 Setting Unit::Present() {
-  CollectLearned();
+  for (unsigned page = 0; page < PageCount; ++page) CollectLearned(page);
   return Held();
 }
 
-void Unit::CollectLearned() {
-  for (unsigned page = 0; page < PageCount; ++page) {
-    const std::vector<std::int32_t> learned = sound.learned(page + 1);
-    if (!learned.empty()) stages_.Learn(page, learned);
-  }
+void Unit::CollectLearned(unsigned page) {
+  const std::vector<std::int32_t> learned = sound.learned(page + 1);
+  if (!learned.empty()) stages_.Learn(page, learned);
 }
 
 bool Unit::Recall(unsigned memory) {
@@ -232,7 +230,7 @@ void Unit::SaySpectrum(unsigned number, std::int64_t time) {
 }
 
 void Unit::SayCoefficients(const PageBlock& place, std::int64_t time) {
-  CollectLearned();
+  CollectLearned(place.page);
   Say(CoefficientReply(PresentStatus(), stages_.Coefficients(place)), time,
       "coefficients of page " + std::to_string(place.page) + ", block " + std::to_string(place.block));
 }

@@ -104,7 +104,7 @@ class Unit {
   void Execute(const Frame& frame, std::int64_t time);
   std::string_view Refusal(const Frame& frame) const;
   void StoreMemory(const MemoryPlace& place);
-  void CollectLearned();
+  void CollectLearned(unsigned page);
   Status PresentStatus() const;
   void AnswerRequest(Answer answer, const Frame& frame, std::int64_t time);
   void SaySpectrum(unsigned number, std::int64_t time);
