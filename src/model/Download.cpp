@@ -1,6 +1,7 @@
 #include "model/Download.h"
 
 #include "model/Kinds.h"
+#include "model/Stages.h"
 #include "model/modNumerical.h"
 #include "text/Convert.h"
 
@@ -22,6 +23,14 @@ void Download::DownloadSettings(int mode) {
       {[&] { Forget(mode); }, [&] { CorrectRecord(); }, [&] { RefreshImage(image, settings); },
        [&] { refreshCoefficientDisplay(); }, [&] { MarkResets(); }, [&] { Send(); }});
   settings.settingsChanged = 0;
+}
+
+bool Download::HoldsTable(int stage) const {
+  // While linked the right side runs with the left's tables.
+  if (image.configMode == ConfigMode::StereoLinked && stage > PairStages) return false;
+  const int position = PositionOfStage(image.configMode, stage);
+  return image.heldTable[position] != 0 && image.heldKind[position] == settings.filterType[stage] &&
+         settings.filterDirty[stage] == 0;
 }
 
 void Download::Forget(int mode) {

@@ -29,6 +29,8 @@ struct Download {
   void DownloadSettings(int mode);
   // The next download sends the system word and begins the chain anew.
   void ForgetBandwidth() { shadow.bandwidth.reset(); }
+  // Whether the finished table of a filter stage is in the unit.
+  bool HoldsTable(int stage) const;
 
  private:
   void Forget(int mode);

@@ -2,6 +2,7 @@
 #include "model/EditHistory.h"
 
 #include <algorithm>
+#include <tuple>
 
 #include "model/Fields.h"
 
@@ -47,6 +48,13 @@ void CarryOver(SystemSettings& target, const SystemSettings& from, const SystemS
   }
 }
 
+// What a stage's table is made of.
+auto TableOf(const SystemSettings& settings, int stage) {
+  return std::tie(settings.filterType[stage], settings.mnotchFreq[stage], settings.mnotchWidth[stage],
+                  settings.mslotFreq[stage], settings.mslotWidth[stage], settings.hiResCurve[stage],
+                  settings.sifCurve[stage]);
+}
+
 // Counts for the time of an edit, also where a fault ends it.
 struct Depth {
   explicit Depth(int& counter) : count(counter) { ++count; }
@@ -60,6 +68,14 @@ struct Depth {
 
 EditHistory::EditHistory(SystemSettings& record, Clock& timeSource) : settings(record), clock(timeSource) {}
 
+SystemSettings EditHistory::Standing() const {
+  SystemSettings standing = settings;
+  for (int stage = 1; stage <= FilterStages; ++stage) {
+    if (tableHeld(stage)) standing.filterBuilt[stage] = -1;
+  }
+  return standing;
+}
+
 bool EditHistory::Continues(const std::string& source) const {
   if (!open || source.empty() || CanRedo() || !CanUndo() || steps.back()->source != source) return false;
   return kept || clock.Microseconds() - lastEdit <= LongestPause;
@@ -68,11 +84,11 @@ bool EditHistory::Continues(const std::string& source) const {
 void EditHistory::Edit(const std::string& title, const std::string& source,
                        const std::function<void()>& action) {
   if (depth > 0) return action();
-  Record(std::make_unique<Step>(Step{title, source, false, settings, {}}), action);
+  Record(std::make_unique<Step>(Step{title, source, false, Standing(), {}}), action);
 }
 
 void EditHistory::Exchange(const std::string& title, const std::function<void()>& action) {
-  Record(std::make_unique<Step>(Step{title, "", true, settings, {}}), action);
+  Record(std::make_unique<Step>(Step{title, "", true, Standing(), {}}), action);
 }
 
 void EditHistory::Record(std::unique_ptr<Step> step, const std::function<void()>& action) {
@@ -80,11 +96,12 @@ void EditHistory::Record(std::unique_ptr<Step> step, const std::function<void()>
     const Depth inside(depth);
     action();
   }
-  if (!SetupDiffers(step->before, settings)) return;
+  const auto after = std::make_unique<SystemSettings>(Standing());
+  if (!SetupDiffers(step->before, *after)) return;
   if (Continues(step->source)) {
-    CarryOver(steps.back()->after, step->before, settings);
+    CarryOver(steps.back()->after, step->before, *after);
   } else {
-    step->after = settings;
+    step->after = *after;
     steps.resize(done);
     steps.push_back(std::move(step));
     if (steps.size() > MostSteps) steps.erase(steps.begin());
@@ -98,9 +115,9 @@ void EditHistory::Record(std::unique_ptr<Step> step, const std::function<void()>
 void EditHistory::Amend(const std::function<void()>& action) {
   const bool consequence = depth == 0 && CanUndo() && !CanRedo();
   if (!consequence) return action();
-  const auto before = std::make_unique<SystemSettings>(settings);
+  const auto before = std::make_unique<SystemSettings>(Standing());
   action();
-  CarryOver(steps.back()->after, *before, settings);
+  CarryOver(steps.back()->after, *before, Standing());
 }
 
 void EditHistory::KeepOpen(bool stays) { kept = stays; }
@@ -111,9 +128,10 @@ void EditHistory::Restore(const SystemSettings& from, const SystemSettings& to, 
   const auto was = std::make_unique<SystemSettings>(settings);
   CarryOver(settings, from, to);
   for (int stage = 1; stage <= FilterStages; ++stage) {
-    // The unit still holds the table that is now none.
-    if (from.filterBuilt[stage] != to.filterBuilt[stage] && to.filterBuilt[stage] == 0) {
-      settings.filterDirty[stage] = -1;
+    if (to.filterBuilt[stage] != 0) {
+      if (TableOf(from, stage) != TableOf(to, stage)) settings.filterBuilt[stage] = -1;
+    } else if (from.filterBuilt[stage] != 0) {
+      settings.filterDirty[stage] = -1;  // the unit still holds the table that is now none
     }
   }
   restored(*was, exchanged);

@@ -22,6 +22,9 @@ struct EditHistory {
   // whole setup. Marks and limits are the listener's.
   std::function<void(const SystemSettings& was, bool exchanged)> restored = [](const SystemSettings&, bool) {
   };
+  // Whether the unit holds the finished table of a filter stage. Of the record that cannot be told: its mark
+  // goes when the table goes out.
+  std::function<bool(int stage)> tableHeld = [](int) { return false; };
   // CanUndo, CanRedo or a title may have changed.
   std::function<void()> changed = [] {};
 
@@ -54,6 +57,8 @@ struct EditHistory {
     SystemSettings before, after;
   };
 
+  // The record, with every table that the unit holds marked as finished.
+  SystemSettings Standing() const;
   void Record(std::unique_ptr<Step> step, const std::function<void()>& action);
   bool Continues(const std::string& source) const;
   void Restore(const SystemSettings& from, const SystemSettings& to, bool exchanged);

@@ -17,13 +17,15 @@ struct EditRule {
   void (*follow)(RecordEdits& edits, const SystemSettings& before, int index);
 };
 
-void FollowBandwidth(RecordEdits& edits, const SystemSettings& /*before*/, int /*index*/) {
+void FollowBandwidth(RecordEdits& edits, const SystemSettings& before, int /*index*/) {
+  if (edits.settings.bandwidthIndex == before.bandwidthIndex) return;
   edits.config.ConfigureStages(false);
 }
 
 // From Stereo Linked to Stereo Independent nothing is laid out anew: the difference is all that has to go
 // out.
 void FollowConfiguration(RecordEdits& edits, const SystemSettings& before, int /*index*/) {
+  if (edits.settings.configMode == before.configMode) return;
   const bool unlinked = before.configMode == ConfigMode::StereoLinked &&
                         edits.settings.configMode == ConfigMode::StereoIndependent;
   if (unlinked) {
@@ -108,6 +110,7 @@ RecordEdits::RecordEdits(SystemSettings& record, modDeviceConfig& fit, Download&
     if (exchanged) setupExchanged();
     FollowRestore(was);
   };
+  history.tableHeld = [this](int stage) { return download.HoldsTable(stage); };
 }
 
 bool RecordEdits::ByText(const FieldRow& row, int i, int j, std::string_view text, const EditOrigin& origin,

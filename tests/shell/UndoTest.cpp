@@ -85,19 +85,79 @@ TEST(Undo, GivesBackWhatAChangeOfConfigurationTook) {
 
 TEST(Undo, GivesBackWhatALaterFitTook) {
   PanelRun run;
-  run.Edit("ch1Taps", "1024", 1);
+  const auto ask = [&run](std::int16_t taps) {  // as a panel does, within the limits or not
+    run.session.history.Edit("Taps", "", [&run, taps] { run.record.ch1Taps[1] = taps; });
+    run.record.fitPending = -1;
+    MarkEdited(run.record);
+    run.Settle();  // the next tick fits it
+  };
+  run.Edit("numFilters", "6");
   run.Settle();
-  run.Edit("numFilters", "6");  // the next tick fits them
+  ask(2048);
+  EXPECT_EQ(run.record.numFilters, 5);
+  run.Edit("ch1PredSpan", "8191", 1);
+  ask(1024);
+  EXPECT_EQ(run.record.ch1PredSpan[1], 4095);
+  run.Click("mnuUndo");
+  EXPECT_EQ(run.record.ch1Taps[1], 2048);
+  EXPECT_EQ(run.record.ch1PredSpan[1], 8191);
+  run.Click("mnuUndo");
+  run.Click("mnuUndo");
   run.Settle();
-  const SystemSettings full = run.record;
-  run.Edit("ch1Taps", std::to_string(run.record.maxTaps[1]), 1);
-  run.Settle();
-  while (run.session.history.CanUndo()) run.session.history.Undo();
-  run.Settle();
-  EXPECT_EQ(run.record.numFilters, 1);
+  EXPECT_EQ(run.record.numFilters, 6);
   while (run.session.history.CanRedo()) run.session.history.Redo();
+  EXPECT_EQ(run.record.numFilters, 5);
+  EXPECT_EQ(run.record.ch1PredSpan[1], 4095);
+}
+
+TEST(Undo, KnowsNoStepThatChangesNothing) {
+  PanelRun run;
+  run.Set("cmbFilter(1)", "Multiple Notch");
+  run.Edit("mnotchFreq", "1000", 1, 1);
+  run.record.filterType[2] = FilterKind::OneChAdaptive;
+  run.record.ch1Taps[2] = 2048;
+  run.Edit("numFilters", "2");
+  run.session.config.ConfigureStages(true);
   run.Settle();
-  EXPECT_EQ(run.record.numFilters, full.numFilters);
+  run.session.edits.Store("ohpfCutoff", 0, 300, {"Last"});
+  const SystemSettings before = run.record;
+  run.Edit("ihpfCutoff", "200");
+  run.Edit("mnotchFreq", "1000", 1, 1);
+  run.Edit("bandwidthIndex", "0");  // no new layout either
+  run.Edit("configMode", "0");
+  run.Settle();
+  EXPECT_EQ(run.record.ch1Taps, before.ch1Taps);
+  EXPECT_EQ(run.session.history.UndoTitle(), "Last");
+}
+
+// What the unit holds after undo and redo is what a full download of the record would have given it, whenever
+// the edits went out.
+TEST(Undo, PutsTheTablesOfTheUnitBack) {
+  for (const bool sentBetween : {false, true}) {
+    SCOPED_TRACE(sentBetween);
+    PanelRun run;
+    run.Set("cmbFilter(1)", "Multiple Notch");
+    run.Settle();
+    run.Edit("mnotchFreq", "1000", 1, 1);
+    if (sentBetween) run.Settle();
+    run.Edit("mnotchFreq", "2000", 1, 2);
+    run.Settle();
+    const auto both = run.Stage(1).coefficients;
+    run.Click("mnuUndo");
+    run.Settle();
+    const auto first = run.Stage(1).coefficients;
+    EXPECT_FALSE(first.empty());
+    EXPECT_NE(first, both);
+    run.Click("mnuUndo");
+    run.Settle();
+    EXPECT_TRUE(run.Stage(1).coefficients.empty());
+    run.Click("mnuRedo");
+    run.Settle();
+    EXPECT_EQ(run.Stage(1).coefficients, first);
+    run.Click("mnuRedo");
+    run.Settle();
+    EXPECT_EQ(run.Stage(1).coefficients, both);
+  }
 }
 
 TEST(Undo, ReachesBehindANewSetup) {
