@@ -107,7 +107,10 @@ constexpr std::array<EditRule, 17> EditRules{{{"bandwidthIndex", FollowBandwidth
 RecordEdits::RecordEdits(SystemSettings& record, modDeviceConfig& fit, Download& sender, EditHistory& steps)
     : settings(record), config(fit), download(sender), history(steps) {
   history.restored = [this](const SystemSettings& was, bool exchanged) {
-    if (exchanged) setupExchanged();
+    if (exchanged) {
+      formerLevels.reset();
+      setupExchanged();
+    }
     FollowRestore(was);
   };
   history.tableHeld = [this](int stage) { return download.HoldsTable(stage); };

@@ -1,6 +1,8 @@
 // The master control panel, driven by the names of its controls.
 #include <algorithm>
 
+#include <gmock/gmock.h>
+
 #include "PanelRun.h"
 #include "model/Kinds.h"
 #include "model/Settings.h"
@@ -106,25 +108,69 @@ TEST(MasterPanel, LevelControlsComeBackWhereTheyWere) {
   EXPECT_EQ(run.record.channelSwap, 1);
 }
 
+// Levels that were parked belong to the setup that they were parked under.
+TEST(MasterPanel, ParkedLevelsStayWithTheirSetup) {
+  PanelRun run;
+  run.Set("sldrLevel(0)", "200");
+  run.Click("mnuLevelControls");
+  EXPECT_TRUE(run.session.setups.SaveSetupFile(run.test.desk.InstallFolder() + "/plain.nrv", 0));
+  run.Click("mnuOpen");
+  run.Type("txtFileName", "plain");
+  run.Click("btnOK");
+  run.Click("mnuLevelControls");
+  EXPECT_EQ(run.Get("txtGain(0)"), "0");
+
+  run.Click("mnuLevelControls");
+  run.test.desk.answers = {Answer::Yes};
+  run.Click("mnuNew");
+  run.Set("sldrLevel(0)", "220");
+  run.Click("mnuLevelControls");
+  while (run.session.history.UndoTitle() != "New Filter Configuration") run.Click("mnuUndo");
+  run.Click("mnuUndo");
+  run.Click("mnuLevelControls");
+  EXPECT_EQ(run.Get("txtGain(0)"), "0");
+}
+
+TEST(MasterPanel, DragsOfALevelAreStepsOfTheirOwn) {
+  PanelRun run;
+  Slider& level = *std::get<Slider*>(run.Find("sldrLevel(0)"));
+  for (const int position : {150, 180}) {
+    level.Hold();
+    level.SetPosition(position);
+    level.Release();
+  }
+  run.Click("mnuUndo");
+  EXPECT_EQ(run.record.levelControl[1], 150);
+}
+
 TEST(MasterPanel, ClearsWhatAdapts) {
   PanelRun run;
   run.Edit("numFilters", "2");
   run.Settle();
-  for (const auto& [button, frames] : {std::pair{"btnFilterClear(1)", "85/32767 86/32767 89/128 "},
-                                       {"btnClearAll", "85/32767 86/32767 89/252 113/1 "}}) {
-    run.Sent();
-    EXPECT_EQ(run.Click(button), "");
-    run.Settle();
-    const std::string sent = run.Sent();
-    EXPECT_TRUE(sent.starts_with(frames)) << button << ": " << sent;
-  }
+  run.Sent();
+  run.Click("btnFilterClear(1)");
+  run.Settle();
+  EXPECT_THAT(run.Sent(), testing::StartsWith("85/32767 86/32767 89/128 "));
+  run.Press("Alt+C");
+  run.Settle();
+  EXPECT_THAT(run.Sent(), testing::StartsWith("85/32767 86/32767 89/252 113/1 "));
+  run.Edit("ihpfCutoff", "300");
+  run.Settle();
+  EXPECT_EQ(run.Sent(), "17/300 ");  // a request is met once
 }
 
 TEST(MasterPanel, SwitchesOfTheWholeChainRuleTheOthers) {
   PanelRun run;
+  run.Press("Alt+I");
+  EXPECT_EQ(run.record.ihpfEnabled * 10 + run.record.ohpfEnabled, 1);
+  run.Press("Alt+O");
+  EXPECT_EQ(run.record.ihpfEnabled + run.record.ohpfEnabled, 0);
+  run.Press("Alt+I");
   run.Press("Alt+A");
   EXPECT_EQ(run.record.adaptEnabled, 0);
   EXPECT_EQ(run.Click("btnFilterAdapt(1)"), "it is disabled");
+  const auto standing = [&run](const char* frame) { return std::get<Frame*>(run.Find(frame))->InTheWay(); };
+  EXPECT_EQ(standing("fraIhpf"), Standing::In);
   run.Press("Alt+P");
   for (const char* button : {"btnFilterActive(1)", "btnEqActive(1)", "btnIhpf", "btnOhpf", "btnAgc"}) {
     EXPECT_EQ(run.Click(button), "it is disabled") << button;
@@ -132,6 +178,10 @@ TEST(MasterPanel, SwitchesOfTheWholeChainRuleTheOthers) {
   const std::int16_t limiter = run.record.limiterEnabled;
   run.Press("Alt+L");
   EXPECT_EQ(run.record.limiterEnabled, 1 - limiter);
+  EXPECT_EQ(standing("fraLimiter"), limiter == 0 ? Standing::In : Standing::Out);
+  for (const char* frame : {"fraStage(1)", "fraEq(1)", "fraBroadband(1)", "fraIhpf", "fraOhpf", "fraAgc"}) {
+    EXPECT_EQ(standing(frame), Standing::Out) << frame;
+  }
   run.Press("Alt+G");
   EXPECT_EQ(run.record.agcEnabled, 0);
   run.Settle();
