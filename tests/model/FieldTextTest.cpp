@@ -22,6 +22,7 @@ class FieldTexts : public testing::Test {
 TEST_F(FieldTexts, RefusalsSayWhy) {
   EXPECT_EQ(Set("lpfCutoff", 1, 0, "1e3"), "\"1e3\" is no whole number");
   EXPECT_EQ(Set("lpfCutoff", 1, 0, "99999999999"), "99999999999 is outside 100..3200");
+  EXPECT_EQ(Set("notchFreq", 1, 0, "9"), "9 is outside 10..3200");
   EXPECT_EQ(Set("parRatio", 1, 0, "wide"), "\"wide\" is no number");
   EXPECT_EQ(Set("parRatio", 1, 0, "6.01"), "6.01 is outside 0.29..6");
   EXPECT_EQ(Set("lpfCutoff", 7, 0, "500"), "index 7 is outside 1..6");

@@ -112,6 +112,7 @@ TEST(ClampSettingsToLimits, FollowsTheDerivedLimits) {
   s.bsfLoCutoff[1] = 1000;
   s.bsfHiCutoff[1] = 900;
   s.slotFreq.Fill(50);  // mains hum must survive
+  s.slotFreq[2] = 9;
   s.mnotchFreq[4][16] = 5000;
   s.bandwidthHz = 5400;
   s.maxTaps[2] = 2048;
@@ -124,6 +125,7 @@ TEST(ClampSettingsToLimits, FollowsTheDerivedLimits) {
   EXPECT_EQ(s.bpfHiCutoff[1], 5400);
   EXPECT_EQ(s.notchFreq[1], 5400);
   EXPECT_EQ(s.slotFreq[1], 50);
+  EXPECT_EQ(s.slotFreq[2], 10);
   EXPECT_EQ(s.mnotchFreq[4][16], 5000);
   EXPECT_THAT(s.ch1Taps, ElementsAre(1024, 2048, 1024, 1024, 1024, 1024));
   EXPECT_EQ(s.ch2Delay[2], 8191);

@@ -171,6 +171,10 @@ TEST(CutoffPanels, DrawWhatTheirSettingsStandFor) {
 
 TEST(ProcessorPanels, CutoffsGoInWholeTens) {
   PanelRun run;
+  run.record.ohpfCutoff = 333;  // as a file may have it
+  run.Click("btnOhpfConfig");
+  EXPECT_EQ(run.Get("txtCutoff") + std::to_string(run.record.ohpfCutoff), "330330");
+  run.CloseTop();
   run.Click("btnIhpfConfig");
   EXPECT_EQ(run.Top().Caption(), "Input HPF Config");
   for (const auto& [position, shown] :
@@ -213,6 +217,7 @@ TEST(ProcessorPanels, ChoicesAreTheirStoredNumbers) {
   run.CloseTop();
   run.Click("btnLimiterConfig");
   for (const char* choice : {"optThreshold(3)", "optRelease(1)"}) EXPECT_EQ(run.Click(choice), "");
+  EXPECT_EQ(run.record.limiterThreshold * 100 + run.record.limiterRelease * 10 + run.record.agcRelease, 312);
   run.Settle();
   EXPECT_EQ(run.unit.Now().registers().values[8], 3677);
   EXPECT_EQ(run.unit.Now().registers().values[20], 73);

@@ -284,9 +284,11 @@ TEST_F(Dialogs, FoldersAreEnteredByRowAndByText) {
   files.failAt = files.operations + 1;
   Type("txtFolder", folder.Path());
   EXPECT_EQ(Shown("lblFolder"), "This folder cannot be read.");
+  EXPECT_TRUE(CoreOf(At("lblFolder")).Shown());
   EXPECT_EQ(RangeOf(At("folderVw")), "..");
   Type("txtFolder", "sub");
   EXPECT_EQ(Shown("lblFolder"), "");
+  EXPECT_FALSE(CoreOf(At("lblFolder")).Shown());
 }
 
 TEST_F(Dialogs, ADescriptionThatNobodyEditedKeepsItsBytes) {

@@ -230,6 +230,21 @@ TEST_F(SetupFile, ALoadTakesConnectionAndDescriptionOnlyWhereAsked) {
   EXPECT_FALSE(settings.linkReady);
 }
 
+// Whatever lies behind the text in memory.
+TEST(CoefficientBlock, CutBeforeItsLastNumberIsNone) {
+  LineWriter lines;
+  WriteCoefficientBlock(lines, 2, {-1000, 2000, 30});
+  const std::string text = lines.text + "77\r\n88\r\n";
+  for (std::size_t cut = 0; cut <= lines.text.size(); ++cut) {
+    LineReader reader{std::string_view(text).substr(0, cut)};
+    std::vector<std::int32_t> taken;
+    EXPECT_EQ(ReadCoefficientBlock(reader, 2, taken), cut > lines.text.rfind("30")) << cut;
+  }
+  LineReader other{text};
+  std::vector<std::int32_t> taken;
+  EXPECT_FALSE(ReadCoefficientBlock(other, 3, taken));  // another stage's
+}
+
 TEST(ModelId, FourIdentifiersAreAccepted) {
   for (const char* good : {"ZORQ", "KYVN", "VELT", "VELTRA"}) EXPECT_TRUE(CheckModelId(good));
   for (const char* bad : {"", "VELTRAN", "zorq", "VELTRA ", "ZOR"}) EXPECT_FALSE(CheckModelId(bad));

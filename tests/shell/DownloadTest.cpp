@@ -87,6 +87,13 @@ TEST_F(Downloads, PendingFitRunsOnlyWhereTheLayoutChanges) {
   EXPECT_EQ(test.desk.boxes[0].title, "Too Many Filters / Filters Too Large");
   Edit("filterType", "2", 1);  // gives back what it had borrowed
   EXPECT_EQ(unit.Now().registers().values[87], 0);
+
+  Edit("configMode", "2");  // so does the right partner, where it alone has asked
+  record.ch1Taps[4] = 2048;
+  session.config.ConfigureStages(true);
+  EXPECT_EQ(unit.Now().registers().values[87], 1 << 13 | 1 << 10);
+  Edit("filterType", "2", 4);
+  EXPECT_EQ(unit.Now().registers().values[87], 0);
 }
 
 TEST_F(Downloads, RunningTableStaysUntilItIsClearedOrDestroyed) {
@@ -161,6 +168,34 @@ TEST_F(Downloads, LinkedEqualizersChangeTogether) {
   Settle();
   EXPECT_EQ(Stage(9).block, block);
   EXPECT_EQ(Stage(10).block, block);
+}
+
+TEST_F(Downloads, AnewFromTheResetOnTheUnitHoldsWhatItHeld) {
+  Edit("configMode", "2");
+  Edit("eqBandGain", "9", 9, 4);
+  Edit("eqType", "1", 2);
+  Edit("edgeCurve", "-9", 2, 40);
+  Settle();
+  const std::string held = unit.Dump();
+  Sent();
+  session.download.ForgetBandwidth();
+  MarkEdited(record);
+  Settle();
+  EXPECT_NE(Sent().find(" 89/255 "), std::string::npos);
+  EXPECT_EQ(unit.Dump(), held);
+}
+
+TEST_F(Downloads, OnlyFiltersBelow128TapsTellTheirBlocks) {
+  const auto adaptation = [this] { return unit.Now().registers().values[56].value_or(0); };
+  Edit("ch1Mu", "500", 1);
+  for (const auto& [taps, blocks] : {std::pair{"127", 4}, {"128", 0}}) {
+    Edit("ch1Taps", taps, 1);
+    Settle();
+    EXPECT_EQ(adaptation(), blocks * 2048 + 500) << taps;
+  }
+  Edit("adaptEnabled", "0");
+  Settle();
+  EXPECT_EQ(adaptation(), 0);
 }
 
 TEST_F(Downloads, ProgressCountsEveryFrameBetweenFrames) {

@@ -277,6 +277,10 @@ TEST_F(States, ANewSetupIsAskedForAndKeepsTheLink) {
   unit.PlugInAnother();
   session.config.ConfigureStages(true);
   EXPECT_EQ(unit.Dump(), now);
+  session.device.DisconnectZorq(true);  // without a link the port is the factory setup's too
+  run.desk.answers = {Answer::Yes};
+  EXPECT_EQ(run.Do("mnuNew"), "");
+  EXPECT_EQ(session.settings.comPort, 1);
 }
 
 TEST_F(States, ASetupGoesOutToAFileAndComesBackIntoTheUnit) {
