@@ -66,14 +66,4 @@ PacketContent BandContent(const BroadbandBlock& block, std::size_t packet) {
   return content;
 }
 
-std::array<std::uint8_t, BroadbandBlockSize> BlockBytes(const BroadbandBlock& block) {
-  std::array<std::uint8_t, BroadbandBlockSize> bytes{};
-  auto place = std::ranges::copy(RecordContent(block), bytes.begin()).out;
-  for (std::size_t packet = 0; packet < BandPackets; packet++) {
-    place = std::ranges::copy(BandContent(block, packet), place).out;
-  }
-  std::ranges::copy(block.reserve, place);
-  return bytes;
-}
-
 }  // namespace vc

@@ -54,7 +54,5 @@ void FillBroadbandBlock(BroadbandBlock& block, const SystemSettings& settings, i
 // 0..10.
 PacketContent RecordContent(const BroadbandBlock& block);
 PacketContent BandContent(const BroadbandBlock& block, std::size_t packet);
-// The whole block as it lies in the unit.
-std::array<std::uint8_t, BroadbandBlockSize> BlockBytes(const BroadbandBlock& block);
 
 }  // namespace vc

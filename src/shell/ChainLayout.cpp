@@ -72,7 +72,6 @@ FilterBlock::FilterBlock(Place place, int stage)
       adapt(frame, "btnFilterAdapt", "Adapt", Style::Latching, stage),
       clear(frame, "btnFilterClear", "Clear", Style::Push, stage) {
   frame.buttonsPerRow = PairsOfButtons;
-  adapt.SetLatchedTint(GraphicButton::Tint::Green);
   kind.SetItems(NamesOf(FilterKinds()));
   adapt.SetLatchedTint(GraphicButton::Tint::Green);
 }

@@ -57,13 +57,6 @@ TEST(PlotView, DrawsItsGridForOtherAxesAndNotForOtherCurves) {
   }
 }
 
-TEST(PlotView, HasRoomForItsLabels) {
-  Shown shown;
-  QWidget& view = shown.At("pltCurve");
-  EXPECT_GE(view.width(), DigitsWide(view, 34));
-  EXPECT_GE(view.height(), LineHeight(view) * 12);
-}
-
 // How thick the lines of one colour are that a row of pixels crosses.
 std::vector<int> Thicknesses(const QImage& image, int row, const QColor& colour) {
   std::vector<int> found;

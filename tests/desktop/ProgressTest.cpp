@@ -196,23 +196,6 @@ TEST_F(Progress, WithoutAWindowOnTheScreenNothingIsShown) {
   Work(100, 15);
 }
 
-TEST_F(Progress, ItIsReadableInBothThemes) {
-  for (const Theme theme : {Theme::Dark, Theme::Light}) {
-    ApplyTheme(theme);
-    QCoreApplication::processEvents();
-    WorkUntilShown();
-    const QImage picture = Note()->grab().toImage();
-    int darkest = 255;
-    int lightest = 0;
-    for (int x = 0; x < picture.width(); ++x) {
-      const int grey = qGray(picture.pixel(x, picture.height() / 2));
-      darkest = std::min(darkest, grey);
-      lightest = std::max(lightest, grey);
-    }
-    EXPECT_GT(lightest - darkest, 100);
-  }
-}
-
 // The whole way: a session starts with a unit on a line, and each frame that arrives finds the note or not.
 TEST(ProgressOfASession, TheFirstDownloadIsShownInTheSplashAndGoneWhenTheMasterPanelIsThere) {
   support::VirtualClock clock;

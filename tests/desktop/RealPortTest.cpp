@@ -107,22 +107,5 @@ TEST_F(RealPort, TheOperatorsHandReachesTheUnit) {
   EXPECT_NE(Dump().find("stage 1 class 0 "), std::string::npos);
 }
 
-// Both faces offer the same controls of the master panel, each by its name.
-TEST_F(RealPort, ConsoleAndDesktopNameTheSameControls) {
-  std::set<std::string> shown, told;
-  for (const QObject* one : Window().findChildren<QObject*>()) shown.insert(one->objectName().toStdString());
-  program->session.Exit();  // the console wants the port
-  support::Program console(installed.program);
-  console.Say("show MasterControl");
-  console.Say("forms");
-  for (std::string line = console.Await(""); !line.starts_with("MasterControl\t"); line = console.Await("")) {
-    ASSERT_FALSE(line.empty());
-    if (line.find('\t') != std::string::npos && !line.starts_with("box"))
-      told.insert(line.substr(0, line.find('\t')));
-  }
-  EXPECT_GT(told.size(), 130U);
-  for (const std::string& name : told) EXPECT_TRUE(shown.contains(name)) << name;
-}
-
 }  // namespace
 }  // namespace desktop

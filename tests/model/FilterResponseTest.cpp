@@ -1,4 +1,4 @@
-// The cut-off filters against their law: levels, edges and lengths, and every point against a direct sum.
+// The cut-off filters against their law: every point against a direct sum, lengths, and edges at the ends.
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -79,44 +79,6 @@ constexpr Case Cases[] = {
     {Bandpass, 0, 1500, 463, 40},   {Bandstop, 0, 1500, 463, 40},
 };
 
-// What the law asks for at a frequency, without the floor: 1 or 0, half at an edge, nothing beside an edge.
-double Wanted(const Case& c, double frequency, double reach) {
-  for (const std::int16_t edge : {c.lower, c.upper}) {
-    if (edge == 0 || std::abs(frequency - edge) > reach) continue;
-    return frequency == edge ? 0.5 : std::numeric_limits<double>::quiet_NaN();
-  }
-  const bool inside = (c.lower == 0 || frequency > c.lower) && frequency < c.upper;
-  return inside != c.Rejects() ? 1 : 0;
-}
-
-void ExpectLevels(const Case& c, std::int16_t bandwidthIndex) {
-  const std::vector<float> response = Response(c, bandwidthIndex);
-  const BandwidthRow& row = BandwidthOf(bandwidthIndex);
-  // Kaiser's width of the transition and a tenth, half of it on each side of the edge.
-  const double reach = 0.55 * row.sampleRate * (WindowDecibels(c) - 7.95) / (14.36 * (2 * c.n - 2));
-  const double g = StopGain(c);
-  int found[3] = {};
-  for (std::size_t i = 0; i < response.size(); i++) {
-    const double wanted = Wanted(c, static_cast<double>(i) * PointHertz, reach);
-    if (std::isnan(wanted)) continue;
-    const double tolerance = wanted == 0 ? 1.0 : wanted == 1 ? 0.1 : 0.05;  // dB
-    EXPECT_NEAR(response[i], Decibels(g + (1 - g) * wanted), tolerance)
-        << static_cast<int>(i) * PointHertz << " Hz";
-    found[std::lround(2 * wanted)]++;
-  }
-  EXPECT_THAT(found, testing::ElementsAre(testing::Ge(5), c.lower == 0 ? 1 : 2, testing::Ge(5)));
-}
-
-TEST(FilterResponse, KeepsItsLevelsAndEdgesAtEveryBandwidth) {
-  for (std::int16_t index = 0; index < std::ssize(Bandwidths()); index++) {
-    for (const Case& c : Cases) {
-      SCOPED_TRACE(testing::PrintToString(c) + " at " +
-                   std::string(Bandwidths()[static_cast<std::size_t>(index)].name));
-      ExpectLevels(c, index);
-    }
-  }
-}
-
 // The amplitude of the windowed lowpass, tap by tap as a sum of turning pointers.
 double LowpassSum(const Case& c, double edge, double frequency) {
   const double atten = WindowDecibels(c);
@@ -145,15 +107,17 @@ TEST(FilterResponse, IsWhatADirectSumGives) {
                              {Highpass, 0, 10, 463, 60},
                              {Bandpass, 10, 40, 511, 60}});
   for (const Case& c : cases) {
-    const std::vector<float> response = Response(c);
-    const double rate = 7200, g = StopGain(c);
-    for (std::size_t i = 0; i < response.size(); i++) {
-      const double frequency = static_cast<double>(i) * PointHertz / rate;
-      double band = LowpassSum(c, c.upper / rate, frequency);
-      if (c.lower > 0) band -= LowpassSum(c, c.lower / rate, frequency);
-      const double exact = g + (1 - g) * (c.Rejects() ? 1 - band : band);
-      ASSERT_NEAR(Amplitude(response[i]), std::max(std::abs(exact), 1e-4), 1e-6)
-          << testing::PrintToString(c) << i;
+    for (const std::int16_t bandwidth : {std::int16_t{0}, std::int16_t{5}}) {
+      const std::vector<float> response = Response(c, bandwidth);
+      const double rate = BandwidthOf(bandwidth).sampleRate, g = StopGain(c);
+      for (std::size_t i = 0; i < response.size(); i++) {
+        const double frequency = static_cast<double>(i) * PointHertz / rate;
+        double band = LowpassSum(c, c.upper / rate, frequency);
+        if (c.lower > 0) band -= LowpassSum(c, c.lower / rate, frequency);
+        const double exact = g + (1 - g) * (c.Rejects() ? 1 - band : band);
+        ASSERT_NEAR(Amplitude(response[i]), std::max(std::abs(exact), 1e-4), 1e-6)
+            << testing::PrintToString(c) << i;
+      }
     }
   }
 }
@@ -202,14 +166,6 @@ TEST(FilterResponse, PassesAllWithoutASampleRate) {
     s.sampleRate = rate;
     EXPECT_THAT(FilterResponse(s, Stage, Lowpass, 5), testing::Each(testing::FloatNear(0, 0.01F))) << rate;
   }
-}
-
-TEST(FilterResponse, ShowsThatANarrowBandDoesNotReachFullLevel) {
-  const std::vector<float> response = Response({Bandpass, 1495, 1505, 50, 60});
-  const float peak = *std::ranges::max_element(response);
-  EXPECT_EQ(peak, response[1500 / PointHertz]);
-  EXPECT_LT(peak, -10);
-  EXPECT_GT(peak, -30);
 }
 
 TEST(FilterResponse, IsEmptyWithoutALawOrPoints) {

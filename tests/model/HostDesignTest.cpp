@@ -44,16 +44,6 @@ std::vector<int> BinsFrom(int first, int last) {
   return bins;
 }
 
-TEST(BuildCoefficients, CutsTheMiddleOutOfTheWholeDesign) {
-  SystemSettings settings = Fresh();
-  settings.hiResCurve[1][100] = -40.0F;
-  const auto whole = BuildCoefficients(settings, 1, FilterKind::HiResGraphic, AllTaps);
-  const auto cut = BuildCoefficients(settings, 1, FilterKind::HiResGraphic, 976);
-  EXPECT_TRUE(std::equal(cut.begin(), cut.end(), whole.begin() + 24, whole.end() - 24));
-  EXPECT_EQ(std::ranges::max_element(whole) - whole.begin(), 512);
-  EXPECT_EQ(std::ranges::max_element(cut) - cut.begin(), 488);
-}
-
 TEST(BuildCoefficients, NotchesTheBinsOfTheList) {
   SystemSettings settings = Fresh();  // 7200 Hz, 7.03 Hz a bin
   const auto removed = [&](std::int16_t frequency, std::int16_t width) {

@@ -7,7 +7,6 @@
 #include "model/Fresh.h"
 #include "model/KindChange.h"
 #include "model/Kinds.h"
-#include "model/Stages.h"
 
 namespace vc {
 namespace {
@@ -125,16 +124,6 @@ TEST(Bandwidth, DisplayLimitIsTheTopOfTheGrid) {
     EXPECT_EQ(GetDisplayLimit(index), std::to_string(Nearest32(BandwidthOf(index).sampleRate * 230 / 512.0)));
   }
   EXPECT_EQ(GetDisplayLimit(6), "3234");
-}
-
-TEST(Stages, TitlesNameSideAndNumber) {
-  EXPECT_EQ(StageTitleSuffix(0, 5), " (Filter 5)");
-  EXPECT_EQ(StageTitleSuffix(1, 2), " (Left/Right Filter 2)");
-  EXPECT_EQ(StageTitleSuffix(2, 3), " (Left Filter 3)");
-  EXPECT_EQ(StageTitleSuffix(2, 4), " (Right Filter 1)");
-  EXPECT_EQ(EqTitleSuffix(0, 1), " (Mono Equalizer)");
-  EXPECT_EQ(EqTitleSuffix(1, 2), " (Left/Right Equalizer)");
-  EXPECT_EQ(EqTitleSuffix(2, 2), " (Right Equalizer)");
 }
 
 }  // namespace

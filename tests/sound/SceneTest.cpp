@@ -113,41 +113,6 @@ TEST(Scene, SpeechHasItsLevelAndPauses) {
   }
 }
 
-// By a normalised least mean squares filter from the right to the left.
-TEST(Scene, ReferenceCanCancelTheNoise) {
-  for (const double rate : {7200.0, 36000.0}) {
-    SceneLevels levels = nothing;
-    levels.noise = levels.reference = -20.0;
-    const Sound sound = Listen(rate, 4.0, levels);
-    constexpr std::size_t taps = 128;
-    std::vector<double> weights(taps);
-    std::vector<float> residual;
-    for (std::size_t i = taps; i < sound.left.size(); ++i) {
-      double estimate = 0.0;
-      double power = 1e-9;
-      for (std::size_t k = 0; k < taps; ++k) {
-        estimate += weights[k] * sound.right[i - k];
-        power += double{sound.right[i - k]} * sound.right[i - k];
-      }
-      const double error = sound.left[i] - estimate;
-      for (std::size_t k = 0; k < taps; ++k) weights[k] += 0.5 * error * sound.right[i - k] / power;
-      residual.push_back(static_cast<float>(error));
-    }
-    EXPECT_LT(Db(std::span(residual).last(static_cast<std::size_t>(rate))), -45.0);
-  }
-}
-
-TEST(Scene, GoesOnAtAnotherRate) {
-  Scene scene(7200.0, 3, {});
-  std::vector<float> left(10000), right(10000);
-  for (const double rate : {36000.0, 7200.0, 24000.0, 12000.0}) {
-    scene.Process(left, right);
-    scene.SetRate(rate);
-    scene.Process(left, right);
-    for (const float sample : left) ASSERT_LT(std::fabs(sample), 1.0F);
-  }
-}
-
 }  // namespace
 }  // namespace sound_test::scene
 }  // namespace unit::sound

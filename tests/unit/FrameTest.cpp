@@ -10,35 +10,12 @@ namespace {
 
 constexpr std::int64_t Second = 1'000'000;
 
-TEST(Frames, KnownCommandsAreAcknowledgedAndKept) {
-  Bench bench;
-  EXPECT_EQ(bench.Ask({0x3F, 0x4D, 0x50, 0, 0, 0, 0}), "!OK");
-  EXPECT_EQ(bench.Ask({0x3F, 0x4D, 0x50, 0x11, 0x2C, 0x01, 0xC2}), "!OK");
-  EXPECT_EQ(bench.Ask(CommandFrame(17, 0xFFFF)), "!OK");
-  for (const std::uint8_t code : {std::uint8_t{127}, std::uint8_t{128}})
-    EXPECT_EQ(bench.Ask(CommandFrame(code, 1)), "!OK");
-  EXPECT_EQ(bench.device.registers().values[0], 0);
-  EXPECT_EQ(bench.device.registers().values[17], 0xFFFF);
-  EXPECT_EQ(bench.device.registers().counts[17], 2U);
-  EXPECT_EQ(bench.device.registers().values[18], std::nullopt);
-}
-
 TEST(Frames, UnknownCodesAreMetWithSilence) {
   Bench bench;
   for (const int code : {2, 3, 21, 49, 54, 62, 83, 90, 92, 103, 114, 131, 152, 160, 163, 193, 255}) {
     EXPECT_EQ(bench.Ask(CommandFrame(static_cast<std::uint8_t>(code))), "") << code;
     EXPECT_EQ(bench.device.registers().counts[static_cast<std::size_t>(code)], 0U) << code;
   }
-}
-
-TEST(Frames, PacketsAreKeptByNumberWhateverTheyHold) {
-  Bench bench;
-  EXPECT_EQ(bench.Ask(PacketFrame(0, '?')), "!OK");
-  EXPECT_EQ(bench.Ask(PacketFrame(1, 0xFF)), "!OK");
-  EXPECT_EQ(bench.Ask(PacketFrame(1, 7)), "!OK");
-  EXPECT_EQ(bench.device.registers().packets[0]->front(), '?');
-  EXPECT_EQ(bench.device.registers().packets[1]->back(), 7);
-  EXPECT_EQ(bench.device.registers().packetCounts[1], 2U);
 }
 
 TEST(Frames, BadChecksumIsComplainedOfAndChangesNothing) {
@@ -109,11 +86,6 @@ TEST(Step, NoiseBeforeAFrameIsSkippedAndAFrameInsideAPacketIsPayload) {
   packet.back() = static_cast<std::uint8_t>(packet.back() - ('?' + 'M' + 'P'));
   EXPECT_EQ(bench.Ask(packet), "!OK");
   EXPECT_EQ(bench.device.registers().counts[17], 1U);
-}
-
-TEST(Step, TwoFramesInOneGoGetTwoAnswersInOrder) {
-  Bench bench;
-  EXPECT_EQ(bench.Ask(Joined(CommandFrame(130), CommandFrame(1, 192))), "!VER401402!OK");
 }
 
 TEST(Trace, SaysWhatWentOverTheLine) {

@@ -57,14 +57,6 @@ TEST(Pace, EveryCharacterTakesTenBitTimes) {
   EXPECT_EQ(bench.device.NextEvent(), std::nullopt);
 }
 
-TEST(Pace, BytesThatComeWhileTheLineIsBusyWaitTheirTurn) {
-  Bench bench(Paced(9600));
-  bench.device.Receive(statusRequest, 0, 9600);
-  bench.Ask(statusRequest);
-  // The answer to the first overlaps the second request; the second answer follows the first one.
-  EXPECT_NEAR(static_cast<double>(bench.now), (7 + 46 + 46) * 1e7 / 9600, 5.0);
-}
-
 TEST(Faults, DelayHoldsTheReplyBack) {
   unit::Options options;
   options.delayMicroseconds = 30'000;

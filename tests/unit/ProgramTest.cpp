@@ -98,16 +98,6 @@ TEST_F(UnitProgram, HostsComeAndGo) {
   }
 }
 
-TEST_F(UnitProgram, AnAnswerThatNobodyReadGoesWithTheHost) {
-  ASSERT_TRUE(Start());
-  {
-    const HostLine host(link, 115200);
-    host.Write(CommandFrame(232));
-    ASSERT_TRUE(Soon([&] { return host.Waiting() == 46; }));
-  }
-  EXPECT_TRUE(Soon([&] { return HostLine(link, 0).Waiting() == 0; }));
-}
-
 TEST_F(UnitProgram, AnAnswerThatIsDueAfterTheHostHasGoneIsNotForTheNext) {
   const fs::path trace = directory / "trace";
   ASSERT_TRUE(Start({"--delay", "300", "--trace", trace.string()}));
@@ -127,17 +117,6 @@ TEST_F(UnitProgram, IsIdleWithAndWithoutAHost) {
   const HostLine host(link, 115200);
   std::this_thread::sleep_for(std::chrono::milliseconds(400));
   EXPECT_LE(ProcessorTicks(program->Id()) - before, 4) << "hundredths of a second out of 80";
-}
-
-TEST_F(UnitProgram, PaceIsThatOfTheLine) {
-  ASSERT_TRUE(Start({"--baud", "9600", "--pace"}));
-  const HostLine host(link, 9600);
-  const auto start = std::chrono::steady_clock::now();
-  EXPECT_EQ(host.Ask(CommandFrame(232), 46).size(), 46U);
-  const auto took =
-      std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start);
-  EXPECT_GE(took.count(), 53 * 10'000 / 9600);
-  EXPECT_LT(took.count(), 500);
 }
 
 TEST_F(UnitProgram, DumpIsWrittenAtEverySignalThatAsksForIt) {

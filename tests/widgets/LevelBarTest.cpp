@@ -53,22 +53,6 @@ TEST_F(LevelBars, NewScaleKeepsTheLengthOfTheBar) {
   Draw();  // and none of it divides by zero
 }
 
-TEST_F(LevelBars, TheLargestNumbersAreDrawnToo) {
-  constexpr std::int32_t most = 2147483647;
-  bar.SetSteps(most);
-  bar.SetNumMarkers(2);
-  for (const int marker : {1, 2}) bar.SetMarkerValue(marker, most);
-  bar.SetMidPoint(most / 2);
-  bar.SetMarkerStyle(HiddenMarker);
-  EXPECT_EQ(Draw().At(10 + 127, 22), Yellow);
-  bar.SetMarkerStyle(0);
-  bar.SetSteps(1);  // the second marker stays where it was, far outside
-  EXPECT_EQ(bar.MarkerValue(2), most);
-  bar.SetMarkerValue(1, 0);
-  EXPECT_NE(Draw().At(10 + 254, 22), bar.MarkerColor());
-  EXPECT_EQ(surface.At(10, 22), bar.MarkerColor());
-}
-
 TEST_F(LevelBars, MarkersOutsideTheirCountAreErrors) {
   bar.SetNumMarkers(2);
   bar.SetMarkerValue(2, 40);

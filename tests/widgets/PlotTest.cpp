@@ -147,22 +147,6 @@ TEST_F(Plots, WhatLiesOutsideIsCutAtTheFrame) {
             LayOut(plot, surface, Area).frame.width - 1);
 }
 
-TEST_F(Plots, TellsWhatHasChangedAndNothingElse) {
-  std::string told;
-  form.controlChanged = [&told](const ControlCore&, std::string_view property) {
-    told += std::string(property) + " ";
-  };
-  plot.SetTraces({{"Filter", {0.0F, -6.0F, -12.0F}}});
-  plot.SetAxes({0, 1600, "Hz"}, {-20, 0, "dB"});
-  plot.SetMarkers({}, {});
-  plot.SetNote("");
-  EXPECT_EQ(told, "");
-  plot.SetTraces({{"Filter", {0.0F, -6.0F, -13.0F}}});
-  EXPECT_EQ(told, "Traces ");
-  plot.SetTraces({{"Other", {0.0F, -6.0F, -13.0F}}});
-  EXPECT_EQ(told, "Traces Traces Legend ");
-}
-
 TEST_F(Plots, IsToldInWords) {
   EXPECT_EQ(ValueOf(&plot), "3 points: 0 Hz 0.0 dB | 800 Hz -6.0 dB | 1600 Hz -12.0 dB");
   plot.SetTraces({{"Long", std::vector<float>(460, -3.25F)}});
