@@ -32,6 +32,12 @@ TEST_F(Transactions, PacketPausesAfterAComplaintAndOnlyThen) {
   }
 }
 
+TEST_F(Transactions, NoPauseFollowsTheLastAttempt) {
+  OpenLink();
+  unit.always = [](const support::Bytes&) -> support::ScriptedReply { return {"!RT"}; };
+  EXPECT_NEAR(SecondsFor([&] { EXPECT_FALSE(device.SendDataPacket(payload, 0, 3, false)); }), 5.0, 0.1);
+}
+
 TEST_F(Transactions, CommandNeverPausesForAComplaint) {
   OpenLink();
   unit.script = {{"xRT"}, {"!RT"}, {"!OK"}};

@@ -106,6 +106,8 @@ TEST(CutoffPanels, AnEdgeThatIsOutSaysSoUntilItsBoxIsLeft) {
   EXPECT_EQ(run.Get("txtHiTransSlope"), "511.8");
   run.Set("sldrLoCutoff", "0");
   EXPECT_EQ(run.Get("txtLoCutoff"), "Out");
+  run.Type("txtAtten", "44");
+  EXPECT_EQ(run.record.bsfAtten[1], 44);
 }
 
 TEST(CutoffPanels, TabbingThroughMovesNothing) {
@@ -164,6 +166,7 @@ TEST(CutoffPanels, DrawWhatTheirSettingsStandFor) {
   EXPECT_EQ(plot.Traces().at(0).values, expected);
   EXPECT_GT(*std::ranges::max_element(expected), -0.5F);
   EXPECT_EQ(plot.VerticalMarkers().at(0).at, 800);
+  EXPECT_EQ(plot.HorizontalMarkers().at(0).at, -run.record.bpfAtten[3]);
   EXPECT_NE(plot.Note().find("omputed"), std::string::npos);
   run.Press("Ctrl+Z");
   EXPECT_NE(plot.Traces().at(0).values, expected);
@@ -207,7 +210,7 @@ TEST(ProcessorPanels, SwitchesAreTheMasters) {
 
 TEST(ProcessorPanels, ChoicesAreTheirStoredNumbers) {
   PanelRun run(ConfigMode::StereoIndependent);
-  run.record.agcGain = 9;
+  run.record.agcGain = 7;
   run.Click("btnAgcConfig");
   EXPECT_EQ(run.record.agcGain, 0);
   EXPECT_EQ(run.Get("optGain(0)"), "1");
@@ -223,8 +226,11 @@ TEST(ProcessorPanels, ChoicesAreTheirStoredNumbers) {
   EXPECT_EQ(run.unit.Now().registers().values[20], 73);
   run.CloseTop();
   run.Edit("configMode", "0");
-  run.Click("btnLimiterConfig");
-  EXPECT_EQ(run.Click("optLinked(0)"), "it is hidden");
+  for (const char* panel : {"btnLimiterConfig", "btnAgcConfig"}) {
+    run.Click(panel);
+    EXPECT_EQ(run.Click("optLinked(0)"), "it is hidden");
+    run.CloseTop();
+  }
 }
 
 TEST(AuxiliarySwitch, OffersWhatTheConfigurationHas) {
@@ -240,6 +246,12 @@ TEST(AuxiliarySwitch, OffersWhatTheConfigurationHas) {
   EXPECT_EQ(run.Click("AuxOption(5)"), "");
   EXPECT_EQ(run.Click("AuxOption(6)"), "");
   EXPECT_EQ(run.record.auxFunction, 6);
+  run.CloseTop();
+  run.Edit("configMode", "0");
+  run.Edit("numFilters", "1");
+  run.Settle();
+  run.Click("mnuMemorySelect(10)");
+  EXPECT_EQ(run.record.auxFunction, 0);  // it is no longer offered
 }
 
 TEST(AuxiliarySwitch, StoresInTheUnitWhatHasJustBeenEdited) {

@@ -207,8 +207,12 @@ TEST_F(Dialogs, ARecallTakesWhatTheFileHolds) {
   Press("fileVw");
   EXPECT_EQ(settings.lpfCutoff[1], 777);
   EXPECT_EQ(settings.comPort, 3);
-  Recall("no extension");
+  recall.Show();
+  EXPECT_EQ(TypeInto(At("txtFileName"), "no extension", true), "");  // Enter is OK
   EXPECT_EQ(settings.lpfCutoff[1], 888);
+  store.Show();
+  EXPECT_EQ(Shown("txtFileName"), "no extension");
+  Press("btnCancel");
   Make("x.nrv", 999);
   fs::create_directory(Path("x"));
   Recall("x");
@@ -306,19 +310,21 @@ TEST_F(Dialogs, ADescriptionThatNobodyEditedKeepsItsBytes) {
   Type("txtDescription", "new\ntext");
   Press("btnOK");
   EXPECT_EQ(settings.setupDescription, "new\ntext");
+  EXPECT_EQ(history.UndoTitle(), "File Description");
 }
 
 TEST_F(Dialogs, TheWorkingFolderIsOneThatExists) {
-  fs::create_directory(Path("sub"));
+  fs::create_directories(Path("sub/inner"));
   workingFolder.Show();
   Type("txtFolder", "no such");
   Press("btnOK");
   EXPECT_EQ(desk.boxes.at(0).text, "no such is not a folder.  Please choose another folder.");
   EXPECT_EQ(settings.workingFolder, folder.Path());
   Type("txtFolder", "sub/");
+  EXPECT_EQ(RangeOf(At("folderVw")), ".. | inner");
   Press("btnOK");
   EXPECT_EQ(settings.workingFolder, Path("sub"));
-  fs::remove(Path("sub"));  // the program's own folder stands in
+  fs::remove_all(Path("sub"));  // the program's own folder stands in
   recall.Show();
   EXPECT_EQ(Shown("txtFolder"), folder.Path());
 }

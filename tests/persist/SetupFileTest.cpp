@@ -157,6 +157,9 @@ TEST_F(SetupFile, KeepsTextsByteForByteAndAWildFloatWithinNumbers) {
   ASSERT_TRUE(Load(path));
   EXPECT_EQ(settings.setupDescription, description);
   EXPECT_EQ(settings.hiResCurve[2][5], 0);
+  Put(path, "\"VELTRA\"\r\n\"\"\r\n3\r\n");
+  ASSERT_TRUE(setups.ReadFileHeader(path, header));
+  EXPECT_EQ(header.protect, 1);
   Put(path, "\"VELTRA\"\r\n\"never closed\r\n0\r\n");
   EXPECT_FALSE(Load(path));
 }
@@ -243,6 +246,14 @@ TEST(CoefficientBlock, CutBeforeItsLastNumberIsNone) {
   LineReader other{text};
   std::vector<std::int32_t> taken;
   EXPECT_FALSE(ReadCoefficientBlock(other, 3, taken));  // another stage's
+}
+
+TEST(Lines, AFloatIsANumberWithinItsType) {
+  for (const char* bad : {"nan", "inf", "-inf", "-nan(1)", "1e39", "1e99999"}) {
+    float value = 3;
+    EXPECT_FALSE(LineReader{bad}.Float(value)) << bad;
+    EXPECT_EQ(value, 3);
+  }
 }
 
 TEST(ModelId, FourIdentifiersAreAccepted) {

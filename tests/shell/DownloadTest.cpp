@@ -126,6 +126,33 @@ TEST_F(Downloads, FilterTakenOutAndPutBackHasItsTableAgain) {
   Edit("numFilters", "2");
   Settle();
   EXPECT_EQ(Stage(2).coefficients, table);
+  record.filterBuilt[2] = 0;  // a table that was destroyed stays away
+  record.filterDirty[2] = -1;
+  MarkEdited(record);
+  Settle();
+  for (const char* filters : {"1", "2"}) {
+    Edit("numFilters", filters);
+    Settle();
+  }
+  EXPECT_FALSE(HasTable(2));
+}
+
+TEST_F(Downloads, AnalyzerTapsAndSpansKeepToTheirRegisters) {
+  Edit("configMode", "2");
+  Edit("broadbandActive", "1", 2);
+  Edit("yellowSignal", "12");
+  Edit("blueSignal", "13");
+  Settle();
+  const auto word = [this](std::size_t code) { return unit.Now().registers().values[code].value_or(0); };
+  EXPECT_EQ(word(40) & 31, 0);  // the left broadband stage is out: the input itself
+  EXPECT_EQ(word(41) & 31, 25);
+  Edit("configMode", "0");
+  record.numFilters = 5;
+  record.ch1Taps[5] = 2048;
+  session.config.ConfigureStages(true);
+  Edit("ch1PredSpan", "8191", 5);
+  Settle();
+  EXPECT_EQ(word(47), 4095);
 }
 
 TEST_F(Downloads, UnlinkedRightSideRunsAsItsOwnFieldsSay) {

@@ -202,6 +202,8 @@ TEST(MasterPanel, DisplaysTakeThePollAndHideThePanelBehindThem) {
   run.Click("btnFilterConfig(1)");
   EXPECT_EQ(run.session.forms.open.front().hidden, true);
   EXPECT_EQ(run.session.forms.open.back().modality, Modality::Modeless);
+  run.session.panels.OpenFilter(1);  // takes the place of the one that is open
+  EXPECT_EQ(run.session.forms.open.size(), 2U);
   run.Click("btnOK");
   EXPECT_EQ(run.Top().name, "MasterControl");
   run.Press("Alt+E");

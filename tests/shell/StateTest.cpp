@@ -172,11 +172,16 @@ TEST_F(States, TheExitKeepsWhatTheUnitHasLearnedAndTheNextStartFilesIt) {
     run.Edit("configMode", "2");
     run.Edit("ch1Taps", "300", 1);
     run.Edit("filterType", "0", 4);
-    run.Edit("workingFolder", folder.Path());
+    run.Edit("ch2DelayChan", "1", 4);
+    std::filesystem::create_directory(Path("tapes"));
+    run.Edit("workingFolder", Path("tapes"));
     run.loop.RunFor(1000);
     Learn(0, 1000);
     Learn(1, 5000);
+    std::pair<int, int> told;
+    session.setups.hooks.progress = [&told](int done, int total) { told = {done, total}; };
     session.Exit();
+    EXPECT_EQ(told, std::pair(3, 3));  // blocks of 256
     EXPECT_FALSE(run.ports.state.open);
   }
   EXPECT_THAT(Content(last), HasSubstr("\"Coefficients\"\r\n1\r\n300\r\n1000\r\n-1001\r\n1002\r\n"));
@@ -185,10 +190,10 @@ TEST_F(States, TheExitKeepsWhatTheUnitHasLearnedAndTheNextStartFilesIt) {
   {
     Outing run(*this, false);
     run.Started();
-    EXPECT_THAT(Content(Path("Previous Left Filter 1 Settings.cof")),
+    EXPECT_THAT(Content(Path("tapes/Previous Left Filter 1 Settings.cof")),
                 HasSubstr("300\r\n4\r\n0\r\n0\r\n0\r\n0\r\n\"Coefficients\"\r\n1\r\n300\r\n1000\r\n"));
-    EXPECT_THAT(Content(Path("Previous Right Filter 1 Settings.cof")),
-                HasSubstr("\"Coefficients\"\r\n4\r\n4\r\n5000\r\n"));
+    EXPECT_THAT(Content(Path("tapes/Previous Right Filter 1 Settings.cof")),
+                HasSubstr("4\r\n4\r\n0\r\n0\r\n0\r\n1\r\n\"Coefficients\"\r\n4\r\n4\r\n5000\r\n"));
     run.session.Exit();
   }
   EXPECT_EQ(Content(last).find("Coefficients"), std::string::npos);
@@ -278,9 +283,12 @@ TEST_F(States, ANewSetupIsAskedForAndKeepsTheLink) {
   session.config.ConfigureStages(true);
   EXPECT_EQ(unit.Dump(), now);
   session.device.DisconnectZorq(true);  // without a link the port is the factory setup's too
+  session.settings.baudIndex = 2;
   run.desk.answers = {Answer::Yes};
   EXPECT_EQ(run.Do("mnuNew"), "");
-  EXPECT_EQ(session.settings.comPort, 1);
+  EXPECT_EQ(session.settings.comPort * 10 + session.settings.baudIndex, 14);
+  session.history.Undo();  // the connection is no part of a step
+  EXPECT_EQ(session.settings.comPort * 10 + session.settings.baudIndex, 14);
 }
 
 TEST_F(States, ASetupGoesOutToAFileAndComesBackIntoTheUnit) {

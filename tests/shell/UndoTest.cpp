@@ -15,6 +15,7 @@ TEST(Undo, TakesBackOneStepAfterTheOther) {
   run.Type("txtCutoff", "1500");
   run.Type("txtCutoff", "700");
   run.Type("txtAtten", "33");
+  EXPECT_EQ(run.record.hpfAtten[2], 33);
   run.Settle();
   EXPECT_EQ(run.session.history.UndoTitle(), "Stopband Attenuation");
   run.Press("Ctrl+Z");
@@ -28,6 +29,11 @@ TEST(Undo, TakesBackOneStepAfterTheOther) {
   EXPECT_EQ(run.Get("txtCutoff"), "700");
   run.Type("txtCutoff", "900");  // what was undone beyond it is gone
   EXPECT_FALSE(run.session.history.CanRedo());
+  for (const char* cutoff : {"700", "1500"}) {
+    run.Press("Ctrl+Z");
+    EXPECT_EQ(run.Get("txtCutoff"), cutoff);
+  }
+  for (int step = 0; step < 2; ++step) run.Press("Ctrl+Shift+Z");
   run.CloseTop();
   EXPECT_EQ(CoreOf(run.Find("mnuUndo")).Caption(), "&Undo Cutoff Frequency");
   EXPECT_EQ(run.Click("mnuRedo"), "it is disabled");
@@ -56,6 +62,12 @@ TEST(Undo, CountsADragAsOneStep) {
   cutoff.SetPosition(1600);
   run.Press("Ctrl+Z");
   EXPECT_EQ(run.record.lpfCutoff[1], 1400);
+  run.Set("sldrCutoff", "700");
+  run.CloseTop();  // the next panel begins a step of its own
+  run.session.panels.OpenFilter(1);
+  run.Set("sldrCutoff", "900");
+  run.Press("Ctrl+Z");
+  EXPECT_EQ(run.record.lpfCutoff[1], 700);
 }
 
 TEST(Undo, GivesBackWhatAChangeOfConfigurationTook) {
@@ -114,19 +126,18 @@ TEST(Undo, KnowsNoStepThatChangesNothing) {
   PanelRun run;
   run.Set("cmbFilter(1)", "Multiple Notch");
   run.Edit("mnotchFreq", "1000", 1, 1);
+  run.Edit("numFilters", "2");
   run.record.filterType[2] = FilterKind::OneChAdaptive;
   run.record.ch1Taps[2] = 2048;
-  run.Edit("numFilters", "2");
   run.session.config.ConfigureStages(true);
   run.Settle();
   run.session.edits.Store("ohpfCutoff", 0, 300, {"Last"});
-  const SystemSettings before = run.record;
   run.Edit("ihpfCutoff", "200");
   run.Edit("mnotchFreq", "1000", 1, 1);
   run.Edit("bandwidthIndex", "0");  // no new layout either
   run.Edit("configMode", "0");
   run.Settle();
-  EXPECT_EQ(run.record.ch1Taps, before.ch1Taps);
+  EXPECT_EQ(run.record.ch1Taps[2], 2048);
   EXPECT_EQ(run.session.history.UndoTitle(), "Last");
 }
 
