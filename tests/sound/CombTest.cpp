@@ -31,9 +31,9 @@ CombWords WordsOf(const Case& c) {
 bool Chosen(const Case& c, int harmonic) { return c.harmonics == 0 || harmonic % 2 == c.harmonics % 2; }
 
 const Case Cases[] = {
-    {false, 0, 100, 80, 30, 7200},   {false, 1, 144, 60, 40, 7200}, {false, 2, 144, 60, 60, 7200},
-    {false, 0, 720, 100, 20, 36000}, {true, 0, 100, 80, 30, 7200},  {true, 1, 144, 60, 40, 7200},
-    {true, 2, 144, 60, 20, 7200},    {true, 0, 60, 400, 50, 24000},
+    {false, 0, 100, 2000, 30, 7200},  {false, 1, 144, 1500, 40, 7200}, {false, 2, 144, 1500, 60, 7200},
+    {false, 0, 720, 2500, 20, 36000}, {true, 0, 100, 2000, 30, 7200},  {true, 1, 144, 1500, 40, 7200},
+    {true, 2, 144, 1500, 20, 7200},   {true, 0, 60, 10000, 50, 24000},
 };
 
 TEST(Comb, TeethStandAtTheHarmonicsUpToTheLimit) {
@@ -42,7 +42,7 @@ TEST(Comb, TeethStandAtTheHarmonicsUpToTheLimit) {
     const Signal taps = CombTaps(c.inverse, WordsOf(c), c.sampleRate, 1024);
     const double fundamental = c.sampleRate / c.period;
     const double full = Decibels(0.5 + (0.5 - Linear(-c.depth)));
-    for (int harmonic = 1; harmonic * fundamental <= c.limit * 25.0; ++harmonic) {
+    for (int harmonic = 1; harmonic * fundamental <= c.limit; ++harmonic) {
       const bool tooth = Chosen(c, harmonic);
       const double wanted = tooth == c.inverse ? full : -c.depth;
       EXPECT_NEAR(GainAt(taps, harmonic * fundamental, c.sampleRate), wanted, 0.3) << harmonic;
@@ -53,8 +53,7 @@ TEST(Comb, TeethStandAtTheHarmonicsUpToTheLimit) {
 TEST(Comb, AboveTheLimitItPassesAndTheInverseStops) {
   for (const Case& c : Cases) {
     const Signal taps = CombTaps(c.inverse, WordsOf(c), c.sampleRate, 1024);
-    const Range gain =
-        GainBetween(taps, c.limit * 25.0 + 0.05 * c.sampleRate, c.sampleRate / 2, c.sampleRate);
+    const Range gain = GainBetween(taps, c.limit + 0.05 * c.sampleRate, c.sampleRate / 2, c.sampleRate);
     const double wanted = c.inverse ? -c.depth : 0.0;
     EXPECT_NEAR(gain.least, wanted, 0.5);
     EXPECT_NEAR(gain.most, wanted, 0.5);

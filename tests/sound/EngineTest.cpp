@@ -86,12 +86,12 @@ TEST(Sound, NotchesSlotsAndCombsAreWhereTheHostPutsThem) {
        {{"slotFreq", "1500"}, {"slotWidth", "400"}, {"slotAtten", "45"}},
        {{1499, 1501, -1, 1}, {100, 1300, -200, -44}, {1700, 5300, -200, -44}}},
       {FilterKind::Comb,
-       {{"combFreq", "100"}, {"combLimit", "100"}, {"combDepth", "40"}},
+       {{"combFreq", "100"}, {"combLimit", "1000"}, {"combDepth", "40"}},
        {{120, 120, -42, -38},
-        {600, 600, -42, -38},
+        {960, 960, -42, -38},
         {180, 180, -1, 1},
-        {660, 660, -1, 1},
-        {3000, 5300, -1, 1}}},
+        {900, 900, -1, 1},
+        {1200, 5300, -1, 1}}},
       {FilterKind::Comb,
        {{"combHarmonic", "1"}},
        {{120, 120, -42, -38}, {360, 360, -42, -38}, {240, 240, -1, 1}, {480, 480, -1, 1}}},
@@ -99,7 +99,7 @@ TEST(Sound, NotchesSlotsAndCombsAreWhereTheHostPutsThem) {
        {{"combHarmonic", "2"}},
        {{240, 240, -42, -38}, {480, 480, -42, -38}, {120, 120, -1, 1}, {360, 360, -1, 1}}},
       {FilterKind::InverseComb,
-       {{"combHarmonic", "0"}, {"combFreq", "100"}, {"combLimit", "100"}, {"combDepth", "30"}},
+       {{"combHarmonic", "0"}, {"combFreq", "100"}, {"combLimit", "2500"}, {"combDepth", "30"}},
        {{120, 120, -1, 1}, {1200, 1200, -1, 1}, {180, 180, -32, -28}, {3000, 5300, -200, -29}}}};
   for (const Shape& shape : shapes) {
     run.Put(1, shape.kind);

@@ -8,7 +8,6 @@
 namespace unit::sound {
 namespace {
 
-constexpr double LimitUnit = 25.0;            // Hz
 constexpr std::size_t MostLimitLength = 256;  // of the filter that makes the limit, taps up to its middle
 // What is left of the comb above its limit, and of the filter's ripple in a notch of 60 dB below it.
 constexpr double LimitAttenuation = 96.0;
@@ -23,7 +22,7 @@ std::vector<float> CombTaps(bool inverse, const CombWords& words, double sampleR
       std::clamp<std::size_t>((mostTaps + 1 - std::min(period, mostTaps)) / 2, 2, MostLimitLength);
   // The last tooth is whole: the transition begins at the limit.
   const double width = TransitionWidth(n, LimitAttenuation);
-  const double edge = words.limit * LimitUnit / sampleRate + width / 2.0;
+  const double edge = words.limit / sampleRate + width / 2.0;
   const bool limited = edge + width / 2.0 < 0.5;
   const std::vector<double> below =
       limited ? LowpassTaps(n, edge, LimitAttenuation) : std::vector<double>{1.0};

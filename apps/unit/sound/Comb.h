@@ -11,7 +11,7 @@ namespace unit::sound {
 // even ones as half of the period.
 struct CombWords {
   std::uint16_t period = 0;  // samples
-  std::uint16_t limit = 0;   // 25 Hz each
+  std::uint16_t limit = 0;   // Hz
   std::uint16_t depth = 0;   // signed, 32768 is 1
 };
 
