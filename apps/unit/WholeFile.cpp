@@ -1,13 +1,30 @@
 // Files that are read and written as a whole.
 #include "unit/WholeFile.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <fstream>
+#include <string_view>
+
+#include <unistd.h>
+
+#include "unit/PartFile.h"
 
 namespace unit {
+namespace {
+
+int Fill(PartFile& file, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = write(file.descriptor(), text.data(), text.size());
+    if (written < 0 && errno != EINTR) return errno;
+    text.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
+  }
+  return file.Commit();
+}
+
+}  // namespace
 
 std::variant<std::string, int> ReadWhole(const std::string& path) {
   errno = 0;
@@ -23,14 +40,10 @@ std::variant<std::string, int> ReadWhole(const std::string& path) {
 }
 
 std::string WriteWhole(const std::string& path, const std::string& text) {
-  const std::string part = path + ".part";
-  std::ofstream file(part, std::ios::binary);
-  file << text;
-  file.close();
-  if (file && std::rename(part.c_str(), path.c_str()) == 0) return {};
-  std::string failure = path + ": can't be written: " + std::strerror(errno);
-  std::remove(part.c_str());
-  return failure;
+  auto begun = PartFile::Begin(path);
+  const int* const refused = std::get_if<int>(&begun);
+  const int error = refused != nullptr ? *refused : Fill(std::get<PartFile>(begun), text);
+  return error == 0 ? "" : path + ": can't be written: " + std::strerror(error);
 }
 
 }  // namespace unit

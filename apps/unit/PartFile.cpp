@@ -1,0 +1,105 @@
+#include "unit/PartFile.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <utility>
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace unit {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr mode_t ForAll = 0666;  // less what the user's mask takes away
+
+// Where a link leads to, even if nothing is there.
+std::string TargetOf(fs::path path) {
+  constexpr int mostLinks = 40;
+  std::error_code error;
+  for (int i = 0; i < mostLinks && fs::is_symlink(path, error); ++i) {
+    const fs::path next = fs::read_symlink(path, error);
+    if (error) break;
+    path = path.parent_path() / next;
+  }
+  return path.string();
+}
+
+// Locked by nobody else, and still the one of that name: another program may just have put it in place.
+bool IsOurs(int descriptor, const std::string& part) {
+  struct stat open {};
+  struct stat named {};
+  return flock(descriptor, LOCK_EX | LOCK_NB) == 0 && fstat(descriptor, &open) == 0 &&
+         lstat(part.c_str(), &named) == 0 && open.st_ino == named.st_ino && open.st_dev == named.st_dev;
+}
+
+}  // namespace
+
+std::string PartFile::PartOf(const std::string& path) { return TargetOf(path) + ".part"; }
+
+std::variant<PartFile, int> PartFile::Begin(const std::string& path) {
+  struct stat old {};
+  const bool there = stat(path.c_str(), &old) == 0;
+  if (there && !S_ISREG(old.st_mode)) return Opened(path, O_WRONLY, "", path);
+  if (there && access(path.c_str(), W_OK) != 0) return errno;
+  const std::string target = TargetOf(path), part = PartOf(path);
+  auto opened = Opened(part, O_RDWR | O_CREAT | O_NOFOLLOW, part, target);
+  auto* const file = std::get_if<PartFile>(&opened);
+  if (file == nullptr) return opened;
+  if (!IsOurs(file->descriptor(), part)) {
+    file->Keep();
+    return EBUSY;
+  }
+  if (ftruncate(file->descriptor(), 0) != 0) return errno;
+  if (there && fchmod(file->descriptor(), old.st_mode & ALLPERMS) != 0) return errno;
+  return opened;
+}
+
+std::variant<PartFile, int> PartFile::Opened(const std::string& path, int flags, const std::string& part,
+                                             const std::string& target) {
+  const int descriptor = open(path.c_str(), flags | O_CLOEXEC, ForAll);
+  if (descriptor < 0) return errno;
+  return PartFile(descriptor, part, target);
+}
+
+PartFile::PartFile(int descriptor, std::string part, std::string target)
+    : descriptor_(descriptor), part_(std::move(part)), target_(std::move(target)) {}
+
+PartFile::PartFile(PartFile&& other) noexcept
+    : descriptor_(std::exchange(other.descriptor_, -1)),
+      part_(std::move(other.part_)),
+      target_(std::move(other.target_)) {}
+
+PartFile& PartFile::operator=(PartFile&& other) noexcept {
+  std::swap(descriptor_, other.descriptor_);
+  std::swap(part_, other.part_);
+  std::swap(target_, other.target_);
+  return *this;
+}
+
+PartFile::~PartFile() {
+  if (descriptor_ >= 0 && !part_.empty()) unlink(part_.c_str());
+  Keep();
+}
+
+int PartFile::Commit() {
+  const bool moves = !part_.empty();
+  if (moves && (fsync(descriptor_) != 0 || std::rename(part_.c_str(), target_.c_str()) != 0)) return errno;
+  Keep();
+  return 0;
+}
+
+void PartFile::Keep() {
+  if (descriptor_ >= 0) close(std::exchange(descriptor_, -1));
+}
+
+bool IsSameFile(const std::string& a, const std::string& b) {
+  std::error_code error;
+  return fs::equivalent(a, b, error);
+}
+
+}  // namespace unit

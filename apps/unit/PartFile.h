@@ -1,0 +1,48 @@
+// A file that appears under its name only when it is whole.
+#pragma once
+
+#include <string>
+#include <variant>
+
+namespace unit {
+
+// What is written stands in FILE.part, beside the file that the path names through any links, until it is put
+// in that one's place at one stroke. What is no file (a device, a pipe) is written as it is.
+class PartFile {
+ public:
+  // Where what is to be written to the path stands until it is whole.
+  static std::string PartOf(const std::string& path);
+
+  // Else the system's number of the error: EACCES also where the old file is protected, EBUSY where somebody
+  // else writes to the same place.
+  static std::variant<PartFile, int> Begin(const std::string& path);
+
+  PartFile(PartFile&& other) noexcept;
+  PartFile& operator=(PartFile&& other) noexcept;
+  // Nothing is left of what was neither put in place nor kept.
+  ~PartFile();
+
+  // To write to; -1 once it is put in place or kept.
+  int descriptor() const { return descriptor_; }
+  // Where it stands until then; empty for what is no file.
+  const std::string& part() const { return part_; }
+
+  // Flushes it to the disk and puts it in place. 0, or the system's number of the error.
+  int Commit();
+  // Leaves what there is under the name of the part.
+  void Keep();
+
+ private:
+  PartFile(int descriptor, std::string part, std::string target);
+
+  static std::variant<PartFile, int> Opened(const std::string& path, int flags, const std::string& part,
+                                            const std::string& target);
+
+  int descriptor_;
+  std::string part_, target_;
+};
+
+// Whether both names lead to one file that there is.
+bool IsSameFile(const std::string& a, const std::string& b);
+
+}  // namespace unit
