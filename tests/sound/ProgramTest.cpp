@@ -9,6 +9,7 @@
 #include "model/Kinds.h"
 #include "unit/MemoryFile.h"
 #include "unit/sound/SoundFile.h"
+#include "unit/sound/SoundWriter.h"
 
 namespace sound_test::program {
 namespace {
@@ -32,7 +33,7 @@ class Recording : public testing::Test {
   }
 
   void WriteRecording() const {
-    auto writer = std::get<SoundWriter>(SoundWriter::Create(noisy, FileRate, SoundWriter::Format::Pcm24));
+    auto writer = std::get<SoundWriter>(SoundWriter::Create(noisy, FileRate));
     Signal sound = Sine(Hum, FileRate, 2 * FileRate, 0.3);
     const Signal voice = Sine(Voice, FileRate, 2 * FileRate, 0.2);
     for (std::size_t i = 0; i < sound.size(); ++i) sound[i] += voice[i];

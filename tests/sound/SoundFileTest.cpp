@@ -12,8 +12,10 @@
 #include <sndfile.h>
 #include <sys/resource.h>
 
+#include "TempFolder.h"
 #include "sound/Measure.h"
 #include "unit/sound/SoundFile.h"
+#include "unit/sound/SoundWriter.h"
 
 namespace unit::sound {
 namespace sound_test::sound_file {
@@ -114,28 +116,38 @@ TEST_F(SoundFile, LoopsWithoutASeamAndChangesItsRate) {
   }
 }
 
-TEST_F(SoundFile, WritesWhatItReads) {
-  const std::vector<float> left = Tone(440.0, 36000, 1.0);
+// What appears under its name has every sample, rounded to the nearest of 24 bits.
+TEST_F(SoundFile, WritesWhatItReadsOnceItIsWhole) {
+  std::vector<float> left = Tone(440.0, 36000, 1.0);
   std::vector<float> right = Tone(997.0, 36000, 1.0);
   right[5] = std::numeric_limits<float>::quiet_NaN();
   right[6] = 3.0F;
-  for (const auto format : {SoundWriter::Format::Pcm24, SoundWriter::Format::Float}) {
-    auto writer = std::get<SoundWriter>(SoundWriter::Create(In("out.wav"), 36000, format));
+  right[7] = -std::numeric_limits<float>::infinity();
+  left[8] = -0.6F / 8388608.0F;
+  constexpr float step = 1.0F / 8388608.0F;
+  for (const std::string name : {"out.wav", "out.FLAC", "out"}) {
+    auto writer = std::get<SoundWriter>(SoundWriter::Create(In(name), 36000));
     EXPECT_EQ(writer.Write(left, right), "");
-    SoundReader early = Opened(In("out.wav"), 36000, false);
-    EXPECT_EQ(Play(early, 36000).sound, 36000U);
+    EXPECT_FALSE(std::filesystem::exists(In(name)));
+    if (name == "out.wav") {
+      SoundReader early = Opened(In(name) + ".part", 36000, false);
+      EXPECT_EQ(Play(early, 36000).sound, 36000U);
+    }
     EXPECT_EQ(writer.Close(), "");
-    SoundReader reader = Opened(In("out.wav"), 36000, false);
+    EXPECT_FALSE(std::filesystem::exists(In(name) + ".part"));
+    EXPECT_EQ(support::Content(In(name)).substr(0, 4), name == "out.FLAC" ? "fLaC" : "RIFF");
+    SoundReader reader = Opened(In(name), 36000, false);
     const Played played = Play(reader, 36001);
     EXPECT_EQ(played.sound, 36000U);
+    EXPECT_EQ(reader.Flaw(), "");
     EXPECT_EQ(played.right[5], 0.0F);
-    EXPECT_NEAR(played.right[6], format == SoundWriter::Format::Pcm24 ? 1.0F : 3.0F, 1e-6F);
-    for (std::size_t i = 7; i < 36000; ++i) {
-      ASSERT_NEAR(played.left[i], left[i], 1.3e-7F);
-      ASSERT_NEAR(played.right[i], right[i], 1.3e-7F);
+    EXPECT_EQ(played.right[6], 1.0F - step);
+    EXPECT_EQ(played.right[7], -1.0F);
+    EXPECT_EQ(played.left[8], -step);
+    for (std::size_t i = 9; i < 36000; ++i) {
+      ASSERT_LE(std::fabs(played.left[i] - left[i]), step / 2);
+      ASSERT_LE(std::fabs(played.right[i] - right[i]), step / 2);
     }
-    EXPECT_EQ(std::filesystem::file_size(In("out.wav")) / 1000,
-              format == SoundWriter::Format::Pcm24 ? 216U : 288U);
   }
 }
 
@@ -156,9 +168,94 @@ TEST_F(SoundFile, SaysInOneLineWhatIsWrong) {
     EXPECT_NE(line.find(text), std::string::npos) << line;
     EXPECT_EQ(line.find('\n'), std::string::npos) << line;
   }
-  const auto created = SoundWriter::Create(In("none/out.wav"), 36000, SoundWriter::Format::Pcm24);
-  ASSERT_TRUE(std::holds_alternative<std::string>(created));
-  EXPECT_NE(std::get<std::string>(created).find("can't be written: No such file"), std::string::npos);
+}
+
+// None of these harms what is there.
+TEST_F(SoundFile, IsNotWrittenWhereItMayNotBe) {
+  std::ofstream(In("old.wav")) << "old";
+  const auto busy = SoundWriter::Create(In("old.wav"), 36000);
+  for (const auto& [name, text] : {std::pair{"none/out.wav", "can't be written: No such file"},
+                                   {"old.wav", "can't be written: Device or resource busy"},
+                                   {"old.mp3", "must end in .wav or .flac"},
+                                   {".", "can't be written: Is a directory"}}) {
+    const auto created = SoundWriter::Create(In(name), 36000);
+    ASSERT_TRUE(std::holds_alternative<std::string>(created)) << name;
+    EXPECT_NE(std::get<std::string>(created).find(text), std::string::npos) << std::get<std::string>(created);
+  }
+  EXPECT_EQ(support::Content(In("old.wav")), "old");
+}
+
+TEST_F(SoundFile, IsPutInPlaceBehindALinkAndNothingIsLeftElse) {
+  std::filesystem::create_directory(In("far"));
+  std::filesystem::create_symlink("far/there.wav", In("link.wav"));
+  for (int i = 0; i < 2; ++i) {
+    auto writer = std::get<SoundWriter>(SoundWriter::Create(In("link.wav"), 36000));
+    writer.Write(Tone(440.0, 36000, 0.1), Tone(440.0, 36000, 0.1));
+    EXPECT_EQ(writer.Close(), "");
+    EXPECT_TRUE(std::filesystem::is_symlink(In("link.wav")));
+    EXPECT_TRUE(std::filesystem::is_regular_file(In("far/there.wav")));
+    std::filesystem::permissions(In("far/there.wav"), std::filesystem::perms::owner_all);
+  }
+  EXPECT_EQ(std::filesystem::status(In("far/there.wav")).permissions(), std::filesystem::perms::owner_all);
+  std::get<SoundWriter>(SoundWriter::Create(In("far/other.wav"), 36000)).Write({}, {});
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(In("far")), {}), 1);
+}
+
+struct Kind {
+  const char* name;
+  int format;
+};
+
+constexpr Kind Kinds[] = {
+    {"a.wav", SF_FORMAT_WAV | SF_FORMAT_PCM_16}, {"b.wav", SF_FORMAT_WAV | SF_FORMAT_IMA_ADPCM},
+    {"c.wav", SF_FORMAT_RF64 | SF_FORMAT_FLOAT}, {"d.aiff", SF_FORMAT_AIFF | SF_FORMAT_PCM_24},
+    {"e.w64", SF_FORMAT_W64 | SF_FORMAT_PCM_16}, {"f.flac", SF_FORMAT_FLAC | SF_FORMAT_PCM_16},
+    {"g.ogg", SF_FORMAT_OGG | SF_FORMAT_VORBIS}};
+
+TEST_F(SoundFile, SaysThatItIsCutOff) {
+  const auto flaw = [this](const Kind& kind, bool looped) {
+    SoundReader reader = Opened(In(kind.name), 36000, looped);
+    Play(reader, 150'000);
+    return reader.Flaw();
+  };
+  for (const Kind& kind : Kinds) {
+    Save(In(kind.name), 44100, 1, kind.format, Tone(1000.0, 44100, 4.001));
+    EXPECT_EQ(flaw(kind, true), "");
+    std::filesystem::resize_file(In(kind.name), std::filesystem::file_size(In(kind.name)) * 3 / 4);
+    for (const bool looped : {false, true}) {
+      EXPECT_EQ(flaw(kind, looped).find(In(kind.name) + ": is cut off: "), 0U) << kind.name;
+    }
+  }
+  EXPECT_NE(flaw(Kinds[0], false).find("is cut off: 264655 of 352888 bytes of its sound are there"),
+            std::string::npos)
+      << flaw(Kinds[0], false);
+}
+
+// A program that writes to a pipe does not know how long the sound will be.
+TEST_F(SoundFile, IsNotCutOffWhereItsLengthIsLeftOpen) {
+  Save(In("a.wav"), 36000, 1, SF_FORMAT_WAV | SF_FORMAT_PCM_16, Tone(1000.0, 36000, 1.0));
+  constexpr std::streamoff lengthOfSound = 40;
+  for (const char* length : {"\xFF\xFF\xFF\xFF", "\x00\xF0\xFF\x7F"}) {
+    std::fstream(In("a.wav"), std::ios::in | std::ios::out).seekp(lengthOfSound).write(length, 4);
+    SoundReader reader = Opened(In("a.wav"), 36000, false);
+    EXPECT_EQ(Play(reader, 40000).sound, 36000U);
+    EXPECT_EQ(reader.Flaw(), "");
+  }
+}
+
+TEST_F(SoundFile, CountsWhatIsNoNumberOnceAndPlaysItAsNothing) {
+  std::vector<float> tone = Tone(1000.0, 36000, 1.0);
+  tone[18000] = std::numeric_limits<float>::quiet_NaN();
+  tone[18003] = tone[30000] = std::numeric_limits<float>::infinity();
+  Save(In("a.wav"), 18000, 2, SF_FORMAT_WAV | SF_FORMAT_FLOAT, tone);
+  SoundReader reader = Opened(In("a.wav"), 18000, true);
+  Play(reader, 4096);
+  EXPECT_FALSE(reader.Flawed());
+  const Played played = Play(reader, 36000);
+  EXPECT_EQ(reader.Flaw(),
+            In("a.wav") + ": 1 sample is no number (NaN), 2 samples are infinite, from second 0.5 on");
+  EXPECT_EQ(played.left[9000 - 4096], 0.0F);
+  EXPECT_EQ(played.right[9001 - 4096], 0.0F);
 }
 
 TEST_F(SoundFile, EndsWhereAnEmptyOrShortenedFileEnds) {
@@ -179,23 +276,47 @@ TEST_F(SoundFile, EndsWhereAnEmptyOrShortenedFileEnds) {
   }
 }
 
-TEST_F(SoundFile, SaysWhenTheDiskIsFullAndKeepsWhatItHas) {
+// A file that may not grow beyond so many bytes.
+struct Room {
+  explicit Room(rlim_t bytes) {
+    getrlimit(RLIMIT_FSIZE, &before);
+    const rlimit tight{bytes, before.rlim_max};
+    setrlimit(RLIMIT_FSIZE, &tight);
+  }
+  ~Room() {
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+  }
+  Room(const Room&) = delete;
+  Room& operator=(const Room&) = delete;
   rlimit before{};
-  getrlimit(RLIMIT_FSIZE, &before);
-  const rlimit tight{100000, before.rlim_max};
-  const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-  auto writer = std::get<SoundWriter>(SoundWriter::Create(In("full.wav"), 36000, SoundWriter::Format::Pcm24));
-  setrlimit(RLIMIT_FSIZE, &tight);
+  void (*handler)(int) = std::signal(SIGXFSZ, SIG_IGN);
+};
+
+// Early, and with the very last bytes, which come when the file is closed.
+TEST_F(SoundFile, SaysWhenTheDiskIsFullAndKeepsWhatItHas) {
   const std::vector<float> tone = Tone(1000.0, 36000, 1.0);
-  const std::string failure = writer.Write(tone, tone);
-  EXPECT_EQ(writer.Write(tone, tone), failure);
-  EXPECT_EQ(writer.Close(), failure);
-  setrlimit(RLIMIT_FSIZE, &before);
-  std::signal(SIGXFSZ, handler);
-  EXPECT_EQ(failure, In("full.wav") + ": can't be written: File too large");
-  SoundReader reader = Opened(In("full.wav"), 36000, false);
+  for (const std::string name : {"full.wav", "full.flac"}) {
+    std::ofstream(In(name)) << "old";
+    const auto writeAll = [&] {
+      auto writer = std::get<SoundWriter>(SoundWriter::Create(In(name), 36000));
+      const std::string failure = writer.Write(tone, tone);
+      EXPECT_TRUE(failure.empty() || writer.Write(tone, tone) == failure);
+      return writer.Close();
+    };
+    EXPECT_EQ(writeAll(), "");
+    const auto whole = std::filesystem::file_size(In(name));
+    std::ofstream(In(name)) << "old";
+    for (const auto room : {whole / 2, whole - 1}) {
+      const Room tight(room);
+      EXPECT_EQ(writeAll(), In(name) + ": can't be written: File too large, what there is stands in " +
+                                In(name) + ".part");
+      EXPECT_EQ(support::Content(In(name)), "old");
+    }
+  }
+  SoundReader reader = Opened(In("full.wav.part"), 36000, false);
   const Played played = Play(reader, 36000);
-  EXPECT_GT(played.sound, 16000U);
+  EXPECT_GT(played.sound, 35000U);
   EXPECT_LT(FitTone(std::span(played.left).first(14400), 1000.0, 36000).residualDb, -90.0);
 }
 

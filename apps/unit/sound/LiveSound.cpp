@@ -122,7 +122,7 @@ void LiveSound::FollowRate() {
 }
 
 void LiveSound::BeginFile() {
-  auto created = SoundWriter::Create(NameOf(options_.out, ++files_), rate_, SoundWriter::Format::Pcm24);
+  auto created = SoundWriter::Create(NameOf(options_.out, ++files_), rate_);
   if (const auto* const wrong = std::get_if<std::string>(&created)) {
     failed(*wrong);
   } else {

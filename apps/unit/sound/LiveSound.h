@@ -12,6 +12,7 @@
 #include "unit/sound/Engine.h"
 #include "unit/sound/Scene.h"
 #include "unit/sound/SoundFile.h"
+#include "unit/sound/SoundWriter.h"
 
 namespace unit::sound {
 

@@ -1,4 +1,4 @@
-// Sound from files, at the unit's rate, and into files.
+// Sound from files, at the unit's rate.
 #include "unit/sound/SoundFile.h"
 
 #include <algorithm>
@@ -6,10 +6,13 @@
 #include <cmath>
 #include <cstring>
 #include <new>
+#include <sstream>
 #include <utility>
 
 #include <samplerate.h>
 #include <sndfile.h>
+
+#include "unit/sound/SoundLength.h"
 
 namespace unit::sound {
 namespace {
@@ -33,8 +36,30 @@ std::string ReasonOf(SNDFILE* file, int systemError) {
   return text;
 }
 
-float Harmless(float sample) {
-  return std::isfinite(sample) ? std::clamp(sample, -HighestSample, HighestSample) : 0.0F;
+std::string OutOf(std::uint64_t there, std::uint64_t said, const char* what) {
+  return "is cut off: " + std::to_string(there) + " of " + std::to_string(said) + what + " are there";
+}
+
+// By the header; empty where that says nothing else than what is there.
+std::string CutOf(const std::string& path, const SF_INFO& info) {
+  const std::optional<SoundLength> length = SoundLengthOf(path);
+  if (length && length->there < length->said)
+    return OutOf(length->there, length->said, " bytes of its sound");
+  const bool ogg = (info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_OGG;
+  return ogg && info.seekable != 0 && info.frames == SF_COUNT_MAX ? "is cut off: its last page is not there"
+                                                                  : "";
+}
+
+// An MPEG file's length may be a guess.
+std::uint64_t FramesSaid(const SF_INFO& info) {
+  const bool guess = (info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_MPEG;
+  return guess || info.frames == SF_COUNT_MAX
+             ? 0
+             : static_cast<std::uint64_t>(std::max<sf_count_t>(info.frames, 0));
+}
+
+std::string Samples(std::uint64_t count, const char* one, const char* more) {
+  return std::to_string(count) + (count == 1 ? one : more);
 }
 
 }  // namespace
@@ -56,16 +81,19 @@ std::variant<SoundReader, std::string> SoundReader::Open(const std::string& path
     return Complaint(path, "no sound that can be played: " + std::to_string(info.samplerate) + " Hz, " +
                                std::to_string(info.channels) + " channels");
   }
-  SoundReader reader(std::move(file), info.samplerate, info.channels, looped);
+  SoundReader reader(path, std::move(file), info, looped);
   reader.SetRate(rate);
   return reader;
 }
 
-SoundReader::SoundReader(SoundHandle file, int fileRate, int channels, bool looped)
-    : file_(std::move(file)),
-      fileRate_(fileRate),
-      channels_(static_cast<std::size_t>(channels)),
+SoundReader::SoundReader(std::string path, SoundHandle file, const SF_INFO& info, bool looped)
+    : path_(std::move(path)),
+      file_(std::move(file)),
+      fileRate_(info.samplerate),
+      channels_(static_cast<std::size_t>(info.channels)),
       looped_(looped),
+      framesSaid_(FramesSaid(info)),
+      cut_(CutOf(path_, info)),
       raw_(channels_ * ChunkFrames) {
   int error = 0;
   resampler_.reset(src_new(Quality, 2, &error));
@@ -100,10 +128,41 @@ bool SoundReader::Rewind() {
   return true;
 }
 
+// Behind the sound's end the count is whole.
+void SoundReader::CountFrames(std::size_t more) {
+  if (heard_) return;
+  frames_ += more;
+  heard_ = more == 0;
+  if (heard_ && frames_ < framesSaid_ && cut_.empty()) cut_ = OutOf(frames_, framesSaid_, " samples");
+}
+
+float SoundReader::Take(float sample, std::uint64_t frame) {
+  if (std::isfinite(sample)) return std::clamp(sample, -HighestSample, HighestSample);
+  if (heard_) return 0.0F;
+  if (notNumbers_ + infinite_ == 0) firstFault_ = static_cast<double>(frame) / fileRate_;
+  ++(std::isnan(sample) ? notNumbers_ : infinite_);
+  return 0.0F;
+}
+
+std::string SoundReader::Flaw() const {
+  std::string text = cut_;
+  const auto add = [&text](const std::string& more) { text += (text.empty() ? "" : ", ") + more; };
+  if (notNumbers_ > 0)
+    add(Samples(notNumbers_, " sample is no number (NaN)", " samples are no numbers (NaN)"));
+  if (infinite_ > 0) add(Samples(infinite_, " sample is infinite", " samples are infinite"));
+  if (notNumbers_ + infinite_ > 0) {
+    std::ostringstream second;
+    second << ", from second " << firstFault_ << " on";
+    text += second.str();
+  }
+  return text.empty() ? text : Complaint(path_, text);
+}
+
 void SoundReader::ReadChunk() {
   sf_count_t frames = 0;
   do {
     frames = sf_readf_float(file_.get(), raw_.data(), ChunkFrames);
+    CountFrames(static_cast<std::size_t>(std::max<sf_count_t>(frames, 0)));
   } while (frames <= 0 && Rewind());
   chunkAt_ = 0;
   chunkCount_ = static_cast<std::size_t>(std::max<sf_count_t>(frames, 0));
@@ -111,7 +170,9 @@ void SoundReader::ReadChunk() {
   fileEnded_ = chunkCount_ == 0;
   for (std::size_t i = 0; i < chunkCount_; ++i) {
     const float* frame = &raw_[i * channels_];
-    chunk_[i] = {Harmless(frame[0]), Harmless(frame[channels_ > 1 ? 1 : 0])};
+    const std::uint64_t place = frames_ - chunkCount_ + i;
+    chunk_[i][0] = Take(frame[0], place);
+    chunk_[i][1] = channels_ > 1 ? Take(frame[1], place) : chunk_[i][0];
   }
 }
 
@@ -150,63 +211,6 @@ void SoundReader::Resample() {
   chunkAt_ += static_cast<std::size_t>(data.input_frames_used);
   readyCount_ += static_cast<std::size_t>(data.output_frames_gen);
   ended_ = failed || (fileEnded_ && data.output_frames_gen == 0);
-}
-
-std::variant<SoundWriter, std::string> SoundWriter::Create(const std::string& path, int rate, Format format) {
-  SF_INFO info{};
-  info.samplerate = rate;
-  info.channels = 2;
-  info.format = SF_FORMAT_RF64 | (format == Format::Pcm24 ? SF_FORMAT_PCM_24 : SF_FORMAT_FLOAT);
-  errno = 0;
-  SoundHandle file(sf_open(path.c_str(), SFM_WRITE, &info));
-  if (!file) {
-    const int systemError = errno;
-    return Complaint(path, "can't be written: " + ReasonOf(nullptr, systemError));
-  }
-  sf_command(file.get(), SFC_RF64_AUTO_DOWNGRADE, nullptr, SF_TRUE);
-  sf_command(file.get(), SFC_SET_CLIPPING, nullptr, SF_TRUE);
-  return SoundWriter(path, rate, std::move(file));
-}
-
-SoundWriter::SoundWriter(std::string path, int rate, SoundHandle file)
-    : path_(std::move(path)), rate_(static_cast<std::size_t>(rate)), file_(std::move(file)) {}
-
-const std::string& SoundWriter::Write(std::span<const float> left, std::span<const float> right) {
-  while (!left.empty() && file_ && failure_.empty()) {
-    const std::size_t count = std::min(left.size(), BlockFrames);
-    WriteBlock(left.first(count), right.first(count));
-    left = left.subspan(count);
-    right = right.subspan(count);
-  }
-  return failure_;
-}
-
-void SoundWriter::WriteBlock(std::span<const float> left, std::span<const float> right) {
-  for (std::size_t i = 0; i < left.size(); ++i) {
-    block_[2 * i] = Harmless(left[i]);
-    block_[2 * i + 1] = Harmless(right[i]);
-  }
-  const auto frames = static_cast<sf_count_t>(left.size());
-  errno = 0;
-  if (sf_writef_float(file_.get(), block_.data(), frames) != frames) {
-    const int systemError = errno;
-    failure_ = Complaint(path_, "can't be written: " + (systemError != 0 ? std::strerror(systemError)
-                                                                         : ReasonOf(file_.get(), 0)));
-    return;
-  }
-  unsettled_ += left.size();
-  if (unsettled_ < rate_) return;
-  unsettled_ = 0;
-  sf_command(file_.get(), SFC_UPDATE_HEADER_NOW, nullptr, 0);
-}
-
-const std::string& SoundWriter::Close() {
-  if (!file_) return failure_;
-  errno = 0;
-  if (sf_close(file_.release()) != 0 && failure_.empty()) {
-    failure_ = Complaint(path_, std::string("can't be written: ") + std::strerror(errno));
-  }
-  return failure_;
 }
 
 }  // namespace unit::sound

@@ -1,8 +1,9 @@
-// Sound from files, at the unit's rate, and into files.
+// Sound from files, at the unit's rate.
 #pragma once
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <span>
 #include <string>
@@ -11,6 +12,7 @@
 
 #include "unit/sound/Blocks.h"
 
+struct SF_INFO;
 struct sf_private_tag;
 struct SRC_STATE_tag;
 
@@ -40,6 +42,12 @@ class SoundReader {
   // Nothing but zeros will come: the file was played once, or holds no sound at all.
   bool Ended() const { return ended_; }
 
+  // What is wrong with the sound as far as it was read, in words and with the path first: it is cut off
+  // before the length that the file says it has, or samples are no numbers. Empty where nothing is. What is
+  // heard again counts once.
+  std::string Flaw() const;
+  bool Flawed() const { return !cut_.empty() || notNumbers_ + infinite_ > 0; }
+
  private:
   using Frame = std::array<float, 2>;
   struct Free {
@@ -47,14 +55,17 @@ class SoundReader {
   };
   static constexpr std::size_t ChunkFrames = 1024;  // of the file, read at a time
 
-  SoundReader(SoundHandle file, int fileRate, int channels, bool looped);
+  SoundReader(std::string path, SoundHandle file, const SF_INFO& info, bool looped);
 
   void ReadChunk();
+  float Take(float sample, std::uint64_t frame);
+  void CountFrames(std::size_t more);
   bool Rewind();
   void Refill();
   void Copy();
   void Resample();
 
+  std::string path_;
   SoundHandle file_;
   std::unique_ptr<SRC_STATE_tag, Free> resampler_;
   int fileRate_;
@@ -64,40 +75,16 @@ class SoundReader {
   bool rewound_ = true;  // nothing was read since the file's start
   bool fileEnded_ = false;
   bool ended_ = false;
-  std::vector<float> raw_;  // as the file has it
+  bool heard_ = false;                           // once to its end
+  std::uint64_t framesSaid_, frames_ = 0;        // by the file itself, 0 for no word; read so far
+  std::uint64_t notNumbers_ = 0, infinite_ = 0;  // samples
+  double firstFault_ = 0;                        // second of the first of them
+  std::string cut_;                              // how much is there, in words; empty where all is
+  std::vector<float> raw_;                       // as the file has it
   std::array<Frame, ChunkFrames> chunk_{};
   std::size_t chunkAt_ = 0, chunkCount_ = 0;  // what of it is not used yet
   std::array<Frame, BlockFrames> ready_{};
   std::size_t readyAt_ = 0, readyCount_ = 0;
-};
-
-// Writes stereo WAV files. Above 4 GB they become RF64. What is beyond full scale is clipped in 24 bits, what
-// is no number is written as 0.
-class SoundWriter {
- public:
-  enum class Format { Pcm24, Float };
-
-  // rate in Hz. Else a line that says what is wrong, with the path first.
-  static std::variant<SoundWriter, std::string> Create(const std::string& path, int rate, Format format);
-
-  // Two spans of the same length. Gives an empty text, or a line that says what is wrong; then nothing more
-  // is written, and the line comes each time. About once a second the file is made whole as far as it is.
-  const std::string& Write(std::span<const float> left, std::span<const float> right);
-
-  // The last thing to do with it; gives what Write gives.
-  const std::string& Close();
-
- private:
-  SoundWriter(std::string path, int rate, SoundHandle file);
-
-  void WriteBlock(std::span<const float> left, std::span<const float> right);
-
-  std::string path_;
-  std::size_t rate_;
-  SoundHandle file_;
-  std::string failure_;
-  std::array<float, 2 * BlockFrames> block_{};
-  std::size_t unsettled_ = 0;  // frames that the header does not count yet
 };
 
 }  // namespace unit::sound

@@ -1,0 +1,55 @@
+// Sound into files.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <memory>
+#include <span>
+#include <string>
+#include <variant>
+
+#include "unit/sound/Blocks.h"
+#include "unit/sound/SoundFile.h"
+
+namespace unit::sound {
+
+// Writes stereo files of 24 bits: FLAC where the name ends so, WAV where it ends so or has no ending, which
+// becomes RF64 above 4 GB. Samples are rounded to the nearest number; what is beyond full scale is clipped,
+// what is no number is written as 0. The file appears under its name when it is closed (PartFile).
+class SoundWriter {
+ public:
+  // rate in Hz. Else a line that says what is wrong, with the path first.
+  static std::variant<SoundWriter, std::string> Create(const std::string& path, int rate);
+
+  SoundWriter(SoundWriter&& other) noexcept;
+  SoundWriter& operator=(SoundWriter&& other) = delete;
+  // Leaves nothing of a file that was neither closed nor has failed.
+  ~SoundWriter();
+
+  // Two spans of the same length. Gives an empty text, or a line that says what is wrong; then nothing more
+  // is written, the part stays with what it has, and the line comes each time. About once a second the part
+  // of a WAV file is made whole as far as it is.
+  const std::string& Write(std::span<const float> left, std::span<const float> right);
+
+  // The last thing to do with it; gives what Write gives.
+  const std::string& Close();
+
+ private:
+  struct Output;  // the file below the library
+
+  SoundWriter(std::string path, int rate, std::unique_ptr<Output> output, SoundHandle file);
+
+  void WriteBlock(std::span<const float> left, std::span<const float> right);
+  std::string ReasonNow() const;
+  void Fail(const std::string& reason);
+
+  std::string path_;
+  std::size_t rate_;
+  std::unique_ptr<Output> output_;  // outlives the library's handle of it
+  SoundHandle file_;
+  std::string failure_;
+  std::array<int, 2 * BlockFrames> block_{};
+  std::size_t unsettled_ = 0;  // frames that the header does not count yet
+};
+
+}  // namespace unit::sound
