@@ -162,8 +162,11 @@ using OpenedSound = std::variant<std::unique_ptr<unit::sound::LiveSound>, std::s
 // Nothing where there is to be no sound.
 OpenedSound OpenSound(const unit::Options& options) {
   if (options.silent) return std::unique_ptr<unit::sound::LiveSound>();
-  auto opened = unit::sound::LiveSound::Open(
-      {.in = options.in, .out = options.out, .looped = options.looped, .seed = options.seed});
+  auto opened = unit::sound::LiveSound::Open({.in = options.in,
+                                              .out = options.out,
+                                              .looped = options.looped,
+                                              .lenient = options.lenient,
+                                              .seed = options.seed});
   if (auto* const sound = std::get_if<0>(&opened)) {
     (*sound)->failed = [](const std::string& what) { Complain(what, EnvironmentFault); };
   }
@@ -188,23 +191,17 @@ int ProcessFast(const unit::Options& options) {
   unit::Unit unit(options);
   const std::string wrong = Furnish(unit, &sound, options);
   if (!wrong.empty()) return Complain(wrong, EnvironmentFault);
-  bool whole = true;
-  sound.failed = [&whole](const std::string& what) {
-    Complain(what, EnvironmentFault);
-    whole = false;
-  };
   const Stopwatch watch;
   const auto more = [&] { return options.seconds == 0 || sound.Seconds() < options.seconds; };
-  while (whole && !sound.InputEnded() && more()) sound.RunBlock();
+  while (sound.Whole() && !sound.InputEnded() && more()) sound.RunBlock();
   const double heard = sound.Seconds();
-  while (whole && sound.Seconds() < heard + tailSeconds && more()) sound.RunBlock();
-  sound.Close();
+  while (sound.Whole() && sound.Seconds() < heard + tailSeconds && more()) sound.RunBlock();
+  if (sound.Whole()) sound.Close();
+  if (!sound.Whole()) return EnvironmentFault;
   const double taken = static_cast<double>(watch.Microseconds()) / 1e6;
-  if (whole) {
-    std::cout << "veltrana-unit: " << heard << " s of sound in " << taken << " s, to " << options.out
-              << std::endl;
-  }
-  return whole ? 0 : EnvironmentFault;
+  std::cout << "veltrana-unit: " << heard << " s of sound in " << taken << " s, to " << options.out
+            << std::endl;
+  return 0;
 }
 
 int Run(const unit::Options& options) {
@@ -227,8 +224,9 @@ int Run(const unit::Options& options) {
   std::cout << "veltrana-unit: " << options.link << " (" << line.device() << ") at " << options.baud
             << " baud" << std::endl;
   const int end = Serve(line, unit, sound, requests, options);
-  if (sound != nullptr) sound->Close();
-  return end;
+  if (sound == nullptr) return end;
+  sound->Close();
+  return sound->Whole() ? end : EnvironmentFault;
 }
 
 }  // namespace

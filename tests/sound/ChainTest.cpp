@@ -204,6 +204,35 @@ TEST(LiveSound, AnAdaptiveFilterLearnsAndIsReadBack) {
   EXPECT_EQ(run.live->engine.Learned(1), unit::sound::Coefficients(1024));
 }
 
+// A later file may have the recording's name, and a flaw may come late: the sound goes on.
+TEST(LiveSound, ComplainsOnceAndGoesOn) {
+  const support::TempFolder folder;
+  const std::string in = folder.Path() + "/out-2.wav";
+  auto writer = std::get<unit::sound::SoundWriter>(unit::sound::SoundWriter::Create(in, 12000));
+  const Signal tone(120'000, 0.25F);
+  writer.Write(tone, tone);
+  writer.Close();
+  const std::string before = support::Content(in);
+  SoundRun run;
+  auto live = std::get<0>(unit::sound::LiveSound::Open({.in = in, .out = folder.Path() + "/out.wav"}));
+  std::vector<std::string> said;
+  live->failed = [&said](const std::string& what) { said.push_back(what); };
+  live->Attach(run.unit.Now());
+  run.test.loop.RunFor(1000);
+  EXPECT_TRUE(live->Whole());
+  run.Edit("bandwidthIndex", "5");
+  run.test.loop.RunFor(1000);
+  EXPECT_FALSE(live->Whole());
+  EXPECT_EQ(said, std::vector{in + ": is the file that is heard, so it is not written"});
+  EXPECT_EQ(support::Content(in), before);
+  EXPECT_TRUE(std::filesystem::exists(folder.Path() + "/out.wav"));
+  std::filesystem::resize_file(in, 400'000);
+  run.test.loop.RunFor(10'000);
+  live->Close();
+  ASSERT_EQ(said.size(), 2U);
+  EXPECT_EQ(said.back().find(in + ": is cut off: "), 0U) << said.back();
+}
+
 TEST(LiveSound, WritesAFileForEachRateAndKeepsToTheTime) {
   const support::TempFolder folder;
   SoundRun run;

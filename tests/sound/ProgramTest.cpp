@@ -89,6 +89,66 @@ TEST_F(Recording, IsCleanedByTheSettingOfAMemory) {
   EXPECT_EQ(support::Content(clean), first);
 }
 
+// By whatever name or link.
+TEST_F(Recording, IsNeverWrittenOver) {
+  WriteRecording();
+  WriteMemories();
+  const std::string before = support::Content(noisy), link = folder.Path() + "/link.wav",
+                    hard = folder.Path() + "/hard.wav";
+  std::filesystem::create_symlink("noisy.wav", link);
+  std::filesystem::create_hard_link(noisy, hard);
+  for (const std::string& out : {noisy, folder.Path() + "/./noisy.wav", link, hard}) {
+    for (const std::string& in : {noisy, link, "/dev/stdin <" + noisy}) {
+      const auto [code, said] =
+          Run("--fast --memory 2 --memories " + memories + " --out " + out + " --in " + in);
+      EXPECT_EQ(code, 1) << in << out;
+      EXPECT_EQ(said, "veltrana-unit: " + out + ": is the file that is heard, so it is not written\n");
+      EXPECT_EQ(support::Content(noisy), before);
+    }
+  }
+}
+
+// What came out of an earlier run stays until there is something better.
+TEST_F(Recording, WithAFlawIsTakenOnlyByTheLenient) {
+  WriteMemories();
+  const auto expectFlaw = [this](const std::string& words) {
+    support::Put(clean, "old");
+    const auto [code, said] = Run(fast + " --memory 2");
+    EXPECT_EQ(code, 1);
+    EXPECT_EQ(said, "veltrana-unit: " + noisy + ": " + words + " (--lenient takes it as it is)\n");
+    EXPECT_EQ(support::Content(clean), "old");
+    EXPECT_FALSE(std::filesystem::exists(clean + ".part"));
+    const auto [lenientCode, lenientSaid] = Run(fast + " --memory 2 --lenient");
+    EXPECT_EQ(lenientCode, 0);
+    EXPECT_TRUE(lenientSaid.starts_with("veltrana-unit: " + noisy + ": " + words + "\n")) << lenientSaid;
+    EXPECT_EQ(support::Content(clean).substr(0, 4), "RIFF");
+  };
+  const std::string live = "--link " + folder.Path() + "/line --in " + noisy;
+  WriteRecording();
+  std::filesystem::resize_file(noisy, 400'000);
+  expectFlaw("is cut off: 399888 of 529200 bytes of its sound are there");
+  EXPECT_EQ(Run(live).first, 1);
+
+  std::string numbers(80'000, '\0');  // of four bytes
+  numbers.replace(40'000, 4, "\x00\x00\xC0\x7F", 4);
+  const auto text = [](unsigned long n) {
+    return std::string{char(n & 255U), char(n >> 8U & 255U), char(n >> 16U & 255U), 0};
+  };
+  support::Put(noisy, "RIFF" + text(numbers.size() + 36) + "WAVEfmt " + text(16) + text(0x10003) +
+                          text(10'000) + text(40'000) + text(0x200004) + "data" + text(numbers.size()) +
+                          numbers);
+  expectFlaw("1 sample is no number (NaN), from second 1 on");
+  const std::string part = folder.Path() + "/heard.flac.part";
+  support::Program program("/bin/sh", {"-c", std::string("exec ") + UNIT_PROGRAM + " " + live +
+                                                 " --loop --out " + folder.Path() + "/heard.flac 2>&1"});
+  EXPECT_NE(program.Await("veltrana-unit: " + noisy + ": 1 sample is no number"), "");
+  EXPECT_TRUE(std::filesystem::exists(part));
+  program.Signal(SIGTERM);
+  EXPECT_EQ(program.AwaitEnd(), 1);
+  EXPECT_FALSE(std::filesystem::exists(part));
+  EXPECT_EQ(support::Content(folder.Path() + "/heard.flac").substr(0, 4), "fLaC");
+}
+
 TEST_F(Recording, WhatIsMissingIsTold) {
   WriteRecording();
   WriteMemories();
@@ -99,6 +159,7 @@ TEST_F(Recording, WhatIsMissingIsTold) {
         {"--fast --memory 2 --memories " + memories + " --in " + memories + " --out " + clean,
          "no sound that can be read"},
         {"--fast --memory 2 --memories " + memories + " --in " + noisy + " --out /dev/full", "/dev/full"},
+        {"--fast --memory 2 --memories " + memories + " --in " + noisy + " --out " + clean + ".mp3", ".flac"},
         {"--fast --memory 2 --memories " + memories + " --out " + clean, "--seconds"},
         {"--fast --memories " + memories + " --in " + noisy + " --out " + clean, "--memory"},
         {"--fast --memory 2 --in " + noisy + " --out " + clean, "--memories"},

@@ -6,12 +6,14 @@
 #include <utility>
 
 #include "unit/Commands.h"
+#include "unit/PartFile.h"
 
 namespace unit::sound {
 namespace {
 
 constexpr std::uint8_t StageReset = 89, BroadbandReset = 113, AnalyzerRun = 150;
 constexpr double LongestDelay = 500'000;  // microseconds
+constexpr const char* Leniency = " (--lenient takes it as it is)";
 
 // "clean.wav", then "clean-2.wav": a file has one rate.
 std::string NameOf(const std::string& path, int number) {
@@ -37,7 +39,9 @@ std::variant<std::unique_ptr<LiveSound>, std::string> LiveSound::Open(const Soun
   if (!options.in.empty()) {
     auto opened = SoundReader::Open(options.in, rate, options.looped);
     if (auto* const wrong = std::get_if<std::string>(&opened)) return std::move(*wrong);
-    source = std::move(std::get<SoundReader>(opened));
+    auto& reader = std::get<SoundReader>(opened);
+    if (reader.Flawed() && !options.lenient) return reader.Flaw() + Leniency;
+    source = std::move(reader);
   }
   std::unique_ptr<LiveSound> sound(new LiveSound(std::move(source), options));
   std::string trouble;
@@ -95,45 +99,59 @@ void LiveSound::RunBlock() {
   Settle();
   FollowRate();
   std::array<float, BlockFrames> left, right;
-  std::visit(
-      [&](auto& source) {
-        if constexpr (std::is_same_v<std::decay_t<decltype(source)>, Scene>) {
-          source.Process(left, right);
-        } else {
-          source.Read(left, right);
-        }
-      },
-      source_);
+  Listen(left, right);
   engine.Process(left, right, left, right);
-  if (writer_) Check(writer_->Write(left, right));
+  if (writer_) {
+    const std::string failure = writer_->Write(left, right);
+    if (!failure.empty()) Fail(failure);
+  }
   done_ += BlockTime();
   seconds_ += static_cast<double>(BlockFrames) / rate_;
 }
 
-// A file that holds some sound already is left as it is.
+void LiveSound::Listen(std::span<float> left, std::span<float> right) {
+  if (auto* const scene = std::get_if<Scene>(&source_)) return scene->Process(left, right);
+  auto& reader = std::get<SoundReader>(source_);
+  reader.Read(left, right);
+  if (reader.Flawed() && !options_.lenient) TellFlaw(reader);
+}
+
+void LiveSound::TellFlaw(const SoundReader& reader) {
+  if (std::exchange(flawTold_, true)) return;
+  whole_ = options_.lenient;
+  failed(reader.Flaw() + (options_.lenient ? "" : Leniency));
+}
+
+// A file that holds some sound already is complete.
 void LiveSound::FollowRate() {
   if (rate_ == engine.SampleRate()) return;
   rate_ = engine.SampleRate();
   std::visit([this](auto& source) { source.SetRate(rate_); }, source_);
   if (!writer_) return;
-  Close();
-  if (seconds_ == 0) files_ = 0;
+  if (seconds_ == 0) {
+    writer_.reset();
+    files_ = 0;
+  }
+  EndFile();
   BeginFile();
 }
 
+// The recording may bear the name of a later file as well.
 void LiveSound::BeginFile() {
-  auto created = SoundWriter::Create(NameOf(options_.out, ++files_), rate_);
-  if (const auto* const wrong = std::get_if<std::string>(&created)) {
-    failed(*wrong);
-  } else {
-    writer_.emplace(std::move(std::get<SoundWriter>(created)));
+  const std::string name = NameOf(options_.out, ++files_);
+  for (const std::string& written : {name, PartFile::PartOf(name)}) {
+    if (IsSameFile(options_.in, written))
+      return Fail(written + ": is the file that is heard, so it is not written");
   }
+  auto created = SoundWriter::Create(name, rate_);
+  if (const auto* const wrong = std::get_if<std::string>(&created)) return Fail(*wrong);
+  writer_.emplace(std::move(std::get<SoundWriter>(created)));
 }
 
-void LiveSound::Check(const std::string& failure) {
-  if (failure.empty()) return;
-  failed(failure);
+void LiveSound::Fail(const std::string& what) {
+  whole_ = false;
   writer_.reset();
+  failed(what);
 }
 
 bool LiveSound::InputEnded() const {
@@ -141,11 +159,17 @@ bool LiveSound::InputEnded() const {
   return file != nullptr && file->Ended();
 }
 
-void LiveSound::Close() {
+void LiveSound::EndFile() {
   if (!writer_) return;
   const std::string failure = writer_->Close();
   writer_.reset();
-  if (!failure.empty()) failed(failure);
+  if (!failure.empty()) Fail(failure);
+}
+
+void LiveSound::Close() {
+  EndFile();
+  const auto* const reader = std::get_if<SoundReader>(&source_);
+  if (reader != nullptr && reader->Flawed()) TellFlaw(*reader);
 }
 
 }  // namespace unit::sound

@@ -5,6 +5,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <variant>
 
@@ -20,6 +21,7 @@ struct SoundOptions {
   std::string in;   // file that is heard; empty for the scene
   std::string out;  // file for what leaves the unit, empty for none
   bool looped = false;
+  bool lenient = false;    // what is wrong with the file that is heard is only told
   std::uint64_t seed = 1;  // of the scene
 };
 
@@ -43,10 +45,13 @@ class LiveSound {
   bool InputEnded() const;
   double Seconds() const { return seconds_; }  // of sound so far
 
-  // Completes the file that is written.
+  // Completes the file that is written. Without it there is none.
   void Close();
-  // Told of a line that says what is wrong with a file; once, as nothing more is written after that.
+  // Told of a line that says what is wrong with a file, of each once: nothing more is written after a
+  // failure, and the sound that is heard goes on behind its flaw.
   std::function<void(const std::string&)> failed = [](const std::string&) {};
+  // Nothing was wrong with either file so far that counts.
+  bool Whole() const { return whole_; }
 
   Engine engine;
 
@@ -60,7 +65,10 @@ class LiveSound {
   void Settle();
   void FollowRate();
   void BeginFile();
-  void Check(const std::string& failure);
+  void EndFile();
+  void Fail(const std::string& what);
+  void Listen(std::span<float> left, std::span<float> right);
+  void TellFlaw(const SoundReader& reader);
 
   Source source_;
   SoundOptions options_;
@@ -71,6 +79,7 @@ class LiveSound {
   double seconds_ = 0;  // of sound
   std::optional<SoundWriter> writer_;
   int files_ = 0;
+  bool whole_ = true, flawTold_ = false;
 };
 
 }  // namespace unit::sound
