@@ -3,8 +3,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
-#include "unit/sound/Kernels.h"
 #include "unit/sound/Samples.h"
 
 namespace unit::sound {
@@ -80,6 +80,7 @@ void AdaptiveFilter::Process(std::span<const float> input, std::span<const float
     if (!normal.empty()) normal[i] = outputs.normal;
     if (!rejected.empty()) rejected[i] = outputs.rejected;
   }
+  BringIn(reference_.Window(referenceDelay_, weights_.size()));
 }
 
 AdaptiveFilter::Outputs AdaptiveFilter::Next(float input, float reference) {
@@ -88,13 +89,13 @@ AdaptiveFilter::Outputs AdaptiveFilter::Next(float input, float reference) {
   const std::span<const float> window = reference_.Window(referenceDelay_, weights_.size());
   TrackEnergy(window, reference_.Ago(referenceDelay_ + weights_.size()));
 
-  const float prediction = WithinHeadroom(Dot(window, weights_));
+  const float prediction = WithinHeadroom(Predict(window));
   const float error = WithinHeadroom(input_.Ago(inputDelay_) - prediction);
   inputLevel_.Take(input, levelWeight_);
   referenceLevel_.Take(reference, levelWeight_);
   outputLevel_.Take(error, levelWeight_);
   adapting_ = MayAdapt();
-  if (adapting_) Adapt(window, error);
+  if (adapting_) Adapt(error);
   return {.normal = error, .rejected = prediction};
 }
 
@@ -102,6 +103,17 @@ void AdaptiveFilter::Level::Take(float sample, double weight) {
   constexpr double faintest = 1e-30;
   meanSquare += weight * (double{sample} * sample - meanSquare);
   if (meanSquare < faintest) meanSquare = 0;
+}
+
+// One pass over the taps a sample: what the last one has taught comes in on the way.
+float AdaptiveFilter::Predict(std::span<const float> window) {
+  const float change = std::exchange(change_, 0.0F);
+  if (change == 0) return Dot(weights_, window);
+  return AddScaledAndDot(weights_, change, reference_.Window(referenceDelay_ + 1, weights_.size()), window);
+}
+
+void AdaptiveFilter::BringIn(std::span<const float> window) {
+  if (change_ != 0) AddScaled(weights_, std::exchange(change_, 0.0F), window);
 }
 
 // A running sum; it is made exact now and then, so that what rounding leaves does not grow.
@@ -138,14 +150,14 @@ bool AdaptiveFilter::MayAdapt() const {
   }
 }
 
-void AdaptiveFilter::Adapt(std::span<const float> window, float error) {
+void AdaptiveFilter::Adapt(float error) {
   constexpr double faintest = 1e-15;
   const double taps = static_cast<double>(weights_.size());
   const double largest = 1 / (std::max(energy_, 0.0) + QuietPower * taps);
   const double gain = settings_.normalize ? step_ * largest : std::min(step_ / (UsualPower * taps), largest);
   const double change = gain * error;
   if (std::abs(change) < faintest) return;
-  AddScaled(weights_, static_cast<float>(change), window);
+  change_ = static_cast<float>(change);
   BoundWeights();
 }
 

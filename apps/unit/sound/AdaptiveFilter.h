@@ -7,6 +7,8 @@
 #include <span>
 #include <vector>
 
+#include "unit/sound/Kernels.h"
+
 namespace unit::sound {
 
 inline constexpr std::size_t AdaptiveTaps = 6144;    // the most: six stages of 1024
@@ -55,7 +57,7 @@ class SampleHistory {
   }
 
  private:
-  static constexpr std::size_t Slack = 8192;  // so many samples go by before the rest is moved
+  static constexpr std::size_t Slack = 32768;  // so many samples go by before the rest is moved
 
   std::size_t reach_;
   std::vector<float> samples_;
@@ -105,7 +107,9 @@ class AdaptiveFilter {
   Outputs Next(float input, float reference);
   void TrackEnergy(std::span<const float> window, float leaving);
   bool MayAdapt() const;
-  void Adapt(std::span<const float> window, float error);
+  float Predict(std::span<const float> window);
+  void Adapt(float error);
+  void BringIn(std::span<const float> window);
   void BoundWeights();
 
   AdaptiveSettings settings_;
@@ -114,7 +118,8 @@ class AdaptiveFilter {
   double levelWeight_ = 0;  // of a sample in the short-time levels
 
   SampleHistory input_, reference_;
-  std::vector<float> weights_;  // the oldest sample's first
+  AlignedFloats weights_;       // the oldest sample's first
+  float change_ = 0;            // what the last sample has taught, times its window: not in the taps yet
   double energy_ = 0;           // of the samples under the taps
   std::size_t untilExact_ = 0;  // samples until the energy is summed anew
   std::size_t nextBounded_ = 0;

