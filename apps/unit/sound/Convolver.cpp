@@ -12,18 +12,15 @@ namespace {
 constexpr std::size_t DirectTaps = BlockFrames;  // up to here the transforms cost more than they save
 
 std::size_t PartitionsFor(std::size_t taps) {
-  return taps <= DirectTaps ? 0 : (taps + FrameHop - 1) / FrameHop;
+  return taps <= DirectTaps ? 0 : (taps + BlockFrames - 1) / BlockFrames;
 }
-
-// Blocks of frames: those that the partitions reach back to, and the present one.
-std::size_t BlocksFor(std::size_t partitions) { return (partitions + BlockSpectra - 1) / BlockSpectra + 1; }
 
 }  // namespace
 
 Convolver::Convolver(std::size_t mostTaps)
     : mostTaps_(std::max<std::size_t>(1, mostTaps)),
-      signal_(std::max<std::size_t>(2, BlocksFor(PartitionsFor(mostTaps_))) * BlockFrames + FrameHop),
-      past_(BlocksFor(PartitionsFor(mostTaps_)) * BlockSpectra) {
+      signal_((std::max<std::size_t>(1, PartitionsFor(mostTaps_)) + 1) * BlockFrames),
+      past_(std::max<std::size_t>(1, PartitionsFor(mostTaps_))) {
   for (Filter& filter : filters_) {
     filter.head.reserve(DirectTaps);
     filter.spectra.resize(PartitionsFor(mostTaps_));
@@ -66,46 +63,42 @@ void Convolver::Load(Filter& filter, std::span<const float> taps) {
   filter.tailKnown = false;
   filter.partitions = PartitionsFor(taps.size());
   for (std::size_t i = 0; i < filter.partitions; ++i) {
-    const std::span<const float> rest = taps.subspan(i * FrameHop);
+    const std::span<const float> rest = taps.subspan(i * BlockFrames);
     std::array<float, TransformSpan> frame{};
-    std::ranges::copy(rest.first(std::min(rest.size(), FrameHop)), frame.begin());
-    transform_.Forward(frame, sums_);
-    filter.spectra[i] = sums_[0];
+    std::ranges::copy(rest.first(std::min(rest.size(), BlockFrames)), frame.begin());
+    transform_.Forward(frame, filter.spectra[i]);
   }
   if (filter.partitions > 0 && !pastKnown_) FindSpectra();
 }
 
 void Convolver::FindSpectra() {
-  for (std::size_t block = 1; block < past_.size() / BlockSpectra; ++block) Transform(block);
+  for (std::size_t block = 1; block < past_.size(); ++block) Transform(block);
   pastKnown_ = true;
 }
 
-// The spectra of a block, 0 the present one.
+// The spectrum of a block with the one before it, 0 the present one.
 void Convolver::Transform(std::size_t blocksAgo) {
-  const std::size_t place = (present_ + past_.size() - blocksAgo * BlockSpectra) % past_.size();
   const std::size_t first = signal_.size() - blocksAgo * BlockFrames - TransformSpan;
   transform_.Forward(std::span(signal_).subspan(first).first<TransformSpan>(),
-                     std::span(past_).subspan(place).first<BlockSpectra>());
+                     past_[(present_ + past_.size() - blocksAgo) % past_.size()]);
 }
 
 // What the partitions from the first one on give in the present block.
 void Convolver::Sum(const Filter& filter, std::size_t firstPartition, std::span<float, BlockFrames> out) {
-  sums_ = {};
+  sum_ = {};
   for (std::size_t i = firstPartition; i < filter.partitions; ++i) {
     const FrameSpectrum& taps = filter.spectra[i];
-    for (std::size_t frame = 0; frame < BlockSpectra; ++frame) {
-      const FrameSpectrum& sound = past_[(present_ + past_.size() + frame - i) % past_.size()];
-      AddProduct(sums_[frame].re, sums_[frame].im, {sound.re, sound.im}, {taps.re, taps.im});
-    }
+    const FrameSpectrum& sound = past_[(present_ + past_.size() - i) % past_.size()];
+    AddProduct(sum_.re, sum_.im, {sound.re, sound.im}, {taps.re, taps.im});
   }
-  transform_.Inverse(sums_, out);
+  transform_.Inverse(sum_, out);
 }
 
 void Convolver::Run(Filter& filter, std::size_t at, std::span<float> out) {
   const std::size_t first = signal_.size() - BlockFrames + at + 1 - filter.head.size();
   Correlate(filter.head, std::span(signal_).subspan(first), out);
   if (filter.partitions == 0) return;
-  if (!filter.tailKnown) Sum(filter, DirectTaps / FrameHop, filter.tail);
+  if (!filter.tailKnown) Sum(filter, DirectTaps / BlockFrames, filter.tail);
   filter.tailKnown = true;
   AddScaled(out, 1.0F, std::span(filter.tail).subspan(at));
 }
@@ -155,7 +148,7 @@ void Convolver::Piece(std::span<const float> in, std::span<float> out) {
 void Convolver::EndBlock() {
   filled_ = 0;
   std::copy(signal_.begin() + BlockFrames, signal_.end(), signal_.begin());
-  present_ = (present_ + BlockSpectra) % past_.size();
+  present_ = (present_ + 1) % past_.size();
   for (Filter& filter : filters_) filter.tailKnown = false;
 }
 

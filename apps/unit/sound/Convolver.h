@@ -31,7 +31,7 @@ class Convolver {
  private:
   struct Filter {
     std::vector<float> head;             // the first taps, the last of them first
-    std::vector<FrameSpectrum> spectra;  // of FrameHop taps each, those of the head too
+    std::vector<FrameSpectrum> spectra;  // of BlockFrames taps each, those of the head too
     std::size_t partitions = 0;          // 0: the head is all
     bool tailKnown = false;
     std::array<float, BlockFrames> tail{};  // what comes from behind the head in the present block
@@ -57,10 +57,10 @@ class Convolver {
   std::size_t faded_ = 0;               // samples
   std::vector<float> signal_;           // the past, and the present block at the end
   std::size_t filled_ = 0;              // samples of the present block
-  std::vector<FrameSpectrum> past_;     // of the signal's frames, a ring of whole blocks
-  std::size_t present_ = 0;             // where those of the present block go
+  std::vector<FrameSpectrum> past_;     // of the signal's blocks, a ring
+  std::size_t present_ = 0;             // where that of the present block goes
   bool pastKnown_ = false;
-  std::array<FrameSpectrum, BlockSpectra> sums_;
+  FrameSpectrum sum_;
   std::array<float, BlockFrames> incoming_{};
 };
 

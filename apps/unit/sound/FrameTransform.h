@@ -1,43 +1,35 @@
-// The spectra that fast convolution works with, of four overlapping frames at once.
+// The spectra that fast convolution works with.
 #pragma once
 
-#include <array>
 #include <cstddef>
-#include <memory>
 #include <span>
 
 #include "unit/sound/Blocks.h"
+#include "unit/sound/Kernels.h"
 
 namespace unit::sound {
 
-inline constexpr std::size_t BlockSpectra = 4;                       // frames of a block
-inline constexpr std::size_t FrameHop = BlockFrames / BlockSpectra;  // samples from frame to frame
-inline constexpr std::size_t TransformSpan =
-    BlockFrames + FrameHop;  // samples that the frames of a block cover
+inline constexpr std::size_t TransformSpan = 2 * BlockFrames;  // samples of a frame
 
-// The transform of 2 FrameHop real samples at the odd multiples of half a bin, every other of them. The
+// The transform of TransformSpan real samples at the odd multiples of half a bin, every other of them. The
 // product of two is that of a convolution that comes round with its sign turned, which overlap-save throws
-// away; and a complex transform of FrameHop points gives it. H. J. Nussbaumer, "Fast Fourier Transform and
+// away; and a complex transform of BlockFrames points gives it. H. J. Nussbaumer, "Fast Fourier Transform and
 // Convolution Algorithms", 1982.
-struct FrameSpectrum {
-  std::array<float, FrameHop> re{}, im{};
+struct alignas(64) FrameSpectrum {
+  Points re{}, im{};
 };
 
 class FrameTransform {
  public:
   FrameTransform();
-  FrameTransform(FrameTransform&&) noexcept;
-  FrameTransform& operator=(FrameTransform&&) noexcept;
-  ~FrameTransform();
 
-  // Frame i covers the samples i FrameHop to (i + 2) FrameHop - 1.
-  void Forward(std::span<const float, TransformSpan> signal, std::span<FrameSpectrum, BlockSpectra> spectra);
-  // The second halves of the frames, side by side.
-  void Inverse(std::span<const FrameSpectrum, BlockSpectra> spectra, std::span<float, BlockFrames> signal);
+  void Forward(std::span<const float, TransformSpan> signal, FrameSpectrum& spectrum) const;
+  // The second half of the frame.
+  void Inverse(const FrameSpectrum& spectrum, std::span<float, BlockFrames> signal) const;
 
  private:
-  struct Plan;
-  std::unique_ptr<Plan> plan_;
+  Turns frame_;  // by a quarter of the circle over all points
+  Turns inner_;
 };
 
 }  // namespace unit::sound
