@@ -163,7 +163,7 @@ void AdaptiveFilter::Adapt(float error) {
 
 // A few taps at a time: what one sample can add to a tap is small.
 void AdaptiveFilter::BoundWeights() {
-  constexpr std::size_t atOnce = 64;
+  constexpr std::size_t atOnce = 16;  // more of them would not be stored when the next sample reads them
   const std::size_t end = std::min(nextBounded_ + atOnce, weights_.size());
   for (std::size_t i = nextBounded_; i < end; ++i) {
     weights_[i] = std::clamp(weights_[i], -LargestWeight, LargestWeight);

@@ -7,7 +7,7 @@
 // only analyses and fuzzes, knows these kinds by other names and has the plain one.
 namespace unit::sound {
 namespace plain {
-constexpr std::size_t Width = 8;
+constexpr std::size_t Width = 4;
 #include "unit/sound/KernelBodies.h"
 #include "unit/sound/TransformBody.h"
 }  // namespace plain

@@ -1,5 +1,5 @@
-// The inner loops of the filters. Each is compiled for plain x86-64 and for AVX2 with FMA; the machine picks
-// one when the program starts, so the last bits of a result are the machine's.
+// The inner loops of the filters. Each is compiled for plain x86-64, for AVX2 with FMA and for AVX-512; the
+// machine picks one when the program starts, so the last bits of a result are the machine's.
 #pragma once
 
 #include <array>
