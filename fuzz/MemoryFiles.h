@@ -13,6 +13,9 @@ class MemoryFiles : public vc::Files {
   std::map<std::string, std::string> content;  // by path
   std::string onlyFolder;                      // where not empty, no file can be made outside it
 
+  vc::FileKind KindOf(const std::string& path) override {
+    return content.contains(path) ? vc::FileKind::File : vc::FileKind::Nothing;
+  }
   bool ReadStart(const std::string& path, std::size_t count, std::string& bytes) override {
     const auto found = content.find(path);
     if (found != content.end()) bytes = found->second.substr(0, count);

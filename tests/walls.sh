@@ -20,4 +20,10 @@ forbid "Nothing but the platform's clock reads the time" 'chrono|time\.h|ctime|g
 forbid "Nothing reads the environment" 'getenv|secure_getenv|environ\b' src apps
 forbid "The simulated unit shares no code with the program" '#include "(platform|text|widgets|link|model|shell|host|desktop|console)/' apps/unit
 forbid "The console and the host need no toolkit" '#include <Q' apps/console apps/host apps/unit
+forbid "A loop over a folder throws where it cannot be read on" 'for \(.*: *(std::filesystem|fs)::' src apps
+# The parts of a path are told without a look at the disk.
+calls=$(grep -rnE '\b(filesystem|fs)::' src apps | sed -E 's/\b(filesystem|fs)::path\(//g' |
+  grep -E '\b(filesystem|fs)::([a-z_]+\(|directory_iterator [a-z]+[({])' | grep -vE '[,(] ?(error|ignored)\)')
+[ -z "$calls" ] || { printf 'A look at the disk throws without an error code:\n%s\n' "$calls"; failed=1; }
+forbid "A look at the disk throws without an error code" 'entry\.(is_[a-z_]+|exists|status|symlink_status|refresh|file_size)\(\)' src apps
 exit $failed

@@ -4,18 +4,20 @@
 #include <filesystem>
 #include <fstream>
 
+#include "host/FolderWalk.h"
+
 namespace host {
 namespace {
 
 namespace fs = std::filesystem;
 
 bool Holds(const fs::path& process, const fs::path& device) {
-  std::error_code error;
-  for (const auto& entry : fs::directory_iterator(process / "fd", error)) {
-    std::error_code unreadable;
-    if (fs::read_symlink(entry.path(), unreadable) == device) return true;
-  }
-  return false;
+  bool holds = false;
+  ForEachIn(process / "fd", [&](const fs::directory_entry& entry) {
+    std::error_code error;
+    holds = fs::read_symlink(entry.path(), error) == device || holds;
+  });
+  return holds;
 }
 
 bool IsNumber(const std::string& name) {
@@ -36,11 +38,11 @@ std::string UsersOf(const std::string& path) {
   const fs::path device = fs::canonical(path, error);
   const fs::path self = fs::read_symlink("/proc/self", error);
   std::string users;
-  for (const auto& entry : fs::directory_iterator("/proc", error)) {
+  ForEachIn("/proc", [&](const fs::directory_entry& entry) {
     const std::string number = entry.path().filename().string();
-    if (!IsNumber(number) || number == self || !Holds(entry.path(), device)) continue;
+    if (!IsNumber(number) || number == self || !Holds(entry.path(), device)) return;
     users += (users.empty() ? " by " : " and ") + NameOf(entry.path()) + " (process " + number + ")";
-  }
+  });
   return users;
 }
 

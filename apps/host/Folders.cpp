@@ -20,16 +20,16 @@ fs::path UserDataFolder() {
 }  // namespace
 
 std::string ChooseWritable(const std::string& preferred, const std::string& fallback) {
-  if (access(preferred.c_str(), W_OK) == 0) return preferred;
-  std::error_code ignored;  // a folder that cannot be made shows when the first file is written
-  fs::create_directories(fallback, ignored);
+  if (access(preferred.c_str(), W_OK | X_OK) == 0) return preferred;
+  std::error_code error;  // a folder that cannot be made shows when the first file is written
+  fs::create_directories(fallback, error);
   return fallback;
 }
 
 Folders FindFolders() {
   std::error_code error;
   const fs::path program = fs::read_symlink("/proc/self/exe", error);
-  const std::string folder = error ? fs::current_path().string() : program.parent_path().string();
+  const std::string folder = error ? fs::current_path(error).string() : program.parent_path().string();
   return {folder, ChooseWritable(folder, UserDataFolder().string())};
 }
 

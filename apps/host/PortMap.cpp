@@ -5,6 +5,8 @@
 #include <fstream>
 #include <tuple>
 
+#include "host/FolderWalk.h"
+
 namespace host {
 namespace {
 
@@ -49,9 +51,9 @@ std::string PortMap::PathOf(const std::string& portName) const {
   constexpr std::string_view prefix = "COM";
   if (!portName.starts_with(prefix) || portName.size() != 4 || portName[3] < '1' || portName[3] > '9')
     return {};
-  std::error_code ignored;
+  std::error_code error;
   const fs::path link = fs::path(linkFolder) / portName;
-  if (fs::is_symlink(fs::symlink_status(link, ignored))) return link.string();
+  if (fs::is_symlink(fs::symlink_status(link, error))) return link.string();
   const auto devices = Devices();
   const auto place = static_cast<std::size_t>(portName[3] - '1');
   return place < devices.size() ? devices[place] : std::string{};
@@ -59,10 +61,9 @@ std::string PortMap::PathOf(const std::string& portName) const {
 
 std::vector<std::string> PortMap::Devices() const {
   std::vector<Device> found;
-  std::error_code error;
-  for (const auto& entry : fs::directory_iterator(classFolder, error)) {
+  ForEachIn(classFolder, [&found](const fs::directory_entry& entry) {
     if (Device device; Describe(entry.path(), device)) found.push_back(device);
-  }
+  });
   std::ranges::sort(found, {}, &Device::Key);
   std::vector<std::string> paths;
   paths.reserve(found.size());

@@ -11,6 +11,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "host/FolderWalk.h"
+
 namespace host {
 namespace {
 
@@ -48,17 +50,6 @@ std::string FolderOf(const std::string& path) {
   return folder.empty() ? "." : folder.string();
 }
 
-// False where the folder cannot be read to its end.
-template <typename Visit>
-bool ForEachIn(const std::string& folder, Visit visit) {
-  std::error_code error;
-  for (fs::directory_iterator entry(folder, error); !error && entry != fs::directory_iterator();
-       entry.increment(error)) {
-    visit(*entry);
-  }
-  return !error;
-}
-
 // Where a chain of links ends, be anything there or not: a new file takes the place of what the operator
 // sees, not of the link to it. A chain without an end ends at a link.
 std::string Resolved(std::string path) {
@@ -67,11 +58,6 @@ std::string Resolved(std::string path) {
   for (int link = 0; link < longestChain && fs::is_symlink(path, error); ++link)
     path = (fs::path(path).parent_path() / fs::read_symlink(path, error)).string();
   return path;
-}
-
-bool IsRegular(const std::string& path) {
-  struct stat facts {};
-  return stat(path.c_str(), &facts) == 0 && S_ISREG(facts.st_mode);
 }
 
 class PosixNewFile : public vc::NewFile {
@@ -162,10 +148,19 @@ void TakeOver(const Descriptor& file, const struct stat& old) {
 
 }  // namespace
 
+vc::FileKind PosixFiles::KindOf(const std::string& path) {
+  struct stat facts {};
+  if (stat(path.c_str(), &facts) != 0) {
+    return lstat(path.c_str(), &facts) == 0 ? vc::FileKind::SomethingElse : vc::FileKind::Nothing;
+  }
+  if (S_ISREG(facts.st_mode)) return vc::FileKind::File;
+  return S_ISDIR(facts.st_mode) ? vc::FileKind::Folder : vc::FileKind::SomethingElse;
+}
+
 bool PosixFiles::ReadStart(const std::string& path, std::size_t count, std::string& bytes) {
   bytes.clear();
   // Opening alone can do harm: a serial line would raise its signals, a pipe wait for its writer.
-  if (!IsRegular(path)) return false;
+  if (KindOf(path) != vc::FileKind::File) return false;
   const Descriptor file(open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
   struct stat facts {};
   if (!file.Open() || fstat(file.Number(), &facts) != 0 || !S_ISREG(facts.st_mode)) return false;

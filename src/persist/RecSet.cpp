@@ -1,7 +1,5 @@
 #include "persist/RecSet.h"
 
-#include <filesystem>
-
 #include "persist/FileNames.h"
 
 namespace vc {
@@ -30,9 +28,8 @@ void RecSet::Show() {
 
 std::string RecSet::ChosenName() const {
   const std::string& name = chooser.txtFileName.Text();
-  std::error_code ignored;
-  const auto kind = std::filesystem::status(chooser.Path(name), ignored);
-  const bool there = std::filesystem::exists(kind) && !std::filesystem::is_directory(kind);
+  const FileKind kind = context.files.KindOf(chooser.Path(name));
+  const bool there = kind == FileKind::File || kind == FileKind::SomethingElse;
   return there ? name : WithExtension(name, chooser.extension);
 }
 

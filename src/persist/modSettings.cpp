@@ -41,7 +41,7 @@ std::string modSettings::Locate(const std::string& name) const {
   if (HasFolder(name)) return name;
   for (const std::string& path :
        {name, JoinPath(desk.InstallFolder(), name), JoinPath(desk.ProgramFolder(), name)}) {
-    if (std::filesystem::exists(std::filesystem::path(path))) return path;
+    if (files.KindOf(path) == FileKind::File) return path;
   }
   return name;
 }

@@ -37,9 +37,14 @@ struct FolderEntry {
   bool operator==(const FolderEntry&) const = default;
 };
 
+// What lies under a name. A link is what it leads to, and something else where it leads nowhere.
+enum class FileKind { Nothing, File, Folder, SomethingElse };
+
 class Files {
  public:
   virtual ~Files() = default;
+  // Nothing, too, where the way to the name may not be gone.
+  virtual FileKind KindOf(const std::string& path) = 0;
   // The first count bytes, or all of a shorter file. False, at once, for what is no regular file (a folder, a
   // device, a pipe), what is not there and what may not be read.
   virtual bool ReadStart(const std::string& path, std::size_t count, std::string& bytes) = 0;

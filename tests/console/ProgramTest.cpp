@@ -84,6 +84,27 @@ TEST_F(Installed, WorksWithTheSimulatedUnit) {
   EXPECT_NE(support::Content(folder.Path() + "/trace").find("3F 4D 50 82 00 00 7E"), std::string::npos);
 }
 
+TEST_F(Installed, StartsAndBeginsANewSetupWhereTheCurrentFolderMayNotBeEntered) {
+  const fs::path shut = folder.Path() + "/shut";
+  fs::create_directory(shut);
+  fs::permissions(folder.Path(), fs::perms::all);
+  const std::string dropRoot = geteuid() == 0 ? "runuser -u nobody --" : "";
+  Program console("/bin/sh",
+                  {"-c", "cd '" + shut.string() + "' && chmod 0 . && exec " + dropRoot + " " + program});
+  console.Say("record bandwidthIndex 3");
+  console.Say("answer yes");
+  console.Say("menu mnuNew");
+  console.Say("record bandwidthIndex");
+  EXPECT_EQ(console.Await("box"),
+            "box\t48\tInvalid/Unavailable for Local Veltrana Connection\tCOM1 is either "
+            "invalid or unavailable. Please select another port for the Veltrana\tok "
+            "(default)");
+  EXPECT_EQ(console.Await("bandwidthIndex"), "bandwidthIndex\t3");
+  EXPECT_EQ(console.Await("bandwidthIndex"), "bandwidthIndex\t0");
+  console.CloseInput();
+  EXPECT_EQ(console.AwaitEnd(), 0);
+}
+
 TEST_F(Installed, TakesNoArguments) {
   Program console(program, {"--anything"});
   EXPECT_EQ(console.AwaitEnd(), 2);

@@ -11,6 +11,7 @@ class FaultyFiles : public vc::Files {
   int failFor = 1;  // operations in a row
   int operations = 0;
 
+  vc::FileKind KindOf(const std::string& path) override { return real.KindOf(path); }
   bool ReadStart(const std::string& path, std::size_t count, std::string& bytes) override {
     return Works() && real.ReadStart(path, count, bytes);
   }

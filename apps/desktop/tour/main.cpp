@@ -34,8 +34,9 @@ int main(int argc, char** argv) {
   const std::string folder = host::FindFolders().executable;
   const auto pictures = std::filesystem::path(folder).parent_path() / Folder(application.devicePixelRatio());
   const auto state = pictures / "state";  // the operator's own stays as it is
-  std::filesystem::remove_all(state);
-  std::filesystem::create_directories(state);
+  std::error_code error;
+  std::filesystem::remove_all(state, error);
+  std::filesystem::create_directories(state, error);
   desktop::Program program({folder, state.string()});
   tour::Album album(pictures);
   tour::Tour walk(program, album);
