@@ -41,7 +41,8 @@ void RecSet::FollowName() {
   const bool named = !IsBlank(chooser.txtFileName.Text());
   btnOK.core.SetEnabled(named);
   SetupHeader header;
-  if (named && !ReadHeader(ChosenName(), header)) header = {{}, "There is no setup file of this name.", 0};
+  if (named && !ReadHeader(ChosenName(), header))
+    header = {{}, context.FaultOf(chooser.Path(ChosenName())), 0};
   txtDescription.SetText(header.description);
   chkProtect.SetValue(header.protect == 1);
 }

@@ -31,6 +31,14 @@ std::string SetupContext::StartFolder() const {
   return std::filesystem::absolute(there ? settings.workingFolder : desk.InstallFolder(), ignored).string();
 }
 
+std::string SetupContext::FaultOf(const std::string& path) const {
+  const FileKind kind = files.KindOf(path);
+  if (kind == FileKind::Nothing) return "There is no setup file of this name.";
+  if (kind == FileKind::Folder) return "This is a folder.";
+  std::string none;
+  return files.ReadStart(path, 0, none) ? "This is not a valid setup file." : "This file cannot be read.";
+}
+
 Answer SetupContext::Warn(int code, const std::string& title, const std::string& text) const {
   desk.Beep();
   return desk.Box(code, title, text);

@@ -32,6 +32,8 @@ struct SetupContext {
 
   // The working folder, or the program's own where that one is none.
   std::string StartFolder() const;
+  // What is wrong with a file whose header is not that of a setup.
+  std::string FaultOf(const std::string& path) const;
   // A beep and a box.
   Answer Warn(int code, const std::string& title, const std::string& text) const;
   // Runs the work under the hourglass, with the main timer off, and returns what it returns.

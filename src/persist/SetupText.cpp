@@ -141,15 +141,20 @@ class HeaderReader {
 
   bool operator()(const SetupRun& run) {
     if (lines.AtEnd()) return false;
-    if (run.use == LineUse::Protection) {
-      good = lines.Integer(header.protect);
-      header.protect &= 1;
-      return false;
-    }
-    return lines.Text(run.use == LineUse::Description ? header.description : header.identifier);
+    good = Take(run);
+    return good && run.use != LineUse::Protection;
   }
 
  private:
+  bool Take(const SetupRun& run) {
+    if (run.use != LineUse::Protection) {
+      return lines.Text(run.use == LineUse::Description ? header.description : header.identifier);
+    }
+    if (!lines.Integer(header.protect)) return false;
+    header.protect &= 1;
+    return true;
+  }
+
   LineReader lines;
   SetupHeader& header;
 };
@@ -168,8 +173,8 @@ bool ReadSetup(SystemSettings& settings, std::string_view text, bool takeConnect
 
 bool ReadSetupHeader(std::string_view text, SetupHeader& header) {
   HeaderReader reader(text, header);
-  const bool walked = WalkSetup(reader);
-  return reader.good && !walked;
+  WalkSetup(reader);
+  return reader.good;
 }
 
 }  // namespace vc

@@ -25,7 +25,8 @@ std::string WriteSetup(SystemSettings& settings, std::int16_t protect, const Lea
 // in the text, in range or not.
 bool ReadSetup(SystemSettings& settings, std::string_view text, bool takeConnection, LearnedStages& learned);
 
-// False where the third line is no number. What the text does not reach stays as it is.
+// False where a text is never closed or the third line is no number. What the text does not reach stays as it
+// is.
 bool ReadSetupHeader(std::string_view text, SetupHeader& header);
 
 }  // namespace vc

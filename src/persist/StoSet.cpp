@@ -1,7 +1,5 @@
 #include "persist/StoSet.h"
 
-#include <filesystem>
-
 #include "persist/Description.h"
 #include "persist/FileNames.h"
 
@@ -39,11 +37,10 @@ void StoSet::FollowName() {
 std::string StoSet::AboutFile() const {
   if (IsBlank(chooser.txtFileName.Text())) return {};
   const std::string path = chooser.Path(WithExtension(chooser.txtFileName.Text(), chooser.extension));
-  std::error_code ignored;
-  if (!std::filesystem::exists(path, ignored)) return "A new file.";
+  if (context.files.KindOf(path) == FileKind::Nothing) return "A new file.";
   SetupHeader header;
   if (!context.setups.ReadFileHeader(path, header) || !CheckModelId(header.identifier)) {
-    return "This is not a setup file.";
+    return context.FaultOf(path);
   }
   const std::string standing =
       header.protect == 1 ? "This file is protected." : "This file is not protected.";

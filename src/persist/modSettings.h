@@ -51,7 +51,7 @@ struct modSettings {
   bool SaveSetupFile(const std::string& path, std::int16_t protect);
   // The same without asking the unit.
   bool SaveWithoutCoefficients(const std::string& path, std::int16_t protect);
-  // False where the file cannot be read or does not begin with three such lines.
+  // False where the file cannot be read or one of its first three lines is no such line.
   bool ReadFileHeader(const std::string& path, SetupHeader& header);
 
   // Where a file of that name lies: a name without a folder is looked for in the current folder, then where

@@ -245,6 +245,33 @@ TEST_F(Dialogs, ARecallThatFailsLeavesTheRecord) {
   EXPECT_EQ(told, "");
 }
 
+TEST_F(Dialogs, BothWindowsSayWhatIsWrongWithAFile) {
+  support::Put(Path("open.nrv"), "\"VELTRA\"\r\n\"never closed\r\n0\r\n");
+  support::Put(Path("other.nrv"), "\"OTHER\"\r\n\"\"\r\n0\r\n");
+  fs::create_directory(Path("folder.nrv"));
+  fs::create_symlink(Path("away"), Path("link.nrv"));
+  const std::string invalid = "This is not a valid setup file.";
+  const std::vector<std::array<std::string, 2>> cases{{"open", invalid},
+                                                      {"other", invalid},
+                                                      {"folder", "This is a folder."},
+                                                      {"link", "This file cannot be read."}};
+  store.Show();
+  for (const auto& [name, fault] : cases) {
+    Type("txtFileName", name);
+    EXPECT_EQ(Shown("txtAbout"), fault) << name;
+  }
+  forms.Unload(store.form);
+  recall.Show();
+  for (const auto& [name, fault] : cases) {
+    Type("txtFileName", name);
+    EXPECT_EQ(Shown("txtDescription"), fault) << name;
+  }
+  Type("txtFileName", "missing");
+  EXPECT_EQ(Shown("txtDescription"), "There is no setup file of this name.");
+  Recall("open");
+  EXPECT_EQ(Boxes(), "Invalid Settings File;");
+}
+
 TEST_F(Dialogs, NamesAreBytes) {
   std::int16_t cutoff = 500;
   for (const std::string name : {" two  words .nrv", "quo\"te'.nrv", "back\\slash\nline.nrv",
