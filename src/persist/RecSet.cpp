@@ -63,7 +63,14 @@ bool RecSet::Recall() {
     return false;
   }
   context.lastName = LastPart(name);
+  TellCompanions();
   return true;
+}
+
+void RecSet::TellCompanions() const {
+  const std::string fault = context.setups.CompanionFault();
+  if (fault.empty()) return;
+  context.Warn(box::Exclamation, "Unable to Save File", fault + "  The setup itself has been recalled.");
 }
 
 bool RecSet::Read(const std::string& name) {

@@ -28,6 +28,7 @@ struct RecSet {
   bool ReadHeader(const std::string& name, SetupHeader& header) const;
   bool Recall();
   bool Read(const std::string& name);
+  void TellCompanions() const;
 
   SetupContext& context;
 };

@@ -63,7 +63,10 @@ bool modSettings::LoadSetupFile(const std::string& path, std::int16_t& flag) {
   LearnedStages learned;
   const bool read = ReadSetup(settings, text, takeConnection, learned);
   ValidateSettings(settings);
-  return read && KeepLearned(learned);
+  if (!read) return false;
+  unwritten = Companions(learned);
+  WriteCompanions();
+  return true;
 }
 
 bool modSettings::RecallSetupFile(const std::string& path, std::int16_t flag) {
@@ -73,15 +76,28 @@ bool modSettings::RecallSetupFile(const std::string& path, std::int16_t flag) {
   return false;
 }
 
-bool modSettings::KeepLearned(const LearnedStages& learned) {
-  return std::ranges::all_of(learned, [this](const auto& entry) {
-    const std::string text = AdaptiveFilterFile(settings, entry.first, entry.second);
-    const std::string name = CompanionName(settings, entry.first);
-    // A working folder on a medium that is not in must not cost the operator the whole setup.
+std::map<std::string, std::string> modSettings::Companions(const LearnedStages& learned) const {
+  std::map<std::string, std::string> companions;
+  for (const auto& [stage, coefficients] : learned) {
+    companions[CompanionName(settings, stage)] = AdaptiveFilterFile(settings, stage, coefficients);
+  }
+  return companions;
+}
+
+void modSettings::WriteCompanions() {
+  std::erase_if(unwritten, [this](const auto& companion) {
+    const auto& [name, text] = companion;
+    // A working folder on a medium that is not in must not cost the operator what was learned.
     return (!settings.workingFolder.empty() &&
             WriteWholeFile(files, JoinPath(settings.workingFolder, name), text)) ||
            WriteWholeFile(files, JoinPath(desk.InstallFolder(), name), text);
   });
+}
+
+std::string modSettings::CompanionFault() const {
+  std::string names;
+  for (const auto& [name, text] : unwritten) names += (names.empty() ? "" : " and ") + name;
+  return names.empty() ? names : names + " could not be written.";
 }
 
 bool modSettings::SaveSetupFile(const std::string& path, std::int16_t protect) {

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <span>
 #include <string>
 #include <string_view>
@@ -41,8 +42,8 @@ struct modSettings {
   // Defaults, then the file's values, then the ranges. False where the file cannot be opened, and then
   // nothing has changed; false too where it breaks off at a line that is none, and then what stood before
   // that line is in the record. A file that merely ends early is good. Learned coefficients go into files of
-  // their own, "Previous Filter 1 Settings.cof"; where one cannot be written the load stops there and is
-  // false.
+  // their own, "Previous Filter 1 Settings.cof"; one that cannot be written does not make the setup a bad one
+  // (see CompanionFault).
   bool LoadSetupFile(const std::string& path, std::int16_t& flag);
   // A load that leaves the record as it was where it fails.
   bool RecallSetupFile(const std::string& path, std::int16_t flag);
@@ -54,6 +55,11 @@ struct modSettings {
   // False where the file cannot be read or one of its first three lines is no such line.
   bool ReadFileHeader(const std::string& path, SetupHeader& header);
 
+  // "Previous Filter 1 Settings.cof could not be written." of the last good load, empty where all were.
+  std::string CompanionFault() const;
+  // Tries those again.
+  void WriteCompanions();
+
   // Where a file of that name lies: a name without a folder is looked for in the current folder, then where
   // the program keeps its files, then beside the executable. A name that is nowhere comes back as it is.
   std::string Locate(const std::string& name) const;
@@ -63,12 +69,13 @@ struct modSettings {
 
  private:
   bool ReadLearned(LearnedStages& learned);
-  bool KeepLearned(const LearnedStages& learned);
+  std::map<std::string, std::string> Companions(const LearnedStages& learned) const;
 
   SystemSettings& settings;
   Files& files;
   const Desk& desk;
-  int blocksRead = 0, blocksToRead = 0;  // by the save that is under way
+  std::map<std::string, std::string> unwritten;  // companions of the last good load, their texts by name
+  int blocksRead = 0, blocksToRead = 0;          // by the save that is under way
 };
 
 // True for the identifiers of this program and of those whose files it can read.

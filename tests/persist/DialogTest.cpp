@@ -221,6 +221,19 @@ TEST_F(Dialogs, ARecallTakesWhatTheFileHolds) {
   EXPECT_EQ(Boxes(), "");
 }
 
+TEST_F(Dialogs, ARecallSaysWhichCompanionCouldNotBeWrittenAndCounts) {
+  SystemSettings made = settings;
+  made.lpfCutoff[1] = 777;
+  support::Put(Path("learned.nrv"), WriteSetup(made, 0, {{1, {7, 8, 9}}}));
+  fs::create_directory(Path("Previous Filter 1 Settings.cof"));
+  Recall("learned");
+  EXPECT_EQ(desk.boxes.at(0).text,
+            "Previous Filter 1 Settings.cof could not be written.  The setup itself has been recalled.");
+  EXPECT_EQ(Boxes(), "Unable to Save File;");
+  EXPECT_EQ(settings.lpfCutoff[1], 777);
+  EXPECT_TRUE(forms.open.empty());
+}
+
 TEST_F(Dialogs, ARecallThatFailsLeavesTheRecord) {
   Make("good.nrv", 777);
   std::string damaged = support::Content(Path("good.nrv"));
