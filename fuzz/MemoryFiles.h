@@ -16,6 +16,7 @@ class MemoryFiles : public vc::Files {
   vc::FileKind KindOf(const std::string& path) override {
     return content.contains(path) ? vc::FileKind::File : vc::FileKind::Nothing;
   }
+  std::int64_t WrittenAt(const std::string& /*path*/) override { return 0; }
   bool ReadStart(const std::string& path, std::size_t count, std::string& bytes) override {
     const auto found = content.find(path);
     if (found != content.end()) bytes = found->second.substr(0, count);

@@ -157,6 +157,12 @@ vc::FileKind PosixFiles::KindOf(const std::string& path) {
   return S_ISDIR(facts.st_mode) ? vc::FileKind::Folder : vc::FileKind::SomethingElse;
 }
 
+std::int64_t PosixFiles::WrittenAt(const std::string& path) {
+  struct stat facts {};
+  if (stat(path.c_str(), &facts) != 0) return 0;
+  return std::int64_t{facts.st_mtim.tv_sec} * 1000000 + facts.st_mtim.tv_nsec / 1000;
+}
+
 bool PosixFiles::ReadStart(const std::string& path, std::size_t count, std::string& bytes) {
   bytes.clear();
   // Opening alone can do harm: a serial line would raise its signals, a pipe wait for its writer.

@@ -11,6 +11,7 @@ namespace host {
 class PosixFiles : public vc::Files {
  public:
   vc::FileKind KindOf(const std::string& path) override;
+  std::int64_t WrittenAt(const std::string& path) override;
   bool ReadStart(const std::string& path, std::size_t count, std::string& bytes) override;
   std::unique_ptr<vc::NewFile> CreateBeside(const std::string& target) override;
   void Settle() override;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -45,6 +46,8 @@ class Files {
   virtual ~Files() = default;
   // Nothing, too, where the way to the name may not be gone.
   virtual FileKind KindOf(const std::string& path) = 0;
+  // When a file was written last, in microseconds since some fixed moment; 0 where there is none.
+  virtual std::int64_t WrittenAt(const std::string& path) = 0;
   // The first count bytes, or all of a shorter file. False, at once, for what is no regular file (a folder, a
   // device, a pipe), what is not there and what may not be read.
   virtual bool ReadStart(const std::string& path, std::size_t count, std::string& bytes) = 0;

@@ -1,6 +1,10 @@
 #include "shell/LastState.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "model/Settings.h"
+#include "persist/FileNames.h"
 #include "text/ProgramInfo.h"
 #include "text/modFile.h"
 
@@ -8,6 +12,17 @@ namespace vc {
 namespace {
 
 constexpr int LookMilliseconds = 2000;
+// A change is two seconds old at most when it is seen, and the look that keeps it comes up to two later.
+constexpr std::int64_t LongestMicroseconds = 6000000;
+
+// In the place of a last state that cannot be read.
+constexpr const char* StandInFile = "veltrana.set.new";
+
+// True, too, where there is nothing to read.
+bool Readable(Files& files, const std::string& path) {
+  std::string none;
+  return files.KindOf(path) == FileKind::Nothing || files.ReadStart(path, 0, none);
+}
 
 }  // namespace
 
@@ -33,23 +48,85 @@ void LastState::Claim() {
 }
 
 void LastState::Load() {
-  const std::string path = Path(LastStateFile);
-  std::int16_t flag = TakeConnection;
-  if (setups.LoadSetupFile(path, flag)) {
+  const std::vector<std::string> sources = Sources();
+  if (std::ranges::any_of(sources, [this](const std::string& path) { return LoadFrom(path); })) {
     if (!settings.workingFolder.empty()) platform.files.RemoveLeftovers(settings.workingFolder);
+    TellCompanions();
   } else {
-    // The exit writes a new one in its place: what is left of this one may be all that the operator has.
-    if (!heldElsewhere) platform.files.Rename(path, path + ".damaged");
     InitSettings(settings);
     LoadFactorySetup();
     settings.workingFolder.clear();
   }
   seen = settings;
+  noted(standing);
   tmrKeepState->SetEnabled(true);
 }
 
+// The files that may hold the last state, the one to take first in front. A program whose folder can no
+// longer be written has one there, and later ones where it keeps them now.
+std::vector<std::string> LastState::Sources() {
+  Files& files = platform.files;
+  keptAt = Path(LastStateFile);
+  if (!Readable(files, keptAt)) KeepInstead();
+  std::vector<std::string> sources{keptAt};
+  const std::string folder = platform.desk.ProgramFolder();
+  const std::string former = JoinPath(folder, LastStateFile);
+  if (folder != platform.desk.InstallFolder() && files.KindOf(former) == FileKind::File) {
+    standing = folder + " cannot be written: new settings are kept in " + platform.desk.InstallFolder() + ".";
+    const bool newest = files.WrittenAt(former) > files.WrittenAt(keptAt);
+    sources.insert(newest ? sources.begin() : sources.end(), former);
+  }
+  return sources;
+}
+
+bool LastState::LoadFrom(const std::string& path) {
+  if (platform.files.KindOf(path) == FileKind::Nothing) return false;
+  std::int16_t flag = TakeConnection;
+  if (setups.LoadSetupFile(path, flag)) return true;
+  // The exit writes a new one in its place: what is left of this one may be all that the operator has.
+  if (path != keptAt) {
+    TellUnopened(path, "");
+  } else if (!heldElsewhere && !PutAside(path)) {
+    KeepInstead();
+  }
+  return false;
+}
+
+// Behind those that were put aside before, of which the last ones stay.
+bool LastState::PutAside(const std::string& path) const {
+  constexpr int most = 9;
+  const auto place = [&path](int number) {
+    return path + ".damaged" + (number == 1 ? "" : "." + std::to_string(number));
+  };
+  int number = 1;
+  while (number < most && platform.files.KindOf(place(number)) != FileKind::Nothing) ++number;
+  for (; number > 1; --number) {
+    if (!platform.files.Rename(place(number - 1), place(number))) return false;
+  }
+  return platform.files.Rename(path, place(1));
+}
+
+void LastState::KeepInstead() {
+  const std::string alone = std::exchange(keptAt, Path(StandInFile));
+  const std::string instead =
+      std::string("  It stays as it is, and the settings of this run are kept in ") + StandInFile + ".";
+  TellUnopened(alone, heldElsewhere ? "" : instead);
+}
+
+void LastState::TellUnopened(const std::string& path, const std::string& instead) const {
+  platform.desk.Box(box::Exclamation, "Unable to Load File", path + " cannot be opened." + instead);
+}
+
+void LastState::TellCompanions() const {
+  const std::string fault = setups.CompanionFault();
+  if (!fault.empty()) platform.desk.Box(box::Exclamation, "Unable to Save File", fault);
+}
+
 bool LastState::LoadFactorySetup() {
-  if (setups.RecallSetupFile(FactoryFile, TakeConnection)) return true;
+  if (setups.RecallSetupFile(FactoryFile, TakeConnection)) {
+    TellCompanions();
+    return true;
+  }
   platform.desk.Box(box::Exclamation, "Unable to Load File", std::string(FactoryFile) + " cannot be opened.");
   return false;
 }
@@ -60,24 +137,44 @@ void LastState::Save() {
   platform.files.Settle();
 }
 
+// First what takes no time: whoever ends the program may not wait until the unit has answered.
 void LastState::SaveNow() {
-  const std::string path = Path(LastStateFile);
-  if (setups.SaveSetupFile(path, 0) || setups.SaveWithoutCoefficients(path, 0)) return;
-  const std::string name = LastStateFile;
+  setups.WriteCompanions();
+  bool kept = setups.SaveWithoutCoefficients(keptAt, 0);
+  if (setups.hooks.portOpen()) kept = setups.SaveSetupFile(keptAt, 0) || kept;
+  if (kept) return;
+  const std::string name = LastPart(keptAt);
   platform.desk.Box(box::Exclamation, "Unable to Save File",
                     name + ".  Disk Full or " + name + " cannot be opened.  Cancelling parameter store...");
 }
 
-// Kept once the record has stood still from one look to the next: not in the midst of a drag.
+// Kept once the record has stood still from one look to the next, not in the midst of a drag; but while the
+// edits do not end it is not put off for ever.
 void LastState::KeepUp() {
   platform.files.Settle();
   if (heldElsewhere || !settled()) return;
-  if (settings != seen) {
-    seen = settings;
-    changed = true;
-  } else if (changed) {
-    changed = !setups.SaveWithoutCoefficients(Path(LastStateFile), 0);
-    keptUp(!changed);
+  const bool moved = settings != seen;
+  const std::int64_t now = platform.clock.Microseconds();
+  if (moved) seen = settings;
+  if (moved && !unkeptSince) unkeptSince = now;
+  if (unkeptSince && (!moved || now - *unkeptSince >= LongestMicroseconds)) Keep();
+}
+
+void LastState::KeepNow() {
+  if (heldElsewhere || !settled()) return;
+  seen = settings;
+  Keep();
+  platform.files.Settle();
+}
+
+void LastState::Keep() {
+  setups.WriteCompanions();
+  if (setups.SaveWithoutCoefficients(keptAt, 0)) {
+    unkeptSince.reset();
+    noted(standing);
+  } else {
+    if (!unkeptSince) unkeptSince = platform.clock.Microseconds();
+    noted("The settings cannot be kept: the disk is full or cannot be written.");
   }
 }
 

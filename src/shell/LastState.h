@@ -3,9 +3,12 @@
 // costs the last seconds at most.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "model/SystemSettings.h"
 #include "persist/modSettings.h"
@@ -16,8 +19,8 @@ namespace vc {
 struct LastState {
   LastState(SystemSettings& record, modSettings& setupFiles, Platform& host);
 
-  // A state that has just been kept, or could not be.
-  std::function<void(bool kept)> keptUp = [](bool) {};
+  // What the operator is to know of the keeping for as long as it holds; empty where there is nothing.
+  std::function<void(const std::string& note)> noted = [](const std::string&) {};
   // False while something is about to change the record back, so that it must not be kept as it stands.
   std::function<bool()> settled = [] { return true; };
 
@@ -26,17 +29,27 @@ struct LastState {
   // Makes the folder's state this run's own, and clears away what killed runs have left. Where another
   // program has it the operator is told; this run then begins with the same state and keeps none.
   void Claim();
-  // The last state, else the factory setup without a working folder, else the defaults. A last state that is
-  // damaged is put aside. Only a missing factory setup is told.
+  // The last state, else the factory setup without a working folder, else the defaults. One that is damaged
+  // is put aside; one that cannot be read stays, and what this run leaves has another name. Told are that,
+  // coefficients that could not be put into their files, and a missing factory setup.
   void Load();
+  // At once, without what the unit has learned.
+  void KeepNow();
   // At the exit: with what the unit has learned, or without where that cannot be had. A failure is told.
   void Save();
   // False, with a message, where the factory setup cannot be had; the record is then as it was.
   bool LoadFactorySetup();
 
  private:
+  std::vector<std::string> Sources();
+  bool LoadFrom(const std::string& path);
+  bool PutAside(const std::string& path) const;
+  void KeepInstead();
+  void TellUnopened(const std::string& path, const std::string& instead) const;
+  void TellCompanions() const;
   void SaveNow();
   void KeepUp();
+  void Keep();
   std::string Path(const char* name) const;
 
   SystemSettings& settings;
@@ -44,8 +57,10 @@ struct LastState {
   Platform& platform;
   std::unique_ptr<FileLock> claim;
   bool heldElsewhere = false;
-  SystemSettings seen;  // at the last look
-  bool changed = false;
+  std::string keptAt;                       // the path of what this run leaves
+  std::string standing;                     // the note while nothing is wrong
+  SystemSettings seen;                      // at the last look
+  std::optional<std::int64_t> unkeptSince;  // when a change that is not kept yet was seen, microseconds
 };
 
 }  // namespace vc

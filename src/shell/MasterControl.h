@@ -65,6 +65,8 @@ struct MasterControl {
   ControlArray<Label, 0, 2> lblOversizeFilters{
       fraFoot, "lblOversizeFilters", {"Oversize Filters", "A filter has borrowed DSP stages of the unit."}};
   Label lblStatus{fraFoot, "lblStatus", ""};
+  // How the settings are kept, where that is not as always.
+  Label lblKeeping{fraFoot, "lblKeeping", ""};
 
   // Fills the panel from the record, with every handler of its controls inert.
   void ConfigMasterControl();
@@ -84,6 +86,7 @@ struct MasterControl {
   std::string BroadbandSuffix(int number) const;
 
   void ShowOversize(bool shown);
+  void ShowKeeping(const std::string& note);
   // Puts the check marks of the port and rate menus where the record says.
   void CheckPortAndRate();
   void CheckConnectEntries(bool connected);

@@ -170,4 +170,9 @@ void MasterControl::ShowOversize(bool shown) {
   for (Label& label : lblOversizeFilters) label.core.SetVisible(shown);
 }
 
+void MasterControl::ShowKeeping(const std::string& note) {
+  lblKeeping.core.SetCaption(note);
+  lblKeeping.core.SetVisible(!note.empty());
+}
+
 }  // namespace vc

@@ -113,12 +113,7 @@ void Session::FillSetupHooks() {
   setups.hooks.progress = [this](int done, int total) {
     platform.desk.ShowProgress("Reading coefficients", done, total);
   };
-  lastState.keptUp = [this](bool kept) {
-    const std::string trouble = "The settings cannot be kept: the disk is full or cannot be written.";
-    ControlCore& status = master.lblStatus.core;
-    if (!kept) status.SetCaption(trouble);
-    if (kept && status.Caption() == trouble) status.SetCaption("");
-  };
+  lastState.noted = [this](const std::string& note) { master.ShowKeeping(note); };
   lastState.settled = [this] { return !setupContext.working; };
   setupContext.switchMainTimer = [this](bool on) {
     const bool before = periodic.tmrBargraph->Enabled();

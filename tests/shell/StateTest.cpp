@@ -107,6 +107,102 @@ TEST_F(States, ADamagedLastStateIsPutAsideAndNothingIsSaid) {
   EXPECT_TRUE(Content(last).starts_with("\"VELTRA\"\r\n\"\"\r\n0\r\n1\r\n4\r\n"));
 }
 
+TEST_F(States, OfTheDamagedOnesTheLastNineStay) {
+  const auto damaged = [](int n) { return "\"VELTRA\"\r\n\"\"\r\nnonsense " + std::to_string(n); };
+  for (int n = 1; n <= 11; ++n) {
+    Put(last, damaged(n));
+    Outing(*this, false).Started();  // and is killed
+  }
+  EXPECT_EQ(Content(last + ".damaged"), damaged(11));
+  for (int n = 2; n <= 9; ++n) {
+    EXPECT_EQ(Content(last + ".damaged." + std::to_string(n)), damaged(12 - n));
+  }
+  EXPECT_FALSE(std::filesystem::exists(last + ".damaged.10"));
+}
+
+TEST_F(States, ALastStateThatIsAwayStaysAndThisRunsIsKeptBesideIt) {
+  const std::string away = Path("away"), target = away + "/veltrana.set";
+  std::filesystem::create_symlink(target, last);
+  const std::string told = last +
+                           " cannot be opened.  It stays as it is, and the settings of this run are kept in "
+                           "veltrana.set.new.";
+  for (const char* cutoff : {"321", "322"}) {
+    Outing run(*this, false);
+    run.Started();
+    EXPECT_EQ(run.desk.boxes.at(0).title + ": " + run.desk.boxes[0].text, "Unable to Load File: " + told);
+    EXPECT_EQ(run.session.settings.ihpfCutoff == 321, std::string(cutoff) == "322");
+    run.Edit("ihpfCutoff", cutoff);
+    run.session.Exit();
+  }
+  EXPECT_TRUE(std::filesystem::is_symlink(last) && !std::filesystem::exists(last));
+  std::filesystem::create_directory(away);
+  Put(target, "\"VELTRA\"\r\n\"\"\r\n0\r\n1\r\n4\r\n3\r\n");
+  Outing run(*this, false);
+  EXPECT_EQ(run.Started().settings.limiterThreshold, 3);
+  run.session.Exit();
+  EXPECT_EQ(Content(target), SetupOf(run.session));
+  EXPECT_TRUE(std::filesystem::is_symlink(last));
+}
+
+TEST_F(States, WhatCannotBePutAsideIsLeftAlone) {
+  for (int n = 2; n <= 9; ++n) {
+    std::filesystem::create_directories(last + ".damaged." + std::to_string(n) + "/full");
+  }
+  for (const char* name : {"veltrana.set", "veltrana.set.damaged"}) Put(Path(name), "nonsense\r\n\"\"\r\nx");
+  Outing run(*this, false);
+  run.Started();
+  EXPECT_EQ(run.Titles().front(), "Unable to Load File");
+  run.session.Exit();
+  for (const char* name : {"veltrana.set", "veltrana.set.damaged"}) {
+    EXPECT_EQ(Content(Path(name)), "nonsense\r\n\"\"\r\nx");
+  }
+  EXPECT_EQ(Content(last + ".new"), SetupOf(run.session));
+}
+
+TEST_F(States, ACompanionThatCannotBeWrittenIsToldAndTheSetupCounts) {
+  SystemSettings left;
+  InitSettings(left);
+  left.ihpfCutoff = 321;
+  left.workingFolder = Path("tapes");
+  Put(last, WriteSetup(left, 0, {{1, {7, 8, 9}}}));
+  const std::string companion = Path("Previous Filter 1 Settings.cof");
+  std::filesystem::create_directory(companion);
+  Outing run(*this, false);
+  EXPECT_EQ(run.Started().settings.ihpfCutoff, 321);
+  EXPECT_EQ(run.desk.boxes.at(0).title, "Unable to Save File");
+  EXPECT_EQ(run.desk.boxes[0].text, "Previous Filter 1 Settings.cof could not be written.");
+  EXPECT_FALSE(std::filesystem::exists(last + ".damaged"));
+  // Before the state without the coefficients takes the place of the one with them, it is tried again.
+  std::filesystem::remove(companion);
+  run.Edit("ihpfCutoff", "333");
+  run.loop.RunFor(6000);
+  EXPECT_THAT(Content(companion), HasSubstr("\"Coefficients\"\r\n1\r\n3\r\n7\r\n8\r\n9\r\n"));
+  EXPECT_EQ(Content(last), SetupOf(run.session));
+}
+
+TEST_F(States, AFolderThatCanNoLongerBeWrittenStillGivesItsState) {
+  const support::TempFolder readOnly;
+  const std::string former = readOnly.Path() + "/veltrana.set";
+  SystemSettings left;
+  InitSettings(left);
+  left.ihpfCutoff = 321;
+  Put(former, WriteSetup(left, 0, {}));
+  for (const int expected : {321, 333}) {  // what is kept elsewhere is newer
+    Outing run(*this, false);
+    run.desk.programFolder = readOnly.Path();
+    EXPECT_EQ(run.Started().settings.ihpfCutoff, expected);
+    EXPECT_EQ(run.session.master.lblKeeping.core.Caption(),
+              readOnly.Path() + " cannot be written: new settings are kept in " + folder.Path() + ".");
+    EXPECT_TRUE(run.session.master.lblKeeping.core.Shown());
+    run.Edit("ihpfCutoff", "333");
+    run.session.Exit();
+  }
+  std::filesystem::last_write_time(last, std::filesystem::last_write_time(former) - std::chrono::seconds(1));
+  Outing run(*this, false);
+  run.desk.programFolder = readOnly.Path();
+  EXPECT_EQ(run.Started().settings.ihpfCutoff, 321);
+}
+
 TEST_F(States, WithoutAFactorySetupTheDefaultsStayAndItIsSaidOnce) {
   Outing run(*this);
   run.desk.programFolder = folder.Path();
@@ -223,18 +319,33 @@ TEST_F(States, AKilledProgramLosesTheLastSecondsAtMost) {
   EXPECT_EQ(run.Started().settings.ihpfCutoff, 321);
 }
 
+TEST_F(States, EditsWithoutEndAreKeptTenSecondsAfterTheFirstAtTheLatest) {
+  Outing run(*this, false);
+  run.Started();
+  for (int second = 1; second <= 40; ++second) {
+    run.Edit("ihpfCutoff", std::to_string(100 + 10 * second));
+    run.loop.RunFor(1000);
+    if (second < 10) continue;
+    SystemSettings kept;
+    LearnedStages learned;
+    ASSERT_TRUE(ReadSetup(kept, Content(last), true, learned)) << second;
+    EXPECT_GE(kept.ihpfCutoff, 100 + 10 * (second - 9)) << second;
+  }
+}
+
 TEST_F(States, ADiskThatFillsIsTriedAgain) {
   Outing run(*this);
   Session& session = run.Started();
   run.Edit("ihpfCutoff", "321");
   run.files.failAt = run.files.operations + 1;
   run.loop.RunFor(4500);
-  EXPECT_THAT(session.master.lblStatus.core.Caption(), HasSubstr("cannot be kept"));
+  EXPECT_THAT(session.master.lblKeeping.core.Caption(), HasSubstr("cannot be kept"));
+  EXPECT_TRUE(session.master.lblKeeping.core.Shown());
   run.loop.RunFor(2500);
-  EXPECT_EQ(session.master.lblStatus.core.Caption(), "");
+  EXPECT_FALSE(session.master.lblKeeping.core.Shown());
   EXPECT_EQ(Content(last), SetupOf(session));
   session.device.DisconnectZorq(true);
-  run.files.failAt = run.files.operations + 3;  // both attempts of the exit
+  run.files.failAt = run.files.operations + 1;
   run.files.failFor = 1000;
   session.Exit();
   EXPECT_EQ(run.desk.boxes.back().title, "Unable to Save File");

@@ -12,6 +12,7 @@ class FaultyFiles : public vc::Files {
   int operations = 0;
 
   vc::FileKind KindOf(const std::string& path) override { return real.KindOf(path); }
+  std::int64_t WrittenAt(const std::string& path) override { return real.WrittenAt(path); }
   bool ReadStart(const std::string& path, std::size_t count, std::string& bytes) override {
     return Works() && real.ReadStart(path, count, bytes);
   }
