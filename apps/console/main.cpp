@@ -1,5 +1,6 @@
 // veltrana-console: the session on standard input and output.
 #include <array>
+#include <cerrno>
 #include <iostream>
 #include <string>
 
@@ -7,9 +8,11 @@
 #include <unistd.h>
 
 #include "console/Console.h"
+#include "host/EndSignals.h"
 #include "host/Folders.h"
 #include "host/PosixFiles.h"
 #include "host/PosixSerialPorts.h"
+#include "host/StandardStreams.h"
 #include "host/SystemClock.h"
 #include "text/Convert.h"
 
@@ -18,19 +21,14 @@ namespace {
 // Standard input as lines, without blocking longer than asked.
 class LineInput {
  public:
-  // Waits at most so long for more; true while there may be more to come.
-  bool Await(std::int64_t microseconds) {
-    pollfd watched{STDIN_FILENO, POLLIN, 0};
+  explicit LineInput(int wakeDescriptor) : wake(wakeDescriptor) {}
+
+  // Waits at most so long for more, or until the other descriptor can be read.
+  void Await(std::int64_t microseconds) {
+    std::array<pollfd, 2> watched{{{STDIN_FILENO, POLLIN, 0}, {wake, POLLIN, 0}}};
     const timespec limit{microseconds / 1000000, microseconds % 1000000 * 1000};
-    if (ended || ppoll(&watched, 1, &limit, nullptr) <= 0) return !ended;
-    std::array<char, 4096> block{};
-    const ssize_t count = read(STDIN_FILENO, block.data(), block.size());
-    if (count > 0) {
-      text.append(block.data(), static_cast<std::size_t>(count));
-    } else {
-      ended = true;
-    }
-    return !ended;
+    if (ended || ppoll(watched.data(), watched.size(), &limit, nullptr) <= 0) return;
+    if (watched[0].revents != 0) Read();
   }
 
   // Takes the next whole line; at the end of the input what is left counts as one.
@@ -45,14 +43,37 @@ class LineInput {
   bool Exhausted() const { return ended && text.empty(); }
 
  private:
+  void Read() {
+    std::array<char, 4096> block{};
+    const ssize_t count = read(STDIN_FILENO, block.data(), block.size());
+    if (count < 0 && errno == EINTR) return;
+    ended = count <= 0;
+    if (count > 0) text.append(block.data(), static_cast<std::size_t>(count));
+  }
+
+  int wake;
   std::string text;
   bool ended = false;
 };
 
+// Timers go on while the operator thinks.
+void AwaitLine(host::TimerLoop& loop, vc::Clock& clock, LineInput& input) {
+  constexpr int longestMilliseconds = 1000;
+  loop.SetIdle([&input](std::int64_t microseconds) { input.Await(microseconds); });
+  try {
+    loop.RunEvents(longestMilliseconds);
+  } catch (const vc::Fault& fault) {
+    std::cout << "error " << fault.description << std::endl;
+  }
+  loop.SetIdle([&clock](std::int64_t microseconds) { clock.Sleep(microseconds); });
+}
+
 int RunConsole() {
+  const host::EndSignals signals;
   const host::Folders folders = host::FindFolders();
   host::SystemClock clock;
   host::TimerLoop loop(clock);
+  loop.SetEndAsked([&signals] { return signals.Come(); });
   host::PosixSerialPorts ports({.linkFolder = folders.executable + "/ports"});
   console::ConsoleDesk desk(std::cout, clock, folders);
   host::PosixFiles files;
@@ -60,27 +81,20 @@ int RunConsole() {
   console::Console face(session, desk, loop, std::cout);
 
   session.Start();
-  LineInput input;
+  LineInput input(signals.Descriptor());
   std::string line;
-  constexpr int longestWaitMilliseconds = 1000;
-  while (!loop.Ending()) {
+  // Whoever no longer reads what is said does not drive the program any more.
+  while (!loop.Ending() && std::cout) {
     if (input.Take(line)) {
       face.Execute(line);
     } else if (input.Exhausted()) {
       face.Execute("quit");
     } else {
-      // Timers go on while the operator thinks.
-      loop.SetIdle([&input](std::int64_t microseconds) { input.Await(microseconds); });
-      try {
-        loop.RunEvents(longestWaitMilliseconds);
-      } catch (const vc::Fault& fault) {
-        std::cout << "error " << fault.description << std::endl;
-      }
-      loop.SetIdle([&clock](std::int64_t microseconds) { clock.Sleep(microseconds); });
+      AwaitLine(loop, clock, input);
     }
   }
   session.Exit();
-  return 0;
+  return std::cout ? 0 : 1;
 }
 
 }  // namespace
@@ -90,5 +104,6 @@ int main(int argc, char** /*argv*/) {
     std::cerr << "veltrana-console takes no arguments: its configuration lies in the setup files\n";
     return 2;
   }
+  host::FillStandardStreams();
   return RunConsole();
 }

@@ -44,7 +44,7 @@ std::unique_ptr<vc::Timer> QtEventLoop::CreateTimer(int intervalMilliseconds, st
 }
 
 void QtEventLoop::RunEvents(int waitMilliseconds) {
-  if (ending) return;
+  if (Ending()) return;
   if (waitMilliseconds > 0) {
     QTimer limit;  // its own event ends the wait
     limit.setTimerType(Qt::PreciseTimer);
@@ -55,8 +55,10 @@ void QtEventLoop::RunEvents(int waitMilliseconds) {
   QCoreApplication::processEvents();
 }
 
+// Again, too: a box that has come up since then must not keep the program.
 void QtEventLoop::RequestEnd() {
-  if (!std::exchange(ending, true)) end.start();
+  ending = true;
+  end.start();
 }
 
 }  // namespace desktop

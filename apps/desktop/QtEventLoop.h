@@ -13,9 +13,14 @@ class QtEventLoop : public vc::EventLoop {
   std::unique_ptr<vc::Timer> CreateTimer(int intervalMilliseconds, std::function<void()> tick) override;
   void RunEvents(int waitMilliseconds) override;
   void RequestEnd() override;
-  bool Ending() const override { return ending; }
+  bool Ending() const override { return ending || endAsked(); }
+
+  // Asked whenever it matters; where it is true the end has been asked for from outside, and RequestEnd
+  // follows with the next event.
+  void SetEndAsked(std::function<bool()> asked) { endAsked = std::move(asked); }
 
  private:
+  std::function<bool()> endAsked = [] { return false; };
   bool ending = false;
   QTimer end;  // fires once the running handler has returned
 };

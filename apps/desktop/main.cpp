@@ -4,20 +4,25 @@
 #include <QTimer>
 
 #include "desktop/Application.h"
-#include "desktop/EndSignals.h"
+#include "desktop/EndRequests.h"
 #include "desktop/Program.h"
 #include "desktop/Theme.h"
+#include "host/StandardStreams.h"
 
 int main(int argc, char** argv) {
   if (argc > 1) {
     std::cerr << "veltrana takes no arguments: its configuration lies in the setup files\n";
     return 2;
   }
-  desktop::EndSignals::Block();
+  host::FillStandardStreams();
+  host::EndSignals signals;
   desktop::Application application(argc, argv);
   desktop::ApplyTheme(desktop::SystemTheme());
   desktop::Program program;
-  const desktop::EndSignals signals([&program] { program.events.RequestEnd(); });
+  program.events.SetEndAsked([&signals] { return signals.Come(); });
+  const desktop::EndRequests requests(
+      signals, [&program] { program.events.RequestEnd(); },
+      [&program] { program.session.lastState.KeepNow(); });
   // From within the running loop, so that the message boxes of the start work.
   QTimer::singleShot(0, &application, [&program] { program.session.Start(); });
   const int result = QApplication::exec();

@@ -53,7 +53,7 @@ void TimerLoop::RunEvents(int waitMilliseconds) {
   // Every timer that is due by now fires once; the one that fires longest after its time goes first.
   const std::int64_t now = clock.Microseconds();
   while (auto next = Next()) {
-    if (next->due > now || ending) break;
+    if (next->due > now || Ending()) break;
     const std::int64_t interval = next->interval * MicrosecondsPerMillisecond;
     next->due += interval;
     if (next->due <= now) next->due = now + interval;  // ticks that were missed do not come in a burst
@@ -63,7 +63,7 @@ void TimerLoop::RunEvents(int waitMilliseconds) {
 
 void TimerLoop::RunFor(int milliseconds) {
   const std::int64_t end = clock.Microseconds() + milliseconds * MicrosecondsPerMillisecond;
-  while (!ending) {
+  while (!Ending()) {
     const std::int64_t rest = end - clock.Microseconds();
     if (rest <= 0) break;
     RunEvents(static_cast<int>((rest + MicrosecondsPerMillisecond - 1) / MicrosecondsPerMillisecond));

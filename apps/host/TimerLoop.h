@@ -19,12 +19,15 @@ class TimerLoop : public vc::EventLoop {
   std::unique_ptr<vc::Timer> CreateTimer(int intervalMilliseconds, std::function<void()> tick) override;
   void RunEvents(int waitMilliseconds) override;
   void RequestEnd() override { ending = true; }
-  bool Ending() const override { return ending; }
+  bool Ending() const override { return ending || endAsked(); }
 
   // Runs events for so long, or until the end is asked for.
   void RunFor(int milliseconds);
   // Replaces the sleep between events: it gets the longest time to wait and may return early.
   void SetIdle(std::function<void(std::int64_t microseconds)> wait) { idle = std::move(wait); }
+
+  // Asked whenever it matters; where it is true the end has been asked for from outside.
+  void SetEndAsked(std::function<bool()> asked) { endAsked = std::move(asked); }
 
   // A timer as the loop sees it; public for the timer handles only.
   struct Slot {
@@ -40,6 +43,7 @@ class TimerLoop : public vc::EventLoop {
   vc::Clock& clock;
   std::function<void(std::int64_t)> idle;
   std::vector<std::weak_ptr<Slot>> slots;
+  std::function<bool()> endAsked = [] { return false; };
   bool ending = false;
 };
 

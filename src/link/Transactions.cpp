@@ -12,6 +12,10 @@ constexpr int CommandAttempts = 5;
 constexpr std::int16_t AcknowledgeBytes = 3;
 constexpr std::int32_t PacketHundredths = 200;
 constexpr std::int32_t RecoveryHundredths = 250;
+// How soon a wait sees that the program is to end, and how long it then still lasts: a unit that is there has
+// answered by then.
+constexpr std::int32_t LookHundredths = 5;
+constexpr std::int32_t FarewellHundredths = 30;
 constexpr std::int16_t RetryCountMask = 0x3FFF;
 
 }  // namespace
@@ -29,9 +33,16 @@ void modDeviceComm::AwaitReply(std::int16_t bytes, std::int32_t limitHundredths,
       start = now;
     }
     if (now - start >= limitHundredths || seen >= bytes) break;
-    portLibrary.AwaitComm(comm.CommPortId, limitHundredths - (now - start));
+    if (now - start >= FarewellHundredths && hooks.ending()) break;
+    portLibrary.AwaitComm(comm.CommPortId, std::min(limitHundredths - (now - start), LookHundredths));
   }
-  if (errors != 0 && errorPauseHundredths > 0) portLibrary.WaitHundredths(errorPauseHundredths);
+  if (errors != 0) Pause(errorPauseHundredths);
+}
+
+void modDeviceComm::Pause(std::int32_t hundredths) {
+  for (; hundredths > 0 && !hooks.ending(); hundredths -= LookHundredths) {
+    portLibrary.WaitHundredths(std::min(hundredths, LookHundredths));
+  }
 }
 
 modDeviceComm::Outcome modDeviceComm::Transact(const Exchange& exchange, int attempts, std::string& reply) {
@@ -44,6 +55,10 @@ modDeviceComm::Outcome modDeviceComm::Transact(const Exchange& exchange, int att
     comm.ReadCommString(comm.CommPortId, reply, exchange.replyBytes);
     comm.FlushCommQueues();
     if (reply.starts_with(exchange.replyToken) && exchange.accept(reply)) return Outcome::Answered;
+    if (hooks.ending()) {
+      DisconnectZorq(true);
+      return Outcome::Closed;
+    }
     --attempts;
     CommRetryCount = static_cast<std::int16_t>((CommRetryCount + 1) & RetryCountMask);
     if (attempts > 0 && exchange.pauseOnComplaint && IsComplaint(reply)) PauseForRecovery();
@@ -52,7 +67,7 @@ modDeviceComm::Outcome modDeviceComm::Transact(const Exchange& exchange, int att
 }
 
 void modDeviceComm::PauseForRecovery() {
-  portLibrary.WaitHundredths(RecoveryHundredths);
+  Pause(RecoveryHundredths);
   comm.FlushCommQueues();
 }
 

@@ -34,6 +34,9 @@ struct LinkHooks {
   // Caption of the menu entry of the chosen port, "COM1".
   std::function<std::string()> portCaption = [] { return std::string{}; };
   std::function<int()> mainTimerMilliseconds = [] { return 50; };
+  // The program has been asked to end: a wait for a unit that does not answer is given up, and the link with
+  // it, without a word.
+  std::function<bool()> ending = [] { return false; };
   // The operator chose to stop after an unexpected error.
   std::function<void()> endProgram = [] {};
 };
@@ -127,6 +130,8 @@ struct modDeviceComm {
   bool SendAcknowledged(std::span<const std::uint8_t> frame, int attempts);
   void AwaitReply(std::int16_t bytes, std::int32_t limitHundredths, std::int32_t errorPauseHundredths);
   void PauseForRecovery();
+  // Ends early where the program is to end.
+  void Pause(std::int32_t hundredths);
 
   void CloseBeforeConnect();
   void OpenPort();

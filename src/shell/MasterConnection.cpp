@@ -64,7 +64,7 @@ void MasterControl::CheckFirmwareVersion(bool ask) {
   int bootRom = 0;
   // The firmware window must find the port free.
   if (ask && device.RequestVersion(firmware, bootRom)) device.DisconnectZorq(false);
-  if (firmware < FirmwareNeeded) OfferFirmwareUpdate();
+  if (firmware < FirmwareNeeded && !device.hooks.ending()) OfferFirmwareUpdate();
 }
 
 void MasterControl::OfferFirmwareUpdate() {

@@ -45,8 +45,10 @@ Session::Session(Platform host)
 void Session::FillLinkHooks() {
   LinkHooks& hooks = device.hooks;
   hooks.box = [this](int code, const std::string& title, const std::string& text) {
-    return platform.desk.Box(code, title, text);
+    // Nobody is there to answer, and the link has not failed.
+    return Leaving() ? SafeAnswer(box::ButtonsOf(code)) : platform.desk.Box(code, title, text);
   };
+  hooks.ending = [this] { return Leaving(); };
   hooks.connectionState = [this](const std::string& state) {
     periodic.connectionState = state;
     if (state == StateConnected) master.lblStatus.core.SetCaption("");
@@ -98,7 +100,7 @@ void Session::FillReadBackHooks() {
                       .runEvents = [this] { platform.events.RunEvents(0); },
                       .sendChanges = [this] { SendChanges(); },
                       .blockRead = [this] { setups.CountBlock(); },
-                      .ending = [this] { return platform.events.Ending(); }};
+                      .ending = [this] { return Leaving(); }};
   periodic.requestCoefBlock = [this] { coefReader.PollDisplayed(); };
   periodic.requestSpectrum = [this] { spectrumReader.RequestSpectrumData(); };
   periodic.requestSif = [this] { spectrumReader.RequestSIFData(); };
@@ -229,10 +231,12 @@ void Session::Start() {
 }
 
 void Session::ConnectAtStart() {
-  if (!device.InitComPort(false)) return;
+  if (Leaving() || !device.InitComPort(false)) return;
   master.CheckFirmwareVersion(true);
-  device.InitComPort(true);
+  if (!Leaving()) device.InitComPort(true);
 }
+
+bool Session::Leaving() const { return platform.events.Ending() && !exited; }
 
 // Handlers are inert while the flag is set: nothing that the loaded setup fills refits or clears it.
 void Session::NewSetup() {

@@ -86,6 +86,8 @@ struct Session {
   void ChooseDisplay(std::int16_t which);
   bool OpenHelp(int context) const;
   void ConnectAtStart();
+  // Asked to end, and not at it yet: the exit itself still talks to the unit.
+  bool Leaving() const;
   void ShowObjectLog();
   void Activated();
   void TakeOnSetup(const std::string& name);

@@ -88,6 +88,7 @@ TEST_F(Installed, StartsAndBeginsANewSetupWhereTheCurrentFolderMayNotBeEntered) 
   const fs::path shut = folder.Path() + "/shut";
   fs::create_directory(shut);
   fs::permissions(folder.Path(), fs::perms::all);
+  fs::create_symlink("nowhere", port);
   const std::string dropRoot = geteuid() == 0 ? "runuser -u nobody --" : "";
   Program console("/bin/sh",
                   {"-c", "cd '" + shut.string() + "' && chmod 0 . && exec " + dropRoot + " " + program});
@@ -103,6 +104,48 @@ TEST_F(Installed, StartsAndBeginsANewSetupWhereTheCurrentFolderMayNotBeEntered) 
   EXPECT_EQ(console.Await("bandwidthIndex"), "bandwidthIndex\t0");
   console.CloseInput();
   EXPECT_EQ(console.AwaitEnd(), 0);
+}
+
+TEST_F(Installed, EverySignalAndALostReaderEndItInTheExitsOrder) {
+  const std::string state = folder.Path() + "/veltrana.set", log = folder.Path() + "/ObjectLog.txt";
+  fs::create_symlink("nowhere", port);
+  constexpr int noneButNoReader = 0;
+  for (const int number : {SIGTERM, SIGINT, SIGHUP, SIGQUIT, noneButNoReader}) {
+    SCOPED_TRACE(number);
+    Program console(program);
+    console.Say("record ihpfCutoff 444");
+    EXPECT_EQ(console.Await("ihpfCutoff"), "ihpfCutoff\t444");
+    console.Signal(SIGPIPE);
+    if (number == noneButNoReader) {
+      console.CloseOutput();
+      console.Say("forms");
+    } else {
+      console.Signal(number);
+    }
+    EXPECT_EQ(console.AwaitEnd(), number == noneButNoReader ? 1 : 0);
+    EXPECT_NE(support::Content(state).find("\r\n444\r\n"), std::string::npos);
+    EXPECT_TRUE(fs::remove(state) && fs::remove(log));
+  }
+}
+
+TEST_F(Installed, ASignalEndsTheWaitForASilentUnit) {
+  for (const int number : {SIGTERM, SIGINT, SIGHUP, SIGQUIT}) {
+    fs::remove(port);
+    Program console = RunAt(line.Path());
+    ASSERT_FALSE(ReadFrame(line).empty());
+    console.Signal(number);
+    EXPECT_EQ(console.AwaitEnd(2000), 0) << number;
+  }
+}
+
+TEST_F(Installed, WithoutItsStreamsItPrintsIntoNoFile) {
+  fs::create_symlink("nowhere", port);
+  Program console("/bin/sh", {"-c", "exec " + program + " >&- 2>&-"});
+  console.Say("forms");
+  console.CloseInput();
+  EXPECT_EQ(console.AwaitEnd(), 0);
+  EXPECT_EQ(support::Content(folder.Path() + "/veltrana.lock"), "");
+  EXPECT_TRUE(support::Content(folder.Path() + "/veltrana.set").starts_with("\"VELTRA\""));
 }
 
 TEST_F(Installed, TakesNoArguments) {

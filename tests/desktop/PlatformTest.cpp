@@ -13,7 +13,7 @@
 #include <QTest>
 
 #include "VirtualClock.h"
-#include "desktop/EndSignals.h"
+#include "desktop/EndRequests.h"
 #include "desktop/QtDesk.h"
 #include "desktop/QtEventLoop.h"
 
@@ -147,11 +147,27 @@ TEST(QtEventLoop, AnEndEndsAfterTheHandlerEvenUnderneathABox) {
   EXPECT_EQ(answer, vc::Answer::No);
 }
 
-TEST(EndSignals, ATermSignalIsAnEvent) {
-  int requests = 0;
-  const EndSignals signals([&requests] { ++requests; });
-  kill(getpid(), SIGTERM);
-  EXPECT_TRUE(QTest::qWaitFor([&requests] { return requests == 1; }));
+TEST(EndRequests, EverySignalAsksForTheEndAndALogoutForKeeping) {
+  host::EndSignals signals;
+  int ends = 0, keeps = 0;
+  const EndRequests requests(
+      signals, [&ends] { ++ends; }, [&keeps] { ++keeps; });
+  int expected = 0;
+  for (const int number : {SIGTERM, SIGINT, SIGHUP, SIGQUIT}) {
+    EXPECT_EQ(signals.Come(), expected > 0);
+    kill(getpid(), number);
+    EXPECT_TRUE(signals.Come());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return ends == expected + 1; })) << number;
+    ++expected;
+  }
+  kill(getpid(), SIGPIPE);
+  // The session manager's part; nobody looks at the manager itself.
+  int nobody = 0;
+  std::array<void*, 2> arguments{nullptr, &nobody};
+  QMetaObject::activate(qApp, QMetaMethod::fromSignal(&QGuiApplication::commitDataRequest).methodIndex(),
+                        arguments.data());
+  EXPECT_EQ(keeps, 1);
+  EXPECT_EQ(ends, 4);
 }
 
 }  // namespace

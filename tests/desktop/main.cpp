@@ -4,13 +4,11 @@
 #include <QByteArray>
 
 #include "desktop/Application.h"
-#include "desktop/EndSignals.h"
 #include "desktop/Theme.h"
 
 int main(int argc, char** argv) {
   testing::InitGoogleTest(&argc, argv);
   qputenv("QT_QPA_PLATFORM", "offscreen");
-  desktop::EndSignals::Block();
   int programNameOnly = 1;
   const desktop::Application application(programNameOnly, argv);
   desktop::ApplyTheme(desktop::Theme::Light);

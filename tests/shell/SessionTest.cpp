@@ -53,6 +53,27 @@ TEST_F(Sessions, StartWithoutAUnitWorksOn) {
   EXPECT_EQ(master.top.pbxInfoPic.Image(), image);  // the icon stands still
 }
 
+TEST_F(Sessions, AnEndThatIsAskedForWhileTheStartWaitsEndsTheWaitWithoutAWord) {
+  for (const int silentAt : {0xE8, 0x82, 0x55}) {  // the probe, the version, the first of the setup
+    SCOPED_TRACE(silentAt);
+    support::ScriptedUnit silent;
+    support::TestSession run(silent.End());
+    double asked = 0;
+    silent.always = [&](const support::Bytes& frame) {
+      if (frame[3] != silentAt) return support::GoodReply(frame);
+      run.loop.RequestEnd();
+      asked = run.clock.Seconds();
+      return support::ScriptedReply{};
+    };
+    run.session.Start();
+    EXPECT_GT(asked, 0);
+    EXPECT_LT(run.clock.Seconds() - asked, 0.5);
+    EXPECT_TRUE(run.desk.boxes.empty());
+    run.session.Exit();
+    EXPECT_FALSE(run.ports.state.open);
+  }
+}
+
 TEST_F(Sessions, PollingKeepsBarsAndIconAlive) {
   Start();
   unit.sent.clear();

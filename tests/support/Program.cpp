@@ -26,6 +26,7 @@ Program::Program(const std::string& path, const std::vector<std::string>& argume
   if (child == 0) {
     dup2(in[0], STDIN_FILENO);
     dup2(out[1], STDOUT_FILENO);
+    signal(SIGPIPE, SIG_DFL);  // whatever this program does with it
     execv(path.c_str(), words.data());
     _exit(127);
   }
@@ -38,7 +39,7 @@ Program::Program(const std::string& path, const std::vector<std::string>& argume
 
 Program::~Program() {
   CloseInput();
-  close(output);
+  CloseOutput();
   if (child > 0) {
     kill(child, SIGKILL);
     waitpid(child, nullptr, 0);
@@ -48,6 +49,11 @@ Program::~Program() {
 void Program::CloseInput() {
   if (input >= 0) close(input);
   input = -1;
+}
+
+void Program::CloseOutput() {
+  if (output >= 0) close(output);
+  output = -1;
 }
 
 void Program::Say(const std::string& line) const {

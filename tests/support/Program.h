@@ -17,6 +17,8 @@ class Program {
 
   void Say(const std::string& line) const;
   void CloseInput();
+  // As a reader that goes away.
+  void CloseOutput();
   // The next line that begins with the text; empty where none comes in time.
   std::string Await(const std::string& beginning, int milliseconds = 5000);
   // Waits for the end; the exit code, -1 where it does not end in time, -2 where a signal ended it.
