@@ -59,24 +59,18 @@ std::string IndexText(const vc::FieldRow& row) {
   return text.empty() ? "no index" : text + ")";
 }
 
-const vc::MenuEntry* FindShortcut(const vc::Form& form, const std::string& combination) {
-  for (const vc::AnyControl& control : form.controls) {
-    auto* const* entry = std::get_if<vc::MenuEntry*>(&control);
-    if (entry != nullptr && (*entry)->shortcut == combination) return *entry;
-  }
-  return nullptr;
-}
-
 }  // namespace
 
 std::span<const Console::Command> Console::Commands() {
-  static constexpr std::array<Command, 15> table{{{"forms", "forms", &Console::ListForms},
+  static constexpr std::array<Command, 17> table{{{"forms", "forms", &Console::ListForms},
                                                   {"show", "show [FORM]", &Console::ShowForm},
                                                   {"get", "get CONTROL", &Console::GetControl},
                                                   {"set", "set CONTROL VALUE", &Console::SetControl},
                                                   {"type", "type CONTROL TEXT", &Console::TypeText},
                                                   {"enter", "enter CONTROL TEXT", &Console::EnterText},
                                                   {"click", "click CONTROL", &Console::Click},
+                                                  {"press", "press SLIDER KEY", &Console::Press},
+                                                  {"default", "default SLIDER", &Console::Default},
                                                   {"menu", "menu ENTRY", &Console::Menu},
                                                   {"key", "key COMBINATION", &Console::Key},
                                                   {"answer", "answer ANSWER...", &Console::QueueAnswers},
@@ -161,6 +155,12 @@ void Console::Click(const std::string& arguments) {
   Operate(arguments, [](const auto& control, const auto& /*rest*/) { return vc::ClickControl(control); });
 }
 
+void Console::Press(const std::string& arguments) { Operate(arguments, vc::PressKey); }
+
+void Console::Default(const std::string& arguments) {
+  Operate(arguments, [](const auto& control, const auto& /*rest*/) { return vc::SetToDefault(control); });
+}
+
 void Console::Menu(const std::string& arguments) {
   Operate(arguments, [](const vc::AnyControl& control, const auto& /*rest*/) {
     if (!std::holds_alternative<vc::MenuEntry*>(control)) return std::string("it is no menu entry");
@@ -171,14 +171,8 @@ void Console::Menu(const std::string& arguments) {
 void Console::Key(const std::string& arguments) {
   vc::Form* form = session.forms.Top();
   if (form == nullptr) return Error(arguments, "no form is open");
-  if (const vc::MenuEntry* entry = FindShortcut(*form, arguments)) {
-    if (!entry->core.Usable()) return Error(arguments, "it is disabled");
-    return entry->Click();
-  }
-  const auto found = form->keys.find(arguments);
-  if (found == form->keys.end()) return Error(arguments, form->name + " knows no such key");
-  const auto pressed = found->second;
-  pressed();
+  const std::string wrong = form->Press(arguments);
+  if (!wrong.empty()) Error(arguments, wrong);
 }
 
 void Console::QueueAnswers(const std::string& arguments) {

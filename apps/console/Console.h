@@ -37,6 +37,8 @@ class Console {
   void TypeText(const std::string& arguments);
   void EnterText(const std::string& arguments);
   void Click(const std::string& arguments);
+  void Press(const std::string& arguments);
+  void Default(const std::string& arguments);
   void Menu(const std::string& arguments);
   void Key(const std::string& arguments);
   void QueueAnswers(const std::string& arguments);

@@ -82,14 +82,16 @@ void FormWindow::AddKeys() {
     connect(new QShortcut(Qt::Key_F10, this), &QShortcut::activated, this, [this] { OpenMenuBar(); });
   }
   for (const auto& [combination, pressed] : form->keys) {
-    if (InMenus(*form, combination)) continue;  // with two of them neither would work
-    auto* shortcut = new QShortcut(QKeySequence(ToQt(combination)), this);
-    connect(shortcut, &QShortcut::activated, this, [this, keys = combination] {
-      if (form == nullptr) return;
-      const auto action = form->keys[keys];  // a copy: it may take the form away
-      if (action) action();
-    });
+    if (!InMenus(*form, combination)) AddKey(combination);  // with two of them neither would work
   }
+  AddKey("Escape");
+}
+
+void FormWindow::AddKey(const std::string& combination) {
+  auto* shortcut = new QShortcut(QKeySequence(ToQt(combination)), this);
+  connect(shortcut, &QShortcut::activated, this, [this, combination] {
+    if (form != nullptr) form->Press(combination);
+  });
 }
 
 void FormWindow::OpenMenuBar() {

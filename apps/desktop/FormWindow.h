@@ -34,6 +34,7 @@ class FormWindow : public QMainWindow {
  private:
   void Join();
   void AddKeys();
+  void AddKey(const std::string& combination);
   void OpenMenuBar();
   void FollowStale();
   void DressAsSplash();

@@ -8,6 +8,8 @@
 #include <QSignalBlocker>
 #include <QWheelEvent>
 
+#include "desktop/QtText.h"
+
 namespace desktop {
 namespace {
 
@@ -54,29 +56,16 @@ void SliderView::ShowModel() {
   setValue(StepsIn(model.Position() - model.PositionMin(), step));
 }
 
-void SliderView::MoveBy(double distance) {
-  MoveTo(model.Position() + (model.ReverseScale ? -distance : distance));
+void SliderView::keyPressEvent(QKeyEvent* event) {
+  const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
+  const QKeySequence keys(QKeyCombination(modifiers, static_cast<Qt::Key>(event->key())));
+  bool known = false;
+  operate([&] { known = model.Press(FromQt(keys.toString(QKeySequence::PortableText))); });
+  if (!known) QSlider::keyPressEvent(event);
 }
 
-void SliderView::keyPressEvent(QKeyEvent* event) {
-  switch (event->key()) {
-    case Qt::Key_Left:
-    case Qt::Key_Down:
-      return MoveBy(-model.KeyArrowStepSize);
-    case Qt::Key_Right:
-    case Qt::Key_Up:
-      return MoveBy(model.KeyArrowStepSize);
-    case Qt::Key_PageDown:
-      return MoveBy(-model.KeyPageStepSize);
-    case Qt::Key_PageUp:
-      return MoveBy(model.KeyPageStepSize);
-    case Qt::Key_Home:
-      return MoveTo(model.PositionMin());
-    case Qt::Key_End:
-      return MoveTo(model.PositionMax());
-    default:
-      QSlider::keyPressEvent(event);
-  }
+void SliderView::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) operate([this] { model.SetDefault(); });
 }
 
 void SliderView::wheelEvent(QWheelEvent* event) {
@@ -88,7 +77,7 @@ void SliderView::wheelEvent(QWheelEvent* event) {
   wheelRest += event->angleDelta().y();
   const int notches = wheelRest / notch;
   wheelRest -= notches * notch;
-  if (notches != 0) MoveBy(notches * model.MouseWheelStepSize);
+  if (notches != 0) operate([&] { model.MoveBy(notches * model.MouseWheelStepSize); });
   event->accept();
 }
 

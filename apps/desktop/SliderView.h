@@ -15,11 +15,16 @@ class SliderView : public QSlider {
   using Operate = std::function<void(const std::function<void()>& action)>;
   SliderView(vc::Slider& slider, Qt::Orientation direction, QWidget* parent, Operate carry);
 
+  vc::Slider& Model() const { return model; }
+  // Carries an action of the operator to the model.
+  void Carry(const std::function<void()>& action) const { operate(action); }
   // Takes range and position from the model. A position between two steps stays what it is.
   void ShowModel();
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
+  // Back to the default.
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
   // The wheel moves it only while it has the focus, so that scrolling over a window changes nothing.
   void wheelEvent(QWheelEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
@@ -27,8 +32,6 @@ class SliderView : public QSlider {
  private:
   double StepSize() const;
   void MoveTo(double position);
-  // Along the scale, in the direction of the screen.
-  void MoveBy(double distance);
 
   vc::Slider& model;
   Operate operate;

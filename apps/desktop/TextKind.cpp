@@ -52,7 +52,7 @@ struct Editing {
 
 // Joins the events of a text widget to the box.
 void Listen(Binder& binder, vc::TextBox& text, QWidget* view, const Editing& editing) {
-  const auto tell = [&binder, &text](void (vc::TextBox::*event)() const) {
+  const auto tell = [&binder, &text](auto event) {
     return [&binder, &text, event] { binder.Operate(text.core, [&text, event] { (text.*event)(); }); };
   };
   auto* afterClick = new QTimer(view);  // once the click that brought the focus has set its caret
@@ -115,7 +115,7 @@ void BindMemo(Binder& binder, vc::TextBox& text) {
           [view] { return view->document()->isRedoAvailable(); }});
   const auto pictured = std::make_shared<Pictured>();
   QObject::connect(view, &QPlainTextEdit::textChanged, view, [&binder, &text, view, pictured] {
-    binder.Operate(text.core, [&] { text.SetText(pictured->TextFor(view->toPlainText())); });
+    binder.Operate(text.core, [&] { text.Type(pictured->TextFor(view->toPlainText())); });
   });
   const auto show = [view, &text, pictured](std::string_view) {
     if (!pictured->Differs(text.Text(), view->toPlainText())) return;
@@ -139,6 +139,7 @@ void ShowLine(QLineEdit& view, const std::string& text, Pictured& pictured) {
   if (!pictured.Differs(text, view.text())) return;
   view.setText(ToQt(text));
   pictured.Take(text, view.text());
+  if (view.hasFocus()) view.selectAll();  // what is typed next takes its place
 }
 
 // Setting the text forgets the steps of typing. The next number is then typed over this one.
@@ -161,7 +162,7 @@ void BindLine(Binder& binder, vc::TextBox& text) {
           [view] { return view->isUndoAvailable(); }, [view] { return view->isRedoAvailable(); }});
   const auto pictured = std::make_shared<Pictured>();
   QObject::connect(view, &QLineEdit::textEdited, view, [&binder, &text, pictured](const QString& typed) {
-    binder.Operate(text.core, [&] { text.SetText(pictured->TextFor(typed)); });
+    binder.Operate(text.core, [&] { text.Type(pictured->TextFor(typed)); });
   });
   const auto above = binder.describeAbove.find(&text);
   const std::function<void()> describe =

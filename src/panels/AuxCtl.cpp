@@ -24,8 +24,8 @@ AuxCtl::AuxCtl(const PanelContext& context)
   };
   btnOK.clicked = [this] { Store(); };
   btnCancel.clicked = [this] { panel.Close(); };
-  panel.form.closeRequested = [this] { btnCancel.Click(); };
-  panel.form.keys["Escape"] = [this] { btnCancel.Click(); };
+  panel.form.okButton = &btnOK;
+  panel.form.cancelButton = &btnCancel;
   panel.parameters.emplace_back([this] { Fill(); });
 }
 

@@ -37,8 +37,7 @@ PanelFoot::PanelFoot(Panel& owner, const std::string& switchName, const std::str
     ShowSwitch();
   };
   btnOK.clicked = [this] { panel.Close(); };
-  panel.form.closeRequested = [this] { btnOK.Click(); };
-  panel.form.keys["Escape"] = [this] { btnOK.Click(); };
+  panel.form.okButton = &btnOK;
   panel.parameters.emplace_back([this] { ShowSwitch(); });
 }
 

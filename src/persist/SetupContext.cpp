@@ -61,8 +61,7 @@ void SetupContext::Attempt(Form& form, const std::function<bool()>& attempt) con
 
 void SetupContext::BindCancel(Form& form, Button& cancel) const {
   cancel.clicked = [this, &form] { forms.Unload(form); };
-  form.closeRequested = [&cancel] { cancel.Click(); };
-  form.keys["Escape"] = [&cancel] { cancel.Click(); };
+  form.cancelButton = &cancel;
 }
 
 }  // namespace vc

@@ -21,6 +21,7 @@ struct FrmDebug {
     txtInfo.readOnly = true;
     txtInfo.multiLine = true;
     btnOK.clicked = [this, &openForms] { openForms.Unload(form); };
+    form.okButton = &btnOK;
   }
   Form form{"FrmDebug", "Object Log"};
   TextBox txtInfo{form, "txtInfo", "Objects"};

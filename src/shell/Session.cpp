@@ -291,6 +291,7 @@ void Session::ShowObjectLog() {
 void Session::Exit() {
   if (exited) return;
   exited = true;
+  forms.TakeTyped();
   forms.Hide(master.form);
   CloseAllButMaster();  // what a panel still holds belongs to the state
   platform.desk.SetHourglass(true);

@@ -175,7 +175,7 @@ std::string TypeInto(const AnyControl& control, const std::string& text, bool en
   if (box == nullptr) return "it takes no text";
   if ((*box)->readOnly) return "it is read-only";
   (*box)->GotFocus();
-  (*box)->SetText(text);
+  (*box)->Type(text);
   if (enter) (*box)->KeyPress(EnterKey);
   (*box)->LostFocus();
   return {};
@@ -184,6 +184,20 @@ std::string TypeInto(const AnyControl& control, const std::string& text, bool en
 std::string ClickControl(const AnyControl& control) {
   if (auto refusal = Refusal(control); !refusal.empty()) return refusal;
   return std::visit([](auto* one) { return Press(*one); }, control);
+}
+
+std::string PressKey(const AnyControl& control, const std::string& combination) {
+  if (auto refusal = Refusal(control); !refusal.empty()) return refusal;
+  Slider* const* slider = std::get_if<Slider*>(&control);
+  if (slider == nullptr) return "it takes no keys";
+  return (*slider)->Press(combination) ? std::string{} : "a slider knows no such key";
+}
+
+std::string SetToDefault(const AnyControl& control) {
+  if (auto refusal = Refusal(control); !refusal.empty()) return refusal;
+  Slider* const* slider = std::get_if<Slider*>(&control);
+  if (slider == nullptr || !(*slider)->defaultPosition) return "it has no default";
+  return (*slider)->SetDefault(), std::string{};
 }
 
 }  // namespace vc

@@ -22,5 +22,9 @@ std::string SetControl(const AnyControl& control, const std::string& value);
 std::string TypeInto(const AnyControl& control, const std::string& text, bool enter);
 // Press and release.
 std::string ClickControl(const AnyControl& control);
+// "Left", "Shift+Left", "PgUp", "Home", on a slider.
+std::string PressKey(const AnyControl& control, const std::string& combination);
+// As a double click on a slider does.
+std::string SetToDefault(const AnyControl& control);
 
 }  // namespace vc

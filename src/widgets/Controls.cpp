@@ -1,6 +1,9 @@
 #include "widgets/Controls.h"
 
 #include <algorithm>
+#include <array>
+
+#include "text/Convert.h"
 
 namespace vc {
 namespace {
@@ -23,10 +26,22 @@ TextBox::TextBox(Place place, const std::string& name, const std::string& captio
 }
 
 void TextBox::SetText(const std::string& value) {
+  if (text == value) return;
+  taken = value;
+  Type(value);
+}
+
+void TextBox::Type(const std::string& value) {
   if (core.Store(text, value, "Text")) core.Raise(changed);
 }
 
-void TextBox::KeyPress(int code) const {
+void TextBox::LostFocus() {
+  taken = text;
+  core.Raise(lostFocus);
+}
+
+void TextBox::KeyPress(int code) {
+  if (code == EnterKey && !multiLine) taken = text;
   core.Raise([this, code] {
     if (keyPress) keyPress(code);
   });
@@ -45,6 +60,43 @@ Slider::Slider(Place place, const std::string& name, const std::string& caption,
 void Slider::SetPosition(double value) {
   const double bounded = std::max(positionMin, std::min(value, positionMax));
   if (core.Store(position, bounded, "Position")) core.Raise(changed);
+}
+
+double Slider::Shown(double at) const { return show ? ParseNumber(show(at)).value_or(at) : at; }
+
+void Slider::SetShown(double number) {
+  try {
+    SetPosition(parse ? parse(ShortestText(number)) : number);
+    Release();
+  } catch (const Fault&) {
+    // the slider stays where it is
+  }
+}
+
+bool Slider::Press(std::string_view combination) {
+  struct Stroke {
+    std::string_view key;
+    double steps, pages;
+  };
+  constexpr double ten = 10, hundred = 100;
+  constexpr std::array<Stroke, 6> strokes{
+      {{"Left", -1, 0}, {"Down", -1, 0}, {"Right", 1, 0}, {"Up", 1, 0}, {"PgDown", 0, -1}, {"PgUp", 0, 1}}};
+  if (combination == "Home") return SetPosition(positionMin), true;
+  if (combination == "End") return SetPosition(positionMax), true;
+  const bool tens = combination.starts_with("Shift+"), hundreds = combination.starts_with("Ctrl+");
+  if (tens || hundreds) combination.remove_prefix(combination.find('+') + 1);
+  const auto* stroke = std::ranges::find(strokes, combination, &Stroke::key);
+  if (stroke == strokes.end()) return false;
+  const double times = tens ? ten : hundreds ? hundred : 1;
+  MoveBy(stroke->steps * times * KeyArrowStepSize + stroke->pages * KeyPageStepSize);
+  return true;
+}
+
+void Slider::SetDefault() {
+  if (!defaultPosition) return;
+  Release();  // of what came before
+  SetPosition(defaultPosition());
+  Release();
 }
 
 void Slider::Release() {
@@ -123,6 +175,11 @@ MenuEntry::MenuEntry(Place place, const std::string& name, const std::string& ca
     : core(place, name, index, caption), parent(place.menu) {
   Register(this);
   if (parent != nullptr) parent->children.push_back(this);
+}
+
+void MenuEntry::Click() const {
+  core.form.TakeTyped();
+  core.Raise(clicked);
 }
 
 void MenuEntry::SetChecked(bool on) {

@@ -7,6 +7,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -34,12 +35,18 @@ struct TextBox {
   const std::string& Text() const { return text; }
   void SetText(const std::string& value);
 
+  // The operator types. The text counts when it is taken, by leaving the box or by Enter; until then it can
+  // be put back to what it was.
+  void Type(const std::string& value);
+  bool Typed() const { return text != taken; }
+  void PutBack() { SetText(taken); }
+
   void GotFocus() const { core.Raise(gotFocus); }
-  void LostFocus() const { core.Raise(lostFocus); }
-  void KeyPress(int code) const;
+  void LostFocus();
+  void KeyPress(int code);
 
  private:
-  std::string text;
+  std::string text, taken;
 };
 inline constexpr int EnterKey = 13;
 
@@ -56,14 +63,30 @@ struct Slider {
   double KeyArrowStepSize = 1.0, KeyPageStepSize = 1.0, MouseWheelStepSize = 1.0;
   bool ReverseScale = false;
   std::function<void()> changed;
+  // How a position reads and how it is read, where something shows it; see SliderEntry.
+  std::function<std::string(double position)> show;
+  std::function<double(const std::string& text)> parse;
+  std::function<double()> defaultPosition;  // none where it has no default
 
   double Position() const { return position; }
   double PositionMin() const { return positionMin; }
   double PositionMax() const { return positionMax; }
   // Bounded to the range.
   void SetPosition(double value);
+  // Along the scale, in the direction of the screen.
+  void MoveBy(double distance) { SetPosition(position + (ReverseScale ? -distance : distance)); }
   // Moves the position into the new range.
   void SetRange(double lower, double upper);
+  // A position as the number that is shown for it; the position itself where nothing shows it.
+  double Shown(double at) const;
+  // Goes where this number is shown; nowhere where none leads to it.
+  void SetShown(double number);
+
+  // The operator's keys: "Left", "Shift+Left" for ten steps, "Ctrl+Left" for a hundred, "PgUp", "Home". False
+  // for any other.
+  bool Press(std::string_view combination);
+  // The operator wants the default, which is a step of its own.
+  void SetDefault();
 
   // Between the two, all movements are one drag of the operator. A release also ends a run of single steps.
   void Hold() { held = true; }
@@ -155,7 +178,7 @@ struct MenuEntry {
   bool checkable = false;
   std::string shortcut;  // "Ctrl+Z"; works wherever the form's keys do
   std::function<void()> clicked;
-  void Click() const { core.Raise(clicked); }
+  void Click() const;
   bool Checked() const { return checked; }
   void SetChecked(bool on);
 

@@ -54,6 +54,38 @@ void Form::SetCaption(const std::string& text) {
   if (captionChanged) captionChanged();
 }
 
+std::string Form::Press(const std::string& combination) {
+  if (combination == "Escape") return Escape(), std::string{};
+  for (const AnyControl& control : controls) {
+    auto* const* entry = std::get_if<MenuEntry*>(&control);
+    if (entry == nullptr || (*entry)->shortcut != combination) continue;
+    if (!(*entry)->core.Usable()) return "it is disabled";
+    return (*entry)->Click(), std::string{};
+  }
+  const auto found = keys.find(combination);
+  if (found == keys.end()) return name + " knows no such key";
+  const auto pressed = found->second;  // a copy: it may take the form away
+  TakeTyped();
+  pressed();
+  return {};
+}
+
+void Form::TakeTyped() {
+  for (const AnyControl& control : controls) {
+    auto* const* text = std::get_if<TextBox*>(&control);
+    if (text != nullptr && (*text)->Typed()) (*text)->LostFocus();
+  }
+}
+
+void Form::Escape() {
+  for (const AnyControl& control : controls) {
+    auto* const* text = std::get_if<TextBox*>(&control);
+    if (text != nullptr && (*text)->Typed()) return (*text)->PutBack();
+  }
+  const Button* end = cancelButton == nullptr ? okButton : cancelButton;
+  if (end != nullptr) end->Click();
+}
+
 Frame::Frame(Place place, const std::string& name, const std::string& caption, Arrangement arranged,
              int index)
     : core(place, name, index, caption), arrangement(arranged) {

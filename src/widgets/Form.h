@@ -105,11 +105,23 @@ struct Form {
   // Where the keyboard is when the form opens; its first control where there is none.
   const ControlCore* initialFocus = nullptr;
 
+  // What ends the form: the button that leaves everything as it was, where it has one, and the one that takes
+  // what was set.
+  const Button* cancelButton = nullptr;
+  const Button* okButton = nullptr;
+
   // Key combinations that work anywhere on the form, "Alt+A".
   std::map<std::string, std::function<void()>> keys;
+  // The operator presses a combination: one of the keys, the shortcut of a menu entry, or Escape, which every
+  // form knows. Returns what is wrong, or the empty text.
+  std::string Press(const std::string& combination);
+  // Takes what was typed into a text box, as leaving the box does.
+  void TakeTyped();
 
-  std::function<void()> activated;       // the form became the active window
-  std::function<void()> closeRequested;  // the operator closed the window; without a handler it is unloaded
+  std::function<void()> activated;  // the form became the active window
+  // The operator closed the window. Without a handler that is the button that ends the form; a form that has
+  // none is unloaded.
+  std::function<void()> closeRequested;
   std::function<void()> unloaded;
   std::function<void(const std::string& message)> complain;  // about a fault of the program
 
@@ -121,6 +133,9 @@ struct Form {
   int muted = 0;
 
  private:
+  // Puts back what was typed and not taken yet; where nothing was, the form ends.
+  void Escape();
+
   std::string caption;
 };
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "widgets/Controls.h"
+
 namespace vc {
 
 std::vector<Forms::Entry>::iterator Forms::Locate(const Form& form) {
@@ -33,10 +35,20 @@ void Forms::Unload(Form& form) {
 }
 
 void Forms::Close(Form& form) {
+  const Button* end = form.cancelButton == nullptr ? form.okButton : form.cancelButton;
+  if (form.cancelButton == nullptr) form.TakeTyped();
   if (form.closeRequested) {
     form.closeRequested();
+  } else if (end != nullptr) {
+    end->Click();
   } else {
     Unload(form);
+  }
+}
+
+void Forms::TakeTyped() const {
+  for (const Entry& entry : open) {
+    if (entry.form->cancelButton == nullptr) entry.form->TakeTyped();
   }
 }
 

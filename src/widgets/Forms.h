@@ -34,6 +34,8 @@ struct Forms {
   void Unload(Form& form);
   // What the operator does at the window's frame.
   void Close(Form& form);
+  // What was typed into any of them is taken, but for those that could still be left by Cancel.
+  void TakeTyped() const;
   void UnloadAll();
 
   Form* Top() const;  // of the forms that are shown; null where there is none

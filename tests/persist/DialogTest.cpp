@@ -180,7 +180,7 @@ TEST_F(Dialogs, NothingDisturbsAStoreOnItsWay) {
     ++asked;
     EXPECT_TRUE(desk.hourglass && context.working && !timerOn);
     for (const char* button : {"btnOK", "btnCancel"}) Press(button);
-    store.form.keys.at("Escape")();
+    store.form.Press("Escape");
     forms.Close(store.form);
     EXPECT_EQ(forms.Top(), &store.form);
     return false;

@@ -30,7 +30,7 @@ struct PanelRun : DownloadRun {
     return vc::TypeInto(Find(name), text, enter);
   }
   std::string Click(const std::string& name) const { return vc::ClickControl(Find(name)); }
-  void Press(const std::string& keys) const { Top().keys.at(keys)(); }
+  void Press(const std::string& keys) const { EXPECT_EQ(Top().Press(keys), ""); }
 
   // Opens the panel of a stage, with the stage made this kind before.
   void OpenFilter(int stage, std::int16_t kind) {

@@ -110,6 +110,86 @@ TEST(Controls, MutedFormsRaiseNothing) {
   EXPECT_EQ(panel.Events(), "cutoff ");
 }
 
+TEST(Controls, WhatIsTypedIsPutBackByEscapeAndTakenByEverythingElse) {
+  Panel panel;
+  auto& box = panel.txtCutoff;
+  box.keyPress = nullptr;
+  box.lostFocus = [&] { panel.events += "took:" + box.Text() + " "; };
+  box.SetText("old");
+  panel.form.okButton = &panel.btnOK;
+  box.Type("new");
+  EXPECT_EQ(panel.form.Press("Escape"), "");
+  EXPECT_EQ(box.Text() + panel.Events(), "old");
+  panel.form.Press("Escape");
+  EXPECT_EQ(panel.Events(), "ok ");
+  panel.form.cancelButton = &panel.btnHidden;
+  panel.btnHidden.clicked = [&] { panel.events += "cancel "; };
+  panel.form.Press("Escape");
+  EXPECT_EQ(panel.Events(), "cancel ");
+
+  panel.mnuExit.shortcut = "Ctrl+Q";
+  panel.mnuExit.clicked = [&] { panel.events += "exit "; };
+  for (const char* keys : {"Alt+A", "Ctrl+Q", "Ctrl+Q"}) {
+    box.Type(box.Text() + "1");
+    EXPECT_EQ(panel.form.Press(keys), "");
+  }
+  EXPECT_EQ(panel.Events(), "took:old1 alt-a took:old11 exit took:old111 exit ");
+  box.Type("entered");
+  box.KeyPress(EnterKey);
+  panel.form.Press("Escape");  // it has been taken: nothing to put back
+  EXPECT_EQ(box.Text() + panel.Events(), "enteredcancel ");
+  panel.mnuExit.core.SetEnabled(false);
+  EXPECT_EQ(panel.form.Press("Ctrl+Q"), "it is disabled");
+  EXPECT_NE(panel.form.Press("Ctrl+X"), "");
+}
+
+TEST(FormStack, AWindowClosesAsItsButtonsSay) {
+  Panel panel;
+  Forms forms;
+  panel.txtCutoff.lostFocus = [&] { panel.events += "took:" + panel.txtCutoff.Text() + " "; };
+  const auto closed = [&] {
+    panel.txtCutoff.Type(panel.txtCutoff.Text() + "5");
+    forms.Show(panel.form);
+    panel.events.clear();
+    forms.Close(panel.form);
+    return panel.Events();
+  };
+  EXPECT_EQ(closed(), "took:5 ");
+  panel.form.okButton = &panel.btnOK;
+  EXPECT_EQ(closed(), "took:55 ok ");
+  forms.TakeTyped();
+  panel.form.cancelButton = &panel.btnHidden;
+  EXPECT_EQ(closed(), "");
+  forms.TakeTyped();  // that could still be left by Cancel
+  EXPECT_EQ(panel.Events(), "");
+}
+
+TEST(Controls, SlidersTakeKeysAndTheirDefault) {
+  Panel panel;
+  panel.sldrCutoff.SetRange(0, 1000);
+  panel.sldrCutoff.KeyPageStepSize = 50;
+  for (const auto& [key, position] : {std::pair{"Right", 1.0},
+                                      {"Shift+Up", 11.0},
+                                      {"Ctrl+Right", 111.0},
+                                      {"Shift+Left", 101.0},
+                                      {"PgUp", 151.0},
+                                      {"PgDown", 101.0},
+                                      {"Ctrl+Down", 1.0},
+                                      {"End", 1000.0},
+                                      {"Home", 0.0}}) {
+    EXPECT_EQ(PressKey(panel.Find("sldrCutoff"), key), "") << key;
+    EXPECT_EQ(panel.sldrCutoff.Position(), position) << key;
+  }
+  EXPECT_NE(PressKey(panel.Find("sldrCutoff"), "Alt+Right"), "");
+  EXPECT_NE(PressKey(panel.Find("cmbKind"), "Right"), "");
+  PressKey(panel.Find("sldrBalance"), "Shift+Right");  // its scale is reversed
+  EXPECT_EQ(panel.sldrBalance.Position(), -1.0);
+  EXPECT_NE(SetToDefault(panel.Find("sldrCutoff")), "");
+  panel.sldrCutoff.defaultPosition = [] { return 440.0; };
+  EXPECT_EQ(SetToDefault(panel.Find("sldrCutoff")), "");
+  EXPECT_EQ(panel.sldrCutoff.Position(), 440.0);
+}
+
 TEST(FormStack, ModalFormsBlockWhatLiesBelow) {
   Panel first;
   Form second{"Second", ""};
