@@ -14,8 +14,10 @@ constexpr std::int16_t LeastBand = 10;             // Hz between two edges
 constexpr const char* SlopeCaption = "Transition Slope";
 constexpr const char* AttenCaption = "Stopband Attenuation";
 
-Element Of(Panel& panel, StageField field) {
-  return [&panel, field]() -> std::int16_t& { return (panel.settings.*field)[panel.settings.curFilter]; };
+Element Of(const Panel& panel, StageField field) {
+  return [&panel, field](SystemSettings& record) -> std::int16_t& {
+    return (record.*field)[panel.settings.curFilter];
+  };
 }
 
 // From 0 up to so much below the audio bandwidth.

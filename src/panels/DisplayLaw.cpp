@@ -5,7 +5,10 @@
 namespace vc {
 
 double TypedNumber(const std::string& text) {
-  const auto number = ParseNumber(text);
+  std::string pointed = text;
+  const auto comma = text.find(',');
+  if (comma != std::string::npos && text.find('.') == std::string::npos) pointed[comma] = '.';
+  const auto number = ParseNumber(pointed);
   if (!number) throw Fault{"Type mismatch"};
   return *number;
 }
@@ -17,11 +20,13 @@ DisplayLaw WholeNumber(const std::string& unit) {
 }
 
 DisplayLaw WholeTens(const std::string& unit) {
-  const auto tens = [](double position) { return Nearest(Nearest(position / 10) * 10); };
+  constexpr double ten = 10;
+  const auto tens = [](double position) { return Nearest(Nearest(position / ten) * ten); };
   return {.unit = unit,
           .show = [tens](double position) { return std::to_string(tens(position)); },
           .parse = [](const std::string& text) { return Nearest(TypedNumber(text)); },
-          .stored = tens};
+          .stored = tens,
+          .step = ten};
 }
 
 DisplayLaw InputLevel() {

@@ -16,9 +16,11 @@ struct DisplayLaw {
   std::function<double(const std::string& text)> parse;
   std::function<std::int16_t(double position)> stored = Nearest;
   std::function<double(std::int16_t value)> position = [](std::int16_t value) { return value; };
+  double step = 1.0;  // of the slider, by key, page and wheel
 };
 
-// The number that a text stands for; raises a Fault where it is none.
+// The number that a typed text stands for; raises a Fault where it is none. A comma may stand in place of the
+// point.
 double TypedNumber(const std::string& text);
 
 // The position as a whole number.

@@ -7,8 +7,8 @@ namespace {
 
 constexpr double LeastCutoff = 100, MostCutoff = 500;  // Hz
 
-Element Of(Panel& panel, std::int16_t SystemSettings::*field) {
-  return [&panel, field]() -> std::int16_t& { return panel.settings.*field; };
+Element Of(std::int16_t SystemSettings::*field) {
+  return [field](SystemSettings& record) -> std::int16_t& { return record.*field; };
 }
 
 // In Mono there is nothing to link.
@@ -29,29 +29,29 @@ HighpassPanel::HighpassPanel(const PanelContext& context, const HighpassBlock& b
           [] {
             return SliderRange{LeastCutoff, MostCutoff};
           },
-          Of(panel, block.cutoff)) {}
+          Of(block.cutoff)) {}
 
 AGCSetup::AGCSetup(const PanelContext& context)
     : panel(context, "AGCSetup", "AGC Config"),
       optLinked(panel, fraChoices, "fraLinked", "Link", "optLinked", {"Independent", "Linked"},
-                Of(panel, &SystemSettings::agcLinked)),
+                Of(&SystemSettings::agcLinked)),
       optGain(panel, fraChoices, "fraGain", "Maximum Gain", "optGain",
-              {"5dB", "10dB", "15dB", "20dB", "25dB", "30dB", "35dB"}, Of(panel, &SystemSettings::agcGain)),
+              {"5dB", "10dB", "15dB", "20dB", "25dB", "30dB", "35dB"}, Of(&SystemSettings::agcGain)),
       optRelease(panel, fraChoices, "fraRelease", "Release Time", "optRelease",
                  {"400 milliseconds", "200 milliseconds", "100 milliseconds", "50 milliseconds"},
-                 Of(panel, &SystemSettings::agcRelease)) {
+                 Of(&SystemSettings::agcRelease)) {
   HideInMono(panel, optLinked.frame);
 }
 
 LimiterSetup::LimiterSetup(const PanelContext& context)
     : panel(context, "LimiterSetup", "Limiter Config"),
       optLinked(panel, fraChoices, "fraLinked", "Link", "optLinked", {"Independent", "Linked"},
-                Of(panel, &SystemSettings::limiterLinked)),
+                Of(&SystemSettings::limiterLinked)),
       optThreshold(panel, fraChoices, "fraThreshold", "Threshold", "optThreshold",
-                   {"-6dB", "-9dB", "-12dB", "-15dB"}, Of(panel, &SystemSettings::limiterThreshold)),
+                   {"-6dB", "-9dB", "-12dB", "-15dB"}, Of(&SystemSettings::limiterThreshold)),
       optRelease(panel, fraChoices, "fraRelease", "Release Time", "optRelease",
                  {"0.125 seconds", "0.250 seconds", "0.500 seconds", "1.0 seconds"},
-                 Of(panel, &SystemSettings::limiterRelease)) {
+                 Of(&SystemSettings::limiterRelease)) {
   HideInMono(panel, optLinked.frame);
 }
 

@@ -3,12 +3,18 @@
 #include <algorithm>
 #include <utility>
 
+#include "model/Settings.h"
+
 namespace vc {
 
 SliderEntry::SliderEntry(Place place, const std::string& caption, const std::string& name,
                          DisplayLaw displayLaw, Slider& shownSlider, int index)
     : text(place, name, caption, index), law(std::move(displayLaw)), slider(shownSlider) {
   text.unit = law.unit;
+  if (!slider.show) {
+    slider.show = law.show;
+    slider.parse = law.parse;
+  }
   text.lostFocus = [this] { Take(); };
   text.keyPress = [this](int code) {
     if (code == EnterKey) Take();
@@ -49,7 +55,9 @@ SliderField::SliderField(Panel& owner, Place place, const std::string& caption, 
       element(std::move(recordElement)),
       stored(law.stored),
       positionOf(law.position) {
-  store = [this](double position) { element() = stored(position); };
+  slider.KeyArrowStepSize = slider.KeyPageStepSize = slider.MouseWheelStepSize = law.step;
+  slider.defaultPosition = [this] { return DefaultPosition(); };
+  store = [this](double position) { Stored() = stored(position); };
   slider.changed = [this] { Moved(); };
   slider.released = [this] { panel.context.history.CloseStep(); };
   panel.parameters.emplace_back([this] { Fill(); });
@@ -62,13 +70,19 @@ void SliderField::Moved() {
   redisplay();
 }
 
+double SliderField::DefaultPosition() const {
+  const auto factory = std::make_unique<SystemSettings>();
+  InitSettings(*factory);
+  return positionOf(element(*factory));
+}
+
 void SliderField::Fill() {
   filling = true;
   const auto [lower, upper] = range();
   slider.SetRange(lower, upper);
-  slider.SetPosition(positionOf(element()));
+  slider.SetPosition(positionOf(Stored()));
   filling = false;
-  if (stored(slider.Position()) != element()) Moved();
+  if (stored(slider.Position()) != Stored()) Moved();
   redisplay();
 }
 
@@ -89,14 +103,14 @@ OptionField::OptionField(Panel& owner, Place place, const std::string& frameName
       element(std::move(recordElement)) {
   options.changed = [this] {
     panel.Edit(options.buttons.front()->core, frame.core.Caption(),
-               [this] { element() = static_cast<std::int16_t>(options.Selected()); });
+               [this] { Stored() = static_cast<std::int16_t>(options.Selected()); });
   };
   panel.parameters.emplace_back([this] { Fill(); });
 }
 
 void OptionField::Fill() {
   const auto listed = static_cast<std::int16_t>(options.buttons.size());
-  const std::int16_t choice = element();
+  const std::int16_t choice = Stored();
   const bool known = choice >= 0 && choice < listed;
   {
     const Mute inert(panel.form);

@@ -13,14 +13,15 @@
 
 namespace vc {
 
-// The element of the record that a control edits, at this moment.
-using Element = std::function<std::int16_t&()>;
+// The element that a control edits at this moment, in the record or in another one.
+using Element = std::function<std::int16_t&(SystemSettings& record)>;
 
 struct SliderRange {
   double lower, upper;
 };
 
-// A text box that shows a slider's position by a law and takes one by it.
+// A text box that shows a slider's position by a law and takes one by it. The first one of a slider gives the
+// slider its numbers.
 struct SliderEntry {
   SliderEntry(Place place, const std::string& caption, const std::string& name, DisplayLaw displayLaw,
               Slider& shownSlider, int index = NoIndex);
@@ -63,6 +64,8 @@ struct SliderField {
 
  private:
   void Moved();
+  std::int16_t& Stored() { return element(panel.settings); }
+  double DefaultPosition() const;
 
   Panel& panel;
   std::function<SliderRange()> range;
@@ -94,6 +97,7 @@ struct OptionField {
 
  private:
   void Fill();
+  std::int16_t& Stored() { return element(panel.settings); }
 
   Panel& panel;
   Element element;

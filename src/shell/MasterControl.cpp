@@ -103,6 +103,7 @@ void MasterControl::BindInputs() {
     InputChannel& input = chain.inputs.at(static_cast<std::size_t>(channel));
     input.sldrLevel.changed = [this, channel] { StoreLevel(channel); };
     input.sldrLevel.released = [this] { edits.history.CloseStep(); };
+    input.sldrLevel.defaultPosition = [] { return ZeroDecibels; };
     input.zero.clicked = [&input] { input.sldrLevel.SetPosition(ZeroDecibels); };
   }
 }

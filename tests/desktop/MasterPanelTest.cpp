@@ -78,6 +78,43 @@ TEST(MasterPanelWindow, ATypedNumberIsTakenByEnterAndTab) {
   EXPECT_TRUE(run.test.desk.boxes.empty());
 }
 
+TEST(MasterPanelWindow, EscapePutsBackAndTheFrameTakesWhatWasTyped) {
+  MasterWindow run;
+  run.OpenFilter(1, vc::FilterKind::Lowpass);
+  run.Ready();
+  run.Write("txtCutoff", "1234", Qt::Key_Return);
+  QTest::keyClicks(&run.At("txtCutoff"), "77");
+  run.Press("Escape");
+  EXPECT_EQ(run.At<QLineEdit>("txtCutoff").text(), "1234");
+  QTest::keyClicks(&run.At("txtCutoff"), "15,6");  // over the whole of it
+  run.Window().close();
+  EXPECT_EQ(&run.Top(), &run.session.master.form);
+  EXPECT_EQ(run.record.lpfCutoff[1], 16);
+}
+
+TEST(MasterPanelWindow, KeysAndADoubleClickMoveASlider) {
+  MasterWindow run;
+  run.OpenFilter(1, vc::FilterKind::Lowpass);
+  run.Ready();
+  run.Write("txtCutoff", "1000", Qt::Key_Return);
+  auto& slider = run.At<QSlider>("sldrCutoff");
+  slider.setFocus();
+  for (const char* keys : {"Shift+Right", "Ctrl+Right", "Left"}) run.Press(keys);
+  EXPECT_EQ(run.record.lpfCutoff[1], 1109);
+  QTest::mouseDClick(&slider, Qt::LeftButton, {}, HandleOf(slider));
+  EXPECT_EQ(run.record.lpfCutoff[1], 100);
+  EXPECT_EQ(run.At<QLineEdit>("txtCutoff").text(), "100");
+  run.Press("Ctrl+Z");
+  EXPECT_EQ(run.record.lpfCutoff[1], 1109);
+  run.Press("Escape");
+  run.Ready();
+  run.Press("Alt+D");
+  run.Ready();
+  EXPECT_EQ(run.Top().name, "FrmDebug");
+  run.Press("Escape");
+  EXPECT_EQ(run.Top().name, "MasterControl");
+}
+
 TEST(MasterPanelWindow, ASliderWithTwoNumbersBelowTellsBoth) {
   MasterWindow run;
   run.OpenFilter(1, vc::FilterKind::Bandpass);

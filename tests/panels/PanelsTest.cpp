@@ -192,6 +192,65 @@ TEST(ProcessorPanels, CutoffsGoInWholeTens) {
   EXPECT_EQ(run.unit.Now().registers().values[17], 500);
 }
 
+TEST(ProcessorPanels, CutoffKeysMoveByTens) {
+  PanelRun run;
+  for (const char* opener : {"btnIhpfConfig", "btnOhpfConfig"}) {
+    run.Click(opener);
+    run.Set("sldrCutoff", "200");
+    for (const auto& [key, shown] :
+         {std::pair{"Right", "210"}, {"PgUp", "220"}, {"Left", "210"}, {"Shift+Right", "310"}}) {
+      EXPECT_EQ(PressKey(run.Find("sldrCutoff"), key), "");
+      EXPECT_EQ(run.Get("txtCutoff"), shown);
+    }
+    run.CloseTop();
+  }
+}
+
+TEST(Panels, TakeADecimalCommaAndGoBackToTheDefault) {
+  PanelRun run;
+  run.record.lpfTransSlope[2] = 100;
+  run.record.lpfAtten[2] = 40;
+  run.OpenFilter(2, FilterKind::Lowpass);
+  run.Type("txtCutoff", "1000,4");
+  EXPECT_EQ(run.record.lpfCutoff[2], 1000);
+  run.Type("txtTransSlope", "99,9");
+  EXPECT_EQ(run.Get("txtTransSlope"), "99.9");
+  for (const char* wrong : {"1,000.5", "1.000,5", "1,0,0"}) run.Type("txtCutoff", wrong);
+  EXPECT_EQ(run.record.lpfCutoff[2], 1000);
+  SystemSettings factory;
+  InitSettings(factory);
+  EXPECT_EQ(SetToDefault(run.Find("sldrAtten")), "");
+  EXPECT_EQ(run.record.lpfAtten[2], factory.lpfAtten[2]);
+  run.Press("Ctrl+Z");
+  EXPECT_EQ(run.record.lpfAtten[2], 40);
+  run.CloseTop();
+  run.Edit("levelControlsShown", "1");
+  run.Type("txtGain(0)", "-3,5");
+  EXPECT_EQ(run.record.levelControl[1], 185);
+  EXPECT_EQ(SetToDefault(run.Find("sldrLevel(0)")), "");
+  EXPECT_EQ(run.record.levelControl[1], 192);
+}
+
+TEST(Panels, TakeWhatWasTypedHoweverTheyEnd) {
+  PanelRun run;
+  const auto typed = [&run](const char* text) {
+    run.OpenFilter(1, FilterKind::Lowpass);
+    std::get<TextBox*>(run.Find("txtCutoff"))->Type(text);
+  };
+  typed("700");
+  run.CloseTop();
+  EXPECT_EQ(run.record.lpfCutoff[1], 700);
+  typed("800");
+  run.Press("Escape");
+  EXPECT_EQ(run.Get("txtCutoff"), "700");
+  run.Press("Escape");
+  EXPECT_EQ(run.Top().name, "MasterControl");
+  EXPECT_EQ(run.record.lpfCutoff[1], 700);
+  typed("900");
+  run.session.Exit();
+  EXPECT_EQ(run.record.lpfCutoff[1], 900);
+}
+
 TEST(ProcessorPanels, SwitchesAreTheMasters) {
   PanelRun run;
   const std::int16_t before = run.record.ohpfEnabled;
