@@ -1,7 +1,10 @@
 #include "desktop/MessageBox.h"
 
+#include <algorithm>
+
 #include <QApplication>
 #include <QMessageBox>
+#include <QRegularExpression>
 
 #include "desktop/QtText.h"
 
@@ -57,6 +60,24 @@ Answer AnswerOf(int pressed, Answer safe) {
   return safe;
 }
 
+// Words that are longer than a line, as names of files may be, get places where they can be broken.
+QString Breakable(const QString& text) {
+  constexpr int longest = 32, between = 8;
+  static const QRegularExpression longWord(QStringLiteral("\\S{%1,}").arg(longest));
+  QString broken;
+  qsizetype done = 0;
+  for (auto found = longWord.globalMatch(text); found.hasNext();) {
+    const QRegularExpressionMatch word = found.next();
+    broken += text.mid(done, word.capturedStart() - done);
+    for (qsizetype at = word.capturedStart(); at < word.capturedEnd(); at += between) {
+      constexpr QChar zeroWidthSpace(0x200B);
+      broken += text.mid(at, std::min<qsizetype>(between, word.capturedEnd() - at)) + zeroWidthSpace;
+    }
+    done = word.capturedEnd();
+  }
+  return broken + text.mid(done);
+}
+
 // Texts come with the line ends of any system.
 QString Lines(const std::string& text) {
   return ToQt(text)
@@ -70,7 +91,7 @@ Answer ShowBox(int code, const std::string& title, const std::string& text) {
   const Answer safe = vc::SafeAnswer(vc::box::ButtonsOf(code));
   QMessageBox box(IconOf(code), ToQt(title), {}, ButtonsOf(code), QApplication::activeWindow());
   box.setTextFormat(Qt::PlainText);
-  box.setText(Lines(text));
+  box.setText(Breakable(Lines(text)));
   box.setWindowModality(Qt::ApplicationModal);
   box.setDefaultButton(ButtonOf(safe));
   box.setEscapeButton(ButtonOf(safe));

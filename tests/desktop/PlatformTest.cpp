@@ -8,8 +8,10 @@
 #include <QAbstractButton>
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QScreen>
 #include <QTest>
 
 #include "VirtualClock.h"
@@ -70,6 +72,25 @@ TEST(QtDesk, ABoxHasTheIconTheButtonsAndTheSafeDefaultOfItsCode) {
     });
     EXPECT_EQ(desk.Box(row.code, "Title", "text"), row.safe);
   }
+}
+
+TEST(QtDesk, ABoxShowsALongNameWhole) {
+  support::VirtualClock clock;
+  QtDesk desk(clock, {});
+  constexpr qsizetype letters = 260;
+  const QString name(letters, QLatin1Char('W'));
+  WithNextBox([&name](QMessageBox& box) {
+    const auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label"));
+    ASSERT_NE(label, nullptr);
+    const QRect room(0, 0, label->contentsRect().width(), 10000);
+    const QRect needed = label->fontMetrics().boundingRect(room, Qt::TextWordWrap, label->text());
+    EXPECT_LE(needed.width(), label->width());
+    EXPECT_LE(needed.height(), label->height());
+    EXPECT_LE(box.width(), box.screen()->availableGeometry().width());
+    EXPECT_EQ(label->text().remove(QChar(0x200B)), name + " cannot be opened.");
+    box.close();
+  });
+  desk.Box(vc::box::Exclamation, "Title", name.toStdString() + " cannot be opened.");
 }
 
 TEST(QtDesk, TheHourglassDoesNotPileUpAndMakesWayForABox) {
