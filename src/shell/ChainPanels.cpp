@@ -171,6 +171,8 @@ bool ChainPanels::StoreInMemory(int memory, int function) {
   // A failure has told the operator and closed the line.
   const bool stored = device.comm.CommPortOpen;
   if (stored) around.periodic.EnableMainTimer(timerWasOn);
+  around.master.lblStatus.core.SetCaption(
+      stored ? "The settings are stored in memory " + std::to_string(memory) + " of the unit." : "");
   return stored;
 }
 

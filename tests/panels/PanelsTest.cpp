@@ -329,12 +329,14 @@ TEST(AuxiliarySwitch, StoresInTheUnitWhatHasJustBeenEdited) {
   EXPECT_EQ(run.Sent(), "17/320 127/78 ");  // 3 * 4 + (10 & 12) * 8 + (10 & 3)
   EXPECT_EQ(run.Top().name, "MasterControl");
   EXPECT_NE(run.unit.Dump().find("memory 10 "), std::string::npos);
+  EXPECT_EQ(run.session.master.lblStatus.core.Caption(), "The settings are stored in memory 10 of the unit.");
   run.session.master.menus.mnuDisconnect.Click();
   run.Click("mnuMemorySelect(1)");
   run.test.desk.answers = {Answer::Yes};
   run.Click("btnOK");
   EXPECT_EQ(run.Top().name, "AuxCtl");  // nothing was stored, and the operator has been told
   EXPECT_NE(run.test.desk.boxes.back().text.find("no connection"), std::string::npos);
+  EXPECT_EQ(run.session.master.lblStatus.core.Caption().find("memory 1 "), std::string::npos);
 }
 
 }  // namespace
