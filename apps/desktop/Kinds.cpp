@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 
+#include "desktop/ElidedLabel.h"
 #include "desktop/FrameView.h"
 #include "desktop/GraphicButtonView.h"
 #include "desktop/LevelBarView.h"
@@ -56,7 +57,17 @@ void BindKind(Binder& binder, vc::Frame& frame) {
                            .showValue = [box](std::string_view) { box->ShowStanding(); }});
 }
 
+void BindElided(Binder& binder, vc::Label& label) {
+  Pane& pane = binder.PaneOf(label.core);
+  auto* view = new ElidedLabel(pane.Container());
+  pane.AddWords(view, binder.FollowsInArray());
+  binder.Bind(label.core, {.widget = view, .showCaption = [view, &label] {
+                             view->ShowWords(ToQt(label.core.Caption()));
+                           }});
+}
+
 void BindKind(Binder& binder, vc::Label& label) {
+  if (label.elided) return BindElided(binder, label);
   Pane& pane = binder.PaneOf(label.core);
   auto* view = new WrappedLabel(pane.Container());
   pane.AddWords(view, binder.FollowsInArray());

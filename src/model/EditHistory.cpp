@@ -23,12 +23,6 @@ bool RowDiffers(const FieldRow& row, const SystemSettings& one, const SystemSett
   return differs;
 }
 
-bool SetupDiffers(const SystemSettings& one, const SystemSettings& other) {
-  return one.filterBuilt != other.filterBuilt || std::ranges::any_of(Fields(), [&](const FieldRow& row) {
-           return IsOfASetup(row) && RowDiffers(row, one, other);
-         });
-}
-
 void StoreValue(FieldRef target, const FieldValue& value) {
   std::visit([&value](auto* place) { *place = std::get<std::remove_pointer_t<decltype(place)>>(value); },
              target);
@@ -65,6 +59,12 @@ struct Depth {
 };
 
 }  // namespace
+
+bool SetupDiffers(const SystemSettings& one, const SystemSettings& other) {
+  return one.filterBuilt != other.filterBuilt || std::ranges::any_of(Fields(), [&](const FieldRow& row) {
+           return IsOfASetup(row) && RowDiffers(row, one, other);
+         });
+}
 
 EditHistory::EditHistory(SystemSettings& record, Clock& timeSource) : settings(record), clock(timeSource) {}
 

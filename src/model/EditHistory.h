@@ -14,6 +14,9 @@
 
 namespace vc {
 
+// Whether two records differ in anything that a setup keeps, port and rate left aside.
+bool SetupDiffers(const SystemSettings& one, const SystemSettings& other);
+
 // Only what a setup keeps is a step's matter, and of that not the connection: port and rate stay as they are.
 struct EditHistory {
   EditHistory(SystemSettings& record, Clock& timeSource);

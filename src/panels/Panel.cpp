@@ -8,6 +8,8 @@ Panel::Panel(const PanelContext& opened, const std::string& name, const std::str
     : context(opened), settings(context.settings), form(name, title + context.suffix) {
   form.keys["Ctrl+Z"] = [this] { context.history.Undo(); };
   form.keys["Ctrl+Shift+Z"] = [this] { context.history.Redo(); };
+  form.keys["Ctrl+Y"] = form.keys["Ctrl+Shift+Z"];
+  form.keys["Ctrl+S"] = [this] { context.storeOpenSetup(); };
   form.activated = [this] { context.activated(); };
   form.unloaded = [this] {
     context.history.CloseStep();

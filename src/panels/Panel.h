@@ -26,6 +26,8 @@ struct PanelContext {
   std::string suffix{};                  // " (Filter 1)", behind the title
   std::function<void()> activated = [] {};
   std::function<void()> unloaded = [] {};
+  // Stores the setup to the open file.
+  std::function<void()> storeOpenSetup = [] {};
   // Stores what is set in a stand-alone memory of the unit; false where it could not be.
   std::function<bool(int memory, int function)> storeInMemory = [](int, int) { return false; };
 };

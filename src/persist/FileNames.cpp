@@ -30,6 +30,8 @@ std::string LastPart(const std::string& path) {
   return part == "." || part == ".." ? std::string{} : part;
 }
 
+std::string FolderOf(const std::string& path) { return std::filesystem::path(path).parent_path().string(); }
+
 std::string PathFrom(const std::string& folder, const std::string& name) {
   return (std::filesystem::path(folder) / name).string();
 }

@@ -14,6 +14,8 @@ std::string WithExtension(std::string name, std::string_view extension);
 bool IsBlank(std::string_view text);
 // The last part of a path, empty where the path names no file ("folder/", "..").
 std::string LastPart(const std::string& path);
+// All of a path but its last part.
+std::string FolderOf(const std::string& path);
 // A path from the folder on; a name that begins at the root stands for itself.
 std::string PathFrom(const std::string& folder, const std::string& name);
 

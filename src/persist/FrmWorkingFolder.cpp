@@ -13,7 +13,7 @@ FrmWorkingFolder::FrmWorkingFolder(SetupContext& setupContext)
 }
 
 void FrmWorkingFolder::Show() {
-  folders.GoTo(context.StartFolder());
+  folders.GoTo(context.WorkingFolder());
   context.forms.Show(form, Modality::Modal);
 }
 
@@ -25,6 +25,8 @@ void FrmWorkingFolder::TakeFolder() {
     return;
   }
   context.history.Edit("Working Folder", "", [this] { context.settings.workingFolder = folders.Folder(); });
+  context.lastFolder.clear();
+  context.lastName.clear();
   context.forms.Unload(form);
 }
 

@@ -22,7 +22,7 @@ RecSet::RecSet(SetupContext& setupContext)
 }
 
 void RecSet::Show() {
-  chooser.Open(context.StartFolder(), "");
+  chooser.Open(context.StartFolder(), context.lastName);
   context.forms.Show(form, Modality::Modal);
 }
 
@@ -62,7 +62,7 @@ bool RecSet::Recall() {
     context.Warn(box::Exclamation, "Unable to Load File", name + " cannot be opened.");
     return false;
   }
-  context.lastName = LastPart(name);
+  context.Remember(chooser.Path(name));
   TellCompanions();
   return true;
 }
@@ -76,6 +76,7 @@ void RecSet::TellCompanions() const {
 bool RecSet::Read(const std::string& name) {
   if (!context.setups.RecallSetupFile(chooser.Path(name), KeepConnection)) return false;
   context.recalled(LastPart(name));
+  context.open.Take(chooser.Path(name));
   return true;
 }
 

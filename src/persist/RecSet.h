@@ -18,7 +18,7 @@ struct RecSet {
   Button btnOK{form, "btnOK", "OK"};
   Button btnCancel{form, "btnCancel", "Cancel"};
 
-  // With nothing chosen.
+  // With the file chosen that was stored or recalled last in this run.
   void Show();
 
  private:

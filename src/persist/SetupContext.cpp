@@ -2,6 +2,8 @@
 
 #include <filesystem>
 
+#include "persist/FileNames.h"
+
 namespace vc {
 namespace {
 
@@ -27,6 +29,11 @@ struct WorkScope {
 
 std::string SetupContext::StartFolder() const {
   std::error_code ignored;
+  return std::filesystem::is_directory(lastFolder, ignored) ? lastFolder : WorkingFolder();
+}
+
+std::string SetupContext::WorkingFolder() const {
+  std::error_code ignored;
   const bool there = std::filesystem::is_directory(settings.workingFolder, ignored);
   return std::filesystem::absolute(there ? settings.workingFolder : desk.InstallFolder(), ignored).string();
 }
@@ -37,6 +44,11 @@ std::string SetupContext::FaultOf(const std::string& path) const {
   if (kind == FileKind::Folder) return "This is a folder.";
   std::string none;
   return files.ReadStart(path, 0, none) ? "This is not a valid setup file." : "This file cannot be read.";
+}
+
+void SetupContext::Remember(const std::string& path) {
+  lastFolder = FolderOf(path);
+  lastName = LastPart(path);
 }
 
 Answer SetupContext::Warn(int code, const std::string& title, const std::string& text) const {

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "model/EditHistory.h"
+#include "persist/OpenSetup.h"
 #include "persist/modSettings.h"
 #include "platform/Desk.h"
 #include "platform/Files.h"
@@ -27,13 +28,20 @@ struct SetupContext {
   std::function<void(const std::string& name)> stored = [](const std::string&) {};
   std::function<void(const std::string& name)> recalled = [](const std::string&) {};
 
-  std::string lastName{};  // of the file stored or recalled last in this run
-  bool working = false;    // a store or a recall is under way, and may change the record back
+  OpenSetup open{settings};
+  // Of the file stored or recalled last in this run. Empty before, and once another working folder has been
+  // chosen.
+  std::string lastFolder{}, lastName{};
+  bool working = false;  // a store or a recall is under way, and may change the record back
 
-  // The working folder, or the program's own where that one is none.
+  // The folder of the last file, else the working folder.
   std::string StartFolder() const;
+  // The program's own where the record's is none.
+  std::string WorkingFolder() const;
   // What is wrong with a file whose header is not that of a setup.
   std::string FaultOf(const std::string& path) const;
+  // A file has been stored or recalled.
+  void Remember(const std::string& path);
   // A beep and a box.
   Answer Warn(int code, const std::string& title, const std::string& text) const;
   // Runs the work under the hourglass, with the main timer off, and returns what it returns.

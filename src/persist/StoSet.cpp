@@ -23,10 +23,16 @@ StoSet::StoSet(SetupContext& setupContext)
 }
 
 void StoSet::Show() {
-  chooser.Open(context.StartFolder(), context.lastName);
+  const std::string& file = context.open.Path();
+  chooser.Open(file.empty() ? context.StartFolder() : FolderOf(file), LastPart(file));
   txtDescription.SetText(context.settings.setupDescription);
   chkProtect.SetValue(false);
   context.forms.Show(form, Modality::Modal);
+}
+
+void StoSet::StoreOpenFile() {
+  Show();
+  if (!context.open.Path().empty()) btnOK.Click();
 }
 
 void StoSet::FollowName() {
@@ -51,7 +57,7 @@ bool StoSet::Store() {
   const std::string name = WithExtension(chooser.txtFileName.Text(), chooser.extension);
   if (!MayWrite(name)) return false;
   if (!context.Work([this, &name] { return Write(name); })) return Fail(name);
-  context.lastName = LastPart(name);
+  context.Remember(chooser.Path(name));
   return true;
 }
 
@@ -80,6 +86,7 @@ bool StoSet::Write(const std::string& name) {
                        context.setups.SaveSetupFile(chooser.Path(name), protect);
   if (written) {
     context.stored(LastPart(name));
+    context.open.Take(chooser.Path(name));
   } else {
     context.settings.setupDescription = before;
   }

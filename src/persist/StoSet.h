@@ -19,8 +19,11 @@ struct StoSet {
   Button btnOK{form, "btnOK", "OK"};
   Button btnCancel{form, "btnCancel", "Cancel"};
 
-  // Filled anew from the record.
+  // Filled anew from the record, with the file that is open.
   void Show();
+  // Stores to the open file, with all that is asked before. The window stays where that comes to nothing, and
+  // where no file is open.
+  void StoreOpenFile();
 
  private:
   void FollowName();

@@ -44,6 +44,7 @@ PanelContext ChainPanels::ContextFor(const Block& block) {
           .suffix = block.suffix,
           .activated = [this] { DisplayThisFilter(); },
           .unloaded = [this] { DisplayMasterControl(); },
+          .storeOpenSetup = [this] { around.master.hooks.storeOpenSetup(); },
           .storeInMemory = [this](int memory, int function) { return StoreInMemory(memory, function); }};
 }
 

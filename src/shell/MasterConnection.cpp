@@ -26,6 +26,10 @@ std::string MasterControl::PortCaption() {
   return menus.mnuComSelect(MinMax(settings.comPort, 1, 9)).core.Caption();
 }
 
+std::string MasterControl::RateCaption() {
+  return menus.mnuBaudSelect(MinMax(settings.baudIndex, 0, 4)).core.Caption();
+}
+
 void MasterControl::Connect() {
   desk.SetHourglass(true);
   device.InitComPort(true);

@@ -40,6 +40,7 @@ MasterControl::MasterControl(RecordEdits& recordEdits, modDeviceComm& link, Desk
       device(link),
       desk(operatorDesk) {
   top.txtComInfo.readOnly = true;
+  lblSetupFile.elided = true;
   Fill(top.cmbBandwidth, Bandwidths(), [](const BandwidthRow& row) { return row.name; });
   Fill(top.cmbConfig, ConfigModes(), [](std::string_view mode) { return mode; });
   ShowOversize(false);

@@ -27,6 +27,7 @@ struct MasterHooks {
   std::function<void()> showObjectLog = [] {};
   std::function<void()> newSetup = [] {};
   std::function<void()> storeSetup = [] {};
+  std::function<void()> storeOpenSetup = [] {};
   std::function<void()> recallSetup = [] {};
   std::function<void()> editDescription = [] {};
   std::function<void()> pickWorkingFolder = [] {};
@@ -67,6 +68,7 @@ struct MasterControl {
   Label lblStatus{fraFoot, "lblStatus", ""};
   // How the settings are kept, where that is not as always.
   Label lblKeeping{fraFoot, "lblKeeping", ""};
+  Label lblSetupFile{fraFoot, "lblSetupFile", ""};  // the path of the open setup
 
   // Fills the panel from the record, with every handler of its controls inert.
   void ConfigMasterControl();
@@ -93,6 +95,8 @@ struct MasterControl {
   void CheckTheme(Theme theme);
   // Caption of the chosen port's entry, "COM1".
   std::string PortCaption();
+  // Of the chosen rate's entry, "19200 baud".
+  std::string RateCaption();
   // With ask it requests the unit's version, and drops the link where that worked; without, the update is due
   // at once. Where it is due the operator is asked, and told what follows.
   void CheckFirmwareVersion(bool ask);

@@ -34,7 +34,11 @@ std::string StepCaption(const std::string& verb, const std::string& title) {
 }  // namespace
 
 void MasterControl::BindMenus() {
+  menus.mnuNew.shortcut = "Ctrl+N";
+  menus.mnuSaveOpen.shortcut = "Ctrl+S";
+  menus.mnuOpen.shortcut = "Ctrl+O";
   menus.mnuNew.clicked = [this] { AskForNewSetup(); };
+  menus.mnuSaveOpen.clicked = [this] { hooks.storeOpenSetup(); };
   menus.mnuSave.clicked = [this] { hooks.storeSetup(); };
   menus.mnuOpen.clicked = [this] { hooks.recallSetup(); };
   menus.mnuViewDescription.clicked = [this] { hooks.editDescription(); };
@@ -128,6 +132,7 @@ void MasterControl::BindKeys() {
   clicks("Alt+O", chain.ohpf.active);
   clicks("Alt+P", top.btnProcEnabled);
   clicks("Alt+S", top.btnSpecAnalyzer);
+  form.keys["Ctrl+Y"] = [this] { edits.history.Redo(); };
   form.keys["Alt+D"] = [this] { hooks.showObjectLog(); };
   form.keys["Alt+U"] = [this] { UpdateOnDemand(); };
 }

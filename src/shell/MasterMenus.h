@@ -13,6 +13,7 @@ struct MasterMenus {
   MenuEntry mnuFile{form, "mnuFile", "&File"};
   MenuEntry mnuNew{mnuFile, "mnuNew", "&New Filter Configuration"};
   MenuEntry mnuSave{mnuFile, "mnuSave", "&Save Setup File"};
+  MenuEntry mnuSaveOpen{mnuFile, "mnuSaveOpen", "Save to Open Fi&le"};
   MenuEntry mnuOpen{mnuFile, "mnuOpen", "&Open Setup File"};
   MenuEntry mnuViewDescription{mnuFile, "mnuViewDescription", "&Edit File Description"};
   MenuEntry mnuWorkingFolder{mnuFile, "mnuWorkingFolder", "Edit &Working Folder"};

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "model/Settings.h"
+#include "persist/FileNames.h"
 #include "text/ProgramInfo.h"
 #include "text/modFile.h"
 
@@ -122,11 +123,9 @@ void Session::FillSetupHooks() {
     periodic.EnableMainTimer(on);
     return before;
   };
-  setupContext.stored = [this](const std::string& name) {
-    platform.files.Settle();
-    NameSetup(name);
-  };
-  setupContext.recalled = [this](const std::string& name) { TakeOnSetup(name); };
+  setupContext.stored = [this](const std::string& /*name*/) { platform.files.Settle(); };
+  setupContext.recalled = [this](const std::string& /*name*/) { TakeOnSetup(); };
+  setupContext.open.exchanged = [this] { ShowOpenSetup(); };
 }
 
 void Session::FillFileMenuHooks() {
@@ -140,6 +139,10 @@ void Session::FillFileMenuHooks() {
     QueueRefresh(false);
     recSet.Show();
   };
+  hooks.storeOpenSetup = [this] {
+    QueueRefresh(false);
+    stoSet.StoreOpenFile();
+  };
   hooks.editDescription = [this] { description.Show(); };
   hooks.pickWorkingFolder = [this] { frmWorkingFolder.Show(); };
   master.form.activated = [this] { Activated(); };
@@ -147,9 +150,10 @@ void Session::FillFileMenuHooks() {
 
 void Session::FillEditHooks() {
   edits.edited = [this] { ShowRecord(); };
-  edits.setupExchanged = [this] {
-    NameSetup({});
-    setupContext.lastName.clear();
+  edits.setupExchanged = [this] { setupContext.open.Forget(); };
+  history.changed = [this, shown = history.changed] {
+    shown();
+    ShowOpenSetup();
   };
   edits.undisturbed = [this](const std::function<void()>& fit) {
     const std::int16_t pollMode = std::exchange(periodic.pollMode, poll::MainLevels);
@@ -199,6 +203,7 @@ void Session::SendChanges() {
   if (std::exchange(settings.fitPending, std::int16_t{0}) != 0 &&
       LayoutDiffers(settings, PlanFit(settings, true))) {
     history.Amend([this] { config.ConfigureStages(true); });
+    ShowOpenSetup();
   } else {
     download.DownloadSettings(DownloadMode::Difference);
   }
@@ -209,7 +214,7 @@ void Session::Start() {
   settings.curFilter = settings.curEq = settings.curBroadband = 1;
   platform.desk.SetHourglass(true);
   forms.Show(splash.form);
-  platform.events.RunEvents(0);  // lets the splash paint
+  TellAtStart("Reading the last settings");
   periodic.eqLevelsWanted = false;
   QueueRefresh(false);
   master.top.pbxInfoPic.SetImage(ConnectionIconImages);
@@ -222,7 +227,10 @@ void Session::Start() {
   master.ConfigMasterControl();
   periodic.ShowLevelBars();
   ConnectAtStart();
+  TellAtStart(device.comm.CommPortOpen ? "Sending the settings to " + ApplicationTitle
+                                       : "Fitting the filters");
   config.ConfigureStages(true);
+  setupContext.open.Take({});
   forms.Unload(splash.form);
   forms.Show(master.form);
   periodic.pollMode = poll::MainLevels;
@@ -230,8 +238,16 @@ void Session::Start() {
   platform.desk.SetHourglass(false);
 }
 
+void Session::TellAtStart(const std::string& what) {
+  splash.lblWaiting.core.SetCaption(what);
+  platform.events.RunEvents(0);  // lets the splash paint
+}
+
 void Session::ConnectAtStart() {
-  if (Leaving() || !device.InitComPort(false)) return;
+  if (Leaving()) return;
+  TellAtStart("Waiting for " + ApplicationTitle + " on " + master.PortCaption() + " at " +
+              master.RateCaption());
+  if (!device.InitComPort(false)) return;
   master.CheckFirmwareVersion(true);
   if (!Leaving()) device.InitComPort(true);
 }
@@ -246,21 +262,22 @@ void Session::NewSetup() {
   history.Exchange("New Filter Configuration", [&] {
     if (!lastState.LoadFactorySetup()) return;
     if (device.comm.CommPortOpen) std::tie(settings.comPort, settings.baudIndex) = standing;
-    setupContext.lastName.clear();
-    TakeOnSetup({});
+    TakeOnSetup();
+    setupContext.open.Take({});
   });
   settings.loadingSetup = false;
   platform.desk.SetHourglass(false);
 }
 
-void Session::NameSetup(const std::string& name) {
-  const std::string caption = " Master Control Panel";
-  master.form.SetCaption(name.empty() ? ApplicationTitle + caption
-                                      : name + caption + " - " + ApplicationTitle);
+void Session::ShowOpenSetup() {
+  const std::string& path = setupContext.open.Path();
+  const std::string caption = " Master Control Panel", mark = setupContext.open.Changed() ? "*" : "";
+  master.form.SetCaption(mark + (path.empty() ? ApplicationTitle + caption
+                                              : LastPart(path) + caption + " - " + ApplicationTitle));
+  master.lblSetupFile.core.SetCaption(path);
 }
 
-void Session::TakeOnSetup(const std::string& name) {
-  NameSetup(name);
+void Session::TakeOnSetup() {
   edits.formerLevels.reset();
   master.ConfigMasterControl();
   config.ConfigureStages(true);

@@ -90,8 +90,9 @@ struct Session {
   bool Leaving() const;
   void ShowObjectLog();
   void Activated();
-  void TakeOnSetup(const std::string& name);
-  void NameSetup(const std::string& name);
+  void TellAtStart(const std::string& what);
+  void TakeOnSetup();
+  void ShowOpenSetup();
   void CloseAllButMaster();
 
   bool refreshOnActivate = false;

@@ -19,6 +19,7 @@ namespace vc {
 struct Label {
   Label(Place place, const std::string& name, const std::string& caption, int index = NoIndex);
   ControlCore core;
+  bool elided = false;  // stays in one line, without its middle where that is too short
 };
 
 struct TextBox {

@@ -102,6 +102,60 @@ TEST_F(Dialogs, AStoreWritesWhatItsWindowSays) {
   EXPECT_EQ(FilesInFolder(), 3U);
 }
 
+TEST_F(Dialogs, TheWindowsRememberFolderAndNameForTheRun) {
+  for (const char* place : {"sub", "other"}) fs::create_directory(Path(place));
+  Make("sub/old.nrv", 777);
+  recall.Show();
+  EXPECT_EQ(Shown("txtFileName"), "");
+  Type("txtFolder", "sub");
+  Type("txtFileName", "old");
+  Press("btnCancel");
+  Recall(Path("sub/old.nrv"));
+  EXPECT_EQ(context.open.Path(), Path("sub/old.nrv"));
+  for (const auto& show : {std::function<void()>([this] { store.Show(); }), {[this] { recall.Show(); }}}) {
+    show();
+    EXPECT_EQ(Shown("txtFolder"), Path("sub"));
+    EXPECT_EQ(Shown("txtFileName"), "old.nrv");
+    Press("btnCancel");
+  }
+  workingFolder.Show();
+  EXPECT_EQ(Shown("txtFolder"), folder.Path());
+  Type("txtFolder", "other");
+  Press("btnOK");
+  recall.Show();  // where the operator wants to work now
+  EXPECT_EQ(Shown("txtFolder") + Shown("txtFileName"), Path("other"));
+  Press("btnCancel");
+  store.Show();  // the open file is where it was
+  EXPECT_EQ(Shown("txtFolder") + Shown("txtFileName"), Path("sub") + "old.nrv");
+}
+
+TEST_F(Dialogs, AStoreToTheOpenFileAsksWhatTheWindowAsks) {
+  store.StoreOpenFile();  // none is open
+  EXPECT_EQ(forms.Top(), &store.form);
+  EXPECT_EQ(Boxes(), "");
+  Type("txtFileName", "one");
+  Press("btnOK");
+  const std::string before = support::Content(Path("one.nrv"));
+  settings.lpfCutoff[1] = 1234;
+  EXPECT_TRUE(context.open.Changed());
+  store.StoreOpenFile();
+  EXPECT_TRUE(support::Content(Path("one.nrv")) == before);
+  Press("btnCancel");
+  desk.answers = {Answer::Yes};
+  store.StoreOpenFile();
+  EXPECT_TRUE(forms.open.empty());
+  EXPECT_EQ(Boxes(), "File Already Exists;File Already Exists;");
+  EXPECT_FALSE(support::Content(Path("one.nrv")) == before);
+  EXPECT_FALSE(context.open.Changed());
+  Make("one.nrv", 777, true);
+  const std::string isProtected = support::Content(Path("one.nrv"));
+  desk.answers = {Answer::Yes};
+  store.StoreOpenFile();
+  EXPECT_EQ(Boxes(), "Protected File Already Exists;");
+  EXPECT_EQ(forms.Top(), &store.form);  // for another name
+  EXPECT_TRUE(support::Content(Path("one.nrv")) == isProtected);
+}
+
 TEST_F(Dialogs, AProtectedFileIsNeverOverwritten) {
   Make("kept.nrv", 777, true);
   fs::create_symlink(Path("kept.nrv"), Path("link.nrv"));

@@ -41,7 +41,13 @@ TEST_F(Sessions, StartConnectsInTheToldOrder) {
 }
 
 TEST_F(Sessions, StartWithoutAUnitWorksOn) {
+  std::string told;
+  session.splash.form.controlChanged = [&](const ControlCore& core, std::string_view /*property*/) {
+    told += core.Caption() + ";";
+  };
   session.Start();
+  EXPECT_EQ(told,
+            "Reading the last settings;Waiting for Veltrana on COM1 at 115200 baud;Fitting the filters;");
   EXPECT_EQ(OnlyBox().substr(0, 23), "48|Veltrana Not Present");
   test.loop.RunFor(150);
   EXPECT_EQ(Shown(), "COM 1 is closed");

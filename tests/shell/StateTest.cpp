@@ -436,6 +436,44 @@ TEST_F(States, ASetupGoesOutToAFileAndComesBackIntoTheUnit) {
   EXPECT_THAT(run.Titles(), IsEmpty());
 }
 
+TEST_F(States, TheTitleTellsWhatIsNotStored) {
+  Outing run(*this);
+  Session& session = run.Started();
+  const Form& form = session.master.form;
+  const auto press = [&run](const char* keys) { EXPECT_EQ(run.session.forms.Top()->Press(keys), ""); };
+  EXPECT_EQ(form.Caption(), "Veltrana Master Control Panel");
+  run.Edit("ihpfCutoff", "330");
+  EXPECT_EQ(form.Caption(), "*Veltrana Master Control Panel");
+  press("Ctrl+Z");
+  EXPECT_EQ(form.Caption(), "Veltrana Master Control Panel");
+  press("Ctrl+Y");
+  EXPECT_EQ(session.settings.ihpfCutoff, 330);
+  press("Ctrl+S");  // no file is open: the window asks for one
+  EXPECT_EQ(run.Do("txtFileName", "Tape"), "");
+  EXPECT_EQ(run.Do("btnOK"), "");
+  EXPECT_EQ(form.Caption(), "Tape.nrv Master Control Panel - Veltrana");
+  EXPECT_EQ(session.master.lblSetupFile.core.Caption(), Path("Tape.nrv"));
+
+  session.panels.OpenBlock("IHPFSetup", session.master.chain.ihpf);
+  EXPECT_EQ(run.Do("txtCutoff", "400"), "");
+  EXPECT_EQ(form.Caption(), "*Tape.nrv Master Control Panel - Veltrana");
+  run.desk.answers = {Answer::Yes};
+  press("Ctrl+S");
+  EXPECT_THAT(run.Titles(), ElementsAre("File Already Exists"));
+  EXPECT_EQ(form.Caption(), "Tape.nrv Master Control Panel - Veltrana");
+  EXPECT_THAT(Content(Path("Tape.nrv")), HasSubstr("\r\n400\r\n"));
+  press("Escape");
+
+  run.Edit("ihpfCutoff", "200");
+  press("Ctrl+O");
+  EXPECT_EQ(run.Do("btnOK"), "");  // the name is there still
+  EXPECT_EQ(session.settings.ihpfCutoff, 400);
+  EXPECT_EQ(form.Caption(), "Tape.nrv Master Control Panel - Veltrana");
+  run.desk.answers = {Answer::Yes};
+  press("Ctrl+N");
+  EXPECT_EQ(form.Caption() + session.master.lblSetupFile.core.Caption(), "Veltrana Master Control Panel");
+}
+
 TEST_F(States, AQueuedRefreshRunsWhenTheMasterIsActiveAgain) {
   Outing run(*this);
   Session& session = run.Started();

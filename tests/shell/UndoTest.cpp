@@ -181,7 +181,7 @@ TEST(Undo, ReachesBehindANewSetup) {
   EXPECT_EQ(run.session.history.UndoTitle(), "New Filter Configuration");
   run.session.master.form.SetCaption("as after a recall");
   run.Click("mnuUndo");
-  EXPECT_EQ(run.Top().Caption(), "Veltrana Master Control Panel");
+  EXPECT_EQ(run.Top().Caption(), "*Veltrana Master Control Panel");
   run.Settle();
   EXPECT_EQ(run.record.ihpfCutoff, 330);
   EXPECT_EQ(run.record.setupDescription, "Hall, hum");

@@ -1,0 +1,20 @@
+#include "persist/OpenSetup.h"
+
+#include "model/EditHistory.h"
+
+namespace vc {
+
+void OpenSetup::Take(const std::string& file) {
+  path = file;
+  taken = settings;
+  exchanged();
+}
+
+void OpenSetup::Forget() {
+  path.clear();
+  exchanged();
+}
+
+bool OpenSetup::Changed() const { return SetupDiffers(taken, settings); }
+
+}  // namespace vc
