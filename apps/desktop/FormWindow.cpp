@@ -58,8 +58,8 @@ FormWindow::FormWindow(vc::Form& shownForm, std::function<void()> closedByOperat
   Join();
 }
 
-// The widgets go while the binder that they speak to is still there. They are not taken out first: a widget
-// without its window changes its style, and a view would then measure a control that may be gone.
+// The widgets go while the binder that they speak to is still there, and this filter with them: what a widget
+// says on its way out is not heard.
 FormWindow::~FormWindow() {
   Release();
   delete centralWidget();
@@ -118,6 +118,16 @@ void FormWindow::Release() {
   form->captionChanged = nullptr;
   form = nullptr;
   binder->Release();
+  FallSilent();
+}
+
+// The controls may be gone from here on, but not the widgets: one of them may be in the midst of the event
+// that has led here. Whatever else comes to them, a change of theme, the loss of the focus, their own end, no
+// view asks its control any more and no filter of a text box is told. A filter set later is asked first.
+void FormWindow::FallSilent() {
+  hide();
+  scroll->installEventFilter(this);
+  for (QWidget* widget : scroll->findChildren<QWidget*>()) widget->installEventFilter(this);
 }
 
 void FormWindow::FollowStale() {
@@ -179,6 +189,7 @@ void FormWindow::GrowToContents() {
 }
 
 bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
+  if (form == nullptr) return event->type() != QEvent::DeferredDelete;
   if (watched == contents && event->type() == QEvent::LayoutRequest) GrowToContents();
   return QMainWindow::eventFilter(watched, event);
 }

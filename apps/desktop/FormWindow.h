@@ -22,7 +22,8 @@ class FormWindow : public QMainWindow {
 
   // Shows it in front; at first in the size that its contents ask for, around the middle of a place.
   void Present(Qt::WindowModality modality, const QPoint& middle);
-  // Lets go of the form, which may be gone at any time from then on. The widgets stay and do nothing.
+  // Hides the window and lets go of the form, which may be gone at any time from then on. The widgets stay
+  // until the window goes, and hear nothing.
   void Release();
 
  protected:
@@ -33,6 +34,7 @@ class FormWindow : public QMainWindow {
 
  private:
   void Join();
+  void FallSilent();
   void AddKeys();
   void AddKey(const std::string& combination);
   void OpenMenuBar();

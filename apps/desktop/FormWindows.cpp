@@ -46,7 +46,6 @@ void FormWindows::TakeAway(const vc::Form& form) {
   windows.erase(&form);
   if (window == nullptr) return;
   window->Release();
-  window->hide();
   window->deleteLater();  // it may be the window whose event has led here
   // Not every desktop gives the keyboard back by itself.
   const vc::Form* top = forms.Top();

@@ -9,6 +9,7 @@
 
 #include "Shown.h"
 #include "desktop/Application.h"
+#include "desktop/Theme.h"
 #include "text/Convert.h"
 
 namespace desktop {
@@ -59,6 +60,23 @@ TEST(Windows, AButtonMayTakeItsOwnFormAway) {
   EXPECT_EQ(shown.windows.WindowOf(small->form), nullptr);
   small.reset();
   QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+// Under the address sanitizer it fails where anything does.
+TEST(Windows, WhatIsLeftOfOneAsksNothingOfAFormThatIsGone) {
+  const Shown below;
+  for (const char* focus : {"txtCutoff", "txtNotes", "sldrCutoff", "lstFiles", "chkPart(1)", "btnOK"}) {
+    auto shown = std::make_unique<Shown>();
+    const QPointer<FormWindow> window = &shown->Window();
+    shown->Focus(focus);
+    shown->forms.Unload(shown->sample.form);
+    shown.reset();
+    ASSERT_FALSE(window.isNull());
+    for (const Theme theme : {Theme::Dark, Theme::Light}) ApplyTheme(theme);
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(window.isNull());
+  }
 }
 
 TEST(Windows, AModalFormBlocksTheOneBelow) {
