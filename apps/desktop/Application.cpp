@@ -3,7 +3,6 @@
 #include <string>
 
 #include "desktop/MessageBox.h"
-#include "text/Convert.h"
 #include "text/ProgramInfo.h"
 
 namespace desktop {
@@ -17,13 +16,25 @@ bool Application::notify(QObject* receiver, QEvent* event) {
   try {
     return QApplication::notify(receiver, event);
   } catch (const vc::Fault& fault) {
-    if (faultShown) return false;  // one that returns with every tick must not pile up boxes
-    faultShown = true;
-    const std::string source = fault.source.empty() ? "" : " (" + fault.source + ")";
-    ShowBox(vc::box::Critical, vc::ApplicationTitle, "Unexpected error: " + fault.description + source);
-    faultShown = false;
+    Tell(fault);
     return false;
   }
+}
+
+void Application::Guard(const std::function<void()>& handler) {
+  try {
+    handler();
+  } catch (const vc::Fault& fault) {
+    static_cast<Application*>(QCoreApplication::instance())->Tell(fault);
+  }
+}
+
+void Application::Tell(const vc::Fault& fault) {
+  if (faultShown) return;  // one that returns with every tick must not pile up boxes
+  faultShown = true;
+  const std::string source = fault.source.empty() ? "" : " (" + fault.source + ")";
+  ShowBox(vc::box::Critical, vc::ApplicationTitle, "Unexpected error: " + fault.description + source);
+  faultShown = false;
 }
 
 }  // namespace desktop

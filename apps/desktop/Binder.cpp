@@ -9,6 +9,7 @@
 #include <QBoxLayout>
 #include <QButtonGroup>
 
+#include "desktop/Application.h"
 #include "desktop/Kinds.h"
 #include "desktop/QtText.h"
 #include "widgets/Controls.h"
@@ -178,7 +179,7 @@ void Binder::FocusFirst() const {
 
 void Binder::Operate(const vc::ControlCore& core, const std::function<void()>& action) {
   if (form == nullptr) return;
-  action();
+  Application::Guard(action);
   // The action may have taken the form away, and with it the control.
   if (form != nullptr) Follow(core, EveryProperty);
 }

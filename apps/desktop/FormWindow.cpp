@@ -15,6 +15,7 @@
 #include <QShortcut>
 #include <QWindow>
 
+#include "desktop/Application.h"
 #include "desktop/QtText.h"
 #include "widgets/Controls.h"
 
@@ -90,7 +91,9 @@ void FormWindow::AddKeys() {
 void FormWindow::AddKey(const std::string& combination) {
   auto* shortcut = new QShortcut(QKeySequence(ToQt(combination)), this);
   connect(shortcut, &QShortcut::activated, this, [this, combination] {
-    if (form != nullptr) form->Press(combination);
+    Application::Guard([this, &combination] {
+      if (form != nullptr) form->Press(combination);
+    });
   });
 }
 
