@@ -197,7 +197,7 @@ TEST(MasterPanelWindow, WindowsThatComeAndGoLeaveNothingBehind) {
   run.record.filterType[1] = vc::FilterKind::Bandpass;
   run.record.filterType[2] = vc::FilterKind::Bandpass;
   const long before = openAndClose(100);
-  constexpr long mostKilobytes = 2000;  // a window alone takes more than ten of them
+  constexpr long mostKilobytes = 2000L * MEMORY_ALLOWANCE;  // a window alone takes more than ten of them
   EXPECT_LT(openAndClose(200) - before, mostKilobytes);
   // What is only loaded has no window at all.
   const auto windows = QApplication::topLevelWidgets().size();

@@ -91,7 +91,7 @@ double LowpassSum(const Case& c, double edge, double frequency) {
     const double ideal =
         k == 0 ? 2 * edge : std::sin(2 * std::numbers::pi * edge * k) / (std::numbers::pi * k);
     const double tap = ideal * std::cyl_bessel_i(0.0, beta * std::sqrt(1 - place * place));
-    sum += std::polar(tap, -2 * std::numbers::pi * frequency * k);
+    sum += tap * std::polar(1.0, -2 * std::numbers::pi * frequency * k);
     atZero += tap;
   }
   return sum.real() / atZero;

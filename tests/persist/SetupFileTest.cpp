@@ -47,7 +47,7 @@ std::string FirstDifference(const SystemSettings& one, const SystemSettings& oth
 
 TEST_F(SetupFile, FiveThousandRandomRecordsComeBackAsTheyWere) {
   std::mt19937 random{41};
-  for (int round = 0; round < 5000; ++round) {
+  for (int round = 0; round < 5000 / TIME_ALLOWANCE; ++round) {
     fuzz::RandomizeRecord(settings, random);
     const SystemSettings saved = settings;
     const std::string text = WriteSetup(settings, 0, {});
@@ -111,8 +111,9 @@ TEST_F(SetupFile, CutAfterAnyLineItLoadsAndGarbageInAnyLineStopsItThere) {
   const std::string text = WriteSetup(settings, 0, {});
   SystemSettings previous;
   InitSettings(previous);
-  std::size_t place = 0;
+  std::size_t place = 0, line = 0;
   for (std::size_t end = 0; (end = text.find('\n', place)) != std::string::npos; place = end + 1) {
+    if (line++ % TIME_ALLOWANCE != 0) continue;
     const bool isText = text[place] == '"';
     const std::string_view before = std::string_view(text).substr(0, place);
     SystemSettings cut, damaged;

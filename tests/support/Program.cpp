@@ -62,7 +62,7 @@ void Program::Say(const std::string& line) const {
 }
 
 std::string Program::Await(const std::string& beginning, int milliseconds) {
-  const auto end = Clock::now() + std::chrono::milliseconds(milliseconds);
+  const auto end = Clock::now() + std::chrono::milliseconds(milliseconds) * TIME_ALLOWANCE;
   while (true) {
     for (auto stop = pending.find('\n'); stop != std::string::npos; stop = pending.find('\n')) {
       std::string line = pending.substr(0, stop);
@@ -80,7 +80,7 @@ std::string Program::Await(const std::string& beginning, int milliseconds) {
 }
 
 int Program::AwaitEnd(int milliseconds) {
-  const auto end = Clock::now() + std::chrono::milliseconds(milliseconds);
+  const auto end = Clock::now() + std::chrono::milliseconds(milliseconds) * TIME_ALLOWANCE;
   while (Clock::now() < end) {
     int status = 0;
     if (waitpid(child, &status, WNOHANG) == child) {
