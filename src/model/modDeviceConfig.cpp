@@ -130,7 +130,21 @@ FitLayout PlanFit(const SystemSettings& settings, bool fit) {
 }
 
 bool LayoutDiffers(const SystemSettings& settings, const FitLayout& layout) {
-  return Shared(settings) != Shared(layout);
+  const auto common = [](const auto& holder) {
+    return std::tie(holder.numFilters, holder.adaptiveStageTaps, holder.generalStageTaps);
+  };
+  if (common(settings) != common(layout)) return true;
+  const std::int16_t configMode = ListedCodes(settings).configMode;
+  for (int stage = 1; stage <= FilterStages; stage++) {
+    const int filter = configMode != ConfigMode::Mono && stage > PairStages ? stage - PairStages : stage;
+    if (filter > settings.numFilters) continue;
+    const auto limits = [stage, position = PositionOfStage(configMode, stage)](const auto& holder) {
+      return std::tie(holder.maxTaps[stage], holder.maxSpan[stage], holder.maxFilterSize[stage],
+                      holder.extraStages[position]);
+    };
+    if (limits(settings) != limits(layout)) return true;
+  }
+  return false;
 }
 
 modDeviceConfig::modDeviceConfig(SystemSettings& record) : settings(record) { ScaleDisplays(); }

@@ -30,7 +30,8 @@ struct FitLayout {
 // in Mono, 3 a channel in the stereo modes.
 FitLayout PlanFit(const SystemSettings& settings, bool fit);
 
-// Whether taking on the layout would change numFilters, extraStages or a limit of the record.
+// Whether taking on the layout would change numFilters, or extraStages or a limit of a filter in use. Filters
+// beyond the number keep what they had when it was larger, so that nothing is cut before they come back.
 bool LayoutDiffers(const SystemSettings& settings, const FitLayout& layout);
 
 // What a download does about the past: DownloadSettings takes these numbers.

@@ -1,5 +1,6 @@
 #include "shell/RecordEdits.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "model/BroadbandPresets.h"
@@ -35,6 +36,12 @@ void FollowConfiguration(RecordEdits& edits, const SystemSettings& before, int /
     edits.download.ForgetBandwidth();
     edits.config.ConfigureStages(false);
   }
+}
+
+// Nothing is laid out anew: filters that go or come keep the sizes that they were given.
+void HoldNumFilters(RecordEdits& edits, const SystemSettings& /*before*/, int /*index*/) {
+  std::int16_t& filters = edits.settings.numFilters;
+  filters = std::min(filters, edits.settings.maxDspStages);
 }
 
 void AskForFit(RecordEdits& edits, const SystemSettings& /*before*/, int /*index*/) {
@@ -88,7 +95,7 @@ constexpr std::array<EditRule, 17> EditRules{{{"bandwidthIndex", FollowBandwidth
                                               {"configMode", FollowConfiguration},
                                               {"agcLinked", HoldLinks},
                                               {"limiterLinked", HoldLinks},
-                                              {"numFilters", AskForFit},
+                                              {"numFilters", HoldNumFilters},
                                               {"levelControlsShown", FollowLevelControls},
                                               {"ch1Taps", AskForFit},
                                               {"ch2Taps", AskForFit},
