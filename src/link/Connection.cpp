@@ -69,6 +69,7 @@ void modDeviceComm::OpenPort() {
   comm.CommPortId = portLibrary.OpenComm(name, QueueSize, QueueSize);
   ReplyTicksLeft = 0;
   ReplyBytesExpected = 0;
+  unsettled = lossTold = false;
   if (comm.CommPortId >= 0) return;
   hooks.portUnavailable(portLibrary.openFailure);
   hooks.box(box::Exclamation, "Invalid/Unavailable for Local " + ApplicationTitle + " Connection",
@@ -113,6 +114,8 @@ void modDeviceComm::DisconnectZorq(bool updateMenus) {
                                            if (comm.CommPortId >= 0) portLibrary.CloseComm(comm.CommPortId);
                                            comm.CommPortId = -1;
                                            comm.CommPortOpen = false;
+                                           UnansweredHundredths = 0;
+                                           hooks.portClosed();
                                          },
                                          [&] {
                                            if (!updateMenus) return;
@@ -131,7 +134,7 @@ bool modDeviceComm::GrabInitialZorqStatus(std::int16_t seconds) {
                    const Outcome outcome =
                        Transact({frame, token::MainStatus, StatusReplyBytes, limit, StatusErrorPause},
                                 ProbeAttempts, reply);
-                   if (outcome == Outcome::Exhausted) DisconnectZorq(true);
+                   if (outcome == Outcome::Exhausted || outcome == Outcome::Gone) DisconnectZorq(true);
                    if (outcome != Outcome::Answered) return;
                    DecodeUnitStatus(status, reply);
                    status.unitOptionPrev = status.unitOption;
@@ -143,7 +146,7 @@ bool modDeviceComm::GrabInitialZorqStatus(std::int16_t seconds) {
 bool modDeviceComm::RequestVersion(int& firmware, int& bootRom) {
   const CommandFrame frame = MakeCommandFrame(command::Version, 0);
   Exchange exchange{frame, token::Version, VersionReplyBytes, VersionHundredths + BaudTimeoutExtra};
-  exchange.drainEachTime = true;
+  exchange.drainEachTime = exchange.nothingBehind = true;
   // Digits that were damaged on the line are as bad as a damaged token.
   exchange.accept = [](const std::string& reply) {
     return VersionAt(reply, BootRomOffset) >= 0 && VersionAt(reply, FirmwareOffset) >= 0;
@@ -161,6 +164,7 @@ bool modDeviceComm::RequestVersion(int& firmware, int& bootRom) {
                   " firmware may be corrupted.  Please contact NRV at 000-555-0199 for tech support.");
     PauseForRecovery();
   }
+  if (outcome == Outcome::Gone) LinkLost();
   return outcome == Outcome::Answered;
 }
 

@@ -53,10 +53,26 @@ void modDeviceComm::PollStep(const PolledRequest& request, std::uint16_t argumen
 }
 
 void modDeviceComm::SendPolled(const PolledRequest& request, std::uint16_t argument) {
+  if (unsettled && !LineIsSilent()) return;
+  if (UnansweredHundredths == 0) askedSince = portLibrary.WaitHundredths(0);
   const CommandFrame frame = MakeCommandFrame(request.code, argument);
   portLibrary.WriteComm(comm.CommPortId, frame);
   ReplyTicksLeft = Nearest(Divide(request.waitMilliseconds, hooks.mainTimerMilliseconds()));
   ReplyBytesExpected = request.bytesExpected;
+}
+
+// A look a tick, where a blocking transaction would wait.
+bool modDeviceComm::LineIsSilent() {
+  constexpr std::int32_t microsecondsPerHundredth = 10000;
+  const std::int32_t now = portLibrary.WaitHundredths(0);
+  portLibrary.GetCommError(comm.CommPortId, comm.CommStat);
+  if (comm.CommStat.cbInQue != 0) {
+    comm.FlushCommQueues();
+    silentSince = now;
+  }
+  const std::int64_t silent = std::int64_t{now - silentSince} * microsecondsPerHundredth;
+  unsettled = silent <= SilenceMicroseconds(comm.record.baudIndex);
+  return !unsettled;
 }
 
 void modDeviceComm::TakePolledReply(const PolledRequest& request, const ReplyReader& decode,
@@ -69,8 +85,14 @@ void modDeviceComm::TakePolledReply(const PolledRequest& request, const ReplyRea
     if (good && takeBody) takeBody(reply);
     comm.FlushCommQueues();
     ReplyTicksLeft = ReplyBytesExpected = MissedReplyCount = 0;
+    UnansweredHundredths = 0;
+    unsettled = !good;
+    silentSince = portLibrary.WaitHundredths(0);
     if (good) decode(reply);
-  } else if (error != 0) {
+    return;
+  }
+  UnansweredHundredths = portLibrary.WaitHundredths(0) - askedSince;
+  if (error != 0) {
     comm.FlushCommQueues();
     ReplyTicksLeft = ReplyBytesExpected = 0;
     CountMissByError(error);
@@ -99,6 +121,7 @@ bool modDeviceComm::TooManyMisses() const {
 
 void modDeviceComm::LinkLost() {
   DisconnectZorq(true);
+  lossTold = true;
   const std::string lost = ApplicationTitle + " Connection Lost";
   hooks.box(box::Exclamation, lost, lost + ".  Please check all connections before attempting reconnect.");
   hooks.connectionState(StateClosed);

@@ -1,5 +1,6 @@
 // Blocking transactions of modDeviceComm: the wait for a reply, the retry law, the acknowledged frames.
 #include <algorithm>
+#include <utility>
 
 #include "link/modDeviceComm.h"
 #include "text/Convert.h"
@@ -12,21 +13,42 @@ constexpr int CommandAttempts = 5;
 constexpr std::int16_t AcknowledgeBytes = 3;
 constexpr std::int32_t PacketHundredths = 200;
 constexpr std::int32_t RecoveryHundredths = 250;
-// How soon a wait sees that the program is to end, and how long it then still lasts: a unit that is there has
-// answered by then.
-constexpr std::int32_t LookHundredths = 5;
+// How long a wait still lasts where the program is to end: a unit that is there has answered by then.
 constexpr std::int32_t FarewellHundredths = 30;
 constexpr std::int16_t RetryCountMask = 0x3FFF;
+constexpr std::int32_t WaitStepHundredths =
+    5;  // between two calls of hooks.waiting, or looks at hooks.ending
 
 }  // namespace
 
-void modDeviceComm::AwaitReply(std::int16_t bytes, std::int32_t limitHundredths,
+struct modDeviceComm::Wait {
+  explicit Wait(modDeviceComm& device) : link(device) {
+    if (link.waits++ == 0) link.waitingSince = link.portLibrary.WaitHundredths(0);
+  }
+  ~Wait() {
+    if (--link.waits == 0 && std::exchange(link.waitToldOf, false)) link.hooks.waiting(0);
+  }
+  Wait(const Wait&) = delete;
+  Wait& operator=(const Wait&) = delete;
+
+  modDeviceComm& link;
+};
+
+void modDeviceComm::TellWaiting() {
+  const std::int32_t lasted = portLibrary.WaitHundredths(0) - waitingSince;
+  if (lasted < WaitStepHundredths) return;
+  waitToldOf = true;
+  hooks.waiting(lasted);
+}
+
+bool modDeviceComm::AwaitReply(std::int16_t bytes, std::int32_t limitHundredths,
                                std::int32_t errorPauseHundredths) {
   std::int32_t start = portLibrary.WaitHundredths(0);
   std::uint16_t errors = 0;
   std::uint16_t seen = 0;
   while (true) {
     errors |= portLibrary.GetCommError(comm.CommPortId, comm.CommStat);
+    if ((errors & commError::SignalTimeout) != 0) return false;
     const std::int32_t now = portLibrary.WaitHundredths(0);
     if (comm.CommStat.cbInQue != seen) {
       seen = comm.CommStat.cbInQue;
@@ -34,30 +56,63 @@ void modDeviceComm::AwaitReply(std::int16_t bytes, std::int32_t limitHundredths,
     }
     if (now - start >= limitHundredths || seen >= bytes) break;
     if (now - start >= FarewellHundredths && hooks.ending()) break;
-    portLibrary.AwaitComm(comm.CommPortId, std::min(limitHundredths - (now - start), LookHundredths));
+    portLibrary.AwaitComm(comm.CommPortId, std::min(limitHundredths - (now - start), WaitStepHundredths));
+    TellWaiting();
   }
   if (errors != 0) Pause(errorPauseHundredths);
+  return true;
 }
 
 void modDeviceComm::Pause(std::int32_t hundredths) {
-  for (; hundredths > 0 && !hooks.ending(); hundredths -= LookHundredths) {
-    portLibrary.WaitHundredths(std::min(hundredths, LookHundredths));
+  const std::int32_t end = portLibrary.WaitHundredths(0) + hundredths;
+  for (std::int32_t now = end - hundredths; now < end && !hooks.ending();
+       now = portLibrary.WaitHundredths(0)) {
+    portLibrary.WaitHundredths(std::min(end - now, WaitStepHundredths));
+    TellWaiting();
+    const std::uint16_t errors = portLibrary.GetCommError(comm.CommPortId, comm.CommStat);
+    if ((errors & commError::SignalTimeout) != 0) return;
   }
 }
 
+bool modDeviceComm::NothingBehind(std::int16_t bytes) {
+  portLibrary.AwaitSilence(comm.CommPortId, SilenceMicroseconds(comm.record.baudIndex));
+  portLibrary.GetCommError(comm.CommPortId, comm.CommStat);
+  return comm.CommStat.cbInQue <= bytes;
+}
+
+void modDeviceComm::AwaitSilence() {
+  portLibrary.AwaitSilence(comm.CommPortId, SilenceMicroseconds(comm.record.baudIndex));
+  comm.FlushCommQueues();
+  portLibrary.GetCommError(comm.CommPortId, comm.CommStat);  // of what has been thrown away
+  unsettled = false;
+}
+
 modDeviceComm::Outcome modDeviceComm::Transact(const Exchange& exchange, int attempts, std::string& reply) {
-  while (attempts > 0) {
+  const Wait wait(*this);
+  for (bool first = true; attempts > 0; first = false) {
     if (exchange.drainEachTime) DrainPendingReply();
     if (!comm.CommPortOpen) return Outcome::Closed;
     portLibrary.WriteComm(comm.CommPortId, exchange.frame);
-    AwaitReply(exchange.replyBytes, exchange.limitHundredths, exchange.errorPauseHundredths);
+    if (!AwaitReply(exchange.replyBytes, exchange.limitHundredths, exchange.errorPauseHundredths)) {
+      return Outcome::Gone;
+    }
+    const bool whole = !exchange.nothingBehind || NothingBehind(exchange.replyBytes);
     reply.clear();
     comm.ReadCommString(comm.CommPortId, reply, exchange.replyBytes);
-    comm.FlushCommQueues();
-    if (reply.starts_with(exchange.replyToken) && exchange.accept(reply)) return Outcome::Answered;
-    if (hooks.ending()) {
+    const bool good = whole && reply.starts_with(exchange.replyToken) && exchange.accept(reply);
+    if (!good && hooks.ending()) {
       DisconnectZorq(true);
       return Outcome::Closed;
+    }
+    // A frame that was sent again may be answered twice.
+    if (good && first) {
+      comm.FlushCommQueues();
+    } else {
+      AwaitSilence();
+    }
+    if (good) {
+      UnansweredHundredths = 0;
+      return Outcome::Answered;
     }
     --attempts;
     CommRetryCount = static_cast<std::int16_t>((CommRetryCount + 1) & RetryCountMask);
@@ -73,7 +128,9 @@ void modDeviceComm::PauseForRecovery() {
 
 void modDeviceComm::DrainPendingReply() {
   if (!comm.CommPortOpen) return;
+  const Wait wait(*this);
   if (ReplyTicksLeft != 0) AwaitReply(ReplyBytesExpected, BaudTimeoutExtra, 0);
+  if (unsettled) AwaitSilence();
   comm.FlushCommQueues();
   ReplyTicksLeft = 0;
   ReplyBytesExpected = 0;
@@ -92,6 +149,7 @@ bool modDeviceComm::SendAcknowledged(std::span<const std::uint8_t> frame, int at
       DisconnectZorq(true);
       hooks.connectionState(StateClosed);
     }
+    if (outcome == Outcome::Gone) LinkLost();
   } catch (const Fault&) {
     return acknowledged;
   }
@@ -125,6 +183,7 @@ bool modDeviceComm::IssueCommand(std::int32_t code, std::int32_t argument, std::
       ReportFailure(" while issuing Command #", std::to_string(maskedCode));
       hooks.connectionState(StateClosed);
     }
+    if (outcome == Outcome::Gone) LinkLost();
   } catch (const Fault&) {
     return confirmed;
   }
@@ -132,6 +191,7 @@ bool modDeviceComm::IssueCommand(std::int32_t code, std::int32_t argument, std::
 }
 
 void modDeviceComm::ReportFailure(const std::string& middle, const std::string& number) {
+  if (lossTold) return;
   const std::string counted = number.empty() ? std::string{} : number + ".";
   hooks.box(box::Exclamation, ApplicationTitle + " Communications Failure",
             "Communications have failed with " + ApplicationTitle + " on port " + hooks.portCaption() +

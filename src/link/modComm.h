@@ -1,6 +1,7 @@
 // Wrappers of the port library for the one link, and the table of its rates.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <string>
@@ -13,12 +14,13 @@ struct BaudRow {
   const char* text;
   std::uint16_t code;            // for the configuration record
   std::int16_t extraHundredths;  // what replies at this rate may take longer
+  std::int64_t baud;
 };
-inline constexpr std::array<BaudRow, 5> BaudTable{{{"9600", 0x2580, 135},
-                                                   {"14400", 0x3840, 50},
-                                                   {"19200", 0x4B00, 45},
-                                                   {"38400", 0x9600, 45},
-                                                   {"115200", commRecord::Code115200, 45}}};
+inline constexpr std::array<BaudRow, 5> BaudTable{{{"9600", 0x2580, 135, 9600},
+                                                   {"14400", 0x3840, 50, 14400},
+                                                   {"19200", 0x4B00, 45, 19200},
+                                                   {"38400", 0x9600, 45, 38400},
+                                                   {"115200", commRecord::Code115200, 45, 115200}}};
 inline constexpr std::int16_t LastBaudIndex = BaudTable.size() - 1;
 
 // Any index outside the table stands for its last row.
@@ -27,6 +29,13 @@ constexpr std::int16_t BoundedBaudIndex(std::int16_t index) {
 }
 constexpr const BaudRow& BaudOf(std::int16_t index) {
   return BaudTable[static_cast<std::size_t>(BoundedBaudIndex(index))];
+}
+
+// How long a line must be silent until nothing more of a reply is to be expected: 20 byte times, at least
+// 10 ms.
+constexpr std::int64_t SilenceMicroseconds(std::int16_t baudIndex) {
+  constexpr std::int64_t shortest = 10000, twentyBytes = 20 * 10 * 1000000LL;
+  return std::max(shortest, twentyBytes / BaudOf(baudIndex).baud);
 }
 
 // The fields of the settings record that the link reads and writes.

@@ -37,6 +37,11 @@ struct LinkHooks {
   // The program has been asked to end: a wait for a unit that does not answer is given up, and the link with
   // it, without a word.
   std::function<bool()> ending = [] { return false; };
+  // A blocking wait goes on and has lasted so long; 0 tells that it is over. Whoever is told may draw, but
+  // must let no handler run.
+  std::function<void(std::int32_t hundredths)> waiting = [](std::int32_t) {};
+  // The port has been closed: there is no unit any more.
+  std::function<void()> portClosed = [] {};
   // The operator chose to stop after an unexpected error.
   std::function<void()> endProgram = [] {};
 };
@@ -69,6 +74,8 @@ struct modDeviceComm {
   std::int16_t ReplyBytesExpected = 0;  // polled
   std::int16_t MissedReplyCount = 0;    // polled: misses in a row
   std::int16_t CommRetryCount = 0;      // 0..16383, statistic only
+  // How long the polled requests have gone without an answer, at the last look; 0 while they are answered.
+  std::int32_t UnansweredHundredths = 0;
 
   // Opens, configures and probes; with fullConnect it also starts the polling. True if the port is open at
   // the end. Every failure has told the operator.
@@ -82,7 +89,8 @@ struct modDeviceComm {
   bool RequestVersion(int& firmware, int& bootRom);
 
   // The only ways to write to a running unit. True if "!OK" came back; where the attempts are used up the
-  // link is closed, and the caller words the message (see ReportFailure).
+  // link is closed, and the caller words the message (see ReportFailure). A device that goes away ends any
+  // wait at once, as a lost link.
   bool SendDataPacket(std::span<const std::uint8_t> content, std::int32_t packetNumber, int attempts,
                       bool drainFirst);
   // The same for a command frame whose failure the caller words; nothing is drained.
@@ -90,7 +98,8 @@ struct modDeviceComm {
   // True only for an acknowledged command 128. Code and argument are masked to 8 and 16 bits. Where the
   // attempts are used up the link is closed and the operator told. With the port closed nothing happens.
   bool IssueCommand(std::int32_t code, std::int32_t argument, std::int16_t timeoutSeconds);
-  // Waits for the answer of an outstanding polled request, then empties both queues.
+  // Waits for the answer of an outstanding polled request, and for what else is still on its way, then
+  // empties both queues.
   void DrainPendingReply();
 
   // One step of the polled requests for levels and for the equalizer stages.
@@ -107,13 +116,13 @@ struct modDeviceComm {
   void RunStatements(const char* errorName, std::initializer_list<std::function<void()>> statements,
                      const char* errorText = StopQuestion);
   // The failure box: middle part as it stands, the number (where there is one) with a full stop, then the
-  // advice.
+  // advice. Nothing where the operator has been told that the device is gone.
   void ReportFailure(const std::string& middle, const std::string& number = {});
   // The head of levels and status that several replies begin with.
   void DecodeStatusHead(const std::string& reply);
 
  private:
-  enum class Outcome { Answered, Exhausted, Closed };
+  enum class Outcome { Answered, Exhausted, Closed, Gone };
   // One blocking transaction: what goes out, what must come back, and how long each byte of it may take.
   struct Exchange {
     std::span<const std::uint8_t> frame;
@@ -123,15 +132,25 @@ struct modDeviceComm {
     std::int32_t errorPauseHundredths = 10;
     bool drainEachTime = false;
     bool pauseOnComplaint = true;
+    // A reply that is followed by more has had a byte doubled, and what it holds has moved.
+    bool nothingBehind = false;
     // A last look at a reply whose token is right.
     std::function<bool(const std::string& reply)> accept = [](const std::string&) { return true; };
   };
+  // A stretch in which the program blocks, for hooks.waiting; one inside another is a part of it.
+  struct Wait;
   Outcome Transact(const Exchange& exchange, int attempts, std::string& reply);
   bool SendAcknowledged(std::span<const std::uint8_t> frame, int attempts);
-  void AwaitReply(std::int16_t bytes, std::int32_t limitHundredths, std::int32_t errorPauseHundredths);
-  void PauseForRecovery();
-  // Ends early where the program is to end.
+  // False where the device is gone.
+  bool AwaitReply(std::int16_t bytes, std::int32_t limitHundredths, std::int32_t errorPauseHundredths);
+  // Ends early where the program is to end, and where the device is gone.
   void Pause(std::int32_t hundredths);
+  bool NothingBehind(std::int16_t bytes);
+  void PauseForRecovery();
+  void TellWaiting();
+  // Lets the rest of a reply that did not compare come in, and throws it away. Flushed at once, it would
+  // stand before the next reply, and every one after that would be read a byte off.
+  void AwaitSilence();
 
   void CloseBeforeConnect();
   void OpenPort();
@@ -141,10 +160,19 @@ struct modDeviceComm {
 
   void SendPolled(const PolledRequest& request, std::uint16_t argument);
   void TakePolledReply(const PolledRequest& request, const ReplyReader& decode, const ReplyReader& takeBody);
+  bool LineIsSilent();
   void CountMissByError(std::uint16_t error);
   void CountMissBySilence();
   bool TooManyMisses() const;
   void LinkLost();
+
+  bool unsettled = false;         // polled: a reply did not compare, its rest may be on its way
+  std::int32_t silentSince = 0;   // polled, unsettled: when bytes were last seen
+  std::int32_t askedSince = 0;    // polled: when the first request without an answer went out
+  bool lossTold = false;          // since the port was opened
+  std::int32_t waitingSince = 0;  // while a Wait lasts
+  bool waitToldOf = false;
+  int waits = 0;
 };
 
 }  // namespace vc

@@ -143,6 +143,25 @@ void veltrana::AwaitComm(std::int16_t handle, std::int32_t hundredths) {
   line->port->AwaitInput(line->output.empty() ? limit : std::min(limit, shortMicroseconds));
 }
 
+void veltrana::AwaitSilence(std::int16_t handle, std::int64_t microseconds) {
+  constexpr std::int64_t longest = 1000000;
+  Line* line = Find(handle);
+  if (line == nullptr) return;
+  Pump(*line);
+  const std::int64_t start = clock.Microseconds();
+  std::int64_t silentSince = start;
+  std::size_t seen = line->input.size();
+  for (std::int64_t now = start; now - silentSince < microseconds && now - start < longest;
+       now = clock.Microseconds()) {
+    if ((line->errors & commError::SignalTimeout) != 0 || seen == line->inputSize) return;
+    line->port->AwaitInput(microseconds - (now - silentSince));
+    Pump(*line);
+    if (line->input.size() == seen) continue;
+    seen = line->input.size();
+    silentSince = clock.Microseconds();
+  }
+}
+
 std::int32_t veltrana::WaitHundredths(std::int32_t hundredths) {
   if (hundredths > 0) clock.Sleep(hundredths * MicrosecondsPerHundredth);
   return static_cast<std::int32_t>((clock.Microseconds() - startMicroseconds) / MicrosecondsPerHundredth);

@@ -79,6 +79,10 @@ struct veltrana {
   // Gives the processor away until bytes come in, at most for so long. It lets no event run.
   void AwaitComm(std::int16_t handle, std::int32_t hundredths);
 
+  // Waits until no byte has come in for so long; no longer than a second, nor with a full queue or a device
+  // that is gone.
+  void AwaitSilence(std::int16_t handle, std::int64_t microseconds);
+
   // Waits (0 for not at all), then returns the present time, both in hundredths of a second.
   std::int32_t WaitHundredths(std::int32_t hundredths);
 

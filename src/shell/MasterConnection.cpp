@@ -66,8 +66,11 @@ void MasterControl::SelectRate(int entry) {
 void MasterControl::CheckFirmwareVersion(bool ask) {
   int firmware = 0;
   int bootRom = 0;
-  // The firmware window must find the port free.
-  if (ask && device.RequestVersion(firmware, bootRom)) device.DisconnectZorq(false);
+  if (ask) {
+    const bool answered = device.RequestVersion(firmware, bootRom);
+    if (!device.comm.CommPortOpen) return;       // it has gone, and what it needs is not known
+    if (answered) device.DisconnectZorq(false);  // the firmware window must find the port free
+  }
   if (firmware < FirmwareNeeded && !device.hooks.ending()) OfferFirmwareUpdate();
 }
 

@@ -63,6 +63,7 @@ void Session::FillLinkHooks() {
   };
   hooks.portUnavailable = [this](const std::string& reason) { master.lblStatus.core.SetCaption(reason); };
   hooks.portCaption = [this] { return master.PortCaption(); };
+  hooks.portClosed = [this] { periodic.ShowLevelBars(); };
   hooks.mainTimerMilliseconds = [this] { return periodic.tmrBargraph->IntervalMilliseconds(); };
   hooks.endProgram = [this] { platform.events.RequestEnd(); };
 }

@@ -51,6 +51,50 @@ TEST_F(Polling, WrongTokenIsAGoodPollThatChangesNothing) {
   EXPECT_EQ(device.ReplyTicksLeft, 0);
 }
 
+TEST_F(Polling, AfterAWrongTokenTheLineMustBeSilent) {
+  OpenLink();
+  const auto tick = [this] {
+    test.clock.Sleep(50000);
+    Polls(1);
+  };
+  // A status whose rest comes later than its first 46 bytes: they are no answer to the next request.
+  const std::string late = "!" + support::MainStatusReply({1, 2, 3, 4, 5, 6});
+  unit.script = {{late + late, 0, 900}, {support::MainStatusReply({100, 200, 300, 400, 500, 600})}};
+  Polls(1);
+  tick();
+  EXPECT_EQ(device.ReplyTicksLeft, 0);
+  tick();
+  EXPECT_EQ(unit.sent.size(), 1U);  // there was more
+  tick();
+  EXPECT_EQ(unit.sent.size(), 2U);
+  tick();
+  EXPECT_EQ(device.status.levelInLeft, 100);
+
+  unit.script = {{late + late, 0, 900}, {"!OK"}};
+  Polls(1);
+  tick();
+  EXPECT_NEAR(SecondsFor([&] { device.IssueCommand(5, 1, 2); }), 0.045, 0.01);  // the same, but waited for
+  EXPECT_TRUE(device.comm.CommPortOpen);
+  EXPECT_EQ(device.CommRetryCount, 0);
+}
+
+TEST_F(Polling, KnowsHowLongNobodyHasAnswered) {
+  OpenLink();
+  for (int second = 1; second < 5; ++second) {
+    for (int ticks = 0; ticks < 20; ++ticks) {
+      test.clock.Sleep(50000);
+      Polls(1);
+    }
+    EXPECT_NEAR(device.UnansweredHundredths, 100 * second, 12);
+  }
+  unit.always = support::GoodReply;
+  for (int ticks = 0; ticks < 30; ++ticks) {
+    test.clock.Sleep(50000);
+    Polls(1);
+  }
+  EXPECT_EQ(device.UnansweredHundredths, 0);
+}
+
 TEST_F(Polling, SilenceLosesTheLinkAtThe201stMiss) {
   OpenLink();
   Polls(200 * 21);  // one tick to send, twenty to wait

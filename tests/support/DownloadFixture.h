@@ -19,7 +19,10 @@ struct DownloadRun {
   vc::SystemSettings& record = session.settings;
   std::vector<std::string> edits;
 
-  DownloadRun() { session.Start(); }
+  explicit DownloadRun(const unit::Options& options = {}) {
+    unit.PlugIn(options);
+    session.Start();
+  }
 
   void Edit(const std::string& name, const std::string& text, int i = 0, int j = 0) {
     std::string error;
