@@ -59,7 +59,7 @@ void Download::MarkResets() {
 
 void Download::Send() {
   if (!device.comm.CommPortOpen) return;
-  const DownloadPlan plan = PlanDownload({image, settings, analyzerClearRequest}, shadow);
+  const DownloadPlan plan = PlanDownload({image, settings, transform, analyzerClearRequest}, shadow);
   const int total = static_cast<int>(plan.size());
   for (int done = 0; done < total; ++done) {
     progress(done, total);

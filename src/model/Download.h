@@ -18,6 +18,7 @@ struct Download {
   RegisterImage image;
   Shadow shadow;
   bool analyzerClearRequest = false;
+  FilterTransform transform;
 
   // Between frames, never inside one: how many of how many have gone out.
   std::function<void(int done, int total)> progress = [](int, int) {};

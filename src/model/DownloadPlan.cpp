@@ -139,7 +139,7 @@ void PlanFilter(DownloadPlan& plan, const DownloadRequest& request, const Shadow
   if (image.stageNeedsCoefs[position] == 0 || !SendsCoefficients(request.settings, position)) return;
   const int stage = StageAtPosition(request.settings.configMode, position);
   SendCoefficients(plan, position,
-                   BuildCoefficients(request.settings, stage, image.stageKind[position],
+                   BuildCoefficients(request.transform, request.settings, stage, image.stageKind[position],
                                      request.settings.generalStageTaps),
                    IsLinked(request.settings.configMode));
 }
@@ -149,7 +149,7 @@ void PlanEqualizer(DownloadPlan& plan, const DownloadRequest& request, const Sha
   if (request.image.stageAlgorithm[position] != algorithm::FromHost) {
     PlanFilter(plan, request, shadow, position);
   } else if (request.image.stageNeedsCoefs[position] != 0 && SendsCoefficients(request.settings, position)) {
-    SendEdgeFilter(plan, request.settings, equalizer, shadow);
+    SendEdgeFilter(plan, request, equalizer, shadow);
   }
 }
 
@@ -199,10 +199,10 @@ void SendCoefficients(DownloadPlan& plan, int position, const std::vector<float>
           });
 }
 
-void SendEdgeFilter(DownloadPlan& plan, const SystemSettings& settings, int equalizer, const Shadow& shadow) {
-  const std::vector<float> coefs = DesignEdgeFilter(settings, equalizer);
+void SendEdgeFilter(DownloadPlan& plan, const DownloadRequest& request, int equalizer, const Shadow& shadow) {
+  const std::vector<float> coefs = DesignEdgeFilter(request.transform, request.settings, equalizer);
   if (shadow.edgeCoefs[equalizer] == coefs) return;
-  SendCoefficients(plan, EqualizerPosition + equalizer - 1, coefs, IsLinked(settings.configMode));
+  SendCoefficients(plan, EqualizerPosition + equalizer - 1, coefs, IsLinked(request.settings.configMode));
   plan.back().acknowledged = [emptied = plan.back().acknowledged, equalizer, coefs](Shadow& known) {
     emptied(known);
     known.edgeCoefs[equalizer] = coefs;

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "link/FilterTransform.h"
 #include "model/BroadbandBlock.h"
 #include "model/RegisterImage.h"
 #include "model/RegisterTable.h"
@@ -54,6 +55,7 @@ using DownloadPlan = std::vector<DownloadFrame>;
 struct DownloadRequest {
   const RegisterImage& image;
   const SystemSettings& settings;
+  FilterTransform& transform;
   bool analyzerClear = false;
 };
 
@@ -68,7 +70,7 @@ void SynthesizeOnboard(DownloadPlan& plan, const RegisterImage& image, int posit
 // puts them into the next position as well.
 void SendCoefficients(DownloadPlan& plan, int position, const std::vector<float>& coefs, bool linked);
 // The spectral graphic of an equalizer, where its coefficients differ from those last sent.
-void SendEdgeFilter(DownloadPlan& plan, const SystemSettings& settings, int equalizer, const Shadow& shadow);
+void SendEdgeFilter(DownloadPlan& plan, const DownloadRequest& request, int equalizer, const Shadow& shadow);
 // The pieces of a broadband stage's block that differ from the shadow.
 void UploadBroadbandValues(DownloadPlan& plan, const BroadbandBlock& block, int broadband,
                            const Shadow& shadow);

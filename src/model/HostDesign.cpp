@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <optional>
 
-#include "link/CalculateIFFT.h"
 #include "model/Kinds.h"
 #include "model/modNumerical.h"
 #include "text/Convert.h"
@@ -105,29 +104,30 @@ std::optional<Magnitudes> StageMagnitudes(const SystemSettings& settings, int st
   }
 }
 
-void Transform(Magnitudes& magnitudes, double spectrumScale) {
-  CalculateIFFT(static_cast<std::int16_t>(spectrumScale), 1,
-                std::span<float, IfftCapacity>(magnitudes.data(), IfftCapacity));
+void Transform(FilterTransform& transform, Magnitudes& magnitudes, double spectrumScale) {
+  transform.CalculateIFFT(static_cast<std::int16_t>(spectrumScale), 1,
+                          std::span<float, IfftCapacity>(magnitudes.data(), IfftCapacity));
 }
 
 }  // namespace
 
-std::vector<float> BuildCoefficients(const SystemSettings& settings, int stage, std::int16_t kind,
-                                     std::int16_t generalStageTaps) {
+std::vector<float> BuildCoefficients(FilterTransform& transform, const SystemSettings& settings, int stage,
+                                     std::int16_t kind, std::int16_t generalStageTaps) {
   std::optional<Magnitudes> buffer = StageMagnitudes(settings, stage, kind);
   if (!buffer) return {};
-  Transform(*buffer, FilterSpectrumScale);
+  Transform(transform, *buffer, FilterSpectrumScale);
   const int taps = std::clamp<int>(generalStageTaps, 0, FilterDesignTaps);
   const auto first = buffer->begin() + (static_cast<int>(FilterDesignTaps) - taps) / 2;
   return {first, first + taps};
 }
 
-std::vector<float> DesignEdgeFilter(const SystemSettings& settings, int equalizer) {
+std::vector<float> DesignEdgeFilter(FilterTransform& transform, const SystemSettings& settings,
+                                    int equalizer) {
   Magnitudes buffer(IfftCapacity, 0.0F);
   for (int i = 0; i < EdgeLines; i++) {
     At(buffer, i) = static_cast<float>(Gain(settings.edgeCurve[equalizer][i]));
   }
-  Transform(buffer, EqualizerSpectrumScale);
+  Transform(transform, buffer, EqualizerSpectrumScale);
   buffer.resize(EdgeFilterTaps);
   return buffer;
 }

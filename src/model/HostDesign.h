@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "link/FilterTransform.h"
 #include "model/SystemSettings.h"
 
 namespace vc {
@@ -22,10 +23,11 @@ inline constexpr std::size_t EdgeFilterTaps = 256;  // sent; the transform fills
 // always finite. Their number is generalStageTaps, at most 1024: the ones in the middle of the design, so
 // that its centre stays the centre. Any other kind gives none. The kind is not taken from the record, since
 // the right side of a linked pair runs with the left's.
-std::vector<float> BuildCoefficients(const SystemSettings& settings, int stage, std::int16_t kind,
-                                     std::int16_t generalStageTaps);
+std::vector<float> BuildCoefficients(FilterTransform& transform, const SystemSettings& settings, int stage,
+                                     std::int16_t kind, std::int16_t generalStageTaps);
 
 // The 256 coefficients of the "Spectral Graphic" of equalizer 1 or 2, like those of a filter stage.
-std::vector<float> DesignEdgeFilter(const SystemSettings& settings, int equalizer);
+std::vector<float> DesignEdgeFilter(FilterTransform& transform, const SystemSettings& settings,
+                                    int equalizer);
 
 }  // namespace vc

@@ -45,11 +45,12 @@ std::vector<int> BinsFrom(int first, int last) {
 }
 
 TEST(BuildCoefficients, NotchesTheBinsOfTheList) {
+  FilterTransform transform;
   SystemSettings settings = Fresh();  // 7200 Hz, 7.03 Hz a bin
   const auto removed = [&](std::int16_t frequency, std::int16_t width) {
     settings.mnotchFreq[1][16] = frequency;
     settings.mnotchWidth[1][16] = width;
-    return RemovedBins(BuildCoefficients(settings, 1, FilterKind::MultipleNotch, AllTaps));
+    return RemovedBins(BuildCoefficients(transform, settings, 1, FilterKind::MultipleNotch, AllTaps));
   };
   EXPECT_EQ(removed(0, 5), BinsFrom(0, -1));
   EXPECT_EQ(removed(704, 1), BinsFrom(101, 101));     // 100.12 and a half
@@ -68,10 +69,11 @@ bool AllFinite(const std::vector<float>& taps) {
 }
 
 TEST(BuildCoefficients, StaysFiniteForAnyRecord) {
+  FilterTransform transform;
   SystemSettings settings = Fresh();
   settings.sifCurve[1].Fill(std::numeric_limits<float>::max());
   settings.sifCurve[1][100] = std::numeric_limits<float>::quiet_NaN();
-  const auto endless = BuildCoefficients(settings, 1, FilterKind::SpectralInverse, AllTaps);
+  const auto endless = BuildCoefficients(transform, settings, 1, FilterKind::SpectralInverse, AllTaps);
   EXPECT_TRUE(AllFinite(endless));
   EXPECT_LT(endless[512], -1.0F);  // so much gain takes away a negative part
   settings.mnotchFreq[1].Fill(32767);
@@ -80,7 +82,8 @@ TEST(BuildCoefficients, StaysFiniteForAnyRecord) {
   settings.mnotchWidth[1][2] = -32768;
   for (const float rate : {0.0F, std::numeric_limits<float>::quiet_NaN(), -7200.0F, 1e-30F}) {
     settings.sampleRate = rate;
-    EXPECT_TRUE(AllFinite(BuildCoefficients(settings, 1, FilterKind::MultipleNotch, AllTaps))) << rate;
+    EXPECT_TRUE(AllFinite(BuildCoefficients(transform, settings, 1, FilterKind::MultipleNotch, AllTaps)))
+        << rate;
   }
 }
 
