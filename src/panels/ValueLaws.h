@@ -1,0 +1,23 @@
+// How values of the record read on the panels of the kinds that do not keep what they show.
+#pragma once
+
+#include <cstdint>
+
+namespace vc {
+
+// The adaptation rate Mu in units of 2^-14, of the record's finer grading at its lower end.
+int ShownMu(std::int16_t stored);
+// Width in Hz of a single notch or slot of width parameter n: 3 Fs / (2 (n + 1)) + 0.5.
+double NotchWidthHz(std::int16_t n, double sampleRate);
+// The fundamental of a comb of so many samples; a Fault for none.
+double CombHz(std::int16_t period, double sampleRate);
+// Line 0..459 of the spectral grid.
+double LineHz(int line, double sampleRate);
+// What a master attenuation of 0..32767 takes away, 20 log10(1 - code / 32768), dB.
+double MasterAttenuationDb(std::int16_t code);
+// A fraction 0.0..1.0 of the same.
+double AttenuationFractionDb(double fraction);
+// A linear output gain of which 16 is 0 dB; minus infinity for 0.
+double OutputGainDb(std::int16_t code);
+
+}  // namespace vc
