@@ -21,7 +21,8 @@ FrameTransform::FrameTransform() {
   constexpr auto points = static_cast<double>(TransformPoints);
   for (std::size_t i = 0; i < TransformPoints; ++i) {
     SetTurn(frame_, i, 0.25 * static_cast<double>(i) / points);
-    SetTurn(inner_, i, static_cast<double>(i / Side * (i % Side)) / points);
+    const std::size_t rowTimesColumn = i / Side * (i % Side);
+    SetTurn(inner_, i, static_cast<double>(rowTimesColumn) / points);
   }
 }
 
