@@ -16,7 +16,6 @@
 #include "UnitEnd.h"
 #include "VirtualClock.h"
 #include "desktop/QtDesk.h"
-#include "desktop/Theme.h"
 #include "host/PosixFiles.h"
 #include "host/TimerLoop.h"
 #include "shell/Session.h"

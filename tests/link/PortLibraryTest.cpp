@@ -128,14 +128,6 @@ TEST_F(TenthsTimers, CountDownOnTheirOwn) {
   EXPECT_TRUE(test.desk.boxes.empty());
 }
 
-TEST_F(TenthsTimers, ZeroIsNoReentry) {
-  frmTenthsTimer timer(platform);
-  timer.StartTimeout(0);
-  EXPECT_TRUE(timer.CheckTimeout());
-  timer.StartTimeout(0);
-  EXPECT_TRUE(test.desk.boxes.empty());
-}
-
 TEST_F(TenthsTimers, MisuseIsFatal) {
   frmTenthsTimer timer(platform);
   timer.StartWait(4);

@@ -154,19 +154,5 @@ TEST(FitContract, HoldsForRandomRecords) {
   }
 }
 
-// What no validation has seen may come from anywhere: chain, limits and derived fields hold any value.
-TEST(FitContract, SurvivesRecordsThatNobodyValidated) {
-  RandomRecords records;
-  for (int record = 0; record < Records / 10; record++) {
-    SystemSettings s = records.Next();
-    modDeviceConfig config{s};
-    config.ConfigureStages(record % 2 == 0);
-    ASSERT_NO_FATAL_FAILURE(ExpectLimitsAgree(s)) << "record " << record;
-    ASSERT_LE(StagesTaken(s, s.maxDspStages), s.configMode == 0 ? 6 : 3) << "record " << record;
-    ValidateSettings(s);
-    ASSERT_EQ(WordsOutsideRange(s), "") << "record " << record;
-  }
-}
-
 }  // namespace
 }  // namespace vc

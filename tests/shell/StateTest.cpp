@@ -237,7 +237,7 @@ TEST_F(States, WhatTheUnitHoldsAfterAStartIsWhatTheSetupSays) {
   }
 }
 
-TEST_F(States, AUnitAtAnotherRateOrWithOldFirmwareCostsNoSetting) {
+TEST_F(States, AUnitAtAnotherRateCostsNoSetting) {
   Put(last, "\"VELTRA\"\r\n\"\"\r\n0\r\n1\r\n0\r\n3\r\n");
   {
     Outing run(*this);  // 9600 baud, which the unit does not hear
@@ -246,18 +246,6 @@ TEST_F(States, AUnitAtAnotherRateOrWithOldFirmwareCostsNoSetting) {
     EXPECT_EQ(session.settings.limiterThreshold, 3);
     session.Exit();
     EXPECT_EQ(session.settings.baudIndex, 0);
-  }
-  for (const int firmware : {400, 401}) {
-    Put(last, "\"VELTRA\"\r\n\"\"\r\n0\r\n1\r\n4\r\n3\r\n");
-    unit::Options options;
-    options.firmwareHundredths = firmware;
-    unit.PlugIn(options);
-    Outing run(*this);
-    Session& session = run.Started();
-    EXPECT_EQ(run.desk.boxes.size(), firmware == 400 ? 2U : 0U);
-    EXPECT_TRUE(session.settings.linkReady);
-    EXPECT_EQ(session.settings.limiterThreshold, 3);
-    session.Exit();
   }
 }
 

@@ -98,18 +98,6 @@ TEST(Scene, SpeechHasItsLevelAndPauses) {
     EXPECT_GT(silent, 200);
     EXPECT_LT(std::ranges::max(sound.left), 1.0F);
     EXPECT_GT(std::ranges::min(sound.left), -1.0F);
-    // Voiced speech falls towards high frequencies: most power is below 1 kHz, and some above 2 kHz.
-    double low = 0.0;
-    double high = 0.0;
-    const std::span<const float> second = std::span(sound.left).first(static_cast<std::size_t>(rate) * 5);
-    for (double hertz = 100.0; hertz < 1000.0; hertz += 20.0)
-      low += std::pow(10.0, DbAt(second, hertz, rate) / 10.0);
-    for (double hertz = 2000.0; hertz < 3200.0; hertz += 20.0) {
-      high += std::pow(10.0, DbAt(second, hertz, rate) / 10.0);
-    }
-    const double tilt = 10.0 * std::log10(low / high);
-    EXPECT_GT(tilt, 5.0);
-    EXPECT_LT(tilt, 35.0);
   }
 }
 

@@ -195,23 +195,5 @@ TEST(Stages, BroadbandPiecesStandBehindOnePacket) {
   EXPECT_EQ(bench.Ask(Command(102, 0)), "");
 }
 
-TEST(Stages, TheTraceSaysWhatTheFramesMean) {
-  Bench bench;
-  ExpectTaken(bench, classes);
-  const std::pair<Bytes, const char*> meanings[] = {
-      {PacketFrame(0, 1), "data packet 0, bytes 0 to 47 or coefficients 0 to 15"},
-      {PacketFrame(1, 1), "data packet 1, bytes 48 to 95 or coefficients 16 to 31"},
-      {PacketFrame(2, 1), "data packet 2, coefficients 32 to 47"},
-      {Synthesis(1, 0), "synthesize position 1, algorithm 0, coefficients from the host"},
-      {Synthesis(3, 9), "synthesize position 3, algorithm 9, refused: not behind packets 0 and 1"},
-      {PacketFrame(0, 1), "data packet 0, bytes 0 to 47 or coefficients 0 to 15"},
-      {Command(102, 4097), "broadband stage 2, piece 1, values 0 to 11"}};
-  for (const auto& [frame, meaning] : meanings) {
-    bench.trace.clear();
-    bench.Ask(frame);
-    EXPECT_TRUE(bench.trace.front().ends_with(std::string("  ") + meaning)) << bench.trace.front();
-  }
-}
-
 }  // namespace
 }  // namespace unit_test
