@@ -62,10 +62,10 @@ TEST(Undo, CountsADragAsOneStep) {
   cutoff.SetPosition(1600);
   run.Press("Ctrl+Z");
   EXPECT_EQ(run.record.lpfCutoff[1], 1400);
-  run.Set("sldrCutoff", "700");
+  cutoff.SetPosition(700);
   run.CloseTop();  // the next panel begins a step of its own
   run.session.panels.OpenFilter(1);
-  run.Set("sldrCutoff", "900");
+  std::get<Slider*>(run.Find("sldrCutoff"))->SetPosition(900);
   run.Press("Ctrl+Z");
   EXPECT_EQ(run.record.lpfCutoff[1], 700);
 }
