@@ -1,5 +1,8 @@
 #include "persist/StoSet.h"
 
+#include <filesystem>
+#include <system_error>
+
 #include "persist/Description.h"
 #include "persist/FileNames.h"
 
@@ -24,7 +27,8 @@ StoSet::StoSet(SetupContext& setupContext)
 
 void StoSet::Show() {
   const std::string& file = context.open.Path();
-  chooser.Open(file.empty() ? context.StartFolder() : FolderOf(file), LastPart(file));
+  chooser.Open(context.StartFolder(), LastPart(file));
+  if (!file.empty()) chooser.folders.GoTo(FolderOf(file));
   txtDescription.SetText(context.settings.setupDescription);
   chkProtect.SetValue(false);
   context.forms.Show(form, Modality::Modal);
@@ -32,7 +36,9 @@ void StoSet::Show() {
 
 void StoSet::StoreOpenFile() {
   Show();
-  if (!context.open.Path().empty()) btnOK.Click();
+  std::error_code ignored;
+  const std::string shown = chooser.Path(chooser.txtFileName.Text());
+  if (std::filesystem::equivalent(context.open.Path(), shown, ignored)) btnOK.Click();
 }
 
 void StoSet::FollowName() {

@@ -22,7 +22,7 @@ struct StoSet {
   // Filled anew from the record, with the file that is open.
   void Show();
   // Stores to the open file, with all that is asked before. The window stays where that comes to nothing, and
-  // where no file is open.
+  // where no file is open or it has gone.
   void StoreOpenFile();
 
  private:

@@ -154,6 +154,12 @@ TEST_F(Dialogs, AStoreToTheOpenFileAsksWhatTheWindowAsks) {
   EXPECT_EQ(Boxes(), "Protected File Already Exists;");
   EXPECT_EQ(forms.Top(), &store.form);  // for another name
   EXPECT_TRUE(support::Content(Path("one.nrv")) == isProtected);
+  fs::create_directory(Path("sub"));
+  Store(Path("sub/two"));
+  fs::remove_all(Path("sub"));
+  store.StoreOpenFile();  // not to where the window begins in its place
+  EXPECT_EQ(Shown("txtFolder"), folder.Path());
+  EXPECT_FALSE(fs::exists(Path("two.nrv")));
 }
 
 TEST_F(Dialogs, AProtectedFileIsNeverOverwritten) {
