@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "desktop/Accessibility.h"
 #include "desktop/MessageBox.h"
 #include "text/ProgramInfo.h"
 
@@ -10,6 +11,7 @@ namespace desktop {
 Application::Application(int& argumentCount, char** arguments) : QApplication(argumentCount, arguments) {
   setApplicationName(QString::fromStdString(vc::ApplicationTitle));
   setQuitOnLastWindowClosed(false);
+  InstallAccessibility();
 }
 
 bool Application::notify(QObject* receiver, QEvent* event) {

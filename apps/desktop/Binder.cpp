@@ -12,6 +12,7 @@
 #include "desktop/Application.h"
 #include "desktop/Kinds.h"
 #include "desktop/QtText.h"
+#include "text/Convert.h"
 #include "widgets/Controls.h"
 
 namespace desktop {
@@ -114,8 +115,12 @@ bool Binder::FollowsInArray() const {
   return own.index != vc::NoIndex && own.name == before.name && own.frame == before.frame;
 }
 
+std::string Binder::WithUnit(const std::string& value, const std::string& unit) {
+  return unit.empty() || !vc::ParseNumber(value) ? value : value + " " + unit;
+}
+
 void Binder::Speak(QWidget* widget, const std::string& value, const std::string& unit) {
-  widget->setAccessibleDescription(ToQt(unit.empty() || value.empty() ? value : value + " " + unit));
+  widget->setAccessibleDescription(ToQt(WithUnit(value, unit)));
 }
 
 void Binder::Follow(const vc::ControlCore& core, std::string_view property) {

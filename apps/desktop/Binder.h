@@ -78,6 +78,8 @@ class Binder {
   std::unordered_map<const vc::TextBox*, std::function<void()>> describeAbove;
   // A frame's caption is spoken before those of what lies in it.
   void NameWithin(const vc::Frame& frame);
+  // "440 Hz"; words that stand in a number's place, such as "Out", have no unit.
+  static std::string WithUnit(const std::string& value, const std::string& unit);
   // Speaks a value with the widget that has the focus.
   static void Speak(QWidget* widget, const std::string& value, const std::string& unit);
 

@@ -29,8 +29,9 @@ constexpr int ShortestSlider = 10, ShortestDenseSlider = 5;
 void Describe(QWidget* view, const vc::Slider& slider, const std::vector<const vc::TextBox*>& texts) {
   std::string words;
   for (const vc::TextBox* text : texts) {
+    if (!text->core.Shown()) continue;
     words += words.empty() ? "" : ", ";
-    words += vc::WithoutAccessKey(text->core.Caption()) + " " + text->Text() + " " + text->unit;
+    words += vc::WithoutAccessKey(text->core.Caption()) + " " + Binder::WithUnit(text->Text(), text->unit);
   }
   Binder::Speak(view, words.empty() ? vc::ShortestText(slider.Position()) : words, {});
 }
@@ -61,9 +62,8 @@ void BindElided(Binder& binder, vc::Label& label) {
   Pane& pane = binder.PaneOf(label.core);
   auto* view = new ElidedLabel(pane.Container());
   pane.AddWords(view, binder.FollowsInArray());
-  binder.Bind(label.core, {.widget = view, .showCaption = [view, &label] {
-                             view->ShowWords(ToQt(label.core.Caption()));
-                           }});
+  binder.Bind(label.core, {.widget = view,
+                           .showCaption = [view, &label] { view->ShowWords(ToQt(label.core.Caption())); }});
 }
 
 void BindKind(Binder& binder, vc::Label& label) {
@@ -177,13 +177,7 @@ void BindKind(Binder& binder, vc::LevelBar& bar) {
   pane.AddWide(view);
   binder.Bind(bar.core, {.widget = view,
                          .showCaption = [view] { view->Follow("Caption"); },
-                         .showValue =
-                             [view, &bar](std::string_view property) {
-                               view->Follow(property);
-                               if (property == "Reading" || property == EveryProperty) {
-                                 Binder::Speak(view, bar.Reading(), {});
-                               }
-                             }});
+                         .showValue = [view](std::string_view property) { view->Follow(property); }});
 }
 
 void BindKind(Binder& binder, vc::Picture& picture) {

@@ -18,6 +18,7 @@ class LevelBarView : public QWidget {
   // Repaints what the change of a property has really moved; the empty name stands for all of them.
   void Follow(std::string_view property);
 
+  const vc::LevelBar& Model() const { return model; }
   QRect BarArea() const { return bar; }
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;

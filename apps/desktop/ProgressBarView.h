@@ -11,6 +11,7 @@ class ProgressBarView : public QWidget {
  public:
   ProgressBarView(const vc::ProgressBar& bar, QWidget* parent);
 
+  const vc::ProgressBar& Model() const { return model; }
   QSize sizeHint() const override { return SizeOf(24); }
   QSize minimumSizeHint() const override { return SizeOf(8); }
   // Lies or stands as the model says.

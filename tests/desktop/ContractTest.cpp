@@ -31,8 +31,7 @@ void ForEveryControl(FormWindow& window, vc::Form& form,
 // What is heard of a value; a text of many lines is read by itself.
 std::string SpokenValue(const vc::AnyControl& control) {
   if (auto* const* text = std::get_if<vc::TextBox*>(&control)) {
-    const std::string unit = (*text)->unit.empty() ? "" : " " + (*text)->unit;
-    return (*text)->multiLine || (*text)->Text().empty() ? "" : (*text)->Text() + unit;
+    return (*text)->multiLine ? "" : Binder::WithUnit((*text)->Text(), (*text)->unit);
   }
   if (auto* const* list = std::get_if<vc::ListBox*>(&control)) return (*list)->Text();
   if (auto* const* bar = std::get_if<vc::LevelBar*>(&control)) return (*bar)->Reading();
@@ -48,9 +47,9 @@ std::string SpokenValue(const vc::AnyControl& control) {
 void CheckValues(const FormWindow& window, const vc::Form& form) {
   for (const vc::AnyControl& control : form.controls) {
     const std::string name = vc::CoreOf(control).FullName();
-    const auto* widget = window.findChild<QWidget*>(ToQt(name));
-    if (widget == nullptr) continue;
-    const std::string heard = widget->accessibleDescription().toStdString();
+    auto* widget = window.findChild<QWidget*>(ToQt(name));
+    if (widget == nullptr || !widget->isVisible()) continue;
+    const std::string heard = HeardOf(*widget);
     if (std::holds_alternative<vc::Slider*>(control)) {
       EXPECT_NE(heard, "") << form.name << "." << name;
     } else if (const std::string value = SpokenValue(control); !value.empty()) {
@@ -124,7 +123,10 @@ TEST(Contract, EveryPanelKeepsItToo) {
   support::PanelRun run(2);
   run.Edit("levelControlsShown", "1");
   const auto check = [&run] {
-    CheckValues(FormWindow(run.Top(), [] {}), run.Top());
+    FormWindow window(run.Top(), [] {});
+    window.Present(Qt::NonModal, {400, 300});
+    CheckValues(window, run.Top());
+    window.Release();
     CheckForm(run.Top());
     EXPECT_NE(KeysTaken(run.Top(), nullptr), "");
   };

@@ -5,6 +5,7 @@
 #include <QPaintEvent>
 #include <QTest>
 
+#include "Shown.h"
 #include "desktop/FormWindow.h"
 #include "desktop/LevelBarView.h"
 #include "desktop/PainterSurface.h"
@@ -90,7 +91,7 @@ TEST_P(LevelBarViewTest, OnlyWhatMovedIsPainted) {
   const QRect reading = moving.PaintedAfter([&moving] { moving.bar.SetReading("-12.3 dB"); });
   EXPECT_FALSE(reading.isEmpty());
   EXPECT_FALSE(reading.intersects(area));
-  EXPECT_EQ(moving.View().accessibleDescription(), "-12.3 dB");
+  EXPECT_EQ(HeardOf(moving.View()), "-12.3 dB");
 }
 
 TEST_P(LevelBarViewTest, WhatIsPaintedInPartsEqualsTheWhole) {

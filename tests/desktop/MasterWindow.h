@@ -41,7 +41,7 @@ struct MasterWindow : support::PanelRun {
     QTest::keyClicks(&box, QLatin1String(text));
     QTest::keyClick(&box, end);
   }
-  std::string Says(const std::string& name) const { return At(name).accessibleDescription().toStdString(); }
+  std::string Says(const std::string& name) const { return HeardOf(At(name)); }
 };
 
 }  // namespace desktop

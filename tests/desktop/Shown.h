@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include <QAccessible>
 #include <QListWidget>
 #include <QTest>
 #include <QWheelEvent>
@@ -17,6 +18,11 @@ inline void ClickRow(QListWidget& list, int row, bool twice = false) {
   const QPoint place = list.visualItemRect(list.item(row)).center();
   QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place);
   if (twice) QTest::mouseDClick(list.viewport(), Qt::LeftButton, {}, place);
+}
+
+// What a screen reader hears of a value.
+inline std::string HeardOf(QWidget& widget) {
+  return QAccessible::queryAccessibleInterface(&widget)->text(QAccessible::Description).toStdString();
 }
 
 inline void TurnWheel(QWidget& widget, int eighthsOfDegree) {
@@ -55,7 +61,7 @@ struct Shown {
     At(name).setFocus(Qt::TabFocusReason);
     QCoreApplication::processEvents();
   }
-  std::string Says(const char* name) { return At(name).accessibleDescription().toStdString(); }
+  std::string Says(const char* name) { return HeardOf(At(name)); }
 };
 
 }  // namespace desktop

@@ -5,6 +5,7 @@
 #include <iostream>
 #include <set>
 
+#include <QAccessible>
 #include <QTest>
 
 #include "desktop/tour/Hand.h"
@@ -170,8 +171,9 @@ void Tour::Choose(const std::vector<std::string>& menus, const std::string& entr
 }
 
 std::string Tour::Spoken(const char* control) const {
-  const auto* widget = Master().findChild<QWidget*>(control);
-  return widget == nullptr ? std::string{} : widget->accessibleDescription().toStdString();
+  auto* widget = Master().findChild<QWidget*>(control);
+  if (widget == nullptr) return {};
+  return QAccessible::queryAccessibleInterface(widget)->text(QAccessible::Description).toStdString();
 }
 
 }  // namespace tour

@@ -1,0 +1,163 @@
+#include "desktop/Accessibility.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include <QAccessibleWidget>
+
+#include "desktop/FrameView.h"
+#include "desktop/LevelBarView.h"
+#include "desktop/PictureView.h"
+#include "desktop/PlotView.h"
+#include "desktop/ProgressBarView.h"
+#include "desktop/QtText.h"
+#include "desktop/SliderView.h"
+#include "text/Convert.h"
+
+namespace desktop {
+namespace {
+
+// The range of a number that is shown.
+struct Range {
+  double lowest, highest;
+};
+
+// A widget with a number. Once its window has gone its model may be gone too, and is not asked.
+class NumberInterface : public QAccessibleWidget, public QAccessibleValueInterface {
+ public:
+  NumberInterface(QWidget* view, QAccessible::Role role) : QAccessibleWidget(view, role) {}
+
+  void* interface_cast(QAccessible::InterfaceType type) override {
+    if (type == QAccessible::ValueInterface) return static_cast<QAccessibleValueInterface*>(this);
+    return QAccessibleWidget::interface_cast(type);
+  }
+  QString text(QAccessible::Text what) const override {
+    return QAccessibleWidget::text(what == QAccessible::Value ? QAccessible::Description : what);
+  }
+  QVariant currentValue() const override {
+    return Asked([this] { return Number(); });
+  }
+  QVariant minimumValue() const override {
+    return Asked([this] { return NumberRange().lowest; });
+  }
+  QVariant maximumValue() const override {
+    return Asked([this] { return NumberRange().highest; });
+  }
+  void setCurrentValue(const QVariant& /*value*/) override {}
+  QVariant minimumStepSize() const override { return {}; }
+
+ protected:
+  virtual double Number() const = 0;
+  virtual Range NumberRange() const = 0;
+  template <typename Question>
+  QVariant Asked(Question question) const {
+    return widget()->isVisible() ? QVariant(question()) : QVariant();
+  }
+};
+
+class SliderInterface : public NumberInterface {
+ public:
+  explicit SliderInterface(SliderView* slider) : NumberInterface(slider, QAccessible::Slider), view(slider) {}
+
+  void setCurrentValue(const QVariant& value) override {
+    if (!view->isVisible() || !view->isEnabled()) return;
+    view->Carry([this, &value] { view->Model().SetShown(value.toDouble()); });
+  }
+  QVariant minimumStepSize() const override {
+    return Asked([this] {
+      const vc::Slider& slider = view->Model();
+      const double next = slider.PositionMin() + slider.KeyArrowStepSize;
+      return std::abs(slider.Shown(next) - slider.Shown(slider.PositionMin()));
+    });
+  }
+
+ protected:
+  double Number() const override { return view->Model().Shown(view->Model().Position()); }
+  Range NumberRange() const override {
+    const vc::Slider& slider = view->Model();
+    return {slider.Shown(slider.PositionMin()), slider.Shown(slider.PositionMax())};
+  }
+
+ private:
+  SliderView* view;
+};
+
+// Its numbers are those of its scale; where it has none, its own steps.
+class LevelInterface : public NumberInterface {
+ public:
+  explicit LevelInterface(LevelBarView* bar)
+      : NumberInterface(bar, QAccessible::ProgressBar), model(bar->Model()) {}
+
+  // Levels change many times a second: they are told when they are asked for.
+  QString text(QAccessible::Text what) const override {
+    const bool words = what == QAccessible::Description || what == QAccessible::Value;
+    if (!words) return NumberInterface::text(what);
+    return widget()->isVisible() ? ToQt(model.Reading()) : QString();
+  }
+
+ protected:
+  double Number() const override {
+    if (model.Scale().empty()) return model.Value();
+    const std::string& reading = model.Reading();
+    return vc::ParseNumber(reading.substr(0, reading.find(' '))).value_or(ScaleRange().lowest);
+  }
+  // A reading may lie beyond the last number of the scale.
+  Range NumberRange() const override {
+    if (model.Scale().empty()) return {0, static_cast<double>(model.Steps())};
+    const auto [lowest, highest] = ScaleRange();
+    return {std::min(lowest, Number()), std::max(highest, Number())};
+  }
+
+ private:
+  Range ScaleRange() const {
+    const auto number = [](const vc::ScaleTick& tick) { return vc::ParseNumber(tick.text).value_or(0); };
+    const auto [lowest, highest] = std::ranges::minmax(model.Scale(), {}, number);
+    return {number(lowest), number(highest)};
+  }
+
+  const vc::LevelBar& model;
+};
+
+class ProgressInterface : public NumberInterface {
+ public:
+  explicit ProgressInterface(ProgressBarView* bar)
+      : NumberInterface(bar, QAccessible::ProgressBar), model(bar->Model()) {}
+
+ protected:
+  double Number() const override { return model.Value(); }
+  Range NumberRange() const override { return {0, static_cast<double>(model.Steps())}; }
+
+ private:
+  const vc::ProgressBar& model;
+};
+
+// A block that is not there shows its title at most: what lies in it is not drawn, and not told.
+class FrameInterface : public QAccessibleWidget {
+ public:
+  explicit FrameInterface(FrameView* frame) : QAccessibleWidget(frame, QAccessible::Grouping) {}
+
+  int childCount() const override { return Absent() ? 0 : QAccessibleWidget::childCount(); }
+  QAccessibleInterface* child(int index) const override {
+    return Absent() ? nullptr : QAccessibleWidget::child(index);
+  }
+
+ private:
+  bool Absent() const { return widget()->property("absent").toBool(); }
+};
+
+QAccessibleInterface* InterfaceOf(const QString& /*className*/, QObject* object) {
+  if (auto* slider = dynamic_cast<SliderView*>(object)) return new SliderInterface(slider);
+  if (auto* level = dynamic_cast<LevelBarView*>(object)) return new LevelInterface(level);
+  if (auto* progress = dynamic_cast<ProgressBarView*>(object)) return new ProgressInterface(progress);
+  if (auto* frame = dynamic_cast<FrameView*>(object)) return new FrameInterface(frame);
+  const bool drawn =
+      dynamic_cast<PlotView*>(object) != nullptr || dynamic_cast<PictureView*>(object) != nullptr;
+  return drawn ? new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Graphic) : nullptr;
+}
+
+}  // namespace
+
+void InstallAccessibility() { QAccessible::installFactory(InterfaceOf); }
+
+}  // namespace desktop
