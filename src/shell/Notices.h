@@ -13,7 +13,7 @@ struct FrmSplash {
   Form form{"FrmSplash", ApplicationTitle};
   Label lblTitle{form, "lblTitle", ApplicationTitle + " Master Control Program"};
   Label lblVersion{form, "lblVersion", "Version " + VersionText()};
-  Label lblWaiting{form, "lblWaiting", " "};  // what the start waits for
+  Label lblWaiting{form, "lblWaiting", "Reading the last settings"};
 };
 
 // Shows the dump of the object log until it is closed.

@@ -215,7 +215,7 @@ void Session::Start() {
   settings.curFilter = settings.curEq = settings.curBroadband = 1;
   platform.desk.SetHourglass(true);
   forms.Show(splash.form);
-  TellAtStart("Reading the last settings");
+  platform.events.RunEvents(0);  // lets the splash paint
   periodic.eqLevelsWanted = false;
   QueueRefresh(false);
   master.top.pbxInfoPic.SetImage(ConnectionIconImages);
@@ -241,7 +241,7 @@ void Session::Start() {
 
 void Session::TellAtStart(const std::string& what) {
   splash.lblWaiting.core.SetCaption(what);
-  platform.events.RunEvents(0);  // lets the splash paint
+  platform.events.RunEvents(0);
 }
 
 void Session::ConnectAtStart() {

@@ -46,8 +46,7 @@ TEST_F(Sessions, StartWithoutAUnitWorksOn) {
     told += core.Caption() + ";";
   };
   session.Start();
-  EXPECT_EQ(told,
-            "Reading the last settings;Waiting for Veltrana on COM1 at 115200 baud;Fitting the filters;");
+  EXPECT_EQ(told, "Waiting for Veltrana on COM1 at 115200 baud;Fitting the filters;");
   EXPECT_EQ(OnlyBox().substr(0, 23), "48|Veltrana Not Present");
   test.loop.RunFor(150);
   EXPECT_EQ(Shown(), "COM 1 is closed");
