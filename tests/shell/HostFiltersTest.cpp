@@ -18,7 +18,7 @@ double Response(const std::vector<std::int32_t>& coefficients, double centre, do
   std::complex<double> sum = 0;
   for (std::size_t n = 0; n < coefficients.size(); ++n) {
     const double turns = bin * (static_cast<double>(n) - centre) / bins;
-    sum += std::polar(coefficients[n] / fullScale, -2.0 * std::numbers::pi * turns);
+    sum += coefficients[n] / fullScale * std::polar(1.0, -2.0 * std::numbers::pi * turns);
   }
   return sum.real();  // symmetric about its centre, the sum is real
 }
