@@ -2,11 +2,11 @@
 // against what every load promises: a record in its ranges, that can be saved and comes back the same.
 #include <array>
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
-#include <type_traits>
 
 #include "MemoryFiles.h"
+#include "Promise.h"
+#include "QuietDesk.h"
+#include "RecordPromises.h"
 #include "model/Fields.h"
 #include "model/RegisterImage.h"
 #include "model/Settings.h"
@@ -25,27 +25,6 @@ const std::string SavedPath = InstallFolder + "/Saved.nrv";
 
 // Saving and loading again costs ten times the load: one input in so many is held to it.
 constexpr std::size_t CostlyShare = 8;
-
-void Require(bool held, std::string_view promise, std::string_view where = {}) {
-  if (held) return;
-  std::fprintf(stderr, "Broken promise: %.*s %.*s\n", static_cast<int>(promise.size()), promise.data(),
-               static_cast<int>(where.size()), where.data());
-  std::abort();
-}
-
-class NoDesk : public vc::Desk {
- public:
-  vc::Answer Box(int code, const std::string& /*title*/, const std::string& /*text*/) override {
-    return vc::SafeAnswer(vc::box::ButtonsOf(code));
-  }
-  void Beep() override {}
-  void SetHourglass(bool /*shown*/) override {}
-  void ShowProgress(std::string_view /*what*/, int /*done*/, int /*total*/) override {}
-  bool Open(const std::string& /*target*/) override { return false; }
-  void SetTheme(vc::Theme /*theme*/) override {}
-  std::string InstallFolder() const override { return fuzz::InstallFolder; }
-  std::string ProgramFolder() const override { return fuzz::InstallFolder; }
-};
 
 // How the file is loaded, from the low bits of the input's first byte; the file begins behind it.
 struct Way {
@@ -69,7 +48,7 @@ SystemSettings Defaults() {
 struct Program {
   MemoryFiles files;
   SystemSettings settings;
-  NoDesk desk;
+  QuietDesk desk{InstallFolder};
   vc::modSettings setups{settings, files, desk};
 
   explicit Program(const Way& way) {
@@ -85,53 +64,6 @@ struct Program {
     };
   }
 };
-
-// Whether the rule lets a number stand outside the range of its edits.
-template <typename T>
-bool StandsAnyway(const vc::Rule& rule, T value) {
-  if (std::holds_alternative<vc::rules::WhenEdited>(rule)) return true;
-  const auto* within = std::get_if<vc::rules::WithinOr>(&rule);
-  return within != nullptr && static_cast<double>(value) == within->other;
-}
-
-template <typename T>
-void RequireRange(SystemSettings& settings, const vc::FieldRow& row) {
-  const bool varies = std::holds_alternative<vc::rules::FollowsField>(row.rule) ||
-                      std::holds_alternative<vc::rules::FollowsLimits>(row.rule);
-  vc::ForEachStretch<T>(settings, row, [&](int i, std::span<T> elements) {
-    int j = row.extent[1].first;
-    auto range = vc::FieldRange(settings, row, i, j);
-    for (const T element : elements) {
-      if (varies) range = vc::FieldRange(settings, row, i, j++);
-      const bool inside = element >= static_cast<T>(range->lower) && element <= static_cast<T>(range->upper);
-      Require(inside || StandsAnyway(row.rule, element), "in its range:", row.name);
-    }
-  });
-}
-
-// Limits that follow from the fit bind once the fit has run.
-void RequireRanges(SystemSettings& settings, bool fitted) {
-  for (const vc::FieldRow& row : vc::Fields()) {
-    if (vc::IsDerived(row) || (!fitted && std::holds_alternative<vc::rules::FollowsLimits>(row.rule)))
-      continue;
-    std::visit(
-        [&]<typename T>(T*) {
-          if constexpr (std::is_arithmetic_v<T>) RequireRange<T>(settings, row);
-        },
-        row.at(settings, row.extent[0].first, row.extent[1].first));
-  }
-}
-
-// In all that a file can carry.
-void RequireSame(const SystemSettings& one, const SystemSettings& other, std::string_view promise) {
-  if (one == other) return;
-  for (const vc::FieldRow& row : vc::Fields()) {
-    if (vc::IsDerived(row)) continue;
-    vc::ForEachElement(row, [&](int i, int j) {
-      Require(row.value(one, i, j) == row.value(other, i, j), promise, row.name);
-    });
-  }
-}
 
 bool IsCompanion(std::string_view name) {
   const auto isOne = [name](std::string_view side, int stages) {
