@@ -24,11 +24,11 @@ export QT_QPA_PLATFORM=offscreen
 ctest --preset release
 
 wait $fuzzing || { tail -n 60 build/fuzz.log >&2; exit 1; }
-grep -E '^stat::(number|average)' build/fuzz.log
+grep -E '^(== |stat::(number|average))' build/fuzz.log
 
 step "Static analysis"
 # The tests and benchmarks are spared, for the time that it takes.
 scripts/analyse.sh build
-git ls-files -- 'fuzz/*.cpp' | xargs clang-tidy --quiet -p build-fuzz 2>build/clang-tidy-fuzz.log
+git ls-files -- 'fuzz/*.cpp' | xargs -P "$(nproc)" -n 1 clang-tidy --quiet -p build-fuzz 2>build/clang-tidy-fuzz.log
 
 step "All good"
