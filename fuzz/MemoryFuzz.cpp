@@ -12,7 +12,7 @@ namespace fuzz {
 namespace {
 
 // The checksum of the file: 64-bit FNV-1a (Fowler, Noll and Vo) in hexadecimal.
-std::string Sealed(std::string text) {
+std::string Sealed(const std::string& text) {
   std::uint64_t hash = 14695981039346656037ULL;
   for (const char character : text) {
     hash ^= static_cast<std::uint8_t>(character);

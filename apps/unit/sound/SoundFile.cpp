@@ -36,6 +36,8 @@ std::string ReasonOf(SNDFILE* file, int systemError) {
   return text;
 }
 
+float Bounded(float sample) { return std::clamp(sample, -HighestSample, HighestSample); }
+
 std::string OutOf(std::uint64_t there, std::uint64_t said, const char* what) {
   return "is cut off: " + std::to_string(there) + " of " + std::to_string(said) + what + " are there";
 }
@@ -137,7 +139,7 @@ void SoundReader::CountFrames(std::size_t more) {
 }
 
 float SoundReader::Take(float sample, std::uint64_t frame) {
-  if (std::isfinite(sample)) return std::clamp(sample, -HighestSample, HighestSample);
+  if (std::isfinite(sample)) return Bounded(sample);
   if (heard_) return 0.0F;
   if (notNumbers_ + infinite_ == 0) firstFault_ = static_cast<double>(frame) / fileRate_;
   ++(std::isnan(sample) ? notNumbers_ : infinite_);
@@ -209,7 +211,12 @@ void SoundReader::Resample() {
   data.src_ratio = static_cast<double>(rate_) / fileRate_;
   const bool failed = src_process(resampler_.get(), &data) != 0;
   chunkAt_ += static_cast<std::size_t>(data.input_frames_used);
-  readyCount_ += static_cast<std::size_t>(data.output_frames_gen);
+  // Between two of the highest samples the resampler goes beyond them.
+  const std::size_t before =
+      std::exchange(readyCount_, readyCount_ + static_cast<std::size_t>(data.output_frames_gen));
+  for (Frame& frame : std::span(ready_).subspan(before, readyCount_ - before)) {
+    for (float& sample : frame) sample = Bounded(sample);
+  }
   ended_ = failed || (fileEnded_ && data.output_frames_gen == 0);
 }
 
