@@ -51,8 +51,8 @@ void ScriptedUnit::Answer(const Bytes& frame, std::int64_t now) {
 void ScriptedUnit::Send(const ScriptedReply& reply, std::int64_t now) {
   std::int64_t time = now + reply.delayMicroseconds;
   for (const char byte : reply.bytes) {
-    const auto later = [time](const Due& due) { return due.time > time; };
-    pending.insert(std::ranges::find_if(pending, later), {time, static_cast<std::uint8_t>(byte)});
+    const auto later = std::ranges::upper_bound(pending, time, {}, &Due::time);
+    pending.insert(later, {time, static_cast<std::uint8_t>(byte)});
     time += reply.gapMicroseconds;
   }
 }
