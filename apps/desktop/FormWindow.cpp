@@ -10,6 +10,7 @@
 #include <QDeadlineTimer>
 #include <QLayout>
 #include <QMenuBar>
+#include <QResizeEvent>
 #include <QScreen>
 #include <QScrollArea>
 #include <QShortcut>
@@ -21,6 +22,8 @@
 
 namespace desktop {
 namespace {
+
+constexpr int LookMilliseconds = 30;  // between two looks for the window system's frame
 
 // A form on which there is nothing to operate only greets: it needs no frame.
 bool OnlyGreets(const vc::Form& form) {
@@ -55,6 +58,8 @@ FormWindow::FormWindow(vc::Form& shownForm, std::function<void()> closedByOperat
   contents->installEventFilter(this);
   activation.setSingleShot(true);
   connect(&activation, &QTimer::timeout, this, [this] { TellActivated(); });
+  framed.setInterval(LookMilliseconds);
+  connect(&framed, &QTimer::timeout, this, [this] { FitFrame(); });
   AddKeys();
   Join();
 }
@@ -139,8 +144,9 @@ void FormWindow::FollowStale() {
 
 QSize FormWindow::Wanted(const QSize& content) const {
   const int menuHeight = layout()->menuBar() == nullptr ? 0 : layout()->menuBar()->sizeHint().height();
-  const int frame = LineHeight(*this) * 2;  // the window system's own, as far as one can know
-  const QSize room = screen()->availableSize() - QSize(0, splash ? 0 : frame);
+  const QSize told = frameGeometry().size() - size();
+  const QSize guess(0, splash ? 0 : LineHeight(*this) * 2);  // until the window system has told its frame
+  const QSize room = screen()->availableSize() - (told.isNull() ? guess : told);
   return (content + QSize(0, menuHeight)).expandedTo(minimumSizeHint()).boundedTo(room);
 }
 
@@ -157,13 +163,39 @@ void FormWindow::Present(Qt::WindowModality modality, const QPoint& middle) {
 
 void FormWindow::PlaceFirst(const QPoint& middle) {
   ensurePolished();
-  resize(Wanted(contents->sizeHint()));
+  TakeSize(Wanted(contents->sizeHint()));
+  framed.start();
   const QRect room = screen()->availableGeometry();
   const QPoint corner = middle - QPoint(width() / 2, height() / 2);
   move(std::clamp(corner.x(), room.left(), std::max(room.left(), room.right() - width())),
        std::clamp(corner.y(), room.top(), std::max(room.top(), room.bottom() - height())));
   if (form->initialFocus == nullptr) return binder->FocusFirst();
   binder->Focus(*form->initialFocus);
+}
+
+void FormWindow::TakeSize(const QSize& size) {
+  taken = size;
+  resize(size);
+}
+
+// The window system tells how thick its frame is only once the window is there.
+void FormWindow::FitFrame() {
+  constexpr int mostLooks = 20;
+  const QRect frame = frameGeometry();
+  const bool known = frame.size() != size();
+  if (known || ++looks >= mostLooks) framed.stop();
+  if (!known || isMaximized() || isFullScreen()) return;
+  if (!resizedByOperator) TakeSize(size().boundedTo(screen()->availableSize() - (frame.size() - size())));
+  KeepOnScreen();
+}
+
+void FormWindow::KeepOnScreen() {
+  const QRect room = screen()->availableGeometry(), frame = frameGeometry();
+  const QSize whole = size() + (frame.size() - geometry().size());
+  const QPoint corner(
+      std::clamp(frame.left(), room.left(), std::max(room.left(), room.right() + 1 - whole.width())),
+      std::clamp(frame.top(), room.top(), std::max(room.top(), room.bottom() + 1 - whole.height())));
+  if (corner != frame.topLeft()) move(corner);
 }
 
 // Whoever shows a splash is about to work without letting events run.
@@ -186,9 +218,17 @@ void FormWindow::TellActivated() {
   if (form != nullptr && isActiveWindow() && form->activated) form->activated();
 }
 
+// Against the size that the operator has given it no window grows: what has no room is then scrolled to.
 void FormWindow::GrowToContents() {
   const QSize wanted = Wanted(contents->minimumSizeHint()).expandedTo(size());
-  if (presented && wanted != size()) resize(wanted);
+  if (!presented || resizedByOperator || wanted == size()) return;
+  TakeSize(wanted);
+  KeepOnScreen();
+}
+
+void FormWindow::resizeEvent(QResizeEvent* event) {
+  QMainWindow::resizeEvent(event);
+  if (presented && event->size() != taken) resizedByOperator = true;
 }
 
 bool FormWindow::eventFilter(QObject* watched, QEvent* event) {

@@ -31,6 +31,7 @@ class FormWindow : public QMainWindow {
   bool eventFilter(QObject* watched, QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
   void showEvent(QShowEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   void Join();
@@ -46,6 +47,10 @@ class FormWindow : public QMainWindow {
   // What the contents and the menu bar need, no more than the screen has.
   QSize Wanted(const QSize& contents) const;
   void GrowToContents();
+  void TakeSize(const QSize& size);
+  // Brings the window and its frame onto the screen.
+  void FitFrame();
+  void KeepOnScreen();
 
   vc::Form* form;
   std::function<void()> closed;
@@ -53,7 +58,10 @@ class FormWindow : public QMainWindow {
   QWidget* contents;
   bool splash;
   std::unique_ptr<Binder> binder;
-  QTimer activation;
+  QTimer activation, framed;
+  int looks = 0;  // for the frame
+  QSize taken;    // that the window has given itself
+  bool resizedByOperator = false;
   bool stale = false;  // the form has changed while nobody saw the window
   bool presented = false;
 };

@@ -31,6 +31,19 @@ TEST(Windows, TheFirstIsCentredOnTheScreenAndTheNextOnIt) {
   EXPECT_LT((next - first).manhattanLength(), 4);
 }
 
+TEST(Windows, NoneGrowsAgainstTheSizeThatTheOperatorGaveIt) {
+  Shown shown;
+  const QSize own = shown.Window().size();
+  shown.sample.optMode.buttons[0]->core.SetCaption(std::string(200, 'm'));
+  for (int i = 0; i < 5; ++i) QCoreApplication::processEvents();
+  EXPECT_GT(shown.Window().width(), own.width());
+  const QSize given(500, 400);
+  shown.Window().resize(given);
+  shown.sample.optMode.buttons[1]->core.SetCaption(std::string(300, 'm'));
+  for (int i = 0; i < 5; ++i) QCoreApplication::processEvents();
+  EXPECT_EQ(shown.Window().size(), given);
+}
+
 TEST(Windows, TheOperatorsCloseAsksTheFormAndDestroysNothingBeforeItsTime) {
   Shown shown;
   int asked = 0;
