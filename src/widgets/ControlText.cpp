@@ -18,6 +18,7 @@ const char* Kind(const Label& /*control*/) { return "label"; }
 const char* Kind(const TextBox& /*control*/) { return "text"; }
 const char* Kind(const Button& /*control*/) { return "button"; }
 const char* Kind(const GraphicButton& control) {
+  if (control.style == GraphicButton::Style::Lamp) return "lamp";
   return control.style == GraphicButton::Style::Latching ? "latch" : "button";
 }
 const char* Kind(const Slider& /*control*/) { return "slider"; }
@@ -37,15 +38,18 @@ std::string Value(const Label& control) { return control.core.Caption(); }
 std::string Value(const TextBox& control) { return control.Text(); }
 std::string Value(const Button& /*control*/) { return {}; }
 std::string Value(const GraphicButton& control) {
-  return control.style == GraphicButton::Style::Latching ? std::to_string(control.Value()) : std::string{};
+  return control.style == GraphicButton::Style::Push ? std::string{} : std::to_string(control.Value());
 }
 std::string Value(const Slider& control) { return ShortestText(control.Position()); }
 std::string Value(const ListBox& control) { return control.Text(); }
 std::string Value(const OptionButton& control) { return OnOff(control.Value()); }
 std::string Value(const CheckBox& control) { return OnOff(control.Value()); }
 std::string Value(const LevelBar& control) {
-  const std::string number = std::to_string(control.Value());
-  return control.Reading().empty() ? number : number + " " + control.Reading();
+  std::string text = std::to_string(control.Value());
+  for (const std::string& more : {control.Reading(), control.MarkerText()}) {
+    if (!more.empty()) text += " " + more;
+  }
+  return text;
 }
 std::string Value(const ProgressBar& control) { return control.Reading(); }
 std::string Value(const Plot& control) { return control.Summary(); }

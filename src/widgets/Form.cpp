@@ -25,6 +25,7 @@ std::string ControlCore::FullName() const {
 
 std::string ControlCore::AccessibleName() const {
   std::string text = WithoutAccessKey(caption);
+  if (!spokenBehind.empty()) text += ", " + spokenBehind;
   const Frame* around = frame;
   while (around != nullptr && around->core.caption.empty()) around = around->core.frame;
   if (around == nullptr) return text;

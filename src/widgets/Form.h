@@ -55,7 +55,8 @@ struct ControlCore {
   Form& form;
   Frame* frame;  // none for a control that lies in the form itself
   const std::string name;
-  const int index;  // within its array, NoIndex for a control of its own
+  const int index;             // within its array, NoIndex for a control of its own
+  std::string spokenBehind{};  // read aloud behind the control's name
 
   // "cmbFilter(2)", or the plain name.
   std::string FullName() const;
@@ -148,8 +149,13 @@ struct Mute {
   Form& form;
 };
 
-// How the contents of a frame are laid out. A flow is columns with the signal's way drawn between them.
-enum class Arrangement { Rows, Columns, Flow };
+// How the contents of a frame are laid out. A flow is columns with the signal's way drawn between them; lanes
+// are rows of equal height in it.
+enum class Arrangement { Rows, Columns, Flow, Lanes };
+
+// How a frame stands out: by a line around it; as a sheet of its own; as the ground on which sheets lie; or
+// by its caption alone.
+enum class FrameLook { Line, Card, Panel, Flat };
 
 // Whether what a frame stands for is in the signal's way, for those frames that stand for such a thing.
 enum class Standing { Plain, Out, In };
@@ -159,12 +165,19 @@ struct Frame {
         Arrangement arranged = Arrangement::Rows, int index = NoIndex);
   ControlCore core;
   Arrangement arrangement;
-  int buttonsPerRow = 0;  // of buttons that follow each other; 0 puts all of them into one row
+  FrameLook look = FrameLook::Line;
+  int buttonsPerRow = 0;   // of buttons that follow each other; 0 puts all of them into one row
+  bool collapses = false;  // takes no room while it is disabled
 
   Standing InTheWay() const { return standing; }
   void SetStanding(Standing stands) { core.Store(standing, stands, "Standing"); }
+  // How many channels go through what the frame stands for. Lanes with one have it run through them in turn,
+  // with more they lie beside each other.
+  int Channels() const { return channels; }
+  void SetChannels(int count) { core.Store(channels, count, "Channels"); }
 
  private:
+  int channels = 1;
   Standing standing = Standing::Plain;
 };
 

@@ -1,4 +1,4 @@
-// An image button: a push button, or one that latches.
+// An image button: a push button, one that latches, or a lamp that a click puts out.
 #pragma once
 
 #include <functional>
@@ -21,7 +21,7 @@ struct MouseEvent {
 };
 
 struct GraphicButton {
-  enum class Style { Push, Latching };
+  enum class Style { Push, Latching, Lamp };
   // What the button looks like; the numbers are those of Refresh.
   enum class PictureState { Up = 1, Down = 2, Disabled = 3 };
   // In which colour a latched button stands out.
@@ -32,12 +32,13 @@ struct GraphicButton {
                 int index = NoIndex);
   ControlCore core;
   const Style style;
+  bool inTitle = false;  // stands beside the title of its frame
   std::function<void(const MouseEvent&)> mouseDown, mouseMove, mouseUp;
   std::function<void()> clicked;
 
-  int Value() const { return value; }  // 0 up, 1 latched down
+  int Value() const { return value; }  // 0 up, 1 latched down, of a lamp lit
   void SetValue(int latched);
-  // A press and release: a latching button toggles, a push button comes up again. Then the click is told.
+  // A press and release: a latching button toggles, any other comes up again. Then the click is told.
   void Click() { MouseUp({}); }
 
   // What the mouse does on the button. While it cannot be used, nothing.

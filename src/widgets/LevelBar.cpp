@@ -8,6 +8,8 @@
 namespace vc {
 namespace {
 
+constexpr int PeakWidth = 2;
+
 [[noreturn]] void RaiseMarkerIndex(int number, const std::string& access) {
   throw Fault{
       "Invalid MarkerValue index.  Attempted to set a value to an index greater than the number of "
@@ -60,6 +62,14 @@ void LevelBar::SetNumMarkers(int count) {
   core.Store(markers, kept, "NumMarkers");
 }
 
+void LevelBar::SetMarkerText(const std::string& text) {
+  if (core.Store(core.spokenBehind, text, "MarkerText")) core.Changed("Caption");  // it is spoken with it
+}
+
+void LevelBar::SetPeak(std::int32_t position) {
+  core.Store(peak, std::max(0, std::min(position, steps)), "Peak");
+}
+
 int LevelBar::PixelsAlong(std::int32_t at, int length) const {
   if (steps == 0) return 0;
   return Nearest32(std::clamp(static_cast<double>(at) / steps, 0.0, 1.0) * length);
@@ -72,12 +82,13 @@ void LevelBar::DrawBar(Surface& surface, const Rectangle& area) const {
   DrawFilling(surface, area, {orientation, UnitsOf(value, steps, BarUnits), backColor}, bands);
 }
 
-void LevelBar::DrawMarker(Surface& surface, const Rectangle& area, std::int32_t position) const {
+void LevelBar::DrawLine(Surface& surface, const Rectangle& area, std::int32_t position, int width,
+                        Colour colour) const {
   if (position > steps) return;  // the scale has shrunk since it was set
   const int length = LengthOf(area, orientation);
-  const int from = std::max(0, PixelsAlong(position, length) - markerWidth / 2);
-  const int to = std::min(length, from + markerWidth);
-  if (to > from) surface.FillRectangle(Slice(area, orientation, from, to), markerColor);
+  const int from = std::max(0, PixelsAlong(position, length) - width / 2);
+  const int to = std::min(length, from + width);
+  if (to > from) surface.FillRectangle(Slice(area, orientation, from, to), colour);
 }
 
 void LevelBar::Draw(Surface& surface, const Rectangle& area) const {
@@ -85,8 +96,9 @@ void LevelBar::Draw(Surface& surface, const Rectangle& area) const {
   if (core.Enabled()) {
     DrawBar(surface, area);
     if (markerStyle != HiddenMarker) {
-      for (const std::int32_t marker : markers) DrawMarker(surface, area, marker);
+      for (const std::int32_t marker : markers) DrawLine(surface, area, marker, markerWidth, markerColor);
     }
+    if (peak > 0) DrawLine(surface, area, peak, PeakWidth, WindowText);
   }
   DrawBorder(surface, area, borderStyle, borderColor);
   drawing = false;

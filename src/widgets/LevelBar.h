@@ -65,6 +65,13 @@ struct LevelBar {
   int NumMarkers() const { return static_cast<int>(markers.size()); }
   void SetNumMarkers(int count);
 
+  // What the markers mean, in words; empty where they mean nothing or are hidden.
+  const std::string& MarkerText() const { return core.spokenBehind; }
+  void SetMarkerText(const std::string& text);
+  // A thin line where the highest level of late stood, bounded to 0..Steps; none at 0.
+  std::int32_t Peak() const { return peak; }
+  void SetPeak(std::int32_t position);
+
   // What the bar says in words and numbers ("-12.3 dB"), for the read-out and for the screen reader.
   const std::string& Reading() const { return reading; }
   void SetReading(const std::string& text) { core.Store(reading, text, "Reading"); }
@@ -79,7 +86,8 @@ struct LevelBar {
 
  private:
   void DrawBar(Surface& surface, const Rectangle& area) const;
-  void DrawMarker(Surface& surface, const Rectangle& area, std::int32_t position) const;
+  void DrawLine(Surface& surface, const Rectangle& area, std::int32_t position, int width,
+                Colour colour) const;
 
   std::int32_t steps = 100, midPoint = 50, value = 100;
   Colour beginColor = 0x00FF00, midColor = 0x00FFFF, endColor = 0x0000FF;
@@ -91,6 +99,7 @@ struct LevelBar {
   Colour markerColor = 0x0000FF;
   int markerWidth = 3;
   std::vector<std::int32_t> markers{100};
+  std::int32_t peak = 0;
   std::string reading;
   std::vector<ScaleTick> scale;
   mutable Gradient gradient;

@@ -40,6 +40,7 @@ struct PlotMarker {
 struct Plot {
   Plot(Place place, const std::string& name, const std::string& caption, int index = NoIndex);
   ControlCore core;
+  bool small = false;  // a glance at the curve, without numbers and names
 
   // An axis that runs backwards is turned round; one without an extent, or one that is not finite, becomes
   // 1 long.

@@ -49,6 +49,8 @@ class Builder {
   Builder(const Plot& shown, Surface& measure, const Rectangle& room)
       : plot(shown), surface(measure), area(room) {}
 
+  // The frame and a few lines of equal height alone.
+  void PlaceSmall();
   void PlaceHeading();
   void PlaceFrame();
   void PlaceXTicks();
@@ -193,6 +195,15 @@ void Builder::AddLying(int place, LineStyle style, Colour colour) {
   out.lines.push_back({out.frame.left, place, out.frame.width, false, style, colour});
 }
 
+void Builder::PlaceSmall() {
+  constexpr int lines = 4;
+  out.frame = area;
+  surface.scale = ScaleOf(plot, out.frame);
+  for (const PlotTick& tick : TicksOf(plot.YAxis(), lines)) {
+    AddLying(static_cast<int>(PixelOf(0.0, tick.at).y), LineStyle::Solid, GridLine);
+  }
+}
+
 void Builder::PlaceYTicks() {
   const int most = std::clamp(out.frame.height / (line * 3 / 2), 2, MostTicks);
   const auto ticks = TicksOf(plot.YAxis(), most);
@@ -278,6 +289,11 @@ Scale ScaleOf(const Plot& plot, const Rectangle& frame) {
 PlotLayout LayOut(const Plot& plot, Surface& surface, const Rectangle& area) {
   const Scale saved = surface.scale;
   Builder builder{plot, surface, area};
+  if (plot.small) {
+    builder.PlaceSmall();
+    surface.scale = saved;
+    return std::move(builder.out);
+  }
   builder.PlaceHeading();
   builder.PlaceFrame();
   builder.PlaceYTicks();
