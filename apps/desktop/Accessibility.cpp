@@ -135,7 +135,7 @@ class ProgressInterface : public NumberInterface {
 // A block that is not there shows its title at most: what lies in it is not drawn, and not told.
 class FrameInterface : public QAccessibleWidget {
  public:
-  explicit FrameInterface(FrameView* frame) : QAccessibleWidget(frame, QAccessible::Grouping) {}
+  explicit FrameInterface(FrameView* shown) : QAccessibleWidget(shown, QAccessible::Grouping), frame(shown) {}
 
   int childCount() const override { return Absent() ? 0 : QAccessibleWidget::childCount(); }
   QAccessibleInterface* child(int index) const override {
@@ -143,7 +143,9 @@ class FrameInterface : public QAccessibleWidget {
   }
 
  private:
-  bool Absent() const { return widget()->property("absent").toBool(); }
+  bool Absent() const { return frame->Covered(); }
+
+  const FrameView* frame;
 };
 
 QAccessibleInterface* InterfaceOf(const QString& /*className*/, QObject* object) {

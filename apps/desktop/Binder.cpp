@@ -76,7 +76,8 @@ Binder::OptionColumn& Binder::ColumnOf(vc::OptionGroup& group, Pane& pane) {
   const auto direction = pane.Columns() ? QBoxLayout::LeftToRight : QBoxLayout::TopToBottom;
   auto* layout = new QBoxLayout(direction, column);
   layout->setContentsMargins(0, 0, 0, 0);
-  layout->setSpacing(pane.Columns() ? LineHeight(*column) * 2 / 3 : LineHeight(*column) / 3);
+  const int line = LineHeight(*column);
+  layout->setSpacing(pane.Dense() ? 0 : pane.Columns() ? line * 2 / 3 : line / 3);
   pane.AddWide(column);
   return optionColumns.emplace(&group, OptionColumn{column, new QButtonGroup(column)}).first->second;
 }

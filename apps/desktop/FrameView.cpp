@@ -1,9 +1,11 @@
 #include "desktop/FrameView.h"
 
+#include <algorithm>
+
 #include <QEvent>
+#include <QGuiApplication>
 #include <QLayout>
 #include <QPainter>
-#include <QPushButton>
 #include <QStyle>
 #include <QStyleOptionGroupBox>
 #include <QVariant>
@@ -14,80 +16,204 @@
 namespace desktop {
 namespace {
 
+using vc::FrameLook;
+
+constexpr double Corner = 5;
+
 bool InFlow(const vc::Frame& frame) {
   const vc::Frame* around = frame.core.frame;
   return around != nullptr && (around->arrangement == vc::Arrangement::Flow || InFlow(*around));
 }
 
+// A card's title may take two lines.
+int TitleLines(FrameLook look) { return look == FrameLook::Card ? 2 : 1; }
+
+// An empty place with the name of what could be there.
+class Cover : public QWidget {
+ public:
+  explicit Cover(QWidget* over) : QWidget(over) { setAttribute(Qt::WA_NoSystemBackground, false); }
+  QString name;
+
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QPainter painter(this);
+    painter.fillRect(rect(), palette().color(QPalette::Window));
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(palette().color(QPalette::Mid), 1, Qt::DashLine));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Corner, Corner);
+    painter.setPen(palette().color(QPalette::Disabled, QPalette::WindowText));
+    const int margin = LineHeight(*this) / 2;
+    painter.drawText(rect().adjusted(margin, margin, -margin, -margin), Qt::AlignCenter | Qt::TextWordWrap,
+                     name);
+  }
+};
+
 }  // namespace
 
-FrameView::FrameView(const vc::Frame& shownFrame, QWidget* parent) : QGroupBox(parent), frame(shownFrame) {}
+FrameView::FrameView(const vc::Frame& shownFrame, QWidget* parent)
+    : QGroupBox(parent),
+      frame(shownFrame),
+      look(shownFrame.look),
+      inPanel(shownFrame.core.frame != nullptr && shownFrame.core.frame->look == FrameLook::Panel),
+      drawsPath(shownFrame.arrangement == vc::Arrangement::Flow && !InFlow(shownFrame)) {
+  if (!Lined()) setProperty("captioned", false);
+  setProperty("card", look == FrameLook::Card && InFlow(shownFrame));
+}
 
 // The style sheet asks for the property; it is read again only where that is told.
 void FrameView::ShowProperty(const char* name, const QVariant& value) {
   if (property(name) == value) return;
   setProperty(name, value);
+  for (QWidget* part : findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
+    part->style()->polish(part);
+    part->update();
+  }
   style()->unpolish(this);
   style()->polish(this);
 }
 
 void FrameView::ShowCaption() {
-  setTitle(ToQt(frame.core.Caption()));
-  ShowProperty("captioned", Captioned());
-  if (margins.isNull()) margins = layout()->contentsMargins();
-  layout()->setContentsMargins(Captioned() ? margins : QMargins());
+  caption = ToQt(frame.core.Caption());
+  if (Lined()) {
+    setTitle(caption);
+    ShowProperty("captioned", Captioned());
+  }
+  ShowMargins();
+  FollowEnabled();
+  update();
   RepaintPath();
 }
 
+void FrameView::ShowMargins() {
+  if (margins.isNull()) margins = layout()->contentsMargins();
+  QMargins shown = margins;
+  if (!Lined() && Captioned()) shown.setTop(TitleHeight());
+  if (look == FrameLook::Flat) shown.setLeft(0), shown.setRight(0), shown.setBottom(0);
+  layout()->setContentsMargins(Captioned() || look == FrameLook::Card ? shown : QMargins());
+}
+
 void FrameView::ShowStanding() {
-  const char* standing = "plain";
-  if (frame.InTheWay() == vc::Standing::In) standing = "in";
-  if (frame.InTheWay() == vc::Standing::Out) standing = "out";
-  ShowProperty("standing", QLatin1String(standing));
+  standing = frame.InTheWay();
+  const bool in = standing == vc::Standing::In, out = standing == vc::Standing::Out;
+  ShowProperty("standing", QLatin1String(in ? "in" : out ? "out" : "plain"));
   update();
+  RepaintPath();
 }
 
 QRect FrameView::Inside() const {
+  if (!Captioned() || !Lined()) return rect();
   QStyleOptionGroupBox option;
   initStyleOption(&option);
-  return Captioned()
-             ? style()->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxContents, this)
-             : rect();
+  return style()->subControlRect(QStyle::CC_GroupBox, &option, QStyle::SC_GroupBoxContents, this);
 }
 
-QSize FrameView::WithTitle(QSize size) const {
-  constexpr int beside = 2;  // lines: the title's indent and the lamp
-  const int wanted = fontMetrics().horizontalAdvance(title()) + beside * LineHeight(*this);
-  return Captioned() ? size.expandedTo({wanted, 0}) : size;
+QFont FrameView::TitleFont() const {
+  QFont bold = font();
+  bold.setBold(look != FrameLook::Flat);
+  return bold;
 }
 
-void FrameView::DrawLamp(QPainter& painter) const {
+int FrameView::TitleHeight() const {
   const int line = LineHeight(*this);
-  const double radius = line / 4.5;
-  const QPointF middle(width() - line * 0.7, Inside().top());
+  return TitleLines(look) * QFontMetrics(TitleFont()).height() + (look == FrameLook::Flat ? 0 : line / 2);
+}
+
+QRect FrameView::TitleArea() const {
+  const int margin = look == FrameLook::Flat ? 0 : LineHeight(*this) / 2;
+  const int behind = head == nullptr ? 0 : head->width() + LineHeight(*this) / 4;
+  return {margin, 0, width() - 2 * margin - behind, TitleHeight()};
+}
+
+// Room for the longest word of it, and for what stands beside it.
+QSize FrameView::WithTitle(QSize size) const {
+  if (!Captioned()) return size;
+  const int line = LineHeight(*this);
+  if (Lined()) return size.expandedTo({fontMetrics().horizontalAdvance(caption) + 2 * line, 0});
+  const QFontMetrics metrics(TitleFont());
+  int longest = 0;
+  const bool inLine = head == nullptr || inPanel;
+  const QStringList parts = inLine ? QStringList{caption} : caption.split(QLatin1Char(' '));
+  for (const QString& part : parts) longest = std::max(longest, metrics.horizontalAdvance(part));
+  const int beside = width() - TitleArea().width();
+  return size.expandedTo({longest + beside + 1, 0});
+}
+
+void FrameView::SetHead(QWidget* widget) {
+  head = widget;
+  PlaceHead();
+}
+
+void FrameView::PlaceHead() {
+  if (head == nullptr) return;
+  head->resize(head->sizeHint());
+  const int margin = LineHeight(*this) / 2;
+  head->move(width() - head->width() - margin, (TitleHeight() - head->height()) / 2);
+}
+
+void FrameView::DrawSheet(QPainter& painter) const {
+  const bool card = look == FrameLook::Card;
+  if (!card && look != FrameLook::Panel) return;
+  const bool in = standing == vc::Standing::In;
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(Qt::NoPen);
-  painter.setBrush(palette().color(QPalette::Window));
-  painter.drawEllipse(middle, radius * 2, radius * 2);
-  const bool lit = frame.InTheWay() == vc::Standing::In;
-  painter.setPen(QPen(palette().color(lit ? QPalette::Link : QPalette::PlaceholderText), 1));
-  painter.setBrush(palette().color(lit ? QPalette::Link : QPalette::Window));
-  painter.drawEllipse(middle, radius, radius);
+  painter.setPen(QPen(palette().color(in ? QPalette::Link : QPalette::Mid), 1));
+  if (card)
+    painter.setBrush(palette().color(standing == vc::Standing::Out ? QPalette::Window : QPalette::Button));
+  painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), Corner, Corner);
+}
+
+void FrameView::DrawTitle(QPainter& painter) const {
+  painter.setFont(TitleFont());
+  const bool quiet = look == FrameLook::Flat || standing == vc::Standing::Out;
+  painter.setPen(palette().color(quiet ? QPalette::PlaceholderText : QPalette::WindowText));
+  painter.drawText(TitleArea(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextWordWrap, caption);
 }
 
 void FrameView::paintEvent(QPaintEvent* event) {
-  QGroupBox::paintEvent(event);
+  if (Lined()) QGroupBox::paintEvent(event);
   QPainter painter(this);
-  if (frame.InTheWay() != vc::Standing::Plain) DrawLamp(painter);
-  if (frame.arrangement == vc::Arrangement::Flow && !InFlow(frame)) DrawSignalPath(painter, *this);
+  if (!Lined()) {
+    DrawSheet(painter);
+    if (Captioned()) DrawTitle(painter);
+  }
+  if (drawsPath) DrawSignalPath(painter, *this);
+}
+
+void FrameView::resizeEvent(QResizeEvent* event) {
+  QGroupBox::resizeEvent(event);
+  PlaceHead();
+  if (cover != nullptr) cover->setGeometry(rect());
+}
+
+bool FrameView::Covered() const { return look == FrameLook::Card && Captioned() && !isEnabled(); }
+
+void FrameView::FollowEnabled() {
+  const bool covered = Covered();
+  if (covered && cover == nullptr) cover = new Cover(this);
+  if (cover == nullptr) return;
+  static_cast<Cover*>(cover)->name = caption;
+  cover->setGeometry(rect());
+  cover->setVisible(covered);
+  cover->raise();
+  cover->update();
 }
 
 void FrameView::changeEvent(QEvent* event) {
   QGroupBox::changeEvent(event);
+  if (event->type() == QEvent::StyleChange) PlaceHead();
   if (event->type() != QEvent::EnabledChange) return;
-  ShowProperty("absent", !isEnabled());
-  for (QWidget* part : findChildren<QPushButton*>()) part->style()->polish(part);
+  FollowEnabled();
   RepaintPath();
+}
+
+bool IsOut(const QWidget& widget) {
+  const QWidget* around = widget.parentWidget();
+  return around != nullptr && around->property("standing").toString() == QLatin1String("out");
+}
+
+QColor TextInk(const QWidget& widget) {
+  const QPalette palette = QGuiApplication::palette();
+  if (IsOut(widget)) return palette.color(QPalette::PlaceholderText);
+  return palette.color(widget.isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText);
 }
 
 // The way is drawn by the outermost frame, and goes by what there is in it.

@@ -2,9 +2,11 @@
 
 #include <utility>
 
+#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
 
+#include "desktop/FrameView.h"
 #include "desktop/PainterSurface.h"
 #include "desktop/QtText.h"
 
@@ -30,19 +32,21 @@ Qt::CursorShape CursorOf(Button::Pointer pointer) {
   return Qt::ArrowCursor;
 }
 
-// White letters are readable on each of them.
-QString LatchedSheet(Button::Tint tint) {
-  if (tint == Button::Tint::Accent) return {};  // the theme's own
-  const QString colour = tint == Button::Tint::Green ? QStringLiteral("#2b7a4b") : QStringLiteral("#b3362e");
-  return QStringLiteral("QPushButton:checked:enabled { background: %1; border-color: %1; color: white; }")
-      .arg(colour);
-}
+// The lines of text that a switch and a lamp are high.
+constexpr double SwitchLines = 0.9, LampLines = 1.2, RowLines = 1.7;
+constexpr double LampText = 0.85;
 
 }  // namespace
 
 GraphicButtonView::GraphicButtonView(vc::GraphicButton& button, QWidget* parent, Operate operateModel)
-    : QPushButton(parent), model(button), operate(std::move(operateModel)) {
-  setCheckable(model.style == Button::Style::Latching);
+    : QPushButton(parent),
+      model(button),
+      operate(std::move(operateModel)),
+      kind(button.style),
+      inTitle(button.inTitle) {
+  setCheckable(model.style != Button::Style::Push);
+  // The theme's style sheet asks for it: what draws itself is not padded.
+  setProperty("drawn", model.style != Button::Style::Push);
   connect(this, &QPushButton::pressed, this, [this] {
     held = true;
     operate([this] { model.MouseDown(mouse); });
@@ -60,7 +64,7 @@ void GraphicButtonView::Follow(std::string_view property) {
   const bool every = property.empty();
   if (property == "Enabled") model.Refresh();
   if (every || property == "MousePointer") ShowPointer();
-  if (every || property == "LatchedTint") ShowTint();
+  tint = model.LatchedTint();
   // While it is held the toolkit's own state is on its way to what the model will say.
   if ((every && !held) || property == "Value") setChecked(model.Value() == 1);
   focusRectColour = model.FocusRectColor();
@@ -79,11 +83,6 @@ void GraphicButtonView::ShowPointer() {
 
 void GraphicButtonView::ShowPicture() {
   if (!held) setDown(model.Value() == 0 && model.Picture() == Button::PictureState::Down);
-}
-
-void GraphicButtonView::ShowTint() {
-  const QString sheet = LatchedSheet(model.LatchedTint());
-  if (styleSheet() != sheet) setStyleSheet(sheet);
 }
 
 void GraphicButtonView::Note(const QMouseEvent& event) {
@@ -112,14 +111,46 @@ void GraphicButtonView::mouseReleaseEvent(QMouseEvent* event) {
   QPushButton::mouseReleaseEvent(event);
 }
 
+int GraphicButtonView::Lines(double lines) const { return static_cast<int>(LineHeight(*this) * lines); }
+
+QSize GraphicButtonView::sizeHint() const {
+  const int line = LineHeight(*this), switchWidth = SwitchWidth(Lines(SwitchLines));
+  if (kind == Button::Style::Push) return QPushButton::sizeHint();
+  if (inTitle) return {switchWidth + line / 2, Lines(SwitchLines) + line / 2};
+  const int words = fontMetrics().horizontalAdvance(text());
+  if (kind == Button::Style::Lamp) return {words + line, Lines(LampLines)};
+  return {switchWidth + words + line * 3 / 4, Lines(RowLines)};
+}
+
+ButtonState GraphicButtonView::State() const {
+  return {.lit = isChecked(), .held = isDown(), .quiet = !isEnabled() || IsOut(*this), .tint = tint};
+}
+
+void GraphicButtonView::DrawSwitchRow(QPainter& painter) const {
+  const int high = Lines(SwitchLines), wide = SwitchWidth(high), margin = LineHeight(*this) / 4;
+  const QRect pill(margin, (height() - high) / 2, wide, high);
+  DrawSwitch(painter, pill, State(), QGuiApplication::palette());
+  if (inTitle) return;
+  painter.setPen(TextInk(*this));
+  painter.drawText(rect().adjusted(pill.right() + 1 + margin, 0, 0, 0), Qt::AlignLeft | Qt::AlignVCenter,
+                   text());
+}
+
+void GraphicButtonView::DrawOwn(QPainter& painter) const {
+  if (kind == Button::Style::Latching) return DrawSwitchRow(painter);
+  QFont small = font();
+  small.setPointSizeF(LampText * PointSize(small));
+  painter.setFont(small);
+  DrawLamp(painter, rect(), State(), QGuiApplication::palette(), text());
+}
+
 void GraphicButtonView::paintEvent(QPaintEvent* event) {
-  QPushButton::paintEvent(event);
-  if (!hasFocus() || !focusRectShown) return;
-  const bool onTint = focusRectColour == vc::ButtonText && isChecked();
+  if (kind == Button::Style::Push) QPushButton::paintEvent(event);
   QPainter painter(this);
-  const QColor ink = ColourOf(onTint ? vc::HighlightText : focusRectColour, palette());
-  painter.setPen(QPen(ink, 1, Qt::DotLine));
-  const int inset = LineHeight(*this) / 5;
+  if (kind != Button::Style::Push) DrawOwn(painter);
+  if (!hasFocus() || !focusRectShown) return;
+  painter.setPen(QPen(ColourOf(focusRectColour, palette()), 1, Qt::DotLine));
+  const int inset = inTitle ? 0 : LineHeight(*this) / 5;
   painter.drawRect(rect().adjusted(inset, inset, -inset - 1, -inset - 1));
 }
 

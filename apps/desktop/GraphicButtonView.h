@@ -7,6 +7,7 @@
 
 #include <QPushButton>
 
+#include "desktop/ButtonLook.h"
 #include "widgets/GraphicButton.h"
 
 namespace desktop {
@@ -20,6 +21,9 @@ class GraphicButtonView : public QPushButton {
   // Shows what has changed; the empty name stands for everything.
   void Follow(std::string_view property);
 
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void mousePressEvent(QMouseEvent* event) override;
@@ -30,14 +34,20 @@ class GraphicButtonView : public QPushButton {
  private:
   void ShowPointer();
   void ShowPicture();
-  void ShowTint();
+  int Lines(double lines) const;
+  ButtonState State() const;
+  void DrawOwn(QPainter& painter) const;
+  void DrawSwitchRow(QPainter& painter) const;
   void Note(const QMouseEvent& event);
 
   vc::GraphicButton& model;
   const Operate operate;
+  const vc::GraphicButton::Style kind;
+  const bool inTitle;
   vc::MouseEvent mouse;  // the last one; the keyboard presses at 0, 0
   bool held = false;     // pressed by the operator
   // As last shown: the model may be gone before its widget.
+  vc::GraphicButton::Tint tint = vc::GraphicButton::Tint::Accent;
   vc::Colour focusRectColour = vc::ButtonText;
   bool focusRectShown = true;
 };

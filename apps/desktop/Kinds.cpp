@@ -55,7 +55,12 @@ void BindKind(Binder& binder, vc::Frame& frame) {
                                  box->ShowCaption();
                                  binder.NameWithin(frame);
                                },
-                           .showValue = [box](std::string_view) { box->ShowStanding(); }});
+                           .showValue = [box](std::string_view) { box->ShowStanding(); },
+                           .showStanding =
+                               [box, &frame](bool enabled, bool visible) {
+                                 box->setEnabled(enabled);
+                                 box->setVisible(visible && (enabled || !frame.collapses));
+                               }});
 }
 
 void BindElided(Binder& binder, vc::Label& label) {
@@ -71,11 +76,12 @@ void BindKind(Binder& binder, vc::Label& label) {
   Pane& pane = binder.PaneOf(label.core);
   auto* view = new WrappedLabel(pane.Container());
   pane.AddWords(view, binder.FollowsInArray());
+  if (pane.Is(vc::FrameLook::Card)) view->Yield();
   QSizePolicy policy = view->sizePolicy();
   policy.setRetainSizeWhenHidden(label.core.index != vc::NoIndex);  // such words come and go
   view->setSizePolicy(policy);
   binder.Bind(label.core, {.widget = view, .showCaption = [view, &label] {
-                             view->setText(ToQt(vc::WithoutAccessKey(label.core.Caption())));
+                             view->SetWords(ToQt(vc::WithoutAccessKey(label.core.Caption())));
                            }});
 }
 
@@ -95,9 +101,17 @@ void BindKind(Binder& binder, vc::GraphicButton& button) {
   auto* view = new GraphicButtonView(button, pane.Container(), [&binder, &button](const auto& action) {
     binder.Operate(button.core, action);
   });
-  pane.AddButton(view, false);
+  if (button.inTitle) {
+    pane.AddToTitle(view);
+  } else {
+    pane.AddButton(view, false);
+  }
   binder.Bind(button.core, {.widget = view,
-                            .showCaption = [view, &button] { view->setText(ToQt(button.core.Caption())); },
+                            .showCaption =
+                                [view, &button] {
+                                  view->setText(ToQt(button.core.Caption()));
+                                  if (button.inTitle) view->setToolTip(view->text());
+                                },
                             .showValue =
                                 [view, &button](std::string_view property) {
                                   view->Follow(property);
@@ -140,6 +154,7 @@ void BindKind(Binder& binder, vc::OptionButton& option) {
   auto& [column, buttons] = binder.ColumnOf(option.group, binder.PaneOf(option.core));
   auto* view = new QRadioButton(column);
   column->layout()->addWidget(view);
+  view->setProperty("segment", binder.PaneOf(option.core).Dense());  // the theme's style sheet asks for it
   buttons->addButton(view);
   QObject::connect(view, &QRadioButton::clicked, view, [&binder, &option] {
     binder.Operate(option.core, [&option] { option.group.Select(option.core.index); });
@@ -177,7 +192,11 @@ void BindKind(Binder& binder, vc::LevelBar& bar) {
   pane.AddWide(view);
   binder.Bind(bar.core, {.widget = view,
                          .showCaption = [view] { view->Follow("Caption"); },
-                         .showValue = [view](std::string_view property) { view->Follow(property); }});
+                         .showValue =
+                             [view, &bar](std::string_view property) {
+                               view->Follow(property);
+                               view->setToolTip(ToQt(bar.MarkerText()));
+                             }});
 }
 
 void BindKind(Binder& binder, vc::Picture& picture) {

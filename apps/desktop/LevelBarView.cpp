@@ -45,7 +45,7 @@ void LevelBarView::Follow(std::string_view property) {
     FollowValue();
   } else if (property == "Reading") {
     FollowReading();
-  } else if (property.starts_with("Marker")) {
+  } else if (property.starts_with("Marker") || property == "Peak") {
     update(bar);
   } else {
     updateGeometry();

@@ -12,6 +12,8 @@
 #include <QStylePainter>
 #include <QWheelEvent>
 
+#include "desktop/FittedText.h"
+#include "desktop/FrameView.h"
 #include "desktop/Kinds.h"
 #include "desktop/QtText.h"
 #include "widgets/Controls.h"
@@ -19,8 +21,7 @@
 namespace desktop {
 namespace {
 
-// A list's wheel, too, acts only where the focus is. A row that is too long for it ends in dots; the open
-// list shows it whole.
+// A list's wheel, too, acts only where the focus is.
 class DropDownView : public QComboBox {
  public:
   // A short one asks for no more room than a few letters take.
@@ -43,16 +44,15 @@ class DropDownView : public QComboBox {
 
  protected:
   void paintEvent(QPaintEvent* /*event*/) override {
-    if (!parentWidget()->isEnabled()) return;  // of a block that is not there its frame tells enough
     QStylePainter painter(this);
     QStyleOptionComboBox option;
     initStyleOption(&option);
-    const QRect room =
-        style()->subControlRect(QStyle::CC_ComboBox, &option, QStyle::SC_ComboBoxEditField, this);
-    const int margin = LineHeight(*this) / 4;
-    option.currentText = fontMetrics().elidedText(option.currentText, Qt::ElideRight, room.width() - margin);
     painter.drawComplexControl(QStyle::CC_ComboBox, option);
-    painter.drawControl(QStyle::CE_ComboBoxLabel, option);
+    const QRect room = TextRoom(*this);
+    const FittedText fitted = Fitted(option.currentText, font(), room.width());
+    painter.setFont(fitted.font);
+    painter.setPen(TextInk(*this));
+    painter.drawText(room, Qt::AlignLeft | Qt::AlignVCenter, fitted.text);
   }
 
   void wheelEvent(QWheelEvent* event) override {
@@ -166,7 +166,7 @@ class TallListView : public QListWidget {
 
 void BindDropDown(Binder& binder, vc::ListBox& list) {
   Pane& pane = binder.PaneOf(list.core);
-  auto* view = new DropDownView(pane.Container(), pane.Dense());
+  auto* view = new DropDownView(pane.Container(), pane.Is(vc::FrameLook::Card));
   QLabel* caption = CaptionOf(pane, view);
   pane.AddField({caption, view});
   QObject::connect(view, &QComboBox::activated, view, [&binder, &list](int row) {

@@ -1,10 +1,14 @@
 #include "desktop/Pane.h"
 
+#include <algorithm>
 #include <initializer_list>
+#include <vector>
 
 #include <QBoxLayout>
 #include <QGridLayout>
+#include <QVBoxLayout>
 
+#include "desktop/FrameView.h"
 #include "desktop/QtText.h"
 
 namespace desktop {
@@ -26,26 +30,98 @@ int SpaceBetween(const QWidget& box, const vc::Frame& frame, bool dense) {
   return dense ? line * 2 / 5 : line;
 }
 
+// Columns of which those with blocks share the spare width, so that all blocks are equally wide.
+class FlowLayout : public QHBoxLayout {
+ public:
+  using QHBoxLayout::QHBoxLayout;
+  std::vector<int> blocks;  // of each column; 0 where it holds none
+
+  void setGeometry(const QRect& area) override {
+    const int each = ShareOut(area.width());
+    QHBoxLayout::setGeometry(area);
+    for (int i = 0; i < count() && each > 0 && LanesShown() == 1; ++i) {
+      if (blocks.at(static_cast<std::size_t>(i)) > 0) KeepShape(*itemAt(i), each);
+    }
+  }
+
+ private:
+  // A block that has the whole height for itself becomes no strip.
+  static void KeepShape(QLayoutItem& item, int blockWidth) {
+    constexpr double mostHeight = 2.6;  // for its width
+    QRect area = item.geometry();
+    const int spare = area.height() - static_cast<int>(mostHeight * blockWidth);
+    if (spare > 0) item.setGeometry(area.adjusted(0, spare / 2, 0, spare / 2 - spare));
+  }
+
+  // The most that lie above each other in one of the columns.
+  int LanesShown() const {
+    int most = 1;
+    for (int i = 0; i < count(); ++i) {
+      const auto* lanes = qobject_cast<QVBoxLayout*>(itemAt(i)->widget()->layout());
+      if (lanes == nullptr || blocks.at(static_cast<std::size_t>(i)) == 0) continue;
+      int shown = 0;
+      for (int lane = 0; lane < lanes->count(); ++lane) shown += lanes->itemAt(lane)->isEmpty() ? 0 : 1;
+      most = std::max(most, shown);
+    }
+    return most;
+  }
+
+  // Returns the width of each block, 0 where there are none.
+  int ShareOut(int width) {
+    int all = 0, spare = width - (count() - 1) * spacing();
+    for (int i = 0; i < count(); ++i) {
+      const int here = blocks.at(static_cast<std::size_t>(i));
+      all += here;
+      spare -= here == 0 ? itemAt(i)->sizeHint().width() : (here - 1) * spacing();
+    }
+    if (all == 0) return 0;
+    const int each = std::max(1, spare / all);
+    for (int i = 0; i < count(); ++i) {
+      const int here = blocks.at(static_cast<std::size_t>(i));
+      const int share = here == 0 ? 0 : here * each + (here - 1) * spacing();
+      if (stretch(i) != share) setStretch(i, share);
+    }
+    return each;
+  }
+};
+
 }  // namespace
 
 Pane::Pane(QWidget* box, const vc::Frame* shownFrame, bool closeTogether)
     : container(box), frame(shownFrame), dense(closeTogether), alongSignal(LiesAlongSignal(shownFrame)) {
+  MakeLayout();
+  SetMargins();
+}
+
+void Pane::MakeLayout() {
   const int line = LineHeight(*container);
   const int space = dense ? line * 2 / 5 : line * 2 / 3;
-  QLayout* layout = nullptr;
-  if (frame != nullptr && frame->arrangement != vc::Arrangement::Rows) {
-    layout = columns = new QHBoxLayout(container);
-    columns->setSpacing(SpaceBetween(*container, *frame, dense));
+  using enum vc::Arrangement;
+  const vc::Arrangement arranged = frame == nullptr ? Rows : frame->arrangement;
+  if (arranged == Flow) {
+    columns = new FlowLayout(container);
+  } else if (arranged == Columns) {
+    columns = new QHBoxLayout(container);
+  } else if (arranged == Lanes) {
+    lanes = new QVBoxLayout(container);
+    lanes->setSpacing(line);
   } else {
-    layout = grid = new QGridLayout(container);
+    grid = new QGridLayout(container);
     grid->setHorizontalSpacing(space);
-    grid->setVerticalSpacing(space);
+    grid->setVerticalSpacing(Is(vc::FrameLook::Panel) && alongSignal ? line : space);
     grid->setColumnStretch(FieldColumn, 1);
   }
+  if (columns != nullptr) columns->setSpacing(SpaceBetween(*container, *frame, dense));
+}
+
+void Pane::SetMargins() {
+  const int line = LineHeight(*container);
+  const int space = dense ? line / 2 : line * 2 / 3;
+  QLayout& layout = *container->layout();
   if (dense) {
-    layout->setContentsMargins(space, space, space, space);
+    layout.setContentsMargins(space, space, space, space);
   } else {
-    layout->setContentsMargins(line, line * 2 / 3, line, line * 3 / 4);
+    layout.setContentsMargins(line, space, line, line * 3 / 4);
   }
 }
 
@@ -81,6 +157,8 @@ void Pane::AddRow(const Field& field) {
     line->addWidget(field.unit);
     line->addStretch();
     grid->addLayout(line, row, FieldColumn, 1, AllColumns - FieldColumn);
+  } else if (Is(vc::FrameLook::Card)) {
+    grid->addWidget(field.field, row, CaptionColumn, 1, AllColumns);
   } else {
     grid->addWidget(field.field, row, FieldColumn, 1, sliderRows ? 1 : AllColumns - FieldColumn);
   }
@@ -121,20 +199,33 @@ void Pane::AddTall(QLabel* caption, QWidget* text, int share) {
 void Pane::AddWide(QWidget* widget) {
   onlyWords = onlyFrames = false;
   AddFrame(widget);
+  const bool tall = widget->sizePolicy().expandingDirections().testFlag(Qt::Vertical);
+  if (!Is(vc::FrameLook::Card) || grid == nullptr || !tall) return;
+  spread = true;
+  grid->setRowStretch(grid->rowCount() - 1, 1);
 }
 
 void Pane::AddFrame(QWidget* box) {
   buttons = nullptr;
   block = nullptr;
-  if (Columns()) {
+  if (lanes != nullptr) {
+    lanes->addWidget(box, 1);
+  } else if (Columns()) {
+    const bool strip = Is(vc::FrameLook::Card);  // what is left over goes between its groups
+    if (strip && columns->count() > 0) columns->addStretch(1);
     columns->addWidget(box);
+    if (strip) box->setSizePolicy(QSizePolicy::Maximum, QSizePolicy::Preferred);
   } else {
     grid->addWidget(box, grid->rowCount(), 0, 1, AllColumns);
   }
 }
 
 void Pane::AddWords(QLabel* label, bool sharesRow) {
-  if (alongSignal) label->setAlignment(Qt::AlignHCenter);
+  if (Is(vc::FrameLook::Card)) {
+    label->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+  } else if (alongSignal) {
+    label->setAlignment(Qt::AlignHCenter);
+  }
   onlyFrames = false;
   if (Columns()) return AddFrame(label);
   if (!sharesRow || words == nullptr) {
@@ -162,22 +253,26 @@ void Pane::AddButton(QWidget* button, bool atEnd) {
   buttons->insertWidget(atEnd ? -1 : leadingButtons++, button);
 }
 
-// Equal buttons; one that is hidden keeps its place, so that its block stays as high as it is.
+void Pane::AddToTitle(QWidget* widget) {
+  onlyWords = onlyFrames = false;
+  static_cast<FrameView*>(container)->SetHead(widget);  // only a frame has a title
+}
+
+// Equal buttons. On a card they stand at its foot.
 void Pane::AddToBlock(QWidget* button) {
   onlyWords = onlyFrames = false;
   if (block == nullptr) {
+    if (Is(vc::FrameLook::Card) && !spread) grid->setRowStretch(grid->rowCount(), 1);
     block = new QGridLayout;
     block->setSpacing(LineHeight(*container) * 2 / 5);
     if (Columns()) {
       columns->addLayout(block);
     } else {
-      grid->addLayout(block, grid->rowCount(), 0, 1, AllColumns);
+      grid->addLayout(block, grid->rowCount() + (spread ? 0 : 1), 0, 1, AllColumns);
     }
     leadingButtons = 0;
   }
-  QSizePolicy policy(QSizePolicy::Expanding, QSizePolicy::Fixed);
-  policy.setRetainSizeWhenHidden(true);
-  button->setSizePolicy(policy);
+  button->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
   const int row = leadingButtons / frame->buttonsPerRow, column = leadingButtons % frame->buttonsPerRow;
   ++leadingButtons;
   block->addWidget(button, row, column);
@@ -196,24 +291,38 @@ void Pane::FillBlock() {
 void Pane::Finish() {
   if (block != nullptr) FillBlock();
   grows = container->layout()->expandingDirections().testFlag(Qt::Vertical);
-  if (dense && onlyFrames) {  // the titles of those in it would come close to its own
-    QMargins margins = container->layout()->contentsMargins();
-    margins.setTop(margins.top() + LineHeight(*container) / 3);
-    container->layout()->setContentsMargins(margins);
+  if (Is(vc::FrameLook::Card)) {
+    grows = grows && alongSignal;
+    blocks = alongSignal ? 1 : 0;
   }
-  if (grid == nullptr || grows || (alongSignal && onlyFrames)) return;
-  grid->setRowStretch(grid->rowCount(), 1);
+  if (grid == nullptr) return;
+  const bool holdsCards = Is(vc::FrameLook::Panel) && blocks > 0;
+  if (holdsCards) grid->setRowStretch(0, 1);  // they stand in the middle
+  if (holdsCards || !(grows || spread || (alongSignal && onlyFrames)))
+    grid->setRowStretch(grid->rowCount(), 1);
 }
 
 void Pane::Settle(const Pane& inner) {
-  if (!alongSignal && grid != nullptr && !inner.grows) {
+  if (alongSignal) return SettleAlongSignal(inner);
+  if (grid != nullptr && !inner.grows) {
     inner.container->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
   }
-  if (!alongSignal) return;
-  if (!inner.onlyFrames && !inner.grows) {
-    container->layout()->setAlignment(inner.container, Qt::AlignVCenter);
+}
+
+void Pane::SettleAlongSignal(const Pane& inner) {
+  if (frame->arrangement == vc::Arrangement::Flow) {
+    auto& flow = static_cast<FlowLayout&>(*columns);
+    const bool shares = !inner.Is(vc::FrameLook::Panel);
+    flow.blocks.insert(flow.blocks.begin(), shares ? inner.blocks : 0);  // the last one is finished first
+    blocks += inner.blocks;
+    return;
   }
+  blocks = std::max(blocks, inner.blocks);
   if (grid == nullptr || inner.onlyWords) return;
+  if (inner.Is(vc::FrameLook::Card)) {
+    inner.container->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
+    return;
+  }
   int row = 0, column = 0, rows = 0, span = 0;
   grid->getItemPosition(grid->indexOf(inner.container), &row, &column, &rows, &span);
   grid->setRowStretch(row, 1);

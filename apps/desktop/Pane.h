@@ -9,6 +9,7 @@
 class QBoxLayout;
 class QGridLayout;
 class QHBoxLayout;
+class QVBoxLayout;
 
 namespace desktop {
 
@@ -29,6 +30,7 @@ class Pane {
   bool Dense() const { return dense; }
   // In columns a slider stands upright, its caption above and its number below.
   bool Columns() const { return columns != nullptr; }
+  bool Is(vc::FrameLook look) const { return frame != nullptr && frame->look == look; }
 
   void AddField(const Field& field);
   // A large text, a list or a plot takes the spare height, with its caption above it where it has one; in
@@ -40,10 +42,12 @@ class Pane {
   void AddWords(QLabel* label, bool sharesRow);
   // Buttons that follow each other share a row; those that end the work stand at its right.
   void AddButton(QWidget* button, bool atEnd);
+  // Beside the frame's title.
+  void AddToTitle(QWidget* widget);
   // Once all has been added: what is left of the height stays below.
   void Finish();
-  // Once a frame in it is finished: what has no use for spare height leaves it to others. Along the signal's
-  // way blocks stand in the middle of equal rows.
+  // Once a frame in it is finished: what has no use for spare height leaves it to others, and along the
+  // signal's way the blocks share the spare width.
   void Settle(const Pane& inner);
 
  private:
@@ -52,6 +56,9 @@ class Pane {
   void AddRow(const Field& field);
   void AddToBlock(QWidget* button);
   void FillBlock();
+  void MakeLayout();
+  void SetMargins();
+  void SettleAlongSignal(const Pane& inner);
 
   QWidget* container;
   const vc::Frame* frame;
@@ -59,6 +66,7 @@ class Pane {
   bool alongSignal;
   QGridLayout* grid = nullptr;
   QHBoxLayout* columns = nullptr;
+  QVBoxLayout* lanes = nullptr;
   QHBoxLayout* words = nullptr;
   QHBoxLayout* buttons = nullptr;
   QGridLayout* block = nullptr;  // of buttons that stand in rows of equal ones
@@ -66,7 +74,9 @@ class Pane {
   bool sliderRows = false;  // a number stands in line with those of the sliders
   bool onlyWords = true;
   bool onlyFrames = true;
-  bool grows = false;  // has a use for spare height; known once it is finished
+  bool grows = false;   // has a use for spare height; known once it is finished
+  bool spread = false;  // something in a card has taken the spare height
+  int blocks = 0;       // that lie beside each other in it
 };
 
 }  // namespace desktop

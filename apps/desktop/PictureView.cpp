@@ -9,7 +9,6 @@
 namespace desktop {
 
 PictureView::PictureView(const vc::Picture& picture, QWidget* parent) : QWidget(parent), model(picture) {
-  setAutoFillBackground(true);
   setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
 }
 

@@ -9,7 +9,7 @@
 
 namespace desktop {
 
-PlotView::PlotView(const vc::Plot& plot, QWidget* parent) : QWidget(parent), model(plot) {
+PlotView::PlotView(const vc::Plot& plot, QWidget* parent) : QWidget(parent), model(plot), small(plot.small) {
   setAttribute(Qt::WA_OpaquePaintEvent);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
@@ -17,8 +17,8 @@ PlotView::PlotView(const vc::Plot& plot, QWidget* parent) : QWidget(parent), mod
 QSize PlotView::SizeOf(int digits, int lines) const {
   return {DigitsWide(*this, digits), lines * LineHeight(*this)};
 }
-QSize PlotView::sizeHint() const { return SizeOf(56, 18); }
-QSize PlotView::minimumSizeHint() const { return SizeOf(34, 12); }
+QSize PlotView::sizeHint() const { return small ? SizeOf(8, 4) : SizeOf(56, 18); }
+QSize PlotView::minimumSizeHint() const { return small ? SizeOf(8, 2) : SizeOf(34, 12); }
 
 void PlotView::Follow(std::string_view property) {
   if (property != "Traces") grid = {};

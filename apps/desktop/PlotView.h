@@ -30,6 +30,7 @@ class PlotView : public QWidget {
   void DrawGrid();
 
   const vc::Plot& model;
+  const bool small;
   QPixmap grid;  // none while it has to be drawn anew
   int gridsDrawn = 0;
 };

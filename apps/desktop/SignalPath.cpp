@@ -25,12 +25,22 @@ Blocks PartsOf(const FrameView& view) {
 
 bool HoldsOthers(const FrameView& view) { return !view.Captioned() && !PartsOf(view).empty(); }
 
+bool Stacked(const FrameView& view) {
+  return view.Model().arrangement == vc::Arrangement::Rows ||
+         view.Model().arrangement == vc::Arrangement::Lanes;
+}
+
+// The one channel runs through these lanes in turn.
+bool InTurn(const FrameView& view) {
+  return view.Model().arrangement == vc::Arrangement::Lanes && view.Model().Channels() == 1;
+}
+
 // The blocks at which the signal comes into a part of the flow, or leaves it.
 enum class Side { Entry, Exit };
 Blocks BlocksAt(Side side, const FrameView& view) {
   if (!HoldsOthers(view)) return {&view};
   const Blocks parts = PartsOf(view);
-  if (view.Model().arrangement != vc::Arrangement::Rows) {
+  if (!Stacked(view) || InTurn(view)) {
     return BlocksAt(side, *(side == Side::Entry ? parts.front() : parts.back()));
   }
   Blocks all;
@@ -44,25 +54,21 @@ struct Step {
 
 class Path {
  public:
-  explicit Path(const FrameView& flow) : whole(flow) {
-    Follow(flow);
-    TurnRows(flow);
-  }
+  explicit Path(const FrameView& flow) : whole(flow) { Follow(flow); }
   void Draw(QPainter& painter) const;
 
  private:
   void Follow(const FrameView& view);
   void Join(const Blocks& exits, const Blocks& entries);
   void GoDown(const FrameView& view);
-  void TurnRows(const FrameView& view);
-  void Turn(const FrameView& above, const FrameView& below);
   QRect AreaOf(Block block) const;
   bool Faces(Block one, Block other) const;
   bool Leads(Block block) const;
-  bool Fed(Block block) const;
   void DrawStep(QPainter& painter, const Step& step) const;
   void DrawTip(QPainter& painter, const QPointF& tip, const QPointF& direction) const;
-  QPolygonF RouteOf(const Step& step) const;
+  std::vector<double> LevelsOf(const Step& step) const;
+  std::vector<QPolygonF> RoutesOf(const Step& step) const;
+  QPolygonF BentRoute(const QRect& from, const QRect& to) const;
 
   const FrameView& whole;
   std::vector<Step> steps;
@@ -82,11 +88,6 @@ bool Path::Leads(Block block) const {
       steps, [block](const Step& step) { return step.from == block && step.to->isEnabled(); });
 }
 
-bool Path::Fed(Block block) const {
-  return std::ranges::any_of(
-      steps, [block](const Step& step) { return step.to == block && step.from->isEnabled(); });
-}
-
 // Within one block the signal goes from each stage of processing to the one below it.
 void Path::GoDown(const FrameView& view) {
   Block before = nullptr;
@@ -103,6 +104,9 @@ void Path::Follow(const FrameView& view) {
   for (const Block part : PartsOf(view)) {
     const bool inFlow = view.Model().arrangement == vc::Arrangement::Flow;
     if (before != nullptr && inFlow) Join(BlocksAt(Side::Exit, *before), BlocksAt(Side::Entry, *part));
+    if (before != nullptr && InTurn(view)) {
+      steps.push_back({BlocksAt(Side::Exit, *before).front(), BlocksAt(Side::Entry, *part).front()});
+    }
     Follow(*part);
     before = part;
   }
@@ -116,42 +120,35 @@ void Path::Join(const Blocks& exits, const Blocks& entries) {
   }
 }
 
-void Path::TurnRows(const FrameView& view) {
-  if (!HoldsOthers(view)) return;
-  const Blocks parts = PartsOf(view);
-  for (std::size_t i = 0; i < parts.size(); ++i) {
-    TurnRows(*parts[i]);
-    const bool rows = i > 0 && view.Model().arrangement == vc::Arrangement::Rows;
-    if (rows && HoldsOthers(*parts[i]) && HoldsOthers(*parts[i - 1])) Turn(*parts[i - 1], *parts[i]);
-  }
+// The heights at which the channels go straight from one block to the next: all along in the middle of their
+// lanes, where both blocks reach so far.
+std::vector<double> Path::LevelsOf(const Step& step) const {
+  const QRect from = AreaOf(step.from), to = AreaOf(step.to);
+  const int channels = std::min(step.from->Model().Channels(), step.to->Model().Channels());
+  if (channels < 2) return {static_cast<double>((from.height() < to.height() ? from : to).center().y())};
+  const int line = LineHeight(whole);
+  const double lane = (whole.height() - line) / 2.0;
+  const double top = std::max(from.top(), to.top()), bottom = std::min(from.bottom(), to.bottom());
+  const double inside = line / 2.0;
+  return {std::max(lane / 2, top + inside), std::min(whole.height() - lane / 2, bottom - inside)};
 }
 
-// What came after the upper row comes after the lower one.
-void Path::Turn(const FrameView& above, const FrameView& below) {
-  const Block last = BlocksAt(Side::Exit, above).front(), next = BlocksAt(Side::Entry, below).front();
-  const Block end = BlocksAt(Side::Exit, below).front();
-  if (!next->isEnabled() || Fed(next)) return;
-  std::erase_if(steps, [end](const Step& step) { return step.from == end; });
-  for (Step& step : steps) {
-    if (step.from == last) step.from = end;
-  }
-  std::erase_if(steps, [next](const Step& step) { return step.to == next; });
-  // In the order of the signal: before everything that lies in the lower row.
-  const auto place = std::ranges::find_if(steps, [next](const Step& step) { return step.from == next; });
-  steps.insert(place, {last, next});
-}
-
-QPolygonF Path::RouteOf(const Step& step) const {
+std::vector<QPolygonF> Path::RoutesOf(const Step& step) const {
   const QRect from = AreaOf(step.from), to = AreaOf(step.to);
   if (step.from->parentWidget() == step.to->parentWidget() && from.left() == to.left()) {
-    const QRect title = step.to->geometry().translated(step.to->parentWidget()->mapTo(&whole, QPoint(0, 0)));
-    return {QPointF(from.center().x(), from.bottom() + 1), QPointF(from.center().x(), title.top())};
+    const double middle = from.center().x();
+    return {{QPointF(middle, from.bottom() + 1), QPointF(middle, to.top())}};
   }
+  if (!Faces(step.from, step.to)) return {BentRoute(from, to)};
+  std::vector<QPolygonF> routes;
+  for (const double level : LevelsOf(step)) {
+    routes.push_back({QPointF(from.right() + 1, level), QPointF(to.left(), level)});
+  }
+  return routes;
+}
+
+QPolygonF Path::BentRoute(const QRect& from, const QRect& to) const {
   const double aside = LineHeight(whole) / 3.0, down = from.center().y();
-  if (Faces(step.from, step.to)) {
-    const double level = from.height() < to.height() ? down : to.center().y();
-    return {QPointF(from.right() + 1, level), QPointF(to.left(), level)};
-  }
   const double before = to.left() - aside, behind = from.right() + aside;
   QPolygonF route{QPointF(from.right() + 1, down), QPointF(behind, down)};
   if (before < behind) {  // back to the beginning of a row below
@@ -164,11 +161,12 @@ QPolygonF Path::RouteOf(const Step& step) const {
 }
 
 void Path::DrawStep(QPainter& painter, const Step& step) const {
-  const QPolygonF route = RouteOf(step);
-  painter.setBrush(Qt::NoBrush);
-  painter.drawPolyline(route);
-  const QPointF last = route.back() - route[route.size() - 2];
-  DrawTip(painter, route.back(), last.y() > last.x() ? QPointF(0, 1) : QPointF(1, 0));
+  for (const QPolygonF& route : RoutesOf(step)) {
+    painter.setBrush(Qt::NoBrush);
+    painter.drawPolyline(route);
+    const QPointF last = route.back() - route[route.size() - 2];
+    DrawTip(painter, route.back(), last.y() > last.x() ? QPointF(0, 1) : QPointF(1, 0));
+  }
 }
 
 void Path::DrawTip(QPainter& painter, const QPointF& tip, const QPointF& direction) const {

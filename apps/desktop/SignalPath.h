@@ -7,9 +7,8 @@ namespace desktop {
 
 class FrameView;
 
-// Neighbours that face each other are joined. A row of blocks that nothing comes to from its left takes up
-// the signal where the row above it ends. Blocks that are not there are passed by where there is no other
-// way.
+// Neighbours that face each other are joined by an arrow for each channel. Lanes of one channel follow each
+// other. Blocks that are not there are passed by where there is no other way.
 void DrawSignalPath(QPainter& painter, const FrameView& flow);
 
 }  // namespace desktop

@@ -22,10 +22,10 @@ constexpr std::array<Tint, 19> Tints{{{QPalette::Window, 0xF3F5F7, 0x2A3139},
                                       {QPalette::Base, 0xFFFFFF, 0x14181C},
                                       {QPalette::AlternateBase, 0xEDF0F3, 0x313942},
                                       {QPalette::Text, 0x1D2935, 0xE2E7EC},
-                                      {QPalette::Button, 0xFDFEFE, 0x3A444E},
+                                      {QPalette::Button, 0xFDFEFE, 0x353E47},
                                       {QPalette::ButtonText, 0x1D2935, 0xE2E7EC},
                                       {QPalette::BrightText, 0xFFFFFF, 0xFFFFFF},
-                                      {QPalette::PlaceholderText, 0x5F6C78, 0x9DA9B5},
+                                      {QPalette::PlaceholderText, 0x5F6C78, 0xAAB5BF},
                                       {QPalette::Highlight, 0x2A6CB0, 0x2F76BA},
                                       {QPalette::HighlightedText, 0xFFFFFF, 0xFFFFFF},
                                       {QPalette::Link, 0x2A6CB0, 0x6FAEE8},
@@ -36,7 +36,7 @@ constexpr std::array<Tint, 19> Tints{{{QPalette::Window, 0xF3F5F7, 0x2A3139},
                                       {QPalette::Dark, 0x98A4AF, 0x181C21},
                                       {QPalette::Shadow, 0x64717D, 0x0A0D10},
                                       {QPalette::ToolTipText, 0x1D2935, 0xE2E7EC}}};
-constexpr QRgb FadedLight = 0x7E8A95, FadedDark = 0x7C8894;
+constexpr QRgb FadedLight = 0x65707C, FadedDark = 0x9EA9B4;
 constexpr QRgb TitleLight = 0x2A5C91, TitleDark = 0x8BBBEA;
 
 QPalette PaletteOf(Theme theme) {
@@ -59,8 +59,6 @@ QGroupBox::title { subcontrol-origin: margin; subcontrol-position: top left; lef
                    color: @title; }
 QGroupBox::title:disabled { color: @faded; }
 QGroupBox:disabled { border-style: dashed; }
-QGroupBox[standing="in"] { border-color: @accent; }
-QGroupBox[standing="out"]::title { color: @muted; }
 QGroupBox[captioned="false"] { border: none; margin-top: 0; }
 QWidget[splash="true"] { background: @accent; }
 QWidget[splash="true"] QLabel { color: white; }
@@ -72,14 +70,23 @@ QListWidget:focus, QPlainTextEdit:focus { border-color: @accent; }
 QPushButton { background: @button; color: @text; border: 1px solid @mid; border-radius: 0.3em;
               padding: 0.35em 1.1em; min-width: 4em; }
 QPushButton[compact="true"] { padding: 0.4em 0.4em; min-width: 3.2em; }
+QGroupBox[card="true"] QPushButton { padding: 0.4em 0.3em; min-width: 1em; }
 QPushButton:hover { background: @hover; border-color: @dark; }
 QPushButton:focus, QPushButton:default { border-color: @accent; }
 QPushButton:pressed { background: @midlight; }
-QPushButton:checked { background: @accent; color: white; border-color: @accent; }
 QPushButton:disabled { background: @window; color: @faded; border-color: @mid; }
-QPushButton:checked:disabled { background: @midlight; }
-QGroupBox[absent="true"] QPushButton, QGroupBox[absent="true"] QPushButton:checked:disabled {
-  background: transparent; border-color: transparent; color: transparent; }
+QGroupBox[standing="out"] QLabel { color: @muted; }
+QGroupBox[standing="out"] QPushButton { color: @muted; }
+QPushButton[drawn="true"], QGroupBox QPushButton[drawn="true"] {
+  min-width: 0; padding: 0; border: none; background: transparent; }
+QRadioButton[segment="true"] { background: @button; color: @text; border: 1px solid @mid; padding: 0.35em 0.6em;
+                               margin-right: -1px; spacing: 0; }
+QRadioButton[segment="true"]::indicator { width: 0; height: 0; }
+QRadioButton[segment="true"]:hover { background: @hover; }
+QRadioButton[segment="true"]:focus { border-color: @link; }
+QRadioButton[segment="true"]:checked { background: @link; color: @base; border-color: @link; }
+QRadioButton[segment="true"]:disabled { background: @window; color: @faded; }
+QRadioButton[segment="true"]:checked:focus { border: 2px solid @text; padding: 0.25em 0.55em; }
 )";
 
 QString SheetOf(Theme theme, const QPalette& palette) {
@@ -98,6 +105,8 @@ QString SheetOf(Theme theme, const QPalette& palette) {
   put("@button", palette.color(QPalette::Button));
   put("@text", palette.color(QPalette::ButtonText));
   put("@accent", palette.color(QPalette::Highlight));
+  put("@link", palette.color(QPalette::Link));
+  put("@base", palette.color(QPalette::Base));
   put("@window", palette.color(QPalette::Window));
   constexpr double big = 1.8;
   return sheet.replace(QLatin1String("@big"), QString::number(big * PointSize(QApplication::font())));

@@ -18,7 +18,23 @@ WrappedLabel::WrappedLabel(QWidget* parent) : QLabel(parent) {
   setWordWrap(true);
 }
 
+void WrappedLabel::Yield() {
+  constexpr int lines = 2;
+  yields = true;
+  setMinimumHeight(lines * LineHeight(*this));
+}
+
+void WrappedLabel::SetWords(const QString& words) {
+  QString shown = words;
+  if (yields) {
+    shown.replace(QLatin1Char(' '), QChar(QChar::Nbsp));
+    shown.replace(QLatin1Char(',') + QString(QChar(QChar::Nbsp)), QLatin1String(", "));
+  }
+  setText(shown);
+}
+
 int WrappedLabel::TextWidth(int digits) const {
+  if (yields) return minimumWidth();
   int widest = 0;
   for (const QString& line : text().split(QLatin1Char('\n'))) {
     widest = std::max(widest, fontMetrics().horizontalAdvance(line));
@@ -28,7 +44,8 @@ int WrappedLabel::TextWidth(int digits) const {
 }
 
 int WrappedLabel::HeightAt(int width) const {
-  return std::max(LineHeight(*this), heightForWidth(std::max(width, 1)));
+  if (yields && width < LineHeight(*this)) return minimumHeight();  // it is not laid out yet
+  return std::max({LineHeight(*this), minimumHeight(), heightForWidth(std::max(width, 1))});
 }
 
 QSize WrappedLabel::sizeHint() const {

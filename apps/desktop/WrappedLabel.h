@@ -10,6 +10,11 @@ class WrappedLabel : public QLabel {
  public:
   explicit WrappedLabel(QWidget* parent);
 
+  // Takes the width that it is given, and two lines in any case.
+  void Yield();
+  // Where it yields, a line breaks behind a comma alone.
+  void SetWords(const QString& words);
+
   bool hasHeightForWidth() const override { return false; }
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
@@ -21,6 +26,8 @@ class WrappedLabel : public QLabel {
   // The width of the text in one line, at most so many digits wide.
   int TextWidth(int digits) const;
   int HeightAt(int width) const;
+
+  bool yields = false;
 };
 
 }  // namespace desktop

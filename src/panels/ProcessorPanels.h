@@ -27,7 +27,7 @@ struct AGCSetup {
   Panel panel;
   Frame fraChoices{panel.form, "fraChoices", "", Arrangement::Columns};
   OptionField optLinked, optGain, optRelease;
-  PanelFoot foot{panel, "btnAgc", "AGC"};
+  PanelFoot foot{panel, "btnAgc", "Active"};
 };
 
 struct LimiterSetup {
@@ -36,7 +36,7 @@ struct LimiterSetup {
   Panel panel;
   Frame fraChoices{panel.form, "fraChoices", "", Arrangement::Columns};
   OptionField optLinked, optThreshold, optRelease;
-  PanelFoot foot{panel, "btnLimiter", "Limiter"};
+  PanelFoot foot{panel, "btnLimiter", "Active"};
 };
 
 }  // namespace vc

@@ -9,6 +9,7 @@
 #include "widgets/Controls.h"
 #include "widgets/GraphicButton.h"
 #include "widgets/LevelBar.h"
+#include "widgets/Plot.h"
 
 namespace vc {
 
@@ -18,9 +19,9 @@ struct TopRow {
   Form& form;
 
   Frame fraTop{form, "fraTop", "", Arrangement::Columns};
-  Frame fraConnection{fraTop, "fraConnection", "Connection"};
+  Frame fraConnection{fraTop, "fraConnection", "Connection", Arrangement::Columns};
   Picture pbxInfoPic{fraConnection, "pbxInfoPic", "Activity", ConnectionIconImages, DrawConnectionIcon};
-  TextBox txtComInfo{fraConnection, "txtComInfo", "State"};
+  TextBox txtComInfo{fraConnection, "txtComInfo", ""};
   Frame fraLayout{fraTop, "fraLayout", "Setup"};
   ListBox cmbBandwidth{fraLayout, "cmbBandwidth", "Bandwidth"};
   ListBox cmbConfig{fraLayout, "cmbConfig", "Configuration"};
@@ -42,6 +43,8 @@ struct InputChannel {
   Frame frame, columns;
   Slider sldrLevel;
   SliderEntry gain;
+  Frame meter;
+  GraphicButton clip;
   LevelBar bar;
   GraphicButton zero;
 };
@@ -50,23 +53,30 @@ struct InputChannel {
 struct FixedBlock {
   FixedBlock(Place place, const std::string& name, const std::string& caption);
   Frame frame;
-  GraphicButton active, config;
+  GraphicButton active;
+  Label keys;  // its key numbers, as of every block
+  GraphicButton config;
 };
 
 // An equalizer or a broadband stage: its kind can be chosen. Family is "Eq" or "Broadband".
 struct KindBlock {
   KindBlock(Place place, const std::string& family, int number);
   Frame frame;
+  GraphicButton active;
   ListBox kind;
-  GraphicButton active, config;
+  Label keys;
+  GraphicButton config;
 };
 
-// A filter stage: what adapts can be stopped and cleared.
+// A filter stage: what has a computed response shows it; what adapts can be stopped and cleared.
 struct FilterBlock {
   FilterBlock(Place place, int stage);
   Frame frame;
+  GraphicButton active;
   ListBox kind;
-  GraphicButton active, config, adapt, clear;
+  Label keys;
+  Plot response;
+  GraphicButton adapt, clear, config;
 };
 
 struct ChainLayout {
@@ -76,7 +86,7 @@ struct ChainLayout {
   Frame fraSignal{form, "fraSignal", "", Arrangement::Flow};
 
   Frame fraInputs{fraSignal, "fraInputs", "Inputs"};
-  Frame fraInputHead{fraInputs, "fraInputHead", "", Arrangement::Columns};
+  Frame fraInputHead{fraInputs, "fraInputHead", ""};
   Label lblGain{fraInputHead, "lblGain", "Gain and Level"};
   Label lblSwap{fraInputHead, "lblSwap", "(Swap)"};
   std::array<InputChannel, 2> inputs{InputChannel{fraInputs, 0}, InputChannel{fraInputs, 1}};
@@ -85,11 +95,11 @@ struct ChainLayout {
   FixedBlock ihpf{fraInputProcessor, "Ihpf", "Input HPF"};
   FixedBlock agc{fraInputProcessor, "Agc", "AGC"};
 
-  Frame fraBroadbandStages{fraSignal, "fraBroadbandStages", ""};
+  Frame fraBroadbandStages{fraSignal, "fraBroadbandStages", "", Arrangement::Lanes};
   std::array<KindBlock, 2> broadband{KindBlock{fraBroadbandStages, "Broadband", 1},
                                      KindBlock{fraBroadbandStages, "Broadband", 2}};
 
-  Frame fraStages{fraSignal, "fraStages", ""};
+  Frame fraStages{fraSignal, "fraStages", "", Arrangement::Lanes};
   Frame fraFirstStages{fraStages, "fraFirstStages", "", Arrangement::Flow};
   std::array<FilterBlock, 3> firstStages{FilterBlock{fraFirstStages, 1}, FilterBlock{fraFirstStages, 2},
                                          FilterBlock{fraFirstStages, 3}};
@@ -97,19 +107,21 @@ struct ChainLayout {
   std::array<FilterBlock, 3> lastStages{FilterBlock{fraLastStages, 4}, FilterBlock{fraLastStages, 5},
                                         FilterBlock{fraLastStages, 6}};
 
-  Frame fraEqualizers{fraSignal, "fraEqualizers", ""};
+  Frame fraEqualizers{fraSignal, "fraEqualizers", "", Arrangement::Lanes};
   std::array<KindBlock, 2> equalizers{KindBlock{fraEqualizers, "Eq", 1}, KindBlock{fraEqualizers, "Eq", 2}};
 
   Frame fraOutputProcessor{fraSignal, "fraOutputProcessor", "Output Processor"};
   FixedBlock ohpf{fraOutputProcessor, "Ohpf", "Output HPF"};
   FixedBlock limiter{fraOutputProcessor, "Limiter", "Limiter"};
 
-  Frame fraOutputs{fraSignal, "fraOutputs", "Outputs"};
+  Frame fraOutputs{fraSignal, "fraOutputs", "Outputs", Arrangement::Lanes};
   Frame fraLeftOut{fraOutputs, "fraLeftOut", ""};
   Label lblLeftOut{fraLeftOut, "lblLeftOut", "Left"};
+  GraphicButton btnClipOutputLeft{fraLeftOut, "btnClipOutputLeft", "Clip", GraphicButton::Style::Lamp};
   LevelBar lbOutputLeft{fraLeftOut, "lbOutputLeft", "Left Output"};
   Frame fraRightOut{fraOutputs, "fraRightOut", ""};
   Label lblRightOut{fraRightOut, "lblRightOut", "Right"};
+  GraphicButton btnClipOutputRight{fraRightOut, "btnClipOutputRight", "Clip", GraphicButton::Style::Lamp};
   LevelBar lbOutputRight{fraRightOut, "lbOutputRight", "Right Output"};
 
   // Stage 1..6, and equalizer or broadband stage 1 or 2.

@@ -2,7 +2,9 @@
 // called, and whether the signal goes through them.
 #include <string>
 
+#include "model/FilterResponse.h"
 #include "model/Kinds.h"
+#include "panels/KeyNumbers.h"
 #include "shell/MasterControl.h"
 
 namespace vc {
@@ -62,9 +64,56 @@ void MasterControl::ConfigureBlocks() {
     SetBlock(chain.Filter(stage).frame, CaptionOf(settings, stage), IsThere(settings, stage));
   }
   const bool stereo = settings.configMode != ConfigMode::Mono;
+  chain.fraLastStages.core.SetEnabled(IsThere(settings, PairStages + 1));
+  ShowChannels();
   chain.lbOutputRight.core.SetVisible(stereo);
   chain.lblRightOut.core.SetVisible(stereo);
+  chain.fraRightOut.core.SetVisible(stereo);
   ShowStanding();
+}
+
+// In Stereo Linked every block stands for both channels, in Stereo Independent only what is at the ends does.
+void MasterControl::ShowChannels() {
+  const bool stereo = settings.configMode != ConfigMode::Mono;
+  const bool linked = IsLinked(settings.configMode);
+  for (Frame* frame :
+       {&chain.fraInputs, &chain.fraInputProcessor, &chain.fraOutputProcessor, &chain.fraOutputs,
+        &chain.fraBroadbandStages, &chain.fraStages, &chain.fraEqualizers}) {
+    frame->SetChannels(stereo ? 2 : 1);
+  }
+  const int perBlock = linked ? 2 : 1;
+  for (int stage = 1; stage <= FilterStages; ++stage) chain.Filter(stage).frame.SetChannels(perBlock);
+  for (const int side : {1, 2}) {
+    chain.Equalizer(side).frame.SetChannels(perBlock);
+    chain.Broadband(side).frame.SetChannels(perBlock);
+  }
+}
+
+void MasterControl::ShowWhatBlocksDo() {
+  for (int stage = 1; stage <= FilterStages; ++stage) {
+    FilterBlock& block = chain.Filter(stage);
+    block.keys.core.SetCaption(FilterKeyNumbers(settings, stage));
+    ShowResponse(block, stage);
+  }
+  for (const int side : {1, 2}) {
+    chain.Equalizer(side).keys.core.SetCaption(EqualizerKeyNumbers(settings, side));
+    chain.Broadband(side).keys.core.SetCaption(BroadbandKeyNumbers(settings, side));
+  }
+  chain.ihpf.keys.core.SetCaption(HighpassKeyNumbers(settings.ihpfCutoff));
+  chain.ohpf.keys.core.SetCaption(HighpassKeyNumbers(settings.ohpfCutoff));
+  chain.agc.keys.core.SetCaption(AgcKeyNumbers(settings));
+  chain.limiter.keys.core.SetCaption(LimiterKeyNumbers(settings));
+}
+
+void MasterControl::ShowResponse(FilterBlock& block, int stage) const {
+  constexpr std::size_t points = 81;
+  constexpr double highestDb = 5, lowestDb = -65;
+  const std::vector<float> curve = FilterResponse(settings, stage, settings.filterType[stage], points);
+  block.response.core.SetVisible(!curve.empty());
+  if (curve.empty()) return;
+  const bool in = block.frame.InTheWay() == Standing::In;
+  block.response.SetAxes({0, static_cast<double>(settings.bandwidthHz), "Hz"}, {lowestDb, highestDb, "dB"});
+  block.response.SetTraces({{"Response", curve, in ? TraceColours[0] : GrayText}});
 }
 
 void MasterControl::ShowStanding() {
@@ -82,6 +131,7 @@ void MasterControl::ShowStanding() {
   }
   for (FixedBlock* block : {&chain.ihpf, &chain.agc, &chain.ohpf}) show(block->frame, block->active);
   show(chain.limiter.frame, chain.limiter.active, true);
+  ShowWhatBlocksDo();
 }
 
 std::string MasterControl::FilterSuffix(int stage) const { return Suffix(CaptionOf(settings, stage)); }

@@ -41,6 +41,7 @@ MasterControl::MasterControl(RecordEdits& recordEdits, modDeviceComm& link, Desk
       desk(operatorDesk) {
   top.txtComInfo.readOnly = true;
   lblSetupFile.elided = true;
+  form.initialFocus = &top.txtComInfo.core;  // where no stray key or wheel can change anything
   Fill(top.cmbBandwidth, Bandwidths(), [](const BandwidthRow& row) { return row.name; });
   Fill(top.cmbConfig, ConfigModes(), [](std::string_view mode) { return mode; });
   ShowOversize(false);

@@ -130,6 +130,9 @@ struct MasterControl {
   void ShowInputs();
   void ShowEdits();
   void ShowStanding();
+  void ShowChannels();
+  void ShowWhatBlocksDo();
+  void ShowResponse(FilterBlock& block, int stage) const;
   void SetBlock(Frame& frame, const std::string& caption, bool there);
   void ClearStage(int stage);
   void ClearAll();

@@ -48,7 +48,10 @@ void MasterControl::BindMenus() {
   menus.mnuUndo.clicked = [this] { edits.history.Undo(); };
   menus.mnuRedo.shortcut = "Ctrl+Shift+Z";
   menus.mnuRedo.clicked = [this] { edits.history.Redo(); };
-  edits.history.changed = [this] { ShowEdits(); };
+  edits.history.changed = [this] {
+    ShowEdits();
+    ShowWhatBlocksDo();
+  };
   for (MenuEntry& entry : menus.mnuTheme) {
     entry.clicked = [this, index = entry.core.index] { hooks.chooseTheme(static_cast<Theme>(index)); };
   }

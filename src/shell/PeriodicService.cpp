@@ -16,17 +16,6 @@ constexpr int IconMilliseconds = 100;
 constexpr std::int16_t SendAt = 5;
 constexpr std::int16_t SifSteps = 8, SifStride = 5;
 
-void ShowLevel(LevelBar& bar, std::int16_t level, bool portOpen) {
-  const double decibels = LevelToDb(level, portOpen);
-  bar.SetValue(DbToBarPosition(decibels));
-  bar.SetReading(portOpen ? FixedText(decibels, 1) + " dB" : "no unit");
-}
-
-void ShowThreshold(LevelBar& bar, bool shown, double decibels) {
-  bar.SetMarkerStyle(shown ? 0 : HiddenMarker);
-  if (shown) bar.SetMarkerValue(1, DbToBarPosition(decibels));
-}
-
 }  // namespace
 
 double LimiterThresholdDb(std::int16_t choice) {
@@ -35,13 +24,18 @@ double LimiterThresholdDb(std::int16_t choice) {
   return choice >= 0 && choice < 3 ? decibels[static_cast<std::size_t>(choice)] : others;
 }
 
-PeriodicService::PeriodicService(EventLoop& events, SystemSettings& record, modDeviceComm& link,
-                                 MasterControl& panel)
+PeriodicService::PeriodicService(EventLoop& events, Clock& timeSource, SystemSettings& record,
+                                 modDeviceComm& link, MasterControl& panel)
     : tmrBargraph(events.CreateTimer(BargraphMilliseconds, [this] { BargraphTick(); })),
       tmrIcon(events.CreateTimer(IconMilliseconds, [this] { IconTick(); })),
+      clock(timeSource),
       settings(record),
       device(link),
-      master(panel) {}
+      master(panel),
+      inputLeft(panel.chain.inputs[0].bar, panel.chain.inputs[0].clip),
+      inputRight(panel.chain.inputs[1].bar, panel.chain.inputs[1].clip),
+      outputLeft(panel.chain.lbOutputLeft, panel.chain.btnClipOutputLeft),
+      outputRight(panel.chain.lbOutputRight, panel.chain.btnClipOutputRight) {}
 
 void PeriodicService::BargraphTick() {
   // The tick can take longer than its interval; it never runs inside itself.
@@ -108,16 +102,29 @@ void PeriodicService::RequestByMode() {
   }
 }
 
-void PeriodicService::ShowLevelBars() const {
+void PeriodicService::ShowLevelBars() {
   const UnitStatus& status = device.status;
-  const bool open = device.comm.CommPortOpen;
-  ShowLevel(master.chain.inputs[0].bar, status.levelInLeft, open);
-  ShowLevel(master.chain.inputs[1].bar, status.levelInRight, open);
-  for (LevelBar* bar : {&master.chain.inputs[0].bar, &master.chain.inputs[1].bar}) {
-    ShowThreshold(*bar, settings.limiterEnabled == 1, LimiterThresholdDb(settings.limiterThreshold));
+  for (const auto& [meter, level] : {std::pair<Meter*, std::int16_t>{&inputLeft, status.levelInLeft},
+                                     {&inputRight, status.levelInRight},
+                                     {&outputLeft, status.levelOutLeft},
+                                     {&outputRight, status.levelOutRight}}) {
+    if (device.comm.CommPortOpen) {
+      meter->Show(level, clock.Microseconds());
+    } else {
+      meter->ShowNoUnit();
+    }
   }
-  ShowLevel(master.chain.lbOutputLeft, status.levelOutLeft, open);
-  ShowLevel(master.chain.lbOutputRight, status.levelOutRight, open);
+  ShowThreshold();
+}
+
+void PeriodicService::ShowThreshold() {
+  const bool shown = settings.limiterEnabled == 1;
+  const double decibels = LimiterThresholdDb(settings.limiterThreshold);
+  for (LevelBar* bar : {&master.chain.inputs[0].bar, &master.chain.inputs[1].bar}) {
+    bar->SetMarkerStyle(shown ? 0 : HiddenMarker);
+    bar->SetMarkerText(shown ? "Limiter threshold " + FixedText(decibels, 0) + " dB" : "");
+    if (shown) bar->SetMarkerValue(1, DbToBarPosition(decibels));
+  }
 }
 
 void PeriodicService::IconTick() {

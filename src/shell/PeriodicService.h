@@ -10,7 +10,9 @@
 
 #include "link/modDeviceComm.h"
 #include "model/SystemSettings.h"
+#include "platform/Clock.h"
 #include "platform/EventLoop.h"
+#include "shell/Meter.h"
 
 namespace vc {
 
@@ -34,7 +36,8 @@ struct PeriodicService {
   // Whether a filter has borrowed DSP stages; told at the first tick and at every change.
   std::function<void(bool shown)> showOversize = [](bool) {};
 
-  PeriodicService(EventLoop& events, SystemSettings& record, modDeviceComm& link, MasterControl& panel);
+  PeriodicService(EventLoop& events, Clock& timeSource, SystemSettings& record, modDeviceComm& link,
+                  MasterControl& panel);
 
   std::int16_t pollMode = poll::MainLevels;
   std::int16_t sifStep = 0;         // 0..7, step of the request for the spectral inverse filter
@@ -48,7 +51,7 @@ struct PeriodicService {
 
   void EnableMainTimer(bool on);
   // Levels of the last reply, or of a closed port, into the bars.
-  void ShowLevelBars() const;
+  void ShowLevelBars();
 
  private:
   void BargraphTick();
@@ -59,9 +62,13 @@ struct PeriodicService {
   void IconTick();
   void StepIcon() const;
 
+  void ShowThreshold();
+
+  Clock& clock;
   SystemSettings& settings;
   modDeviceComm& device;
   MasterControl& master;
+  Meter inputLeft, inputRight, outputLeft, outputRight;
   std::optional<bool> oversizeTold;
   bool tickHolds = false;  // the tick has turned its timer off, and nobody has switched it since
 };

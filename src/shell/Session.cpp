@@ -29,7 +29,7 @@ Session::Session(Platform host)
       history(settings, host.clock),
       edits(settings, config, download, history),
       master(edits, device, platform.desk),
-      periodic(host.events, settings, device, master),
+      periodic(host.events, host.clock, settings, device, master),
       panels({history, settings, platform.desk, forms, master, periodic, device}),
       lastState(settings, setups, platform),
       look(platform, master) {

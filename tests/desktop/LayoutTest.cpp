@@ -1,9 +1,11 @@
 // That everything has its room, and that the signal's way is drawn as the chain is.
 #include <gtest/gtest.h>
 
+#include <QComboBox>
 #include <QScrollArea>
 
 #include "MasterWindow.h"
+#include "desktop/FittedText.h"
 #include "desktop/FrameView.h"
 
 namespace desktop {
@@ -97,19 +99,25 @@ TEST(Layout, EveryPanelFitsAndGivesSpareRoomToPlotAndSliders) {
   }
 }
 
-// Whether the way's ink is found on a line of pixels across the gap behind a block.
-bool LineBehind(const MasterWindow& run, const char* block) {
-  const auto& frame = static_cast<const FrameView&>(run.At(block));
+// How many lines of the way's ink leave a block at its right.
+int LinesBehind(const MasterWindow& run, const char* block) {
+  QCoreApplication::processEvents();  // what has come is laid out
+  const QWidget& frame = run.At(block);
   const QWidget& flow = run.At("fraSignal");
-  const QPoint start = frame.mapTo(&flow, QPoint(frame.width(), frame.Inside().center().y()));
+  const QPoint corner = frame.mapTo(&flow, QPoint(frame.width(), 0));
   const QImage picture = const_cast<QWidget&>(flow).grab().toImage();
   const QColor ink = flow.palette().color(QPalette::PlaceholderText);
-  for (int off = -2; off <= 2; ++off) {
-    const QColor found = picture.pixelColor(start + QPoint(LineHeight(flow) / 6, off));
-    if (std::abs(found.lightness() - ink.lightness()) < 60) return true;
+  int lines = 0;
+  bool before = false;
+  for (int down = 0; down < frame.height(); ++down) {
+    const QColor found = picture.pixelColor(corner + QPoint(LineHeight(flow) / 6, down));
+    const bool here = std::abs(found.lightness() - ink.lightness()) < 60;
+    lines += here && !before ? 1 : 0;
+    before = here;
   }
-  return false;
+  return lines;
 }
+bool LineBehind(const MasterWindow& run, const char* block) { return LinesBehind(run, block) > 0; }
 
 TEST(Layout, TheSignalsWayFollowsTheChain) {
   MasterWindow run;
@@ -120,7 +128,7 @@ TEST(Layout, TheSignalsWayFollowsTheChain) {
   // The second one's signal passes by the third, which is not there; nothing comes out of the row below.
   EXPECT_TRUE(LineBehind(run, "fraStage(1)") && LineBehind(run, "fraStage(2)"));
   EXPECT_TRUE(LineBehind(run, "fraStage(3)"));
-  EXPECT_FALSE(LineBehind(run, "fraStage(4)"));
+  EXPECT_FALSE(run.At("fraStage(4)").isVisible());
   run.Edit("configMode", "2");
   run.Settle();
   EXPECT_TRUE(LineBehind(run, "fraStage(4)"));
@@ -129,7 +137,72 @@ TEST(Layout, TheSignalsWayFollowsTheChain) {
   run.Edit("numFilters", "6");
   run.Settle();
   EXPECT_TRUE(LineBehind(run, "fraStage(6)"));
-  EXPECT_FALSE(LineBehind(run, "fraBroadband(2)"));
+  EXPECT_FALSE(run.At("fraBroadband(2)").isVisible());
+}
+
+TEST(Layout, ThereIsAnArrowForEachChannel) {
+  MasterWindow run;
+  run.Window().resize(1280, 720);
+  for (const auto& [mode, ends, block] : {std::tuple{"0", 1, 1}, {"1", 2, 2}, {"2", 2, 1}}) {
+    SCOPED_TRACE(mode);
+    run.Edit("configMode", mode);
+    run.Settle();
+    QCoreApplication::processEvents();
+    for (const char* name : {"fraInputs", "fraInputProcessor", "fraOutputProcessor"}) {
+      EXPECT_EQ(LinesBehind(run, name), ends) << name;
+    }
+    for (const char* name : {"fraBroadband(1)", "fraStage(1)", "fraEq(1)"}) {
+      EXPECT_EQ(LinesBehind(run, name), block) << name;
+    }
+  }
+  // Within a processor the signal goes down, from the high-pass to what follows it.
+  const QWidget &first = run.At("fraIhpf"), &next = run.At("fraAgc"), &around = run.At("fraInputProcessor");
+  const QImage gap = run.At("fraSignal").grab().toImage();
+  const QPoint below = first.mapTo(&run.At("fraSignal"), QPoint(first.width() / 2, first.height() + 2));
+  EXPECT_LT(gap.pixelColor(below).lightness(), 180);
+  EXPECT_LT(first.geometry().bottom(), next.geometry().top());
+  EXPECT_NEAR(first.geometry().united(next.geometry()).center().y(), around.rect().center().y(), 20);
+}
+
+TEST(Layout, NoChosenTextIsCutOnASmallScreen) {
+  MasterWindow run;
+  run.Window().resize(1280, 720);
+  run.Edit("configMode", "2");
+  run.Settle();
+  QCoreApplication::processEvents();
+  for (const QComboBox* list : run.Window().findChildren<QComboBox*>()) {
+    for (int row = 0; row < list->count(); ++row) {
+      const QString shown = Fitted(list->itemText(row), list->font(), TextRoom(*list).width()).text;
+      EXPECT_FALSE(shown.contains(QChar(0x2026))) << shown.toStdString() << list->width();
+    }
+  }
+}
+
+TEST(Layout, WhatIsLeftOverGoesToTheStages) {
+  MasterWindow run;
+  run.Edit("configMode", "2");
+  run.Settle();
+  const auto sizes = [&run](int width, int height) {
+    run.Window().resize(width, height);
+    QCoreApplication::processEvents();
+    std::vector<int> widths;
+    for (const char* name : {"fraInputs", "fraInputProcessor", "fraOutputProcessor", "fraOutputs"}) {
+      widths.push_back(run.At(name).width());
+    }
+    return widths;
+  };
+  const auto small = sizes(1280, 720);
+  EXPECT_EQ(sizes(1920, 1080), small);
+  const int block = run.At("fraStage(1)").width();
+  for (const char* name : {"fraBroadband(1)", "fraStage(2)", "fraStage(6)", "fraEq(2)"}) {
+    EXPECT_NEAR(run.At(name).width(), block, 3) << name;
+  }
+  // In Mono what is not there leaves its height to the rest.
+  run.Edit("configMode", "0");
+  run.Settle();
+  QCoreApplication::processEvents();
+  EXPECT_GT(run.At("fraStage(1)").height(), 540);
+  EXPECT_GT(run.At("lbOutputLeft").height(), 700);
 }
 
 TEST(Layout, AFrameTellsHowItsBlockStands) {

@@ -158,6 +158,20 @@ TEST(MasterPanelWindow, TheWheelMovesOnlyWhatHasTheFocus) {
   EXPECT_EQ(run.record.filterType[1], kind + 1);
 }
 
+TEST(MasterPanelWindow, AStrayKeyOrWheelAtTheStartChangesNothing) {
+  MasterWindow run;
+  const vc::SystemSettings before = run.record;
+  QWidget* focus = QApplication::focusWidget();
+  ASSERT_NE(focus, nullptr);
+  for (const Qt::Key key : {Qt::Key_Down, Qt::Key_End, Qt::Key_6, Qt::Key_Space, Qt::Key_Return}) {
+    QTest::keyClick(focus, key);
+  }
+  TurnWheel(*focus, -120);
+  EXPECT_TRUE(run.record == before);
+  run.Press("Tab");
+  EXPECT_TRUE(run.At("cmbBandwidth").hasFocus());
+}
+
 TEST(MasterPanelWindow, KeysAndMenusReachTheRecord) {
   MasterWindow run;
   const std::int16_t processing = run.record.procEnabled, swap = run.record.channelSwap;

@@ -14,11 +14,11 @@ struct Periodic : support::LinkFixture {
   // where the bars moved.
   std::string Ticks(int count) {
     for (asked.clear(); count > 0; --count) {
-      session.master.chain.lbOutputLeft.SetReading("old");
+      session.master.chain.lbOutputLeft.SetValue(99);
       test.loop.RunFor(50);
       for (const auto& frame : unit.sent) asked += frame.bytes[3] == 0xE8 ? "M" : "E";
       unit.sent.clear();
-      asked += session.master.chain.lbOutputLeft.Reading() == "old" ? "." : "|";
+      asked += session.master.chain.lbOutputLeft.Value() == 99 ? "." : "|";
     }
     return asked;
   }

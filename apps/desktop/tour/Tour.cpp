@@ -15,7 +15,8 @@ namespace {
 
 constexpr const char* Connected = "Connected COM 1 115200 Baud";
 constexpr const char* Closed = "COM 1 is closed";
-constexpr std::array<const char*, 4> Bars{"lbInputLeft", "lbInputRight", "lbOutputLeft", "lbOutputRight"};
+// In Mono, as the program comes up first, there is one output.
+constexpr std::array<const char*, 3> Bars{"lbInputLeft", "lbInputRight", "lbOutputLeft"};
 const std::vector<std::string> RateMenus{"mnuSettings", "mnuLocalConnectSettings", "mnuBaudRate"};
 
 std::string Line(std::string text) {
