@@ -16,7 +16,7 @@
 namespace desktop {
 namespace {
 
-constexpr int PreferredLines = 22, LeastLines = 7;
+constexpr int PreferredLines = 16, LeastLines = 7;
 
 // Digits of one width, so that a reading stands still while it changes.
 QFont ReadingFont(const QWidget& widget) {

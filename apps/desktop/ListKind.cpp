@@ -24,7 +24,7 @@ namespace {
 // A list's wheel, too, acts only where the focus is.
 class DropDownView : public QComboBox {
  public:
-  // A short one asks for no more room than a few letters take.
+  // A short one can do with the room that a few letters take.
   DropDownView(QWidget* parent, bool isShort) : QComboBox(parent), shortOne(isShort) {
     constexpr int fewLetters = 8;
     // The toolkit's own way of following the rows resizes the list behind the layout's back.
@@ -34,7 +34,10 @@ class DropDownView : public QComboBox {
   }
 
   QSize sizeHint() const override { return WithRows(QComboBox::sizeHint()); }
-  QSize minimumSizeHint() const override { return WithRows(QComboBox::minimumSizeHint()); }
+  QSize minimumSizeHint() const override {
+    const QSize least = QComboBox::minimumSizeHint();
+    return shortOne ? least : WithRows(least);
+  }
 
   void showPopup() override {
     constexpr int beside = 2;  // lines: the margins and the frame
@@ -65,7 +68,6 @@ class DropDownView : public QComboBox {
 
  private:
   QSize WithRows(const QSize& least) const {
-    if (shortOne) return least;
     int longest = 0;
     for (int row = 0; row < count(); ++row) {
       longest = std::max(longest, fontMetrics().horizontalAdvance(itemText(row)));

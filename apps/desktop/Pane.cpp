@@ -47,7 +47,7 @@ class FlowLayout : public QHBoxLayout {
  private:
   // A block that has the whole height for itself becomes no strip.
   static void KeepShape(QLayoutItem& item, int blockWidth) {
-    constexpr double mostHeight = 2.6;  // for its width
+    constexpr double mostHeight = 3.2;  // for its width
     QRect area = item.geometry();
     const int spare = area.height() - static_cast<int>(mostHeight * blockWidth);
     if (spare > 0) item.setGeometry(area.adjusted(0, spare / 2, 0, spare / 2 - spare));
