@@ -44,8 +44,9 @@ void Meter::FollowPeak(double decibels, std::int64_t now) {
 
 void Meter::FollowFigure(double decibels, std::int64_t now) {
   highest = std::max(highest, decibels);
-  if (now < figureEnds) return;
-  bar.SetReading(FixedText(highest, 1) + " dB");
+  if (now < figureEnds && highest <= figure) return;
+  figure = highest;
+  bar.SetReading(FixedText(figure, 1) + " dB");
   highest = decibels;
   figureEnds = now + FigureStands;
 }

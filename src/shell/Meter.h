@@ -14,8 +14,9 @@ class Meter {
   // The lamp is lit at full scale and stays lit until it is clicked.
   Meter(LevelBar& levelBar, GraphicButton& clipLamp) : bar(levelBar), lamp(clipLamp) {}
 
-  // A level word at a time in microseconds. The figure is the highest level of each half second; the peak is
-  // held for a second and a half and falls by 12 dB a second from there.
+  // A level word at a time in microseconds. The figure takes a higher level at once and then stands for half
+  // a second, after which it is the highest of that time; the peak is held for a second and a half and falls
+  // by 12 dB a second from there.
   void Show(std::int16_t level, std::int64_t now);
   // There is nothing to show. The lamp stays as it is.
   void ShowNoUnit();
@@ -27,7 +28,7 @@ class Meter {
   LevelBar& bar;
   GraphicButton& lamp;
   bool running = false;
-  double peak = 0, highest = 0;  // dB
+  double peak = 0, highest = 0, figure = 0;  // dB
   std::int64_t peakFallsAt = 0, figureEnds = 0;
 };
 
