@@ -321,11 +321,15 @@ TEST_F(Dialogs, ARecallThatFailsLeavesTheRecord) {
 TEST_F(Dialogs, BothWindowsSayWhatIsWrongWithAFile) {
   support::Put(Path("open.nrv"), "\"VELTRA\"\r\n\"never closed\r\n0\r\n");
   support::Put(Path("other.nrv"), "\"OTHER\"\r\n\"\"\r\n0\r\n");
+  support::Put(Path("more.nrv"), "\"VELTRA\"\r\n\"\" and more\r\n0\r\n");
+  support::Put(Path("third.nrv"), "\"VELTRA\"\r\n\"\"\r\nx\r\n");
   fs::create_directory(Path("folder.nrv"));
   fs::create_symlink(Path("away"), Path("link.nrv"));
   const std::string invalid = "This is not a valid setup file.";
   const std::vector<std::array<std::string, 2>> cases{{"open", invalid},
                                                       {"other", invalid},
+                                                      {"more", invalid},
+                                                      {"third", invalid},
                                                       {"folder", "This is a folder."},
                                                       {"link", "This file cannot be read."}};
   store.Show();

@@ -165,6 +165,24 @@ TEST_F(SetupFile, KeepsTextsByteForByteAndAWildFloatWithinNumbers) {
   EXPECT_FALSE(Load(path));
 }
 
+TEST_F(SetupFile, ABlockThatIsNotTheOneDueStopsTheLoadAndLeavesNoCompanion) {
+  const std::string good = WriteSetup(settings, 0, {{1, {7, 8, 9}}});
+  const std::string block = "\"Coefficients\"\r\n1\r\n3\r\n7\r\n8\r\n9\r\n";
+  const auto at = good.find(block);
+  ASSERT_NE(at, std::string::npos);
+  for (const char* bad :
+       {"\"Coefficients\"\r\n2\r\n3\r\n7\r\n8\r\n9\r\n", "\"Coefficients\"\r\nx\r\n3\r\n",
+        "\"Coefficients\"\r\n1\r\nx\r\n7\r\n", "\"Coefficients\"\r\n1\r\n3\r\n7\r\n8\r\nx\r\n",
+        "\"Coefficients\"x\r\n1\r\n3\r\n7\r\n8\r\n9\r\n"}) {
+    Put(path, std::string(good).replace(at, block.size(), bad));
+    EXPECT_FALSE(Load(path)) << bad;
+    EXPECT_EQ(FilesInFolder(), 1U) << bad;
+  }
+  Put(path, good);
+  EXPECT_TRUE(Load(path));
+  EXPECT_EQ(FilesInFolder(), 2U);
+}
+
 TEST_F(SetupFile, WhatIsNoFileIsRefusedAndChangesNothing) {
   settings.setupDescription = "mine";
   settings.lpfCutoff[1] = 1234;

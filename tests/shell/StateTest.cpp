@@ -198,9 +198,30 @@ TEST_F(States, AFolderThatCanNoLongerBeWrittenStillGivesItsState) {
     run.session.Exit();
   }
   std::filesystem::last_write_time(last, std::filesystem::last_write_time(former) - std::chrono::seconds(1));
+  {
+    Outing run(*this, false);
+    run.desk.programFolder = readOnly.Path();
+    EXPECT_EQ(run.Started().settings.ihpfCutoff, 321);
+  }
+  Put(former, "nonsense\r\n\"\"\r\nx");  // the one that is kept elsewhere is left
   Outing run(*this, false);
   run.desk.programFolder = readOnly.Path();
-  EXPECT_EQ(run.Started().settings.ihpfCutoff, 321);
+  EXPECT_EQ(run.Started().settings.ihpfCutoff, 333);
+  EXPECT_EQ(run.desk.boxes.at(0).text, former + " cannot be opened.");
+  EXPECT_EQ(Content(former), "nonsense\r\n\"\"\r\nx");
+}
+
+TEST_F(States, ALogoutKeepsAtOnceButNotInASecondProgram) {
+  Outing first(*this, false);
+  first.Started();
+  Outing second(*this, false);
+  second.Started();
+  second.Edit("ihpfCutoff", "222");
+  second.session.lastState.KeepNow();
+  EXPECT_FALSE(std::filesystem::exists(last));
+  first.Edit("ihpfCutoff", "333");
+  first.session.lastState.KeepNow();
+  EXPECT_EQ(Content(last), SetupOf(first.session));
 }
 
 TEST_F(States, WithoutAFactorySetupTheDefaultsStayAndItIsSaidOnce) {
