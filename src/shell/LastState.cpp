@@ -72,7 +72,10 @@ std::vector<std::string> LastState::Sources() {
   const std::string folder = platform.desk.ProgramFolder();
   const std::string former = JoinPath(folder, LastStateFile);
   if (folder != platform.desk.InstallFolder() && files.KindOf(former) == FileKind::File) {
-    standing = folder + " cannot be written: new settings are kept in " + platform.desk.InstallFolder() + ".";
+    const std::string instead = platform.desk.InstallFolder();
+    const bool there = files.KindOf(instead) == FileKind::Folder;
+    standing =
+        folder + " cannot be written: new settings are " + (there ? "kept in " + instead : "not kept") + ".";
     const bool newest = files.WrittenAt(former) > files.WrittenAt(keptAt);
     sources.insert(newest ? sources.begin() : sources.end(), former);
   }
