@@ -199,7 +199,7 @@ class Soak {
   }
 
   void CheckMemory() {
-    constexpr std::size_t allowed = 2U << 20U;
+    constexpr std::size_t allowed = MEMORY_ALLOWANCE * (2U << 20U);
     memory_ = ResidentBytes();
     if (firstMemory_ == 0) firstMemory_ = memory_;
     Say();
