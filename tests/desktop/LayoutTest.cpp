@@ -217,5 +217,39 @@ TEST(Layout, AFrameTellsHowItsBlockStands) {
   EXPECT_NE(run.At("fraStage(1)").grab().toImage(), lit);
 }
 
+bool IsGreen(const QColor& colour) {
+  return colour.green() > colour.red() + 40 && colour.green() > colour.blue() + 30;
+}
+bool AnyGreen(QWidget& widget) {
+  const QImage picture = widget.grab().toImage();
+  for (int y = 0; y < picture.height(); ++y) {
+    for (int x = 0; x < picture.width(); ++x) {
+      if (IsGreen(picture.pixelColor(x, y))) return true;
+    }
+  }
+  return false;
+}
+
+TEST(Layout, WhatIsOutIsDimmedWithItsAdaptation) {
+  MasterWindow run;
+  run.Edit("filterType", "1", 1);
+  run.Edit("filterActive", "1", 1);
+  QCoreApplication::processEvents();
+  QWidget& adapt = run.At("btnFilterAdapt(1)");
+  EXPECT_TRUE(AnyGreen(adapt));
+  run.Edit("filterActive", "0", 1);
+  EXPECT_FALSE(AnyGreen(adapt));
+  EXPECT_TRUE(adapt.isEnabled());  // it can still be switched
+  EXPECT_TRUE(AnyGreen(run.At("btnAdaptEnabled")));
+}
+
+TEST(Layout, ABarsMarkerSaysWhatItIs) {
+  MasterWindow run;
+  run.Edit("limiterEnabled", "1");
+  run.session.periodic.ShowLevelBars();
+  EXPECT_EQ(run.At("lbInputLeft").toolTip(), "Limiter threshold -6 dB");
+  EXPECT_TRUE(run.At("lbInputLeft").accessibleName().contains("Limiter threshold -6 dB"));
+}
+
 }  // namespace
 }  // namespace desktop
