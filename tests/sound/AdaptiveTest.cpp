@@ -6,6 +6,7 @@
 
 #include "Signals.h"
 #include "unit/sound/AdaptiveFilter.h"
+#include "unit/sound/Convolver.h"
 
 namespace sound_test::adaptive {
 namespace {
@@ -81,6 +82,33 @@ TEST(ReferenceCanceller, WaitsWithTheInputForAReferenceThatIsLate) {
   EXPECT_GT(Cancelled(settings, noise, reference), -3) << "a delayed reference is later still";
   settings.delayed = DelayedChannel::Input;
   EXPECT_LT(Cancelled(settings, noise, reference), -20);
+}
+
+// A radio that pauses, through a room of 1000 taps, beside a voice. In the pauses the reference has nothing
+// but noise at -80 dB: were that brought to full strength, the voice would drive the taps.
+TEST(ReferenceCanceller, IsNotDrivenByTheVoiceWhileTheReferencePauses) {
+  constexpr std::size_t size = 30 * 12000, room = 1000;
+  const Sound voice = Speech(size, Rate, 0.1);
+  Sound radio = Noise(size, 0.1, 5), reference = Noise(size, Linear(-80), 6);
+  for (std::size_t i = 0; i < size; ++i) {
+    if (i / 12000 % 4 >= 2) radio[i] = 0;
+    reference[i] += radio[i];
+  }
+  Sound taps = Noise(room, 0.12, 7);
+  for (std::size_t k = 0; k < room; ++k)
+    taps[k] *= static_cast<float>(std::exp(-0.005 * static_cast<double>(k)));
+  taps[0] = 0;  // the filter begins a sample later
+  Convolver convolver(room);
+  convolver.SetTaps(taps);
+  const Sound disturbed = Sum(voice, measure::Processed(convolver, radio));
+  for (const std::uint16_t rate : std::initializer_list<std::uint16_t>{16, 64}) {
+    AdaptiveFilter filter = Made({.taps = 1024, .rate = rate, .normalize = true, .sampleRate = Rate});
+    const Sound out = Through(filter, disturbed, reference).normal;
+    const auto ratio = [&](const Sound& sound) {
+      return measure::ScaleInvariantRatio(LastOf(voice, size / 2), LastOf(sound, size / 2));
+    };
+    EXPECT_GT(ratio(out) - ratio(disturbed), 6) << rate;
+  }
 }
 
 TEST(AdaptiveFilter, PredictsFromTheSampleOneMoreThanTheSpanAgo) {

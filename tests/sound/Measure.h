@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <complex>
 #include <cstddef>
@@ -9,6 +10,8 @@
 #include <numbers>
 #include <span>
 #include <vector>
+
+#include <kissfft/kiss_fftr.h>
 
 #include "unit/sound/Blocks.h"
 
@@ -108,6 +111,44 @@ inline Range GainBetween(std::span<const float> response, double from, double to
     range.most = std::max(range.most, gain);
   }
   return range;
+}
+
+// The kurtosis of the lines of short spectra: the mean square of their powers by the square of their mean. It
+// is 2 for noise, and more for lone peaks, which are heard as short tones (Y. Uemura and others, IWAENC
+// 2008).
+inline double LineKurtosis(std::span<const float> sound) {
+  constexpr std::size_t size = 256;
+  kiss_fftr_state* const transform = kiss_fftr_alloc(size, 0, nullptr, nullptr);
+  double count = 0.0, sum = 0.0, squares = 0.0;
+  for (std::size_t at = 0; at + size <= sound.size(); at += size / 2) {
+    std::array<float, size> windowed{};
+    std::array<kiss_fft_cpx, size / 2 + 1> lines{};
+    for (std::size_t i = 0; i < size; ++i) {
+      const double turn = 2.0 * std::numbers::pi * (static_cast<double>(i) + 0.5) / size;
+      windowed[i] = sound[at + i] * static_cast<float>(1.0 - std::cos(turn));
+    }
+    kiss_fftr(transform, windowed.data(), lines.data());
+    for (std::size_t k = 2; k + 2 < lines.size(); ++k, ++count) {
+      const double power =
+          static_cast<double>(lines[k].r) * lines[k].r + static_cast<double>(lines[k].i) * lines[k].i;
+      sum += power;
+      squares += power * power;
+    }
+  }
+  kiss_fftr_free(transform);
+  return count * squares / (sum * sum);
+}
+
+// What of a sound is the wanted one at any level, by what is not, in dB (J. Le Roux and others, ICASSP 2019).
+inline double ScaleInvariantRatio(std::span<const float> wanted, std::span<const float> sound) {
+  double both = 0.0, power = 1e-30, rest = 1e-30;
+  for (std::size_t i = 0; i < wanted.size(); ++i) {
+    both += static_cast<double>(wanted[i]) * sound[i];
+    power += static_cast<double>(wanted[i]) * wanted[i];
+  }
+  const double scale = both / power;
+  for (std::size_t i = 0; i < wanted.size(); ++i) rest += std::pow(sound[i] - scale * wanted[i], 2);
+  return Decibels(std::sqrt(scale * scale * power / rest));
 }
 
 inline double GreatestDifference(std::span<const float> a, std::span<const float> b) {

@@ -12,7 +12,9 @@ namespace {
 
 constexpr double CoefficientUnit = 8388608;  // 2^23
 constexpr float LargestWeight = 1.0F;
-constexpr double QuietPower = 1e-7;  // a reference below -70 dB is learned from more slowly
+// A reference below -40 dB is learned from more slowly: in its pauses, what is left of it must not be made to
+// explain the input.
+constexpr double QuietPower = 1e-4;
 constexpr double UsualPower = 0.01;  // -20 dB
 
 double StepOf(std::uint16_t word) {
