@@ -12,8 +12,6 @@ namespace unit::sound {
 namespace {
 
 constexpr std::int32_t MostBuffers = NoiseFloor::MostBuffers;
-constexpr std::int32_t SmoothRatio = 0;
-constexpr std::int32_t SmoothSpectrum = 1;
 constexpr float FaintestPower = 1e-12F;  // a line of silence
 
 std::uint32_t Word(std::span<const std::uint8_t> bytes, std::size_t place) {
@@ -31,12 +29,17 @@ bool IsFraction(float value) { return value >= 0 && value <= 1; }
 
 float FractionOr(float value, float otherwise) { return IsFraction(value) ? value : otherwise; }
 
+NoiseSmoothing SmoothingOf(std::int32_t mode) {
+  if (mode == 0) return NoiseSmoothing::Ratio;
+  return mode == 1 ? NoiseSmoothing::Spectrum : NoiseSmoothing::None;
+}
+
 }  // namespace
 
 BroadbandRecord UsualRecord(double sampleRate) {
   constexpr double referenceRate = 12000;
   const auto averaging = static_cast<float>(std::pow(0.97, referenceRate / sampleRate));
-  return {.mode = SmoothRatio,
+  return {.mode = 0,
           .buffers = static_cast<std::int32_t>(
               std::clamp(std::nearbyint(24 * sampleRate / referenceRate), 1.0, 100.0)),
           .signalAveraging = averaging,
@@ -103,11 +106,15 @@ void Broadband::UseRecord() {
                     .noiseAveraging = record_.noiseAverage,
                     .compensation = record_.noiseEstimation,
                     .buffers = static_cast<std::size_t>(record_.buffers)});
+  gains_.Configure({.smoothing = SmoothingOf(record_.mode),
+                    .averaging = record_.signalAveraging,
+                    .floor = std::sqrt(record_.subtractionFloor),
+                    .sampleRate = sampleRate_});
 }
 
 void Broadband::Forget() {
   noise_.Reset();
-  smoothed_.fill(0);
+  gains_.Reset();
 }
 
 void Broadband::Reset() {
@@ -152,32 +159,14 @@ void Broadband::ReduceNoise() {
     power_[k] = std::max(spectrum_[k].r * spectrum_[k].r + spectrum_[k].i * spectrum_[k].i, FaintestPower);
   }
   noise_.Take(power_);
-  if (record_.mode == SmoothSpectrum) {
-    for (std::size_t k = 0; k < Lines; ++k) {
-      smoothed_[k] = power_[k] + record_.signalAveraging * (smoothed_[k] - power_[k]);
-    }
-  }
-  const float faintest = std::sqrt(record_.subtractionFloor);
+  const float deepest = 1 - (SmoothingOf(record_.mode) == NoiseSmoothing::None ? 0 : NoiseGains::KeptOfNoise);
+  const NoiseGains::Spectrum& gains = gains_.Take(power_, noise_.noise());
   for (std::size_t k = 0; k < Lines; ++k) {
-    const float wiener = std::max(WienerGain(k), faintest);
-    if (record_.mode == SmoothRatio) smoothed_[k] = wiener * wiener * power_[k];
     const float band = bands_[std::min(k, Lines - 2)];  // the line at half the rate has no band of its own
-    const float kept = 1 - attenuation_ * band * (1 - wiener);
+    const float kept = 1 - std::min(attenuation_ * band / deepest, 1.0F) * (1 - gains[k]);
     spectrum_[k].r *= kept;
     spectrum_[k].i *= kept;
   }
-}
-
-float Broadband::WienerGain(std::size_t line) const {
-  constexpr float clearlyAbove = 8;  // times the noise: chance goes there once in thousands of lines
-  const float noise = std::max(noise_.noise()[line], FaintestPower);
-  if (record_.mode == SmoothSpectrum)
-    return std::max(1 - noise / std::max(smoothed_[line], FaintestPower), 0.0F);
-  const float excess = std::max(power_[line] / noise - 1, 0.0F);
-  const float square = excess * excess / (clearlyAbove * clearlyAbove);
-  const float last = record_.mode == SmoothRatio ? record_.signalAveraging / (1 + square * square) : 0.0F;
-  const float ratio = excess + last * (smoothed_[line] / noise - excess);
-  return ratio / (1 + ratio);
 }
 
 }  // namespace unit::sound

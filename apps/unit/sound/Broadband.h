@@ -11,6 +11,7 @@
 #include <kissfft/kiss_fftr.h>
 
 #include "unit/sound/NoiseFloor.h"
+#include "unit/sound/NoiseGains.h"
 
 namespace unit::sound {
 
@@ -30,11 +31,10 @@ struct BroadbandRecord {
 BroadbandRecord UsualRecord(double sampleRate);
 
 // A sound is cut into frames of 256 samples, 64 apart, under a root of a Hann window, and put together again.
-// A line of the spectrum keeps 1 - a v (1 - G) of itself: G is Wiener's gain for the noise that was found, v
-// the value of the line's band (0..1, the reduction that the host asks for) and a the stage's attenuation;
-// what leaves has the stage's gain. In mode 0 the signal-to-noise ratio is smoothed as Ephraim and Malah do
-// (IEEE Transactions on Acoustics, Speech and Signal Processing 32, 1984), which leaves no musical noise; the
-// smoothing gives way to what stands clear of the noise.
+// A line of the spectrum keeps 1 - a v (1 - G) / (1 - F) of itself: G is the gain for the noise that was
+// found (NoiseGains), v the value of the line's band (0..1, the reduction that the host asks for) and a the
+// stage's attenuation; what leaves has the stage's gain. F is what noise alone keeps at most reduction, so
+// that noise falls by as much as the host asks for, down to that: from there on a line keeps G.
 class Broadband {
  public:
   static constexpr std::size_t FrameSize = 256;
@@ -74,7 +74,6 @@ class Broadband {
   void UseRecord();
   void ProcessFrame();
   void ReduceNoise();
-  float WienerGain(std::size_t line) const;
 
   Transform forward_, inverse_;
   std::array<float, FrameSize> window_{};
@@ -85,9 +84,9 @@ class Broadband {
   float attenuation_ = 1, gain_ = 1;
 
   NoiseFloor noise_;
-  std::size_t framesPartial_ = 0;    // since the reset, with silence before the sound in them
-  NoiseFloor::Spectrum power_{};     // of the frame
-  NoiseFloor::Spectrum smoothed_{};  // of the signal: mode 0, what the last frame kept; mode 1, the average
+  NoiseGains gains_;
+  std::size_t framesPartial_ = 0;  // since the reset, with silence before the sound in them
+  NoiseFloor::Spectrum power_{};   // of the frame
   std::array<kiss_fft_cpx, Lines> spectrum_{};
   std::array<float, FrameSize> heard_{};    // the last samples, oldest first
   std::array<float, FrameSize> overlap_{};  // what frames add up to; the first hop is complete
