@@ -42,7 +42,7 @@ inline void SetHumFilter(SoundRun& run, int taps, int mu, int threshold) {
   vc::MarkEdited(run.record);
   run.Settle();
   run.Edit("ch1Mu", std::to_string(mu), 1);
-  run.Edit("ch1PredSpan", "100", 1);
+  run.Edit("ch1PredSpan", "1200", 1);
   run.Edit("ch1AutoNormalize", "1", 1);
   run.Edit("ch1AdaptSelect", "2", 1);  // if input < threshold
   run.Edit("ch1Thresh", std::to_string(threshold), 1);
