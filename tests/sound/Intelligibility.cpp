@@ -144,9 +144,10 @@ double Intelligibility(std::span<const float> clean, std::span<const float> degr
   double sum = 0;
   std::size_t count = 0;
   for (std::size_t band = 0; band < BandCount; ++band) {
-    for (std::size_t at = 0; at + PieceFrames <= a[band].size(); ++at, ++count)
+    for (std::size_t at = 0; at + PieceFrames <= a[band].size(); ++at, ++count) {
       sum +=
           Likeness(std::span(a[band]).subspan(at, PieceFrames), std::span(b[band]).subspan(at, PieceFrames));
+    }
   }
   return count == 0 ? 0 : sum / static_cast<double>(count);
 }

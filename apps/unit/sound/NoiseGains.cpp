@@ -124,7 +124,7 @@ void NoiseGains::EvenOut() {
   for (std::size_t k = 0; k < Lines; ++k) {
     const float share = clear.Mean(k, Surroundings) / std::max(ratios_.Mean(k, Surroundings), 1e-6F);
     const float unclear = std::max(1 - share / ClearShare, 0.0F);
-    const auto reach = static_cast<std::size_t>(WidestReach * unclear + 0.5F);
+    const auto reach = static_cast<std::size_t>(std::lround(WidestReach * unclear));
     if (reach != 0) gain_[k] = gains.Mean(k, reach);
   }
 }
