@@ -22,6 +22,7 @@ class QuietDesk : public vc::Desk {
   void Beep() override {}
   void SetHourglass(bool /*shown*/) override {}
   void ShowProgress(std::string_view /*what*/, int /*done*/, int /*total*/) override {}
+  void ShowWaiting(int /*tenths*/) override {}
   bool Open(const std::string& /*target*/) override { return false; }
   void SetTheme(vc::Theme /*theme*/) override {}
   std::string InstallFolder() const override { return folders; }

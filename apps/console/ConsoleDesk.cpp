@@ -104,6 +104,14 @@ bool ConsoleDesk::Open(const std::string& target) {
   return true;
 }
 
+void ConsoleDesk::ShowWaiting(int tenths) {
+  constexpr int second = 10;
+  if (tenths < second) waitTold = 0;
+  if (tenths / second <= waitTold) return;
+  waitTold = tenths / second;
+  out << "waiting\t" << waitTold << std::endl;
+}
+
 void ConsoleDesk::ShowProgress(std::string_view what, int done, int total) {
   constexpr std::int64_t second = 1000000;
   const std::int64_t now = clock.Microseconds();

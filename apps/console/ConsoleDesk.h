@@ -27,6 +27,8 @@ class ConsoleDesk : public vc::Desk {
   void SetHourglass(bool /*shown*/) override {}
   // A line "progress", what, done, total once a second.
   void ShowProgress(std::string_view what, int done, int total) override;
+  // A line "waiting", seconds, from the first whole second on.
+  void ShowWaiting(int tenths) override;
   // A line "open", target.
   bool Open(const std::string& target) override;
   void SetTheme(vc::Theme /*theme*/) override {}
@@ -40,6 +42,7 @@ class ConsoleDesk : public vc::Desk {
   std::ostream& out;
   vc::Clock& clock;
   std::int64_t lastProgress = 0;  // when the present work began or was told of last, in microseconds
+  int waitTold = 0;               // seconds
   host::Folders folders;
   std::deque<std::string> answers;
 };

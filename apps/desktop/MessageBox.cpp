@@ -87,11 +87,12 @@ QString Lines(const std::string& text) {
 
 }  // namespace
 
-Answer ShowBox(int code, const std::string& title, const std::string& text) {
+Answer ShowBox(int code, const std::string& title, const std::string& text, const std::string& remark) {
   const Answer safe = vc::SafeAnswer(vc::box::ButtonsOf(code));
   QMessageBox box(IconOf(code), ToQt(title), {}, ButtonsOf(code), QApplication::activeWindow());
   box.setTextFormat(Qt::PlainText);
   box.setText(Breakable(Lines(text)));
+  box.setInformativeText(ToQt(remark));
   box.setWindowModality(Qt::ApplicationModal);
   box.setDefaultButton(ButtonOf(safe));
   box.setEscapeButton(ButtonOf(safe));

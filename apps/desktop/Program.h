@@ -15,7 +15,9 @@
 namespace desktop {
 
 struct Program {
-  explicit Program(host::Folders where = host::FindFolders()) : folders(std::move(where)) {}
+  explicit Program(host::Folders where = host::FindFolders()) : folders(std::move(where)) {
+    desk.refuseHeld = [this] { return events.RefuseHeld(); };
+  }
 
   host::Folders folders;
   host::SystemClock clock;

@@ -79,22 +79,38 @@ void ProgressNote::Show(std::string_view what, int done, int total) {
   const std::int64_t now = clock.Microseconds();
   if (ended || done <= 0) {
     Remove();
+    progress.clear();
     started.reset();
   }
   if (ended) return;
   if (!started) started = now;
   if (now - *started <= Patience) return;
-  if (label != nullptr && now - painted < Interval) return;
-  painted = now;
-  Paint(what, done, total);
+  progress = QStringLiteral("%1: %2 of %3").arg(ToQt(std::string(what))).arg(done).arg(total);
+  Paint();
 }
 
-void ProgressNote::Paint(std::string_view what, int done, int total) {
+void ProgressNote::ShowWaiting(int tenths) {
+  constexpr int patience = 3;
+  const bool shown = !waiting.isEmpty();
+  waiting.clear();
+  if (tenths >= patience) {
+    waiting = QStringLiteral("Waiting for the unit: %1 s").arg(tenths / 10.0, 0, 'f', 1);
+    Paint();
+  } else if (shown && progress.isEmpty()) {
+    Remove();
+  }
+}
+
+void ProgressNote::Paint() {
+  const std::int64_t now = clock.Microseconds();
+  if (label != nullptr && now - painted < Interval) return;
+  painted = now;
   QWidget* window = WindowToUse();
   if (label != nullptr && label->window() != window) Remove();
   if (window == nullptr) return;
   if (label == nullptr) label = NewLabel(window);
-  label->setText(QStringLiteral("%1: %2 of %3").arg(ToQt(std::string(what))).arg(done).arg(total));
+  const QString between = progress.isEmpty() || waiting.isEmpty() ? QString() : QStringLiteral("  -  ");
+  label->setText(progress + between + waiting);
   label->setAccessibleDescription(label->text());
   label->setGeometry(PlaceIn(*window, *label));
   label->raise();

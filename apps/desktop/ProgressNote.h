@@ -21,16 +21,20 @@ class ProgressNote {
   // work has lasted longer than 300 ms, and then brought up to date at most every 100 ms. Without a window on
   // the screen nothing is shown.
   void Show(std::string_view what, int done, int total);
+  // The program has waited for the unit for so long; 0 ends it. Shown from 300 ms on, behind the progress
+  // where there is one.
+  void ShowWaiting(int tenths);
   // Off the screen at once. The next Show of the same work brings it back.
   void Remove();
 
  private:
-  void Paint(std::string_view what, int done, int total);
+  void Paint();
 
   vc::Clock& clock;
   std::optional<std::int64_t> started;  // in microseconds, as below; empty between two works
   std::int64_t painted = 0;
-  QPointer<QLabel> label;  // a child of the window, which may take it along
+  QString progress, waiting;  // the two parts of the text
+  QPointer<QLabel> label;     // a child of the window, which may take it along
 };
 
 }  // namespace desktop

@@ -14,7 +14,11 @@ namespace desktop {
 vc::Answer QtDesk::Box(int code, const std::string& title, const std::string& text) {
   const bool waiting = hourglass;  // the operator must be able to point at the answer
   SetHourglass(false);
-  const vc::Answer answer = ShowBox(code, title, text);
+  const bool refused = refuseHeld();
+  if (refused) Beep();
+  const vc::Answer answer =
+      ShowBox(code, title, text,
+              refused ? "What you typed or clicked while the program waited has not been taken." : "");
   SetHourglass(waiting);
   return answer;
 }

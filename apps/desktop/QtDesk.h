@@ -1,6 +1,7 @@
 // The operator's desk in windows: real message boxes, the mouse pointer and what stands beside it.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <utility>
 
@@ -20,11 +21,15 @@ class QtDesk : public vc::Desk {
   QtDesk(const QtDesk&) = delete;
   QtDesk& operator=(const QtDesk&) = delete;
 
+  // Takes away what the operator has done while the running handler blocked; true where there was something.
+  std::function<bool()> refuseHeld = [] { return false; };
+
   // Takes the hourglass and the progress off the screen for as long as the box is up; see ShowBox.
   vc::Answer Box(int code, const std::string& title, const std::string& text) override;
   void Beep() override;
   void SetHourglass(bool shown) override;
   void ShowProgress(std::string_view what, int done, int total) override { note.Show(what, done, total); }
+  void ShowWaiting(int tenths) override { note.ShowWaiting(tenths); }
   bool Open(const std::string& target) override;
   void SetTheme(vc::Theme theme) override;
   std::string InstallFolder() const override { return folders.writable; }

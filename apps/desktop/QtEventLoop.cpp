@@ -34,6 +34,11 @@ class QtTimer : public vc::Timer {
 }  // namespace
 
 QtEventLoop::QtEventLoop() {
+  unblocked.setSingleShot(true);
+  QObject::connect(&unblocked, &QTimer::timeout, &unblocked, [this] {
+    blocked = false;
+    hold.Release();
+  });
   end.setSingleShot(true);
   // Not quit(): that one asks every window first, and a window may keep itself open.
   QObject::connect(&end, &QTimer::timeout, &end, [] { QCoreApplication::exit(0); });
@@ -53,6 +58,12 @@ void QtEventLoop::RunEvents(int waitMilliseconds) {
     QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
   }
   QCoreApplication::processEvents();
+}
+
+void QtEventLoop::KeepShown() {
+  blocked = true;
+  unblocked.start();
+  hold.Paint();
 }
 
 // Again, too: a box that has come up since then must not keep the program.

@@ -3,6 +3,7 @@
 
 #include <QTimer>
 
+#include "desktop/EventHold.h"
 #include "platform/EventLoop.h"
 
 namespace desktop {
@@ -12,6 +13,10 @@ class QtEventLoop : public vc::EventLoop {
   QtEventLoop();
   std::unique_ptr<vc::Timer> CreateTimer(int intervalMilliseconds, std::function<void()> tick) override;
   void RunEvents(int waitMilliseconds) override;
+  void KeepShown() override;
+  // Takes away what the operator has done while a handler blocked that is still running; true where there was
+  // something. A box that this handler shows now must not be answered by a key that was not meant for it.
+  bool RefuseHeld() { return blocked && hold.Refuse(); }
   void RequestEnd() override;
   bool Ending() const override { return ending || endAsked(); }
 
@@ -21,6 +26,9 @@ class QtEventLoop : public vc::EventLoop {
 
  private:
   std::function<bool()> endAsked = [] { return false; };
+  EventHold hold;
+  bool blocked = false;  // the running handler has called KeepShown
+  QTimer unblocked;      // fires once it has returned
   bool ending = false;
   QTimer end;  // fires once the running handler has returned
 };

@@ -18,6 +18,7 @@ class TimerLoop : public vc::EventLoop {
 
   std::unique_ptr<vc::Timer> CreateTimer(int intervalMilliseconds, std::function<void()> tick) override;
   void RunEvents(int waitMilliseconds) override;
+  void KeepShown() override {}  // nothing is shown
   void RequestEnd() override { ending = true; }
   bool Ending() const override { return ending || endAsked(); }
 

@@ -14,6 +14,11 @@ std::string ConnectionText(const std::string& state, std::int16_t comPort, std::
   return "Modem disconnected from COM " + port;
 }
 
+std::string UnansweredText(std::int32_t hundredths) {
+  const std::int32_t seconds = hundredths / 100;
+  return seconds == 0 ? std::string{} : ", no answer for " + std::to_string(seconds) + " s";
+}
+
 bool ConnectionAnimated(const std::string& state) { return state == "1" || state == "3"; }
 
 }  // namespace vc

@@ -10,6 +10,9 @@ namespace vc {
 // link; any state that is not known reads as a disconnected modem.
 std::string ConnectionText(const std::string& state, std::int16_t comPort, std::int16_t baudIndex);
 
+// What stands behind that text while polled requests go without an answer for a second or more; else nothing.
+std::string UnansweredText(std::int32_t hundredths);
+
 // The connection icon runs while a link stands.
 bool ConnectionAnimated(const std::string& state);
 

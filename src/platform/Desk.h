@@ -57,6 +57,9 @@ class Desk {
   // Something long ("Sending settings") is under way and has come so far; done equal to total ends it. It is
   // called between the steps of a blocking routine: it may draw, but must let no event handler run.
   virtual void ShowProgress(std::string_view what, int done, int total) = 0;
+  // The program blocks and has waited for the unit for so long; 0 ends it. As ShowProgress, it lets no
+  // handler run.
+  virtual void ShowWaiting(int tenths) = 0;
   // Has the system open a document or a web page in the program that it has for it; false where there is
   // none.
   virtual bool Open(const std::string& target) = 0;

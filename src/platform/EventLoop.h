@@ -22,6 +22,9 @@ class EventLoop {
   virtual std::unique_ptr<Timer> CreateTimer(int intervalMilliseconds, std::function<void()> tick) = 0;
   // Lets timers and other events that are due run; waits at most so long for the first one.
   virtual void RunEvents(int waitMilliseconds) = 0;
+  // For a routine that blocks: lets windows paint and nothing else. No timer and no handler runs; what the
+  // operator does waits until the routine has returned.
+  virtual void KeepShown() = 0;
   // Ends the program in its regular order as soon as the running handler has returned.
   virtual void RequestEnd() = 0;
   // True once the end was asked for: a loop that lets events run must then return.

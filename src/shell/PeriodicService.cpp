@@ -128,11 +128,14 @@ void PeriodicService::ShowThreshold() {
 }
 
 void PeriodicService::IconTick() {
-  if (connectionState != lastConnectionState) {
-    master.top.txtComInfo.SetText(ConnectionText(connectionState, settings.comPort, settings.baudIndex));
+  const std::string unanswered = UnansweredText(device.UnansweredHundredths);
+  if (connectionState != lastConnectionState || unanswered != lastUnanswered) {
+    master.top.txtComInfo.SetText(ConnectionText(connectionState, settings.comPort, settings.baudIndex) +
+                                  unanswered);
     animateIcon = ConnectionAnimated(connectionState);
   }
   lastConnectionState = connectionState;
+  lastUnanswered = unanswered;
   if (animateIcon) StepIcon();
 }
 

@@ -70,7 +70,8 @@ struct PeriodicService {
   MasterControl& master;
   Meter inputLeft, inputRight, outputLeft, outputRight;
   std::optional<bool> oversizeTold;
-  bool tickHolds = false;  // the tick has turned its timer off, and nobody has switched it since
+  std::string lastUnanswered;  // as it was last shown
+  bool tickHolds = false;      // the tick has turned its timer off, and nobody has switched it since
 };
 
 // What the limiter threshold choice stands for, in dB.

@@ -63,6 +63,10 @@ void Session::FillLinkHooks() {
   };
   hooks.portUnavailable = [this](const std::string& reason) { master.lblStatus.core.SetCaption(reason); };
   hooks.portCaption = [this] { return master.PortCaption(); };
+  hooks.waiting = [this](std::int32_t hundredths) {
+    platform.desk.ShowWaiting(hundredths / 10);
+    if (hundredths > 0) platform.events.KeepShown();
+  };
   hooks.portClosed = [this] { periodic.ShowLevelBars(); };
   hooks.mainTimerMilliseconds = [this] { return periodic.tmrBargraph->IntervalMilliseconds(); };
   hooks.endProgram = [this] { platform.events.RequestEnd(); };

@@ -36,6 +36,7 @@ class TestDesk : public vc::Desk {
   void ShowProgress(std::string_view /*what*/, int done, int total) override {
     progress.emplace_back(done, total);
   }
+  void ShowWaiting(int tenths) override { waited.push_back(tenths); }
   void Beep() override { ++beeps; }
   bool Open(const std::string& target) override {
     opened.push_back(target);
@@ -54,6 +55,7 @@ class TestDesk : public vc::Desk {
   vc::Theme theme = vc::Theme::System;
   std::string programFolder = PROGRAM_FOLDER;
   std::vector<std::pair<int, int>> progress;
+  std::vector<int> waited;  // tenths, call by call
 
  private:
   std::string installFolder;
