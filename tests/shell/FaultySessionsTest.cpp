@@ -87,8 +87,7 @@ struct FaultySession {
   }
 };
 
-TEST(FaultySessions, TenThousandLeaveTheRecordAlone) {
-  constexpr std::uint64_t sessions = 10000 / TIME_ALLOWANCE;
+void LeaveTheRecordAlone(std::uint64_t sessions) {
   constexpr double longestVirtualSeconds = 20000.0;
   const auto start = std::chrono::steady_clock::now();
   std::map<std::string, int> told;
@@ -108,14 +107,19 @@ TEST(FaultySessions, TenThousandLeaveTheRecordAlone) {
     for (const auto& shown : faulty.test.desk.boxes) ++told[shown.title];
   }
   const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-  EXPECT_LT(seconds, 60.0);
+  EXPECT_LT(seconds, 60.0 * TIME_ALLOWANCE);
   // The faults were no paper tigers: every kind of failure was met, and so was a good connection.
   for (const char* title :
        {"Veltrana Not Present", "Veltrana Firmware Unreliable", "Veltrana Connection Lost",
         "Veltrana Communications Failure", "About Veltrana"}) {
-    EXPECT_GT(told[title], 50 / TIME_ALLOWANCE) << title;
+    EXPECT_GT(told[title], static_cast<int>(sessions / 200)) << title;
   }
 }
+
+TEST(FaultySessions, TwoThousandLeaveTheRecordAlone) { LeaveTheRecordAlone(2000 / TIME_ALLOWANCE); }
+
+// By hand: --gtest_also_run_disabled_tests.
+TEST(FaultySessions, DISABLED_TenThousandLeaveTheRecordAlone) { LeaveTheRecordAlone(10000); }
 
 }  // namespace
 }  // namespace vc
