@@ -151,7 +151,9 @@ void RequireSense(Link& link) {
 
 void TryAnswers(Input ops, Input answers) {
   constexpr int mostSteps = 16;
-  constexpr double patience = 200.0;  // virtual seconds: five attempts of the longest wait, and some
+  // Virtual seconds: the longest reply that is outstanding, each of its 815 bytes just within the 1.35 s that
+  // it may take, then five attempts of the longest wait, and some.
+  constexpr double patience = 2000.0;
   Link link(answers);
   link.device.InitComPort(true);
   for (int step = 0; step < mostSteps && !ops.AtEnd(); ++step) {

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <limits>
 #include <utility>
+#include <vector>
 
 #include <QEvent>
 #include <QFontDatabase>
@@ -184,14 +184,16 @@ int LevelBarView::TickPlace(const vc::ScaleTick& tick) const {
 }
 
 void LevelBarView::DrawScale(QPainter& painter) const {
-  int lastNumber = std::numeric_limits<int>::min() / 2;
+  std::vector<std::pair<int, int>> numbered;  // the place of each, and the room that it takes
   for (const vc::ScaleTick& tick : model.Scale()) {
     const int place = TickPlace(tick);
     const int room = model.Horizontal() ? fontMetrics().horizontalAdvance(ToQt(tick.text)) + Gap(*this)
                                         : fontMetrics().ascent();
-    // A number that would lie over its neighbour is left out; its line stays.
-    const bool clear = std::abs(place - lastNumber) >= room;
-    if (clear) lastNumber = place;
+    // A number that would lie over another is left out; its line stays.
+    const bool clear = !tick.text.empty() && std::ranges::none_of(numbered, [&](const auto& other) {
+      return 2 * std::abs(place - other.first) < room + other.second;
+    });
+    if (clear) numbered.emplace_back(place, room);
     DrawTick(painter, place, clear ? ToQt(tick.text) : QString());
   }
 }

@@ -86,6 +86,7 @@ void BindStatus(Binder& binder, vc::TextBox& text) {
   view->setTextInteractionFlags(Qt::TextSelectableByMouse);
   const int words = binder.PaneOf(text.core).Dense() ? DenseStatusDigits : StatusDigits;
   view->setMinimumWidth(DigitsWide(*view, text.unit.empty() ? words : NumberDigits));
+  view->Reserve(ToQt(text.widest));
   QLabel* caption = WordsBeside(view, text.core.Caption());
   QLabel* unit = text.unit.empty() ? nullptr : WordsBeside(view, text.unit);
   binder.PaneOf(text.core).AddField({caption, view, nullptr, unit});

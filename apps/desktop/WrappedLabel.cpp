@@ -24,6 +24,11 @@ void WrappedLabel::Yield() {
   setMinimumHeight(lines * LineHeight(*this));
 }
 
+void WrappedLabel::Reserve(const QString& widest) {
+  reserved = widest;
+  updateGeometry();
+}
+
 void WrappedLabel::SetWords(const QString& words) {
   QString shown = words;
   if (yields) {
@@ -36,7 +41,8 @@ void WrappedLabel::SetWords(const QString& words) {
 int WrappedLabel::TextWidth(int digits) const {
   if (yields) return minimumWidth();
   int widest = 0;
-  for (const QString& line : text().split(QLatin1Char('\n'))) {
+  const QString& measured = reserved.isEmpty() ? text() : reserved;
+  for (const QString& line : measured.split(QLatin1Char('\n'))) {
     widest = std::max(widest, fontMetrics().horizontalAdvance(line));
   }
   constexpr int slack = 2;  // of rounding; a line that just fits must not wrap

@@ -12,6 +12,8 @@ class WrappedLabel : public QLabel {
 
   // Takes the width that it is given, and two lines in any case.
   void Yield();
+  // Is always as wide as these words in one line, whatever it says: nothing beside it moves.
+  void Reserve(const QString& widest);
   // Where it yields, a line breaks behind a comma alone.
   void SetWords(const QString& words);
 
@@ -28,6 +30,7 @@ class WrappedLabel : public QLabel {
   int HeightAt(int width) const;
 
   bool yields = false;
+  QString reserved;
 };
 
 }  // namespace desktop

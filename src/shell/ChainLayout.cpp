@@ -15,7 +15,7 @@ void PrepareMeter(LevelBar& bar, GraphicButton& clip) {
   clip.SetLatchedTint(GraphicButton::Tint::Red);
   bar.captioned = false;  // what is around it says whose level it is
   std::vector<ScaleTick> ticks;
-  for (const int decibels : {3, 0, -6, -12, -18, -30, -42, -54, -66}) {
+  for (const int decibels : {0, -6, -12, -18, -30, -42, -54, -66, 3}) {
     ticks.push_back({DbToBarPosition(decibels), std::to_string(decibels)});
   }
   constexpr int fromBelow = 1;

@@ -2,6 +2,7 @@
 
 #include <variant>
 
+#include "link/ConnectionState.h"
 #include "model/Bandwidth.h"
 #include "model/Fields.h"
 #include "model/Kinds.h"
@@ -39,7 +40,9 @@ MasterControl::MasterControl(RecordEdits& recordEdits, modDeviceComm& link, Desk
       settings(recordEdits.settings),
       device(link),
       desk(operatorDesk) {
+  constexpr std::int32_t longestSilence = 20000;  // hundredths, until the link is given up
   top.txtComInfo.readOnly = true;
+  top.txtComInfo.widest = ConnectionText(StateConnected, 1, LastBaudIndex) + UnansweredText(longestSilence);
   lblSetupFile.elided = true;
   form.initialFocus = &top.txtComInfo.core;  // where no stray key or wheel can change anything
   Fill(top.cmbBandwidth, Bandwidths(), [](const BandwidthRow& row) { return row.name; });

@@ -27,6 +27,7 @@ struct TextBox {
   ControlCore core;
   std::string unit;  // stands beside the number
   bool readOnly = false;
+  std::string widest;  // of a read-only text: room is kept for this one, so that nothing beside it moves
   bool multiLine = false;
   int columns = 60, lines = 12;  // of characters that several lines of text have room for at least
   std::function<void()> changed;

@@ -76,6 +76,7 @@ struct LevelBar {
   const std::string& Reading() const { return reading; }
   void SetReading(const std::string& text) { core.Store(reading, text, "Reading"); }
   const std::vector<ScaleTick>& Scale() const { return scale; }
+  // The number that matters most comes first: where they are too close, a later one is left out.
   void SetScale(const std::vector<ScaleTick>& ticks) { core.Store(scale, ticks, "Scale"); }
 
   // Draws bar, markers and border into an area of the surface; of a disabled bar the border alone. While it

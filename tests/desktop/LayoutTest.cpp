@@ -44,6 +44,7 @@ TEST(Layout, TheMasterPanelFitsASmallScreenInEveryConfiguration) {
   run.Edit("channelSwap", "1");
   run.session.master.ShowOversize(true);
   run.session.master.lblStatus.core.SetCaption("The line is not there.");
+  run.session.master.top.txtComInfo.SetText("Connected COM 1 115200 Baud, no answer for 12 s");
   for (const char* mode : {"0", "1", "2"}) {
     run.Edit("configMode", mode);
     run.Edit("eqType", "3", 1);
@@ -62,7 +63,8 @@ TEST(Layout, ABlockKeepsItsPlaceWhenItsKindChangesAndTheStatusComesAndGoes) {
   const auto places = [&run] {
     QCoreApplication::processEvents();
     std::vector<QRect> all;
-    for (const char* name : {"fraStage(1)", "btnFilterActive(1)", "fraEq(1)", "fraSignal", "lbInputLeft"}) {
+    for (const char* name :
+         {"fraStage(1)", "btnFilterActive(1)", "fraEq(1)", "fraSignal", "lbInputLeft", "fraLayout"}) {
       all.push_back(run.At(name).geometry());
     }
     return all;
@@ -73,6 +75,7 @@ TEST(Layout, ABlockKeepsItsPlaceWhenItsKindChangesAndTheStatusComesAndGoes) {
   EXPECT_FALSE(run.At("btnFilterClear(1)").isVisible());
   run.session.master.ShowOversize(true);
   run.session.master.lblStatus.core.SetCaption("The line is not there.");
+  run.session.master.top.txtComInfo.SetText("Connected COM 1 115200 Baud, no answer for 12 s");
   EXPECT_EQ(places(), before);
 }
 

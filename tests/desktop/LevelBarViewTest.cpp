@@ -105,6 +105,15 @@ TEST_P(LevelBarViewTest, WhatIsPaintedInPartsEqualsTheWhole) {
   }
 }
 
+TEST_P(LevelBarViewTest, WhereNumbersAreTooCloseTheFirstIsShown) {
+  Bar level(GetParam());
+  const auto shown = [&level](const std::vector<vc::ScaleTick>& ticks) {
+    level.bar.SetScale(ticks);
+    return level.View().grab().toImage();
+  };
+  EXPECT_EQ(shown({{50, "0"}, {53, "3"}, {20, "-9"}}), shown({{53, ""}, {20, "-9"}, {50, "0"}}));
+}
+
 TEST(LevelBarView, ADisabledBarIsEmpty) {
   Bar off(1);
   off.bar.core.SetEnabled(false);
