@@ -203,6 +203,7 @@ void Pane::AddWide(QWidget* widget) {
   if (!Is(vc::FrameLook::Card) || grid == nullptr || !tall) return;
   spread = true;
   grid->setRowStretch(grid->rowCount() - 1, 1);
+  grid->setAlignment(widget, Qt::AlignTop);  // it keeps its shape in a card that is high
 }
 
 void Pane::AddFrame(QWidget* box) {

@@ -17,7 +17,7 @@ PlotView::PlotView(const vc::Plot& plot, QWidget* parent) : QWidget(parent), mod
 QSize PlotView::SizeOf(int digits, int lines) const {
   return {DigitsWide(*this, digits), lines * LineHeight(*this)};
 }
-QSize PlotView::sizeHint() const { return small ? SizeOf(8, 4) : SizeOf(56, 18); }
+QSize PlotView::sizeHint() const { return small ? SizeOf(8, 5) : SizeOf(56, 18); }
 QSize PlotView::minimumSizeHint() const { return small ? SizeOf(8, 2) : SizeOf(34, 12); }
 
 void PlotView::Follow(std::string_view property) {

@@ -1,6 +1,8 @@
 // veltrana-tour: drives the real windows and shows what they look like; 0 only if all went as expected.
 #include <filesystem>
 #include <iostream>
+#include <string>
+#include <system_error>
 
 #include <QTimer>
 
@@ -24,6 +26,18 @@ std::string Folder(double scale) {
   return scale == 1.0 ? "tour" : "tour-" + QString::number(scale).toStdString();
 }
 
+// A program folder of the tour's own: what the operator has left beside the program is neither read nor
+// changed.
+std::string Install(const std::filesystem::path& program, const std::filesystem::path& folder) {
+  const char* const factory = "Factory Defaults.nrv";
+  std::error_code error;
+  std::filesystem::remove_all(folder, error);
+  std::filesystem::create_directories(folder, error);
+  std::filesystem::create_directory_symlink(program / "ports", folder / "ports", error);
+  std::filesystem::copy_file(program / factory, folder / factory, error);
+  return folder.string();
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -31,13 +45,10 @@ int main(int argc, char** argv) {
   argc = 1;  // no command line is taken
   desktop::Application application(argc, argv);
   desktop::ApplyTheme(desktop::Theme::Light);
-  const std::string folder = host::FindFolders().executable;
-  const auto pictures = std::filesystem::path(folder).parent_path() / Folder(application.devicePixelRatio());
-  const auto state = pictures / "state";  // the operator's own stays as it is
-  std::error_code error;
-  std::filesystem::remove_all(state, error);
-  std::filesystem::create_directories(state, error);
-  desktop::Program program({folder, state.string()});
+  const std::filesystem::path folder = host::FindFolders().executable;
+  const auto pictures = folder.parent_path() / Folder(application.devicePixelRatio());
+  const std::string installed = Install(folder, pictures / "state");
+  desktop::Program program({installed, installed});
   tour::Album album(pictures);
   tour::Tour walk(program, album);
   QTimer::singleShot(0, &application, [&walk] { walk.Run(); });
