@@ -41,7 +41,7 @@ explore() {
   rm -rf "$found"
   mkdir -p build-fuzz/corpus
   cp -r fuzz/corpus/"$name" "$found"
-  build-fuzz/bin/fuzz_"$name" -max_total_time="$share" -print_final_stats=1 \
+  build-fuzz/bin/fuzz_"$name" -max_total_time="$share" -seed=1 -print_final_stats=1 \
     "${ways[@]}" "${limits[@]}" "$found" $seeds/"$name"
 }
 
