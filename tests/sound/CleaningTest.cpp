@@ -100,24 +100,25 @@ TEST(Cleaning, LiftsSpeechOutOfTheWholeScene) {
   }
 }
 
-// At 12 kHz, from as much noise as speech on, and at any attenuation.
+// From as much noise as speech on, and at any attenuation.
 TEST(Cleaning, KeepsSpeechInNoiseAsWellUnderstoodAsItWas) {
   constexpr std::size_t late = unit::sound::Broadband::LatencySamples;
-  SoundRun run;
-  SetNoiseReducer(run);
-  const std::size_t size = Samples(run, 20);
-  const Sound speech = SceneSound(run.Rate(), size, SpeechAlone())[0];
-  for (const double ratio : {0.0, 5.0}) {
-    const Sound before = Sum(speech, Noise(size, Rms(speech) * Linear(-ratio), 9));
-    const double untreated = measure::Intelligibility(speech, before, run.Rate());
-    for (const int attenuation : {22937, 28642, 32767}) {  // 10 dB, 18 dB and all
-      run.Edit("filterAtten", std::to_string(attenuation), 7);
-      run.Take();
-      const Sound after = run.Left(before);
-      EXPECT_GT(measure::Intelligibility(std::span(speech).first(size - late), LastOf(after, size - late),
-                                         run.Rate()),
-                untreated)
-          << ratio << " " << attenuation;
+  for (const char* bandwidth : {"1", "5"}) {
+    SoundRun run(vc::ConfigMode::Mono, bandwidth);
+    SetNoiseReducer(run);
+    const std::size_t size = Samples(run, 20);
+    const Sound speech = SceneSound(run.Rate(), size, SpeechAlone())[0];
+    for (const double ratio : {0.0, 5.0}) {
+      const Sound before = Sum(speech, Noise(size, Rms(speech) * Linear(-ratio), 9));
+      const double untreated = measure::Intelligibility(speech, before, run.Rate());
+      for (const int attenuation : {22937, 28642, 32767}) {  // 10 dB, 18 dB and all
+        run.Edit("filterAtten", std::to_string(attenuation), 7);
+        run.Take();
+        const Sound after = run.Left(before);
+        const double treated = measure::Intelligibility(std::span(speech).first(size - late),
+                                                        LastOf(after, size - late), run.Rate());
+        EXPECT_GT(treated, untreated) << run.Rate() << " " << ratio << " " << attenuation;
+      }
     }
   }
 }

@@ -15,11 +15,14 @@ constexpr float LeastSmoothed = 0.08F;  // -22 dB
 // freedom: noise hardly ever takes it to ClearlyAbove.
 constexpr double NearHz = 140;
 constexpr float NearAveraging = 0.55F;
-constexpr float ClearlyAbove = 3;  // times the noise, beyond the noise itself
+constexpr float ClearlyAbove = 2;  // times the noise, beyond the noise itself
 
-constexpr std::size_t Surroundings = 14;  // lines on each side whose clear share decides
-constexpr float WidestReach = 14;         // lines on each side where nothing is clear
-constexpr float ClearShare = 0.45F;       // of the power, from which on a line is left alone
+// Whether a line is speech is told by the sounds of speech around it, so their width is one in Hz; how quiet
+// a mean of gains is, by how many they are, so theirs is one in lines.
+constexpr double SurroundingsHz = 1700;  // on each side, whose clear share decides
+constexpr float WidestReach = 14;        // lines on each side where nothing is clear
+constexpr float ChanceShare = 0.1F;      // of the power, up to which it is chance
+constexpr float ClearShare = 0.55F;      // from which on a line is left alone
 
 // Wiener's gain times exp(E1(v) / 2), which is the gain of the least logarithmic error. Below LeastRoot the
 // factor, 27 dB there, grows no more: what is far below the noise is not lifted to it.
@@ -53,11 +56,21 @@ const LogarithmicGain& Logarithmic() {
   return gain;
 }
 
+// 1 / n.
+const std::array<float, NoiseGains::Lines + 1>& Parts() {
+  static const auto parts = [] {
+    std::array<float, NoiseGains::Lines + 1> each{};
+    for (std::size_t n = 1; n < each.size(); ++n) each[n] = 1 / static_cast<float>(n);
+    return each;
+  }();
+  return parts;
+}
+
 }  // namespace
 
 float NoiseGains::Sums::Mean(std::size_t line, std::size_t reach) const {
   const std::size_t from = line - std::min(line, reach), end = std::min(line + reach + 1, Lines);
-  return static_cast<float>((sums_[end] - sums_[from]) / static_cast<double>(end - from));
+  return static_cast<float>(sums_[end] - sums_[from]) * Parts()[end - from];
 }
 
 void NoiseGains::Configure(const NoiseGainSettings& settings) {
@@ -65,7 +78,9 @@ void NoiseGains::Configure(const NoiseGainSettings& settings) {
   floor_ =
       settings.smoothing == NoiseSmoothing::None ? settings.floor : std::max(settings.floor, LeastSmoothed);
   const double lineHz = settings.sampleRate / (2.0 * (Lines - 1));
-  reach_ = std::max<std::size_t>(1, static_cast<std::size_t>(std::lround(NearHz / lineHz)));
+  const auto linesOf = [&](double width) { return static_cast<std::size_t>(std::lround(width / lineHz)); };
+  reach_ = std::max<std::size_t>(1, linesOf(NearHz));
+  surroundings_ = linesOf(SurroundingsHz);
   kept_ = std::pow(NearAveraging, static_cast<float>(ReferenceRate / settings.sampleRate));
 }
 
@@ -76,7 +91,7 @@ void NoiseGains::Reset() {
 
 const NoiseGains::Spectrum& NoiseGains::Take(const Spectrum& power, const Spectrum& noise) {
   for (std::size_t k = 0; k < Lines; ++k) ratio_[k] = std::min(power[k] / noise[k], HighestRatio);
-  FindClear();
+  if (settings_.smoothing != NoiseSmoothing::None) FindClear();
   if (settings_.smoothing == NoiseSmoothing::Spectrum) {
     for (std::size_t k = 0; k < Lines; ++k) last_[k] = power[k] + settings_.averaging * (last_[k] - power[k]);
   }
@@ -122,8 +137,8 @@ void NoiseGains::EvenOut() {
     gains.Add(k, gain_[k]);
   }
   for (std::size_t k = 0; k < Lines; ++k) {
-    const float share = clear.Mean(k, Surroundings) / std::max(ratios_.Mean(k, Surroundings), 1e-6F);
-    const float unclear = std::max(1 - share / ClearShare, 0.0F);
+    const float share = clear.Mean(k, surroundings_) / std::max(ratios_.Mean(k, surroundings_), 1e-6F);
+    const float unclear = std::clamp((ClearShare - share) / (ClearShare - ChanceShare), 0.0F, 1.0F);
     const auto reach = static_cast<std::size_t>(std::lround(WidestReach * unclear));
     if (reach != 0) gain_[k] = gains.Mean(k, reach);
   }

@@ -56,7 +56,7 @@ class NoiseGains {
 
   NoiseGainSettings settings_;
   float floor_ = 0;
-  std::size_t reach_ = 1;  // lines
+  std::size_t reach_ = 1, surroundings_ = 1;  // lines on each side
   float kept_ = 0;
   Spectrum ratio_{};  // of the power to the noise
   Spectrum near_{};   // its mean over neighbours in time and frequency
