@@ -80,19 +80,28 @@ TEST_F(Polling, AfterAWrongTokenTheLineMustBeSilent) {
 
 TEST_F(Polling, KnowsHowLongNobodyHasAnswered) {
   OpenLink();
-  for (int second = 1; second < 5; ++second) {
-    for (int ticks = 0; ticks < 20; ++ticks) {
+  const auto pass = [this](int seconds) {
+    for (int ticks = 0; ticks < 20 * seconds; ++ticks) {
       test.clock.Sleep(50000);
       Polls(1);
     }
+  };
+  for (int second = 1; second < 5; ++second) {
+    pass(1);
     EXPECT_NEAR(device.UnansweredHundredths, 100 * second, 12);
   }
-  unit.always = support::GoodReply;
-  for (int ticks = 0; ticks < 30; ++ticks) {
-    test.clock.Sleep(50000);
-    Polls(1);
+  // The answer to a poll ends it, so does any other, and so does the end of the link.
+  const auto answers = [](bool there) { return there ? support::GoodReply : nullptr; };
+  for (const std::function<void()>& end :
+       {std::function<void()>([&] { pass(2); }), std::function<void()>([&] { device.IssueCommand(5, 1, 2); }),
+        std::function<void()>([&] { device.DisconnectZorq(true); })}) {
+    pass(2);
+    EXPECT_GE(device.UnansweredHundredths, 180);
+    unit.always = answers(true);
+    end();
+    EXPECT_EQ(device.UnansweredHundredths, 0);
+    unit.always = answers(false);
   }
-  EXPECT_EQ(device.UnansweredHundredths, 0);
 }
 
 TEST_F(Polling, SilenceLosesTheLinkAtThe201stMiss) {

@@ -48,6 +48,13 @@ TEST_F(PortLibrary, InputBeyondTheQueueWaitsOutside) {
   EXPECT_EQ(status.cbInQue, 5000 - 4096);
 }
 
+TEST_F(PortLibrary, ALineThatIsNeverSilentIsWaitedForASecond) {
+  Receive("x");
+  EXPECT_NEAR(SecondsFor([this] { library.AwaitSilence(comm.CommPortId, 10000); }), 0.01, 0.001);
+  unit.Send({std::string(1000, 'x'), 0, 5000}, test.clock.Microseconds());
+  EXPECT_NEAR(SecondsFor([this] { library.AwaitSilence(comm.CommPortId, 10000); }), 1.0, 0.01);
+}
+
 TEST_F(PortLibrary, ErrorWordIsClearedByTheCall) {
   OpenLink();
   test.ports.state.framingErrors = true;
