@@ -87,6 +87,12 @@ TEST_F(Recording, IsCleanedByTheSettingOfAMemory) {
   const std::string first = support::Content(clean);
   EXPECT_EQ(Run(fast + " --memory 2").first, 0);
   EXPECT_EQ(support::Content(clean), first);
+
+  // As much of it as is asked for, and nothing behind that.
+  EXPECT_EQ(Run(fast + " --memory 2 --seconds 1").first, 0);
+  Signal left(2 * rate), right(left.size());
+  const std::size_t heard = std::get<SoundReader>(SoundReader::Open(clean, rate, false)).Read(left, right);
+  EXPECT_NEAR(static_cast<double>(heard), rate, rate / 50.0);
 }
 
 // By whatever name or link.

@@ -87,6 +87,9 @@ TEST(Memories, OnlyTenMemoriesAndSevenFunctionsAreTaken) {
   bench.trace.clear();
   bench.Ask(Store(9, 2));
   EXPECT_TRUE(bench.trace.front().ends_with("  store in memory 9, auxiliary function 2"));
+  for (unsigned number = 0; number <= 11; ++number) {
+    EXPECT_EQ(bench.device.Recall(number), number >= 1 && number <= 10) << number;
+  }
 }
 
 TEST(Memories, AStoreTakesItsTime) {

@@ -166,6 +166,9 @@ TEST_F(UnitProgram, MemoriesOutliveIt) {
       EXPECT_TRUE(Has(last, line));
     program->Signal(SIGTERM);
     EXPECT_EQ(program->AwaitEnd(), 0);
+    constexpr fs::perms owners = fs::perms::owner_read | fs::perms::owner_write;
+    EXPECT_EQ(fs::status(memories).permissions() == owners, run > 1) << "who may read them is kept too";
+    fs::permissions(memories, owners);
   }
 }
 
