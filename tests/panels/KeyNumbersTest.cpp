@@ -123,6 +123,9 @@ TEST_F(KeyNumbers, GraphicsAndParametricsTellWhatTheyDoMost) {
   EXPECT_EQ(Filter(FilterKind::TriParametric), "all substages out");
   record.eqParBoost[10][2] = 16;  // kept, but no substage of this kind
   EXPECT_EQ(Equalizer(EqKind::DualParametric), "1800 Hz, 0.0 dB, 1 more");
+  record.eqParBoost[10][0] = -8;
+  record.eqParBoost[10][1] = 3;
+  EXPECT_EQ(Equalizer(EqKind::DualParametric), "1800 Hz, -8.0 dB, 1 more");
 }
 
 TEST_F(KeyNumbers, DynamicsTellThresholdRatioAndLimit) {

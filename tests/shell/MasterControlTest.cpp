@@ -52,6 +52,13 @@ TEST(MasterPanel, OffersTheFiltersThatFit) {
   EXPECT_EQ(run.record.numFilters, 3);
   EXPECT_EQ(run.Get("optNumFilters(2)"), "1");
   EXPECT_EQ(run.Click("optNumFilters(3)"), "it is disabled");
+  run.Click("optNumFilters(0)");
+  run.Set("cmbConfig", "Stereo Linked");
+  run.Set("cmbConfig", "Mono");
+  run.Click("mnuUndo");
+  EXPECT_EQ(run.Click("optNumFilters(3)"), "it is disabled");
+  run.Click("mnuRedo");
+  EXPECT_EQ(run.Click("optNumFilters(3)"), "");
 }
 
 TEST(MasterPanel, KindsChangeTheirStagesOnce) {
@@ -157,6 +164,12 @@ TEST(MasterPanel, ClearsWhatAdapts) {
   run.Edit("ihpfCutoff", "300");
   run.Settle();
   EXPECT_EQ(run.Sent(), "17/300 ");  // a request is met once
+  run.Set("cmbConfig", "Stereo Linked");
+  run.Settle();
+  run.Sent();
+  run.Press("Alt+C");
+  run.Settle();
+  EXPECT_THAT(run.Sent(), testing::HasSubstr(" 113/3 "));
 }
 
 TEST(MasterPanel, SwitchesOfTheWholeChainRuleTheOthers) {

@@ -92,6 +92,9 @@ TEST_F(Sessions, PollingKeepsBarsAndIconAlive) {
   const int image = master.top.pbxInfoPic.Image();
   test.loop.RunFor(100);
   EXPECT_EQ(master.top.pbxInfoPic.Image(), image % 8 + 1);
+  unit.always = nullptr;
+  test.loop.RunFor(2500);
+  EXPECT_EQ(Shown(), "Connected COM 1 115200 Baud, no answer for 2 s");
 }
 
 TEST_F(Sessions, LimiterThresholdIsMarkedWhileItIsIn) {

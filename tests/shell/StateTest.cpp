@@ -222,6 +222,12 @@ TEST_F(States, ALogoutKeepsAtOnceButNotInASecondProgram) {
   first.Edit("ihpfCutoff", "333");
   first.session.lastState.KeepNow();
   EXPECT_EQ(Content(last), SetupOf(first.session));
+  first.Edit("ihpfCutoff", "444");
+  first.files.failAt = first.files.operations + 1;
+  first.session.lastState.KeepNow();
+  EXPECT_NE(Content(last), SetupOf(first.session));
+  first.loop.RunFor(4500);  // the logout did not come about
+  EXPECT_EQ(Content(last), SetupOf(first.session));
 }
 
 TEST_F(States, WithoutAFactorySetupTheDefaultsStayAndItIsSaidOnce) {
@@ -275,7 +281,7 @@ TEST_F(States, TheExitKeepsWhatTheUnitHasLearnedAndTheNextStartFilesIt) {
     Outing run(*this);
     Session& session = run.Started();
     run.Edit("configMode", "2");
-    run.Edit("ch1Taps", "300", 1);
+    run.Edit("ch1Taps", "512", 1);
     run.Edit("filterType", "0", 4);
     run.Edit("ch2DelayChan", "1", 4);
     std::filesystem::create_directory(Path("tapes"));
@@ -287,17 +293,17 @@ TEST_F(States, TheExitKeepsWhatTheUnitHasLearnedAndTheNextStartFilesIt) {
     session.setups.hooks.progress = [&told](int done, int total) { told = {done, total}; };
     run.loop.RequestEnd();  // as a signal does: the exit is the same
     session.Exit();
-    EXPECT_EQ(told, std::pair(3, 3));  // blocks of 256
+    EXPECT_EQ(told, std::pair(3, 3));  // blocks of 256, two of them whole
     EXPECT_FALSE(run.ports.state.open);
   }
-  EXPECT_THAT(Content(last), HasSubstr("\"Coefficients\"\r\n1\r\n300\r\n1000\r\n-1001\r\n1002\r\n"));
+  EXPECT_THAT(Content(last), HasSubstr("\"Coefficients\"\r\n1\r\n512\r\n1000\r\n-1001\r\n1002\r\n"));
   EXPECT_THAT(Content(last),
               HasSubstr("\"Coefficients\"\r\n4\r\n4\r\n5000\r\n-5001\r\n5002\r\n-5003\r\n0\r\n0"));
   {
     Outing run(*this, false);
     run.Started();
     EXPECT_THAT(Content(Path("tapes/Previous Left Filter 1 Settings.cof")),
-                HasSubstr("300\r\n4\r\n0\r\n0\r\n0\r\n0\r\n\"Coefficients\"\r\n1\r\n300\r\n1000\r\n"));
+                HasSubstr("512\r\n4\r\n0\r\n0\r\n0\r\n0\r\n\"Coefficients\"\r\n1\r\n512\r\n1000\r\n"));
     EXPECT_THAT(Content(Path("tapes/Previous Right Filter 1 Settings.cof")),
                 HasSubstr("4\r\n4\r\n0\r\n0\r\n0\r\n1\r\n\"Coefficients\"\r\n4\r\n4\r\n5000\r\n"));
     run.session.Exit();

@@ -51,6 +51,14 @@ TEST(Undo, CountsADragAsOneStep) {
     run.record.specRun = 0;                           // not by the operator
   }
   cutoff.Release();
+  // The hand is off, and a pause parts other edits again.
+  for (const std::int16_t slope : std::array<std::int16_t, 2>{40, 50}) {
+    run.session.edits.Store("lpfTransSlope", 1, slope, {"Slope", "typed"});
+    run.test.loop.RunFor(1500);
+  }
+  run.Press("Ctrl+Z");
+  EXPECT_EQ(run.record.lpfTransSlope[1], 40);
+  run.Press("Ctrl+Z");
   cutoff.SetPosition(2000);
   run.Press("Ctrl+Z");
   EXPECT_EQ(run.record.lpfCutoff[1], 1400);
@@ -168,6 +176,12 @@ TEST(Undo, PutsTheTablesOfTheUnitBack) {
     run.Click("mnuRedo");
     run.Settle();
     EXPECT_EQ(run.Stage(1).coefficients, both);
+    // A kind that is left and taken again is a new one, though the unit has not heard of it.
+    for (const char* kind : {"Lowpass", "Multiple Notch"}) run.Set("cmbFilter(1)", kind);
+    run.Click("mnuUndo");
+    run.Click("mnuRedo");
+    run.Settle();
+    EXPECT_TRUE(run.Stage(1).coefficients.empty());
   }
 }
 
