@@ -182,6 +182,24 @@ TEST_F(Downloads, AnalyzerTapsAndSpansKeepToTheirRegisters) {
   EXPECT_EQ(word(47), 4095);
 }
 
+// Of a pair, neither hears what its partner makes of the signal.
+TEST_F(Downloads, ACancellerHearsWhatFeedsItsPartner) {
+  Edit("configMode", "2");
+  Edit("numFilters", "2");
+  for (const int stage : {1, 4, 2, 5}) Edit("filterActive", "1", stage);
+  for (const int stage : {4, 2}) Edit("filterType", "0", stage);
+  Settle();
+  const auto sources = [this](std::size_t position) {
+    const int word = unit.Now().registers().values[31 + position].value_or(0);
+    return std::pair(word >> 10, word & 31);
+  };
+  EXPECT_EQ(sources(2), std::pair(0, 1));  // the inputs
+  EXPECT_EQ(sources(3), std::pair(7, 6));  // the outputs of the pair before
+  Edit("ch2DelayChan", "1", 4);
+  Settle();
+  EXPECT_EQ(sources(2), std::pair(1, 0));
+}
+
 TEST_F(Downloads, UnlinkedRightSideRunsAsItsOwnFieldsSay) {
   Edit("configMode", "2");
   Edit("hiResCurve", "-7", 1, 50);
