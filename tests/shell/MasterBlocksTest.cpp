@@ -47,6 +47,10 @@ TEST_F(MasterBlocks, APictureOfWhatIsOutIsDimmed) {
   Edit("filterActive", "0", 1);
   EXPECT_EQ(chain.Filter(1).response.Traces().front().colour, GrayText);
   Edit("filterActive", "1", 1);
+  Edit("ihpfEnabled", "1");
+  Edit("agcEnabled", "0");
+  EXPECT_EQ(chain.ihpf.frame.InTheWay(), Standing::In);
+  EXPECT_EQ(chain.agc.frame.InTheWay(), Standing::Out);
   EXPECT_EQ(Click("btnProcEnabled"), "");
   EXPECT_EQ(chain.Filter(1).response.Traces().front().colour, GrayText);
 }

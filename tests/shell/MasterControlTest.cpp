@@ -38,6 +38,8 @@ TEST(MasterPanel, NamesItsBlocksByTheConfiguration) {
   EXPECT_EQ(CaptionsOf(run, "fraEq", 2) + CaptionsOf(run, "fraBroadband", 2),
             "Left Equalizer|Right Equalizer|Left Filter|Right Filter|");
   EXPECT_TRUE(CoreOf(run.Find("lbOutputRight")).Shown());
+  run.Click("btnEqConfig(2)");
+  EXPECT_THAT(run.test.desk.boxes.back().title, testing::EndsWith(" (Right Equalizer)"));
   run.record.filterType[5] = FilterKind::Lowpass;
   run.Click("btnFilterConfig(5)");
   EXPECT_EQ(run.Top().Caption(), "Lowpass (Right Filter 2)");
@@ -106,6 +108,7 @@ TEST(MasterPanel, LevelControlsComeBackWhereTheyWere) {
   run.Click("mnuLevelControls");
   EXPECT_EQ(run.record.levelControl[1], 192);
   EXPECT_EQ(run.Set("sldrLevel(0)", "100"), "it is disabled");
+  EXPECT_FALSE(CoreOf(run.Find("lblGain")).Enabled());
   run.Settle();
   EXPECT_EQ(run.unit.Now().registers().values[129], 96);
   run.Click("mnuLevelControls");

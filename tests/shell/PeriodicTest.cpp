@@ -54,6 +54,11 @@ TEST_F(Periodic, EveryModeAsksForItsOwn) {
   session.settings.extraStages[6] = 1;
   Ticks(2);
   EXPECT_EQ(oversize, "-+");
+  // Who stops the timer within a tick finds it stopped behind it.
+  periodic.showOversize = [this](bool /*shown*/) { periodic.EnableMainTimer(false); };
+  session.settings.extraStages[6] = 0;
+  Ticks(1);
+  EXPECT_FALSE(periodic.tmrBargraph->Enabled());
 }
 
 }  // namespace

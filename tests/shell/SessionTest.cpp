@@ -129,6 +129,17 @@ TEST_F(Sessions, FirmwareBelowItsVersionIsOfferedAnUpdate) {
   EXPECT_TRUE(device.comm.CommPortOpen);
 }
 
+TEST_F(Sessions, AUnitThatGoesWhileItIsAskedForItsVersionIsOfferedNone) {
+  unit.always = [this](const support::Bytes& frame) {
+    test.ports.state.gone = frame[3] == 0x82;
+    return support::GoodReply(frame);
+  };
+  session.Start();
+  ASSERT_EQ(test.desk.boxes.size(), 2U);
+  EXPECT_EQ(test.desk.boxes[0].title, "Veltrana Connection Lost");
+  EXPECT_EQ(test.desk.boxes[1].title, "Veltrana Not Present");
+}
+
 TEST_F(Sessions, YesToTheUpdateFreesThePortFirst) {
   version = "not a version";
   Start();  // the version box, the question (No), the postponement

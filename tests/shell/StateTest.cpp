@@ -167,17 +167,31 @@ TEST_F(States, ACompanionThatCannotBeWrittenIsToldAndTheSetupCounts) {
   Put(last, WriteSetup(left, 0, {{1, {7, 8, 9}}}));
   const std::string companion = Path("Previous Filter 1 Settings.cof");
   std::filesystem::create_directory(companion);
-  Outing run(*this, false);
-  EXPECT_EQ(run.Started().settings.ihpfCutoff, 321);
-  EXPECT_EQ(run.desk.boxes.at(0).title, "Unable to Save File");
-  EXPECT_EQ(run.desk.boxes[0].text, "Previous Filter 1 Settings.cof could not be written.");
-  EXPECT_FALSE(std::filesystem::exists(last + ".damaged"));
+  {
+    Outing run(*this, false);
+    EXPECT_EQ(run.Started().settings.ihpfCutoff, 321);
+    EXPECT_EQ(run.desk.boxes.at(0).title, "Unable to Save File");
+    EXPECT_EQ(run.desk.boxes[0].text, "Previous Filter 1 Settings.cof could not be written.");
+    EXPECT_FALSE(std::filesystem::exists(last + ".damaged"));
+  }
   // Before the state without the coefficients takes the place of the one with them, it is tried again.
-  std::filesystem::remove(companion);
-  run.Edit("ihpfCutoff", "333");
-  run.loop.RunFor(6000);
-  EXPECT_THAT(Content(companion), HasSubstr("\"Coefficients\"\r\n1\r\n3\r\n7\r\n8\r\n9\r\n"));
-  EXPECT_EQ(Content(last), SetupOf(run.session));
+  const std::string kept = Content(last);
+  for (const bool atTheExit : {false, true}) {
+    std::filesystem::remove(companion);
+    Put(last, kept);
+    Outing again(*this, false);
+    std::filesystem::create_directory(companion);
+    again.Started();
+    std::filesystem::remove(companion);
+    again.Edit("ihpfCutoff", "333");
+    if (atTheExit) {
+      again.session.Exit();
+    } else {
+      again.loop.RunFor(6000);
+    }
+    EXPECT_THAT(Content(companion), HasSubstr("\"Coefficients\"\r\n1\r\n3\r\n7\r\n8\r\n9\r\n"));
+    EXPECT_EQ(Content(last), SetupOf(again.session));
+  }
 }
 
 TEST_F(States, AFolderThatCanNoLongerBeWrittenStillGivesItsState) {
@@ -331,8 +345,11 @@ TEST_F(States, AKilledProgramLosesTheLastSecondsAtMost) {
     run.loop.RunFor(6000);
     run.Edit("ihpfCutoff", "444");  // and no exit
   }
+  const std::string half = Path(".veltrana-1-1.tmp");
+  Put(half, "\"VELTRA\"\r\n");
   Outing run(*this);
   EXPECT_EQ(run.Started().settings.ihpfCutoff, 321);
+  EXPECT_FALSE(std::filesystem::exists(half));
 }
 
 TEST_F(States, EditsWithoutEndAreKeptTenSecondsAfterTheFirstAtTheLatest) {
@@ -493,11 +510,13 @@ TEST_F(States, AQueuedRefreshRunsWhenTheMasterIsActiveAgain) {
   Outing run(*this);
   Session& session = run.Started();
   unit.PlugInAnother();
-  session.QueueRefresh(true);
-  run.Do("mnuSave");  // a file window takes the refresh back
-  session.forms.Unload(session.stoSet.form);
-  session.master.form.activated();
-  EXPECT_EQ(unit.Now().registers().values[0], std::nullopt);
+  for (const char* entry : {"mnuSave", "mnuOpen"}) {
+    session.QueueRefresh(true);
+    run.Do(entry);  // a file window takes the refresh back
+    session.forms.Unload(*session.forms.Top());
+    session.master.form.activated();
+    EXPECT_EQ(unit.Now().registers().values[0], std::nullopt);
+  }
   session.QueueRefresh(true);
   session.master.form.activated();
   EXPECT_NE(unit.Now().registers().values[0], std::nullopt);
