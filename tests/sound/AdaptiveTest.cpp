@@ -20,13 +20,9 @@ struct Outputs {
   Sound normal, rejected;
 };
 
-Outputs Through(AdaptiveFilter& filter, std::span<const float> input, std::span<const float> reference,
-                std::span<const std::size_t> sizes = WholeBlocks) {
+Outputs Through(AdaptiveFilter& filter, std::span<const float> input, std::span<const float> reference) {
   Outputs out{Sound(input.size()), Sound(input.size())};
-  InPieces(input.size(), sizes, [&](std::size_t at, std::size_t size) {
-    filter.Process(input.subspan(at, size), reference.subspan(at, size),
-                   std::span(out.normal).subspan(at, size), std::span(out.rejected).subspan(at, size));
-  });
+  filter.Process(input, reference, out.normal, out.rejected);
   return out;
 }
 
@@ -211,19 +207,6 @@ TEST(AdaptiveFilter, IsNeverUnstable) {
   filter.Configure({.taps = 64, .rate = 2047, .normalize = true, .sampleRate = Rate});
   const Sound tone = Tone(12000, 440, Rate, 0.1);
   EXPECT_LT(Decibels(Rms(LastOf(Through(filter, tone, tone).normal, 2000)) / Rms(tone)), -40);
-}
-
-TEST(AdaptiveFilter, GivesTheSameForAnyCutting) {
-  const Sound noise = Noise(20000, 0.1, 1), input = Sum(Speech(20000, Rate, 0.1), OverTheWay(noise, 3));
-  const AdaptiveSettings settings{
-      .taps = 100, .rate = 64, .condition = AdaptCondition::InputAbove, .threshold = 1000};
-  AdaptiveFilter whole = Made(settings), cut = Made(settings);
-  EXPECT_EQ(Through(whole, input, noise).normal, Through(cut, input, noise, OddBlocks).normal);
-  Sound inPlace = input;
-  AdaptiveFilter another = Made(settings);
-  another.Process(inPlace, noise, inPlace, {});
-  whole.Reset();
-  EXPECT_EQ(inPlace, Through(whole, input, noise).normal) << "in place, and after a reset";
 }
 
 }  // namespace

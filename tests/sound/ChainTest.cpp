@@ -69,6 +69,13 @@ TEST(Chain, MeasuresFromTheInputToTheOutput) {
   run.Left(Sine(100, run.Rate(), size, 0.5));
   EXPECT_NEAR(run.engine.Readings().levels[unit::InLeft], HalfScale, 50);
   EXPECT_LT(run.engine.Readings().levels[unit::MidLeft], 400);
+  run.Edit("ihpfEnabled", "0");
+  run.Edit("ohpfEnabled", "1");
+  run.Edit("ohpfCutoff", "500");
+  run.Take();
+  run.Left(Sine(100, run.Rate(), size, 0.5));
+  EXPECT_NEAR(run.engine.Readings().levels[unit::MidLeft], HalfScale, 150);
+  EXPECT_LT(run.engine.Readings().levels[unit::OutLeft], 400);
 }
 
 TEST(Chain, ACompressorReportsWhatItDoes) {
@@ -86,12 +93,15 @@ TEST(Chain, ACompressorReportsWhatItDoes) {
                                 {-20.0, -15.0},
                                 {-10.0, -10.0},
                                 {-3.0, -10.0}}) {
-    const Signal sound =
-        run.Left(Sine(700, run.Rate(), static_cast<std::size_t>(3 * run.Rate()), Linear(in)));
-    EXPECT_NEAR(Decibels(AmplitudeAt(std::span(sound).last(6000), 700, run.Rate())), out, 0.5) << in;
-    const unsigned word = run.engine.Readings().stageStatus[0];
-    EXPECT_NEAR(Decibels(std::exp2((word & 255U) / 8.0) / 32768), in, 0.5);
-    EXPECT_NEAR(Decibels(std::exp2(static_cast<std::int8_t>(word >> 8U) / 8.0)), out - in, 0.8);
+    for (const double hertz : {120.0, 700.0, 4000.0}) {  // of the last no sample stands on a top
+      const Signal sound =
+          run.Left(Sine(hertz, run.Rate(), static_cast<std::size_t>(3 * run.Rate()), Linear(in)));
+      EXPECT_NEAR(Decibels(AmplitudeAt(std::span(sound).last(6000), hertz, run.Rate())), out, 0.5)
+          << in << " at " << hertz;
+      const unsigned word = run.engine.Readings().stageStatus[0];
+      EXPECT_NEAR(Decibels(std::exp2((word & 255U) / 8.0) / 32768), in, 0.5) << hertz;
+      EXPECT_NEAR(Decibels(std::exp2(static_cast<std::int8_t>(word >> 8U) / 8.0)), out - in, 0.8);
+    }
   }
 }
 
@@ -114,6 +124,40 @@ TEST(Chain, SurvivesAChangeOfBandwidthInMidSound) {
       EXPECT_TRUE(std::ranges::any_of(side, [](float x) { return std::abs(x) > 0.01F; }));
     }
   }
+}
+
+TEST(Chain, GivesTheSameForAnyCuttingOfTheSound) {
+  SoundRun run(vc::ConfigMode::Mono, "5");
+  run.Edit("numFilters", "6");
+  for (const auto& [stage, kind] : {std::pair{1, FilterKind::OneChAdaptive},
+                                    {2, FilterKind::RefCanceller},
+                                    {3, FilterKind::Comb},
+                                    {4, FilterKind::TriParametric},
+                                    {5, FilterKind::Compressor},
+                                    {6, FilterKind::HiResGraphic}}) {
+    run.Put(stage, kind);
+    run.Edit("filterAdapt", "1", stage);
+  }
+  for (const char* field : {"adaptEnabled", "ihpfEnabled", "ohpfEnabled", "agcEnabled", "limiterEnabled"}) {
+    run.Edit(field, "1");
+  }
+  run.Edit("broadbandActive", "1", 1);
+  run.Settle();
+  std::array<unit::sound::Engine, 2> engines;
+  std::array<SoundRun::Stereo, 2> outs;
+  for (const std::size_t i : {0U, 1U}) {
+    engines[i].Apply(run.unit.Now().Held());
+    SoundRun::Stereo& sound = outs[i] = {Noise(40000, 0.2F, 1), Noise(40000, 0.2F, 2)};
+    for (std::size_t at = 0, size = 0; at < sound[0].size(); at += size) {
+      size = i == 0 ? sound[0].size() : std::min(1 + (at * 7 + size * 13) % 600, sound[0].size() - at);
+      const std::span left = std::span(sound[0]).subspan(at, size);
+      const std::span right = std::span(sound[1]).subspan(at, size);
+      engines[i].Process(left, right, left, right);
+    }
+    EXPECT_GT(std::ranges::max(sound[0]), 0.01F);
+  }
+  EXPECT_LT(GreatestDifference(outs[0][0], outs[1][0]), 1e-4);
+  EXPECT_EQ(engines[0].Readings().levels, engines[1].Readings().levels);
 }
 
 // What a host in its senses never sends: it passes the sound.

@@ -104,7 +104,13 @@ TEST(Sound, NotchesSlotsAndCombsAreWhereTheHostPutsThem) {
        {{240, 240, -42, -38}, {480, 480, -42, -38}, {120, 120, -1, 1}, {360, 360, -1, 1}}},
       {FilterKind::InverseComb,
        {{"combHarmonic", "0"}, {"combFreq", "100"}, {"combLimit", "2500"}, {"combDepth", "30"}},
-       {{120, 120, -1, 1}, {1200, 1200, -1, 1}, {180, 180, -32, -28}, {3000, 5300, -200, -29}}}};
+       {{120, 120, -1, 1}, {1200, 1200, -1, 1}, {180, 180, -32, -28}, {3000, 5300, -200, -29}}},
+      {FilterKind::InverseComb,
+       {{"combHarmonic", "1"}},
+       {{120, 120, -1, 1}, {360, 360, -1, 1}, {240, 240, -32, -28}, {480, 480, -32, -28}}},
+      {FilterKind::InverseComb,
+       {{"combHarmonic", "2"}},
+       {{240, 240, -1, 1}, {480, 480, -1, 1}, {120, 120, -32, -28}, {360, 360, -32, -28}}}};
   for (const Shape& shape : shapes) {
     run.Put(1, shape.kind);
     for (const auto& [field, value] : shape.fields) run.Edit(field, value, 1);
@@ -173,6 +179,13 @@ TEST(Sound, EqualizersHaveTheGainsThatAreSet) {
   }
   EXPECT_NEAR(best, 9, 0.5);
   EXPECT_NEAR(peak, 1500, 30);
+  // The bandpass that is added is at half its power where T - 1/T times the square of the centre's is the
+  // width t, T being the tangent of half the angle.
+  const double middle = std::tan(std::numbers::pi * 0.125), width = std::tan(std::numbers::pi * 0.0625);
+  const double upper = width / 2 + std::hypot(width / 2, middle);
+  for (const double edge : {upper - width, upper}) {
+    EXPECT_NEAR(GainAt(response, std::atan(edge) / std::numbers::pi * run.Rate(), run.Rate()), 6.5, 0.1);
+  }
 }
 
 }  // namespace

@@ -78,27 +78,22 @@ TEST(Scene, PartsHaveTheirLevelsAndAddUp) {
 
 // Over 50 ms: what is spoken, and pauses with nothing at all.
 TEST(Scene, SpeechHasItsLevelAndPauses) {
-  for (const double rate : {7200.0, 18000.0, 36000.0}) {
-    SceneLevels levels = nothing;
-    levels.speech = -20.0;
-    const Sound sound = Listen(rate, 60.0, levels);
-    const auto frame = static_cast<std::size_t>(rate * 0.05);
-    double power = 0.0;
-    int spoken = 0;
-    int silent = 0;
-    for (std::size_t at = 0; at + frame <= sound.left.size(); at += frame) {
-      const double db = Db(std::span(sound.left).subspan(at, frame));
-      silent += db < -100.0 ? 1 : 0;
-      if (db < -30.0) continue;
-      power += std::pow(10.0, db / 10.0);
-      ++spoken;
-    }
-    EXPECT_NEAR(10.0 * std::log10(power / spoken), -20.0, 2.0) << rate;
-    EXPECT_GT(spoken, 500);
-    EXPECT_GT(silent, 200);
-    EXPECT_LT(std::ranges::max(sound.left), 1.0F);
-    EXPECT_GT(std::ranges::min(sound.left), -1.0F);
+  SceneLevels levels = nothing;
+  levels.speech = -20.0;
+  const Sound sound = Listen(18000, 60.0, levels);
+  constexpr std::size_t frame = 900;
+  double power = 0.0;
+  int spoken = 0, silent = 0;
+  for (std::size_t at = 0; at + frame <= sound.left.size(); at += frame) {
+    const double db = Db(std::span(sound.left).subspan(at, frame));
+    silent += db < -100.0 ? 1 : 0;
+    if (db < -30.0) continue;
+    power += std::pow(10.0, db / 10.0);
+    ++spoken;
   }
+  EXPECT_NEAR(10.0 * std::log10(power / spoken), -20.0, 2.0);
+  EXPECT_GT(spoken, 500);
+  EXPECT_GT(silent, 200);
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
-#include <functional>
 #include <numbers>
 #include <random>
 #include <span>
@@ -85,20 +84,5 @@ inline double SegmentalRatio(const Sound& speech, const Sound& sound, std::size_
   }
   return sum / count;
 }
-
-// A sound through a processor, cut into blocks of the given sizes in turn; 0 is a whole block.
-using Work = std::function<void(std::size_t at, std::size_t size)>;
-inline void InPieces(std::size_t total, std::span<const std::size_t> sizes, const Work& work) {
-  std::size_t turn = 0;
-  for (std::size_t at = 0; at < total;) {
-    const std::size_t wanted = sizes[turn++ % sizes.size()];
-    const std::size_t size = std::min(wanted == 0 ? unit::sound::BlockFrames : wanted, total - at);
-    work(at, size);
-    at += size;
-  }
-}
-
-inline constexpr std::size_t WholeBlocks[] = {0};
-inline constexpr std::size_t OddBlocks[] = {1, 100, 7, 256, 33, 64, 255};
 
 }  // namespace test::signals

@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <cmath>
 #include <csignal>
-#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <limits>
@@ -21,17 +20,9 @@ namespace unit::sound {
 namespace sound_test::sound_file {
 namespace {
 
-class SoundFile : public testing::Test {
- protected:
-  SoundFile() {
-    std::string name = (std::filesystem::temp_directory_path() / "soundXXXXXX").string();
-    folder_ = mkdtemp(name.data());
-  }
-  ~SoundFile() override { std::filesystem::remove_all(folder_); }
-
-  std::string In(const std::string& name) const { return folder_ / name; }
-
-  std::filesystem::path folder_;
+struct SoundFile : testing::Test {
+  support::TempFolder folder;
+  std::string In(const std::string& name) const { return folder.Path() + "/" + name; }
 };
 
 std::vector<float> Tone(double hertz, int rate, double seconds) {
