@@ -13,43 +13,32 @@ namespace {
 
 using testing::Each;
 
-TEST(ChangeFilterKind, MultipleKindsStartEmpty) {
-  for (const std::int16_t kind : {FilterKind::MultipleNotch, FilterKind::MultipleSlot}) {
+TEST(ChangeFilterKind, EmptiesTheTablesOfTheNewKindUnlessASetupIsLoaded) {
+  for (const bool loading : {false, true}) {
     SystemSettings s = Filled();
-    EXPECT_FALSE(ChangeFilterKind(s, 3, kind));
-    EXPECT_EQ(s.filterType[3], kind);
-    EXPECT_THAT(s.mnotchFreq[3], Each(0));
-    EXPECT_THAT(s.mslotFreq[3], Each(0));
-    EXPECT_EQ(s.mnotchWidth[3], Fresh().mnotchWidth[3]);
-    EXPECT_EQ(s.mslotWidth[3], Fresh().mslotWidth[3]);
-    EXPECT_EQ(s.filterAtten[3], 32767);
-    EXPECT_THAT(s.mnotchFreq[2], Each(500));
-    EXPECT_THAT(s.sifCurve[3], Each(-5.0F));
+    s.loadingSetup = loading;
+    for (const auto& [stage, kind] : {std::pair{3, FilterKind::MultipleNotch},
+                                      {4, FilterKind::MultipleSlot},
+                                      {5, FilterKind::HiResGraphic},
+                                      {6, FilterKind::SpectralInverse}}) {
+      EXPECT_FALSE(ChangeFilterKind(s, stage, kind));
+      EXPECT_EQ(s.filterType[stage], kind);
+    }
+    for (const int stage : {3, 4}) {
+      EXPECT_THAT(s.mnotchFreq[stage], Each(loading ? 500 : 0));
+      EXPECT_THAT(s.mslotFreq[stage], Each(loading ? 600 : 0));
+      EXPECT_EQ(s.mnotchWidth[stage] == Fresh().mnotchWidth[stage], !loading);
+      EXPECT_EQ(s.mslotWidth[stage] == Fresh().mslotWidth[stage], !loading);
+      EXPECT_EQ(s.filterAtten[stage], loading ? 100 : 32767);
+    }
+    EXPECT_THAT(s.hiResCurve[5], Each(loading ? -6.0F : 0.0F));
+    EXPECT_THAT(s.sifCurve[6], Each(loading ? -5.0F : 0.0F));
+    EXPECT_EQ(s.filterAtten[6] * 100 + s.filterGain[6], loading ? 10099 : 3276716);
+    // What belongs to other kinds and stages stays.
+    for (const int stage : {2, 6}) EXPECT_THAT(s.mnotchFreq[stage], Each(500));
+    for (const int stage : {3, 5}) EXPECT_THAT(s.sifCurve[stage], Each(-5.0F));
+    EXPECT_EQ(s.filterAtten[5], 100);
   }
-}
-
-TEST(ChangeFilterKind, CurveKindsStartFlat) {
-  SystemSettings s = Filled();
-  ChangeFilterKind(s, 6, FilterKind::SpectralInverse);
-  ChangeFilterKind(s, 5, FilterKind::HiResGraphic);
-  EXPECT_THAT(s.sifCurve[6], Each(0.0F));
-  EXPECT_EQ(s.filterAtten[6], 32767);
-  EXPECT_EQ(s.filterGain[6], 16);
-  EXPECT_THAT(s.mnotchFreq[6], Each(500));
-  EXPECT_THAT(s.hiResCurve[5], Each(0.0F));
-  EXPECT_THAT(s.sifCurve[5], Each(-5.0F));
-  EXPECT_EQ(s.filterAtten[5], 100);
-}
-
-TEST(ChangeFilterKind, LoadingClearsNothing) {
-  SystemSettings s = Filled();
-  s.loadingSetup = true;
-  ChangeFilterKind(s, 1, 8);
-  ChangeFilterKind(s, 2, 11);
-  ChangeFilterKind(s, 3, 12);
-  EXPECT_THAT(s.mnotchFreq[1], Each(500));
-  EXPECT_THAT(s.sifCurve[2], Each(-5.0F));
-  EXPECT_THAT(s.hiResCurve[3], Each(-6.0F));
 }
 
 TEST(ChangeFilterKind, MarksTheStageUnlessAFitIsDue) {
@@ -117,13 +106,6 @@ TEST(BroadbandPresets, StagesFollowUnlessTheirRecordIsTheirOwn) {
   s.broadbandParms[1] = s.broadbandPresets[OffPreset];
   ChangeBroadbandKind(s, 1, BroadbandKind::NoiseReducer);
   EXPECT_EQ(s.broadbandParms[1].mode, OffMode);
-}
-
-TEST(Bandwidth, DisplayLimitIsTheTopOfTheGrid) {
-  for (std::int16_t index = 0; index < 6; index++) {
-    EXPECT_EQ(GetDisplayLimit(index), std::to_string(Nearest32(BandwidthOf(index).sampleRate * 230 / 512.0)));
-  }
-  EXPECT_EQ(GetDisplayLimit(6), "3234");
 }
 
 }  // namespace

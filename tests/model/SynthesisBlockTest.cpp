@@ -1,10 +1,7 @@
-// Parameter blocks: what the unit would make of their words, against the filters that were asked for.
+// Parameter blocks at the ends of what they hold; what filters they make is measured in the unit's sound.
 #include <bit>
-#include <cmath>
-#include <complex>
 #include <limits>
 #include <map>
-#include <numbers>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,9 +12,9 @@ namespace vc {
 namespace {
 
 using testing::Each;
+using testing::ElementsAre;
 
 constexpr double NotANumber = std::numeric_limits<double>::quiet_NaN();
-constexpr double HighPartStep = 1.0 / 32768.0;
 
 int WordAt(const StageBlock& block, std::size_t place) { return block[place] + 256 * block[place + 1]; }
 int SignedWordAt(const StageBlock& block, std::size_t place) {
@@ -27,31 +24,12 @@ std::int64_t LongAt(const StageBlock& block, std::size_t place) {
   return WordAt(block, place) + 65536LL * WordAt(block, place + 2);
 }
 
-// A substage as the unit reads it: 31-bit fractions of 2^30 from a high part with the sign and a low part of
-// 15 bits; of a0 and its negative only the high parts are sent.
-struct ReadSubstage {
-  double oldest, a2, a1, a0, k;
-
-  ReadSubstage(const StageBlock& block, std::size_t substage) {
-    const std::size_t at = 14 * substage + 2;
-    const auto joined = [&](std::size_t low, std::size_t high) {
-      return (SignedWordAt(block, at + high) * 32768.0 + WordAt(block, at + low)) / 1073741824.0;
-    };
-    oldest = SignedWordAt(block, at) * HighPartStep;
-    a2 = joined(2, 4);
-    a1 = joined(6, 8);
-    a0 = SignedWordAt(block, at + 10) * HighPartStep;
-    k = SignedWordAt(block, at + 12) / 4096.0;
-  }
-
-  // Of y = x + k * v with v[n] = a0 x[n] + oldest x[n-2] + 2 a1 v[n-1] + a2 v[n-2].
-  double Response(double frequency) const {
-    const std::complex<double> delay = std::polar(1.0, -2.0 * std::numbers::pi * frequency);
-    const std::complex<double> bandpass =
-        (a0 + oldest * delay * delay) / (1.0 - 2.0 * a1 * delay - a2 * delay * delay);
-    return std::abs(1.0 + k * bandpass);
-  }
-};
+// The words of the first substage's section: the oldest tap, low and high part of a2 and of a1, and a0.
+std::vector<int> Section(const StageBlock& block) {
+  std::vector<int> words;
+  for (std::size_t place = 2; place < 14; place += 2) words.push_back(SignedWordAt(block, place));
+  return words;
+}
 
 TEST(TwentyBandBlock, HoldsTheGainOfEachBand) {
   const StageBlock block = TwentyBandBlock(
@@ -64,34 +42,6 @@ TEST(TwentyBandBlock, HoldsTheGainOfEachBand) {
   EXPECT_EQ(WordAt(block, 36), 3277);
   EXPECT_EQ(WordAt(block, 38), 328);
   EXPECT_THAT(std::vector(block.begin() + 40, block.end()), Each(0));
-}
-
-// The outer coefficients may each be one step off, which a gain of 1 / (2 a0 sin w) brings to the centre.
-TEST(ParametricBlock, BoostsAtTheCentreByTheAmountAsked) {
-  for (const double center : {0.01, 0.05, 0.1, 0.25, 0.4, 0.45}) {
-    for (const double ratio : {1.0, 1.5, 6.0}) {
-      for (const double boost : {-60.0, -3.0, 6.0, 16.0}) {
-        const ReadSubstage read(ParametricBlock(192, {{{}, {center, ratio, boost, true}}}), 1);
-        const double stepGain = 1.0 / (std::abs(read.a0) * std::sin(2.0 * std::numbers::pi * center));
-        const double tolerance = std::abs(read.k) * HighPartStep * stepGain + 0.0002;
-        EXPECT_NEAR(read.Response(center), std::pow(10.0, boost / 20.0), tolerance) << center << " " << ratio;
-        EXPECT_NEAR(read.oldest, -read.a0, HighPartStep);
-      }
-    }
-  }
-}
-
-// The bandpass is at half its power where T - 1/T times the square of the centre's is the width t, T being
-// the tangent of half the angle.
-TEST(ParametricBlock, HasTheWidthOfItsRatio) {
-  const ReadSubstage read(ParametricBlock(192, {{{0.2, 4.0, 20.0 * std::log10(2.0), true}}}), 0);
-  const double middle = std::tan(std::numbers::pi * 0.2);
-  const double width = std::tan(std::numbers::pi * 0.2 / 4.0);
-  const double upper = width / 2.0 + std::hypot(width / 2.0, middle);
-  for (const double edge : {upper - width, upper}) {
-    EXPECT_NEAR(read.Response(std::atan(edge) / std::numbers::pi), std::sqrt(2.5),
-                0.002);  // |1 + (1 +- j) / 2|
-  }
 }
 
 TEST(ParametricBlock, KeepsTheSectionOfAnInactiveSubstage) {
@@ -121,14 +71,9 @@ TEST(ParametricBlock, BoundsLevelAndBoostAtFullScale) {
 
 // With a t of 0 nothing passes and the poles lie on the circle.
 TEST(ParametricBlock, TakesNoWidthFromZeroAndNothingFromNoNumber) {
-  const ReadSubstage noRatio(ParametricBlock(192, {{{0.25, 0.0, 0.0, true}}}), 0);
-  EXPECT_EQ(noRatio.a0, 0.0);
-  EXPECT_EQ(noRatio.a1, 0.0);
-  EXPECT_EQ(noRatio.a2, -1.0);
-  const ReadSubstage noCenter(ParametricBlock(192, {{{0.0, 1.5, 0.0, true}}}), 0);
-  EXPECT_EQ(noCenter.a0, 0.0);
-  EXPECT_NEAR(noCenter.a1, 1.0, 1e-8);  // the highest that 31 bits hold
-  EXPECT_EQ(noCenter.a2, -1.0);
+  EXPECT_THAT(Section(ParametricBlock(192, {{{0.25, 0.0, 0.0, true}}})), ElementsAre(0, 0, -32768, 0, 0, 0));
+  EXPECT_THAT(Section(ParametricBlock(192, {{{0.0, 1.5, 0.0, true}}})),
+              ElementsAre(0, 0, -32768, 32767, 32767, 0));  // the highest that 31 bits hold
   const StageBlock nothing = ParametricBlock(192, {{{NotANumber, 1.5, 0, true}, {0.2, NotANumber, 0, true}}});
   EXPECT_THAT(std::vector(nothing.begin() + 2, nothing.begin() + 30), Each(0));
 }
