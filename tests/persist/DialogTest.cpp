@@ -294,59 +294,48 @@ TEST_F(Dialogs, ARecallSaysWhichCompanionCouldNotBeWrittenAndCounts) {
   EXPECT_TRUE(forms.open.empty());
 }
 
-TEST_F(Dialogs, ARecallThatFailsLeavesTheRecord) {
+TEST_F(Dialogs, BothWindowsSayWhatIsWrongWithAFileAndARecallOfItLeavesTheRecord) {
   Make("good.nrv", 777);
   std::string damaged = support::Content(Path("good.nrv"));
   damaged.replace(damaged.size() / 2, 10, "\r\nabc\r\n");
   support::Put(Path("damaged.nrv"), damaged);
-  support::Put(Path("foreign.nrv"), "\"OTHER\"\r\n\"\"\r\n0\r\n");
+  support::Put(Path("open.nrv"), "\"VELTRA\"\r\n\"never closed\r\n0\r\n");
+  support::Put(Path("other.nrv"), "\"OTHER\"\r\n\"\"\r\n0\r\n");
+  support::Put(Path("more.nrv"), "\"VELTRA\"\r\n\"\" and more\r\n0\r\n");
+  support::Put(Path("third.nrv"), "\"VELTRA\"\r\n\"\"\r\nx\r\n");
   support::Put(Path("binary.nrv"), std::string("\0\xFF\x80\r", 4));
   support::Put(Path("empty.nrv"), "");
   fs::create_directory(Path("folder.nrv"));
+  fs::create_symlink(Path("away"), Path("link.nrv"));
   const SystemSettings before = settings;
-  for (const char* name : {"foreign", "binary", "empty", "folder", "missing", ".."}) {
+  const std::string invalid = "This is not a valid setup file.";
+  for (const auto& [name, fault] : {std::pair{"open", invalid},
+                                    {"other", invalid},
+                                    {"more", invalid},
+                                    {"third", invalid},
+                                    {"binary", invalid},
+                                    {"empty", invalid},
+                                    {"folder", "This is a folder."},
+                                    {"link", "This file cannot be read."},
+                                    {"missing", "There is no setup file of this name."}}) {
     SCOPED_TRACE(name);
-    Recall(name);
+    store.Show();
+    Type("txtFileName", name);
+    EXPECT_EQ(Shown("txtAbout"), name == std::string("missing") ? "A new file." : fault);
+    forms.Unload(store.form);
+    recall.Show();
+    Type("txtFileName", name);
+    EXPECT_EQ(Shown("txtDescription"), fault);
+    Press("btnOK");
     EXPECT_EQ(Boxes(), "Invalid Settings File;");
   }
-  Recall("missing");
-  EXPECT_EQ(desk.boxes.at(0).text, "missing.nrv is not a valid settings file.  Please choose another file.");
+  Recall("..");
+  EXPECT_EQ(desk.boxes.at(0).text, "...nrv is not a valid settings file.  Please choose another file.");
   Recall("damaged");
   EXPECT_EQ(desk.boxes.at(1).text, "damaged.nrv cannot be opened.");
   EXPECT_EQ(Boxes(), "Invalid Settings File;Unable to Load File;");
   EXPECT_TRUE(settings == before);
   EXPECT_EQ(told, "");
-}
-
-TEST_F(Dialogs, BothWindowsSayWhatIsWrongWithAFile) {
-  support::Put(Path("open.nrv"), "\"VELTRA\"\r\n\"never closed\r\n0\r\n");
-  support::Put(Path("other.nrv"), "\"OTHER\"\r\n\"\"\r\n0\r\n");
-  support::Put(Path("more.nrv"), "\"VELTRA\"\r\n\"\" and more\r\n0\r\n");
-  support::Put(Path("third.nrv"), "\"VELTRA\"\r\n\"\"\r\nx\r\n");
-  fs::create_directory(Path("folder.nrv"));
-  fs::create_symlink(Path("away"), Path("link.nrv"));
-  const std::string invalid = "This is not a valid setup file.";
-  const std::vector<std::array<std::string, 2>> cases{{"open", invalid},
-                                                      {"other", invalid},
-                                                      {"more", invalid},
-                                                      {"third", invalid},
-                                                      {"folder", "This is a folder."},
-                                                      {"link", "This file cannot be read."}};
-  store.Show();
-  for (const auto& [name, fault] : cases) {
-    Type("txtFileName", name);
-    EXPECT_EQ(Shown("txtAbout"), fault) << name;
-  }
-  forms.Unload(store.form);
-  recall.Show();
-  for (const auto& [name, fault] : cases) {
-    Type("txtFileName", name);
-    EXPECT_EQ(Shown("txtDescription"), fault) << name;
-  }
-  Type("txtFileName", "missing");
-  EXPECT_EQ(Shown("txtDescription"), "There is no setup file of this name.");
-  Recall("open");
-  EXPECT_EQ(Boxes(), "Invalid Settings File;");
 }
 
 TEST_F(Dialogs, NamesAreBytes) {

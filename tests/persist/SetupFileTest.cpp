@@ -267,15 +267,12 @@ TEST(CoefficientBlock, CutBeforeItsLastNumberIsNone) {
   EXPECT_FALSE(ReadCoefficientBlock(other, 3, taken));  // another stage's
 }
 
-TEST(Lines, AFloatIsANumberWithinItsType) {
+TEST(Lines, FloatsAreNumbersWithinTheirTypeAndFourIdentifiersAreAccepted) {
   for (const char* bad : {"nan", "inf", "-inf", "-nan(1)", "1e39", "1e99999"}) {
     float value = 3;
     EXPECT_FALSE(LineReader{bad}.Float(value)) << bad;
     EXPECT_EQ(value, 3);
   }
-}
-
-TEST(ModelId, FourIdentifiersAreAccepted) {
   for (const char* good : {"ZORQ", "KYVN", "VELT", "VELTRA"}) EXPECT_TRUE(CheckModelId(good));
   for (const char* bad : {"", "VELTRAN", "zorq", "VELTRA ", "ZOR"}) EXPECT_FALSE(CheckModelId(bad));
 }

@@ -11,38 +11,25 @@ namespace {
 
 using support::Content;
 
-TEST(BytesToString, CountsAsTold) {
-  std::string text = "old";
-  BytesToString(text, {'a', 'b', 0}, 0);
-  EXPECT_EQ(text, "ab");
-  BytesToString(text, {'a', 0, 0}, 0);
-  EXPECT_EQ(text, std::string("a\0", 2));  // only the final NUL goes
-  BytesToString(text, {'a', 'b'}, 9);
-  EXPECT_EQ(text, "ab");
-  BytesToString(text, {'a', 'b'}, 1);
-  EXPECT_EQ(text, "a");
-  for (const int count : {0, 1, -1}) {
-    BytesToString(text, {}, count);
-    EXPECT_EQ(text, "");
-  }
-}
-
-TEST(StringToBytes, KeepsEveryCharacterValue) {
-  std::string all;
+TEST(Strings, BecomeBytesAndComeBackAsTold) {
+  std::string all, text = "old";
   for (int i = 0; i < 256; ++i) all += static_cast<char>(i);
   Bytes bytes(3);
   StringToBytes(bytes, all);
   ASSERT_EQ(bytes.size(), 256U);
-  EXPECT_EQ(bytes[255], 255);
-  std::string back;
-  BytesToString(back, bytes, 256);
-  EXPECT_EQ(back, all);
-}
-
-TEST(HexPadded, PadsAndNeverCuts) {
-  EXPECT_EQ(HexPadded(0xAB, 4), "00AB");
-  EXPECT_EQ(HexPadded(0x12345, 2), "12345");
-  EXPECT_EQ(HexPadded(0, 0), "0");
+  BytesToString(text, bytes, 256);
+  EXPECT_EQ(text, all);
+  BytesToString(text, {'a', 0, 0}, 0);
+  EXPECT_EQ(text, std::string("a\0", 2));  // only the final NUL goes
+  for (const auto& [count, expected] : {std::pair{9, "ab"}, {1, "a"}}) {
+    BytesToString(text, {'a', 'b'}, count);
+    EXPECT_EQ(text, expected);
+  }
+  for (const int count : {0, 1, -1}) {
+    BytesToString(text, {}, count);
+    EXPECT_EQ(text, "");
+  }
+  EXPECT_EQ(HexPadded(0xAB, 4) + HexPadded(0x12345, 2) + HexPadded(0, 0), "00AB123450");
 }
 
 TEST(Files, ChecksumExistenceAndLog) {
