@@ -5,12 +5,10 @@
 
 #include "FrameListener.h"
 #include "Installed.h"
-#include "ScriptedUnit.h"
 
 namespace {
 
 namespace fs = std::filesystem;
-using support::Hex;
 using support::Program;
 using support::ReadFrame;
 
@@ -19,38 +17,6 @@ struct Installed : testing::Test, support::Installed {
   support::Pty& line = listener.line;
   Installed() : support::Installed(CONSOLE_PROGRAM) {}
 };
-
-void Answer(const support::Pty& line, const support::Bytes& frame) {
-  if (!frame.empty()) line.Write(support::GoodReply(frame).bytes);
-}
-
-TEST_F(Installed, FirstExchangesByteForByte) {
-  Program console = RunAt(line.Path());
-  // The probe, the version, and the full connect, which opens the port anew and asks again.
-  for (const char* expected : {"3F 4D 50 E8 00 00 18", "3F 4D 50 82 00 00 7E", "3F 4D 50 E8 00 00 18"}) {
-    const auto frame = ReadFrame(line);
-    EXPECT_EQ(Hex(frame), expected);
-    EXPECT_EQ(line.Rate(), 115200U);
-    Answer(line, frame);
-  }
-  listener.UntilPolls(5);
-  console.Say("get lbInputLeft");
-  EXPECT_EQ(console.Await("lbInputLeft"), "lbInputLeft\t40 -20.0 dB");
-  console.Say("menu mnuAbout");
-  // A poll may be on its way; the version request follows when it is drained.
-  auto frame = ReadFrame(line);
-  if (frame.size() == 7 && frame[3] == 0xE8) {
-    Answer(line, frame);
-    frame = ReadFrame(line);
-  }
-  EXPECT_EQ(Hex(frame), "3F 4D 50 82 00 00 7E");
-  Answer(line, frame);
-  EXPECT_NE(console.Await("box").find("Firmware Version: 4.02\\nBoot ROM Version: 4.01"), std::string::npos);
-  console.Say("menu mnuDisconnect");  // this listener has no coefficients for the exit to read
-  console.Say("quit");
-  EXPECT_EQ(console.AwaitEnd(), 0);
-  EXPECT_NE(support::Content(folder.Path() + "/ObjectLog.txt").find("Total: 0"), std::string::npos);
-}
 
 TEST_F(Installed, LivesThroughALineThatGoes) {
   Program console = RunAt(line.Path());
@@ -76,6 +42,8 @@ TEST_F(Installed, WorksWithTheSimulatedUnit) {
   EXPECT_EQ(console.Await("txtComInfo", 10000), "txtComInfo\tConnected COM 1 115200 Baud");
   console.Say("get lbInputLeft");
   EXPECT_NE(console.Await("lbInputLeft").find(" dB"), std::string::npos);
+  console.Say("menu mnuAbout");
+  EXPECT_NE(console.Await("box").find("Firmware Version: 4.02\\nBoot ROM Version: 4.01"), std::string::npos);
   console.Say("quit");
   EXPECT_EQ(console.AwaitEnd(), 0);
   unit.Signal(SIGTERM);
