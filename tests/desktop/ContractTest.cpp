@@ -159,15 +159,5 @@ TEST(Contract, TheTabKeyGoesInTheDeclaredOrder) {
             "txtBand(3) lstFiles txtNotes ");
 }
 
-TEST(Contract, NoTextIsCutOff) {
-  Shown shown;
-  for (QWidget* widget : shown.Window().centralWidget()->findChildren<QWidget*>()) {
-    if (!widget->isVisible() || widget->objectName().isEmpty()) continue;
-    const QSize least = widget->minimumSizeHint();
-    EXPECT_GE(widget->width(), least.width()) << widget->objectName().toStdString();
-    EXPECT_GE(widget->height(), least.height()) << widget->objectName().toStdString();
-  }
-}
-
 }  // namespace
 }  // namespace desktop

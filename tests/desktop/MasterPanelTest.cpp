@@ -64,32 +64,35 @@ TEST(MasterPanelWindow, ADragIsOneStepThatCtrlZTakesBack) {
   EXPECT_EQ(run.record.lpfCutoff[1], before);
 }
 
-TEST(MasterPanelWindow, ATypedNumberIsTakenByEnterAndTab) {
+TEST(MasterPanelWindow, WhatIsTypedIsTakenPutBackAndUndone) {
   MasterWindow run;
   run.OpenFilter(1, vc::FilterKind::Lowpass);
   run.Ready();
+  auto& box = run.At<QLineEdit>("txtCutoff");
+  const QString first = box.text();
   run.Write("txtCutoff", "1234", Qt::Key_Return);
   EXPECT_EQ(run.record.lpfCutoff[1], 1234);
   run.Write("txtCutoff", "abc", Qt::Key_Return);
-  EXPECT_EQ(run.At<QLineEdit>("txtCutoff").text(), "1234");
+  EXPECT_EQ(box.text(), "1234");
+  QTest::keyClicks(&box, "77");
+  run.Press("Escape");
+  EXPECT_EQ(box.text(), "1234");
+  QTest::keyClicks(&box, "5");
+  run.Press("Ctrl+Z");  // the typing first
+  EXPECT_EQ(box.text(), "1234");
+  EXPECT_EQ(run.record.lpfCutoff[1], 1234);
+  run.Press("Ctrl+Z");
+  EXPECT_EQ(box.text(), first);
   run.Write("txtCutoff", "9999", Qt::Key_Tab);
   EXPECT_EQ(run.record.lpfCutoff[1], run.record.bandwidthHz);
   EXPECT_TRUE(run.At("sldrTransSlope").hasFocus());
-  EXPECT_TRUE(run.test.desk.boxes.empty());
-}
-
-TEST(MasterPanelWindow, EscapePutsBackAndTheFrameTakesWhatWasTyped) {
-  MasterWindow run;
-  run.OpenFilter(1, vc::FilterKind::Lowpass);
-  run.Ready();
-  run.Write("txtCutoff", "1234", Qt::Key_Return);
-  QTest::keyClicks(&run.At("txtCutoff"), "77");
-  run.Press("Escape");
-  EXPECT_EQ(run.At<QLineEdit>("txtCutoff").text(), "1234");
-  QTest::keyClicks(&run.At("txtCutoff"), "15,6");  // over the whole of it
-  run.Window().close();
+  box.setFocus();
+  QCoreApplication::processEvents();
+  QTest::keyClicks(&box, "15,6");
+  run.Window().close();  // the frame takes it
   EXPECT_EQ(&run.Top(), &run.session.master.form);
   EXPECT_EQ(run.record.lpfCutoff[1], 16);
+  EXPECT_TRUE(run.test.desk.boxes.empty());
 }
 
 TEST(MasterPanelWindow, KeysAndADoubleClickMoveASlider) {
@@ -124,38 +127,6 @@ TEST(MasterPanelWindow, ASliderWithTwoNumbersBelowTellsBoth) {
   EXPECT_EQ(run.Says("sldrTransSlope"),
             "Lower: " + run.Says("txtLoTransSlope") + ", Upper: " + run.Says("txtHiTransSlope"));
   EXPECT_NE(run.Says("txtHiTransSlope"), "0.5 dB/Octave");
-}
-
-TEST(MasterPanelWindow, CtrlZUndoesTypingFirstAndThenTheEdit) {
-  MasterWindow run;
-  run.OpenFilter(1, vc::FilterKind::Lowpass);
-  run.Ready();
-  auto& box = run.At<QLineEdit>("txtCutoff");
-  const QString before = box.text();
-  run.Write("txtCutoff", "700", Qt::Key_Return);
-  QTest::keyClicks(&box, "5");
-  run.Press("Ctrl+Z");
-  EXPECT_EQ(box.text(), "700");
-  EXPECT_EQ(run.record.lpfCutoff[1], 700);
-  run.Press("Ctrl+Z");
-  EXPECT_EQ(box.text(), before);
-}
-
-TEST(MasterPanelWindow, TheWheelMovesOnlyWhatHasTheFocus) {
-  MasterWindow run;
-  run.Edit("levelControlsShown", "1");
-  const std::int16_t level = run.record.levelControl[1], kind = run.record.filterType[1];
-  run.At("btnProcEnabled").setFocus();
-  TurnWheel(run.At("sldrLevel(0)"), 120);
-  TurnWheel(run.At("cmbFilter(1)"), -120);
-  EXPECT_EQ(run.record.levelControl[1], level);
-  EXPECT_EQ(run.record.filterType[1], kind);
-  run.At("sldrLevel(0)").setFocus();
-  TurnWheel(run.At("sldrLevel(0)"), -120);
-  EXPECT_EQ(run.record.levelControl[1], level - 1);
-  run.At("cmbFilter(1)").setFocus();
-  TurnWheel(run.At("cmbFilter(1)"), -120);
-  EXPECT_EQ(run.record.filterType[1], kind + 1);
 }
 
 TEST(MasterPanelWindow, AStrayKeyOrWheelAtTheStartChangesNothing) {

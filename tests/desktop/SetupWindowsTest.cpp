@@ -82,14 +82,6 @@ TEST_F(SetupWindows, ARecallIsPickedWithMouseOrKeys) {
   ClickRow(At<QListWidget>("fileVw"), 0, true);
   EXPECT_EQ(settings.lpfCutoff[1], 888);
   EXPECT_TRUE(forms.open.empty());
-
-  Open(recall);
-  At<QLineEdit>("txtFileName").setFocus();
-  QTest::keyClicks(&At<QLineEdit>("txtFileName"), "nowhere");
-  QTest::mouseClick(&At<QPushButton>("btnOK"), Qt::LeftButton);
-  EXPECT_EQ(desk.boxes.size(), 1U);
-  QTest::mouseClick(&At<QPushButton>("btnCancel"), Qt::LeftButton);
-  EXPECT_TRUE(forms.open.empty());
 }
 
 }  // namespace
