@@ -10,8 +10,6 @@ using support::Hex;
 
 struct Transactions : support::LinkFixture {
   const std::vector<std::uint8_t> payload{1, 2, 3};
-  // 115200 baud: an attempt that meets silence costs two seconds and the rate's extra.
-  static constexpr double SilentAttempt = 2.46;  // 10 ms of silence included
 };
 
 TEST_F(Transactions, PacketPausesAfterAComplaintAndOnlyThen) {
@@ -44,41 +42,6 @@ TEST_F(Transactions, CommandNeverPausesForAComplaint) {
   EXPECT_LT(SecondsFor([&] { EXPECT_FALSE(device.IssueCommand(0x156, 0x21234, 2)); }), 0.04);
   ASSERT_EQ(unit.sent.size(), 3U);
   EXPECT_EQ(Hex(unit.sent[2].bytes), "3F 4D 50 56 34 12 64");  // masked to 8 and 16 bits
-}
-
-TEST_F(Transactions, PacketGivesUpWithoutABox) {
-  OpenLink();
-  const double seconds = SecondsFor([&] { EXPECT_FALSE(device.SendDataPacket(payload, 0, 5, false)); });
-  EXPECT_NEAR(seconds, 5 * SilentAttempt, 0.1);
-  EXPECT_EQ(unit.sent.size(), 5U);
-  EXPECT_TRUE(test.desk.boxes.empty());
-  EXPECT_FALSE(device.comm.CommPortOpen);
-  EXPECT_FALSE(test.ports.state.open);
-  EXPECT_FALSE(test.ports.state.config.dtr);
-  EXPECT_EQ(State(), "2");
-  EXPECT_EQ(session.master.menus.mnuConnect.Checked(), false);
-  EXPECT_EQ(session.master.menus.mnuDisconnect.Checked(), true);
-}
-
-TEST_F(Transactions, CommandGivesUpWithItsNumberInTheBox) {
-  OpenLink();
-  const double seconds = SecondsFor([&] { device.IssueCommand(0xFE, 0, 60); });
-  EXPECT_NEAR(seconds, 5 * 60.45, 0.1);
-  EXPECT_NE(OnlyBox().find(" while issuing Command #254. "), std::string::npos);
-  EXPECT_EQ(State(), "2");
-  EXPECT_FALSE(device.comm.CommPortOpen);
-}
-
-TEST_F(Transactions, ClosedPortLetsEverythingThroughInSilence) {
-  EXPECT_FALSE(device.IssueCommand(128, 0, 2));
-  EXPECT_FALSE(device.SendDataPacket(payload, 0, 5, true));
-  device.RequestBargraphData();
-  int firmware = 7;
-  int bootRom = 7;
-  EXPECT_FALSE(device.RequestVersion(firmware, bootRom));
-  EXPECT_EQ(firmware, 7);
-  EXPECT_TRUE(unit.sent.empty());
-  EXPECT_TRUE(test.desk.boxes.empty());
 }
 
 TEST_F(Transactions, Command128AloneConfirmsTheConnection) {

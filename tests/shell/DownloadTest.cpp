@@ -200,7 +200,7 @@ TEST_F(Downloads, ACancellerHearsWhatFeedsItsPartner) {
   EXPECT_EQ(sources(2), std::pair(1, 0));
 }
 
-TEST_F(Downloads, UnlinkedRightSideRunsAsItsOwnFieldsSay) {
+TEST_F(Downloads, UnlinkedRightSideHasItsOwnTableAgain) {
   Edit("configMode", "2");
   Edit("hiResCurve", "-7", 1, 50);
   BuildHiRes(1);
@@ -214,32 +214,6 @@ TEST_F(Downloads, UnlinkedRightSideRunsAsItsOwnFieldsSay) {
   Edit("configMode", "2");
   Settle();
   EXPECT_EQ(Stage(2).coefficients, own);
-
-  Edit("configMode", "1");
-  Edit("filterType", "2", 1);
-  Edit("filterType", "1", 4);
-  Edit("ch1Taps", "1024", 4);  // the size of the left side's filter
-  Settle();
-  EXPECT_EQ(Stage(2).algorithm, 1);
-  Edit("configMode", "2");
-  Settle();
-  EXPECT_EQ(Stage(2).stageClass, 0);
-  EXPECT_FALSE(Stage(2).algorithm || Stage(2).block);
-}
-
-TEST_F(Downloads, LinkedEqualizersChangeTogether) {
-  Edit("configMode", "1");
-  Edit("eqBandGain", "9", 9, 4);
-  Settle();
-  const auto block = Stage(10).block;
-  ASSERT_TRUE(block);
-  Edit("eqType", "1", 1);
-  Settle();
-  EXPECT_EQ(Stage(10).coefficients, Stage(9).coefficients);
-  Edit("eqType", "0", 1);
-  Settle();
-  EXPECT_EQ(Stage(9).block, block);
-  EXPECT_EQ(Stage(10).block, block);
 }
 
 TEST_F(Downloads, AnewFromTheResetOnTheUnitHoldsWhatItHeld) {

@@ -94,9 +94,12 @@ TEST_F(MasterBlocks, TheLimitersMarkerSaysWhatItIs) {
   Edit("limiterEnabled", "1");
   session.periodic.ShowLevelBars();
   EXPECT_EQ(bar.MarkerText(), "Limiter threshold -12 dB");
+  EXPECT_EQ(bar.MarkerStyle(), 0);
+  EXPECT_EQ(bar.MarkerValue(1), DbToBarPosition(-12.0));
   EXPECT_NE(bar.core.AccessibleName().find("Limiter threshold -12 dB"), std::string::npos);
   Edit("limiterEnabled", "0");
   session.periodic.ShowLevelBars();
+  EXPECT_EQ(bar.MarkerStyle(), HiddenMarker);
   EXPECT_EQ(bar.core.AccessibleName().find("Limiter"), std::string::npos);
 }
 

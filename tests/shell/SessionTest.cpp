@@ -97,20 +97,6 @@ TEST_F(Sessions, PollingKeepsBarsAndIconAlive) {
   EXPECT_EQ(Shown(), "Connected COM 1 115200 Baud, no answer for 2 s");
 }
 
-TEST_F(Sessions, LimiterThresholdIsMarkedWhileItIsIn) {
-  Start();
-  session.settings.limiterEnabled = 1;
-  session.settings.limiterThreshold = 1;
-  test.loop.RunFor(100);
-  EXPECT_EQ(master.chain.inputs[1].bar.MarkerStyle(), 0);
-  EXPECT_EQ(master.chain.inputs[1].bar.MarkerValue(1), DbToBarPosition(-9.0));
-  session.settings.limiterEnabled = 0;
-  test.loop.RunFor(100);
-  EXPECT_EQ(master.chain.inputs[1].bar.MarkerStyle(), HiddenMarker);
-  EXPECT_EQ(LimiterThresholdDb(0), -6.0);
-  EXPECT_EQ(LimiterThresholdDb(3), -15.0);
-}
-
 TEST_F(Sessions, FirmwareBelowItsVersionIsOfferedAnUpdate) {
   version = "!VER401400";
   Start();

@@ -57,15 +57,6 @@ TEST(Pace, EveryCharacterTakesTenBitTimes) {
   EXPECT_EQ(bench.device.NextEvent(), std::nullopt);
 }
 
-TEST(Faults, DelayHoldsTheReplyBack) {
-  unit::Options options;
-  options.delayMicroseconds = 30'000;
-  Bench bench(options);
-  bench.device.Receive(CommandFrame(1, 192), 5'000, 115200);
-  EXPECT_TRUE(bench.device.Transmit(34'999).empty());
-  EXPECT_EQ(Text(bench.device.Transmit(35'000)), "!OK");
-}
-
 TEST(Faults, SilentAfterSoManyAnswersAndDeafToo) {
   unit::Options options;
   options.silentAfter = 2;

@@ -56,20 +56,6 @@ TEST(Stages, TheDumpOfASmallDownloadIsThisText) {
                 "waiting 1\n");
 }
 
-TEST(Stages, FramesWhoseAnswersWereLostComeTwiceAndCountOnce) {
-  Frames doubled;
-  for (const Bytes& frame : download) doubled = doubled + Frames{frame, frame};
-  EXPECT_EQ(DumpAfter(doubled), DumpAfter(download));
-}
-
-TEST(Stages, ADownloadThatBreaksOffAnywhereIsMadeGoodByTheNext) {
-  const std::string whole = DumpAfter(download);
-  for (std::size_t count = 0; count <= download.size(); ++count) {
-    const Frames part(download.begin(), download.begin() + static_cast<std::ptrdiff_t>(count));
-    EXPECT_EQ(DumpAfter(part + download), whole) << count;
-  }
-}
-
 TEST(Stages, TheLastSynthesisCounts) {
   const std::string host = DumpAfter(classes + Packets(64) + Frames{Synthesis(1, 0)});
   const std::string own = DumpAfter(classes + Packets(2) + Frames{Synthesis(1, 10)});

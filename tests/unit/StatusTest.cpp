@@ -9,20 +9,9 @@ namespace unit_test {
 namespace {
 
 constexpr std::size_t Levels = 3;
-constexpr std::size_t UnitStatus = 15;
 constexpr std::size_t UnitMode = 17;
 constexpr std::size_t StageStatus = 19;
 constexpr std::size_t StageNibble = 35;
-
-TEST(Status, OptionIsBitNineAndCanChangeAtAnyTime) {
-  Bench bench;
-  EXPECT_EQ(Word(bench.Exchange(CommandFrame(232)), UnitStatus) & 0x200U, 0U);
-  bench.device.option = true;
-  EXPECT_EQ(Word(bench.Exchange(CommandFrame(232)), UnitStatus) & 0x200U, 0x200U);
-  unit::Options options;
-  options.option = true;
-  EXPECT_EQ(Word(Bench(options).Exchange(CommandFrame(232)), UnitStatus) & 0x200U, 0x200U);
-}
 
 // Whatever the sound is, it stands in the replies where the host looks for it.
 TEST(Status, RepliesTellWhatTheSoundReports) {

@@ -1,7 +1,4 @@
 // The gradient that bars are made of, for any colours; and the progress bar that is drawn with it.
-#include <algorithm>
-#include <random>
-
 #include <gtest/gtest.h>
 
 #include "RecordingSurface.h"
@@ -11,42 +8,6 @@
 
 namespace vc {
 namespace {
-
-std::vector<ColourStop> RandomStops(std::mt19937& random) {
-  const auto colour = [&random] { return static_cast<Colour>(random() & 0xFFFFFFU); };
-  const int middle = std::uniform_int_distribution<int>(0, BarUnits)(random);
-  return {{0, colour()}, {middle, colour()}, {BarUnits, colour()}};
-}
-
-// Between two stops every channel goes one way, never outside of what it is at them.
-void CheckChannel(const std::vector<ColourStop>& stops, int (*channel)(Colour)) {
-  for (std::size_t i = 1; i < stops.size(); ++i) {
-    const int from = channel(stops[i - 1].colour), to = channel(stops[i].colour);
-    int before = from;
-    for (int unit = stops[i - 1].unit; unit < stops[i].unit; ++unit) {
-      const int now = channel(ColourAt(stops, unit));
-      ASSERT_GE(now, std::min(from, to));
-      ASSERT_LE(now, std::max(from, to));
-      ASSERT_TRUE(to >= from ? now >= before : now <= before) << unit;
-      before = now;
-    }
-  }
-}
-
-TEST(Gradient, RunsFromStopToStopInEveryChannel) {
-  std::mt19937 random(1);
-  for (int round = 0; round < 200; ++round) {
-    const auto stops = RandomStops(random);
-    for (int (*channel)(Colour) : {RedOf, GreenOf, BlueOf}) CheckChannel(stops, channel);
-    if (stops[1].unit > 0) {
-      EXPECT_EQ(ColourAt(stops, 0), stops[0].colour);
-    }
-    if (stops[1].unit < BarUnits) {
-      EXPECT_EQ(ColourAt(stops, stops[1].unit), stops[1].colour);
-    }
-    EXPECT_EQ(ColourAt(stops, BarUnits), stops[2].colour);
-  }
-}
 
 TEST(Gradient, IsBuiltAnewForOtherColoursAlone) {
   Gradient gradient;
@@ -77,15 +38,6 @@ TEST_F(ProgressBars, RunsUpwardsFromWhiteToBlue) {
   EXPECT_EQ(surface.At(4, 254 - 101), MakeColour(154, 154, 255));
   EXPECT_EQ(surface.At(4, 254 - 102), Back);
   EXPECT_EQ(surface.drawn.back(), (support::Drawn{"edge", {0, 0, 8, 255}, 0, 10}));
-}
-
-TEST_F(ProgressBars, MixesTheSystemsColoursAsTheyAreSeen) {
-  bar.SetOrientation(0);
-  bar.SetFromColor(ButtonFace);
-  bar.SetToColor(ButtonFace);
-  bar.SetValue(100);
-  bar.Draw(surface, {0, 0, 255, 8});
-  EXPECT_EQ(surface.At(100, 4), support::RecordingSurface::AnySystemColour);
 }
 
 TEST_F(ProgressBars, KeepsItsLengthAndIsToldInWords) {
