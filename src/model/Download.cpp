@@ -1,6 +1,7 @@
 #include "model/Download.h"
 
 #include "model/Kinds.h"
+#include "model/Settings.h"
 #include "model/Stages.h"
 #include "model/modNumerical.h"
 #include "text/Convert.h"
@@ -20,7 +21,7 @@ Download::Download(SystemSettings& record, modDeviceComm& link) : settings(recor
 void Download::DownloadSettings(int mode) {
   device.RunStatements(
       "SynthesizeOnboard_Err",
-      {[&] { Forget(mode); }, [&] { CorrectRecord(); }, [&] { RefreshImage(image, settings); },
+      {[&] { Forget(mode); }, [&] { CorrectForUnit(settings); }, [&] { RefreshImage(image, settings); },
        [&] { refreshCoefficientDisplay(); }, [&] { MarkResets(); }, [&] { Send(); }});
   settings.settingsChanged = 0;
 }
@@ -38,13 +39,6 @@ void Download::Forget(int mode) {
   shadow = Shadow{};
   ForgetImage(image);
   settings.filterBuilt.Fill(mode == DownloadMode::KeepTables ? std::int16_t{-1} : std::int16_t{0});
-}
-
-// A value that cannot go out as it stands is corrected where the operator sees it.
-void Download::CorrectRecord() {
-  constexpr std::int16_t fast = 1, peak = 4;
-  if (settings.averagerMode != fast && settings.averagerMode != peak) settings.averagerMode = 0;
-  for (std::int16_t& depth : settings.combDepth) depth = CombWord(depth).combDepth;
 }
 
 void Download::MarkResets() {

@@ -35,7 +35,6 @@ struct Download {
 
  private:
   void Forget(int mode);
-  void CorrectRecord();
   void MarkResets();
   void Send();
   bool SendFrame(const DownloadFrame& frame);

@@ -4,6 +4,7 @@
 #include "model/BroadbandPresets.h"
 #include "model/Fields.h"
 #include "model/Kinds.h"
+#include "model/modNumerical.h"
 
 namespace vc {
 namespace {
@@ -55,6 +56,12 @@ void ClampSettingsToLimits(SystemSettings& settings) { ApplyRules(settings, Foll
 
 void SettleDependents(SystemSettings& settings) {
   ApplyRules(settings, [](const Rule& rule) { return FollowsField(rule) || FollowsLimits(rule); });
+}
+
+void CorrectForUnit(SystemSettings& settings) {
+  constexpr std::int16_t fast = 1, peak = 4;
+  if (settings.averagerMode != fast && settings.averagerMode != peak) settings.averagerMode = 0;
+  for (std::int16_t& depth : settings.combDepth) depth = CombWord(depth).combDepth;
 }
 
 void LinkChannelsInMono(SystemSettings& settings) {

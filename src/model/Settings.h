@@ -21,6 +21,10 @@ void ClampSettingsToLimits(SystemSettings& settings);
 // follows.
 void SettleDependents(SystemSettings& settings);
 
+// Numbers that have no register value become the nearest that has one: an averager that the unit does not
+// know is off, a comb is as deep as its word can say.
+void CorrectForUnit(SystemSettings& settings);
+
 // In Mono there is nothing to unlink: gain control and limiter count as linked.
 void LinkChannelsInMono(SystemSettings& settings);
 

@@ -133,6 +133,7 @@ bool RecordEdits::ByText(const FieldRow& row, int i, int j, std::string_view tex
     for (const EditRule& rule : EditRules) {
       if (rule.field == row.name) rule.follow(*this, before, i);
     }
+    CorrectForUnit(settings);  // here, so that it is part of the step
     MarkEdited(settings);
   });
   if (stored) edited();

@@ -130,6 +130,20 @@ TEST(Undo, GivesBackWhatALaterFitTook) {
   EXPECT_EQ(run.record.ch1PredSpan[1], 4095);
 }
 
+// A step holds what the unit can be told, so that the way back and forth ends where it began.
+TEST(Undo, HoldsNumbersAsTheyAreSent) {
+  PanelRun run;
+  run.Edit("averagerMode", "3");
+  EXPECT_EQ(run.record.averagerMode, 0);
+  run.Edit("averagerMode", "4");
+  run.Edit("averagerMode", "2");
+  run.Settle();
+  const SystemSettings before = run.record;
+  while (run.session.history.CanUndo()) run.session.history.Undo();
+  while (run.session.history.CanRedo()) run.session.history.Redo();
+  EXPECT_TRUE(run.record.averagerMode == before.averagerMode);
+}
+
 TEST(Undo, KnowsNoStepThatChangesNothing) {
   PanelRun run;
   run.Set("cmbFilter(1)", "Multiple Notch");
