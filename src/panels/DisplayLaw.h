@@ -9,13 +9,15 @@
 
 namespace vc {
 
+constexpr double AsStored(std::int16_t value) { return value; }
+
 struct DisplayLaw {
   std::string unit;
   std::function<std::string(double position)> show;
   // Raises a Fault where the text is none that the law can read, or where the law has no answer.
   std::function<double(const std::string& text)> parse;
   std::function<std::int16_t(double position)> stored = Nearest;
-  std::function<double(std::int16_t value)> position = [](std::int16_t value) { return value; };
+  std::function<double(std::int16_t value)> position = AsStored;
   double step = 1.0;  // of the slider, by key, page and wheel
 };
 

@@ -8,11 +8,12 @@
 namespace vc {
 
 FileChooser::FileChooser(Form& form, Files& hostFiles, Desk& operatorDesk, std::string fileExtension,
-                         const std::string& caption)
+                         const std::string& caption, Wire<void()> nameChanged)
     : extension(std::move(fileExtension)),
       folders(form, hostFiles, operatorDesk),
       fileVw(folders.fraLists, "fileVw", caption),
-      txtFileName(form, "txtFileName", "File Name") {
+      txtFileName(form, "txtFileName", "File Name"),
+      tellName(std::move(nameChanged)) {
   fileVw.tall = true;
   fileVw.columns = 30;
   folders.entered = [this](const std::vector<FolderEntry>& entries) { ShowFiles(entries); };
@@ -47,7 +48,7 @@ void FileChooser::ChooseNamedRow() {
 
 void FileChooser::TakeName() {
   ChooseNamedRow();
-  nameChanged();
+  tellName();
 }
 
 }  // namespace vc

@@ -1,26 +1,24 @@
 // The controls by which the operator finds a file of one type: folders, the files in them, and the name.
 #pragma once
 
-#include <functional>
 #include <string>
 #include <vector>
 
 #include "persist/FolderChooser.h"
+#include "text/Wire.h"
 
 namespace vc {
 
 struct FileChooser {
-  // The extension with its point, ".nrv"; a caption for the list of its files.
+  // The extension with its point, ".nrv"; a caption for the list of its files. nameChanged is told where the
+  // name is another one, or names another file since the folder has changed.
   FileChooser(Form& form, Files& hostFiles, Desk& operatorDesk, std::string fileExtension,
-              const std::string& caption);
+              const std::string& caption, Wire<void()> nameChanged);
 
   const std::string extension;
   FolderChooser folders;
   ListBox fileVw;
   TextBox txtFileName;
-
-  // The name is another one, or names another file since the folder has changed.
-  std::function<void()> nameChanged = [] {};
 
   // Begins in a folder with a name.
   void Open(const std::string& folder, const std::string& name);
@@ -31,6 +29,8 @@ struct FileChooser {
   void ShowFiles(const std::vector<FolderEntry>& entries);
   void ChooseNamedRow();
   void TakeName();
+
+  Wire<void()> tellName;
 };
 
 }  // namespace vc

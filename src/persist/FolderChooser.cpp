@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "persist/FileNames.h"
+#include "text/Wire.h"
 
 namespace vc {
 namespace {
@@ -65,7 +66,7 @@ void FolderChooser::ShowEntries() {
   }
   folderVw.SetListIndex(-1);
   folderVw.SetItems(std::move(rows));
-  entered(entries.value_or(std::vector<FolderEntry>{}));
+  Raise(entered, entries.value_or(std::vector<FolderEntry>{}));
 }
 
 }  // namespace vc

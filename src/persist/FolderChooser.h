@@ -20,7 +20,7 @@ struct FolderChooser {
   ListBox folderVw;  // ".." first, but for the root
 
   // What lies in the folder that is shown now.
-  std::function<void(const std::vector<FolderEntry>& entries)> entered = [](const auto&) {};
+  std::function<void(const std::vector<FolderEntry>& entries)> entered;
 
   // Absolute.
   const std::string& Folder() const { return folder; }

@@ -5,14 +5,14 @@
 namespace vc {
 
 RecSet::RecSet(SetupContext& setupContext)
-    : chooser(form, setupContext.files, setupContext.desk, SetupExtension, "Setup Files"),
+    : chooser(form, setupContext.files, setupContext.desk, SetupExtension, "Setup Files",
+              [this] { FollowName(); }),
       txtDescription(chooser.folders.fraLists, "txtDescription", "Description"),
       context(setupContext) {
   txtDescription.readOnly = txtDescription.multiLine = true;
   txtDescription.columns = 26;
   chkProtect.core.SetEnabled(false);
   form.initialFocus = &chooser.fileVw.core;
-  chooser.nameChanged = [this] { FollowName(); };
   chooser.fileVw.activated = [this] { btnOK.Click(); };
   chooser.txtFileName.keyPress = [this](int code) {
     if (code == EnterKey && btnOK.core.Usable()) btnOK.Click();

@@ -9,7 +9,8 @@
 namespace vc {
 
 StoSet::StoSet(SetupContext& setupContext)
-    : chooser(form, setupContext.files, setupContext.desk, SetupExtension, "Setup Files"),
+    : chooser(form, setupContext.files, setupContext.desk, SetupExtension, "Setup Files",
+              [this] { FollowName(); }),
       txtAbout(chooser.folders.fraLists, "txtAbout", "About This File"),
       context(setupContext) {
   txtAbout.readOnly = txtAbout.multiLine = txtDescription.multiLine = true;
@@ -17,7 +18,6 @@ StoSet::StoSet(SetupContext& setupContext)
   txtDescription.lines = 4;
   txtAbout.lines = chooser.fileVw.lines;
   form.initialFocus = &chooser.txtFileName.core;
-  chooser.nameChanged = [this] { FollowName(); };
   chooser.txtFileName.keyPress = [this](int code) {
     if (code == EnterKey && btnOK.core.Usable()) btnOK.Click();
   };
