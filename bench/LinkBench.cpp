@@ -10,6 +10,7 @@
 
 #include "OnePort.h"
 #include "Pty.h"
+#include "Unheard.h"
 #include "host/SystemClock.h"
 #include "link/FilterTransform.h"
 #include "link/modDeviceComm.h"
@@ -44,9 +45,10 @@ struct OpenLink {
   vc::veltrana library{ports, clock};
   std::int16_t comPort = 1, baudIndex = 4;
   bool linkReady = false;
-  vc::modDeviceComm device{library, {comPort, baudIndex, linkReady}};
+  vc::modDeviceComm device{library, {comPort, baudIndex, linkReady}, support::Unheard<vc::LinkHooks>()};
 
   OpenLink() {
+    device.hooks.mainTimerMilliseconds = [] { return 50; };
     device.comm.CommPortId = library.OpenComm("COM1", 4096, 4096);
     device.comm.CommPortOpen = device.comm.ApplyCommState(-1);
   }

@@ -14,6 +14,7 @@
 
 #include "RandomRecord.h"
 #include "TestSession.h"
+#include "Unheard.h"
 #include "persist/SafeFile.h"
 #include "persist/SetupLines.h"
 #include "persist/modSettings.h"
@@ -55,7 +56,7 @@ struct Setup {
   host::PosixFiles files;
   support::TestDesk desk{folder};
   vc::SystemSettings settings;
-  vc::modSettings setups{settings, files, desk};
+  vc::modSettings setups{settings, files, desk, support::Unheard<vc::SetupHooks>()};
   std::string text;
 
   explicit Setup(bool random) {

@@ -4,6 +4,7 @@
 
 #include "HostileUnit.h"
 #include "Promise.h"
+#include "Unheard.h"
 #include "link/modDeviceComm.h"
 #include "model/CoefReader.h"
 #include "model/Settings.h"
@@ -24,8 +25,8 @@ struct Link {
   support::VirtualPorts ports{clock, unit.End()};
   vc::veltrana library{ports, clock};
   vc::SystemSettings settings;
-  vc::modDeviceComm device{library, {settings.comPort, settings.baudIndex, settings.linkReady}};
-  vc::CoefReader coefficients{settings, device};
+  vc::modDeviceComm device{library, {settings.comPort, settings.baudIndex, settings.linkReady}, Wires()};
+  vc::CoefReader coefficients{settings, device, support::Unheard<vc::CoefHooks>()};
   vc::SpectrumReader spectra{settings, device};
   std::string state;
 
@@ -33,7 +34,14 @@ struct Link {
     static const vc::SystemSettings defaults = Defaults();
     settings = defaults;
     unit.line = &ports.state;
-    device.hooks.connectionState = [this](const std::string& told) { state = told; };
+  }
+
+  vc::LinkHooks Wires() {
+    auto wires = support::Unheard<vc::LinkHooks>();
+    wires.box = [](int, auto&, auto&) { return vc::Answer::No; };
+    wires.mainTimerMilliseconds = [] { return 50; };
+    wires.connectionState = [this](const std::string& told) { state = told; };
+    return wires;
   }
 };
 

@@ -6,6 +6,7 @@
 #include <string>
 #include <type_traits>
 
+#include "Unheard.h"
 #include "model/Bandwidth.h"
 #include "model/Fields.h"
 #include "model/Settings.h"
@@ -50,7 +51,7 @@ inline void RandomizeRecord(vc::SystemSettings& settings, std::mt19937& random) 
   settings.averagerMode = 0;
   settings.levelControlsShown = static_cast<std::int16_t>(random() % 2);
   vc::ValidateSettings(settings);
-  vc::modDeviceConfig(settings).ConfigureStages(true);
+  vc::modDeviceConfig(settings, support::Unheard<vc::FitHooks>()).ConfigureStages(true);
 }
 
 }  // namespace fuzz

@@ -7,6 +7,7 @@
 #include "Promise.h"
 #include "QuietDesk.h"
 #include "RecordPromises.h"
+#include "Unheard.h"
 #include "model/Fields.h"
 #include "model/RegisterImage.h"
 #include "model/Settings.h"
@@ -49,7 +50,7 @@ struct Program {
   MemoryFiles files;
   SystemSettings settings;
   QuietDesk desk{InstallFolder};
-  vc::modSettings setups{settings, files, desk};
+  vc::modSettings setups{settings, files, desk, support::Unheard<vc::SetupHooks>()};
 
   explicit Program(const Way& way) {
     if (way.workingFolderGone) files.onlyFolder = InstallFolder;
@@ -139,7 +140,7 @@ void RequireRecall(const std::string& setup, const Way& way, bool loaded, const 
 
 // What the panels and the unit are given of the record.
 void UseRecord(SystemSettings& settings) {
-  vc::modDeviceConfig(settings).ConfigureStages(true);
+  vc::modDeviceConfig(settings, support::Unheard<vc::FitHooks>()).ConfigureStages(true);
   RequireRanges(settings, true);
   vc::RegisterImage image;
   vc::ForgetImage(image);

@@ -13,9 +13,8 @@ FormWindows::FormWindows(vc::Forms& openForms) : forms(openForms) {
 }
 
 FormWindows::~FormWindows() {
-  forms.shown = [](vc::Form&, vc::Modality) {};
-  forms.hidden = [](vc::Form&) {};
-  forms.gone = [](vc::Form&) {};
+  forms.shown = nullptr;
+  forms.hidden = forms.gone = nullptr;
   for (const auto& [form, window] : windows) delete window.data();
 }
 

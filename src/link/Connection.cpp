@@ -1,6 +1,7 @@
 // Opening and closing the link, the first status and the version of the unit: the connection part of
 // modDeviceComm.
 #include <array>
+#include <utility>
 
 #include "link/modDeviceComm.h"
 #include "text/Convert.h"
@@ -32,8 +33,8 @@ constexpr std::size_t BootRomOffset = 4, FirmwareOffset = 7;
 
 }  // namespace
 
-modDeviceComm::modDeviceComm(veltrana& portCalls, LinkRecord linkRecord)
-    : portLibrary(portCalls), comm{portCalls, linkRecord} {}
+modDeviceComm::modDeviceComm(veltrana& portCalls, LinkRecord linkRecord, LinkHooks wires)
+    : portLibrary(portCalls), comm{portCalls, linkRecord}, hooks(std::move(wires)) {}
 
 bool modDeviceComm::InitComPort(bool fullConnect) {
   bool wasOpen = false;

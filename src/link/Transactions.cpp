@@ -99,7 +99,8 @@ modDeviceComm::Outcome modDeviceComm::Transact(const Exchange& exchange, int att
     const bool whole = !exchange.nothingBehind || NothingBehind(exchange.replyBytes);
     reply.clear();
     comm.ReadCommString(comm.CommPortId, reply, exchange.replyBytes);
-    const bool good = whole && reply.starts_with(exchange.replyToken) && exchange.accept(reply);
+    const bool good =
+        whole && reply.starts_with(exchange.replyToken) && (!exchange.accept || exchange.accept(reply));
     if (!good && hooks.ending()) {
       DisconnectZorq(true);
       return Outcome::Closed;

@@ -13,6 +13,7 @@
 #include "link/Status.h"
 #include "link/modComm.h"
 #include "platform/Desk.h"
+#include "text/Wire.h"
 
 namespace vc {
 
@@ -21,29 +22,28 @@ inline constexpr const char* StateConnected = "1";
 inline constexpr const char* StateClosed = "2";
 
 struct LinkHooks {
-  std::function<Answer(int code, const std::string& title, const std::string& text)> box =
-      [](int, const std::string&, const std::string&) { return Answer::No; };
-  std::function<void(const std::string& state)> connectionState = [](const std::string&) {};
-  std::function<void(bool connected)> connectEntriesChecked = [](bool) {};
-  std::function<void(bool enabled)> mainTimer = [](bool) {};
-  std::function<void()> pollingStarted = [] {};
+  Wire<Answer(int code, const std::string& title, const std::string& text)> box;
+  Wire<void(const std::string& state)> connectionState;
+  Wire<void(bool connected)> connectEntriesChecked;
+  Wire<void(bool enabled)> mainTimer;
+  Wire<void()> pollingStarted;
   // The unit's option bit changed while the link was ready.
-  std::function<void()> unitOptionChanged = [] {};
+  Wire<void()> unitOptionChanged;
   // Why a port could not be opened, in plain words.
-  std::function<void(const std::string& reason)> portUnavailable = [](const std::string&) {};
+  Wire<void(const std::string& reason)> portUnavailable;
   // Caption of the menu entry of the chosen port, "COM1".
-  std::function<std::string()> portCaption = [] { return std::string{}; };
-  std::function<int()> mainTimerMilliseconds = [] { return 50; };
+  Wire<std::string()> portCaption;
+  Wire<int()> mainTimerMilliseconds;
   // The program has been asked to end: a wait for a unit that does not answer is given up, and the link with
   // it, without a word.
-  std::function<bool()> ending = [] { return false; };
+  Wire<bool()> ending;
   // A blocking wait goes on and has lasted so long; 0 tells that it is over. Whoever is told may draw, but
   // must let no handler run.
-  std::function<void(std::int32_t hundredths)> waiting = [](std::int32_t) {};
+  Wire<void(std::int32_t hundredths)> waiting;
   // The port has been closed: there is no unit any more.
-  std::function<void()> portClosed = [] {};
+  Wire<void()> portClosed;
   // The operator chose to stop after an unexpected error.
-  std::function<void()> endProgram = [] {};
+  Wire<void()> endProgram;
 };
 
 inline constexpr const char* StopQuestion = "Error, do you wish to stop?";
@@ -62,7 +62,7 @@ struct PolledRequest {
 using ReplyReader = std::function<void(const std::string& reply)>;
 
 struct modDeviceComm {
-  modDeviceComm(veltrana& portCalls, LinkRecord linkRecord);
+  modDeviceComm(veltrana& portCalls, LinkRecord linkRecord, LinkHooks wires);
 
   veltrana& portLibrary;
   modComm comm;
@@ -134,8 +134,8 @@ struct modDeviceComm {
     bool pauseOnComplaint = true;
     // A reply that is followed by more has had a byte doubled, and what it holds has moved.
     bool nothingBehind = false;
-    // A last look at a reply whose token is right.
-    std::function<bool(const std::string& reply)> accept = [](const std::string&) { return true; };
+    // A last look at a reply whose token is right; without one any such reply is good.
+    std::function<bool(const std::string& reply)> accept{};
   };
   // A stretch in which the program blocks, for hooks.waiting; one inside another is a part of it.
   struct Wait;

@@ -41,7 +41,15 @@ int CoefficientCount(const SystemSettings& settings, int stage) {
   return std::clamp(taps, 1, static_cast<int>(CoefCapacity));
 }
 
-CoefReader::CoefReader(SystemSettings& record, modDeviceComm& link) : settings(record), device(link) {}
+CoefReader::CoefReader(SystemSettings& record, modDeviceComm& link, CoefHooks wires)
+    : hooks(std::move(wires)), settings(record), device(link) {}
+
+void CoefReader::Display(int stage) {
+  const auto chosen = static_cast<std::int16_t>(stage - 1);
+  if (std::exchange(coefFilterIndex, chosen) == chosen) return;
+  CoefReadback.fill(0);
+  CoefBlockCounter = 0;
+}
 
 bool CoefReader::RequestCoefBlock(int stage, std::int16_t& blockCounter, CoefSpan destination) {
   if (!device.comm.CommPortOpen) return false;

@@ -3,32 +3,32 @@
 
 #include <array>
 #include <cstdint>
-#include <functional>
 #include <span>
 
 #include "link/modDeviceComm.h"
 #include "model/SystemSettings.h"
+#include "text/Wire.h"
 
 namespace vc {
 
 // What the blocking read needs of the session around it.
 struct CoefHooks {
-  std::function<void(bool on)> mainTimer = [](bool) {};
-  std::function<bool()> mainTimerEnabled = [] { return false; };
+  Wire<void(bool on)> mainTimer;
+  Wire<bool()> mainTimerEnabled;
   // Lets what is due run, without waiting.
-  std::function<void()> runEvents = [] {};
+  Wire<void()> runEvents;
   // Brings the unit up to the record.
-  std::function<void()> sendChanges = [] {};
-  std::function<void()> blockRead = [] {};  // one more of a blocking read
+  Wire<void()> sendChanges;
+  Wire<void()> blockRead;  // one more of a blocking read
   // The program is to end.
-  std::function<bool()> ending = [] { return false; };
+  Wire<bool()> ending;
 };
 
 // Coefficients by tap, -2^23..2^23-1, where 2^23 is full scale.
 using CoefSpan = std::span<std::int32_t, CoefCapacity>;
 
 struct CoefReader {
-  CoefReader(SystemSettings& record, modDeviceComm& link);
+  CoefReader(SystemSettings& record, modDeviceComm& link, CoefHooks wires);
 
   CoefHooks hooks;
   std::array<std::int32_t, CoefCapacity> CoefReadback{};  // of the stage on display
@@ -39,7 +39,9 @@ struct CoefReader {
   // blocks go round by the stage's size; a step with no reply outstanding moves the counter on and asks, so
   // that a counter of 0 makes block 1 of a large stage the first one. False where the port is closed.
   bool RequestCoefBlock(int stage, std::int16_t& blockCounter, CoefSpan destination);
-  // The same for the stage on display.
+  // Puts a stage (1..6) on display; what was read of another one goes.
+  void Display(int stage);
+  // One step for the stage on display.
   void PollDisplayed() { RequestCoefBlock(coefFilterIndex + 1, CoefBlockCounter, CoefReadback); }
 
   // Reads all coefficients of a stage, with its adaptation frozen and the main timer held off meanwhile.

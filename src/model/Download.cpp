@@ -1,5 +1,7 @@
 #include "model/Download.h"
 
+#include <utility>
+
 #include "model/Kinds.h"
 #include "model/Settings.h"
 #include "model/Stages.h"
@@ -14,15 +16,15 @@ constexpr std::int16_t CommandSeconds = 2;
 
 }  // namespace
 
-Download::Download(SystemSettings& record, modDeviceComm& link) : settings(record), device(link) {
+Download::Download(SystemSettings& record, modDeviceComm& link, Wire<void(int done, int total)> progressTold)
+    : progress(std::move(progressTold)), settings(record), device(link) {
   ForgetImage(image);
 }
 
 void Download::DownloadSettings(int mode) {
-  device.RunStatements(
-      "SynthesizeOnboard_Err",
-      {[&] { Forget(mode); }, [&] { CorrectForUnit(settings); }, [&] { RefreshImage(image, settings); },
-       [&] { refreshCoefficientDisplay(); }, [&] { MarkResets(); }, [&] { Send(); }});
+  device.RunStatements("SynthesizeOnboard_Err",
+                       {[&] { Forget(mode); }, [&] { CorrectForUnit(settings); },
+                        [&] { RefreshImage(image, settings); }, [&] { MarkResets(); }, [&] { Send(); }});
   settings.settingsChanged = 0;
 }
 

@@ -2,27 +2,25 @@
 // difference.
 #pragma once
 
-#include <functional>
-
 #include "link/modDeviceComm.h"
 #include "model/DownloadPlan.h"
 #include "model/RegisterImage.h"
 #include "model/SystemSettings.h"
 #include "model/modDeviceConfig.h"
+#include "text/Wire.h"
 
 namespace vc {
 
 struct Download {
-  Download(SystemSettings& record, modDeviceComm& link);
+  // progressTold is told between frames, never inside one, how many of how many have gone out.
+  Download(SystemSettings& record, modDeviceComm& link, Wire<void(int done, int total)> progressTold);
 
   RegisterImage image;
   Shadow shadow;
   bool analyzerClearRequest = false;
   FilterTransform transform;
 
-  // Between frames, never inside one: how many of how many have gone out.
-  std::function<void(int done, int total)> progress = [](int, int) {};
-  std::function<void()> refreshCoefficientDisplay = [] {};
+  Wire<void(int done, int total)> progress;
 
   // With the port closed nothing is sent and the shadow stays as it is. A failure has told the operator and
   // closed the link. settingsChanged is 0 afterwards in every case. mode is a DownloadMode: the difference

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <tuple>
+#include <utility>
 
 #include "model/Bandwidth.h"
 #include "model/BroadbandPresets.h"
@@ -147,7 +148,10 @@ bool LayoutDiffers(const SystemSettings& settings, const FitLayout& layout) {
   return false;
 }
 
-modDeviceConfig::modDeviceConfig(SystemSettings& record) : settings(record) { ScaleDisplays(); }
+modDeviceConfig::modDeviceConfig(SystemSettings& record, FitHooks wires)
+    : settings(record), hooks(std::move(wires)) {
+  ScaleDisplays();
+}
 
 void modDeviceConfig::ConfigureStages(bool fit) {
   BeginFit();

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <string>
 
 #include "model/SystemSettings.h"
+#include "text/Wire.h"
 
 namespace vc {
 
@@ -40,23 +40,22 @@ struct DownloadMode {
 };
 
 struct FitHooks {
-  std::function<void(bool shown)> hourglass = [](bool) {};
+  Wire<void(bool shown)> hourglass;
   // The operator learns that the sizes will be cut; there is no way to refuse.
-  std::function<void(const std::string& title, const std::string& text)> warnTooLarge =
-      [](const std::string&, const std::string&) {};
+  Wire<void(const std::string& title, const std::string& text)> warnTooLarge;
   // The lists of bandwidth and configuration take the stored codes with their handlers muted, and the filter
   // option buttons are refreshed.
-  std::function<void()> showConfiguration = [] {};
+  Wire<void()> showConfiguration;
   // The number of filters shown and the frames of the stages.
-  std::function<void()> refreshPanel = [] {};
+  Wire<void()> refreshPanel;
   // The option bit that the unit reports.
-  std::function<bool()> unitOption = [] { return false; };
+  Wire<bool()> unitOption;
   // DownloadSettings, with a DownloadMode.
-  std::function<void(int mode)> download = [](int) {};
+  Wire<void(int mode)> download;
 };
 
 struct modDeviceConfig {
-  explicit modDeviceConfig(SystemSettings& record);
+  modDeviceConfig(SystemSettings& record, FitHooks wires);
 
   SystemSettings& settings;
   FitHooks hooks;

@@ -7,12 +7,12 @@ namespace vc {
 void OpenSetup::Take(const std::string& file) {
   path = file;
   taken = settings;
-  exchanged();
+  tellExchanged();
 }
 
 void OpenSetup::Forget() {
   path.clear();
-  exchanged();
+  tellExchanged();
 }
 
 bool OpenSetup::Changed() const { return SetupDiffers(taken, settings); }

@@ -2,18 +2,18 @@
 // changed since.
 #pragma once
 
-#include <functional>
 #include <string>
+#include <utility>
 
 #include "model/SystemSettings.h"
+#include "text/Wire.h"
 
 namespace vc {
 
 struct OpenSetup {
-  explicit OpenSetup(const SystemSettings& record) : settings(record) {}
-
-  // Another file is open, or none.
-  std::function<void()> exchanged = [] {};
+  // exchanged is told where another file is open, or none.
+  OpenSetup(const SystemSettings& record, Wire<void()> exchanged)
+      : settings(record), tellExchanged(std::move(exchanged)) {}
 
   // Whole, with its folder; empty where no file is open.
   const std::string& Path() const { return path; }
@@ -26,6 +26,7 @@ struct OpenSetup {
 
  private:
   const SystemSettings& settings;
+  Wire<void()> tellExchanged;
   std::string path;
   SystemSettings taken;
 };

@@ -23,12 +23,12 @@ struct SetupContext {
   EditHistory& history;
 
   // Switches the master panel's main timer and returns what it was before.
-  std::function<bool(bool on)> switchMainTimer = [](bool) { return false; };
+  Wire<bool(bool on)> switchMainTimer;
   // A setup has been written, or is in the record; told with the file's name while the main timer is off.
-  std::function<void(const std::string& name)> stored = [](const std::string&) {};
-  std::function<void(const std::string& name)> recalled = [](const std::string&) {};
+  Wire<void(const std::string& name)> stored;
+  Wire<void(const std::string& name)> recalled;
+  OpenSetup open;
 
-  OpenSetup open{settings};
   // Of the file stored or recalled last in this run. Empty before, and once another working folder has been
   // chosen.
   std::string lastFolder{}, lastName{};

@@ -2,17 +2,18 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "link/veltrana.h"
 #include "model/SystemSettings.h"
 #include "persist/SetupText.h"
 #include "platform/Desk.h"
 #include "platform/Files.h"
+#include "text/Wire.h"
 
 namespace vc {
 
@@ -25,17 +26,16 @@ inline constexpr std::int16_t TakeConnection = 1;
 inline constexpr std::int16_t KeepConnection = 0;
 
 struct SetupHooks {
-  std::function<bool()> portOpen = [] { return false; };
+  Wire<bool()> portOpen;
   // Learned coefficients of a stage, read back from the unit; false where that failed.
-  std::function<bool(int stage, std::span<std::int32_t, CoefCapacity> coefficients)> readCoefficients =
-      [](int, std::span<std::int32_t, CoefCapacity>) { return false; };
+  Wire<bool(int stage, std::span<std::int32_t, CoefCapacity> coefficients)> readCoefficients;
   // How many blocks of how many have been read back.
-  std::function<void(int done, int total)> progress = [](int, int) {};
+  Wire<void(int done, int total)> progress;
 };
 
 struct modSettings {
-  modSettings(SystemSettings& record, Files& hostFiles, const Desk& operatorDesk)
-      : settings(record), files(hostFiles), desk(operatorDesk) {}
+  modSettings(SystemSettings& record, Files& hostFiles, const Desk& operatorDesk, SetupHooks wires)
+      : hooks(std::move(wires)), settings(record), files(hostFiles), desk(operatorDesk) {}
 
   SetupHooks hooks;
 

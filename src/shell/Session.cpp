@@ -20,56 +20,116 @@ using Connection = std::tuple<std::int16_t, std::int16_t>;
 Session::Session(Platform host)
     : platform(host),
       portLibrary(host.ports, host.clock),
-      device(portLibrary, {settings.comPort, settings.baudIndex, settings.linkReady}),
-      download(settings, device),
-      config(settings),
-      coefReader(settings, device),
+      device(portLibrary, {settings.comPort, settings.baudIndex, settings.linkReady}, LinkWires()),
+      download(settings, device,
+               [this](int done, int total) { platform.desk.ShowProgress("Sending settings", done, total); }),
+      config(settings, FitWires()),
+      coefReader(settings, device, CoefWires()),
       spectrumReader(settings, device),
-      setups(settings, host.files, host.desk),
+      setups(settings, host.files, host.desk, SetupWires()),
+      forms([this](const std::string& message) {
+        platform.desk.Box(box::Exclamation, ApplicationTitle, message);
+      }),
       history(settings, host.clock),
+      setupContext(SetupContextWires()),
       edits(settings, config, download, history),
       master(edits, device, platform.desk),
       periodic(host.events, host.clock, settings, device, master),
       panels({history, settings, platform.desk, forms, master, periodic, device}),
       lastState(settings, setups, platform),
       look(platform, master) {
-  FillLinkHooks();
   FillMasterHooks();
-  FillModelHooks();
-  FillReadBackHooks();
-  FillSetupHooks();
+  FillTimerHooks();
   FillFileMenuHooks();
   FillEditHooks();
   FillPanelHooks();
 }
 
-void Session::FillLinkHooks() {
-  LinkHooks& hooks = device.hooks;
-  hooks.box = [this](int code, const std::string& title, const std::string& text) {
-    // Nobody is there to answer, and the link has not failed.
-    return Leaving() ? SafeAnswer(box::ButtonsOf(code)) : platform.desk.Box(code, title, text);
-  };
-  hooks.ending = [this] { return Leaving(); };
-  hooks.connectionState = [this](const std::string& state) {
-    periodic.connectionState = state;
-    if (state == StateConnected) master.lblStatus.core.SetCaption("");
-  };
-  hooks.connectEntriesChecked = [this](bool connected) { master.CheckConnectEntries(connected); };
-  hooks.mainTimer = [this](bool on) { periodic.EnableMainTimer(on); };
-  hooks.pollingStarted = [this] { periodic.pollMode = poll::MainLevels; };
-  hooks.unitOptionChanged = [this] {
-    constexpr std::int16_t elevenKilohertz = 4;  // the one bandwidth at which the option counts
-    if (settings.bandwidthIndex == elevenKilohertz) config.ConfigureStages(false);
-  };
-  hooks.portUnavailable = [this](const std::string& reason) { master.lblStatus.core.SetCaption(reason); };
-  hooks.portCaption = [this] { return master.PortCaption(); };
-  hooks.waiting = [this](std::int32_t hundredths) {
-    platform.desk.ShowWaiting(hundredths / 10);
-    if (hundredths > 0) platform.events.KeepShown();
-  };
-  hooks.portClosed = [this] { periodic.ShowLevelBars(); };
-  hooks.mainTimerMilliseconds = [this] { return periodic.tmrBargraph->IntervalMilliseconds(); };
-  hooks.endProgram = [this] { platform.events.RequestEnd(); };
+LinkHooks Session::LinkWires() {
+  return {.box =
+              [this](int code, const std::string& title, const std::string& text) {
+                // Nobody is there to answer, and the link has not failed.
+                return Leaving() ? SafeAnswer(box::ButtonsOf(code)) : platform.desk.Box(code, title, text);
+              },
+          .connectionState = [this](const std::string& state) { TakeConnectionState(state); },
+          .connectEntriesChecked = [this](bool connected) { master.CheckConnectEntries(connected); },
+          .mainTimer = [this](bool on) { periodic.EnableMainTimer(on); },
+          .pollingStarted = [this] { periodic.pollMode = poll::MainLevels; },
+          .unitOptionChanged = [this] { FollowUnitOption(); },
+          .portUnavailable = [this](const std::string& reason) { master.lblStatus.core.SetCaption(reason); },
+          .portCaption = [this] { return master.PortCaption(); },
+          .mainTimerMilliseconds = [this] { return periodic.tmrBargraph->IntervalMilliseconds(); },
+          .ending = [this] { return Leaving(); },
+          .waiting = [this](std::int32_t hundredths) { ShowWaiting(hundredths); },
+          .portClosed = [this] { periodic.ShowLevelBars(); },
+          .endProgram = [this] { platform.events.RequestEnd(); }};
+}
+
+void Session::TakeConnectionState(const std::string& state) {
+  periodic.connectionState = state;
+  if (state == StateConnected) master.lblStatus.core.SetCaption("");
+}
+
+void Session::FollowUnitOption() {
+  constexpr std::int16_t elevenKilohertz = 4;  // the one bandwidth at which the option counts
+  if (settings.bandwidthIndex == elevenKilohertz) config.ConfigureStages(false);
+}
+
+void Session::ShowWaiting(std::int32_t hundredths) {
+  platform.desk.ShowWaiting(hundredths / 10);
+  if (hundredths > 0) platform.events.KeepShown();
+}
+
+FitHooks Session::FitWires() {
+  return {
+      .hourglass = [this](bool shown) { platform.desk.SetHourglass(shown); },
+      .warnTooLarge = [this](const std::string& title,
+                             const std::string& text) { platform.desk.Box(box::Exclamation, title, text); },
+      .showConfiguration = [this] { master.ShowConfiguration(); },
+      .refreshPanel =
+          [this] {
+            master.ConfigureStages();
+            panels.Refresh();
+          },
+      .unitOption = [this] { return device.status.unitOption; },
+      .download = [this](int mode) { download.DownloadSettings(mode); }};
+}
+
+CoefHooks Session::CoefWires() {
+  return {.mainTimer = [this](bool on) { periodic.EnableMainTimer(on); },
+          .mainTimerEnabled = [this] { return periodic.tmrBargraph->Enabled(); },
+          .runEvents = [this] { platform.events.RunEvents(0); },
+          .sendChanges = [this] { SendChanges(); },
+          .blockRead = [this] { setups.CountBlock(); },
+          .ending = [this] { return Leaving(); }};
+}
+
+SetupHooks Session::SetupWires() {
+  return {.portOpen = [this] { return device.comm.CommPortOpen; },
+          .readCoefficients =
+              [this](int stage, CoefSpan coefficients) {
+                return coefReader.ReadFilterCoefficients(stage, coefficients);
+              },
+          .progress = [this](int done,
+                             int total) { platform.desk.ShowProgress("Reading coefficients", done, total); }};
+}
+
+SetupContext Session::SetupContextWires() {
+  return {.settings = settings,
+          .setups = setups,
+          .files = platform.files,
+          .desk = platform.desk,
+          .forms = forms,
+          .history = history,
+          .switchMainTimer =
+              [this](bool on) {
+                const bool before = periodic.tmrBargraph->Enabled();
+                periodic.EnableMainTimer(on);
+                return before;
+              },
+          .stored = [this](const std::string& /*name*/) { platform.files.Settle(); },
+          .recalled = [this](const std::string& /*name*/) { TakeOnSetup(); },
+          .open = {settings, [this] { ShowOpenSetup(); }}};
 }
 
 void Session::FillMasterHooks() {
@@ -82,55 +142,16 @@ void Session::FillMasterHooks() {
     Exit();
     platform.events.RequestEnd();
   };
-  forms.complain = [this](const std::string& message) {
-    platform.desk.Box(box::Exclamation, ApplicationTitle, message);
-  };
+  lastState.noted = [this](const std::string& note) { master.ShowKeeping(note); };
+  lastState.settled = [this] { return !setupContext.working; };
 }
 
-void Session::FillModelHooks() {
-  config.hooks.hourglass = [this](bool shown) { platform.desk.SetHourglass(shown); };
-  config.hooks.warnTooLarge = [this](const std::string& title, const std::string& text) {
-    platform.desk.Box(box::Exclamation, title, text);
-  };
-  config.hooks.unitOption = [this] { return device.status.unitOption; };
-  config.hooks.download = [this](int mode) { download.DownloadSettings(mode); };
-  download.progress = [this](int done, int total) {
-    platform.desk.ShowProgress("Sending settings", done, total);
-  };
+void Session::FillTimerHooks() {
   periodic.sendChanges = [this] { SendChanges(); };
-}
-
-void Session::FillReadBackHooks() {
-  coefReader.hooks = {.mainTimer = [this](bool on) { periodic.EnableMainTimer(on); },
-                      .mainTimerEnabled = [this] { return periodic.tmrBargraph->Enabled(); },
-                      .runEvents = [this] { platform.events.RunEvents(0); },
-                      .sendChanges = [this] { SendChanges(); },
-                      .blockRead = [this] { setups.CountBlock(); },
-                      .ending = [this] { return Leaving(); }};
   periodic.requestCoefBlock = [this] { coefReader.PollDisplayed(); };
   periodic.requestSpectrum = [this] { spectrumReader.RequestSpectrumData(); };
   periodic.requestSif = [this] { spectrumReader.RequestSIFData(); };
   periodic.showOversize = [this](bool shown) { master.ShowOversize(shown); };
-}
-
-void Session::FillSetupHooks() {
-  setups.hooks.portOpen = [this] { return device.comm.CommPortOpen; };
-  setups.hooks.readCoefficients = [this](int stage, CoefSpan coefficients) {
-    return coefReader.ReadFilterCoefficients(stage, coefficients);
-  };
-  setups.hooks.progress = [this](int done, int total) {
-    platform.desk.ShowProgress("Reading coefficients", done, total);
-  };
-  lastState.noted = [this](const std::string& note) { master.ShowKeeping(note); };
-  lastState.settled = [this] { return !setupContext.working; };
-  setupContext.switchMainTimer = [this](bool on) {
-    const bool before = periodic.tmrBargraph->Enabled();
-    periodic.EnableMainTimer(on);
-    return before;
-  };
-  setupContext.stored = [this](const std::string& /*name*/) { platform.files.Settle(); };
-  setupContext.recalled = [this](const std::string& /*name*/) { TakeOnSetup(); };
-  setupContext.open.exchanged = [this] { ShowOpenSetup(); };
 }
 
 void Session::FillFileMenuHooks() {
@@ -166,11 +187,6 @@ void Session::FillEditHooks() {
     fit();
     periodic.pollMode = pollMode;
     settings.settingsChanged = ticks;
-  };
-  config.hooks.showConfiguration = [this] { master.ShowConfiguration(); };
-  config.hooks.refreshPanel = [this] {
-    master.ConfigureStages();
-    panels.Refresh();
   };
 }
 

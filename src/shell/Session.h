@@ -47,6 +47,7 @@ struct Session {
   modSettings setups;
   Forms forms;
   EditHistory history;
+  SetupContext setupContext;
   RecordEdits edits;
   MasterControl master;
   PeriodicService periodic;
@@ -55,7 +56,6 @@ struct Session {
   Look look;
   FrmSplash splash;
   FrmDebug debug{forms};
-  SetupContext setupContext{settings, setups, platform.files, platform.desk, forms, history};
   StoSet stoSet{setupContext};
   RecSet recSet{setupContext};
   Description description{setupContext};
@@ -74,14 +74,19 @@ struct Session {
   void Exit();
 
  private:
-  void FillLinkHooks();
+  LinkHooks LinkWires();
+  FitHooks FitWires();
+  CoefHooks CoefWires();
+  SetupHooks SetupWires();
+  SetupContext SetupContextWires();
   void FillMasterHooks();
-  void FillModelHooks();
-  void FillReadBackHooks();
-  void FillSetupHooks();
+  void FillTimerHooks();
   void FillFileMenuHooks();
   void FillEditHooks();
   void FillPanelHooks();
+  void TakeConnectionState(const std::string& state);
+  void FollowUnitOption();
+  void ShowWaiting(std::int32_t hundredths);
   void ShowRecord();
   void ChooseDisplay(std::int16_t which);
   bool OpenHelp(int context) const;

@@ -14,24 +14,24 @@ void Forms::Show(Form& form, Modality modality) {
   const auto found = Locate(form);
   if (found != open.end()) open.erase(found);
   open.push_back({&form, modality, false});
-  form.complain = [this](const std::string& message) { complain(message); };
-  shown(form, modality);
-  if (form.activated) form.activated();
+  form.complain = [this](const std::string& message) { tellComplaint(message); };
+  Raise(shown, form, modality);
+  Raise(form.activated);
 }
 
 void Forms::Hide(Form& form) {
   const auto found = Locate(form);
   if (found == open.end()) return;
   found->hidden = true;
-  hidden(form);
+  Raise(hidden, form);
 }
 
 void Forms::Unload(Form& form) {
   const auto found = Locate(form);
   if (found == open.end()) return;
   open.erase(found);
-  gone(form);
-  if (form.unloaded) form.unloaded();
+  Raise(gone, form);
+  Raise(form.unloaded);
 }
 
 void Forms::Close(Form& form) {

@@ -4,8 +4,10 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
+#include "text/Wire.h"
 #include "widgets/Form.h"
 
 namespace vc {
@@ -13,6 +15,9 @@ namespace vc {
 enum class Modality { Modeless, Modal };
 
 struct Forms {
+  // complain tells the operator what a form that has been opened complains of.
+  explicit Forms(Wire<void(const std::string& message)> complain) : tellComplaint(std::move(complain)) {}
+
   struct Entry {
     Form* form;
     Modality modality;
@@ -21,11 +26,9 @@ struct Forms {
   std::vector<Entry> open;  // the last one is on top
 
   // What a face does when a window comes, goes, hides or is brought forward.
-  std::function<void(Form&, Modality)> shown = [](Form&, Modality) {};
-  std::function<void(Form&)> hidden = [](Form&) {};
-  std::function<void(Form&)> gone = [](Form&) {};
-  // Tells the operator what a form that has been opened complains of.
-  std::function<void(const std::string& message)> complain = [](const std::string&) {};
+  std::function<void(Form&, Modality)> shown;
+  std::function<void(Form&)> hidden;
+  std::function<void(Form&)> gone;
 
   // Opens the form, or shows it again and brings it forward.
   void Show(Form& form, Modality modality = Modality::Modeless);
@@ -45,6 +48,8 @@ struct Forms {
 
  private:
   std::vector<Entry>::iterator Locate(const Form& form);
+
+  Wire<void(const std::string& message)> tellComplaint;
 };
 
 // The control of a form by its name, with the index in parentheses where it has one; null where there is

@@ -14,11 +14,20 @@ namespace desktop {
 namespace {
 
 struct SetupWindows : support::SetupFixture {
-  vc::Forms forms;
+  vc::Forms forms{support::DeadEnd{}};
   FormWindows windows{forms};
   support::VirtualClock clock;
   vc::EditHistory history{settings, clock};
-  vc::SetupContext context{settings, setups, files, desk, forms, history};
+  vc::SetupContext context{settings,
+                           setups,
+                           files,
+                           desk,
+                           forms,
+                           history,
+                           support::DeadEnd{},
+                           support::DeadEnd{},
+                           support::DeadEnd{},
+                           {settings, support::DeadEnd{}}};
   vc::StoSet store{context};
   vc::RecSet recall{context};
 

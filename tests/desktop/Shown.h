@@ -9,6 +9,7 @@
 #include <QWheelEvent>
 
 #include "SampleForm.h"
+#include "Unheard.h"
 #include "desktop/FormWindows.h"
 #include "desktop/QtText.h"
 
@@ -34,7 +35,7 @@ inline void TurnWheel(QWidget& widget, int eighthsOfDegree) {
 
 struct Shown {
   support::SampleForm sample;
-  vc::Forms forms;
+  vc::Forms forms{support::DeadEnd{}};
   FormWindows windows{forms};
 
   Shown() {

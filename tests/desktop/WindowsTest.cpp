@@ -131,7 +131,7 @@ TEST(Windows, CaptionHidingAndComingForwardFollowTheForm) {
 TEST(Windows, AFormThatOnlyGreetsHasNoFrame) {
   vc::Form form{"Greeting", "Greeting"};
   const vc::Label words{form, "lblWords", "Welcome"};
-  vc::Forms forms;
+  vc::Forms forms{support::DeadEnd{}};
   const FormWindows windows(forms);
   forms.Show(form);
   EXPECT_TRUE(windows.WindowOf(form)->windowFlags().testFlag(Qt::FramelessWindowHint));

@@ -72,7 +72,7 @@ struct FilesTest : testing::Test {
   bool SaveAt(const std::string& target, std::size_t which) {
     const support::TestDesk desk(folder.Path());
     vc::SystemSettings record = records[which];
-    return vc::modSettings(record, files, desk).SaveSetupFile(target, 0);
+    return vc::modSettings(record, files, desk, support::Unheard<vc::SetupHooks>()).SaveSetupFile(target, 0);
   }
   bool Save(std::size_t which) { return SaveAt(path, which); }
   bool IsWhole() const {
@@ -83,7 +83,7 @@ struct FilesTest : testing::Test {
     const support::TestDesk desk(folder.Path());
     vc::SystemSettings record;
     std::int16_t flag = vc::TakeConnection;
-    return vc::modSettings(record, files, desk).LoadSetupFile(path, flag);
+    return vc::modSettings(record, files, desk, support::Unheard<vc::SetupHooks>()).LoadSetupFile(path, flag);
   }
   std::size_t Count() const {
     return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder.Path()), {}));

@@ -7,6 +7,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "Unheard.h"
 #include "model/Fields.h"
 #include "model/Fresh.h"
 #include "model/modDeviceConfig.h"
@@ -121,7 +122,7 @@ std::string WordsOutsideRange(const SystemSettings& s) {
 
 void Check(SystemSettings s, bool fit) {
   const SystemSettings asked = s;
-  modDeviceConfig config{s};
+  modDeviceConfig config{s, support::Unheard<FitHooks>()};
   int warnings = 0;
   config.hooks.warnTooLarge = [&](auto&, auto&) { warnings++; };
   config.ConfigureStages(fit);

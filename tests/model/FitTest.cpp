@@ -16,17 +16,6 @@ using testing::Each;
 using testing::ElementsAre;
 
 struct Fit : testing::Test {
-  Fit() {
-    config.hooks.hourglass = [this](bool shown) { events.emplace_back(shown ? "busy" : "idle"); };
-    config.hooks.warnTooLarge = [this](const std::string& title, const std::string& text) {
-      events.emplace_back("warn");
-      warning = title + "|" + text;
-    };
-    config.hooks.showConfiguration = [this] { events.emplace_back("lists"); };
-    config.hooks.refreshPanel = [this] { events.emplace_back("panel"); };
-    config.hooks.download = [this](int mode) { events.push_back("download " + std::to_string(mode)); };
-  }
-
   void Chain(std::int16_t mode, std::int16_t bandwidth, std::int16_t filters) {
     s.configMode = mode;
     s.bandwidthIndex = bandwidth;
@@ -39,7 +28,18 @@ struct Fit : testing::Test {
   }
 
   SystemSettings s = Fresh();
-  modDeviceConfig config{s};
+  modDeviceConfig config{
+      s,
+      {.hourglass = [this](bool shown) { events.emplace_back(shown ? "busy" : "idle"); },
+       .warnTooLarge =
+           [this](const std::string& title, const std::string& text) {
+             events.emplace_back("warn");
+             warning = title + "|" + text;
+           },
+       .showConfiguration = [this] { events.emplace_back("lists"); },
+       .refreshPanel = [this] { events.emplace_back("panel"); },
+       .unitOption = [] { return false; },
+       .download = [this](int mode) { events.push_back("download " + std::to_string(mode)); }}};
   std::vector<std::string> events;
   std::string warning;
 };

@@ -13,10 +13,19 @@ namespace {
 namespace fs = std::filesystem;
 
 struct Dialogs : support::SetupFixture {
-  Forms forms;
+  Forms forms{support::DeadEnd{}};
   support::VirtualClock clock;
   EditHistory history{settings, clock};
-  SetupContext context{settings, setups, files, desk, forms, history};
+  SetupContext context{.settings = settings,
+                       .setups = setups,
+                       .files = files,
+                       .desk = desk,
+                       .forms = forms,
+                       .history = history,
+                       .switchMainTimer = [this](bool on) { return std::exchange(timerOn, on); },
+                       .stored = [this](const std::string& name) { told += "stored " + name; },
+                       .recalled = [this](const std::string& name) { told += "recalled " + name; },
+                       .open = {settings, support::DeadEnd{}}};
   StoSet store{context};
   RecSet recall{context};
   Description description{context};
@@ -24,12 +33,7 @@ struct Dialogs : support::SetupFixture {
   bool timerOn = true;
   std::string told;  // what the session heard
 
-  Dialogs() {
-    context.switchMainTimer = [this](bool on) { return std::exchange(timerOn, on); };
-    context.stored = [this](const std::string& name) { told += "stored " + name; };
-    context.recalled = [this](const std::string& name) { told += "recalled " + name; };
-    settings.workingFolder = folder.Path();
-  }
+  Dialogs() { settings.workingFolder = folder.Path(); }
   ~Dialogs() override {
     EXPECT_TRUE(timerOn);
     EXPECT_FALSE(desk.hourglass || context.working);
@@ -50,7 +54,8 @@ struct Dialogs : support::SetupFixture {
     made.lpfCutoff[1] = cutoff;
     made.setupDescription = "of " + name;
     support::TestDesk nobody(folder.Path());
-    EXPECT_TRUE(modSettings(made, files, nobody).SaveSetupFile(Path(name), isProtected ? 1 : 0));
+    EXPECT_TRUE(
+        modSettings(made, files, nobody, setups.hooks).SaveSetupFile(Path(name), isProtected ? 1 : 0));
   }
   void Store(const std::string& name) {
     store.Show();

@@ -6,6 +6,7 @@
 #include "FaultyFiles.h"
 #include "TempFolder.h"
 #include "TestSession.h"
+#include "Unheard.h"
 #include "model/Settings.h"
 #include "persist/modSettings.h"
 
@@ -16,7 +17,7 @@ struct SetupFixture : testing::Test {
   TestDesk desk{folder.Path()};
   FaultyFiles files;
   vc::SystemSettings settings;
-  vc::modSettings setups{settings, files, desk};
+  vc::modSettings setups{settings, files, desk, Unheard<vc::SetupHooks>()};
   std::string path = folder.Path() + "/One.nrv";
 
   SetupFixture() { vc::InitSettings(settings); }

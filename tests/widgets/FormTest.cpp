@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "SampleForm.h"
+#include "Unheard.h"
 #include "widgets/ControlText.h"
 #include "widgets/Forms.h"
 
@@ -145,7 +146,7 @@ TEST(Controls, WhatIsTypedIsPutBackByEscapeAndTakenByEverythingElse) {
 
 TEST(FormStack, AWindowClosesAsItsButtonsSay) {
   Panel panel;
-  Forms forms;
+  Forms forms{support::DeadEnd{}};
   panel.txtCutoff.lostFocus = [&] { panel.events += "took:" + panel.txtCutoff.Text() + " "; };
   const auto closed = [&] {
     panel.txtCutoff.Type(panel.txtCutoff.Text() + "5");
@@ -194,7 +195,7 @@ TEST(FormStack, ModalFormsBlockWhatLiesBelow) {
   Panel first;
   Form second{"Second", ""};
   Form third{"Third", ""};
-  Forms forms;
+  Forms forms{support::DeadEnd{}};
   std::string story;
   forms.gone = [&](Form& form) { story += form.name + " "; };
   forms.Show(first.form);
