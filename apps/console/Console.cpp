@@ -109,8 +109,8 @@ void Console::Error(const std::string& what, const std::string& why) {
 void Console::ListForms(const std::string& /*arguments*/) {
   for (const vc::Forms::Entry& entry : session.forms.open) {
     out << entry.form->name << '\t' << OneLine(entry.form->Caption()) << '\t'
-        << (entry.modality == vc::Modality::Modal ? "modal" : "modeless") << '\t'
-        << (entry.hidden ? "hidden" : "shown") << '\n';
+        << (entry.modality == vc::Modality::Modeless ? "modeless" : "modal") << '\t'
+        << (session.forms.Hidden(entry) ? "hidden" : "shown") << '\n';
   }
 }
 

@@ -5,9 +5,24 @@
 #include <QWindow>
 
 namespace desktop {
+namespace {
+
+Qt::WindowModality QtModality(vc::Modality modality) {
+  switch (modality) {
+    case vc::Modality::Modal:
+      return Qt::ApplicationModal;
+    case vc::Modality::OverOwner:
+      return Qt::WindowModal;
+    case vc::Modality::Modeless:
+      break;
+  }
+  return Qt::NonModal;
+}
+
+}  // namespace
 
 FormWindows::FormWindows(vc::Forms& openForms) : forms(openForms) {
-  forms.shown = [this](vc::Form& form, vc::Modality modality) { Show(form, modality); };
+  forms.shown = [this](const vc::Forms::Entry& entry) { Show(entry); };
   forms.hidden = [this](vc::Form& form) { Hide(form); };
   forms.gone = [this](vc::Form& form) { TakeAway(form); };
 }
@@ -23,17 +38,24 @@ FormWindow* FormWindows::WindowOf(const vc::Form& form) const {
   return found == windows.end() ? nullptr : found->second.data();
 }
 
-void FormWindows::Show(vc::Form& form, vc::Modality modality) {
-  const QPoint middle = MiddleFor(form);
-  QPointer<FormWindow>& window = windows[&form];
+FormWindow* FormWindows::WindowUnder(const vc::Forms::Entry& entry) const {
+  if (entry.owner != nullptr) return WindowOf(*entry.owner);
+  // One that blocks nothing may lie below the others; above the first it would keep that one from the front.
+  return entry.modality == vc::Modality::Modeless ? nullptr : WindowOf(*forms.open.front().form);
+}
+
+void FormWindows::Show(const vc::Forms::Entry& entry) {
+  const QPoint middle = MiddleFor(entry);
+  QPointer<FormWindow>& window = windows[entry.form];
   if (window == nullptr) {
-    window = new FormWindow(form, [this, &form] { forms.Close(form); });
-    const FormWindow* first = forms.open.empty() ? nullptr : WindowOf(*forms.open.front().form);
-    window->winId();  // the system's window must be there to be put above the first one
-    if (first != nullptr && first != window)
-      window->windowHandle()->setTransientParent(first->windowHandle());
+    window = new FormWindow(*entry.form, [this, form = entry.form] { forms.Close(*form); });
+    window->winId();  // the system's window must be there to be put above another one
   }
-  window->Present(modality == vc::Modality::Modal ? Qt::ApplicationModal : Qt::NonModal, middle);
+  const FormWindow* under = WindowUnder(entry);
+  if (under != window) {
+    window->windowHandle()->setTransientParent(under == nullptr ? nullptr : under->windowHandle());
+  }
+  window->Present(QtModality(entry.modality), middle);
 }
 
 void FormWindows::Hide(const vc::Form& form) {
@@ -52,9 +74,11 @@ void FormWindows::TakeAway(const vc::Form& form) {
   if (next != nullptr) next->activateWindow();
 }
 
-QPoint FormWindows::MiddleFor(const vc::Form& form) const {
+QPoint FormWindows::MiddleFor(const vc::Forms::Entry& shown) const {
+  const FormWindow* owner = shown.owner == nullptr ? nullptr : WindowOf(*shown.owner);
+  if (owner != nullptr && owner->isVisible()) return owner->geometry().center();
   for (const vc::Forms::Entry& entry : forms.open) {
-    const FormWindow* window = entry.form == &form ? nullptr : WindowOf(*entry.form);
+    const FormWindow* window = entry.form == shown.form ? nullptr : WindowOf(*entry.form);
     if (window != nullptr && window->isVisible()) return window->geometry().center();
   }
   return QGuiApplication::primaryScreen()->availableGeometry().center();

@@ -21,11 +21,13 @@ class FormWindows {
   FormWindow* WindowOf(const vc::Form& form) const;
 
  private:
-  void Show(vc::Form& form, vc::Modality modality);
+  void Show(const vc::Forms::Entry& entry);
   void Hide(const vc::Form& form);
   void TakeAway(const vc::Form& form);
-  // The middle of the first window on the screen, or of the screen itself.
-  QPoint MiddleFor(const vc::Form& form) const;
+  // Above which window it lies: its owner's; without one a modal window lies above the first.
+  FormWindow* WindowUnder(const vc::Forms::Entry& entry) const;
+  // The middle of the owner's window, of the first one on the screen, or of the screen itself.
+  QPoint MiddleFor(const vc::Forms::Entry& shown) const;
 
   vc::Forms& forms;
   std::map<const vc::Form*, QPointer<FormWindow>> windows;

@@ -1,6 +1,7 @@
 #include "widgets/Forms.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "widgets/Controls.h"
 
@@ -10,23 +11,66 @@ std::vector<Forms::Entry>::iterator Forms::Locate(const Form& form) {
   return std::ranges::find_if(open, [&form](const Entry& entry) { return entry.form == &form; });
 }
 
-void Forms::Show(Form& form, Modality modality) {
+const Forms::Entry* Forms::Located(const Form* form) const {
+  const auto found = std::ranges::find(open, form, &Entry::form);
+  return found == open.end() ? nullptr : &*found;
+}
+
+std::vector<Forms::Entry> Forms::OwnedBy(const Form& owner) const {
+  std::vector<Entry> owned;
+  std::ranges::copy_if(open, std::back_inserter(owned),
+                       [&owner](const Entry& entry) { return entry.owner == &owner; });
+  return owned;
+}
+
+bool Forms::Owns(const Form& form, const Entry& entry) const {
+  const Entry* above = Located(entry.owner);
+  return above != nullptr && (above->form == &form || Owns(form, *above));
+}
+
+bool Forms::Hidden(const Entry& entry) const {
+  const Entry* owner = Located(entry.owner);
+  return entry.hidden || (owner != nullptr && Hidden(*owner));
+}
+
+void Forms::Show(Form& form, Modality modality, Form* owner) {
   const auto found = Locate(form);
-  if (found != open.end()) open.erase(found);
-  open.push_back({&form, modality, false});
+  if (found != open.end()) {
+    if (owner == nullptr) owner = found->owner;
+    open.erase(found);
+  }
+  if (Located(owner) == nullptr) owner = nullptr;
+  if (owner == nullptr && modality == Modality::OverOwner) modality = Modality::Modal;
+  const Entry entry{&form, modality, false, owner};
+  open.push_back(entry);
   form.complain = [this](const std::string& message) { tellComplaint(message); };
-  Raise(shown, form, modality);
+  Raise(shown, entry);
   Raise(form.activated);
+  for (const Entry& owned : OwnedBy(form)) {
+    if (!owned.hidden) Show(*owned.form, owned.modality);
+  }
 }
 
 void Forms::Hide(Form& form) {
   const auto found = Locate(form);
   if (found == open.end()) return;
   found->hidden = true;
+  TellHidden(form);
+}
+
+void Forms::TellHidden(Form& form) {
+  for (const Entry& owned : OwnedBy(form)) {
+    if (!owned.hidden) TellHidden(*owned.form);
+  }
   Raise(hidden, form);
 }
 
 void Forms::Unload(Form& form) {
+  for (auto owned = OwnedBy(form); !owned.empty(); owned = OwnedBy(form)) {
+    Form& last = *owned.back().form;
+    if (last.cancelButton == nullptr) last.TakeTyped();
+    Unload(last);
+  }
   const auto found = Locate(form);
   if (found == open.end()) return;
   open.erase(found);
@@ -58,7 +102,7 @@ void Forms::UnloadAll() {
 
 Form* Forms::Top() const {
   const auto shownOne =
-      std::find_if(open.rbegin(), open.rend(), [](const Entry& entry) { return !entry.hidden; });
+      std::find_if(open.rbegin(), open.rend(), [this](const Entry& entry) { return !Hidden(entry); });
   return shownOne == open.rend() ? nullptr : shownOne->form;
 }
 
@@ -69,8 +113,11 @@ Form* Forms::Find(std::string_view name) const {
 }
 
 bool Forms::Operable(const Form& form) const {
-  const auto decides = [&form](const Entry& entry) {
-    return entry.form == &form || (entry.modality == Modality::Modal && !entry.hidden);
+  const auto blocks = [this, &form](const Entry& entry) {
+    return entry.modality == Modality::Modal || (entry.modality == Modality::OverOwner && Owns(form, entry));
+  };
+  const auto decides = [this, &form, &blocks](const Entry& entry) {
+    return entry.form == &form || (blocks(entry) && !Hidden(entry));
   };
   const auto uppermost = std::find_if(open.rbegin(), open.rend(), decides);
   return uppermost != open.rend() && uppermost->form == &form;

@@ -1,5 +1,6 @@
 // Windows that come, block each other, close and go.
 #include <stdexcept>
+#include <tuple>
 
 #include <gtest/gtest.h>
 
@@ -136,6 +137,46 @@ TEST(Windows, AFormThatOnlyGreetsHasNoFrame) {
   forms.Show(form);
   EXPECT_TRUE(windows.WindowOf(form)->windowFlags().testFlag(Qt::FramelessWindowHint));
   EXPECT_TRUE(windows.WindowOf(form)->isVisible());
+}
+
+// A window with nothing but a button, which is pressed through the window system as the mouse does.
+struct Asking {
+  explicit Asking(const std::string& name) : form(name, name) {
+    btnOK.clicked = [this] { ++pressed; };
+  }
+  void Press(const FormWindows& windows) {
+    FormWindow& window = *windows.WindowOf(form);
+    auto* button = window.findChild<QWidget*>("btnOK");
+    QTest::mouseClick(window.windowHandle(), Qt::LeftButton, {},
+                      button->mapTo(&window, button->rect().center()));
+  }
+  vc::Form form;
+  vc::Button btnOK{form, "btnOK", "OK"};
+  int pressed = 0;
+};
+
+TEST(Windows, AnOwnedWindowBlocksItsOwnerAlone) {
+  vc::Forms forms{support::DeadEnd{}};
+  const FormWindows windows(forms);
+  Asking display("Display"), panel("Panel"), question("Question");
+  forms.Show(display.form);
+  forms.Show(panel.form);
+  forms.Show(question.form, vc::Modality::OverOwner, &panel.form);
+  const FormWindow& below = *windows.WindowOf(panel.form);
+  FormWindow& above = *windows.WindowOf(question.form);
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&above));
+  EXPECT_EQ(above.windowHandle()->transientParent(), below.windowHandle());
+  EXPECT_LT((above.geometry().center() - below.geometry().center()).manhattanLength(), 3);
+  for (Asking* asking : {&display, &panel, &question}) asking->Press(windows);
+  EXPECT_EQ(std::make_tuple(display.pressed, panel.pressed, question.pressed), std::make_tuple(1, 0, 1));
+  forms.Hide(panel.form);
+  EXPECT_FALSE(above.isVisible());
+  forms.Show(panel.form);
+  EXPECT_TRUE(above.isVisible());
+  forms.Unload(panel.form);
+  EXPECT_EQ(windows.WindowOf(question.form), nullptr);
+  display.Press(windows);
+  EXPECT_EQ(display.pressed, 2);
 }
 
 TEST(Windows, AFaultInAHandlerIsShownAndTheProgramGoesOn) {

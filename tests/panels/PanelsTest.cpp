@@ -296,5 +296,25 @@ TEST(AuxiliarySwitch, StoresInTheUnitWhatHasJustBeenEdited) {
   EXPECT_EQ(run.session.master.lblStatus.core.Caption().find("memory 1 "), std::string::npos);
 }
 
+TEST(Panels, WhatTakesAPanelAwayTakesItsQuestion) {
+  support::PanelRun run;
+  run.Set("cmbFilter(1)", "Lowpass");
+  for (const bool undone : {true, false}) {
+    run.session.panels.OpenFilter(1);
+    Form question{"Question", ""};
+    std::string told;
+    question.unloaded = [&told, &run] {
+      told = run.session.forms.Find("CtlLPF") != nullptr ? "first" : "late";
+    };
+    run.session.forms.Show(question, Modality::OverOwner, &run.Top());
+    EXPECT_FALSE(run.session.forms.Operable(*run.session.forms.Find("CtlLPF")));
+    if (undone) run.session.history.Undo();
+    if (!undone) run.Edit("filterType", "3", 1);
+    EXPECT_EQ(told, "first") << undone;
+    EXPECT_EQ(run.Top().name, "MasterControl");
+    run.session.history.Redo();
+  }
+}
+
 }  // namespace
 }  // namespace vc

@@ -222,5 +222,65 @@ TEST(FormStack, ModalFormsBlockWhatLiesBelow) {
   EXPECT_EQ(forms.Top(), nullptr);
 }
 
+struct Owned : testing::Test {
+  Form master{"Master", ""}, panel{"Panel", ""}, other{"Other", ""};
+  support::SampleForm question;
+  Form detail{"Detail", ""};
+  Forms forms{support::DeadEnd{}};
+  std::string story;
+
+  Owned() {
+    forms.shown = [this](const Forms::Entry& entry) { story += "+" + entry.form->name; };
+    forms.hidden = [this](Form& form) { story += "~" + form.name; };
+    forms.gone = [this](Form& form) { story += "-" + form.name; };
+    question.txtCutoff.lostFocus = [this] { story += "took" + question.txtCutoff.Text(); };
+    question.form.unloaded = [this] { story += "!"; };
+    for (Form* form : {&master, &other, &panel}) forms.Show(*form);
+    forms.Show(question.form, Modality::OverOwner, &panel);
+    forms.Show(detail, Modality::Modeless, &question.form);
+  }
+  std::string Story() { return std::exchange(story, {}); }
+  std::string Operable() const {
+    std::string names;
+    for (const Forms::Entry& entry : forms.open)
+      names += forms.Operable(*entry.form) ? entry.form->name[0] : '.';
+    return names;
+  }
+};
+
+TEST_F(Owned, AWindowBlocksItsOwnerAloneAndStaysAboveIt) {
+  EXPECT_EQ(Operable(), "MO.SD");
+  Story();
+  forms.Show(panel);
+  EXPECT_EQ(Story(), "+Panel+SampleForm+Detail");
+  EXPECT_EQ(Operable(), "MO.SD");
+  forms.Show(detail, Modality::OverOwner);  // it blocks the owners of its owner too
+  EXPECT_EQ(Operable(), "MO..D");
+  forms.Show(detail, Modality::Modal);
+  EXPECT_EQ(Operable(), "....D");
+  Story();
+  forms.Hide(panel);
+  EXPECT_EQ(Story(), "~Detail~SampleForm~Panel");
+  EXPECT_EQ(forms.Top(), &other);
+  EXPECT_TRUE(forms.Operable(master));
+}
+
+TEST_F(Owned, AWindowGoesBeforeItsOwner) {
+  Story();
+  question.txtCutoff.Type("5");
+  forms.Unload(panel);
+  EXPECT_EQ(Story(), "took5-Detail-SampleForm!-Panel");
+  // What is taken may itself lead to the owner's end.
+  forms.Show(panel);
+  forms.Show(question.form, Modality::OverOwner, &panel);
+  question.txtCutoff.lostFocus = [this] { forms.Unload(panel); };
+  question.txtCutoff.Type("6");
+  Story();
+  forms.Unload(panel);
+  EXPECT_EQ(Story(), "-SampleForm!-Panel");
+  forms.Show(question.form, Modality::OverOwner, &panel);  // whose owner is not there
+  EXPECT_FALSE(forms.Operable(master));
+}
+
 }  // namespace
 }  // namespace vc
