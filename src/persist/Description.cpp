@@ -23,10 +23,7 @@ Description::Description(SetupContext& setupContext) : context(setupContext) {
   context.BindCancel(form, btnCancel);
 }
 
-void Description::Show() {
-  txtDescription.SetText(context.settings.setupDescription);
-  context.forms.Show(form, Modality::Modal);
-}
+void Description::Fill() { txtDescription.SetText(context.settings.setupDescription); }
 
 std::string Edited(const std::string& before, const std::string& typed) {
   return WithoutReturns(before) == WithoutReturns(typed) ? before : typed;

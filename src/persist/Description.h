@@ -16,7 +16,7 @@ struct Description {
   Button btnCancel{form, "btnCancel", "Cancel"};
 
   // Filled anew from the record.
-  void Show();
+  void Fill();
 
  private:
   SetupContext& context;

@@ -12,10 +12,7 @@ FrmWorkingFolder::FrmWorkingFolder(SetupContext& setupContext)
   context.BindCancel(form, btnCancel);
 }
 
-void FrmWorkingFolder::Show() {
-  folders.GoTo(context.WorkingFolder());
-  context.forms.Show(form, Modality::Modal);
-}
+void FrmWorkingFolder::Fill() { folders.GoTo(context.WorkingFolder()); }
 
 void FrmWorkingFolder::TakeFolder() {
   const std::string typed = folders.txtFolder.Text();

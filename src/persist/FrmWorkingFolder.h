@@ -15,7 +15,7 @@ struct FrmWorkingFolder {
   Button btnCancel{form, "btnCancel", "Cancel"};
 
   // Begins at the working folder.
-  void Show();
+  void Fill();
 
  private:
   void TakeFolder();

@@ -21,10 +21,7 @@ RecSet::RecSet(SetupContext& setupContext)
   context.BindCancel(form, btnCancel);
 }
 
-void RecSet::Show() {
-  chooser.Open(context.StartFolder(), context.lastName);
-  context.forms.Show(form, Modality::Modal);
-}
+void RecSet::Fill() { chooser.Open(context.StartFolder(), context.lastName); }
 
 std::string RecSet::ChosenName() const {
   const std::string& name = chooser.txtFileName.Text();

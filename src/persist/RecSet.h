@@ -19,7 +19,7 @@ struct RecSet {
   Button btnCancel{form, "btnCancel", "Cancel"};
 
   // With the file chosen that was stored or recalled last in this run.
-  void Show();
+  void Fill();
 
  private:
   void FollowName();

@@ -25,17 +25,15 @@ StoSet::StoSet(SetupContext& setupContext)
   context.BindCancel(form, btnCancel);
 }
 
-void StoSet::Show() {
+void StoSet::Fill() {
   const std::string& file = context.open.Path();
   chooser.Open(context.StartFolder(), LastPart(file));
   if (!file.empty()) chooser.folders.GoTo(FolderOf(file));
   txtDescription.SetText(context.settings.setupDescription);
   chkProtect.SetValue(false);
-  context.forms.Show(form, Modality::Modal);
 }
 
 void StoSet::StoreOpenFile() {
-  Show();
   std::error_code ignored;
   const std::string shown = chooser.Path(chooser.txtFileName.Text());
   if (std::filesystem::equivalent(context.open.Path(), shown, ignored)) btnOK.Click();
@@ -54,9 +52,9 @@ std::string StoSet::AboutFile() const {
   if (!context.setups.ReadFileHeader(path, header) || !CheckModelId(header.identifier)) {
     return context.FaultOf(path);
   }
-  const std::string standing =
+  const std::string protection =
       header.protect == 1 ? "This file is protected." : "This file is not protected.";
-  return header.description.empty() ? standing : header.description + "\n\n" + standing;
+  return header.description.empty() ? protection : header.description + "\n\n" + protection;
 }
 
 bool StoSet::Store() {

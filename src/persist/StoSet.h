@@ -20,9 +20,9 @@ struct StoSet {
   Button btnCancel{form, "btnCancel", "Cancel"};
 
   // Filled anew from the record, with the file that is open.
-  void Show();
-  // Stores to the open file, with all that is asked before. The window stays where that comes to nothing, and
-  // where no file is open or it has gone.
+  void Fill();
+  // With the window on show: stores to the open file, with all that is asked before. The window stays where
+  // that comes to nothing, and where no file is open or it has gone.
   void StoreOpenFile();
 
  private:

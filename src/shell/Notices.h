@@ -4,6 +4,7 @@
 #include <string>
 
 #include "text/ProgramInfo.h"
+#include "text/modDebug.h"
 #include "widgets/Controls.h"
 #include "widgets/Forms.h"
 
@@ -18,7 +19,7 @@ struct FrmSplash {
 
 // Shows the dump of the object log until it is closed.
 struct FrmDebug {
-  explicit FrmDebug(Forms& openForms) {
+  FrmDebug(modDebug& objectLog, Forms& openForms) : log(objectLog) {
     txtInfo.readOnly = true;
     txtInfo.multiLine = true;
     btnOK.clicked = [this, &openForms] { openForms.Unload(form); };
@@ -27,6 +28,15 @@ struct FrmDebug {
   Form form{"FrmDebug", "Object Log"};
   TextBox txtInfo{form, "txtInfo", "Objects"};
   Button btnOK{form, "btnOK", "OK"};
+
+  void Fill() {
+    std::string text;
+    log.DumpObjects(text);
+    txtInfo.SetText(text);
+  }
+
+ private:
+  modDebug& log;
 };
 
 }  // namespace vc

@@ -7,6 +7,8 @@
 
 #include "model/Settings.h"
 #include "persist/FileNames.h"
+#include "persist/StoSet.h"
+#include "shell/Notices.h"
 #include "text/ProgramInfo.h"
 #include "text/modFile.h"
 
@@ -37,7 +39,8 @@ Session::Session(Platform host)
       periodic(host.events, host.clock, settings, device, master),
       panels({history, settings, platform.desk, forms, master, periodic, device}),
       lastState(settings, setups, platform),
-      look(platform, master) {
+      look(platform, master),
+      windows({setupContext, objectLog, forms}) {
   FillMasterHooks();
   FillTimerHooks();
   FillFileMenuHooks();
@@ -137,7 +140,7 @@ void Session::FillMasterHooks() {
   hooks.enableMainTimer = [this](bool on) { periodic.EnableMainTimer(on); };
   hooks.configureStages = [this](bool fit) { config.ConfigureStages(fit); };
   hooks.refreshConnectionText = [this] { periodic.lastConnectionState.clear(); };
-  hooks.showObjectLog = [this] { ShowObjectLog(); };
+  hooks.showObjectLog = [this] { windows.Open("FrmDebug"); };
   hooks.exit = [this] {
     Exit();
     platform.events.RequestEnd();
@@ -159,18 +162,19 @@ void Session::FillFileMenuHooks() {
   hooks.newSetup = [this] { NewSetup(); };
   hooks.storeSetup = [this] {
     QueueRefresh(false);
-    stoSet.Show();
+    windows.Open("StoSet");
   };
   hooks.recallSetup = [this] {
     QueueRefresh(false);
-    recSet.Show();
+    windows.Open("RecSet");
   };
   hooks.storeOpenSetup = [this] {
     QueueRefresh(false);
-    stoSet.StoreOpenFile();
+    windows.Open("StoSet");
+    windows.Get<StoSet>("StoSet").StoreOpenFile();
   };
-  hooks.editDescription = [this] { description.Show(); };
-  hooks.pickWorkingFolder = [this] { frmWorkingFolder.Show(); };
+  hooks.editDescription = [this] { windows.Open("Description"); };
+  hooks.pickWorkingFolder = [this] { windows.Open("FrmWorkingFolder"); };
   master.form.activated = [this] { Activated(); };
 }
 
@@ -234,7 +238,7 @@ void Session::Start() {
   settings.loadingSetup = true;
   settings.curFilter = settings.curEq = settings.curBroadband = 1;
   platform.desk.SetHourglass(true);
-  forms.Show(splash.form);
+  windows.Open("FrmSplash");
   platform.events.RunEvents(0);  // lets the splash paint
   periodic.eqLevelsWanted = false;
   QueueRefresh(false);
@@ -252,7 +256,7 @@ void Session::Start() {
                                        : "Fitting the filters");
   config.ConfigureStages(true);
   setupContext.open.Take({});
-  forms.Unload(splash.form);
+  windows.Close("FrmSplash");
   forms.Show(master.form);
   periodic.pollMode = poll::MainLevels;
   settings.loadingSetup = false;
@@ -260,7 +264,7 @@ void Session::Start() {
 }
 
 void Session::TellAtStart(const std::string& what) {
-  splash.lblWaiting.core.SetCaption(what);
+  windows.Get<FrmSplash>("FrmSplash").lblWaiting.core.SetCaption(what);
   platform.events.RunEvents(0);
 }
 
@@ -317,13 +321,6 @@ void Session::CloseAllButMaster() {
        found = std::ranges::find_if(forms.open, isOther)) {
     forms.Unload(*found->form);
   }
-}
-
-void Session::ShowObjectLog() {
-  std::string text;
-  objectLog.DumpObjects(text);
-  debug.txtInfo.SetText(text);
-  forms.Show(debug.form, Modality::Modal);
 }
 
 void Session::Exit() {

@@ -11,20 +11,16 @@
 #include "model/SpectrumReader.h"
 #include "model/SystemSettings.h"
 #include "model/modDeviceConfig.h"
-#include "persist/Description.h"
-#include "persist/FrmWorkingFolder.h"
-#include "persist/RecSet.h"
 #include "persist/SetupContext.h"
-#include "persist/StoSet.h"
 #include "persist/modSettings.h"
 #include "platform/Platform.h"
 #include "shell/ChainPanels.h"
 #include "shell/LastState.h"
 #include "shell/Look.h"
 #include "shell/MasterControl.h"
-#include "shell/Notices.h"
 #include "shell/PeriodicService.h"
 #include "shell/RecordEdits.h"
+#include "shell/Windows.h"
 #include "text/modDebug.h"
 #include "widgets/Forms.h"
 
@@ -54,12 +50,7 @@ struct Session {
   ChainPanels panels;
   LastState lastState;
   Look look;
-  FrmSplash splash;
-  FrmDebug debug{forms};
-  StoSet stoSet{setupContext};
-  RecSet recSet{setupContext};
-  Description description{setupContext};
-  FrmWorkingFolder frmWorkingFolder{setupContext};
+  Windows windows;
 
   // Comes up with or without a unit; every failure on the way has told the operator.
   void Start();
@@ -93,7 +84,6 @@ struct Session {
   void ConnectAtStart();
   // Asked to end, and not at it yet: the exit itself still talks to the unit.
   bool Leaving() const;
-  void ShowObjectLog();
   void Activated();
   void TellAtStart(const std::string& what);
   void TakeOnSetup();

@@ -89,11 +89,8 @@ TEST(Contract, EveryControlHasItsWidgetItsNameAndItsStanding) {
   CheckForm(sample.form);
   support::TestSession world({});
   vc::Session& session = world.session;
-  for (vc::Form* form :
-       {&session.master.form, &session.splash.form, &session.debug.form, &session.stoSet.form,
-        &session.recSet.form, &session.description.form, &session.frmWorkingFolder.form}) {
-    CheckForm(*form);
-  }
+  CheckForm(session.master.form);
+  for (const vc::WindowRow& row : vc::Windows::Rows()) CheckForm(session.windows.FormOf(row.name));
 }
 
 // Every key of a window by what it is written on; two of them on one key would both be dead.

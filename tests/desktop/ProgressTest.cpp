@@ -206,7 +206,7 @@ TEST(ProgressOfASession, TheFirstDownloadIsShownInTheSplashAndGoneWhenTheMasterP
   vc::Session session({clock, loop, desk, ports, files});
   const FormWindows shownWindows(session.forms);
   windows = &shownWindows;
-  splash = &session.splash.form;
+  splash = &session.windows.FormOf("FrmSplash");
   session.Start();
   EXPECT_GT(seen.size(), 3U);
   for (const std::string& text : seen) EXPECT_TRUE(text.starts_with("Sending settings: ")) << text;

@@ -33,7 +33,8 @@ struct SetupWindows : support::SetupFixture {
 
   template <typename Dialog>
   void Open(Dialog& dialog) {
-    dialog.Show();
+    dialog.Fill();
+    forms.Show(dialog.form, vc::Modality::Modal);
     ASSERT_TRUE(QTest::qWaitForWindowActive(windows.WindowOf(dialog.form)));
     QCoreApplication::processEvents();
   }

@@ -57,13 +57,18 @@ struct Dialogs : support::SetupFixture {
     EXPECT_TRUE(
         modSettings(made, files, nobody, setups.hooks).SaveSetupFile(Path(name), isProtected ? 1 : 0));
   }
+  // As the table of windows opens them.
+  void Show(auto& window) {
+    window.Fill();
+    forms.Show(window.form, Modality::Modal);
+  }
   void Store(const std::string& name) {
-    store.Show();
+    Show(store);
     Type("txtFileName", name);
     Press("btnOK");
   }
   void Recall(const std::string& name) {
-    recall.Show();
+    Show(recall);
     Type("txtFileName", name);
     Press("btnOK");
   }
@@ -81,7 +86,7 @@ struct Dialogs : support::SetupFixture {
 TEST_F(Dialogs, AStoreWritesWhatItsWindowSays) {
   settings.setupDescription = "before";
   settings.lpfCutoff[1] = 1234;
-  store.Show();
+  Show(store);
   EXPECT_EQ(Shown("txtFolder"), folder.Path());
   EXPECT_EQ(Shown("txtDescription"), "before");
   for (const char* blank : {"", "  "}) {
@@ -99,7 +104,7 @@ TEST_F(Dialogs, AStoreWritesWhatItsWindowSays) {
   EXPECT_EQ(header.protect, 1);
   EXPECT_EQ(settings.setupDescription, header.description);
 
-  store.Show();
+  Show(store);
   EXPECT_EQ(Shown("txtFileName"), "two words.nrv");
   EXPECT_EQ(Shown("chkProtect"), "0");  // the new file's, not that of the one with the name
   EXPECT_EQ(Shown("txtAbout"), header.description + "\n\nThis file is protected.");
@@ -110,31 +115,32 @@ TEST_F(Dialogs, AStoreWritesWhatItsWindowSays) {
 TEST_F(Dialogs, TheWindowsRememberFolderAndNameForTheRun) {
   for (const char* place : {"sub", "other"}) fs::create_directory(Path(place));
   Make("sub/old.nrv", 777);
-  recall.Show();
+  Show(recall);
   EXPECT_EQ(Shown("txtFileName"), "");
   Type("txtFolder", "sub");
   Type("txtFileName", "old");
   Press("btnCancel");
   Recall(Path("sub/old.nrv"));
   EXPECT_EQ(context.open.Path(), Path("sub/old.nrv"));
-  for (const auto& show : {std::function<void()>([this] { store.Show(); }), {[this] { recall.Show(); }}}) {
+  for (const auto& show : {std::function<void()>([this] { Show(store); }), {[this] { Show(recall); }}}) {
     show();
     EXPECT_EQ(Shown("txtFolder"), Path("sub"));
     EXPECT_EQ(Shown("txtFileName"), "old.nrv");
     Press("btnCancel");
   }
-  workingFolder.Show();
+  Show(workingFolder);
   EXPECT_EQ(Shown("txtFolder"), folder.Path());
   Type("txtFolder", "other");
   Press("btnOK");
-  recall.Show();  // where the operator wants to work now
+  Show(recall);  // where the operator wants to work now
   EXPECT_EQ(Shown("txtFolder") + Shown("txtFileName"), Path("other"));
   Press("btnCancel");
-  store.Show();  // the open file is where it was
+  Show(store);  // the open file is where it was
   EXPECT_EQ(Shown("txtFolder") + Shown("txtFileName"), Path("sub") + "old.nrv");
 }
 
 TEST_F(Dialogs, AStoreToTheOpenFileAsksWhatTheWindowAsks) {
+  Show(store);
   store.StoreOpenFile();  // none is open
   EXPECT_EQ(forms.Top(), &store.form);
   EXPECT_EQ(Boxes(), "");
@@ -143,10 +149,12 @@ TEST_F(Dialogs, AStoreToTheOpenFileAsksWhatTheWindowAsks) {
   const std::string before = support::Content(Path("one.nrv"));
   settings.lpfCutoff[1] = 1234;
   EXPECT_TRUE(context.open.Changed());
+  Show(store);
   store.StoreOpenFile();
   EXPECT_TRUE(support::Content(Path("one.nrv")) == before);
   Press("btnCancel");
   desk.answers = {Answer::Yes};
+  Show(store);
   store.StoreOpenFile();
   EXPECT_TRUE(forms.open.empty());
   EXPECT_EQ(Boxes(), "File Already Exists;File Already Exists;");
@@ -155,6 +163,7 @@ TEST_F(Dialogs, AStoreToTheOpenFileAsksWhatTheWindowAsks) {
   Make("one.nrv", 777, true);
   const std::string isProtected = support::Content(Path("one.nrv"));
   desk.answers = {Answer::Yes};
+  Show(store);
   store.StoreOpenFile();
   EXPECT_EQ(Boxes(), "Protected File Already Exists;");
   EXPECT_EQ(forms.Top(), &store.form);  // for another name
@@ -162,6 +171,7 @@ TEST_F(Dialogs, AStoreToTheOpenFileAsksWhatTheWindowAsks) {
   fs::create_directory(Path("sub"));
   Store(Path("sub/two"));
   fs::remove_all(Path("sub"));
+  Show(store);
   store.StoreOpenFile();  // not to where the window begins in its place
   EXPECT_EQ(Shown("txtFolder"), folder.Path());
   EXPECT_FALSE(fs::exists(Path("two.nrv")));
@@ -188,7 +198,7 @@ TEST_F(Dialogs, AnExistingSetupIsOverwrittenOnlyOnYes) {
   Make("old.nrv", 777);
   const std::string content = support::Content(Path("old.nrv"));
   settings.setupDescription = "mine";
-  store.Show();
+  Show(store);
   Choose("fileVw", "old.nrv");
   EXPECT_EQ(Shown("txtFileName"), "old.nrv");
   EXPECT_EQ(Shown("txtAbout"), "of old.nrv\n\nThis file is not protected.");
@@ -225,7 +235,7 @@ TEST_F(Dialogs, AStoreThatFailsLeavesEverythingAsItWas) {
     EXPECT_EQ(settings.setupDescription, "before");
     EXPECT_EQ(told, "");
   };
-  store.Show();
+  Show(store);
   fails("folder");
   EXPECT_EQ(desk.boxes.back().text,
             "folder.nrv.  Disk Full or folder.nrv cannot be opened.  Cancelling parameter store...");
@@ -262,7 +272,7 @@ TEST_F(Dialogs, ARecallTakesWhatTheFileHolds) {
   Make("plain.NRV", 777, true);
   Make("no extension", 888);
   settings.comPort = 3;
-  recall.Show();
+  Show(recall);
   EXPECT_EQ(RangeOf(At("fileVw")), "plain.NRV");
   EXPECT_EQ(ClickControl(At("fileVw")), "no row is chosen");
   Choose("fileVw", "plain.NRV");
@@ -272,10 +282,10 @@ TEST_F(Dialogs, ARecallTakesWhatTheFileHolds) {
   Press("fileVw");
   EXPECT_EQ(settings.lpfCutoff[1], 777);
   EXPECT_EQ(settings.comPort, 3);
-  recall.Show();
+  Show(recall);
   EXPECT_EQ(TypeInto(At("txtFileName"), "no extension", true), "");  // Enter is OK
   EXPECT_EQ(settings.lpfCutoff[1], 888);
-  store.Show();
+  Show(store);
   EXPECT_EQ(Shown("txtFileName"), "no extension");
   Press("btnCancel");
   Make("x.nrv", 999);
@@ -324,11 +334,11 @@ TEST_F(Dialogs, BothWindowsSayWhatIsWrongWithAFileAndARecallOfItLeavesTheRecord)
                                     {"link", "This file cannot be read."},
                                     {"missing", "There is no setup file of this name."}}) {
     SCOPED_TRACE(name);
-    store.Show();
+    Show(store);
     Type("txtFileName", name);
     EXPECT_EQ(Shown("txtAbout"), name == std::string("missing") ? "A new file." : fault);
     forms.Unload(store.form);
-    recall.Show();
+    Show(recall);
     Type("txtFileName", name);
     EXPECT_EQ(Shown("txtDescription"), fault);
     Press("btnOK");
@@ -351,7 +361,7 @@ TEST_F(Dialogs, NamesAreBytes) {
     settings.lpfCutoff[1] = ++cutoff;
     Store(name);
     settings.lpfCutoff[1] = 100;
-    recall.Show();
+    Show(recall);
     Choose("fileVw", name);
     Press("fileVw");
     EXPECT_EQ(settings.lpfCutoff[1], cutoff);
@@ -363,7 +373,7 @@ TEST_F(Dialogs, FoldersAreEnteredByRowAndByText) {
   Make("here.nrv", 1);
   fs::create_directories(Path("sub/inner"));
   support::Put(Path(".hidden.nrv"), "x");
-  recall.Show();
+  Show(recall);
   EXPECT_EQ(RangeOf(At("folderVw")), ".. | sub");
   EXPECT_EQ(RangeOf(At("fileVw")), "here.nrv");
   Choose("folderVw", "sub");
@@ -396,14 +406,14 @@ TEST_F(Dialogs, FoldersAreEnteredByRowAndByText) {
 TEST_F(Dialogs, ADescriptionThatNobodyEditedKeepsItsBytes) {
   const std::string odd = "a\r\nb\xFF\r\n";
   settings.setupDescription = odd;
-  description.Show();
+  Show(description);
   Type("txtDescription", "a\nb\xFF\n");
   Press("btnOK");
   EXPECT_EQ(settings.setupDescription, odd);
-  description.Show();
+  Show(description);
   Type("txtDescription", "lost");
   forms.Close(description.form);
-  description.Show();
+  Show(description);
   EXPECT_EQ(Shown("txtDescription"), odd);
   Type("txtDescription", "new\ntext");
   Press("btnOK");
@@ -413,7 +423,7 @@ TEST_F(Dialogs, ADescriptionThatNobodyEditedKeepsItsBytes) {
 
 TEST_F(Dialogs, TheWorkingFolderIsOneThatExists) {
   fs::create_directories(Path("sub/inner"));
-  workingFolder.Show();
+  Show(workingFolder);
   Type("txtFolder", "no such");
   Press("btnOK");
   EXPECT_EQ(desk.boxes.at(0).text, "no such is not a folder.  Please choose another folder.");
@@ -423,7 +433,7 @@ TEST_F(Dialogs, TheWorkingFolderIsOneThatExists) {
   Press("btnOK");
   EXPECT_EQ(settings.workingFolder, Path("sub"));
   fs::remove_all(Path("sub"));  // the program's own folder stands in
-  recall.Show();
+  Show(recall);
   EXPECT_EQ(Shown("txtFolder"), folder.Path());
 }
 

@@ -42,7 +42,7 @@ TEST_F(Sessions, StartConnectsInTheToldOrder) {
 
 TEST_F(Sessions, StartWithoutAUnitWorksOn) {
   std::string told;
-  session.splash.form.controlChanged = [&](const ControlCore& core, std::string_view /*property*/) {
+  session.windows.FormOf("FrmSplash").controlChanged = [&](const ControlCore& core, std::string_view /*property*/) {
     told += core.Caption() + ";";
   };
   session.Start();

@@ -48,15 +48,15 @@ void Tour::StoreAndRecall() {
   Expect(
       session.settings.ihpfCutoff != 321 && session.settings.setupDescription == "Hum, and a fan on the left",
       "the recall brought the setup back");
-  ShowFileWindow("mnuViewDescription", session.description.form);
-  ShowFileWindow("mnuWorkingFolder", session.frmWorkingFolder.form);
+  ShowFileWindow("mnuViewDescription", session.windows.FormOf("Description"));
+  ShowFileWindow("mnuWorkingFolder", session.windows.FormOf("FrmWorkingFolder"));
   boxes.AnswerNext(QMessageBox::No);
   Choose({"mnuFile"}, "mnuNew");
   Expect(boxes.LastTitle() == "Create New Setup", "a new setup asks first");
 }
 
 void Tour::StoreSetup(const QString& name) {
-  const vc::Form& form = program.session.stoSet.form;
+  const vc::Form& form = program.session.windows.FormOf("StoSet");
   for (const bool again : {false, true}) {
     Choose({"mnuFile"}, "mnuSave");
     desktop::FormWindow* window = Opened(form, again ? "store-again" : "store");
@@ -73,7 +73,7 @@ void Tour::StoreSetup(const QString& name) {
 }
 
 void Tour::RecallSetup(const QString& name) {
-  const vc::Form& form = program.session.recSet.form;
+  const vc::Form& form = program.session.windows.FormOf("RecSet");
   Choose({"mnuFile"}, "mnuOpen");
   desktop::FormWindow* window = Opened(form, "recall-empty");
   if (window == nullptr) return;

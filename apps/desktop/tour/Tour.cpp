@@ -58,7 +58,7 @@ void Tour::Run() {
 void Tour::StartSession() {
   QTimer watch;  // fires as soon as the splash lets events run
   QObject::connect(&watch, &QTimer::timeout, &watch, [this, &watch] {
-    desktop::FormWindow* splash = program.windows.WindowOf(program.session.splash.form);
+    desktop::FormWindow* splash = program.windows.WindowOf(program.session.windows.FormOf("FrmSplash"));
     if (splash == nullptr || !splash->isVisible()) return;
     watch.stop();
     Photograph(splash, "splash");
@@ -126,13 +126,14 @@ void Tour::ShowObjectLog() {
   Master().activateWindow();
   Expect(QTest::qWaitForWindowActive(&Master(), PatienceMilliseconds), "the panel is active again");
   QTest::keyClick(&Master(), Qt::Key_D, Qt::AltModifier);
-  desktop::FormWindow* log = program.windows.WindowOf(program.session.debug.form);
+  desktop::FormWindow* log = program.windows.WindowOf(program.session.windows.FormOf("FrmDebug"));
   Expect(log != nullptr && log->isVisible(), "Alt+D shows the object log");
   if (log == nullptr) return;
   Photograph(log, "object-log");
   Expect(log->windowModality() == Qt::ApplicationModal, "it blocks the panel behind it");
   QTest::mouseClick(log->findChild<QWidget*>("btnOK"), Qt::LeftButton);
-  Await([this] { return program.windows.WindowOf(program.session.debug.form) == nullptr; }, "OK closes it");
+  Await([this] { return program.windows.WindowOf(program.session.windows.FormOf("FrmDebug")) == nullptr; },
+        "OK closes it");
 }
 
 void Tour::Reconnect() {
