@@ -140,7 +140,7 @@ void ChainPanels::ConfigBroadbandFilters(const std::function<void()>& runEvents)
 }
 
 void ChainPanels::DisplayThisFilter() const {
-  if (around.periodic.pollMode == poll::Coefficients) showCoefficients();
+  if (around.periodic.pollMode == poll::Coefficients) around.coefReader.Display(around.settings.curFilter);
 }
 
 void ChainPanels::DisplayMasterControl() const {
@@ -164,7 +164,7 @@ bool ChainPanels::StoreInMemory(int memory, int function) {
   around.desk.SetHourglass(true);
   const bool timerWasOn = around.periodic.tmrBargraph->Enabled();
   around.periodic.EnableMainTimer(false);
-  sendPending();
+  if (around.settings.settingsChanged != 0) around.sendChanges();
   around.desk.ShowProgress("Storing settings in the unit", 0, 1);
   device.IssueCommand(storeInMemory, (function & 15) * 4 + (memory & 12) * 8 + (memory & 3), longestSeconds);
   around.desk.ShowProgress("Storing settings in the unit", 1, 1);

@@ -6,11 +6,13 @@
 #include <string>
 #include <string_view>
 
+#include "model/CoefReader.h"
 #include "model/EditHistory.h"
 #include "panels/PanelHost.h"
 #include "platform/Desk.h"
 #include "shell/MasterControl.h"
 #include "shell/PeriodicService.h"
+#include "text/Wire.h"
 #include "widgets/Forms.h"
 
 namespace vc {
@@ -25,13 +27,10 @@ struct ChainPanels {
     MasterControl& master;
     PeriodicService& periodic;
     modDeviceComm& device;
+    CoefReader& coefReader;
+    Wire<void()> sendChanges;  // brings the unit up to the record
   };
   explicit ChainPanels(const Around& parts);
-
-  // Brings the unit up to the record at once, where an edit is waiting for that.
-  std::function<void()> sendPending = [] {};
-  // The coefficient display is to show the coefficients of the filter that is being edited.
-  std::function<void()> showCoefficients = [] {};
 
   // Filter stage 1..6, equalizer or broadband stage 1 or 2; the fixed blocks by the name of their form; the
   // function of a stand-alone memory, 1..10.
@@ -49,7 +48,8 @@ struct ChainPanels {
   void ConfigEqualizers(const std::function<void()>& runEvents);
   void ConfigBroadbandFilters(const std::function<void()>& runEvents);
 
-  // With a display up: the coefficient display follows the panel, and the master panel comes back behind it.
+  // With a display up: the coefficient display follows the panel to its filter, and the master panel comes
+  // back behind it.
   void DisplayThisFilter() const;
   void DisplayMasterControl() const;
 
@@ -70,7 +70,7 @@ struct ChainPanels {
 
   Around around;
   PanelHost host;
-  std::function<Block()> openBlock = [] { return Block{}; };
+  std::function<Block()> openBlock;  // while a panel is open
   Block opened{};
 };
 

@@ -5,6 +5,7 @@
 
 #include "model/Settings.h"
 #include "persist/FileNames.h"
+#include "shell/MasterControl.h"
 #include "text/ProgramInfo.h"
 #include "text/modFile.h"
 
@@ -26,11 +27,13 @@ bool Readable(Files& files, const std::string& path) {
 
 }  // namespace
 
-LastState::LastState(SystemSettings& record, modSettings& setupFiles, Platform& host)
+LastState::LastState(const SetupContext& context, Platform& host, MasterControl& panel)
     : tmrKeepState(host.events.CreateTimer(LookMilliseconds, [this] { KeepUp(); })),
-      settings(record),
-      setups(setupFiles),
-      platform(host) {}
+      setupContext(context),
+      settings(context.settings),
+      setups(context.setups),
+      platform(host),
+      master(panel) {}
 
 std::string LastState::Path(const char* name) const { return JoinPath(platform.desk.InstallFolder(), name); }
 
@@ -58,7 +61,7 @@ void LastState::Load() {
     settings.workingFolder.clear();
   }
   seen = settings;
-  noted(standing);
+  master.ShowKeeping(usualNote);
   tmrKeepState->SetEnabled(true);
 }
 
@@ -74,7 +77,7 @@ std::vector<std::string> LastState::Sources() {
   if (folder != platform.desk.InstallFolder() && files.KindOf(former) == FileKind::File) {
     const std::string instead = platform.desk.InstallFolder();
     const bool there = files.KindOf(instead) == FileKind::Folder;
-    standing =
+    usualNote =
         folder + " cannot be written: new settings are " + (there ? "kept in " + instead : "not kept") + ".";
     const bool newest = files.WrittenAt(former) > files.WrittenAt(keptAt);
     sources.insert(newest ? sources.begin() : sources.end(), former);
@@ -155,7 +158,7 @@ void LastState::SaveNow() {
 // edits do not end it is not put off for ever.
 void LastState::KeepUp() {
   platform.files.Settle();
-  if (heldElsewhere || !settled()) return;
+  if (heldElsewhere || !Settled()) return;
   const bool moved = settings != seen;
   const std::int64_t now = platform.clock.Microseconds();
   if (moved) seen = settings;
@@ -164,7 +167,7 @@ void LastState::KeepUp() {
 }
 
 void LastState::KeepNow() {
-  if (heldElsewhere || !settled()) return;
+  if (heldElsewhere || !Settled()) return;
   seen = settings;
   Keep();
   platform.files.Settle();
@@ -174,10 +177,10 @@ void LastState::Keep() {
   setups.WriteCompanions();
   if (setups.SaveWithoutCoefficients(keptAt, 0)) {
     unkeptSince.reset();
-    noted(standing);
+    master.ShowKeeping(usualNote);
   } else {
     if (!unkeptSince) unkeptSince = platform.clock.Microseconds();
-    noted("The settings cannot be kept: the disk is full or cannot be written.");
+    master.ShowKeeping("The settings cannot be kept: the disk is full or cannot be written.");
   }
 }
 

@@ -4,25 +4,22 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "model/SystemSettings.h"
-#include "persist/modSettings.h"
+#include "persist/SetupContext.h"
 #include "platform/Platform.h"
 
 namespace vc {
 
-struct LastState {
-  LastState(SystemSettings& record, modSettings& setupFiles, Platform& host);
+struct MasterControl;
 
-  // What the operator is to know of the keeping for as long as it holds; empty where there is nothing.
-  std::function<void(const std::string& note)> noted = [](const std::string&) {};
-  // False while something is about to change the record back, so that it must not be kept as it stands.
-  std::function<bool()> settled = [] { return true; };
+struct LastState {
+  // The panel shows what the operator is to know of the keeping, for as long as that holds.
+  LastState(const SetupContext& context, Platform& host, MasterControl& panel);
 
   std::unique_ptr<Timer> tmrKeepState;
 
@@ -50,15 +47,19 @@ struct LastState {
   void SaveNow();
   void KeepUp();
   void Keep();
+  // False while something is about to change the record back, so that it must not be kept as it is.
+  bool Settled() const { return !setupContext.working; }
   std::string Path(const char* name) const;
 
+  const SetupContext& setupContext;
   SystemSettings& settings;
   modSettings& setups;
   Platform& platform;
+  MasterControl& master;
   std::unique_ptr<FileLock> claim;
   bool heldElsewhere = false;
   std::string keptAt;                       // the path of what this run leaves
-  std::string standing;                     // the note while nothing is wrong
+  std::string usualNote;                    // while nothing is wrong
   SystemSettings seen;                      // at the last look
   std::optional<std::int64_t> unkeptSince;  // when a change that is not kept yet was seen, microseconds
 };

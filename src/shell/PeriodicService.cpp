@@ -25,8 +25,9 @@ double LimiterThresholdDb(std::int16_t choice) {
 }
 
 PeriodicService::PeriodicService(EventLoop& events, Clock& timeSource, SystemSettings& record,
-                                 modDeviceComm& link, MasterControl& panel)
-    : tmrBargraph(events.CreateTimer(BargraphMilliseconds, [this] { BargraphTick(); })),
+                                 modDeviceComm& link, MasterControl& panel, TickCalls tickCalls)
+    : calls(std::move(tickCalls)),
+      tmrBargraph(events.CreateTimer(BargraphMilliseconds, [this] { BargraphTick(); })),
       tmrIcon(events.CreateTimer(IconMilliseconds, [this] { IconTick(); })),
       clock(timeSource),
       settings(record),
@@ -52,9 +53,9 @@ void PeriodicService::EnableMainTimer(bool on) {
 }
 
 void PeriodicService::TickBody() {
-  TellOversize();
+  ShowOversize();
   if (settings.settingsChanged == SendAt) {
-    sendChanges();
+    calls.sendChanges();
     settings.settingsChanged = SendAt - 1;  // and the next four ticks neither send nor poll
     return;
   }
@@ -66,12 +67,12 @@ void PeriodicService::TickBody() {
   Poll();
 }
 
-void PeriodicService::TellOversize() {
+void PeriodicService::ShowOversize() {
   const bool oversize =
       std::ranges::any_of(settings.extraStages, [](std::int16_t extra) { return extra > 0; });
-  if (oversizeTold == oversize) return;
-  oversizeTold = oversize;
-  showOversize(oversize);
+  if (oversizeShown == oversize) return;
+  oversizeShown = oversize;
+  master.ShowOversize(oversize);
 }
 
 void PeriodicService::Poll() {
@@ -91,12 +92,12 @@ void PeriodicService::Poll() {
 void PeriodicService::RequestByMode() {
   switch (pollMode) {
     case poll::Coefficients:
-      return requestCoefBlock();
+      return calls.requestCoefBlock();
     case poll::Spectrum:
-      return requestSpectrum();
+      return calls.requestSpectrum();
     case poll::Sif:
       sifStep = static_cast<std::int16_t>((sifStep + SifStride) % SifSteps);
-      return requestSif();
+      return calls.requestSif();
     default:
       return device.RequestBargraphData();
   }

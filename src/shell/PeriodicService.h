@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -13,6 +12,7 @@
 #include "platform/Clock.h"
 #include "platform/EventLoop.h"
 #include "shell/Meter.h"
+#include "text/Wire.h"
 
 namespace vc {
 
@@ -26,19 +26,21 @@ inline constexpr std::int16_t Spectrum = 2;      // the analyzer is up
 inline constexpr std::int16_t Sif = 3;           // the spectral inverse filter's panel is up
 }  // namespace poll
 
-struct PeriodicService {
+// What the tick has others do.
+struct TickCalls {
   // Brings the unit up to the record.
-  std::function<void()> sendChanges = [] {};
+  Wire<void()> sendChanges;
   // One step of the request that a mode beside the main levels makes.
-  std::function<void()> requestCoefBlock = [] {};
-  std::function<void()> requestSpectrum = [] {};
-  std::function<void()> requestSif = [] {};
-  // Whether a filter has borrowed DSP stages; told at the first tick and at every change.
-  std::function<void(bool shown)> showOversize = [](bool) {};
+  Wire<void()> requestCoefBlock;
+  Wire<void()> requestSpectrum;
+  Wire<void()> requestSif;
+};
 
+struct PeriodicService {
   PeriodicService(EventLoop& events, Clock& timeSource, SystemSettings& record, modDeviceComm& link,
-                  MasterControl& panel);
+                  MasterControl& panel, TickCalls tickCalls);
 
+  TickCalls calls;
   std::int16_t pollMode = poll::MainLevels;
   std::int16_t sifStep = 0;         // 0..7, step of the request for the spectral inverse filter
   bool eqLevelsWanted = false;      // while an equalizer's level panel is up
@@ -50,13 +52,15 @@ struct PeriodicService {
   std::unique_ptr<Timer> tmrBargraph, tmrIcon;
 
   void EnableMainTimer(bool on);
+  // The connection is told anew at the next tick of tmrIcon, though its state is the same.
+  void ShowConnectionAnew() { lastConnectionState.clear(); }
   // Levels of the last reply, or of a closed port, into the bars.
   void ShowLevelBars();
 
  private:
   void BargraphTick();
   void TickBody();
-  void TellOversize();
+  void ShowOversize();
   void Poll();
   void RequestByMode();
   void IconTick();
@@ -69,7 +73,7 @@ struct PeriodicService {
   modDeviceComm& device;
   MasterControl& master;
   Meter inputLeft, inputRight, outputLeft, outputRight;
-  std::optional<bool> oversizeTold;
+  std::optional<bool> oversizeShown;
   std::string lastUnanswered;  // as it was last shown
   bool tickHolds = false;      // the tick has turned its timer off, and nobody has switched it since
 };

@@ -36,13 +36,13 @@ Session::Session(Platform host)
       setupContext(SetupContextWires()),
       edits(settings, config, download, history),
       master(edits, device, platform.desk),
-      periodic(host.events, host.clock, settings, device, master),
-      panels({history, settings, platform.desk, forms, master, periodic, device}),
-      lastState(settings, setups, platform),
+      periodic(host.events, host.clock, settings, device, master, TickWires()),
+      panels({history, settings, platform.desk, forms, master, periodic, device, coefReader,
+              [this] { SendChanges(); }}),
+      lastState(setupContext, platform, master),
       look(platform, master),
       windows({setupContext, objectLog, forms}) {
   FillMasterHooks();
-  FillTimerHooks();
   FillFileMenuHooks();
   FillEditHooks();
   FillPanelHooks();
@@ -139,22 +139,19 @@ void Session::FillMasterHooks() {
   MasterHooks& hooks = master.hooks;
   hooks.enableMainTimer = [this](bool on) { periodic.EnableMainTimer(on); };
   hooks.configureStages = [this](bool fit) { config.ConfigureStages(fit); };
-  hooks.refreshConnectionText = [this] { periodic.lastConnectionState.clear(); };
+  hooks.refreshConnectionText = [this] { periodic.ShowConnectionAnew(); };
   hooks.showObjectLog = [this] { windows.Open("FrmDebug"); };
   hooks.exit = [this] {
     Exit();
     platform.events.RequestEnd();
   };
-  lastState.noted = [this](const std::string& note) { master.ShowKeeping(note); };
-  lastState.settled = [this] { return !setupContext.working; };
 }
 
-void Session::FillTimerHooks() {
-  periodic.sendChanges = [this] { SendChanges(); };
-  periodic.requestCoefBlock = [this] { coefReader.PollDisplayed(); };
-  periodic.requestSpectrum = [this] { spectrumReader.RequestSpectrumData(); };
-  periodic.requestSif = [this] { spectrumReader.RequestSIFData(); };
-  periodic.showOversize = [this](bool shown) { master.ShowOversize(shown); };
+TickCalls Session::TickWires() {
+  return {.sendChanges = [this] { SendChanges(); },
+          .requestCoefBlock = [this] { coefReader.PollDisplayed(); },
+          .requestSpectrum = [this] { spectrumReader.RequestSpectrumData(); },
+          .requestSif = [this] { spectrumReader.RequestSIFData(); }};
 }
 
 void Session::FillFileMenuHooks() {
@@ -195,9 +192,6 @@ void Session::FillEditHooks() {
 }
 
 void Session::FillPanelHooks() {
-  panels.sendPending = [this] {
-    if (settings.settingsChanged != 0) SendChanges();
-  };
   MasterHooks& hooks = master.hooks;
   hooks.displayChosen = [this](std::int16_t which) { ChooseDisplay(which); };
   hooks.chooseTheme = [this](Theme theme) { look.Choose(theme); };

@@ -71,7 +71,7 @@ struct Session {
   SetupHooks SetupWires();
   SetupContext SetupContextWires();
   void FillMasterHooks();
-  void FillTimerHooks();
+  TickCalls TickWires();
   void FillFileMenuHooks();
   void FillEditHooks();
   void FillPanelHooks();

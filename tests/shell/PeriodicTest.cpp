@@ -25,11 +25,9 @@ struct Periodic : support::LinkFixture {
 };
 
 TEST_F(Periodic, EveryModeAsksForItsOwn) {
-  periodic.requestCoefBlock = [this] { asked += "C"; };
-  periodic.requestSpectrum = [this] { asked += "S"; };
-  periodic.requestSif = [this] { asked += std::to_string(periodic.sifStep); };
-  std::string oversize;
-  periodic.showOversize = [&](bool shown) { oversize += shown ? "+" : "-"; };
+  periodic.calls.requestCoefBlock = [this] { asked += "C"; };
+  periodic.calls.requestSpectrum = [this] { asked += "S"; };
+  periodic.calls.requestSif = [this] { asked += std::to_string(periodic.sifStep); };
   OpenLink(true);
   unit.always = support::GoodReply;
   EXPECT_EQ(Ticks(4), "M||M||");
@@ -51,13 +49,15 @@ TEST_F(Periodic, EveryModeAsksForItsOwn) {
   device.DisconnectZorq(true);
   Ticks(1);
   EXPECT_EQ(session.master.chain.inputs[0].bar.Reading(), "no unit");
+  const Label& oversize = session.master.lblOversizeFilters(0);
+  EXPECT_FALSE(oversize.core.Visible());
   session.settings.extraStages[6] = 1;
   Ticks(2);
-  EXPECT_EQ(oversize, "-+");
+  EXPECT_TRUE(oversize.core.Visible());
   // Who stops the timer within a tick finds it stopped behind it.
-  periodic.showOversize = [this](bool /*shown*/) { periodic.EnableMainTimer(false); };
-  session.settings.extraStages[6] = 0;
-  Ticks(1);
+  periodic.calls.requestSpectrum = [this] { periodic.EnableMainTimer(false); };
+  periodic.pollMode = poll::Spectrum;
+  Ticks(2);
   EXPECT_FALSE(periodic.tmrBargraph->Enabled());
 }
 
