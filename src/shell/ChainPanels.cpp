@@ -75,18 +75,19 @@ void ChainPanels::Refresh() {
 
 ChainPanels::Block ChainPanels::FilterBlockOf(int stage) {
   const KindRow& row = RowOf(FilterKinds(), around.settings.filterType[stage], FilterKind::RefCanceller);
-  return {row.panel, row.name, around.master.FilterSuffix(stage), &around.master.chain.Filter(stage).active};
+  return {row.panel, row.name, around.master.blocks.FilterSuffix(stage),
+          &around.master.chain.Filter(stage).active};
 }
 
 ChainPanels::Block ChainPanels::EqualizerBlockOf(int number) {
   const KindRow& row = RowOf(EqKinds(), around.settings.eqType[number], EqKind::Compressor);
-  return {row.panel, row.name, around.master.EqualizerSuffix(number),
+  return {row.panel, row.name, around.master.blocks.EqualizerSuffix(number),
           &around.master.chain.Equalizer(number).active};
 }
 
 ChainPanels::Block ChainPanels::BroadbandBlockOf(int number) {
   const KindRow& row = RowOf(BroadbandKinds(), around.settings.broadbandType[number], BroadbandKind::NoiseEq);
-  return {row.panel, row.name, around.master.BroadbandSuffix(number),
+  return {row.panel, row.name, around.master.blocks.BroadbandSuffix(number),
           &around.master.chain.Broadband(number).active};
 }
 

@@ -36,6 +36,7 @@ EditOrigin OriginOf(const ListBox& list) {
 
 MasterControl::MasterControl(RecordEdits& recordEdits, modDeviceComm& link, Desk& operatorDesk)
     : form("MasterControl", ApplicationTitle + " Master Control Panel"),
+      blocks(chain, recordEdits.settings),
       edits(recordEdits),
       settings(recordEdits.settings),
       device(link),
@@ -89,12 +90,12 @@ std::vector<MasterControl::MirroredList> MasterControl::Lists() {
 void MasterControl::BindMirrors() {
   for (const auto& [button, field, index, needs] : Switches()) {
     button.clicked = [this, &shown = button, name = field, i = index] {
-      edits.Store(name, i, LowWord(shown.Value()), OriginOf(shown.core));
+      blocks.ShowOnce([&] { edits.Store(name, i, LowWord(shown.Value()), OriginOf(shown.core)); });
     };
   }
   for (const auto& [list, field, index] : Lists()) {
     list.changed = [this, &shown = list, name = field, i = index] {
-      edits.Store(name, i, LowWord(shown.ListIndex()), OriginOf(shown));
+      blocks.ShowOnce([&] { edits.Store(name, i, LowWord(shown.ListIndex()), OriginOf(shown)); });
     };
   }
   top.optNumFilters.changed = [this] {
@@ -168,7 +169,7 @@ void MasterControl::ConfigMasterControl() {
   menus.mnuLevelControls.SetChecked(settings.levelControlsShown != 0);
   menus.mnuChannelSwap.SetChecked(settings.channelSwap != 0);
   chain.lblSwap.core.SetVisible(settings.channelSwap != 0);
-  ShowStanding();
+  blocks.ShowSignalPath();
 }
 
 void MasterControl::ShowInputs() {
@@ -190,13 +191,7 @@ void MasterControl::ShowMirrors() {
     button.core.SetEnabled(needs == nullptr || settings.*needs != 0);
   }
   for (const auto& [list, field, index] : Lists()) list.SetListIndex(ValueOf(field, index));
-  for (int stage = 1; stage <= FilterStages; ++stage) ConfigureFilterStageButtons(stage);
-}
-
-void MasterControl::ConfigureFilterStageButtons(int stage) {
-  const bool adaptive = IsAdaptive(settings.filterType[stage]);
-  chain.Filter(stage).adapt.core.SetVisible(adaptive);
-  chain.Filter(stage).clear.core.SetVisible(adaptive);
+  for (int stage = 1; stage <= FilterStages; ++stage) blocks.ConfigureFilterStageButtons(stage);
 }
 
 void MasterControl::ShowConfiguration() {
@@ -216,7 +211,7 @@ void MasterControl::ConfigureStages() {
     }
     top.optNumFilters.Select(settings.numFilters - 1);
   }
-  ConfigureBlocks();
+  blocks.ConfigureBlocks();
 }
 
 }  // namespace vc

@@ -11,6 +11,7 @@
 #include "model/SystemSettings.h"
 #include "panels/SliderText.h"
 #include "platform/Desk.h"
+#include "shell/ChainBlocks.h"
 #include "shell/ChainLayout.h"
 #include "shell/MasterMenus.h"
 #include "shell/RecordEdits.h"
@@ -70,23 +71,16 @@ struct MasterControl {
   Label lblKeeping{fraFoot, "lblKeeping", ""};
   Label lblSetupFile{fraFoot, "lblSetupFile", ""};  // the path of the open setup
 
+  ChainBlocks blocks;
+
   // Fills the panel from the record, with every handler of its controls inert.
   void ConfigMasterControl();
   // The lists of bandwidth and configuration alone, in the same way.
   void ShowConfiguration();
-  // How many filters may be chosen and how many are, and ConfigureBlocks.
+  // How many filters may be chosen and how many are, and the blocks.
   void ConfigureStages();
-  // Captions of the blocks, and which of them are there, by the configuration.
-  void ConfigureBlocks();
-  // Clear and adapt show for the adaptive kinds only.
-  void ConfigureFilterStageButtons(int stage);
   // display::None, Coefficients or Spectrum; the buttons follow.
   void ShowDisplay(std::int16_t which);
-  // What stands behind the title of a block's panel, " (Left Filter 2)".
-  std::string FilterSuffix(int stage) const;
-  std::string EqualizerSuffix(int number) const;
-  std::string BroadbandSuffix(int number) const;
-
   void ShowOversize(bool shown);
   void ShowKeeping(const std::string& note);
   // Puts the check marks of the port and rate menus where the record says.
@@ -129,11 +123,6 @@ struct MasterControl {
   void ShowMirrors();
   void ShowInputs();
   void ShowEdits();
-  void ShowStanding();
-  void ShowChannels();
-  void ShowWhatBlocksDo();
-  void ShowResponse(FilterBlock& block, int stage) const;
-  void SetBlock(Frame& frame, const std::string& caption, bool there);
   void ClearStage(int stage);
   void ClearAll();
   void StoreLevel(int channel);

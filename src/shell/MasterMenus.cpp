@@ -50,7 +50,7 @@ void MasterControl::BindMenus() {
   menus.mnuRedo.clicked = [this] { edits.history.Redo(); };
   edits.history.changed = [this] {
     ShowEdits();
-    ShowWhatBlocksDo();
+    blocks.ShowWhatBlocksDo();
   };
   for (MenuEntry& entry : menus.mnuTheme) {
     entry.clicked = [this, index = entry.core.index] { hooks.chooseTheme(static_cast<Theme>(index)); };

@@ -1,11 +1,7 @@
-// The blocks of the chain on the master control panel: which there are in each configuration, what they are
-// called, and whether the signal goes through them.
-#include <string>
+#include "shell/ChainBlocks.h"
 
 #include "model/FilterResponse.h"
-#include "model/Kinds.h"
 #include "panels/KeyNumbers.h"
-#include "shell/MasterControl.h"
 
 namespace vc {
 namespace {
@@ -46,14 +42,14 @@ std::string CaptionOf(const SystemSettings& settings, int stage) {
 
 std::string Suffix(const std::string& caption) { return " (" + caption + ")"; }
 
-}  // namespace
-
-void MasterControl::SetBlock(Frame& frame, const std::string& caption, bool there) {
+void SetBlock(Frame& frame, const std::string& caption, bool there) {
   frame.core.SetCaption(caption);
   frame.core.SetEnabled(there && caption != NotThere);
 }
 
-void MasterControl::ConfigureBlocks() {
+}  // namespace
+
+void ChainBlocks::ConfigureBlocks() {
   const BlockNames& names = NamesIn(settings.configMode);
   for (const int side : {1, 2}) {
     const auto place = static_cast<std::size_t>(side - 1);
@@ -69,11 +65,11 @@ void MasterControl::ConfigureBlocks() {
   chain.lbOutputRight.core.SetVisible(stereo);
   chain.lblRightOut.core.SetVisible(stereo);
   chain.fraRightOut.core.SetVisible(stereo);
-  ShowStanding();
+  ShowSignalPath();
 }
 
 // In Stereo Linked every block stands for both channels, in Stereo Independent only what is at the ends does.
-void MasterControl::ShowChannels() {
+void ChainBlocks::ShowChannels() {
   const bool stereo = settings.configMode != ConfigMode::Mono;
   const bool linked = IsLinked(settings.configMode);
   for (Frame* frame :
@@ -89,11 +85,19 @@ void MasterControl::ShowChannels() {
   }
 }
 
-void MasterControl::ShowWhatBlocksDo() {
+void ChainBlocks::ShowWhatBlocksDo() {
+  due = held > 0;
+  if (due) return;
+  if (!anyComputed || computed != settings) {
+    ShowKeyNumbers();
+    ComputeResponses();
+  }
+  for (int stage = 1; stage <= FilterStages; ++stage) ShowResponse(stage);
+}
+
+void ChainBlocks::ShowKeyNumbers() {
   for (int stage = 1; stage <= FilterStages; ++stage) {
-    FilterBlock& block = chain.Filter(stage);
-    block.keys.core.SetCaption(FilterKeyNumbers(settings, stage));
-    ShowResponse(block, stage);
+    chain.Filter(stage).keys.core.SetCaption(FilterKeyNumbers(settings, stage));
   }
   for (const int side : {1, 2}) {
     chain.Equalizer(side).keys.core.SetCaption(EqualizerKeyNumbers(settings, side));
@@ -105,10 +109,19 @@ void MasterControl::ShowWhatBlocksDo() {
   chain.limiter.keys.core.SetCaption(LimiterKeyNumbers(settings));
 }
 
-void MasterControl::ShowResponse(FilterBlock& block, int stage) const {
+void ChainBlocks::ComputeResponses() {
   constexpr std::size_t points = 81;
+  for (int stage = 1; stage <= FilterStages; ++stage) {
+    responses[stage] = FilterResponse(settings, stage, settings.filterType[stage], points);
+  }
+  computed = settings;
+  anyComputed = true;
+}
+
+void ChainBlocks::ShowResponse(int stage) {
   constexpr double highestDb = 5, lowestDb = -65;
-  const std::vector<float> curve = FilterResponse(settings, stage, settings.filterType[stage], points);
+  FilterBlock& block = chain.Filter(stage);
+  const std::vector<float>& curve = responses[stage];
   block.response.core.SetVisible(!curve.empty());
   if (curve.empty()) return;
   const bool in = block.frame.InTheWay() == Standing::In;
@@ -116,7 +129,13 @@ void MasterControl::ShowResponse(FilterBlock& block, int stage) const {
   block.response.SetTraces({{"Response", curve, in ? TraceColours[0] : GrayText}});
 }
 
-void MasterControl::ShowStanding() {
+void ChainBlocks::ConfigureFilterStageButtons(int stage) {
+  const bool adaptive = IsAdaptive(settings.filterType[stage]);
+  chain.Filter(stage).adapt.core.SetVisible(adaptive);
+  chain.Filter(stage).clear.core.SetVisible(adaptive);
+}
+
+void ChainBlocks::ShowSignalPath() {
   const bool processing = settings.procEnabled != 0;
   const auto show = [processing](Frame& frame, const GraphicButton& active, bool always = false) {
     const bool in = active.Value() == 1 && (processing || always);
@@ -134,13 +153,13 @@ void MasterControl::ShowStanding() {
   ShowWhatBlocksDo();
 }
 
-std::string MasterControl::FilterSuffix(int stage) const { return Suffix(CaptionOf(settings, stage)); }
+std::string ChainBlocks::FilterSuffix(int stage) const { return Suffix(CaptionOf(settings, stage)); }
 
-std::string MasterControl::BroadbandSuffix(int number) const {
+std::string ChainBlocks::BroadbandSuffix(int number) const {
   return Suffix(NamesIn(settings.configMode).broadband.at(static_cast<std::size_t>(number - 1)));
 }
 
-std::string MasterControl::EqualizerSuffix(int number) const {
+std::string ChainBlocks::EqualizerSuffix(int number) const {
   if (settings.configMode == ConfigMode::Mono) return " (Mono Equalizer)";
   if (settings.configMode == ConfigMode::StereoLinked) return " (Left/Right Equalizer)";
   return number == 1 ? " (Left Equalizer)" : " (Right Equalizer)";

@@ -1,0 +1,64 @@
+// The blocks of the chain on the master control panel: which there are in each configuration, what they are
+// called, what each does, and whether the signal goes through it.
+#pragma once
+
+#include <array>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "model/Kinds.h"
+#include "model/SystemSettings.h"
+#include "shell/ChainLayout.h"
+
+namespace vc {
+
+struct ChainBlocks {
+  ChainBlocks(ChainLayout& layout, const SystemSettings& record) : chain(layout), settings(record) {}
+
+  // Captions of the blocks, and which of them are there, by the configuration.
+  void ConfigureBlocks();
+  // Clear and adapt show for the adaptive kinds only.
+  void ConfigureFilterStageButtons(int stage);
+  // Which blocks are in the signal's way, and what they do.
+  void ShowSignalPath();
+  // Key numbers, and the pictures of the responses that can be computed.
+  void ShowWhatBlocksDo();
+  // Runs an edit under which the panel is shown anew several times: what the blocks do is then shown once.
+  template <typename Edit>
+  void ShowOnce(Edit edit) {
+    {
+      const Hold hold(held);
+      edit();
+    }
+    if (held == 0 && std::exchange(due, false)) ShowWhatBlocksDo();
+  }
+
+  // What stands behind the title of a block's panel, " (Left Filter 2)".
+  std::string FilterSuffix(int stage) const;
+  std::string EqualizerSuffix(int number) const;
+  std::string BroadbandSuffix(int number) const;
+
+ private:
+  struct Hold {
+    explicit Hold(int& counter) : count(++counter) {}
+    ~Hold() { --count; }
+    Hold(const Hold&) = delete;
+    Hold& operator=(const Hold&) = delete;
+    int& count;
+  };
+  void ShowChannels();
+  void ShowKeyNumbers();
+  void ComputeResponses();
+  void ShowResponse(int stage);
+
+  ChainLayout& chain;
+  const SystemSettings& settings;
+  PerStage<std::vector<float>> responses;  // dB, empty for what has none
+  SystemSettings computed;                 // the record that they were computed from
+  bool anyComputed = false;
+  int held = 0;
+  bool due = false;  // held, and to be shown
+};
+
+}  // namespace vc
