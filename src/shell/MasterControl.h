@@ -1,20 +1,18 @@
 // The master control panel: the operator's view of the whole chain.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <functional>
 #include <string>
-#include <vector>
 
 #include "link/modDeviceComm.h"
 #include "model/SystemSettings.h"
-#include "panels/SliderText.h"
 #include "platform/Desk.h"
 #include "shell/ChainBlocks.h"
 #include "shell/ChainLayout.h"
 #include "shell/MasterMenus.h"
 #include "shell/RecordEdits.h"
+#include "shell/RecordMirrors.h"
 #include "widgets/Controls.h"
 #include "widgets/Form.h"
 
@@ -72,6 +70,7 @@ struct MasterControl {
   Label lblSetupFile{fraFoot, "lblSetupFile", ""};  // the path of the open setup
 
   ChainBlocks blocks;
+  RecordMirrors mirrors;
 
   // Fills the panel from the record, with every handler of its controls inert.
   void ConfigMasterControl();
@@ -96,38 +95,13 @@ struct MasterControl {
   void CheckFirmwareVersion(bool ask);
 
  private:
-  // A latching button that stands for a field of the record.
-  struct MirroredSwitch {
-    GraphicButton& button;
-    std::string_view field;
-    int index;
-    std::int16_t SystemSettings::*needs;  // the switch that must be on for this one to be of use, or null
-  };
-  // A list whose row is a field of the record.
-  struct MirroredList {
-    ListBox& list;
-    std::string_view field;
-    int index;
-  };
-
   void BindMenus();
   void BindSettingsMenu();
   void BindLaterMenus();
-  void BindMirrors();
-  void BindInputs();
   void BindBlocks();
   void BindDisplays();
   void BindKeys();
-  std::vector<MirroredSwitch> Switches();
-  std::vector<MirroredList> Lists();
-  void ShowMirrors();
-  void ShowInputs();
   void ShowEdits();
-  void ClearStage(int stage);
-  void ClearAll();
-  void StoreLevel(int channel);
-  std::int16_t ValueOf(std::string_view field, int index) const;
-  void Toggle(std::string_view field, const MenuEntry& entry);
   void OpenHelp(const std::string& topic, int context);
   void TellLater(const std::string& what);
 

@@ -45,9 +45,9 @@ void MasterControl::BindMenus() {
   menus.mnuWorkingFolder.clicked = [this] { hooks.pickWorkingFolder(); };
   menus.mnuExit.clicked = [this] { hooks.exit(); };
   menus.mnuUndo.shortcut = "Ctrl+Z";
-  menus.mnuUndo.clicked = [this] { edits.history.Undo(); };
+  menus.mnuUndo.clicked = [this] { blocks.ShowOnce([this] { edits.history.Undo(); }); };
   menus.mnuRedo.shortcut = "Ctrl+Shift+Z";
-  menus.mnuRedo.clicked = [this] { edits.history.Redo(); };
+  menus.mnuRedo.clicked = [this] { blocks.ShowOnce([this] { edits.history.Redo(); }); };
   edits.history.changed = [this] {
     ShowEdits();
     blocks.ShowWhatBlocksDo();
@@ -71,8 +71,8 @@ void MasterControl::BindSettingsMenu() {
   for (MenuEntry& entry : menus.mnuBaudSelect) {
     entry.clicked = [this, index = entry.core.index] { SelectRate(index); };
   }
-  menus.mnuLevelControls.clicked = [this] { Toggle("levelControlsShown", menus.mnuLevelControls); };
-  menus.mnuChannelSwap.clicked = [this] { Toggle("channelSwap", menus.mnuChannelSwap); };
+  menus.mnuLevelControls.clicked = [this] { mirrors.Toggle("levelControlsShown", menus.mnuLevelControls); };
+  menus.mnuChannelSwap.clicked = [this] { mirrors.Toggle("channelSwap", menus.mnuChannelSwap); };
   CheckConnectEntries(false);
   CheckTheme(Theme::System);
   for (MenuEntry* entry : {&menus.mnuLevelControls, &menus.mnuChannelSwap}) entry->SetChecked(false);
@@ -150,11 +150,6 @@ void MasterControl::ShowEdits() {
 
 void MasterControl::CheckTheme(Theme theme) {
   for (MenuEntry& entry : menus.mnuTheme) entry.SetChecked(entry.core.index == static_cast<int>(theme));
-}
-
-void MasterControl::Toggle(std::string_view field, const MenuEntry& entry) {
-  const std::int16_t toggled = ValueOf(field, 0) == 0 ? 1 : 0;
-  edits.Store(field, 0, toggled, {WithoutAccessKey(entry.core.Caption())});
 }
 
 void MasterControl::OpenHelp(const std::string& topic, int context) {
