@@ -5,13 +5,14 @@
 
 namespace vc {
 
-MasterControl::MasterControl(RecordEdits& recordEdits, modDeviceComm& link, Desk& operatorDesk)
+MasterControl::MasterControl(RecordEdits& recordEdits, modDeviceComm& link, Desk& operatorDesk,
+                             PeriodicService& timers)
     : form("MasterControl", ApplicationTitle + " Master Control Panel"),
       blocks(chain, recordEdits.settings),
       mirrors(top, chain, blocks, recordEdits),
+      connection({menus, recordEdits.settings, link, recordEdits.config, operatorDesk, timers}),
       edits(recordEdits),
       settings(recordEdits.settings),
-      device(link),
       desk(operatorDesk) {
   constexpr std::int32_t longestSilence = 20000;  // hundredths, until the link is given up
   top.txtComInfo.readOnly = true;
@@ -47,7 +48,7 @@ void MasterControl::ConfigMasterControl() {
   const Mute inert(form);
   mirrors.Show();
   ShowEdits();
-  CheckPortAndRate();
+  connection.CheckPortAndRate();
   menus.mnuLevelControls.SetChecked(settings.levelControlsShown != 0);
   menus.mnuChannelSwap.SetChecked(settings.channelSwap != 0);
   chain.lblSwap.core.SetVisible(settings.channelSwap != 0);

@@ -10,6 +10,7 @@
 #include "platform/Desk.h"
 #include "shell/ChainBlocks.h"
 #include "shell/ChainLayout.h"
+#include "shell/ConnectionMenu.h"
 #include "shell/MasterMenus.h"
 #include "shell/RecordEdits.h"
 #include "shell/RecordMirrors.h"
@@ -20,9 +21,6 @@ namespace vc {
 
 // What the panel needs of the session around it.
 struct MasterHooks {
-  std::function<void(bool on)> enableMainTimer = [](bool) {};
-  std::function<void(bool fit)> configureStages = [](bool) {};
-  std::function<void()> refreshConnectionText = [] {};
   std::function<void()> showObjectLog = [] {};
   std::function<void()> newSetup = [] {};
   std::function<void()> storeSetup = [] {};
@@ -52,7 +50,7 @@ inline constexpr std::int16_t None = 0, Coefficients = 1, Spectrum = 2;
 }  // namespace display
 
 struct MasterControl {
-  MasterControl(RecordEdits& recordEdits, modDeviceComm& link, Desk& operatorDesk);
+  MasterControl(RecordEdits& recordEdits, modDeviceComm& link, Desk& operatorDesk, PeriodicService& timers);
 
   Form form;
   MasterHooks hooks;
@@ -71,6 +69,7 @@ struct MasterControl {
 
   ChainBlocks blocks;
   RecordMirrors mirrors;
+  ConnectionMenu connection;
 
   // Fills the panel from the record, with every handler of its controls inert.
   void ConfigMasterControl();
@@ -82,17 +81,7 @@ struct MasterControl {
   void ShowDisplay(std::int16_t which);
   void ShowOversize(bool shown);
   void ShowKeeping(const std::string& note);
-  // Puts the check marks of the port and rate menus where the record says.
-  void CheckPortAndRate();
-  void CheckConnectEntries(bool connected);
   void CheckTheme(Theme theme);
-  // Caption of the chosen port's entry, "COM1".
-  std::string PortCaption();
-  // Of the chosen rate's entry, "19200 baud".
-  std::string RateCaption();
-  // With ask it requests the unit's version, and drops the link where that worked; without, the update is due
-  // at once. Where it is due the operator is asked, and told what follows.
-  void CheckFirmwareVersion(bool ask);
 
  private:
   void BindMenus();
@@ -104,23 +93,12 @@ struct MasterControl {
   void ShowEdits();
   void OpenHelp(const std::string& topic, int context);
   void TellLater(const std::string& what);
-
-  void Connect();
-  void SelectPort(int entry);
-  void SelectRate(int entry);
-  // False where the operator wants to keep the session that a change would end.
-  bool MayDisconnect(const std::string& title, const std::string& what);
-  void OfferFirmwareUpdate();
   void AskForNewSetup();
-  void ShowAbout();
-  void UpdateOnDemand();
 
   RecordEdits& edits;
   SystemSettings& settings;
-  modDeviceComm& device;
   Desk& desk;
   std::int16_t displayed = display::None;
-  int updatePresses = 0;
 };
 
 }  // namespace vc

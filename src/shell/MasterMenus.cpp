@@ -63,17 +63,8 @@ void MasterControl::BindMenus() {
 }
 
 void MasterControl::BindSettingsMenu() {
-  menus.mnuConnect.clicked = [this] { Connect(); };
-  menus.mnuDisconnect.clicked = [this] { device.DisconnectZorq(true); };
-  for (MenuEntry& entry : menus.mnuComSelect) {
-    entry.clicked = [this, index = entry.core.index] { SelectPort(index); };
-  }
-  for (MenuEntry& entry : menus.mnuBaudSelect) {
-    entry.clicked = [this, index = entry.core.index] { SelectRate(index); };
-  }
   menus.mnuLevelControls.clicked = [this] { mirrors.Toggle("levelControlsShown", menus.mnuLevelControls); };
   menus.mnuChannelSwap.clicked = [this] { mirrors.Toggle("channelSwap", menus.mnuChannelSwap); };
-  CheckConnectEntries(false);
   CheckTheme(Theme::System);
   for (MenuEntry* entry : {&menus.mnuLevelControls, &menus.mnuChannelSwap}) entry->SetChecked(false);
 }
@@ -93,7 +84,7 @@ void MasterControl::BindLaterMenus() {
                "There is no browser that could open " + MakerSite + ".");
     }
   };
-  menus.mnuAbout.clicked = [this] { ShowAbout(); };
+  menus.mnuAbout.clicked = [this] { connection.ShowAbout(); };
 }
 
 void MasterControl::BindDisplays() {
@@ -137,7 +128,7 @@ void MasterControl::BindKeys() {
   clicks("Alt+S", top.btnSpecAnalyzer);
   form.keys["Ctrl+Y"] = [this] { edits.history.Redo(); };
   form.keys["Alt+D"] = [this] { hooks.showObjectLog(); };
-  form.keys["Alt+U"] = [this] { UpdateOnDemand(); };
+  form.keys["Alt+U"] = [this] { connection.UpdateOnDemand(); };
 }
 
 void MasterControl::ShowEdits() {

@@ -35,7 +35,7 @@ Session::Session(Platform host)
       history(settings, host.clock),
       setupContext(SetupContextWires()),
       edits(settings, config, download, history),
-      master(edits, device, platform.desk),
+      master(edits, device, platform.desk, periodic),
       periodic(host.events, host.clock, settings, device, master, TickWires()),
       panels({history, settings, platform.desk, forms, master, periodic, device, coefReader,
               [this] { SendChanges(); }}),
@@ -49,23 +49,24 @@ Session::Session(Platform host)
 }
 
 LinkHooks Session::LinkWires() {
-  return {.box =
-              [this](int code, const std::string& title, const std::string& text) {
-                // Nobody is there to answer, and the link has not failed.
-                return Leaving() ? SafeAnswer(box::ButtonsOf(code)) : platform.desk.Box(code, title, text);
-              },
-          .connectionState = [this](const std::string& state) { TakeConnectionState(state); },
-          .connectEntriesChecked = [this](bool connected) { master.CheckConnectEntries(connected); },
-          .mainTimer = [this](bool on) { periodic.EnableMainTimer(on); },
-          .pollingStarted = [this] { periodic.pollMode = poll::MainLevels; },
-          .unitOptionChanged = [this] { FollowUnitOption(); },
-          .portUnavailable = [this](const std::string& reason) { master.lblStatus.core.SetCaption(reason); },
-          .portCaption = [this] { return master.PortCaption(); },
-          .mainTimerMilliseconds = [this] { return periodic.tmrBargraph->IntervalMilliseconds(); },
-          .ending = [this] { return Leaving(); },
-          .waiting = [this](std::int32_t hundredths) { ShowWaiting(hundredths); },
-          .portClosed = [this] { periodic.ShowLevelBars(); },
-          .endProgram = [this] { platform.events.RequestEnd(); }};
+  return {
+      .box =
+          [this](int code, const std::string& title, const std::string& text) {
+            // Nobody is there to answer, and the link has not failed.
+            return Leaving() ? SafeAnswer(box::ButtonsOf(code)) : platform.desk.Box(code, title, text);
+          },
+      .connectionState = [this](const std::string& state) { TakeConnectionState(state); },
+      .connectEntriesChecked = [this](bool connected) { master.connection.CheckConnectEntries(connected); },
+      .mainTimer = [this](bool on) { periodic.EnableMainTimer(on); },
+      .pollingStarted = [this] { periodic.pollMode = poll::MainLevels; },
+      .unitOptionChanged = [this] { FollowUnitOption(); },
+      .portUnavailable = [this](const std::string& reason) { master.lblStatus.core.SetCaption(reason); },
+      .portCaption = [this] { return master.connection.PortCaption(); },
+      .mainTimerMilliseconds = [this] { return periodic.tmrBargraph->IntervalMilliseconds(); },
+      .ending = [this] { return Leaving(); },
+      .waiting = [this](std::int32_t hundredths) { ShowWaiting(hundredths); },
+      .portClosed = [this] { periodic.ShowLevelBars(); },
+      .endProgram = [this] { platform.events.RequestEnd(); }};
 }
 
 void Session::TakeConnectionState(const std::string& state) {
@@ -137,9 +138,6 @@ SetupContext Session::SetupContextWires() {
 
 void Session::FillMasterHooks() {
   MasterHooks& hooks = master.hooks;
-  hooks.enableMainTimer = [this](bool on) { periodic.EnableMainTimer(on); };
-  hooks.configureStages = [this](bool fit) { config.ConfigureStages(fit); };
-  hooks.refreshConnectionText = [this] { periodic.ShowConnectionAnew(); };
   hooks.showObjectLog = [this] { windows.Open("FrmDebug"); };
   hooks.exit = [this] {
     Exit();
@@ -264,11 +262,10 @@ void Session::TellAtStart(const std::string& what) {
 
 void Session::ConnectAtStart() {
   if (Leaving()) return;
-  TellAtStart("Waiting for " + ApplicationTitle + " on " + master.PortCaption() + " at " +
-              master.RateCaption());
+  TellAtStart("Waiting for " + ApplicationTitle + " on " + master.connection.PortCaption() + " at " +
+              master.connection.RateCaption());
   if (!device.InitComPort(false)) return;
-  master.CheckFirmwareVersion(true);
-  if (!Leaving()) device.InitComPort(true);
+  if (master.connection.CheckFirmwareVersion(true) && !Leaving()) device.InitComPort(true);
 }
 
 bool Session::Leaving() const { return platform.events.Ending() && !exited; }

@@ -42,9 +42,8 @@ TEST_F(Sessions, StartConnectsInTheToldOrder) {
 
 TEST_F(Sessions, StartWithoutAUnitWorksOn) {
   std::string told;
-  session.windows.FormOf("FrmSplash").controlChanged = [&](const ControlCore& core, std::string_view /*property*/) {
-    told += core.Caption() + ";";
-  };
+  session.windows.FormOf("FrmSplash").controlChanged =
+      [&](const ControlCore& core, std::string_view /*property*/) { told += core.Caption() + ";"; };
   session.Start();
   EXPECT_EQ(told, "Waiting for Veltrana on COM1 at 115200 baud;Fitting the filters;");
   EXPECT_EQ(OnlyBox().substr(0, 23), "48|Veltrana Not Present");
@@ -121,9 +120,8 @@ TEST_F(Sessions, AUnitThatGoesWhileItIsAskedForItsVersionIsOfferedNone) {
     return support::GoodReply(frame);
   };
   session.Start();
-  ASSERT_EQ(test.desk.boxes.size(), 2U);
+  ASSERT_EQ(test.desk.boxes.size(), 1U);  // and is not asked a second time
   EXPECT_EQ(test.desk.boxes[0].title, "Veltrana Connection Lost");
-  EXPECT_EQ(test.desk.boxes[1].title, "Veltrana Not Present");
 }
 
 TEST_F(Sessions, YesToTheUpdateFreesThePortFirst) {
@@ -133,10 +131,8 @@ TEST_F(Sessions, YesToTheUpdateFreesThePortFirst) {
   test.desk.boxes.clear();
   test.desk.answers = {Answer::Yes};
   bool portWasFree = false;
-  master.hooks.enableMainTimer = [&](bool on) {
-    if (!on) portWasFree = !test.ports.state.open;
-  };
-  master.CheckFirmwareVersion(false);
+  device.hooks.portClosed = [&] { portWasFree = test.desk.boxes.size() == 1; };
+  master.connection.CheckFirmwareVersion(false);
   EXPECT_TRUE(portWasFree);
   ASSERT_EQ(test.desk.boxes.size(), 2U);
   EXPECT_EQ(test.desk.boxes[1].title, "Firmware Update");
