@@ -26,14 +26,7 @@ void ForEachOf(std::int16_t& current, std::int16_t count, Routine routine) {
 
 }  // namespace
 
-ChainPanels::ChainPanels(const Around& parts) : around(parts) {
-  MasterHooks& hooks = around.master.hooks;
-  hooks.openFilter = [this](int stage) { OpenFilter(stage); };
-  hooks.openEqualizer = [this](int number) { OpenEqualizer(number); };
-  hooks.openBroadband = [this](int number) { OpenBroadband(number); };
-  hooks.openBlock = [this](std::string_view panel, FixedBlock& block) { OpenBlock(panel, block); };
-  hooks.openMemory = [this](int memory) { OpenMemory(memory); };
-}
+ChainPanels::ChainPanels(const Around& parts) : around(parts) {}
 
 PanelContext ChainPanels::ContextFor(const Block& block) {
   return {.settings = around.settings,
@@ -44,7 +37,7 @@ PanelContext ChainPanels::ContextFor(const Block& block) {
           .suffix = block.suffix,
           .activated = [this] { DisplayThisFilter(); },
           .unloaded = [this] { DisplayMasterControl(); },
-          .storeOpenSetup = [this] { around.master.hooks.storeOpenSetup(); },
+          .storeOpenSetup = [this] { around.master.actions.StoreOpenSetup(); },
           .storeInMemory = [this](int memory, int function) { return StoreInMemory(memory, function); }};
 }
 

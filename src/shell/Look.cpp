@@ -32,7 +32,7 @@ void Look::Choose(Theme theme) {
 
 void Look::TakeOn(Theme theme) {
   platform.desk.SetTheme(theme);
-  master.CheckTheme(theme);
+  master.actions.CheckTheme(theme);
 }
 
 }  // namespace vc

@@ -1,53 +1,54 @@
 #include "shell/MasterControl.h"
 
 #include "link/ConnectionState.h"
+#include "model/Settings.h"
+#include "shell/ChainPanels.h"
+#include "shell/PeriodicService.h"
 #include "text/ProgramInfo.h"
 
 namespace vc {
 
-MasterControl::MasterControl(RecordEdits& recordEdits, modDeviceComm& link, Desk& operatorDesk,
-                             PeriodicService& timers)
+MasterControl::MasterControl(const Around& parts)
     : form("MasterControl", ApplicationTitle + " Master Control Panel"),
-      blocks(chain, recordEdits.settings),
-      mirrors(top, chain, blocks, recordEdits),
-      connection({menus, recordEdits.settings, link, recordEdits.config, operatorDesk, timers}),
-      edits(recordEdits),
-      settings(recordEdits.settings),
-      desk(operatorDesk) {
+      blocks(chain, parts.edits.settings),
+      mirrors(top, chain, blocks, parts.edits),
+      connection({menus, parts.edits.settings, parts.device, parts.config, parts.desk, parts.periodic}),
+      actions({menus, top, chain, mirrors, blocks, connection, parts.history, parts.desk, parts.panels,
+               parts.windows, parts.look, parts.session}),
+      settings(parts.edits.settings),
+      periodic(parts.periodic),
+      panels(parts.panels) {
   constexpr std::int32_t longestSilence = 20000;  // hundredths, until the link is given up
   top.txtComInfo.readOnly = true;
   top.txtComInfo.widest = ConnectionText(StateConnected, 1, LastBaudIndex) + UnansweredText(longestSilence);
   lblSetupFile.elided = true;
   form.initialFocus = &top.txtComInfo.core;  // where no stray key or wheel can change anything
   ShowOversize(false);
-  form.closeRequested = [this] { hooks.exit(); };
-  BindMenus();
+  form.closeRequested = menus.mnuExit.clicked;
   BindBlocks();
   BindDisplays();
-  BindKeys();
 }
 
 void MasterControl::BindBlocks() {
   for (int stage = 1; stage <= FilterStages; ++stage) {
-    chain.Filter(stage).config.clicked = [this, stage] { hooks.openFilter(stage); };
+    chain.Filter(stage).config.clicked = [this, stage] { panels.OpenFilter(stage); };
   }
   for (const int side : {1, 2}) {
-    chain.Equalizer(side).config.clicked = [this, side] { hooks.openEqualizer(side); };
-    chain.Broadband(side).config.clicked = [this, side] { hooks.openBroadband(side); };
+    chain.Equalizer(side).config.clicked = [this, side] { panels.OpenEqualizer(side); };
+    chain.Broadband(side).config.clicked = [this, side] { panels.OpenBroadband(side); };
   }
-  const auto opens = [this](FixedBlock& block, const char* panel) {
-    block.config.clicked = [this, &block, panel] { hooks.openBlock(panel, block); };
-  };
-  opens(chain.ihpf, "IHPFSetup");
-  opens(chain.agc, "AGCSetup");
-  opens(chain.ohpf, "OHPFSetup");
-  opens(chain.limiter, "LimiterSetup");
+  for (const auto& [block, panel] : {std::pair{&chain.ihpf, "IHPFSetup"},
+                                     {&chain.agc, "AGCSetup"},
+                                     {&chain.ohpf, "OHPFSetup"},
+                                     {&chain.limiter, "LimiterSetup"}}) {
+    block->config.clicked = [this, opened = block, name = panel] { panels.OpenBlock(name, *opened); };
+  }
 }
 
 void MasterControl::ConfigMasterControl() {
   const Mute inert(form);
   mirrors.Show();
-  ShowEdits();
+  actions.ShowSteps();
   connection.CheckPortAndRate();
   menus.mnuLevelControls.SetChecked(settings.levelControlsShown != 0);
   menus.mnuChannelSwap.SetChecked(settings.channelSwap != 0);
@@ -69,6 +70,48 @@ void MasterControl::ConfigureStages() {
     mirrors.ShowNumFilters();
   }
   blocks.ConfigureBlocks();
+}
+
+void MasterControl::ShowStep() {
+  actions.ShowSteps();
+  blocks.ShowWhatBlocksDo();
+}
+
+void MasterControl::BindDisplays() {
+  top.btnCoeffDisplay.clicked = [this] {
+    ShowDisplay(top.btnCoeffDisplay.Value() == 1 ? display::Coefficients : display::None);
+  };
+  top.btnSpecAnalyzer.clicked = [this] {
+    ShowDisplay(top.btnSpecAnalyzer.Value() == 1 ? display::Spectrum : display::None);
+  };
+}
+
+void MasterControl::ShowDisplay(std::int16_t which) {
+  const std::string told = displayed == display::None ? std::string{} : lblStatus.core.Caption();
+  displayed = which == display::Coefficients || which == display::Spectrum ? which : display::None;
+  top.btnCoeffDisplay.SetValue(displayed == display::Coefficients ? 1 : 0);
+  top.btnSpecAnalyzer.SetValue(displayed == display::Spectrum ? 1 : 0);
+  periodic.pollMode = poll::MainLevels;
+  if (displayed == display::Coefficients) {
+    periodic.pollMode = poll::Coefficients;
+    lblStatus.core.SetCaption("The coefficient display's window is not part of this version yet.");
+  } else if (displayed == display::Spectrum) {
+    periodic.pollMode = poll::Spectrum;
+    settings.specRun = 1;
+    lblStatus.core.SetCaption("The spectrum analyzer's window is not part of this version yet.");
+  } else if (lblStatus.core.Caption() == told) {
+    lblStatus.core.SetCaption("");
+  }
+  MarkEdited(settings);
+}
+
+void MasterControl::ShowOversize(bool shown) {
+  for (Label& label : lblOversizeFilters) label.core.SetVisible(shown);
+}
+
+void MasterControl::ShowKeeping(const std::string& note) {
+  lblKeeping.core.SetCaption(note);
+  lblKeeping.core.SetVisible(!note.empty());
 }
 
 }  // namespace vc

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstdint>
-#include <functional>
 #include <string>
 
 #include "link/modDeviceComm.h"
@@ -12,6 +11,7 @@
 #include "shell/ChainLayout.h"
 #include "shell/ConnectionMenu.h"
 #include "shell/MasterMenus.h"
+#include "shell/MenuActions.h"
 #include "shell/RecordEdits.h"
 #include "shell/RecordMirrors.h"
 #include "widgets/Controls.h"
@@ -19,42 +19,28 @@
 
 namespace vc {
 
-// What the panel needs of the session around it.
-struct MasterHooks {
-  std::function<void()> showObjectLog = [] {};
-  std::function<void()> newSetup = [] {};
-  std::function<void()> storeSetup = [] {};
-  std::function<void()> storeOpenSetup = [] {};
-  std::function<void()> recallSetup = [] {};
-  std::function<void()> editDescription = [] {};
-  std::function<void()> pickWorkingFolder = [] {};
-  std::function<void(Theme theme)> chooseTheme = [](Theme) {};
-  // Opens the help at a topic, 0 for its beginning; false where there is no help to open.
-  std::function<bool(int context)> openHelp = [](int) { return false; };
-  std::function<void()> exit = [] {};
-  // Windows of the chain's blocks: filter stage 1..6, equalizer and broadband stage 1 or 2, a fixed block by
-  // the name of its form (a literal), a stand-alone memory 1..10.
-  std::function<void(int stage)> openFilter = [](int) {};
-  std::function<void(int number)> openEqualizer = [](int) {};
-  std::function<void(int number)> openBroadband = [](int) {};
-  std::function<void(std::string_view form, FixedBlock& block)> openBlock = [](std::string_view,
-                                                                               FixedBlock&) {};
-  std::function<void(int memory)> openMemory = [](int) {};
-  // One of the displays, or none, has been chosen.
-  std::function<void(std::int16_t which)> displayChosen = [](std::int16_t) {};
-};
-
 // What ShowDisplay shows.
 namespace display {
 inline constexpr std::int16_t None = 0, Coefficients = 1, Spectrum = 2;
 }  // namespace display
 
 struct MasterControl {
-  MasterControl(RecordEdits& recordEdits, modDeviceComm& link, Desk& operatorDesk, PeriodicService& timers);
+  // What it works on. Some of these come to be only after the panel.
+  struct Around {
+    RecordEdits& edits;
+    EditHistory& history;
+    modDeviceConfig& config;
+    modDeviceComm& device;
+    Desk& desk;
+    PeriodicService& periodic;
+    ChainPanels& panels;
+    Windows& windows;
+    Look& look;
+    SessionCalls session;
+  };
+  explicit MasterControl(const Around& parts);
 
   Form form;
-  MasterHooks hooks;
-
   MasterMenus menus{form};
   TopRow top{form};
   ChainLayout chain{form};
@@ -70,6 +56,7 @@ struct MasterControl {
   ChainBlocks blocks;
   RecordMirrors mirrors;
   ConnectionMenu connection;
+  MenuActions actions;
 
   // Fills the panel from the record, with every handler of its controls inert.
   void ConfigMasterControl();
@@ -79,25 +66,18 @@ struct MasterControl {
   void ConfigureStages();
   // display::None, Coefficients or Spectrum; the buttons follow.
   void ShowDisplay(std::int16_t which);
+  // After a step: what it was, and what the blocks do now.
+  void ShowStep();
   void ShowOversize(bool shown);
   void ShowKeeping(const std::string& note);
-  void CheckTheme(Theme theme);
 
  private:
-  void BindMenus();
-  void BindSettingsMenu();
-  void BindLaterMenus();
   void BindBlocks();
   void BindDisplays();
-  void BindKeys();
-  void ShowEdits();
-  void OpenHelp(const std::string& topic, int context);
-  void TellLater(const std::string& what);
-  void AskForNewSetup();
 
-  RecordEdits& edits;
   SystemSettings& settings;
-  Desk& desk;
+  PeriodicService& periodic;
+  ChainPanels& panels;
   std::int16_t displayed = display::None;
 };
 

@@ -1,9 +1,14 @@
-// What the menus, the keys and the display buttons of the master control panel do.
-#include <string>
+#include "shell/MenuActions.h"
 
-#include "model/Settings.h"
-#include "shell/MasterControl.h"
+#include <filesystem>
+#include <system_error>
+
+#include "persist/StoSet.h"
+#include "shell/ChainPanels.h"
+#include "shell/Look.h"
+#include "shell/Windows.h"
 #include "text/ProgramInfo.h"
+#include "text/modFile.h"
 
 namespace vc {
 namespace {
@@ -33,140 +38,133 @@ std::string StepCaption(const std::string& verb, const std::string& title) {
 
 }  // namespace
 
-void MasterControl::BindMenus() {
+MenuActions::MenuActions(const Around& parts) : around(parts), menus(parts.menus) {
+  BindFileMenu();
+  BindEditMenu();
+  BindSettings();
+  BindReports();
+  BindHelp();
+  BindKeys();
+}
+
+void MenuActions::BindFileMenu() {
   menus.mnuNew.shortcut = "Ctrl+N";
   menus.mnuSaveOpen.shortcut = "Ctrl+S";
   menus.mnuOpen.shortcut = "Ctrl+O";
   menus.mnuNew.clicked = [this] { AskForNewSetup(); };
-  menus.mnuSaveOpen.clicked = [this] { hooks.storeOpenSetup(); };
-  menus.mnuSave.clicked = [this] { hooks.storeSetup(); };
-  menus.mnuOpen.clicked = [this] { hooks.recallSetup(); };
-  menus.mnuViewDescription.clicked = [this] { hooks.editDescription(); };
-  menus.mnuWorkingFolder.clicked = [this] { hooks.pickWorkingFolder(); };
-  menus.mnuExit.clicked = [this] { hooks.exit(); };
+  menus.mnuSaveOpen.clicked = [this] { StoreOpenSetup(); };
+  menus.mnuSave.clicked = [this] { OpenFileWindow("StoSet"); };
+  menus.mnuOpen.clicked = [this] { OpenFileWindow("RecSet"); };
+  menus.mnuViewDescription.clicked = [this] { around.windows.Open("Description"); };
+  menus.mnuWorkingFolder.clicked = [this] { around.windows.Open("FrmWorkingFolder"); };
+  menus.mnuExit.clicked = [this] { around.session.exit(); };
+}
+
+// What waits for the master panel to be active again would disturb the store or the recall.
+void MenuActions::OpenFileWindow(std::string_view name) {
+  around.session.queueRefresh(false);
+  around.windows.Open(name);
+}
+
+void MenuActions::StoreOpenSetup() {
+  OpenFileWindow("StoSet");
+  around.windows.Get<StoSet>("StoSet").StoreOpenFile();
+}
+
+void MenuActions::BindEditMenu() {
   menus.mnuUndo.shortcut = "Ctrl+Z";
-  menus.mnuUndo.clicked = [this] { blocks.ShowOnce([this] { edits.history.Undo(); }); };
+  menus.mnuUndo.clicked = [this] { around.blocks.ShowOnce([this] { around.history.Undo(); }); };
   menus.mnuRedo.shortcut = "Ctrl+Shift+Z";
-  menus.mnuRedo.clicked = [this] { blocks.ShowOnce([this] { edits.history.Redo(); }); };
-  edits.history.changed = [this] {
-    ShowEdits();
-    blocks.ShowWhatBlocksDo();
-  };
+  menus.mnuRedo.clicked = [this] { around.blocks.ShowOnce([this] { around.history.Redo(); }); };
+}
+
+void MenuActions::BindSettings() {
   for (MenuEntry& entry : menus.mnuTheme) {
-    entry.clicked = [this, index = entry.core.index] { hooks.chooseTheme(static_cast<Theme>(index)); };
+    entry.clicked = [this, index = entry.core.index] { around.look.Choose(static_cast<Theme>(index)); };
   }
   for (MenuEntry& entry : menus.mnuMemorySelect) {
-    entry.clicked = [this, index = entry.core.index] { hooks.openMemory(index); };
+    entry.clicked = [this, index = entry.core.index] { around.panels.OpenMemory(index); };
   }
-  BindSettingsMenu();
-  BindLaterMenus();
-}
-
-void MasterControl::BindSettingsMenu() {
-  menus.mnuLevelControls.clicked = [this] { mirrors.Toggle("levelControlsShown", menus.mnuLevelControls); };
-  menus.mnuChannelSwap.clicked = [this] { mirrors.Toggle("channelSwap", menus.mnuChannelSwap); };
+  for (const auto& [field, entry] :
+       {std::pair{"levelControlsShown", &menus.mnuLevelControls}, {"channelSwap", &menus.mnuChannelSwap}}) {
+    entry->clicked = [this, name = field, shown = entry] { around.mirrors.Toggle(name, *shown); };
+    entry->SetChecked(false);
+  }
   CheckTheme(Theme::System);
-  for (MenuEntry* entry : {&menus.mnuLevelControls, &menus.mnuChannelSwap}) entry->SetChecked(false);
 }
 
-void MasterControl::BindLaterMenus() {
+void MenuActions::BindReports() {
   for (MenuEntry* entry : {&menus.mnuPrintReport, &menus.mnuFileReport, &menus.mnuAppendFileReport}) {
-    entry->clicked = [this] { TellLater("The report generator"); };
+    entry->clicked = [this] {
+      around.desk.Box(box::Information, ApplicationTitle,
+                      "The report generator is not part of this version yet.");
+    };
   }
   for (MenuEntry* entry : {&menus.mnuPrintScreen, &menus.mnuHelpPrintScreen}) {
-    entry->clicked = [this] { desk.Box(box::Information, "How To Print Screens", HowToPrintScreens); };
+    entry->clicked = [this] { around.desk.Box(box::Information, "How To Print Screens", HowToPrintScreens); };
   }
+}
+
+void MenuActions::BindHelp() {
   menus.mnuHelpContents.clicked = [this] { OpenHelp("the overview", 0); };
   menus.mnuFastStart.clicked = [this] { OpenHelp("the fast start instructions", FastStartContext); };
-  menus.mnuWebPage.clicked = [this] {
-    if (!desk.Open(MakerSite)) {
-      desk.Box(box::Exclamation, WithoutAccessKey(menus.mnuWebPage.core.Caption()),
-               "There is no browser that could open " + MakerSite + ".");
-    }
-  };
-  menus.mnuAbout.clicked = [this] { connection.ShowAbout(); };
+  menus.mnuWebPage.clicked = [this] { OpenWebPage(); };
+  menus.mnuAbout.clicked = [this] { around.connection.ShowAbout(); };
 }
 
-void MasterControl::BindDisplays() {
-  top.btnCoeffDisplay.clicked = [this] {
-    ShowDisplay(top.btnCoeffDisplay.Value() == 1 ? display::Coefficients : display::None);
-  };
-  top.btnSpecAnalyzer.clicked = [this] {
-    ShowDisplay(top.btnSpecAnalyzer.Value() == 1 ? display::Spectrum : display::None);
-  };
+void MenuActions::OpenWebPage() {
+  if (around.desk.Open(MakerSite)) return;
+  around.desk.Box(box::Exclamation, WithoutAccessKey(menus.mnuWebPage.core.Caption()),
+                  "There is no browser that could open " + MakerSite + ".");
 }
 
-void MasterControl::ShowDisplay(std::int16_t which) {
-  const std::string told = displayed == display::None ? std::string{} : lblStatus.core.Caption();
-  displayed = which == display::Coefficients || which == display::Spectrum ? which : display::None;
-  top.btnCoeffDisplay.SetValue(displayed == display::Coefficients ? 1 : 0);
-  top.btnSpecAnalyzer.SetValue(displayed == display::Spectrum ? 1 : 0);
-  if (displayed == display::Spectrum) settings.specRun = 1;
-  if (displayed == display::Coefficients) {
-    lblStatus.core.SetCaption("The coefficient display's window is not part of this version yet.");
-  } else if (displayed == display::Spectrum) {
-    lblStatus.core.SetCaption("The spectrum analyzer's window is not part of this version yet.");
-  } else if (lblStatus.core.Caption() == told) {
-    lblStatus.core.SetCaption("");
+void MenuActions::OpenHelp(const std::string& topic, int context) {
+  const std::string file = JoinPath(around.desk.ProgramFolder(), "Veltrana Help.html");
+  std::error_code ignored;
+  const std::string place = context == 0 ? file : file + "#" + std::to_string(context);
+  if (std::filesystem::exists(file, ignored) && around.desk.Open(place)) return;
+  around.desk.Box(box::Information, "Help",
+                  "The help file with " + topic + " is not installed beside the program.");
+}
+
+void MenuActions::BindKeys() {
+  TopRow& top = around.top;
+  ChainLayout& chain = around.chain;
+  auto& keys = menus.form.keys;
+  for (const auto& [combination, button] : {std::pair{"Alt+A", &top.btnAdaptEnabled},
+                                            {"Alt+C", &top.btnClearAll},
+                                            {"Alt+E", &top.btnCoeffDisplay},
+                                            {"Alt+G", &chain.agc.active},
+                                            {"Alt+I", &chain.ihpf.active},
+                                            {"Alt+L", &chain.limiter.active},
+                                            {"Alt+O", &chain.ohpf.active},
+                                            {"Alt+P", &top.btnProcEnabled},
+                                            {"Alt+S", &top.btnSpecAnalyzer}}) {
+    keys[combination] = [clicked = button] { clicked->Click(); };
   }
-  hooks.displayChosen(displayed);
-  MarkEdited(settings);
+  keys["Ctrl+Y"] = [this] { menus.mnuRedo.clicked(); };
+  keys["Alt+D"] = [this] { around.windows.Open("FrmDebug"); };
+  keys["Alt+U"] = [this] { around.connection.UpdateOnDemand(); };
 }
 
-void MasterControl::BindKeys() {
-  const auto clicks = [this](const char* combination, GraphicButton& button) {
-    form.keys[combination] = [&button] { button.Click(); };
-  };
-  clicks("Alt+A", top.btnAdaptEnabled);
-  clicks("Alt+C", top.btnClearAll);
-  clicks("Alt+E", top.btnCoeffDisplay);
-  clicks("Alt+G", chain.agc.active);
-  clicks("Alt+I", chain.ihpf.active);
-  clicks("Alt+L", chain.limiter.active);
-  clicks("Alt+O", chain.ohpf.active);
-  clicks("Alt+P", top.btnProcEnabled);
-  clicks("Alt+S", top.btnSpecAnalyzer);
-  form.keys["Ctrl+Y"] = [this] { edits.history.Redo(); };
-  form.keys["Alt+D"] = [this] { hooks.showObjectLog(); };
-  form.keys["Alt+U"] = [this] { connection.UpdateOnDemand(); };
-}
-
-void MasterControl::ShowEdits() {
-  const EditHistory& history = edits.history;
+void MenuActions::ShowSteps() {
+  const EditHistory& history = around.history;
   menus.mnuUndo.core.SetEnabled(history.CanUndo());
   menus.mnuUndo.core.SetCaption(StepCaption("&Undo", history.UndoTitle()));
   menus.mnuRedo.core.SetEnabled(history.CanRedo());
   menus.mnuRedo.core.SetCaption(StepCaption("&Redo", history.RedoTitle()));
 }
 
-void MasterControl::CheckTheme(Theme theme) {
+void MenuActions::CheckTheme(Theme theme) {
   for (MenuEntry& entry : menus.mnuTheme) entry.SetChecked(entry.core.index == static_cast<int>(theme));
 }
 
-void MasterControl::OpenHelp(const std::string& topic, int context) {
-  if (hooks.openHelp(context)) return;
-  desk.Box(box::Information, "Help", "The help file with " + topic + " is not installed beside the program.");
-}
-
-void MasterControl::TellLater(const std::string& what) {
-  desk.Box(box::Information, ApplicationTitle, what + " is not part of this version yet.");
-}
-
-void MasterControl::AskForNewSetup() {
-  const Answer answer = desk.Box(
+void MenuActions::AskForNewSetup() {
+  const Answer answer = around.desk.Box(
       box::InformationYesNo, "Create New Setup",
       "Make sure you have saved your current configuration before creating a new setup.\nSetup Recall may "
       "require 60 seconds to complete. Do you still wish to create a new setup?");
-  if (answer == Answer::Yes) hooks.newSetup();
-}
-
-void MasterControl::ShowOversize(bool shown) {
-  for (Label& label : lblOversizeFilters) label.core.SetVisible(shown);
-}
-
-void MasterControl::ShowKeeping(const std::string& note) {
-  lblKeeping.core.SetCaption(note);
-  lblKeeping.core.SetVisible(!note.empty());
+  if (answer == Answer::Yes) around.session.newSetup();
 }
 
 }  // namespace vc

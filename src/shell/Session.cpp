@@ -1,13 +1,11 @@
 #include "shell/Session.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <tuple>
 #include <utility>
 
 #include "model/Settings.h"
 #include "persist/FileNames.h"
-#include "persist/StoSet.h"
 #include "shell/Notices.h"
 #include "text/ProgramInfo.h"
 #include "text/modFile.h"
@@ -35,17 +33,15 @@ Session::Session(Platform host)
       history(settings, host.clock),
       setupContext(SetupContextWires()),
       edits(settings, config, download, history),
-      master(edits, device, platform.desk, periodic),
+      master(MasterParts()),
       periodic(host.events, host.clock, settings, device, master, TickWires()),
       panels({history, settings, platform.desk, forms, master, periodic, device, coefReader,
               [this] { SendChanges(); }}),
       lastState(setupContext, platform, master),
       look(platform, master),
       windows({setupContext, objectLog, forms}) {
-  FillMasterHooks();
-  FillFileMenuHooks();
   FillEditHooks();
-  FillPanelHooks();
+  master.form.activated = [this] { Activated(); };
 }
 
 LinkHooks Session::LinkWires() {
@@ -136,13 +132,23 @@ SetupContext Session::SetupContextWires() {
           .open = {settings, [this] { ShowOpenSetup(); }}};
 }
 
-void Session::FillMasterHooks() {
-  MasterHooks& hooks = master.hooks;
-  hooks.showObjectLog = [this] { windows.Open("FrmDebug"); };
-  hooks.exit = [this] {
-    Exit();
-    platform.events.RequestEnd();
-  };
+MasterControl::Around Session::MasterParts() {
+  return {.edits = edits,
+          .history = history,
+          .config = config,
+          .device = device,
+          .desk = platform.desk,
+          .periodic = periodic,
+          .panels = panels,
+          .windows = windows,
+          .look = look,
+          .session = {.newSetup = [this] { NewSetup(); },
+                      .exit =
+                          [this] {
+                            Exit();
+                            platform.events.RequestEnd();
+                          },
+                      .queueRefresh = [this](bool wanted) { QueueRefresh(wanted); }}};
 }
 
 TickCalls Session::TickWires() {
@@ -152,32 +158,11 @@ TickCalls Session::TickWires() {
           .requestSif = [this] { spectrumReader.RequestSIFData(); }};
 }
 
-void Session::FillFileMenuHooks() {
-  MasterHooks& hooks = master.hooks;
-  hooks.newSetup = [this] { NewSetup(); };
-  hooks.storeSetup = [this] {
-    QueueRefresh(false);
-    windows.Open("StoSet");
-  };
-  hooks.recallSetup = [this] {
-    QueueRefresh(false);
-    windows.Open("RecSet");
-  };
-  hooks.storeOpenSetup = [this] {
-    QueueRefresh(false);
-    windows.Open("StoSet");
-    windows.Get<StoSet>("StoSet").StoreOpenFile();
-  };
-  hooks.editDescription = [this] { windows.Open("Description"); };
-  hooks.pickWorkingFolder = [this] { windows.Open("FrmWorkingFolder"); };
-  master.form.activated = [this] { Activated(); };
-}
-
 void Session::FillEditHooks() {
   edits.edited = [this] { ShowRecord(); };
   edits.setupExchanged = [this] { setupContext.open.Forget(); };
-  history.changed = [this, shown = history.changed] {
-    shown();
+  history.changed = [this] {
+    master.ShowStep();
     ShowOpenSetup();
   };
   edits.undisturbed = [this](const std::function<void()>& fit) {
@@ -189,31 +174,11 @@ void Session::FillEditHooks() {
   };
 }
 
-void Session::FillPanelHooks() {
-  MasterHooks& hooks = master.hooks;
-  hooks.displayChosen = [this](std::int16_t which) { ChooseDisplay(which); };
-  hooks.chooseTheme = [this](Theme theme) { look.Choose(theme); };
-  hooks.openHelp = [this](int context) { return OpenHelp(context); };
-}
-
 // Whoever edits the record has only stored it: all that shows it follows here.
 void Session::ShowRecord() {
   master.ConfigMasterControl();
   master.ConfigureStages();
   panels.Refresh();
-}
-
-void Session::ChooseDisplay(std::int16_t which) {
-  periodic.pollMode = which == display::Coefficients ? poll::Coefficients
-                      : which == display::Spectrum   ? poll::Spectrum
-                                                     : poll::MainLevels;
-}
-
-bool Session::OpenHelp(int context) const {
-  const std::string file = JoinPath(platform.desk.ProgramFolder(), "Veltrana Help.html");
-  std::error_code ignored;
-  if (!std::filesystem::exists(file, ignored)) return false;
-  return platform.desk.Open(context == 0 ? file : file + "#" + std::to_string(context));
 }
 
 void Session::SendChanges() {
@@ -272,12 +237,12 @@ bool Session::Leaving() const { return platform.events.Ending() && !exited; }
 
 // Handlers are inert while the flag is set: nothing that the loaded setup fills refits or clears it.
 void Session::NewSetup() {
-  const Connection standing{settings.comPort, settings.baudIndex};
+  const Connection present{settings.comPort, settings.baudIndex};
   settings.loadingSetup = true;
   platform.desk.SetHourglass(true);
   history.Exchange("New Filter Configuration", [&] {
     if (!lastState.LoadFactorySetup()) return;
-    if (device.comm.CommPortOpen) std::tie(settings.comPort, settings.baudIndex) = standing;
+    if (device.comm.CommPortOpen) std::tie(settings.comPort, settings.baudIndex) = present;
     TakeOnSetup();
     setupContext.open.Take({});
   });

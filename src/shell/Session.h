@@ -70,17 +70,13 @@ struct Session {
   CoefHooks CoefWires();
   SetupHooks SetupWires();
   SetupContext SetupContextWires();
-  void FillMasterHooks();
+  MasterControl::Around MasterParts();
   TickCalls TickWires();
-  void FillFileMenuHooks();
   void FillEditHooks();
-  void FillPanelHooks();
   void TakeConnectionState(const std::string& state);
   void FollowUnitOption();
   void ShowWaiting(std::int32_t hundredths);
   void ShowRecord();
-  void ChooseDisplay(std::int16_t which);
-  bool OpenHelp(int context) const;
   void ConnectAtStart();
   // Asked to end, and not at it yet: the exit itself still talks to the unit.
   bool Leaving() const;

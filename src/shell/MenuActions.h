@@ -1,0 +1,68 @@
+// What the menus and the keys of the master control panel do, but for the connection.
+#pragma once
+
+#include <string>
+
+#include "model/EditHistory.h"
+#include "platform/Desk.h"
+#include "shell/ChainLayout.h"
+#include "shell/ConnectionMenu.h"
+#include "shell/MasterMenus.h"
+#include "shell/RecordMirrors.h"
+#include "text/Wire.h"
+
+namespace vc {
+
+struct ChainPanels;
+struct Look;
+struct Windows;
+
+// What only the session can do.
+struct SessionCalls {
+  Wire<void()> newSetup;
+  Wire<void()> exit;
+  Wire<void(bool wanted)> queueRefresh;
+};
+
+struct MenuActions {
+  // What it works on.
+  struct Around {
+    MasterMenus& menus;
+    TopRow& top;
+    ChainLayout& chain;
+    RecordMirrors& mirrors;
+    ChainBlocks& blocks;
+    ConnectionMenu& connection;
+    EditHistory& history;
+    Desk& desk;
+    ChainPanels& panels;
+    Windows& windows;
+    Look& look;
+    SessionCalls session;
+  };
+  explicit MenuActions(const Around& parts);
+
+  // Which step can be undone, and which done again.
+  void ShowSteps();
+  void CheckTheme(Theme theme);
+  // Stores to the open file, with all that is asked before; the window stays where that comes to nothing.
+  void StoreOpenSetup();
+
+ private:
+  void BindFileMenu();
+  void BindEditMenu();
+  void BindSettings();
+  void BindReports();
+  void BindHelp();
+  void BindKeys();
+  void OpenFileWindow(std::string_view name);
+  void AskForNewSetup();
+  // Of a topic, context 0 for the beginning.
+  void OpenHelp(const std::string& topic, int context);
+  void OpenWebPage();
+
+  Around around;
+  MasterMenus& menus;
+};
+
+}  // namespace vc
