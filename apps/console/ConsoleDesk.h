@@ -34,6 +34,7 @@ class ConsoleDesk : public vc::Desk {
   void SetTheme(vc::Theme /*theme*/) override {}
   std::string InstallFolder() const override { return folders.writable; }
   std::string ProgramFolder() const override { return folders.executable; }
+  bool ProgramFolderReadOnly() const override { return folders.readOnly; }
 
   // Answers for the next boxes, first come first served: ok, cancel, yes, no, or a path for a file box.
   void QueueAnswer(const std::string& answer) { answers.push_back(answer); }

@@ -34,6 +34,7 @@ class QtDesk : public vc::Desk {
   void SetTheme(vc::Theme theme) override;
   std::string InstallFolder() const override { return folders.writable; }
   std::string ProgramFolder() const override { return folders.executable; }
+  bool ProgramFolderReadOnly() const override { return folders.readOnly; }
 
  private:
   host::Folders folders;

@@ -19,18 +19,18 @@ fs::path UserDataFolder() {
 
 }  // namespace
 
-std::string ChooseWritable(const std::string& preferred, const std::string& fallback) {
-  if (access(preferred.c_str(), W_OK | X_OK) == 0) return preferred;
+Folders ChooseFolders(const std::string& executable, const std::string& fallback) {
+  if (access(executable.c_str(), W_OK | X_OK) == 0) return {executable, executable};
   std::error_code error;  // a folder that cannot be made shows when the first file is written
   fs::create_directories(fallback, error);
-  return fallback;
+  return {executable, fallback, true};
 }
 
 Folders FindFolders() {
   std::error_code error;
   const fs::path program = fs::read_symlink("/proc/self/exe", error);
   const std::string folder = error ? fs::current_path(error).string() : program.parent_path().string();
-  return {folder, ChooseWritable(folder, UserDataFolder().string())};
+  return ChooseFolders(folder, UserDataFolder().string());
 }
 
 }  // namespace host

@@ -8,12 +8,13 @@ namespace host {
 struct Folders {
   std::string executable;  // the folder that holds the program
   std::string writable;    // the same, or the user's data folder where that one cannot be written
+  bool readOnly = false;   // the executable's cannot
 };
 
 Folders FindFolders();
 
-// The writable one of two: the first where it can be written, else the second, which is made if it is
+// The executable's folder alone where it can be written, else with the fallback, which is made if it is
 // missing.
-std::string ChooseWritable(const std::string& preferred, const std::string& fallback);
+Folders ChooseFolders(const std::string& executable, const std::string& fallback);
 
 }  // namespace host

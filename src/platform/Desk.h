@@ -69,6 +69,8 @@ class Desk {
   virtual std::string InstallFolder() const = 0;
   // Where the executable lies with the files that come with it; nothing is written there.
   virtual std::string ProgramFolder() const = 0;
+  // The program folder cannot be written, and the install folder stands in for it.
+  virtual bool ProgramFolderReadOnly() const = 0;
 };
 
 }  // namespace vc

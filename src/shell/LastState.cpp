@@ -74,7 +74,7 @@ std::vector<std::string> LastState::Sources() {
   std::vector<std::string> sources{keptAt};
   const std::string folder = platform.desk.ProgramFolder();
   const std::string former = JoinPath(folder, LastStateFile);
-  if (folder != platform.desk.InstallFolder() && files.KindOf(former) == FileKind::File) {
+  if (platform.desk.ProgramFolderReadOnly() && files.KindOf(former) == FileKind::File) {
     const std::string instead = platform.desk.InstallFolder();
     const bool there = files.KindOf(instead) == FileKind::Folder;
     usualNote =

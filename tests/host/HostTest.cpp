@@ -73,8 +73,12 @@ TEST(PortMap, LinkBesideTheProgramWins) {
 TEST(Folders, UnwritableFolderGivesWayToTheUsersOwn) {
   const support::TempFolder folder;
   const std::string own = folder.Path() + "/a/b";
-  EXPECT_EQ(ChooseWritable(folder.Path(), own), folder.Path());
-  EXPECT_EQ(ChooseWritable(folder.Path() + "/missing", own), own);
+  const Folders alone = ChooseFolders(folder.Path(), own);
+  EXPECT_EQ(alone.writable, folder.Path());
+  EXPECT_FALSE(alone.readOnly);
+  const Folders both = ChooseFolders(folder.Path() + "/missing", own);
+  EXPECT_EQ(both.writable, own);
+  EXPECT_TRUE(both.readOnly);
   EXPECT_TRUE(fs::is_directory(own));
 }
 

@@ -158,6 +158,7 @@ TEST_F(States, AFolderThatCanNoLongerBeWrittenStillGivesItsState) {
   for (const int expected : {321, 333}) {  // what is kept elsewhere is newer
     Outing run(*this, false);
     run.desk.programFolder = readOnly.Path();
+    run.desk.programFolderReadOnly = true;
     EXPECT_EQ(run.Started().settings.ihpfCutoff, expected);
     EXPECT_EQ(run.session.master.lblKeeping.core.Caption(),
               readOnly.Path() + " cannot be written: new settings are kept in " + folder.Path() + ".");
@@ -169,11 +170,19 @@ TEST_F(States, AFolderThatCanNoLongerBeWrittenStillGivesItsState) {
   {
     Outing run(*this, false);
     run.desk.programFolder = readOnly.Path();
+    run.desk.programFolderReadOnly = true;
     EXPECT_EQ(run.Started().settings.ihpfCutoff, 321);
+  }
+  {
+    Outing run(*this, false);  // what lies beside a program that keeps its state elsewhere is not its own
+    run.desk.programFolder = readOnly.Path();
+    EXPECT_EQ(run.Started().settings.ihpfCutoff, 333);
+    EXPECT_FALSE(run.session.master.lblKeeping.core.Shown());
   }
   Put(former, "nonsense\r\n\"\"\r\nx");  // the one that is kept elsewhere is left
   Outing run(*this, false);
   run.desk.programFolder = readOnly.Path();
+  run.desk.programFolderReadOnly = true;
   EXPECT_EQ(run.Started().settings.ihpfCutoff, 333);
   EXPECT_EQ(run.desk.boxes.at(0).text, former + " cannot be opened.");
   EXPECT_EQ(Content(former), "nonsense\r\n\"\"\r\nx");

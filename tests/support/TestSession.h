@@ -45,6 +45,7 @@ class TestDesk : public vc::Desk {
   void SetTheme(vc::Theme chosen) override { theme = chosen; }
   std::string InstallFolder() const override { return installFolder; }
   std::string ProgramFolder() const override { return programFolder; }
+  bool ProgramFolderReadOnly() const override { return programFolderReadOnly; }
 
   std::vector<ShownBox> boxes;
   std::deque<vc::Answer> answers;
@@ -54,6 +55,7 @@ class TestDesk : public vc::Desk {
   bool canOpen = true;
   vc::Theme theme = vc::Theme::System;
   std::string programFolder = PROGRAM_FOLDER;
+  bool programFolderReadOnly = false;
   std::vector<std::pair<int, int>> progress;
   std::vector<int> waited;  // tenths, call by call
 
