@@ -1,5 +1,7 @@
 #include "shell/ChainBlocks.h"
 
+#include <array>
+
 #include "model/FilterResponse.h"
 #include "panels/KeyNumbers.h"
 
@@ -88,7 +90,7 @@ void ChainBlocks::ShowChannels() {
 void ChainBlocks::ShowWhatBlocksDo() {
   due = held > 0;
   if (due) return;
-  if (!anyComputed || computed != settings) {
+  if (computed != settings) {
     ShowKeyNumbers();
     ComputeResponses();
   }
@@ -115,7 +117,6 @@ void ChainBlocks::ComputeResponses() {
     responses[stage] = FilterResponse(settings, stage, settings.filterType[stage], points);
   }
   computed = settings;
-  anyComputed = true;
 }
 
 void ChainBlocks::ShowResponse(int stage) {

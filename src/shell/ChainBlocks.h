@@ -2,7 +2,7 @@
 // called, what each does, and whether the signal goes through it.
 #pragma once
 
-#include <array>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -55,8 +55,7 @@ struct ChainBlocks {
   ChainLayout& chain;
   const SystemSettings& settings;
   PerStage<std::vector<float>> responses;  // dB, empty for what has none
-  SystemSettings computed;                 // the record that they were computed from
-  bool anyComputed = false;
+  std::optional<SystemSettings> computed;  // the record that they were computed from
   int held = 0;
   bool due = false;  // held, and to be shown
 };

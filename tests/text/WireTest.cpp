@@ -6,6 +6,8 @@
 #include "model/CoefReader.h"
 #include "model/modDeviceConfig.h"
 #include "persist/SetupContext.h"
+#include "shell/MenuActions.h"
+#include "shell/PeriodicService.h"
 #include "text/Wire.h"
 
 namespace vc {
@@ -16,6 +18,8 @@ static_assert(support::FewestWires<LinkHooks>() == 13);
 static_assert(support::FewestWires<FitHooks>() == 6);
 static_assert(support::FewestWires<CoefHooks>() == 6);
 static_assert(support::FewestWires<SetupHooks>() == 3);
+static_assert(support::FewestWires<TickCalls>() == 4);
+static_assert(support::FewestWires<SessionCalls>() == 3);
 static_assert(!std::is_default_constructible_v<SetupContext>);
 static_assert(!std::is_constructible_v<Wire<void()>, std::nullptr_t>);
 static_assert(!std::is_constructible_v<Wire<void()>, void (*)(int)>);
