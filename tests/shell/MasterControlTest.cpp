@@ -274,5 +274,18 @@ TEST(ConfigurationOfStages, LoadsEveryPanelUnseen) {
   EXPECT_EQ(run.record.eqType[2], EqKind::Compressor);
 }
 
+TEST(MasterPanel, OpensBesideTheCoefficientsAndPutsItsFilterThere) {
+  support::PanelRun run;
+  CoefReader& reader = run.session.coefReader;
+  reader.CoefReadback[0] = 7;
+  run.OpenFilter(3, FilterKind::Lowpass);
+  EXPECT_EQ(reader.coefFilterIndex, 0);  // no display is up
+  run.CloseTop();
+  run.session.master.ShowDisplay(display::Coefficients);
+  run.session.panels.OpenFilter(3);
+  EXPECT_EQ(reader.coefFilterIndex, 2);
+  EXPECT_EQ(reader.CoefReadback[0], 0);  // of the filter that was there before
+}
+
 }  // namespace
 }  // namespace vc
