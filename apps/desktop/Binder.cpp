@@ -34,15 +34,13 @@ Binder::Binder(vc::Form& shownForm, QWidget* container, std::function<QMenuBar*(
 }
 
 void Binder::Build(QWidget* container) {
-  dense = std::ranges::any_of(form->controls, [](const vc::AnyControl& control) {
-    auto* const* frame = std::get_if<vc::Frame*>(&control);
-    return frame != nullptr && (*frame)->arrangement == vc::Arrangement::Flow;
-  });
-  panes.emplace(nullptr, Pane(container, nullptr, dense));
-  place = 0;
+  for (const vc::AnyControl& one : form->controls) {
+    auto* const* text = std::get_if<vc::TextBox*>(&one);
+    if (text != nullptr && (*text)->shows != nullptr) texts[(*text)->shows].push_back(*text);
+  }
+  panes.emplace(nullptr, Pane(container, nullptr, form->look == vc::FormLook::Dense));
   for (const vc::AnyControl& one : form->controls) {
     std::visit([this](auto* control) { BindKind(*this, *control); }, one);
-    ++place;
   }
   // What lies inside is finished before what lies around it.
   for (std::size_t left = form->controls.size(); left > 0; --left) {
@@ -66,7 +64,7 @@ void Binder::OrderTabs() {
 Pane& Binder::PaneOf(const vc::ControlCore& core) { return panes.at(core.frame); }
 
 void Binder::AddPane(const vc::Frame& frame, QWidget* box) {
-  panes.emplace(&frame, Pane(box, &frame, dense));
+  panes.emplace(&frame, Pane(box, &frame, form->look == vc::FormLook::Dense));
 }
 
 Binder::OptionColumn& Binder::ColumnOf(vc::OptionGroup& group, Pane& pane) {
@@ -88,32 +86,6 @@ void Binder::Bind(const vc::ControlCore& core, Bound bound) {
     inOrder.push_back(bound.widget);
   }
   bounds.emplace(&core, std::move(bound));
-}
-
-bool Binder::TextFollows() const {
-  if (place + 1 >= form->controls.size()) return false;
-  auto* const* text = std::get_if<vc::TextBox*>(&form->controls[place + 1]);
-  const vc::ControlCore& own = vc::CoreOf(form->controls[place]);
-  return text != nullptr && (*text)->core.frame == own.frame && (*text)->core.Caption() == own.Caption() &&
-         !(*text)->multiLine && !(*text)->readOnly;
-}
-
-std::vector<const vc::TextBox*> Binder::TextsBelow() const {
-  const vc::Frame* frame = vc::CoreOf(form->controls[place]).frame;
-  std::vector<const vc::TextBox*> texts;
-  for (std::size_t next = place + 1; next < form->controls.size(); ++next) {
-    auto* const* text = std::get_if<vc::TextBox*>(&form->controls[next]);
-    if (text == nullptr || (*text)->core.frame != frame || (*text)->unit.empty()) break;
-    texts.push_back(*text);
-  }
-  return texts;
-}
-
-bool Binder::FollowsInArray() const {
-  if (place == 0) return false;
-  const vc::ControlCore& own = vc::CoreOf(form->controls[place]);
-  const vc::ControlCore& before = vc::CoreOf(form->controls[place - 1]);
-  return own.index != vc::NoIndex && own.name == before.name && own.frame == before.frame;
 }
 
 std::string Binder::WithUnit(const std::string& value, const std::string& unit) {

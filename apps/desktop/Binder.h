@@ -3,7 +3,6 @@
 #pragma once
 
 #include <functional>
-#include <memory>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
@@ -64,18 +63,11 @@ class Binder {
   Pane& PaneOf(const vc::ControlCore& core);
   QMenuBar* MenuBar() const { return menuBar(); }
   void AddPane(const vc::Frame& frame, QWidget* box);
-  // It has another index of the same array as the control before it.
-  bool FollowsInArray() const;
   OptionColumn& ColumnOf(vc::OptionGroup& group, Pane& pane);
   // Names the widget, makes it accessible, and has it follow its control.
   void Bind(const vc::ControlCore& core, Bound bound);
-  // A slider and the text box behind it under the same caption share one row.
-  bool TextFollows() const;
-  Field openRow;
-  // The numbers right under a slider that has none beside it: they tell its value. When one of them changes,
-  // the slider is described anew.
-  std::vector<const vc::TextBox*> TextsBelow() const;
-  std::unordered_map<const vc::TextBox*, std::function<void()>> describeAbove;
+  // The texts that show a slider's numbers, in declared order. They are built with the slider.
+  const std::vector<vc::TextBox*>& TextsOf(const vc::Slider& slider) { return texts[&slider]; }
   // A frame's caption is spoken before those of what lies in it.
   void NameWithin(const vc::Frame& frame);
   // "440 Hz"; words that stand in a number's place, such as "Out", have no unit.
@@ -94,9 +86,8 @@ class Binder {
   std::unordered_map<const vc::Frame*, Pane> panes;  // null stands for the form itself
   std::unordered_map<const vc::ControlCore*, Bound> bounds;
   std::unordered_map<const vc::OptionGroup*, OptionColumn> optionColumns;
-  std::vector<QWidget*> inOrder;  // in declared order
-  bool dense = false;             // the form draws the signal's way: it has much to show
-  std::size_t place = 0;          // of the control that is being built
+  std::unordered_map<const vc::Slider*, std::vector<vc::TextBox*>> texts;
+  std::vector<QWidget*> inOrder;  // of the keyboard: as declared, a slider's texts behind it
 };
 
 }  // namespace desktop

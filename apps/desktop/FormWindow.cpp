@@ -25,13 +25,6 @@ namespace {
 
 constexpr int LookMilliseconds = 30;  // between two looks for the window system's frame
 
-// A form on which there is nothing to operate only greets: it needs no frame.
-bool OnlyGreets(const vc::Form& form) {
-  return std::ranges::all_of(form.controls, [](const vc::AnyControl& control) {
-    return std::holds_alternative<vc::Label*>(control) || std::holds_alternative<vc::Picture*>(control);
-  });
-}
-
 bool InMenus(const vc::Form& form, const std::string& combination) {
   return std::ranges::any_of(form.controls, [&combination](const vc::AnyControl& control) {
     auto* const* entry = std::get_if<vc::MenuEntry*>(&control);
@@ -46,7 +39,7 @@ FormWindow::FormWindow(vc::Form& shownForm, std::function<void()> closedByOperat
       closed(std::move(closedByOperator)),
       scroll(new QScrollArea(this)),
       contents(new QWidget(scroll)),
-      splash(OnlyGreets(shownForm)) {
+      splash(shownForm.look == vc::FormLook::Splash) {
   setObjectName(ToQt(form->name));
   binder = std::make_unique<Binder>(*form, contents, [this] { return menuBar(); });
   if (splash) DressAsSplash();
@@ -112,9 +105,7 @@ void FormWindow::DressAsSplash() {
   contents->setProperty("splash", true);  // the theme's style sheet asks for these properties
   const int line = LineHeight(*this);
   contents->layout()->setContentsMargins(5 * line, 4 * line, 5 * line, 4 * line);
-  bool title = true;
   for (QLabel* label : contents->findChildren<QLabel*>()) {
-    label->setProperty("title", std::exchange(title, false));
     label->setWordWrap(false);
     label->setAlignment(Qt::AlignCenter);
   }

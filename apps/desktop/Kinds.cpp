@@ -25,13 +25,15 @@ namespace {
 // How short a slider may become, in lines.
 constexpr int ShortestSlider = 10, ShortestDenseSlider = 5;
 
-// "Lower: 0.5 dB/Octave, Upper: 0.6 dB/Octave"; of a slider without any number, its position.
-void Describe(QWidget* view, const vc::Slider& slider, const std::vector<const vc::TextBox*>& texts) {
+// "440 Hz", "Lower: 0.5 dB/Octave, Upper: 0.6 dB/Octave"; of a slider without any number, its position.
+void Describe(QWidget* view, const vc::Slider& slider, const std::vector<vc::TextBox*>& texts) {
   std::string words;
   for (const vc::TextBox* text : texts) {
     if (!text->core.Shown()) continue;
     words += words.empty() ? "" : ", ";
-    words += vc::WithoutAccessKey(text->core.Caption()) + " " + Binder::WithUnit(text->Text(), text->unit);
+    const std::string& caption = text->core.Caption();
+    if (caption != slider.core.Caption()) words += vc::WithoutAccessKey(caption) + " ";
+    words += Binder::WithUnit(text->Text(), text->unit);
   }
   Binder::Speak(view, words.empty() ? vc::ShortestText(slider.Position()) : words, {});
 }
@@ -66,7 +68,7 @@ void BindKind(Binder& binder, vc::Frame& frame) {
 void BindElided(Binder& binder, vc::Label& label) {
   Pane& pane = binder.PaneOf(label.core);
   auto* view = new ElidedLabel(pane.Container());
-  pane.AddWords(view, binder.FollowsInArray());
+  pane.AddWords(view);
   binder.Bind(label.core, {.widget = view,
                            .showCaption = [view, &label] { view->ShowWords(ToQt(label.core.Caption())); }});
 }
@@ -75,10 +77,11 @@ void BindKind(Binder& binder, vc::Label& label) {
   if (label.elided) return BindElided(binder, label);
   Pane& pane = binder.PaneOf(label.core);
   auto* view = new WrappedLabel(pane.Container());
-  pane.AddWords(view, binder.FollowsInArray());
+  pane.AddWords(view);
   if (pane.Is(vc::FrameLook::Card)) view->Yield();
+  view->setProperty("title", label.heading);  // the theme's style sheet asks for it
   QSizePolicy policy = view->sizePolicy();
-  policy.setRetainSizeWhenHidden(label.core.index != vc::NoIndex);  // such words come and go
+  policy.setRetainSizeWhenHidden(label.keepsRoom);
   view->setSizePolicy(policy);
   binder.Bind(label.core, {.widget = view, .showCaption = [view, &label] {
                              view->SetWords(ToQt(vc::WithoutAccessKey(label.core.Caption())));
@@ -133,21 +136,15 @@ void BindKind(Binder& binder, vc::Slider& slider) {
     view->setMinimumWidth(length);
   }
   QLabel* caption = CaptionOf(pane, view);
-  const bool textFollows = binder.TextFollows();
-  const auto describe = [view, &slider, texts = binder.TextsBelow()] { Describe(view, slider, texts); };
-  if (textFollows) {
-    binder.openRow = {caption, view};
-  } else {
-    pane.AddField({caption, view});
-    for (const vc::TextBox* text : binder.TextsBelow()) binder.describeAbove.emplace(text, describe);
-  }
-  binder.Bind(
-      slider.core,
-      {.widget = view, .caption = caption, .showValue = [view, describe, textFollows](std::string_view) {
-         view->ShowModel();
-         // Where a text stands beside it, that one is spoken.
-         if (!textFollows) describe();
-       }});
+  const std::vector<vc::TextBox*>& texts = binder.TextsOf(slider);
+  const auto describe = [view, &slider, texts] { Describe(view, slider, texts); };
+  pane.AddField({.caption = caption, .field = view, .numbers = static_cast<int>(texts.size())});
+  binder.Bind(slider.core,
+              {.widget = view, .caption = caption, .showValue = [view, describe](std::string_view) {
+                 view->ShowModel();
+                 describe();
+               }});
+  for (vc::TextBox* text : texts) BindNumber(binder, *text, view, describe);
 }
 
 void BindKind(Binder& binder, vc::OptionButton& option) {

@@ -8,6 +8,10 @@ namespace desktop {
 // An empty label beside a field or above it, for the control's caption.
 QLabel* CaptionOf(Pane& pane, QWidget* field);
 
+// A text that shows a slider's number, beside the slider's view; the slider is described anew when it
+// changes.
+void BindNumber(Binder& binder, vc::TextBox& text, QWidget* slider, const std::function<void()>& describe);
+
 void BindKind(Binder& binder, vc::Frame& frame);
 void BindKind(Binder& binder, vc::Label& label);
 void BindKind(Binder& binder, vc::TextBox& text);

@@ -14,7 +14,8 @@
 namespace desktop {
 namespace {
 
-constexpr int CaptionColumn = 0, FieldColumn = 1, TextColumn = 2, UnitColumn = 3, AllColumns = 4;
+constexpr int CaptionColumn = 0, FieldColumn = 1, NumberCaptionColumn = 2, NumberColumn = 3, UnitColumn = 4,
+              AllColumns = 5;
 
 bool LiesAlongSignal(const vc::Frame* frame) {
   for (; frame != nullptr; frame = frame->core.frame) {
@@ -130,7 +131,7 @@ void Pane::AddField(const Field& field) {
   buttons = nullptr;
   if (!Columns()) {
     AddRow(field);
-  } else if (field.text != nullptr) {
+  } else if (field.numbers > 0) {
     AddUpright(field);
   } else {
     AddBeside(field);
@@ -139,18 +140,12 @@ void Pane::AddField(const Field& field) {
 
 void Pane::AddRow(const Field& field) {
   const int row = grid->rowCount();
-  if (field.caption != nullptr && (field.text != nullptr || field.unit == nullptr || !sliderRows)) {
-    grid->addWidget(field.caption, row, CaptionColumn);
-  }
-  if (field.text != nullptr) {
+  if (field.caption != nullptr)
+    grid->addWidget(field.caption, row, CaptionColumn, std::max(field.numbers, 1), 1);
+  if (field.numbers > 0) {
     sliderRows = true;
-    grid->addWidget(field.field, row, FieldColumn);
-    grid->addWidget(field.text, row, TextColumn);
-    if (field.unit != nullptr) grid->addWidget(field.unit, row, UnitColumn);
-  } else if (field.unit != nullptr && sliderRows) {
-    if (field.caption != nullptr) grid->addWidget(field.caption, row, FieldColumn, Qt::AlignRight);
-    grid->addWidget(field.field, row, TextColumn);
-    grid->addWidget(field.unit, row, UnitColumn);
+    grid->addWidget(field.field, row, FieldColumn, field.numbers, 1);
+    nextNumbers[field.field] = {.row = row, .alone = field.numbers == 1};
   } else if (field.unit != nullptr) {
     auto* line = new QHBoxLayout;  // the unit stands right behind its number
     line->addWidget(field.field);
@@ -164,13 +159,31 @@ void Pane::AddRow(const Field& field) {
   }
 }
 
+void Pane::AddNumber(QWidget* field, const Number& number) {
+  NextNumber& next = nextNumbers.at(field);
+  if (next.column != nullptr) {
+    for (QWidget* part : std::initializer_list<QWidget*>{number.caption, number.box, number.unit}) {
+      if (part != nullptr) next.column->addWidget(part, 0, Qt::AlignHCenter);
+    }
+    return;
+  }
+  if (number.caption != nullptr) {
+    grid->addWidget(number.caption, next.row, NumberCaptionColumn, Qt::AlignRight);
+  } else if (next.alone) {
+    grid->addWidget(field, next.row, FieldColumn, 1, NumberColumn - FieldColumn);  // which moves it there
+  }
+  grid->addWidget(number.box, next.row, NumberColumn);
+  if (number.unit != nullptr) grid->addWidget(number.unit, next.row, UnitColumn);
+  ++next.row;
+}
+
 void Pane::AddUpright(const Field& field) {
   auto* column = new QVBoxLayout;
   if (dense) column->setSpacing(LineHeight(*container) / 5);
-  for (QWidget* part : std::initializer_list<QWidget*>{field.caption, field.field, field.text, field.unit}) {
-    if (part != nullptr) column->addWidget(part, part == field.field ? 1 : 0, Qt::AlignHCenter);
-  }
+  if (field.caption != nullptr) column->addWidget(field.caption, 0, Qt::AlignHCenter);
+  column->addWidget(field.field, 1, Qt::AlignHCenter);
   columns->addLayout(column);
+  nextNumbers[field.field] = {.column = column};
 }
 
 void Pane::AddBeside(const Field& field) {
@@ -221,7 +234,7 @@ void Pane::AddFrame(QWidget* box) {
   }
 }
 
-void Pane::AddWords(QLabel* label, bool sharesRow) {
+void Pane::AddWords(QLabel* label) {
   if (Is(vc::FrameLook::Card)) {
     label->setAlignment(Qt::AlignTop | Qt::AlignLeft);
   } else if (alongSignal) {
@@ -229,14 +242,7 @@ void Pane::AddWords(QLabel* label, bool sharesRow) {
   }
   onlyFrames = false;
   if (Columns()) return AddFrame(label);
-  if (!sharesRow || words == nullptr) {
-    words = new QHBoxLayout;
-    words->setSpacing(LineHeight(*container));
-    grid->addLayout(words, grid->rowCount(), 0, 1, AllColumns);
-  } else {
-    words->setStretch(words->count() - 1, 0);
-  }
-  words->addWidget(label, 1);
+  grid->addWidget(label, grid->rowCount(), 0, 1, AllColumns);
 }
 
 void Pane::AddButton(QWidget* button, bool atEnd) {

@@ -1,6 +1,8 @@
 // The layout of one frame, or of a whole form: rows with captions, fields and units in line, or columns.
 #pragma once
 
+#include <unordered_map>
+
 #include <QLabel>
 #include <QWidget>
 
@@ -17,7 +19,14 @@ namespace desktop {
 struct Field {
   QLabel* caption = nullptr;
   QWidget* field = nullptr;
-  QWidget* text = nullptr;  // the number beside a slider
+  QLabel* unit = nullptr;
+  int numbers = 0;  // how many will be added to it; only a slider has any
+};
+
+// A number that stands beside a slider. Only the box must be there.
+struct Number {
+  QLabel* caption = nullptr;
+  QWidget* box = nullptr;
   QLabel* unit = nullptr;
 };
 
@@ -33,13 +42,17 @@ class Pane {
   bool Is(vc::FrameLook look) const { return frame != nullptr && frame->look == look; }
 
   void AddField(const Field& field);
+  // To a field that has been added.
+  void AddNumber(QWidget* field, const Number& number);
+  // Whether the unit of a number is to be shown with it.
+  bool TakesUnit() const { return true; }
   // A large text, a list or a plot takes the spare height, with its caption above it where it has one; in
   // columns those beside each other share the width.
   void AddTall(QLabel* caption, QWidget* text, int share);
   void AddWide(QWidget* widget);
   void AddFrame(QWidget* box);
-  // Words that only tell something. Those of one array share a row.
-  void AddWords(QLabel* label, bool sharesRow);
+  // Words that only tell something.
+  void AddWords(QLabel* label);
   // Buttons that follow each other share a row; those that end the work stand at its right.
   void AddButton(QWidget* button, bool atEnd);
   // Beside the frame's title.
@@ -67,11 +80,17 @@ class Pane {
   QGridLayout* grid = nullptr;
   QHBoxLayout* columns = nullptr;
   QVBoxLayout* lanes = nullptr;
-  QHBoxLayout* words = nullptr;
   QHBoxLayout* buttons = nullptr;
   QGridLayout* block = nullptr;  // of buttons that stand in rows of equal ones
   int leadingButtons = 0;
-  bool sliderRows = false;  // a number stands in line with those of the sliders
+  // Where the next number of a slider goes: its row in the grid, or the column in which it stands upright.
+  struct NextNumber {
+    int row = 0;
+    bool alone = false;  // the slider's only one
+    QVBoxLayout* column = nullptr;
+  };
+  std::unordered_map<QWidget*, NextNumber> nextNumbers;
+  bool sliderRows = false;  // what else there is ends where the sliders do
   bool onlyWords = true;
   bool onlyFrames = true;
   bool grows = false;   // has a use for spare height; known once it is finished

@@ -81,16 +81,43 @@ QLabel* WordsBeside(QWidget* view, const std::string& words) {
   return label;
 }
 
-void BindStatus(Binder& binder, vc::TextBox& text) {
-  auto* view = new WrappedLabel(binder.PaneOf(text.core).Container());
+// Where a text stands: beside the slider whose number it is, else in a row of its own.
+struct Stand {
+  Pane& pane;
+  QWidget* slider = nullptr;
+  std::function<void()> describe = [] {};
+};
+
+// The labels around a text.
+struct Around {
+  QLabel* caption;
+  QLabel* unit;
+};
+
+Around Place(const Stand& stand, const vc::TextBox& text, QWidget* view) {
+  const bool repeats = stand.slider != nullptr && text.core.Caption() == text.shows->core.Caption();
+  const bool withUnit = !text.unit.empty() && (stand.slider == nullptr || stand.pane.TakesUnit());
+  QLabel* caption = repeats ? nullptr : WordsBeside(view, text.core.Caption());
+  QLabel* unit = withUnit ? WordsBeside(view, text.unit) : nullptr;
+  if (stand.slider == nullptr) {
+    stand.pane.AddField({.caption = caption, .field = view, .unit = unit});
+  } else {
+    stand.pane.AddNumber(stand.slider, {caption, view, unit});
+  }
+  return {caption, unit};
+}
+
+void BindStatus(Binder& binder, vc::TextBox& text, const Stand& stand) {
+  auto* view = new WrappedLabel(stand.pane.Container());
   view->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  const int words = binder.PaneOf(text.core).Dense() ? DenseStatusDigits : StatusDigits;
-  view->setMinimumWidth(DigitsWide(*view, text.unit.empty() ? words : NumberDigits));
+  const bool number = stand.slider != nullptr || !text.unit.empty();
+  const int words = stand.pane.Dense() ? DenseStatusDigits : StatusDigits;
+  view->setMinimumWidth(DigitsWide(*view, number ? NumberDigits : words));
+  if (stand.slider != nullptr) view->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   view->Reserve(ToQt(text.widest));
-  QLabel* caption = WordsBeside(view, text.core.Caption());
-  QLabel* unit = text.unit.empty() ? nullptr : WordsBeside(view, text.unit);
-  binder.PaneOf(text.core).AddField({caption, view, nullptr, unit});
-  const auto show = [view, &text](std::string_view) {
+  const auto [caption, unit] = Place(stand, text, view);
+  const auto show = [view, &text, describe = stand.describe](std::string_view) {
+    describe();
     if (view->text() != ToQt(text.Text())) view->setText(ToQt(text.Text()));
     Binder::Speak(view, text.Text(), text.unit);
   };
@@ -127,15 +154,6 @@ void BindMemo(Binder& binder, vc::TextBox& text) {
   binder.Bind(text.core, {.widget = view, .caption = caption, .showValue = show});
 }
 
-// The text box goes into the row of its slider where it follows one, else into a row of its own.
-Field RowOf(Binder& binder, const vc::TextBox& text, QLineEdit* view, QLabel* unit) {
-  if (binder.openRow.field == nullptr) return {WordsBeside(view, text.core.Caption()), view, nullptr, unit};
-  Field row = std::exchange(binder.openRow, {});
-  row.text = view;
-  row.unit = unit;
-  return row;
-}
-
 void ShowLine(QLineEdit& view, const std::string& text, Pictured& pictured) {
   if (!pictured.Differs(text, view.text())) return;
   view.setText(ToQt(text));
@@ -149,15 +167,13 @@ void KeepTyping(QLineEdit& view) {
   if (view.hasFocus()) view.selectAll();
 }
 
-void BindLine(Binder& binder, vc::TextBox& text) {
-  auto* view = new QLineEdit(binder.PaneOf(text.core).Container());
-  QLabel* unit = text.unit.empty() ? nullptr : WordsBeside(view, text.unit);
-  const Field row = RowOf(binder, text, view, unit);
-  QWidget* slider = row.text == nullptr ? nullptr : row.field;
-  const int digits = binder.PaneOf(text.core).Dense() ? DenseNumberDigits : NumberDigits;
-  if (slider != nullptr || unit != nullptr) view->setFixedWidth(DigitsWide(*view, digits));
-  if (slider != nullptr || unit != nullptr) view->setAlignment(Qt::AlignRight);
-  binder.PaneOf(text.core).AddField(row);
+void BindLine(Binder& binder, vc::TextBox& text, const Stand& stand) {
+  auto* view = new QLineEdit(stand.pane.Container());
+  if (stand.slider != nullptr || !text.unit.empty()) {
+    view->setFixedWidth(DigitsWide(*view, stand.pane.Dense() ? DenseNumberDigits : NumberDigits));
+    view->setAlignment(Qt::AlignRight);
+  }
+  const auto [caption, unit] = Place(stand, text, view);
   Listen(binder, text, view,
          {[view] { view->selectAll(); }, [view] { KeepTyping(*view); },
           [view] { return view->isUndoAvailable(); }, [view] { return view->isRedoAvailable(); }});
@@ -165,28 +181,34 @@ void BindLine(Binder& binder, vc::TextBox& text) {
   QObject::connect(view, &QLineEdit::textEdited, view, [&binder, &text, pictured](const QString& typed) {
     binder.Operate(text.core, [&] { text.Type(pictured->TextFor(typed)); });
   });
-  const auto above = binder.describeAbove.find(&text);
-  const std::function<void()> describe =
-      above == binder.describeAbove.end() ? std::function<void()>([] {}) : above->second;
-  const auto show = [view, slider, &text, pictured, describe](std::string_view) {
+  const auto show = [view, &text, pictured, describe = stand.describe](std::string_view) {
     describe();
     ShowLine(*view, text.Text(), *pictured);
     Binder::Speak(view, text.Text(), text.unit);
-    if (slider != nullptr) Binder::Speak(slider, text.Text(), text.unit);
   };
-  QLabel* caption = slider == nullptr ? row.caption : nullptr;
   binder.Bind(text.core, {.widget = view, .caption = caption, .unit = unit, .showValue = show});
 }
 
 }  // namespace
 
+void BindNumber(Binder& binder, vc::TextBox& text, QWidget* slider, const std::function<void()>& describe) {
+  const Stand stand{binder.PaneOf(text.shows->core), slider, describe};
+  if (text.readOnly) {
+    BindStatus(binder, text, stand);
+  } else {
+    BindLine(binder, text, stand);
+  }
+}
+
 void BindKind(Binder& binder, vc::TextBox& text) {
+  if (text.shows != nullptr) return;  // it is built with its slider
+  const Stand stand{binder.PaneOf(text.core)};
   if (text.multiLine) {
     BindMemo(binder, text);
   } else if (text.readOnly) {
-    BindStatus(binder, text);
+    BindStatus(binder, text, stand);
   } else {
-    BindLine(binder, text);
+    BindLine(binder, text, stand);
   }
 }
 

@@ -11,6 +11,7 @@ SliderEntry::SliderEntry(Place place, const std::string& caption, const std::str
                          DisplayLaw displayLaw, Slider& shownSlider, int index)
     : text(place, name, caption, index), law(std::move(displayLaw)), slider(shownSlider) {
   text.unit = law.unit;
+  text.shows = &shownSlider;
   if (!slider.show) {
     slider.show = law.show;
     slider.parse = law.parse;

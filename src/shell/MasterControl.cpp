@@ -9,7 +9,7 @@
 namespace vc {
 
 MasterControl::MasterControl(const Around& parts)
-    : form("MasterControl", ApplicationTitle + " Master Control Panel"),
+    : form("MasterControl", ApplicationTitle + " Master Control Panel", FormLook::Dense),
       blocks(chain, parts.edits.settings),
       mirrors(top, chain, blocks, parts.edits),
       connection({menus, parts.edits.settings, parts.device, parts.config, parts.desk, parts.periodic}),
@@ -22,6 +22,7 @@ MasterControl::MasterControl(const Around& parts)
   top.txtComInfo.readOnly = true;
   top.txtComInfo.widest = ConnectionText(StateConnected, 1, LastBaudIndex) + UnansweredText(longestSilence);
   lblSetupFile.elided = true;
+  for (Label& label : lblOversizeFilters) label.keepsRoom = true;
   form.initialFocus = &top.txtComInfo.core;  // where no stray key or wheel can change anything
   ShowOversize(false);
   form.closeRequested = menus.mnuExit.clicked;

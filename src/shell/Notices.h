@@ -11,7 +11,8 @@
 namespace vc {
 
 struct FrmSplash {
-  Form form{"FrmSplash", ApplicationTitle};
+  FrmSplash() { lblTitle.heading = true; }
+  Form form{"FrmSplash", ApplicationTitle, FormLook::Splash};
   Label lblTitle{form, "lblTitle", ApplicationTitle + " Master Control Program"};
   Label lblVersion{form, "lblVersion", "Version " + VersionText()};
   Label lblWaiting{form, "lblWaiting", "Reading the last settings"};

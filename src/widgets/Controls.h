@@ -19,13 +19,18 @@ namespace vc {
 struct Label {
   Label(Place place, const std::string& name, const std::string& caption, int index = NoIndex);
   ControlCore core;
-  bool elided = false;  // stays in one line, without its middle where that is too short
+  bool elided = false;     // stays in one line, without its middle where that is too short
+  bool heading = false;    // in large letters, on a splash
+  bool keepsRoom = false;  // while it is hidden, so that nothing moves when it comes and goes
 };
 
 struct TextBox {
   TextBox(Place place, const std::string& name, const std::string& caption, int index = NoIndex);
   ControlCore core;
   std::string unit;  // stands beside the number
+  // Its text is a number of this slider and stands beside it, behind those that are declared before it. Under
+  // the slider's own caption it has none of its own.
+  const Slider* shows = nullptr;
   bool readOnly = false;
   std::string widest;  // of a read-only text: room is kept for this one, so that nothing beside it moves
   bool multiLine = false;

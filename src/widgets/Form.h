@@ -91,13 +91,18 @@ struct ControlCore {
   bool visible = true;
 };
 
+// What a form is to the operator: a window like any other; one with so much to show that everything stands
+// close together; or a greeting without a frame, while the program is about to work.
+enum class FormLook { Window, Dense, Splash };
+
 struct Form {
-  Form(std::string formName, std::string formCaption)
-      : name(std::move(formName)), caption(std::move(formCaption)) {}
+  Form(std::string formName, std::string formCaption, FormLook formLook = FormLook::Window)
+      : name(std::move(formName)), look(formLook), caption(std::move(formCaption)) {}
   Form(const Form&) = delete;
   Form& operator=(const Form&) = delete;
 
   const std::string name;
+  const FormLook look;
   std::vector<AnyControl> controls;  // in reading order, frames before what lies in them
 
   const std::string& Caption() const { return caption; }

@@ -118,7 +118,7 @@ TEST(MasterPanelWindow, KeysAndADoubleClickMoveASlider) {
   EXPECT_EQ(run.Top().name, "MasterControl");
 }
 
-TEST(MasterPanelWindow, ASliderWithTwoNumbersBelowTellsBoth) {
+TEST(MasterPanelWindow, ASliderHasItsTwoNumbersBesideItAndTellsBoth) {
   MasterWindow run;
   run.OpenFilter(1, vc::FilterKind::Bandpass);
   run.Ready();
@@ -127,6 +127,11 @@ TEST(MasterPanelWindow, ASliderWithTwoNumbersBelowTellsBoth) {
   EXPECT_EQ(run.Says("sldrTransSlope"),
             "Lower: " + run.Says("txtLoTransSlope") + ", Upper: " + run.Says("txtHiTransSlope"));
   EXPECT_NE(run.Says("txtHiTransSlope"), "0.5 dB/Octave");
+  const QRect slider = run.At("sldrTransSlope").geometry(), lower = run.At("txtLoTransSlope").geometry();
+  const QRect upper = run.At("txtHiTransSlope").geometry(), atten = run.At("txtAtten").geometry();
+  EXPECT_TRUE(slider.right() < lower.left() && lower.bottom() < upper.top());
+  EXPECT_NEAR(slider.center().y(), (lower.center().y() + upper.center().y()) / 2, 2);
+  EXPECT_TRUE(lower.left() == atten.left() && upper.left() == atten.left());
 }
 
 TEST(MasterPanelWindow, AStrayKeyOrWheelAtTheStartChangesNothing) {

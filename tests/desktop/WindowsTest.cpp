@@ -129,8 +129,8 @@ TEST(Windows, CaptionHidingAndComingForwardFollowTheForm) {
   EXPECT_TRUE(shown.sample.events.starts_with("activated "));
 }
 
-TEST(Windows, AFormThatOnlyGreetsHasNoFrame) {
-  vc::Form form{"Greeting", "Greeting"};
+TEST(Windows, ASplashHasNoFrame) {
+  vc::Form form{"Greeting", "Greeting", vc::FormLook::Splash};
   const vc::Label words{form, "lblWords", "Welcome"};
   vc::Forms forms{support::DeadEnd{}};
   const FormWindows windows(forms);

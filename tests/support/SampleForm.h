@@ -55,6 +55,8 @@ struct SampleForm {
 
   SampleForm() {
     txtCutoff.unit = "Hz";
+    txtCutoff.shows = &sldrCutoff;
+    txtBand.shows = &sldrBand;
     txtState.readOnly = true;
     txtNotes.multiLine = true;
     sldrBalance.SetRange(-1.0, 1.0);
