@@ -4,7 +4,9 @@
 #include <cmath>
 #include <utility>
 
+#include <QApplication>
 #include <QKeyEvent>
+#include <QMouseEvent>
 #include <QSignalBlocker>
 #include <QWheelEvent>
 
@@ -27,12 +29,47 @@ SliderView::SliderView(vc::Slider& slider, Qt::Orientation direction, QWidget* p
   connect(this, &QSlider::valueChanged, this, [this](int steps) {
     MoveTo(steps == maximum() ? model.PositionMax() : model.PositionMin() + steps * StepSize());
   });
-  connect(this, &QSlider::sliderPressed, this, [this] { operate([this] { model.Hold(); }); });
-  connect(this, &QSlider::sliderReleased, this, [this] { operate([this] { model.Release(); }); });
+  clicked.setSingleShot(true);
+  connect(&clicked, &QTimer::timeout, this, [this] { operate([this] { model.Release(); }); });
+}
+
+void SliderView::EndClick() {
+  if (!clicked.isActive()) return;
+  clicked.stop();
+  operate([this] { model.Release(); });
+}
+
+void SliderView::mousePressEvent(QMouseEvent* event) {
+  EndClick();
+  const bool alone = event->buttons() == event->button();  // a further button changes nothing
+  const bool moves = event->button() == Qt::LeftButton || event->button() == Qt::MiddleButton;
+  if (alone && moves) {
+    pressedAt = event->pos();
+    operate([this] { model.Hold(); });
+  }
+  QSlider::mousePressEvent(event);
+}
+
+void SliderView::mouseReleaseEvent(QMouseEvent* event) {
+  QSlider::mouseReleaseEvent(event);
+  if (event->buttons() != Qt::NoButton) return;
+  const bool still = (event->pos() - pressedAt).manhattanLength() < QApplication::startDragDistance();
+  if (still && event->button() == Qt::LeftButton) {
+    clicked.start(QApplication::doubleClickInterval());
+  } else {
+    operate([this] { model.Release(); });
+  }
+}
+
+void SliderView::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (event->button() != Qt::LeftButton || !model.defaultPosition) return mousePressEvent(event);
+  clicked.stop();
+  operate([this] { model.SetDefault(); });
 }
 
 void SliderView::focusOutEvent(QFocusEvent* event) {
   QSlider::focusOutEvent(event);
+  clicked.stop();
   operate([this] { model.Release(); });
 }
 
@@ -57,6 +94,7 @@ void SliderView::ShowModel() {
 }
 
 void SliderView::keyPressEvent(QKeyEvent* event) {
+  EndClick();
   const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
   const QKeySequence keys(QKeyCombination(modifiers, static_cast<Qt::Key>(event->key())));
   bool known = false;
@@ -64,15 +102,12 @@ void SliderView::keyPressEvent(QKeyEvent* event) {
   if (!known) QSlider::keyPressEvent(event);
 }
 
-void SliderView::mouseDoubleClickEvent(QMouseEvent* event) {
-  if (event->button() == Qt::LeftButton) operate([this] { model.SetDefault(); });
-}
-
 void SliderView::wheelEvent(QWheelEvent* event) {
   if (!hasFocus()) {
     event->ignore();
     return;
   }
+  EndClick();
   constexpr int notch = 120;
   wheelRest += event->angleDelta().y();
   const int notches = wheelRest / notch;

@@ -4,6 +4,7 @@
 #include <functional>
 
 #include <QSlider>
+#include <QTimer>
 
 #include "widgets/Controls.h"
 
@@ -23,18 +24,25 @@ class SliderView : public QSlider {
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
-  // Back to the default.
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  // Back to the default, where there is one.
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   // The wheel moves it only while it has the focus, so that scrolling over a window changes nothing.
   void wheelEvent(QWheelEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
 
  private:
+  // A click on the groove acts at once, but the slider stays held until it is known whether a second click
+  // follows: the default then takes the place of what the first one did. Whatever else comes ends the wait.
+  void EndClick();
   double StepSize() const;
   void MoveTo(double position);
 
   vc::Slider& model;
   Operate operate;
+  QTimer clicked;  // runs while a second click may follow
+  QPoint pressedAt;
   int wheelRest = 0;  // of a step, from wheels that turn in fractions
 };
 

@@ -94,13 +94,23 @@ bool Slider::Press(std::string_view combination) {
 
 void Slider::SetDefault() {
   if (!defaultPosition) return;
-  Release();  // of what came before
+  if (holding && position != heldFrom) {
+    SetPosition(heldFrom);
+  } else {
+    Release();  // of what came before
+  }
   SetPosition(defaultPosition());
   Release();
 }
 
+void Slider::Hold() {
+  core.Raise(held);
+  holding = true;
+  heldFrom = position;
+}
+
 void Slider::Release() {
-  held = false;
+  holding = false;
   core.Raise(released);
 }
 

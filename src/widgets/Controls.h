@@ -92,17 +92,19 @@ struct Slider {
   // The operator's keys: "Left", "Shift+Left" for ten steps, "Ctrl+Left" for a hundred, "PgUp", "Home". False
   // for any other.
   bool Press(std::string_view combination);
-  // The operator wants the default, which is a step of its own.
+  // The operator wants the default, which is a step of its own. What has been moved since the slider is held
+  // is put back first.
   void SetDefault();
 
   // Between the two, all movements are one drag of the operator. A release also ends a run of single steps.
-  void Hold() { held = true; }
+  void Hold();
   void Release();
-  bool Held() const { return held; }
-  std::function<void()> released;
+  bool Held() const { return holding; }
+  std::function<void()> held, released;  // the first one before anything moves
 
  private:
-  bool held = false;
+  bool holding = false;
+  double heldFrom = 0.0;
   double position = 0.0, positionMin = 0.0, positionMax = 100.0;
 };
 

@@ -118,6 +118,57 @@ TEST(MasterPanelWindow, KeysAndADoubleClickMoveASlider) {
   EXPECT_EQ(run.Top().name, "MasterControl");
 }
 
+// Far right of the handle, in the groove.
+QPoint GrooveOf(const QSlider& slider) { return {slider.width() * 3 / 4, slider.height() / 2}; }
+
+TEST(MasterPanelWindow, AClickInTheGrooveActsAtOnceAndADoubleClickIsTheDefaultAlone) {
+  MasterWindow run;
+  run.OpenFilter(1, vc::FilterKind::Lowpass);
+  run.Ready();
+  run.Write("txtCutoff", "1000", Qt::Key_Return);
+  auto& view = run.At<QSlider>("sldrCutoff");
+  auto& slider = *std::get<vc::Slider*>(run.Find("sldrCutoff"));
+  slider.held = [&run] { run.session.history.CloseStep(); };
+  view.setFocus();
+  QTest::mousePress(&view, Qt::LeftButton, {}, GrooveOf(view));
+  EXPECT_EQ(run.record.lpfCutoff[1], 1001);
+  QTest::mouseRelease(&view, Qt::LeftButton, {}, GrooveOf(view));
+  EXPECT_TRUE(slider.Held());
+  QTest::mouseDClick(&view, Qt::LeftButton, {}, GrooveOf(view));  // the second press
+  EXPECT_EQ(run.record.lpfCutoff[1], 100);
+  EXPECT_FALSE(slider.Held());
+  run.Press("Ctrl+Z");
+  EXPECT_EQ(run.record.lpfCutoff[1], 1000);
+  QTest::mouseClick(&view, Qt::LeftButton, {}, GrooveOf(view));
+  EXPECT_TRUE(QTest::qWaitFor([&slider] { return !slider.Held(); }));  // no second one has followed
+  slider.defaultPosition = nullptr;
+  QTest::mouseDClick(&view, Qt::LeftButton, {}, GrooveOf(view));
+  EXPECT_EQ(run.record.lpfCutoff[1], 1002);
+}
+
+TEST(MasterPanelWindow, APressBeginsAStepOfItsOwnAndAKeyDoesNot) {
+  MasterWindow run;
+  run.OpenFilter(1, vc::FilterKind::Lowpass);
+  run.Ready();
+  auto& view = run.At<QSlider>("sldrCutoff");
+  auto& slider = *std::get<vc::Slider*>(run.Find("sldrCutoff"));
+  std::vector<double> heldAt;
+  slider.held = [&heldAt, &slider] { heldAt.push_back(slider.Position()); };
+  view.setFocus();
+  run.Press("Right");
+  const double first = slider.Position();
+  QTest::mouseClick(&view, Qt::LeftButton, {}, GrooveOf(view));
+  QTest::mouseClick(&view, Qt::RightButton, {}, GrooveOf(view));
+  run.Press("Left");  // which ends the wait for a second click
+  EXPECT_FALSE(slider.Held());
+  QTest::mousePress(&view, Qt::LeftButton, {}, HandleOf(view));
+  QTest::mouseMove(&view, GrooveOf(view));
+  QTest::mouseRelease(&view, Qt::LeftButton, {}, GrooveOf(view));
+  EXPECT_FALSE(slider.Held());
+  EXPECT_GT(slider.Position(), first + 100);
+  EXPECT_EQ(heldAt, (std::vector<double>{first, first}));
+}
+
 TEST(MasterPanelWindow, ASliderHasItsTwoNumbersBesideItAndTellsBoth) {
   MasterWindow run;
   run.OpenFilter(1, vc::FilterKind::Bandpass);
