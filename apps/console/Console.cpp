@@ -10,6 +10,7 @@
 #include "model/Settings.h"
 #include "text/Convert.h"
 #include "widgets/ControlText.h"
+#include "widgets/Controls.h"
 
 namespace console {
 namespace {
@@ -114,15 +115,18 @@ void Console::ListForms(const std::string& /*arguments*/) {
   }
 }
 
+// With what a screen reader says last, so that one band of twenty is told from the next.
+void Console::ShowControl(const vc::AnyControl& control) {
+  const vc::ControlCore& core = vc::CoreOf(control);
+  out << core.FullName() << '\t' << vc::KindOf(control) << '\t' << OneLine(vc::ValueOf(control)) << '\t'
+      << OneLine(vc::RangeOf(control)) << '\t' << (core.Active() ? "enabled" : "disabled") << '\t'
+      << (core.Shown() ? "shown" : "hidden") << '\t' << OneLine(core.AccessibleName()) << '\n';
+}
+
 void Console::ShowForm(const std::string& arguments) {
   const vc::Form* form = arguments.empty() ? session.forms.Top() : session.forms.Find(arguments);
   if (form == nullptr) return Error(arguments, "no such form is open");
-  for (const vc::AnyControl& control : form->controls) {
-    const vc::ControlCore& core = vc::CoreOf(control);
-    out << core.FullName() << '\t' << vc::KindOf(control) << '\t' << OneLine(vc::ValueOf(control)) << '\t'
-        << OneLine(vc::RangeOf(control)) << '\t' << (core.Active() ? "enabled" : "disabled") << '\t'
-        << (core.Shown() ? "shown" : "hidden") << '\n';
-  }
+  for (const vc::AnyControl& control : vc::ReadingOrder(*form)) ShowControl(control);
 }
 
 void Console::GetControl(const std::string& arguments) {

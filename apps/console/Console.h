@@ -32,6 +32,7 @@ class Console {
 
   void ListForms(const std::string& arguments);
   void ShowForm(const std::string& arguments);
+  void ShowControl(const vc::AnyControl& control);
   void GetControl(const std::string& arguments);
   void SetControl(const std::string& arguments);
   void TypeText(const std::string& arguments);

@@ -34,10 +34,6 @@ Binder::Binder(vc::Form& shownForm, QWidget* container, std::function<QMenuBar*(
 }
 
 void Binder::Build(QWidget* container) {
-  for (const vc::AnyControl& one : form->controls) {
-    auto* const* text = std::get_if<vc::TextBox*>(&one);
-    if (text != nullptr && (*text)->shows != nullptr) texts[(*text)->shows].push_back(*text);
-  }
   panes.emplace(nullptr, Pane(container, nullptr, form->look == vc::FormLook::Dense));
   for (const vc::AnyControl& one : form->controls) {
     std::visit([this](auto* control) { BindKind(*this, *control); }, one);

@@ -66,8 +66,6 @@ class Binder {
   OptionColumn& ColumnOf(vc::OptionGroup& group, Pane& pane);
   // Names the widget, makes it accessible, and has it follow its control.
   void Bind(const vc::ControlCore& core, Bound bound);
-  // The texts that show a slider's numbers, in declared order. They are built with the slider.
-  const std::vector<vc::TextBox*>& TextsOf(const vc::Slider& slider) { return texts[&slider]; }
   // A frame's caption is spoken before those of what lies in it.
   void NameWithin(const vc::Frame& frame);
   // "440 Hz"; words that stand in a number's place, such as "Out", have no unit.
@@ -86,8 +84,7 @@ class Binder {
   std::unordered_map<const vc::Frame*, Pane> panes;  // null stands for the form itself
   std::unordered_map<const vc::ControlCore*, Bound> bounds;
   std::unordered_map<const vc::OptionGroup*, OptionColumn> optionColumns;
-  std::unordered_map<const vc::Slider*, std::vector<vc::TextBox*>> texts;
-  std::vector<QWidget*> inOrder;  // of the keyboard: as declared, a slider's texts behind it
+  std::vector<QWidget*> inOrder;  // of reading
 };
 
 }  // namespace desktop

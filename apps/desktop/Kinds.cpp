@@ -136,7 +136,7 @@ void BindKind(Binder& binder, vc::Slider& slider) {
     view->setMinimumWidth(length);
   }
   QLabel* caption = CaptionOf(pane, view);
-  const std::vector<vc::TextBox*>& texts = binder.TextsOf(slider);
+  const std::vector<vc::TextBox*> texts = vc::TextsOf(slider);
   const auto describe = [view, &slider, texts] { Describe(view, slider, texts); };
   pane.AddField({.caption = caption, .field = view, .numbers = static_cast<int>(texts.size())});
   binder.Bind(slider.core,

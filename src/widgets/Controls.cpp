@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 #include "text/Convert.h"
 
@@ -118,6 +119,27 @@ void Slider::SetRange(double lower, double upper) {
   core.Store(positionMin, lower, "PositionMin");
   core.Store(positionMax, std::max(lower, upper), "PositionMax");
   SetPosition(position);
+}
+
+std::vector<TextBox*> TextsOf(const Slider& slider) {
+  std::vector<TextBox*> texts;
+  for (const AnyControl& control : slider.core.form.controls) {
+    auto* const* text = std::get_if<TextBox*>(&control);
+    if (text != nullptr && (*text)->shows == &slider) texts.push_back(*text);
+  }
+  return texts;
+}
+
+std::vector<AnyControl> ReadingOrder(const Form& form) {
+  std::vector<AnyControl> order;
+  for (const AnyControl& control : form.controls) {
+    auto* const* text = std::get_if<TextBox*>(&control);
+    if (text != nullptr && (*text)->shows != nullptr) continue;
+    order.push_back(control);
+    auto* const* slider = std::get_if<Slider*>(&control);
+    if (slider != nullptr) std::ranges::copy(TextsOf(**slider), std::back_inserter(order));
+  }
+  return order;
 }
 
 ListBox::ListBox(Place place, const std::string& name, const std::string& caption, int index)

@@ -108,6 +108,11 @@ struct Slider {
   double position = 0.0, positionMin = 0.0, positionMax = 100.0;
 };
 
+// The texts that show the slider's number, in declared order.
+std::vector<TextBox*> TextsOf(const Slider& slider);
+// The controls of a form as declared, but the texts of a slider right behind it.
+std::vector<AnyControl> ReadingOrder(const Form& form);
+
 struct ListBox {
   ListBox(Place place, const std::string& name, const std::string& caption, int index = NoIndex);
   ControlCore core;
