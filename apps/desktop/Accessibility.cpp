@@ -13,6 +13,7 @@
 #include "desktop/ProgressBarView.h"
 #include "desktop/QtText.h"
 #include "desktop/SliderView.h"
+#include "desktop/TableView.h"
 #include "text/Convert.h"
 
 namespace desktop {
@@ -153,6 +154,7 @@ QAccessibleInterface* InterfaceOf(const QString& /*className*/, QObject* object)
   if (auto* level = dynamic_cast<LevelBarView*>(object)) return new LevelInterface(level);
   if (auto* progress = dynamic_cast<ProgressBarView*>(object)) return new ProgressInterface(progress);
   if (auto* frame = dynamic_cast<FrameView*>(object)) return new FrameInterface(frame);
+  if (auto* row = dynamic_cast<TableRow*>(object)) return new QAccessibleWidget(row, QAccessible::Grouping);
   const bool drawn =
       dynamic_cast<PlotView*>(object) != nullptr || dynamic_cast<PictureView*>(object) != nullptr;
   return drawn ? new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Graphic) : nullptr;

@@ -31,6 +31,7 @@ Binder::Binder(vc::Form& shownForm, QWidget* container, std::function<QMenuBar*(
   Build(container);
   OrderTabs();
   FollowAll();
+  for (auto& [frame, pane] : panes) pane.Align();
 }
 
 void Binder::Build(QWidget* container) {
@@ -58,10 +59,6 @@ void Binder::OrderTabs() {
 }
 
 Pane& Binder::PaneOf(const vc::ControlCore& core) { return panes.at(core.frame); }
-
-void Binder::AddPane(const vc::Frame& frame, QWidget* box) {
-  panes.emplace(&frame, Pane(box, &frame, form->look == vc::FormLook::Dense));
-}
 
 Binder::OptionColumn& Binder::ColumnOf(vc::OptionGroup& group, Pane& pane) {
   const auto found = optionColumns.find(&group);

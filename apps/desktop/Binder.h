@@ -5,6 +5,7 @@
 #include <functional>
 #include <string_view>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include <QWidget>
@@ -62,7 +63,7 @@ class Binder {
   // For the kinds of control, while the form is built.
   Pane& PaneOf(const vc::ControlCore& core);
   QMenuBar* MenuBar() const { return menuBar(); }
-  void AddPane(const vc::Frame& frame, QWidget* box);
+  void AddPane(const vc::Frame& frame, Pane pane) { panes.emplace(&frame, std::move(pane)); }
   OptionColumn& ColumnOf(vc::OptionGroup& group, Pane& pane);
   // Names the widget, makes it accessible, and has it follow its control.
   void Bind(const vc::ControlCore& core, Bound bound);

@@ -13,6 +13,7 @@
 #include "desktop/PictureView.h"
 #include "desktop/QtText.h"
 #include "desktop/SliderView.h"
+#include "desktop/TableView.h"
 #include "desktop/WrappedLabel.h"
 #include "text/Convert.h"
 #include "widgets/Controls.h"
@@ -41,16 +42,27 @@ void Describe(QWidget* view, const vc::Slider& slider, const std::vector<vc::Tex
 }  // namespace
 
 QLabel* CaptionOf(Pane& pane, QWidget* field) {
+  if (!pane.TakesCaption()) return nullptr;
   auto* caption = new QLabel(pane.Container());
   caption->setBuddy(field);  // its access key leads there
   return caption;
 }
 
+void BindTableRow(Binder& binder, vc::Frame& frame, TableView& table) {
+  TableRow* row = table.AddRow();
+  binder.AddPane(frame, Pane(row, frame, binder.PaneOf(frame.core).Dense()));
+  binder.Bind(frame.core, {.widget = row, .showCaption = [row, &frame, &binder] {
+                             row->ShowCaption(ToQt(frame.core.Caption()));
+                             binder.NameWithin(frame);
+                           }});
+}
+
 void BindKind(Binder& binder, vc::Frame& frame) {
   Pane& pane = binder.PaneOf(frame.core);
+  if (pane.Table() != nullptr) return BindTableRow(binder, frame, *pane.Table());
   auto* box = new FrameView(frame, pane.Container());
   pane.AddFrame(box);
-  binder.AddPane(frame, box);
+  binder.AddPane(frame, Pane(box, &frame, pane.Dense()));
   binder.Bind(frame.core, {.widget = box,
                            .showCaption =
                                [box, &frame, &binder] {

@@ -5,7 +5,7 @@
 
 namespace desktop {
 
-// An empty label beside a field or above it, for the control's caption.
+// An empty label beside a field or above it, for the control's caption; null where the pane takes none.
 QLabel* CaptionOf(Pane& pane, QWidget* field);
 
 // A text that shows a slider's number, beside the slider's view; the slider is described anew when it

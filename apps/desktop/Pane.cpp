@@ -10,6 +10,7 @@
 
 #include "desktop/FrameView.h"
 #include "desktop/QtText.h"
+#include "desktop/TableView.h"
 
 namespace desktop {
 namespace {
@@ -94,6 +95,15 @@ Pane::Pane(QWidget* box, const vc::Frame* shownFrame, bool closeTogether)
   SetMargins();
 }
 
+Pane::Pane(TableRow* rowOfTable, const vc::Frame& shownFrame, bool closeTogether)
+    : container(rowOfTable),
+      frame(&shownFrame),
+      dense(closeTogether),
+      alongSignal(false),
+      tableRow(rowOfTable) {}
+
+bool Pane::TakesCaption() const { return tableRow == nullptr || !tableRow->Headed(); }
+
 void Pane::MakeLayout() {
   const int line = LineHeight(*container);
   const int space = dense ? line * 2 / 5 : line * 2 / 3;
@@ -111,6 +121,7 @@ void Pane::MakeLayout() {
     grid->setHorizontalSpacing(space);
     grid->setVerticalSpacing(Is(vc::FrameLook::Panel) && alongSignal ? line : space);
     grid->setColumnStretch(FieldColumn, 1);
+    if (arranged == Table) AddFrame(table = new TableView(*frame, container));
   }
   if (columns != nullptr) columns->setSpacing(SpaceBetween(*container, *frame, dense));
 }
@@ -129,7 +140,9 @@ void Pane::SetMargins() {
 void Pane::AddField(const Field& field) {
   onlyWords = onlyFrames = false;
   buttons = nullptr;
-  if (!Columns()) {
+  if (tableRow != nullptr) {
+    tableRow->AddField(field);
+  } else if (!Columns()) {
     AddRow(field);
   } else if (field.numbers > 0) {
     AddUpright(field);
@@ -160,6 +173,7 @@ void Pane::AddRow(const Field& field) {
 }
 
 void Pane::AddNumber(QWidget* field, const Number& number) {
+  if (tableRow != nullptr) return tableRow->AddNumber(field, number);
   NextNumber& next = nextNumbers.at(field);
   if (next.column != nullptr) {
     for (QWidget* part : std::initializer_list<QWidget*>{number.caption, number.box, number.unit}) {
@@ -198,6 +212,7 @@ void Pane::AddBeside(const Field& field) {
 void Pane::AddTall(QLabel* caption, QWidget* text, int share) {
   onlyWords = onlyFrames = false;
   buttons = nullptr;
+  if (tableRow != nullptr) return tableRow->AddField({.caption = caption, .field = text});
   auto* column = new QVBoxLayout;
   column->setSpacing(LineHeight(*container) / 4);
   if (caption != nullptr) column->addWidget(caption);
@@ -222,7 +237,9 @@ void Pane::AddWide(QWidget* widget) {
 void Pane::AddFrame(QWidget* box) {
   buttons = nullptr;
   block = nullptr;
-  if (lanes != nullptr) {
+  if (tableRow != nullptr) {
+    tableRow->AddField({.field = box});
+  } else if (lanes != nullptr) {
     lanes->addWidget(box, 1);
   } else if (Columns()) {
     const bool strip = Is(vc::FrameLook::Card);  // what is left over goes between its groups
@@ -241,14 +258,14 @@ void Pane::AddWords(QLabel* label) {
     label->setAlignment(Qt::AlignHCenter);
   }
   onlyFrames = false;
-  if (Columns()) return AddFrame(label);
+  if (Columns() || tableRow != nullptr) return AddFrame(label);
   grid->addWidget(label, grid->rowCount(), 0, 1, AllColumns);
 }
 
 void Pane::AddButton(QWidget* button, bool atEnd) {
   button->setProperty("compact", dense);  // the theme's style sheet asks for it
   if (frame != nullptr && frame->buttonsPerRow > 0) return AddToBlock(button);
-  if (Columns()) return AddWide(button);
+  if (Columns() || tableRow != nullptr) return AddWide(button);
   onlyWords = onlyFrames = false;
   if (buttons == nullptr) {
     buttons = new QHBoxLayout;
@@ -293,6 +310,10 @@ void Pane::FillBlock() {
   QWidget* last = block->itemAt(block->count() - 1)->widget();
   block->removeWidget(last);
   block->addWidget(last, leadingButtons / perRow, behind - 1, 1, perRow - behind + 1);
+}
+
+void Pane::Align() {
+  if (table != nullptr) table->AlignColumns();
 }
 
 void Pane::Finish() {

@@ -15,12 +15,17 @@ class QVBoxLayout;
 
 namespace desktop {
 
+class TableRow;
+class TableView;
+
+inline constexpr int NoSlider = -1;
+
 // What stands together for one value. Only the field must be there.
 struct Field {
   QLabel* caption = nullptr;
   QWidget* field = nullptr;
   QLabel* unit = nullptr;
-  int numbers = 0;  // how many will be added to it; only a slider has any
+  int numbers = NoSlider;  // how many will be added to it
 };
 
 // A number that stands beside a slider. Only the box must be there.
@@ -34,11 +39,15 @@ class Pane {
  public:
   // No frame stands for the form itself. What is dense stands closer together.
   Pane(QWidget* box, const vc::Frame* shownFrame, bool closeTogether);
+  // For a row of a table.
+  Pane(TableRow* rowOfTable, const vc::Frame& shownFrame, bool closeTogether);
 
   QWidget* Container() const { return container; }
   bool Dense() const { return dense; }
   // In columns a slider stands upright, its caption above and its number below.
   bool Columns() const { return columns != nullptr; }
+  // Where the frames in it are the rows of a table; else null.
+  TableView* Table() const { return table; }
   bool Is(vc::FrameLook look) const { return frame != nullptr && frame->look == look; }
 
   void AddField(const Field& field);
@@ -46,6 +55,8 @@ class Pane {
   void AddNumber(QWidget* field, const Number& number);
   // Whether the unit of a number is to be shown with it.
   bool TakesUnit() const { return true; }
+  // Whether a field is to have its caption with it; under a heading it has none.
+  bool TakesCaption() const;
   // A large text, a list or a plot takes the spare height, with its caption above it where it has one; in
   // columns those beside each other share the width.
   void AddTall(QLabel* caption, QWidget* text, int share);
@@ -57,6 +68,8 @@ class Pane {
   void AddButton(QWidget* button, bool atEnd);
   // Beside the frame's title.
   void AddToTitle(QWidget* widget);
+  // Once every caption is shown: the columns of a table stand in line.
+  void Align();
   // Once all has been added: what is left of the height stays below.
   void Finish();
   // Once a frame in it is finished: what has no use for spare height leaves it to others, and along the
@@ -81,6 +94,8 @@ class Pane {
   QHBoxLayout* columns = nullptr;
   QVBoxLayout* lanes = nullptr;
   QHBoxLayout* buttons = nullptr;
+  TableView* table = nullptr;
+  TableRow* tableRow = nullptr;
   QGridLayout* block = nullptr;  // of buttons that stand in rows of equal ones
   int leadingButtons = 0;
   // Where the next number of a slider goes: its row in the grid, or the column in which it stands upright.

@@ -13,7 +13,9 @@
 namespace vc {
 namespace {
 
-const char* Kind(const Frame& /*control*/) { return "frame"; }
+const char* Kind(const Frame& control) {
+  return control.arrangement == Arrangement::Table ? "table" : "frame";
+}
 const char* Kind(const Label& /*control*/) { return "label"; }
 const char* Kind(const TextBox& /*control*/) { return "text"; }
 const char* Kind(const Button& /*control*/) { return "button"; }
@@ -62,6 +64,14 @@ template <typename Control>
 std::string Range(const Control& /*control*/) {
   return {};
 }
+std::string Joined(std::string row, const std::string& more) {
+  return row.empty() ? more : row + " | " + more;
+}
+std::string Range(const Frame& control) {
+  std::string row;
+  for (const std::string& heading : control.headings) row = Joined(row, heading);
+  return row;
+}
 std::string Range(const GraphicButton& control) {
   return control.style == GraphicButton::Style::Latching ? "0..1" : "";
 }
@@ -70,7 +80,7 @@ std::string Range(const Slider& control) {
 }
 std::string Range(const ListBox& control) {
   std::string rows;
-  for (const std::string& item : control.Items()) rows += (rows.empty() ? "" : " | ") + item;
+  for (const std::string& item : control.Items()) rows = Joined(rows, item);
   return rows;
 }
 std::string Range(const OptionButton& /*control*/) { return "0..1"; }

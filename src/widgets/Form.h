@@ -155,8 +155,9 @@ struct Mute {
 };
 
 // How the contents of a frame are laid out. A flow is columns with the signal's way drawn between them; lanes
-// are rows of equal height in it.
-enum class Arrangement { Rows, Columns, Flow, Lanes };
+// are rows of equal height in it. The rows of a table are the frames in it: what they hold stands in columns
+// behind their captions, and scrolls where the screen has no room for all of them.
+enum class Arrangement { Rows, Columns, Flow, Lanes, Table };
 
 // How a frame stands out: by a line around it; as a sheet of its own; as the ground on which sheets lie; or
 // by its caption alone.
@@ -173,6 +174,8 @@ struct Frame {
   FrameLook look = FrameLook::Line;
   int buttonsPerRow = 0;   // of buttons that follow each other; 0 puts all of them into one row
   bool collapses = false;  // takes no room while it is disabled
+  // Of a table, above its columns, that of the rows' captions first.
+  std::vector<std::string> headings;
 
   Standing InTheWay() const { return standing; }
   void SetStanding(Standing stands) { core.Store(standing, stands, "Standing"); }
