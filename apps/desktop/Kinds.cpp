@@ -137,7 +137,7 @@ void BindKind(Binder& binder, vc::GraphicButton& button) {
 
 void BindKind(Binder& binder, vc::Slider& slider) {
   Pane& pane = binder.PaneOf(slider.core);
-  const Qt::Orientation direction = pane.Columns() ? Qt::Vertical : Qt::Horizontal;
+  const Qt::Orientation direction = pane.Upright() ? Qt::Vertical : Qt::Horizontal;
   auto* view = new SliderView(slider, direction, pane.Container(), [&binder, &slider](const auto& action) {
     binder.Operate(slider.core, action);
   });

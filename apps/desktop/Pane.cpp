@@ -8,6 +8,7 @@
 #include <QGridLayout>
 #include <QVBoxLayout>
 
+#include "desktop/BankView.h"
 #include "desktop/FrameView.h"
 #include "desktop/QtText.h"
 #include "desktop/TableView.h"
@@ -104,6 +105,8 @@ Pane::Pane(TableRow* rowOfTable, const vc::Frame& shownFrame, bool closeTogether
 
 bool Pane::TakesCaption() const { return tableRow == nullptr || !tableRow->Headed(); }
 
+bool Pane::TakesUnit() const { return bank == nullptr || !bank->HasUnit(); }
+
 void Pane::MakeLayout() {
   const int line = LineHeight(*container);
   const int space = dense ? line * 2 / 5 : line * 2 / 3;
@@ -122,6 +125,7 @@ void Pane::MakeLayout() {
     grid->setVerticalSpacing(Is(vc::FrameLook::Panel) && alongSignal ? line : space);
     grid->setColumnStretch(FieldColumn, 1);
     if (arranged == Table) AddFrame(table = new TableView(*frame, container));
+    if (arranged == Bank) AddFrame(bank = new BankView(*frame, container));
   }
   if (columns != nullptr) columns->setSpacing(SpaceBetween(*container, *frame, dense));
 }
@@ -142,6 +146,8 @@ void Pane::AddField(const Field& field) {
   buttons = nullptr;
   if (tableRow != nullptr) {
     tableRow->AddField(field);
+  } else if (bank != nullptr && field.numbers != NoSlider) {
+    bank->AddBand(field);
   } else if (!Columns()) {
     AddRow(field);
   } else if (field.numbers > 0) {
@@ -174,6 +180,7 @@ void Pane::AddRow(const Field& field) {
 
 void Pane::AddNumber(QWidget* field, const Number& number) {
   if (tableRow != nullptr) return tableRow->AddNumber(field, number);
+  if (bank != nullptr) return bank->AddNumber(field, number);
   NextNumber& next = nextNumbers.at(field);
   if (next.column != nullptr) {
     for (QWidget* part : std::initializer_list<QWidget*>{number.caption, number.box, number.unit}) {
@@ -314,6 +321,7 @@ void Pane::FillBlock() {
 
 void Pane::Align() {
   if (table != nullptr) table->AlignColumns();
+  if (bank != nullptr) bank->AlignColumns();
 }
 
 void Pane::Finish() {

@@ -15,6 +15,7 @@ class QVBoxLayout;
 
 namespace desktop {
 
+class BankView;
 class TableRow;
 class TableView;
 
@@ -33,6 +34,7 @@ struct Number {
   QLabel* caption = nullptr;
   QWidget* box = nullptr;
   QLabel* unit = nullptr;
+  QString widest{};  // the text for which there is to be room
 };
 
 class Pane {
@@ -46,6 +48,8 @@ class Pane {
   bool Dense() const { return dense; }
   // In columns a slider stands upright, its caption above and its number below.
   bool Columns() const { return columns != nullptr; }
+  bool Upright() const { return Columns() || Banked(); }
+  bool Banked() const { return bank != nullptr; }
   // Where the frames in it are the rows of a table; else null.
   TableView* Table() const { return table; }
   bool Is(vc::FrameLook look) const { return frame != nullptr && frame->look == look; }
@@ -53,10 +57,10 @@ class Pane {
   void AddField(const Field& field);
   // To a field that has been added.
   void AddNumber(QWidget* field, const Number& number);
-  // Whether the unit of a number is to be shown with it.
-  bool TakesUnit() const { return true; }
   // Whether a field is to have its caption with it; under a heading it has none.
   bool TakesCaption() const;
+  // Whether the unit of a number is to be shown with it.
+  bool TakesUnit() const;
   // A large text, a list or a plot takes the spare height, with its caption above it where it has one; in
   // columns those beside each other share the width.
   void AddTall(QLabel* caption, QWidget* text, int share);
@@ -68,7 +72,7 @@ class Pane {
   void AddButton(QWidget* button, bool atEnd);
   // Beside the frame's title.
   void AddToTitle(QWidget* widget);
-  // Once every caption is shown: the columns of a table stand in line.
+  // Once every caption is shown: the columns of a table and the bands of a bank become equally wide.
   void Align();
   // Once all has been added: what is left of the height stays below.
   void Finish();
@@ -96,6 +100,7 @@ class Pane {
   QHBoxLayout* buttons = nullptr;
   TableView* table = nullptr;
   TableRow* tableRow = nullptr;
+  BankView* bank = nullptr;
   QGridLayout* block = nullptr;  // of buttons that stand in rows of equal ones
   int leadingButtons = 0;
   // Where the next number of a slider goes: its row in the grid, or the column in which it stands upright.

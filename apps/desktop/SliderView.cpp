@@ -99,7 +99,7 @@ void SliderView::keyPressEvent(QKeyEvent* event) {
   const QKeySequence keys(QKeyCombination(modifiers, static_cast<Qt::Key>(event->key())));
   bool known = false;
   operate([&] { known = model.Press(FromQt(keys.toString(QKeySequence::PortableText))); });
-  if (!known) QSlider::keyPressEvent(event);
+  event->setAccepted(known);
 }
 
 void SliderView::wheelEvent(QWheelEvent* event) {

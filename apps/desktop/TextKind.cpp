@@ -97,12 +97,13 @@ struct Around {
 Around Place(const Stand& stand, const vc::TextBox& text, QWidget* view) {
   const bool repeats = stand.slider != nullptr && text.core.Caption() == text.shows->core.Caption();
   const bool withUnit = !text.unit.empty() && (stand.slider == nullptr || stand.pane.TakesUnit());
-  QLabel* caption = repeats ? nullptr : WordsBeside(view, text.core.Caption());
+  const bool captioned = !repeats && (stand.slider != nullptr || stand.pane.TakesCaption());
+  QLabel* caption = !captioned ? nullptr : WordsBeside(view, text.core.Caption());
   QLabel* unit = withUnit ? WordsBeside(view, text.unit) : nullptr;
   if (stand.slider == nullptr) {
     stand.pane.AddField({.caption = caption, .field = view, .unit = unit});
   } else {
-    stand.pane.AddNumber(stand.slider, {caption, view, unit});
+    stand.pane.AddNumber(stand.slider, {caption, view, unit, ToQt(text.widest)});
   }
   return {caption, unit};
 }
@@ -113,7 +114,8 @@ void BindStatus(Binder& binder, vc::TextBox& text, const Stand& stand) {
   const bool number = stand.slider != nullptr || !text.unit.empty();
   const int words = stand.pane.Dense() ? DenseStatusDigits : StatusDigits;
   view->setMinimumWidth(DigitsWide(*view, number ? NumberDigits : words));
-  if (stand.slider != nullptr) view->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  const auto aside = stand.pane.Banked() ? Qt::AlignHCenter : Qt::AlignRight;
+  if (stand.slider != nullptr) view->setAlignment(aside | Qt::AlignVCenter);
   view->Reserve(ToQt(text.widest));
   const auto [caption, unit] = Place(stand, text, view);
   const auto show = [view, &text, describe = stand.describe](std::string_view) {
@@ -171,7 +173,7 @@ void BindLine(Binder& binder, vc::TextBox& text, const Stand& stand) {
   auto* view = new QLineEdit(stand.pane.Container());
   if (stand.slider != nullptr || !text.unit.empty()) {
     view->setFixedWidth(DigitsWide(*view, stand.pane.Dense() ? DenseNumberDigits : NumberDigits));
-    view->setAlignment(Qt::AlignRight);
+    view->setAlignment(stand.pane.Banked() ? Qt::AlignHCenter : Qt::AlignRight);
   }
   const auto [caption, unit] = Place(stand, text, view);
   Listen(binder, text, view,

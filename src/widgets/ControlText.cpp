@@ -14,7 +14,8 @@ namespace vc {
 namespace {
 
 const char* Kind(const Frame& control) {
-  return control.arrangement == Arrangement::Table ? "table" : "frame";
+  if (control.arrangement == Arrangement::Table) return "table";
+  return control.arrangement == Arrangement::Bank ? "bank" : "frame";
 }
 const char* Kind(const Label& /*control*/) { return "label"; }
 const char* Kind(const TextBox& /*control*/) { return "text"; }
@@ -70,6 +71,7 @@ std::string Joined(std::string row, const std::string& more) {
 std::string Range(const Frame& control) {
   std::string row;
   for (const std::string& heading : control.headings) row = Joined(row, heading);
+  for (const BankTick& tick : control.scale) row = Joined(row, tick.text);
   return row;
 }
 std::string Range(const GraphicButton& control) {

@@ -87,7 +87,9 @@ bool Slider::Press(std::string_view combination) {
   const bool tens = combination.starts_with("Shift+"), hundreds = combination.starts_with("Ctrl+");
   if (tens || hundreds) combination.remove_prefix(combination.find('+') + 1);
   const auto* stroke = std::ranges::find(strokes, combination, &Stroke::key);
-  if (stroke == strokes.end()) return false;
+  const bool inBank = core.frame != nullptr && core.frame->arrangement == Arrangement::Bank;
+  const bool sideways = combination == "Left" || combination == "Right";
+  if (stroke == strokes.end() || (inBank && sideways)) return false;
   const double times = tens ? ten : hundreds ? hundred : 1;
   MoveBy(stroke->steps * times * KeyArrowStepSize + stroke->pages * KeyPageStepSize);
   return true;

@@ -32,7 +32,8 @@ struct TextBox {
   // the slider's own caption it has none of its own.
   const Slider* shows = nullptr;
   bool readOnly = false;
-  std::string widest;  // of a read-only text: room is kept for this one, so that nothing beside it moves
+  // Of a read-only text and of one in a bank: room is kept for this one, so that nothing beside it moves.
+  std::string widest;
   bool multiLine = false;
   int columns = 60, lines = 12;  // of characters that several lines of text have room for at least
   std::function<void()> changed;
@@ -90,7 +91,7 @@ struct Slider {
   void SetShown(double number);
 
   // The operator's keys: "Left", "Shift+Left" for ten steps, "Ctrl+Left" for a hundred, "PgUp", "Home". False
-  // for any other.
+  // for any other. In a bank "Left" and "Right" are not the slider's: they lead to its neighbours.
   bool Press(std::string_view combination);
   // The operator wants the default, which is a step of its own. What has been moved since the slider is held
   // is put back first.

@@ -156,8 +156,15 @@ struct Mute {
 
 // How the contents of a frame are laid out. A flow is columns with the signal's way drawn between them; lanes
 // are rows of equal height in it. The rows of a table are the frames in it: what they hold stands in columns
-// behind their captions, and scrolls where the screen has no room for all of them.
-enum class Arrangement { Rows, Columns, Flow, Lanes, Table };
+// behind their captions, and scrolls where the screen has no room for all of them. A bank is sliders that
+// stand side by side, equally wide, their captions below and their numbers above.
+enum class Arrangement { Rows, Columns, Flow, Lanes, Table, Bank };
+
+// A mark beside the sliders of a bank: at which position, and what it says.
+struct BankTick {
+  double position;
+  std::string text;
+};
 
 // How a frame stands out: by a line around it; as a sheet of its own; as the ground on which sheets lie; or
 // by its caption alone.
@@ -174,8 +181,9 @@ struct Frame {
   FrameLook look = FrameLook::Line;
   int buttonsPerRow = 0;   // of buttons that follow each other; 0 puts all of them into one row
   bool collapses = false;  // takes no room while it is disabled
-  // Of a table, above its columns, that of the rows' captions first.
+  // Of a table, above its columns, that of the rows' captions first; of a bank one, beside the captions.
   std::vector<std::string> headings;
+  std::vector<BankTick> scale;
 
   Standing InTheWay() const { return standing; }
   void SetStanding(Standing stands) { core.Store(standing, stands, "Standing"); }
