@@ -1,0 +1,175 @@
+// Tables and banks in their windows: what stands in line, what scrolls, and where the keyboard goes.
+#include <gtest/gtest.h>
+
+#include <QLabel>
+#include <QLineEdit>
+
+#include "Room.h"
+#include "RowsAndBands.h"
+#include "Shown.h"
+#include "Unheard.h"
+
+namespace desktop {
+namespace {
+
+template <typename Sample>
+struct Opened {
+  Sample sample;
+  vc::Forms forms{support::DeadEnd{}};
+  FormWindows windows{forms};
+
+  explicit Opened(const QSize& size) {
+    forms.Show(sample.form);
+    EXPECT_TRUE(QTest::qWaitForWindowActive(&Window()));
+    Window().resize(size);
+    Settle();
+  }
+  // Twice: what has become narrower scrolls only then.
+  static void Settle() {
+    QCoreApplication::processEvents();
+    QCoreApplication::processEvents();
+  }
+  FormWindow& Window() { return *windows.WindowOf(sample.form); }
+  QWidget& At(const std::string& name, int index) {
+    return *Window().template findChild<QWidget*>(ToQt(name + "(" + std::to_string(index) + ")"));
+  }
+  QRect Place(const QWidget& widget) { return {widget.mapTo(&Window(), QPoint()), widget.size()}; }
+  static std::string Focused() { return FromQt(QApplication::focusWidget()->objectName()); }
+  static void Press(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
+};
+using Table = Opened<support::RowForm>;
+using Bank = Opened<support::BandForm>;
+
+// What is left of a small screen at 125 %.
+constexpr QSize SmallScreen(1024, 540), LargeScreen(1280, 690);
+
+TEST(Tables, AlignTheirColumnsUnderTheHeadings) {
+  for (const QSize& size : {SmallScreen, LargeScreen}) {
+    Table table(size);
+    ExpectAllFits(table.Window());
+    for (const char* caption : {"Notch 4", "A notch of many words", ""}) {
+      table.sample.rows[3]->frame.core.SetCaption(caption);
+      Table::Settle();
+      for (const char* name : {"sldrFreq", "txtFreq", "sldrWidth", "txtWidth"}) {
+        const QRect first = table.Place(table.At(name, 0));
+        for (int row = 1; row < 16; ++row) {
+          const QRect other = table.Place(table.At(name, row));
+          EXPECT_TRUE(other.left() == first.left() && other.width() == first.width())
+              << name << row << caption << other.left() << " " << first.left() << " " << other.width() << " "
+              << first.width();
+        }
+      }
+    }
+    int headings = 0;
+    for (const QLabel* label : table.Window().findChildren<QLabel*>()) {
+      if (label->text() != "Width") continue;
+      ++headings;  // and no row repeats it
+      EXPECT_EQ(table.Place(*label).left(), table.Place(table.At("sldrWidth", 0)).left());
+      EXPECT_LE(table.Place(*label).bottom(), table.Place(table.At("sldrWidth", 0)).top());
+    }
+    EXPECT_EQ(headings, 1);
+  }
+}
+
+TEST(Tables, ScrollAloneAndShowWhatHasTheFocus) {
+  Table table({700, 360});
+  ExpectAllFits(table.Window());  // the rest of the form stands still
+  QWidget& last = table.At("sldrFreq", 15);
+  EXPECT_TRUE(last.visibleRegion().isEmpty());
+  table.At("txtWidth", 14).setFocus(Qt::TabFocusReason);
+  Table::Press(Qt::Key_Tab);
+  EXPECT_EQ(Table::Focused(), "sldrFreq(15)");
+  Table::Settle();
+  EXPECT_EQ(last.visibleRegion().boundingRect(), last.rect());
+  // The wheel scrolls back over sliders and numbers, and changes none of them.
+  const double before = table.sample.rows[14]->freq.slider.Position();
+  constexpr int notches = 12 * 120;
+  for (const char* name : {"sldrFreq", "txtFreq"}) {
+    QWidget& under = table.At(name, 14);
+    for (QWidget* at = &under; at != nullptr && !last.visibleRegion().isEmpty(); at = at->parentWidget()) {
+      TurnWheel(*at, notches);
+    }
+  }
+  EXPECT_TRUE(last.visibleRegion().isEmpty());
+  EXPECT_DOUBLE_EQ(table.sample.rows[14]->freq.slider.Position(), before);
+  // Nor does it stop at the one that has the focus while it scrolls.
+  table.At("sldrFreq", 14).setFocus(Qt::OtherFocusReason);
+  TurnWheel(table.At("sldrFreq", 14), 120);
+  EXPECT_DOUBLE_EQ(table.sample.rows[14]->freq.slider.Position(), before);
+}
+
+TEST(Tables, AreReadRowByRow) {
+  Table table(LargeScreen);
+  EXPECT_EQ(table.At("sldrFreq", 2).accessibleName(), "Notch 3, Freq.");
+  EXPECT_EQ(table.At("txtWidth", 2).accessibleName(), "Notch 3, Width");
+  EXPECT_EQ(HeardOf(table.At("sldrFreq", 2)), "900 Hz");
+  table.sample.rows[2]->frame.core.SetCaption("Slot 3");
+  EXPECT_EQ(table.At("txtFreq", 2).accessibleName(), "Slot 3, Freq.");
+  table.At("sldrFreq", 2).setFocus(Qt::TabFocusReason);
+  for (const char* next : {"txtFreq(2)", "sldrWidth(2)", "txtWidth(2)", "sldrFreq(3)"}) {
+    Table::Press(Qt::Key_Tab);
+    EXPECT_EQ(Table::Focused(), next);
+  }
+  table.sample.rows[3]->frame.core.SetEnabled(false);
+  EXPECT_FALSE(table.At("txtFreq", 3).isEnabled());
+}
+
+TEST(Banks, StandEquallyWideUnderTheirNumbers) {
+  for (const QSize& size : {SmallScreen, LargeScreen}) {
+    Bank bank(size);
+    for (const char* widest : {"100", "1.25K"}) {
+      bank.sample.sldrGain(3).core.SetCaption(widest);
+      Bank::Settle();
+      ExpectAllFits(bank.Window());
+      const int apart =
+          bank.Place(bank.At("sldrGain", 1)).center().x() - bank.Place(bank.At("sldrGain", 0)).center().x();
+      for (int band = 0; band < 20; ++band) {
+        const QRect slider = bank.Place(bank.At("sldrGain", band)),
+                    text = bank.Place(bank.At("txtGain", band));
+        EXPECT_LT(text.bottom(), slider.top());
+        EXPECT_NEAR(text.center().x(), slider.center().x(), 1);
+        EXPECT_NEAR(slider.center().x(), bank.Place(bank.At("sldrGain", 0)).center().x() + band * apart, 20);
+        EXPECT_NEAR(text.width(), bank.At("txtGain", 0).width(), 1);
+      }
+    }
+  }
+}
+
+TEST(Banks, GoFromBandToBandByLeftAndRight) {
+  Bank bank(LargeScreen);
+  auto& slider = bank.sample.sldrGain(2);
+  const double before = slider.Position();
+  bank.At("sldrGain", 2).setFocus(Qt::TabFocusReason);
+  EXPECT_EQ(bank.At("sldrGain", 2).accessibleName(), "Gain, 500");
+  EXPECT_EQ(HeardOf(bank.At("sldrGain", 2)), "-14 dB");
+  Bank::Press(Qt::Key_Down);
+  EXPECT_DOUBLE_EQ(slider.Position(), before - 1);
+  bank.sample.sldrGain(1).core.SetEnabled(false);
+  for (const auto& [key, name] : {std::pair{Qt::Key_Left, "sldrGain(0)"},
+                                  {Qt::Key_Left, "sldrGain(0)"},
+                                  {Qt::Key_Right, "sldrGain(2)"},
+                                  {Qt::Key_Tab, "txtGain(2)"},
+                                  {Qt::Key_Left, "txtGain(2)"},
+                                  {Qt::Key_Tab, "sldrGain(3)"}}) {
+    Bank::Press(key);
+    EXPECT_EQ(Bank::Focused(), name);
+  }
+  EXPECT_DOUBLE_EQ(slider.Position(), before - 1);
+}
+
+TEST(Arrangements, HaveRoomForLargerLetters) {
+  const QFont usual = QApplication::font();
+  QFont large = usual;
+  large.setPointSizeF(1.35 * PointSize(usual));
+  QApplication::setFont(large);
+  {
+    Table table(LargeScreen);
+    ExpectAllFits(table.Window());
+    Bank bank(LargeScreen);
+    ExpectAllFits(bank.Window());
+  }
+  QApplication::setFont(usual);
+}
+
+}  // namespace
+}  // namespace desktop
