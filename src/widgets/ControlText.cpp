@@ -65,7 +65,7 @@ template <typename Control>
 std::string Range(const Control& /*control*/) {
   return {};
 }
-std::string Joined(std::string row, const std::string& more) {
+std::string Joined(const std::string& row, const std::string& more) {
   return row.empty() ? more : row + " | " + more;
 }
 std::string Range(const Frame& control) {
