@@ -3,8 +3,9 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
-scripts/install-packages.sh g++ cmake ninja-build qt6-base-dev fonts-dejavu-core libgtest-dev libgmock-dev \
-  libbenchmark-dev pkg-config libkissfft-dev libsndfile1-dev libsamplerate0-dev libfftw3-dev clang-format clang-tidy clang libclang-rt-dev
+scripts/install-packages.sh g++ cmake ninja-build ccache qt6-base-dev fonts-dejavu-core libgtest-dev libgmock-dev \
+  libbenchmark-dev pkg-config libkissfft-dev libsndfile1-dev libsamplerate0-dev libfftw3-dev python3 clang-format clang-tidy \
+  clang libclang-rt-dev
 
 step() { printf '\n== %s (%s s)\n' "$1" "$SECONDS"; }
 
@@ -28,7 +29,7 @@ grep -E '^(== |stat::(number|average))' build/fuzz.log
 
 step "Static analysis"
 # The tests and benchmarks are spared, for the time that it takes.
-scripts/analyse.sh build
+scripts/analyse.py build
 git ls-files -- 'fuzz/*.cpp' | xargs -P "$(nproc)" -n 1 clang-tidy --quiet -p build-fuzz 2>build/clang-tidy-fuzz.log
 
 step "All good"

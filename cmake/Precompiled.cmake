@@ -1,0 +1,31 @@
+# Headers that are compiled once for many sources, for builds that read the same sources once more. With them a source
+# compiles although it lacks an #include of its own, and g++ 12 takes what it inlines from them no longer for the
+# system's. What is shipped, and the fuzzers, are built without: to have them there and then read each source alone as
+# well would take longer.
+option(VELTRANA_PRECOMPILED "Precompile the headers of the system" OFF)
+if(VELTRANA_PRECOMPILED)
+  target_compile_options(project_warnings INTERFACE -Wno-stringop-overflow -Wno-stringop-overread -Wno-array-bounds)
+  if(ccache)  # which keeps what was compiled with them only if it is told so
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${ccache})
+  endif()
+endif()
+
+set(standard_headers <algorithm> <array> <cmath> <cstddef> <cstdint> <filesystem> <fstream> <functional> <map> <memory>
+    <optional> <span> <string> <string_view> <tuple> <utility> <variant> <vector>)
+
+# A library of nothing but precompiled headers: the standard ones and HEADERS, which come with LINK and
+# DEFINITIONS, for the targets named, which are compiled with the same options.
+function(precompile name)
+  cmake_parse_arguments(PARSE_ARGV 1 precompiled "" "" "HEADERS;LINK;DEFINITIONS;TARGETS")
+  if(NOT VELTRANA_PRECOMPILED)
+    return()
+  endif()
+  file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp CONTENT "")
+  add_library(${name} STATIC ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp)
+  target_link_libraries(${name} PRIVATE ${precompiled_LINK} project_warnings)
+  target_compile_definitions(${name} PRIVATE ${precompiled_DEFINITIONS})
+  target_precompile_headers(${name} PRIVATE ${standard_headers} ${precompiled_HEADERS})
+  foreach(target IN LISTS precompiled_TARGETS)
+    target_precompile_headers(${target} REUSE_FROM ${name})
+  endforeach()
+endfunction()
