@@ -3,8 +3,9 @@
 
 using Lanes = float __attribute__((vector_size(Width * sizeof(float))));
 // The same anywhere in an array of samples.
-using LoadedLanes =
-    float __attribute__((vector_size(Width * sizeof(float)), aligned(sizeof(float)), may_alias));
+struct __attribute__((packed, may_alias)) LoadedLanes {
+  Lanes lanes;
+};
 
 // In halves, so that few additions wait for each other.
 float SumOf(const Lanes& lanes) {
@@ -23,8 +24,8 @@ float Dot(std::span<const float> a, std::span<const float> b) {
   std::size_t i = 0;
   for (; i + 4 * Width <= size; i += 4 * Width) {
     for (std::size_t j = 0; j < 4; ++j) {
-      sums[j] += *reinterpret_cast<const LoadedLanes*>(&a[i + j * Width]) *
-                 *reinterpret_cast<const LoadedLanes*>(&b[i + j * Width]);
+      sums[j] += reinterpret_cast<const LoadedLanes*>(&a[i + j * Width])->lanes *
+                 reinterpret_cast<const LoadedLanes*>(&b[i + j * Width])->lanes;
     }
   }
   const Lanes sum = (sums[0] + sums[1]) + (sums[2] + sums[3]);
@@ -44,9 +45,9 @@ float AddScaledAndDot(std::span<float> y, float k, std::span<const float> x, std
   for (; i + 4 * Width <= size; i += 4 * Width) {
     for (std::size_t j = 0; j < 4; ++j) {
       auto* const at = reinterpret_cast<LoadedLanes*>(&y[i + j * Width]);
-      const Lanes sum = *at + k * *reinterpret_cast<const LoadedLanes*>(&x[i + j * Width]);
-      *at = sum;
-      sums[j] += sum * *reinterpret_cast<const LoadedLanes*>(&z[i + j * Width]);
+      const Lanes sum = at->lanes + k * reinterpret_cast<const LoadedLanes*>(&x[i + j * Width])->lanes;
+      at->lanes = sum;
+      sums[j] += sum * reinterpret_cast<const LoadedLanes*>(&z[i + j * Width])->lanes;
     }
   }
   const Lanes sum = (sums[0] + sums[1]) + (sums[2] + sums[3]);
@@ -67,14 +68,16 @@ void Correlate(std::span<const float> h, std::span<const float> x, std::span<flo
     for (std::size_t k = 0; k < h.size(); ++k) {
       const float tap = h[k];
       for (std::size_t j = 0; j < Rows; ++j) {
-        sums[j] += tap * *reinterpret_cast<const LoadedLanes*>(&x[i + j * Width + k]);
+        sums[j] += tap * reinterpret_cast<const LoadedLanes*>(&x[i + j * Width + k])->lanes;
       }
     }
     std::memcpy(&y[i], sums, sizeof sums);
   }
   for (; i + Width <= y.size(); i += Width) {
     Lanes sum = {};
-    for (std::size_t k = 0; k < h.size(); ++k) sum += h[k] * *reinterpret_cast<const LoadedLanes*>(&x[i + k]);
+    for (std::size_t k = 0; k < h.size(); ++k) {
+      sum += h[k] * reinterpret_cast<const LoadedLanes*>(&x[i + k])->lanes;
+    }
     std::memcpy(&y[i], &sum, sizeof sum);
   }
   for (; i < y.size(); ++i) {
