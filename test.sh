@@ -18,8 +18,8 @@ cmake --build --preset release
 cmake --preset fuzz
 cmake --build --preset fuzz
 
-step "Tests, and a minute of fuzzing beside them"
-scripts/fuzz.sh 60 >build/fuzz.log 2>&1 &
+step "Tests, and the fuzzers beside them"
+scripts/fuzz.sh --gate >build/fuzz.log 2>&1 &
 fuzzing=$!
 export QT_QPA_PLATFORM=offscreen
 ctest --preset release
