@@ -24,6 +24,7 @@ class CountingPort : public vc::SerialPort {
   std::size_t Write(std::span<const std::uint8_t> data) override { return Count(port->Write(data)); }
   std::size_t Read(std::span<std::uint8_t> data) override { return Count(port->Read(data)); }
   vc::SerialErrors TakeErrors() override { return port->TakeErrors(); }
+  std::size_t UnsentBytes() override { return port->UnsentBytes(); }
   void DiscardInput() override { port->DiscardInput(); }
   void DiscardOutput() override { port->DiscardOutput(); }
   void AwaitInput(std::int64_t microseconds) override { port->AwaitInput(microseconds); }

@@ -57,6 +57,7 @@ class PosixSerialPort : public vc::SerialPort {
   std::size_t Write(std::span<const std::uint8_t> bytes) override;
   std::size_t Read(std::span<std::uint8_t> bytes) override;
   vc::SerialErrors TakeErrors() override;
+  std::size_t UnsentBytes() override;
   void DiscardInput() override { ioctl(descriptor, TCFLSH, TCIFLUSH); }
   void DiscardOutput() override { ioctl(descriptor, TCFLSH, TCOFLUSH); }
   void AwaitInput(std::int64_t microseconds) override;
@@ -132,6 +133,12 @@ vc::SerialErrors PosixSerialPort::TakeErrors() {
           .parity = counts.parity != before.parity,
           .breakSeen = counts.brk != before.brk,
           .gone = gone};
+}
+
+std::size_t PosixSerialPort::UnsentBytes() {
+  int count = 0;
+  if (gone || ioctl(descriptor, TIOCOUTQ, &count) != 0 || count < 0) return 0;
+  return static_cast<std::size_t>(count);
 }
 
 void PosixSerialPort::AwaitInput(std::int64_t microseconds) {

@@ -35,6 +35,8 @@ class SerialPort {
   // Bytes really read, 0 where none wait.
   virtual std::size_t Read(std::span<std::uint8_t> bytes) = 0;
   virtual SerialErrors TakeErrors() = 0;
+  // Bytes taken by Write that have not gone out on the line yet; 0 once the device is gone. It never blocks.
+  virtual std::size_t UnsentBytes() = 0;
   virtual void DiscardInput() = 0;
   virtual void DiscardOutput() = 0;
   // Sleeps until bytes have come in, something went wrong or the time is over; it may return early.

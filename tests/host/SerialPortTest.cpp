@@ -42,6 +42,7 @@ TEST_F(SerialPorts, AllByteValuesPassUnchanged) {
   EXPECT_EQ(port->Write({reinterpret_cast<const std::uint8_t*>(all.data()), all.size()}), 256U);
   const auto got = pty.Read(256, 500);
   EXPECT_EQ(std::string(got.begin(), got.end()), all);
+  EXPECT_EQ(port->UnsentBytes(), 0U);
 }
 
 TEST_F(SerialPorts, NothingThereDiffersFromGone) {
@@ -55,6 +56,7 @@ TEST_F(SerialPorts, NothingThereDiffersFromGone) {
   EXPECT_TRUE(port->TakeErrors().gone);
   EXPECT_TRUE(port->TakeErrors().gone);
   EXPECT_EQ(port->Write({&byte, 1}), 0U);
+  EXPECT_EQ(port->UnsentBytes(), 0U);
   SystemClock clock;
   const auto start = clock.Microseconds();
   port->AwaitInput(20000);  // does not turn at full speed, nor wait for ever

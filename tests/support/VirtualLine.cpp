@@ -23,8 +23,15 @@ class VirtualPort : public vc::SerialPort {
     return !ports.state.refusesConfig;
   }
   std::size_t Write(std::span<const std::uint8_t> bytes) override {
-    if (!ports.state.gone) ports.farEnd.receive(bytes, ports.clock.Microseconds(), ports.state.config.baud);
+    const std::int64_t now = ports.clock.Microseconds();
+    if (!ports.state.gone) ports.farEnd.receive(bytes, now, ports.state.config.baud);
+    sentAt = std::max(sentAt, now) + static_cast<std::int64_t>(bytes.size()) * MicrosecondsPerByte();
     return bytes.size();
+  }
+  std::size_t UnsentBytes() override {
+    const std::int64_t left = sentAt - ports.clock.Microseconds();
+    if (ports.state.gone || left <= 0) return 0;
+    return static_cast<std::size_t>((left + MicrosecondsPerByte() - 1) / MicrosecondsPerByte());
   }
   std::size_t Read(std::span<std::uint8_t> bytes) override {
     Deliver();
@@ -41,7 +48,7 @@ class VirtualPort : public vc::SerialPort {
     Deliver();
     arrived.clear();
   }
-  void DiscardOutput() override {}
+  void DiscardOutput() override { sentAt = 0; }
   void AwaitInput(std::int64_t microseconds) override {
     Deliver();
     if (!arrived.empty()) return;
@@ -58,7 +65,11 @@ class VirtualPort : public vc::SerialPort {
     arrived.insert(arrived.end(), bytes.begin(), bytes.end());
   }
 
+  // Eight bits with a start and a stop bit.
+  std::int64_t MicrosecondsPerByte() const { return 10 * 1000000LL / ports.state.config.baud; }
+
   VirtualPorts& ports;
+  std::int64_t sentAt = 0;  // when the last byte written is out
   std::deque<std::uint8_t> arrived;
 };
 
