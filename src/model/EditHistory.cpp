@@ -18,14 +18,10 @@ bool IsOfASetup(const FieldRow& row) {
 
 bool RowDiffers(const FieldRow& row, const SystemSettings& one, const SystemSettings& other) {
   bool differs = false;
-  ForEachElement(row,
-                 [&](int i, int j) { differs = differs || row.value(one, i, j) != row.value(other, i, j); });
+  ForEachElement(row, [&](int i, int j) {
+    differs = differs || OperatorsValue(one, row, i, j) != OperatorsValue(other, row, i, j);
+  });
   return differs;
-}
-
-void StoreValue(FieldRef target, const FieldValue& value) {
-  std::visit([&value](auto* place) { *place = std::get<std::remove_pointer_t<decltype(place)>>(value); },
-             target);
 }
 
 // Makes in the target the change that leads from one record to another, and leaves all else of it alone.
@@ -69,7 +65,7 @@ bool SetupDiffers(const SystemSettings& one, const SystemSettings& other) {
 EditHistory::EditHistory(SystemSettings& record, Clock& timeSource) : settings(record), clock(timeSource) {}
 
 SystemSettings EditHistory::Standing() const {
-  SystemSettings standing = settings;
+  SystemSettings standing = OperatorsRecord(settings);
   for (int stage = 1; stage <= FilterStages; ++stage) {
     if (tableHeld(stage)) standing.filterBuilt[stage] = -1;
   }
@@ -126,7 +122,10 @@ void EditHistory::CloseStep() { open = kept = false; }
 
 void EditHistory::Restore(const SystemSettings& from, const SystemSettings& to, bool exchanged) {
   const auto was = std::make_unique<SystemSettings>(settings);
-  CarryOver(settings, from, to);
+  {
+    const OperatorsTurn turn(settings);
+    CarryOver(settings, from, to);
+  }
   for (int stage = 1; stage <= FilterStages; ++stage) {
     if (to.filterBuilt[stage] != 0) {
       if (TableOf(from, stage) != TableOf(to, stage)) settings.filterBuilt[stage] = -1;

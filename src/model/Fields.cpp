@@ -120,6 +120,11 @@ std::optional<Bounds> FieldRange(const SystemSettings& settings, const FieldRow&
   return BoundsNow(row.rule, settings, i, j, *type);
 }
 
+void StoreValue(FieldRef target, const FieldValue& value) {
+  std::visit([&value](auto* place) { *place = std::get<std::remove_pointer_t<decltype(place)>>(value); },
+             target);
+}
+
 void StoreInitial(SystemSettings& settings, const FieldRow& row) {
   if (row.initial.kept) return;
   std::visit(

@@ -68,7 +68,6 @@ struct Initial {
 };
 
 using FieldRef = std::variant<std::int16_t*, std::int32_t*, float*, std::uint8_t*, bool*, std::string*>;
-using FieldValue = std::variant<std::int16_t, std::int32_t, float, std::uint8_t, bool, std::string>;
 
 struct IndexRange {
   int first = 0;
@@ -91,6 +90,9 @@ struct FieldRow {
 std::span<const FieldRow> Fields();
 // nullptr where no field has that name.
 const FieldRow* FindField(std::string_view name);
+
+// The value must be of the element's type.
+void StoreValue(FieldRef target, const FieldValue& value);
 
 // True for a field that is computed or belongs to the run: no edit by name may store it.
 bool IsDerived(const FieldRow& row);

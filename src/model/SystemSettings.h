@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <string>
 
+#include "model/Loans.h"
 #include "model/Rows.h"
 
 namespace vc {
@@ -221,6 +222,8 @@ struct SystemSettings {
   std::int16_t auxMemory = 0;
   std::int16_t unitOptionLatched = 0;
   Row<std::int32_t, 1, 4> reservedLongs;  // sent to the unit, always 0
+
+  Loans loans;  // the one member that is no field
 
   bool operator==(const SystemSettings&) const = default;
 };

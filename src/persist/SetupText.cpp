@@ -162,6 +162,7 @@ class HeaderReader {
 }  // namespace
 
 std::string WriteSetup(SystemSettings& settings, std::int16_t protect, const LearnedStages& learned) {
+  const OperatorsTurn turn(settings);
   Writer writer(settings, protect, learned);
   WalkSetup(writer);
   return writer.Text();

@@ -53,6 +53,7 @@ bool modSettings::LoadSetupFile(const std::string& path, std::int16_t& flag) {
   const std::int16_t comPort = settings.comPort;
   const std::int16_t baudIndex = settings.baudIndex;
   const bool linked = settings.linkReady && hooks.portOpen();
+  const OperatorsTurn turn(settings);
 
   InitSettings(settings);
   settings.linkReady = linked;

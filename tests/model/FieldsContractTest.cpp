@@ -77,6 +77,8 @@ std::vector<Piece> PiecesOfTheTable(SystemSettings& settings) {
           row.at(settings, i, j));
     });
   }
+  const auto* loans = reinterpret_cast<const char*>(&settings.loans);
+  pieces.push_back({static_cast<std::size_t>(loans - base), sizeof settings.loans, alignof(Loans)});
   std::sort(pieces.begin(), pieces.end(), [](auto& a, auto& b) { return a.offset < b.offset; });
   return pieces;
 }

@@ -1,0 +1,120 @@
+// What a panel borrows of the record, and who sees what of it.
+#include <array>
+#include <optional>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "DownloadFixture.h"
+#include "Outing.h"
+#include "analysis/FieldLease.h"
+
+namespace vc {
+namespace {
+
+using support::DownloadRun;
+using testing::HasSubstr;
+
+constexpr std::array<BorrowedValue, 3> Analyzer{
+    {{"specAverages", 7}, {"averagerMode", 1}, {"yellowSignal", 5}}};
+
+struct Lending : support::DownloadFixture {
+  Lending() { Edit("specAverages", "2"); }
+  std::array<int, 3> Standing() const {
+    return {record.specAverages, record.averagerMode, record.yellowSignal};
+  }
+  static constexpr std::array<int, 3> Own{2, 0, 0}, Borrowed{7, 1, 5};
+};
+
+TEST_F(Lending, TheUnitFollowsWhatIsBorrowedAndWhatIsGivenBack) {
+  Settle();
+  Sent();
+  std::optional<FieldLease> lease(std::in_place, record, Analyzer);
+  EXPECT_EQ(Standing(), Borrowed);
+  Settle();
+  EXPECT_THAT(Sent(), HasSubstr("151/" + std::to_string(7 * 257 + 4112) + " "));
+  record.specAverages = 4;
+  FieldLease moved = std::move(*lease);
+  lease.reset();  // has nothing any more
+  EXPECT_EQ(record.specAverages, 4);
+  moved.Release();
+  moved.Release();
+  EXPECT_FALSE(moved.Holds());
+  EXPECT_EQ(Standing(), Own);
+  Settle();
+  EXPECT_THAT(Sent(), HasSubstr("151/" + std::to_string(2 * 257) + " "));
+}
+
+TEST_F(Lending, GoesToOneAtATimeAllOrNothing) {
+  FieldLease lease(record, Analyzer);
+  const std::array<BorrowedValue, 2> more{{{"specRun", 0}, {"averagerMode", 4}}};
+  EXPECT_THROW(FieldLease(record, more), Fault);
+  EXPECT_EQ(record.specRun, 1);
+  EXPECT_EQ(Standing(), Borrowed);
+  lease = FieldLease();
+  EXPECT_EQ(Standing(), Own);
+  const FieldLease next(record, more);
+  EXPECT_EQ(record.averagerMode, 4);
+}
+
+TEST_F(Lending, UndoAndRedoPassItBy) {
+  Edit("yellowSignal", "3");
+  const std::string before = support::SetupOf(session);
+  FieldLease lease(record, Analyzer);
+  EXPECT_EQ(support::SetupOf(session), before);
+  session.history.Edit("Averages", "", [this] { record.specAverages = 6; });
+  EXPECT_NE(session.history.UndoTitle(), "Averages");
+  session.history.Undo();  // what it takes back is the operator's
+  session.history.Undo();
+  EXPECT_EQ(Standing(), (std::array<int, 3>{6, 1, 5}));
+  session.history.Redo();
+  lease.Release();
+  EXPECT_EQ(Standing(), Own);
+  session.history.Redo();
+  EXPECT_EQ(record.yellowSignal, 3);
+  EXPECT_EQ(support::SetupOf(session), before);
+}
+
+TEST_F(Lending, ARecallIsWhatIsGivenBack) {
+  Edit("averagerMode", "4");
+  const std::string path = test.folder.Path() + "/One.nrv";
+  FieldLease lease(record, Analyzer);
+  ASSERT_TRUE(session.setups.SaveSetupFile(path, 0));
+  ASSERT_FALSE(session.setups.RecallSetupFile(test.folder.Path() + "/None.nrv", KeepConnection));
+  session.NewSetup();
+  EXPECT_EQ(Standing(), Borrowed);
+  const std::int16_t factory = OperatorsRecord(record).specAverages;
+  EXPECT_NE(factory, 2);
+  ASSERT_TRUE(session.setups.RecallSetupFile(path, KeepConnection));
+  EXPECT_EQ(Standing(), Borrowed);
+  lease.Release();
+  EXPECT_EQ(Standing(), (std::array<int, 3>{2, 4, 0}));
+}
+
+TEST_F(Lending, TheTitleOfTheFileDoesNotKnow) {
+  session.setupContext.open.Take("One.nrv");
+  const FieldLease lease(record, Analyzer);
+  EXPECT_FALSE(session.setupContext.open.Changed());
+  Edit("procEnabled", "0");
+  EXPECT_TRUE(session.setupContext.open.Changed());
+}
+
+struct LendingRuns : support::States {};
+
+TEST_F(LendingRuns, TheNextRunBeginsWithTheOperatorsOwn) {
+  support::Outing first(*this, false);
+  Session& session = first.Started();
+  first.Edit("specAverages", "3");
+  const FieldLease lease(session.settings, Analyzer);
+  first.loop.RunFor(20000);  // kept while it runs
+  const std::string kept = support::Content(last);
+  EXPECT_EQ(kept, support::SetupOf(session));
+  session.Exit();
+  EXPECT_EQ(support::Content(last), kept);
+  support::Outing second(*this, false);
+  EXPECT_EQ(second.Started().settings.specAverages, 3);
+  EXPECT_EQ(second.session.settings.averagerMode, 0);
+}
+
+}  // namespace
+}  // namespace vc
