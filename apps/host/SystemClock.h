@@ -1,4 +1,4 @@
-// The system's steady clock.
+// The system's clocks.
 #pragma once
 
 #include "platform/Clock.h"
@@ -8,6 +8,7 @@ namespace host {
 class SystemClock : public vc::Clock {
  public:
   std::int64_t Microseconds() override;
+  vc::WallTime Wall() override;
   void Sleep(std::int64_t microseconds) override;
 };
 

@@ -1,0 +1,83 @@
+// Printers that keep what was printed. Their letters are all of one width.
+#pragma once
+
+#include <algorithm>
+#include <memory>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "platform/Printing.h"
+
+namespace support {
+
+struct PrintedText {
+  int left, top;
+  std::string text;
+};
+
+struct PrintedPage {
+  std::vector<PrintedText> texts;
+  int lines = 0;  // polylines
+};
+
+struct Printout {
+  vc::PrintJob job;
+  std::vector<vc::PrintFont> fonts;
+  std::vector<PrintedPage> pages{1};
+  bool ended = false;
+};
+
+class RecordingPrinters : public vc::Printers {
+ public:
+  std::vector<std::string> names{"Office", vc::SaveAsPdf};
+  std::vector<std::string> fonts{"Serif", "Courier New"};
+  vc::Size printable{11000, 4000};
+  int failingPage = 0;  // which cannot be begun
+  bool endFails = false;
+  std::vector<Printout> printouts;
+
+  static constexpr int LetterWidth = 108, LetterHeight = 200;
+
+  std::vector<std::string> Names() override { return names; }
+  std::string Preferred() override { return names.front(); }
+  std::unique_ptr<vc::PrintDocument> Begin(const vc::PrintJob& job) override {
+    if (std::ranges::find(names, job.printer) == names.end()) return nullptr;
+    printouts.push_back({job, {}, std::vector<PrintedPage>(1), false});
+    return std::make_unique<Document>(*this, printouts.size() - 1);
+  }
+
+ private:
+  class Document : public vc::PrintDocument {
+   public:
+    Document(RecordingPrinters& owner, std::size_t number) : printers(owner), index(number) {}
+    std::vector<std::string> Fonts() const override { return printers.fonts; }
+    void SetFont(const vc::PrintFont& font) override { Out().fonts.push_back(font); }
+    vc::Size TextSize(const std::string& text) const override {
+      return {LetterWidth * static_cast<int>(text.size()), LetterHeight};
+    }
+    vc::Size Printable() const override { return printers.printable; }
+    void DrawText(int left, int top, const std::string& text) override {
+      Out().pages.back().texts.push_back({left, top, text});
+    }
+    void DrawPolyline(std::span<const vc::Point> /*points*/, vc::LineStyle /*style*/) override {
+      ++Out().pages.back().lines;
+    }
+    int PageNumber() const override { return static_cast<int>(printers.printouts[index].pages.size()); }
+    bool NewPage() override {
+      if (PageNumber() + 1 == printers.failingPage) return false;
+      Out().pages.emplace_back();
+      return true;
+    }
+    bool End() override { return Out().ended = !printers.endFails; }
+
+   private:
+    Printout& Out() { return printers.printouts[index]; }
+
+    RecordingPrinters& printers;
+    std::size_t index;
+  };
+};
+
+}  // namespace support
