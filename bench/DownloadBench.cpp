@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include "Program.h"
+#include "RecordingPrinters.h"
 #include "TempFolder.h"
 #include "TestSession.h"
 #include "host/PosixSerialPorts.h"
@@ -67,7 +68,8 @@ void FullDownload(benchmark::State& state) {
   support::TestDesk desk(paced.folder.Path());
   OnePort ports(paced.link);
   host::PosixFiles files;
-  vc::Session session({clock, loop, desk, ports, files});
+  support::RecordingPrinters printers;
+  vc::Session session({clock, loop, desk, ports, files, printers});
   session.Start();
   session.settings.numFilters = 6;
   const bool hostMade = state.range(0) != 0;

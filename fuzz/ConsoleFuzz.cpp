@@ -8,6 +8,7 @@
 #include "MemoryFiles.h"
 #include "Promise.h"
 #include "RecordPromises.h"
+#include "RecordingPrinters.h"
 #include "UnitEnd.h"
 #include "console/Console.h"
 #include "model/Settings.h"
@@ -26,7 +27,8 @@ struct Run {
   console::ConsoleDesk desk{out, clock, {Folder, Folder}};
   MemoryFiles files;
   support::VirtualPorts ports{clock, support::EndOf(unit)};
-  vc::Session session{{clock, loop, desk, ports, files}};
+  support::RecordingPrinters printers;
+  vc::Session session{{clock, loop, desk, ports, files, printers}};
   console::Console face{session, desk, loop, out};
 
   std::string Say(const std::string& line) {

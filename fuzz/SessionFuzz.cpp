@@ -7,6 +7,7 @@
 #include "Promise.h"
 #include "QuietDesk.h"
 #include "RecordPromises.h"
+#include "RecordingPrinters.h"
 #include "host/TimerLoop.h"
 #include "model/Settings.h"
 #include "shell/Session.h"
@@ -24,7 +25,8 @@ struct Run {
   QuietDesk desk{Folder};
   MemoryFiles files;
   support::VirtualPorts ports{clock, unit.End()};
-  vc::Session session{{clock, loop, desk, ports, files}};
+  support::RecordingPrinters printers;
+  vc::Session session{{clock, loop, desk, ports, files, printers}};
 
   explicit Run(Input answers) : unit(answers) { unit.line = &ports.state; }
 };

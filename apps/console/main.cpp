@@ -10,6 +10,7 @@
 #include "console/Console.h"
 #include "host/EndSignals.h"
 #include "host/Folders.h"
+#include "host/PdfPrinters.h"
 #include "host/PosixFiles.h"
 #include "host/PosixSerialPorts.h"
 #include "host/StandardStreams.h"
@@ -77,7 +78,8 @@ int RunConsole() {
   host::PosixSerialPorts ports({.linkFolder = folders.executable + "/ports"});
   console::ConsoleDesk desk(std::cout, clock, folders);
   host::PosixFiles files;
-  vc::Session session({clock, loop, desk, ports, files});
+  host::PdfPrinters printers(files);
+  vc::Session session({clock, loop, desk, ports, files, printers});
   console::Console face(session, desk, loop, std::cout);
 
   session.Start();

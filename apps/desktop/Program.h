@@ -6,6 +6,7 @@
 #include "desktop/FormWindows.h"
 #include "desktop/QtDesk.h"
 #include "desktop/QtEventLoop.h"
+#include "desktop/QtPrinters.h"
 #include "host/Folders.h"
 #include "host/PosixFiles.h"
 #include "host/PosixSerialPorts.h"
@@ -25,7 +26,8 @@ struct Program {
   QtDesk desk{clock, folders};
   host::PosixSerialPorts ports{{.linkFolder = folders.executable + "/ports"}};
   host::PosixFiles files;
-  vc::Session session{{clock, events, desk, ports, files}};
+  QtPrinters printers{files};
+  vc::Session session{{clock, events, desk, ports, files, printers}};
   FormWindows windows{session.forms};
 };
 

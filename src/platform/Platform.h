@@ -5,6 +5,7 @@
 #include "platform/Desk.h"
 #include "platform/EventLoop.h"
 #include "platform/Files.h"
+#include "platform/Printing.h"
 #include "platform/SerialPort.h"
 
 namespace vc {
@@ -15,6 +16,7 @@ struct Platform {
   Desk& desk;
   SerialPorts& ports;
   Files& files;
+  Printers& printers;
 };
 
 }  // namespace vc

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include "RecordingPrinters.h"
 #include "ScriptedUnit.h"
 #include "TempFolder.h"
 #include "VirtualLine.h"
@@ -22,7 +23,8 @@ struct Consoles : testing::Test {
   support::ScriptedUnit unit;
   support::VirtualPorts ports{clock, unit.End()};
   host::PosixFiles files;
-  vc::Session session{{clock, loop, desk, ports, files}};
+  support::RecordingPrinters printers;
+  vc::Session session{{clock, loop, desk, ports, files, printers}};
   Console face{session, desk, loop, out};
 
   Consoles() {

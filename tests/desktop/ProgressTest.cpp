@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QScreen>
 
+#include "RecordingPrinters.h"
 #include "Shown.h"
 #include "TempFolder.h"
 #include "UnitEnd.h"
@@ -203,7 +204,8 @@ TEST(ProgressOfASession, TheFirstDownloadIsShownInTheSplashAndGoneWhenTheMasterP
   const support::TempFolder folder;
   QtDesk desk(clock, {PROGRAM_FOLDER, folder.Path()});
   host::PosixFiles files;
-  vc::Session session({clock, loop, desk, ports, files});
+  support::RecordingPrinters printers;
+  vc::Session session({clock, loop, desk, ports, files, printers});
   const FormWindows shownWindows(session.forms);
   windows = &shownWindows;
   splash = &session.windows.FormOf("FrmSplash");

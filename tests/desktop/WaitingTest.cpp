@@ -10,6 +10,7 @@
 #include <QMessageBox>
 #include <QTest>
 
+#include "RecordingPrinters.h"
 #include "ScriptedUnit.h"
 #include "TempFolder.h"
 #include "VirtualClock.h"
@@ -31,7 +32,8 @@ struct Waiting : testing::Test {
   support::TempFolder folder;
   QtDesk desk{clock, {PROGRAM_FOLDER, folder.Path()}};
   host::PosixFiles files;
-  vc::Session session{{clock, events, desk, ports, files}};
+  support::RecordingPrinters printers;
+  vc::Session session{{clock, events, desk, ports, files, printers}};
   FormWindows windows{session.forms};
   std::function<void(std::int32_t)> shows = session.device.hooks.waiting;
   std::string note;  // the last that was shown

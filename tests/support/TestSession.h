@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "FaultyFiles.h"
+#include "RecordingPrinters.h"
 #include "TempFolder.h"
 #include "VirtualClock.h"
 #include "VirtualLine.h"
@@ -69,7 +70,7 @@ struct TestSession {
   explicit TestSession(FarEnd end, const std::string& sharedFolder = {}, vc::Files* otherFiles = nullptr)
       : desk(sharedFolder.empty() ? folder.Path() : sharedFolder),
         ports(clock, std::move(end)),
-        session({clock, loop, desk, ports, otherFiles == nullptr ? files : *otherFiles}) {}
+        session({clock, loop, desk, ports, otherFiles == nullptr ? files : *otherFiles, printers}) {}
 
   TempFolder folder;
   VirtualClock clock;
@@ -77,6 +78,7 @@ struct TestSession {
   TestDesk desk;
   VirtualPorts ports;
   FaultyFiles files;
+  RecordingPrinters printers;
   vc::Session session;
 };
 
