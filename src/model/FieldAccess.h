@@ -2,6 +2,7 @@
 #pragma once
 
 #include "model/Fields.h"
+#include "text/Convert.h"
 
 namespace vc {
 
@@ -18,7 +19,7 @@ struct Shape<Row<T, First, Last>> {
 };
 
 template <typename Member>
-auto& Element(Member& member, [[maybe_unused]] int i, [[maybe_unused]] int j) {
+auto& ElementAt(Member& member, [[maybe_unused]] int i, [[maybe_unused]] int j) {
   constexpr int dimensions = Shape<std::remove_const_t<Member>>::dimensions;
   if constexpr (dimensions == 0) {
     return member;
@@ -40,13 +41,13 @@ struct Access {
 
 template <auto Member>
 struct Plain {
-  static auto& Get(auto& settings, int i, int j) { return Element(settings.*Member, i, j); }
+  static auto& Get(auto& settings, int i, int j) { return ElementAt(settings.*Member, i, j); }
 };
 
 // Part of each record of a row of records: the record's index is i, an index of the part's own is j.
 template <auto Records, auto Part>
 struct Nested {
-  static auto& Get(auto& settings, int i, int j) { return Element((settings.*Records)[i].*Part, j, 0); }
+  static auto& Get(auto& settings, int i, int j) { return ElementAt((settings.*Records)[i].*Part, j, 0); }
 };
 
 template <typename T, typename Owner>
@@ -66,6 +67,15 @@ constexpr FieldRow FieldOfEach(std::string_view name, Initial initial, Rule rule
   using Reach = Access<Nested<Records, Part>>;
   return {name, 1 + Inner::dimensions, {Outer::extent[0], Inner::extent[0]}, Reach::At, Reach::Value, initial,
           rule};
+}
+
+// The row of a member, for those who know it when the program is written.
+template <auto Member>
+const FieldRow& RowOf() {
+  for (const FieldRow& row : Fields()) {
+    if (row.at == &Access<Plain<Member>>::At) return row;
+  }
+  throw Fault{"a member without a row"};
 }
 
 }  // namespace vc

@@ -4,6 +4,7 @@
 #include "model/Bandwidth.h"
 #include "model/FieldAccess.h"
 #include "model/Kinds.h"
+#include "model/modDeviceConfig.h"
 
 namespace vc {
 namespace {
@@ -22,6 +23,10 @@ Bounds ToTenBelow(const S& settings, int, int) { return {0, settings.bandwidthHz
 Bounds ToHundredBelow(const S& settings, int, int) { return {0, settings.bandwidthHz - 100.0}; }
 Bounds TapsRange(const S& settings, int stage, int) {
   return {4, static_cast<double>(settings.maxTaps[stage])};
+}
+template <std::int16_t Kind>
+Bounds TapsAFitCanGive(const S& settings, int stage, int) {
+  return {4, static_cast<double>(MostTaps(settings, stage, Kind))};
 }
 Bounds SpanRange(const S& settings, int stage, int) {
   return {0, static_cast<double>(settings.maxSpan[stage])};
@@ -100,14 +105,14 @@ constexpr std::array rows{
     Field<&S::broadbandType>("broadbandType", 0, OutsideBecomes{0, 1, BroadbandKind::NoiseEq}),
     Field<&S::broadbandActive>("broadbandActive", 0, Mask{1}),
     // Adaptive filters.
-    Field<&S::ch1Taps>("ch1Taps", 4, FollowsLimits{TapsRange}),
+    Field<&S::ch1Taps>("ch1Taps", 4, FollowsLimits{TapsRange, TapsAFitCanGive<FilterKind::OneChAdaptive>}),
     Field<&S::ch1Mu>("ch1Mu", 4, Within{0, 2047}),
     Field<&S::ch1PredSpan>("ch1PredSpan", 0, FollowsLimits{SpanRange}),
     Field<&S::ch1AutoNormalize>("ch1AutoNormalize", 0, Mask{1}),
     Field<&S::ch1ProcessOutput>("ch1ProcessOutput", 0, Mask{1}),
     Field<&S::ch1AdaptSelect>("ch1AdaptSelect", 0, Within{0, 4}),
     Field<&S::ch1Thresh>("ch1Thresh", -10, Within{-50, -1}),
-    Field<&S::ch2Taps>("ch2Taps", 4, FollowsLimits{TapsRange}),
+    Field<&S::ch2Taps>("ch2Taps", 4, FollowsLimits{TapsRange, TapsAFitCanGive<FilterKind::RefCanceller>}),
     Field<&S::ch2Mu>("ch2Mu", 4, Within{0, 2047}),
     Field<&S::ch2Delay>("ch2Delay", 0, FollowsLimits{SpanRange}),
     Field<&S::ch2AutoNormalize>("ch2AutoNormalize", 0, Mask{1}),

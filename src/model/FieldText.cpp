@@ -3,8 +3,6 @@
 
 #include <type_traits>
 
-#include "model/Settings.h"
-
 namespace vc {
 namespace {
 
@@ -80,9 +78,7 @@ bool SetFieldText(SystemSettings& settings, const FieldRow& row, int i, int j, s
                   std::string& error) {
   error = IsDerived(row) ? std::string(row.name) + " is derived" : IndexError(row, i, j);
   if (error.empty()) error = Store(settings, row, i, j, text);
-  if (!error.empty()) return false;
-  SettleDependents(settings);
-  return true;
+  return error.empty();
 }
 
 }  // namespace vc

@@ -12,11 +12,10 @@ namespace vc {
 // "false". An index outside the field raises a Fault.
 std::string FieldText(const SystemSettings& settings, const FieldRow& row, int i = 0, int j = 0);
 
-// Stores what the text says and lets the fields that depend on it follow. Returns false and a reason in
+// Stores what the text says. Returns false and a reason in
 // error, with the record untouched, for a derived field, an index outside the field, text that is no number
-// of the field's type and a number outside its range at this moment ("5 is outside 100..3200"). It stores the
-// plain value: after an edit of the chain (configMode, bandwidthIndex, numFilters, kinds, taps) the fit is
-// the caller's, as is the change mark.
+// of the field's type and a number outside its range at this moment ("5 is outside 100..3200"). What the
+// edit entails is the caller's matter: see RecordEdits.
 bool SetFieldText(SystemSettings& settings, const FieldRow& row, int i, int j, std::string_view text,
                   std::string& error);
 

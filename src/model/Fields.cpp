@@ -7,6 +7,7 @@
 #include <type_traits>
 
 #include "model/Clamp.h"
+#include "text/Convert.h"
 
 namespace vc {
 namespace {
@@ -117,12 +118,38 @@ bool IsDerived(const FieldRow& row) { return std::holds_alternative<rules::Deriv
 std::optional<Bounds> FieldRange(const SystemSettings& settings, const FieldRow& row, int i, int j) {
   const auto type = TypeBounds(row.value(settings, i, j));
   if (!type || IsDerived(row)) return std::nullopt;
+  const auto* follows = std::get_if<rules::FollowsLimits>(&row.rule);
+  if (follows != nullptr && follows->asked != nullptr) return Fitting(follows->asked(settings, i, j), *type);
   return BoundsNow(row.rule, settings, i, j, *type);
 }
 
 void StoreValue(FieldRef target, const FieldValue& value) {
   std::visit([&value](auto* place) { *place = std::get<std::remove_pointer_t<decltype(place)>>(value); },
              target);
+}
+
+double AsNumber(const FieldValue& value) {
+  return std::visit(
+      []<typename T>(const T& number) -> double {
+        if constexpr (std::is_arithmetic_v<T>) return static_cast<double>(number);
+        throw Fault{"a text is no number"};
+      },
+      value);
+}
+
+double NumberOf(const SystemSettings& settings, const FieldRow& row, int i, int j) {
+  return AsNumber(row.value(settings, i, j));
+}
+
+void StoreNumber(SystemSettings& settings, const FieldRow& row, int i, int j, double number) {
+  const auto type = TypeBounds(row.value(settings, i, j));
+  if (!type) throw Fault{"a text is no number"};
+  std::visit(
+      [held = Held(number, *type)]<typename T>(T* element) {
+        if constexpr (std::is_integral_v<T>) *element = static_cast<T>(std::nearbyint(held));
+        if constexpr (std::is_floating_point_v<T>) *element = static_cast<T>(held);
+      },
+      row.at(settings, i, j));
 }
 
 void StoreInitial(SystemSettings& settings, const FieldRow& row) {
@@ -144,6 +171,20 @@ void ApplyRule(SystemSettings& settings, const FieldRow& row) {
     if constexpr (std::is_arithmetic_v<T>) ApplyLaw<T>(law, settings, row);
   };
   std::visit(apply, row.at(settings, row.extent[0].first, row.extent[1].first), row.rule);
+}
+
+void FollowRange(SystemSettings& settings, const SystemSettings& before, const FieldRow& row) {
+  const auto* field = std::get_if<rules::FollowsField>(&row.rule);
+  const auto* limits = std::get_if<rules::FollowsLimits>(&row.rule);
+  // What waits for a fit is left to it.
+  const bool waits = limits != nullptr && limits->asked != nullptr;
+  if (waits || (field == nullptr && limits == nullptr)) return;
+  const BoundsLaw law = field != nullptr ? field->bounds : limits->bounds;
+  ForEachElement(row, [&](int i, int j) {
+    const Bounds was = law(before, i, j), now = law(settings, i, j);
+    if (was.lower == now.lower && was.upper == now.upper) return;
+    StoreNumber(settings, row, i, j, Held(NumberOf(settings, row, i, j), now));
+  });
 }
 
 }  // namespace vc

@@ -45,6 +45,7 @@ struct FollowsField {
 };
 struct FollowsLimits {
   BoundsLaw bounds;  // depends on a derived limit: applied by ClampSettingsToLimits, in the order of the rows
+  BoundsLaw asked = nullptr;  // of edits, where a fit can give more than the limit is now
 };
 struct WhenEdited {
   double lower, upper;  // binds edits only; a loaded value stands until its panel opens
@@ -99,10 +100,19 @@ bool IsDerived(const FieldRow& row);
 // The range of an element at this moment, always inside its type's own. Nothing for texts and derived fields.
 std::optional<Bounds> FieldRange(const SystemSettings& settings, const FieldRow& row, int i, int j);
 
+// A value, or an element, as a number; a text raises a Fault.
+double AsNumber(const FieldValue& value);
+double NumberOf(const SystemSettings& settings, const FieldRow& row, int i, int j);
+// Stores a number, moved into what the element's type can hold.
+void StoreNumber(SystemSettings& settings, const FieldRow& row, int i, int j, double number);
+
 // The default into every element, whatever stood there.
 void StoreInitial(SystemSettings& settings, const FieldRow& row);
 // Moves every element into the range that its rule gives at this moment.
 void ApplyRule(SystemSettings& settings, const FieldRow& row);
+// Moves those elements into their range whose range is another one than before, because of what else has been
+// edited.
+void FollowRange(SystemSettings& settings, const SystemSettings& before, const FieldRow& row);
 
 template <typename Visit>
 void ForEachElement(const FieldRow& row, Visit visit) {

@@ -21,7 +21,6 @@ void ApplyRules(SystemSettings& settings, Wanted wanted) {
 }
 
 bool FollowsLimits(const Rule& rule) { return std::holds_alternative<rules::FollowsLimits>(rule); }
-bool FollowsField(const Rule& rule) { return std::holds_alternative<rules::FollowsField>(rule); }
 
 // The last point of each grid stands at the right edge, but for the first grid, which runs on beyond it.
 void ComputePlotGrids(SystemSettings& settings) {
@@ -54,8 +53,8 @@ void ValidateSettings(SystemSettings& settings) {
 
 void ClampSettingsToLimits(SystemSettings& settings) { ApplyRules(settings, FollowsLimits); }
 
-void SettleDependents(SystemSettings& settings) {
-  ApplyRules(settings, [](const Rule& rule) { return FollowsField(rule) || FollowsLimits(rule); });
+void SettleDependents(SystemSettings& settings, const SystemSettings& before) {
+  for (const FieldRow& row : Fields()) FollowRange(settings, before, row);
 }
 
 void CorrectForUnit(SystemSettings& settings) {

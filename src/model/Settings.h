@@ -17,9 +17,9 @@ void ValidateSettings(SystemSettings& settings);
 // Every range that depends on bandwidthHz, maxTaps, maxSpan or maxFilterSize: after those have changed.
 void ClampSettingsToLimits(SystemSettings& settings);
 
-// The rules between fields, after an edit of one of them: whatever depends on another field or on a limit
-// follows.
-void SettleDependents(SystemSettings& settings);
+// After an edit: what has another range than before, because it depends on the edited field, follows. What
+// waits for a fit is left to it.
+void SettleDependents(SystemSettings& settings, const SystemSettings& before);
 
 // Numbers that have no register value become the nearest that has one: an averager that the unit does not
 // know is off, a comb is as deep as its word can say.

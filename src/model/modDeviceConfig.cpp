@@ -31,6 +31,9 @@ struct Chain {
     for (const int borrowed : extra) used += borrowed;
     return used;
   }
+  int Free() const { return budget - Used(); }
+  // In the stereo modes the right stages follow the left ones, and have their sizes.
+  int FilterOf(int stage) const { return stage > budget ? stage - PairStages : stage; }
 };
 
 struct Codes {
@@ -79,6 +82,26 @@ void Reduce(Chain& chain) {
   }
 }
 
+struct Plan {
+  const BandwidthRow& row;
+  std::int16_t configMode;
+  int most;  // filters that the unit has at this bandwidth
+  Chain chain;
+  bool tooLarge;  // before it was reduced
+};
+
+Plan PlanChain(const SystemSettings& settings, bool fit) {
+  const auto [bandwidthIndex, configMode] = ListedCodes(settings);
+  const BandwidthRow& row = BandwidthOf(bandwidthIndex);
+  const int most = MaxDspStages(row, configMode);
+  const bool mono = configMode == ConfigMode::Mono;
+  Chain chain{mono ? FilterStages : PairStages, std::clamp<int>(settings.numFilters, 1, most), {}};
+  if (fit) Borrow(chain, settings, configMode, row.adaptiveStageTaps);
+  const bool tooLarge = chain.Used() > chain.budget;
+  Reduce(chain);
+  return {row, configMode, most, chain, tooLarge};
+}
+
 void LimitStage(FitLayout& layout, int stage, int position, int extra) {
   layout.extraStages[position] = static_cast<std::int16_t>(extra);
   layout.maxTaps[stage] = static_cast<std::int16_t>((extra + 1) * layout.adaptiveStageTaps);
@@ -106,28 +129,28 @@ void EmptyTables(SystemSettings& settings) {
 }  // namespace
 
 FitLayout PlanFit(const SystemSettings& settings, bool fit) {
-  const auto [bandwidthIndex, configMode] = ListedCodes(settings);
-  const bool mono = configMode == ConfigMode::Mono;
-  const BandwidthRow& row = BandwidthOf(bandwidthIndex);
-  const int most = MaxDspStages(row, configMode);
-
-  Chain chain{mono ? FilterStages : PairStages, std::clamp<int>(settings.numFilters, 1, most), {}};
-  if (fit) Borrow(chain, settings, configMode, row.adaptiveStageTaps);
+  const Plan plan = PlanChain(settings, fit);
   FitLayout layout;
-  layout.tooLarge = chain.Used() > chain.budget;
-  Reduce(chain);
-
+  layout.tooLarge = plan.tooLarge;
+  const Chain& chain = plan.chain;
   layout.numFilters = static_cast<std::int16_t>(chain.filters);
   // Each further filter would take a DSP stage that nobody has borrowed.
-  const int unborrowed = chain.filters + chain.budget - chain.Used();
-  layout.maxDspStages = static_cast<std::int16_t>(std::min(most, unborrowed));
-  layout.adaptiveStageTaps = row.adaptiveStageTaps;
-  layout.generalStageTaps = row.generalStageTaps;
+  layout.maxDspStages = static_cast<std::int16_t>(std::min(plan.most, chain.filters + chain.Free()));
+  layout.adaptiveStageTaps = plan.row.adaptiveStageTaps;
+  layout.generalStageTaps = plan.row.generalStageTaps;
   for (int stage = 1; stage <= FilterStages; stage++) {
-    const int filter = stage > chain.budget ? stage - PairStages : stage;
-    LimitStage(layout, stage, PositionOfStage(configMode, stage), chain.extra[filter]);
+    LimitStage(layout, stage, PositionOfStage(plan.configMode, stage), chain.extra[chain.FilterOf(stage)]);
   }
   return layout;
+}
+
+int MostTaps(const SystemSettings& settings, int stage, std::int16_t kind) {
+  const Plan plan = PlanChain(settings, true);
+  const Chain& chain = plan.chain;
+  const bool follows = IsLinked(plan.configMode) && stage > PairStages;
+  if (settings.filterType[stage] != kind || follows || chain.FilterOf(stage) > chain.filters)
+    return settings.maxTaps[stage];
+  return (1 + chain.extra[chain.FilterOf(stage)] + chain.Free()) * plan.row.adaptiveStageTaps;
 }
 
 bool LayoutDiffers(const SystemSettings& settings, const FitLayout& layout) {

@@ -34,6 +34,10 @@ FitLayout PlanFit(const SystemSettings& settings, bool fit);
 // beyond the number keep what they had when it was larger, so that nothing is cut before they come back.
 bool LayoutDiffers(const SystemSettings& settings, const FitLayout& layout);
 
+// The most taps that a fit could give to the adaptive filter at stage 1..6 while the others keep what they
+// have; maxTaps where the stage has no adaptive filter of this kind in use, or follows its linked partner.
+int MostTaps(const SystemSettings& settings, int stage, std::int16_t kind);
+
 // What a download does about the past: DownloadSettings takes these numbers.
 struct DownloadMode {
   enum : std::int16_t { Difference, ForgetTables, KeepTables };

@@ -44,17 +44,30 @@ void HoldNumFilters(RecordEdits& edits, const SystemSettings& /*before*/, int /*
   filters = std::min(filters, edits.settings.maxDspStages);
 }
 
-void AskForFit(RecordEdits& edits, const SystemSettings& /*before*/, int /*index*/) {
-  edits.settings.fitPending = -1;
+// What a fit has still to give is given at once, so that the stored size is inside its limit again; a smaller
+// size can wait until it goes out.
+void FollowTaps(RecordEdits& edits, int stage, std::int16_t taps) {
+  edits.settings.filterDirty[stage] = -1;
+  if (taps > edits.settings.maxTaps[stage]) {
+    edits.Fit();
+  } else {
+    edits.settings.fitPending = -1;
+  }
+}
+
+void FollowCh1Taps(RecordEdits& edits, const SystemSettings& /*before*/, int stage) {
+  FollowTaps(edits, stage, edits.settings.ch1Taps[stage]);
+}
+
+void FollowCh2Taps(RecordEdits& edits, const SystemSettings& /*before*/, int stage) {
+  FollowTaps(edits, stage, edits.settings.ch2Taps[stage]);
 }
 
 void FollowFilterKind(RecordEdits& edits, const SystemSettings& before, int stage) {
   const std::int16_t kind = edits.settings.filterType[stage];
   if (kind == before.filterType[stage]) return;
   edits.settings.filterType[stage] = before.filterType[stage];
-  if (ChangeFilterKind(edits.settings, stage, kind)) {
-    edits.undisturbed([&edits] { edits.config.ConfigureStages(true); });
-  }
+  if (ChangeFilterKind(edits.settings, stage, kind)) edits.Fit();
 }
 
 void FollowEqKind(RecordEdits& edits, const SystemSettings& before, int equalizer) {
@@ -97,8 +110,8 @@ constexpr std::array<EditRule, 17> EditRules{{{"bandwidthIndex", FollowBandwidth
                                               {"limiterLinked", HoldLinks},
                                               {"numFilters", HoldNumFilters},
                                               {"levelControlsShown", FollowLevelControls},
-                                              {"ch1Taps", AskForFit},
-                                              {"ch2Taps", AskForFit},
+                                              {"ch1Taps", FollowCh1Taps},
+                                              {"ch2Taps", FollowCh2Taps},
                                               {"filterType", FollowFilterKind},
                                               {"eqType", FollowEqKind},
                                               {"broadbandType", FollowBroadbandKind},
@@ -130,6 +143,7 @@ bool RecordEdits::ByText(const FieldRow& row, int i, int j, std::string_view tex
     const SystemSettings before = settings;
     stored = SetFieldText(settings, row, i, j, text, error);
     if (!stored) return;
+    SettleDependents(settings, before);
     for (const EditRule& rule : EditRules) {
       if (rule.field == row.name) rule.follow(*this, before, i);
     }
@@ -146,12 +160,14 @@ bool RecordEdits::Store(std::string_view field, int i, std::int16_t value, const
   return row != nullptr && ByText(*row, i, 0, std::to_string(value), origin, error);
 }
 
+void RecordEdits::Fit() {
+  undisturbed([this] { config.ConfigureStages(true); });
+}
+
 void RecordEdits::FollowRestore(const SystemSettings& was) {
   const bool anew = was.bandwidthIndex != settings.bandwidthIndex || was.configMode != settings.configMode;
   if (anew) download.ForgetBandwidth();
-  if (anew || LayoutDiffers(settings, PlanFit(settings, true))) {
-    undisturbed([this] { config.ConfigureStages(true); });
-  }
+  if (anew || LayoutDiffers(settings, PlanFit(settings, true))) Fit();
   settings.eqChanged.Fill(-1);
   settings.broadbandChanged.Fill(-1);
   MarkEdited(settings);

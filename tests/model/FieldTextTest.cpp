@@ -3,6 +3,7 @@
 
 #include "model/FieldText.h"
 #include "model/Fresh.h"
+#include "model/Settings.h"
 
 namespace vc {
 namespace {
@@ -41,19 +42,21 @@ TEST_F(FieldTexts, RangesFollowTheRecord) {
   EXPECT_EQ(Set("lceCompThresh", 1, 0, "-29"), "-29 is outside -90..-30");
 }
 
+// What depends on an edited field follows, and nothing else is moved.
 TEST_F(FieldTexts, DependentsFollowAnEdit) {
-  Set("bsfLoCutoff", 4, 0, "2000");
-  EXPECT_EQ(settings.bsfHiCutoff[4], 2010);
-  Set("sifLoAttack", 1, 0, "449");
-  EXPECT_EQ(settings.sifHiAttack[1], 459);
-  Set("eqLceLimitThresh", 9, 0, "-40");
-  EXPECT_EQ(settings.eqLceCompThresh[9], -40);
-}
-
-TEST_F(FieldTexts, LeavingTheOffRecordBoundsTheRest) {
+  settings.lpfCutoff[1] = 50;  // a panel may store less than a name
   settings.broadbandParms[1] = settings.broadbandPresets[2];
-  EXPECT_EQ(Set("broadbandParms.mode", 1, 0, "0"), "0");
+  const SystemSettings before = settings;
+  Set("bsfLoCutoff", 4, 0, "2000");
+  Set("sifLoAttack", 1, 0, "449");
+  Set("eqLceLimitThresh", 9, 0, "-40");
+  Set("broadbandParms.mode", 1, 0, "0");  // out of the record that is off as a whole
+  SettleDependents(settings, before);
+  EXPECT_EQ(settings.bsfHiCutoff[4], 2010);
+  EXPECT_EQ(settings.sifHiAttack[1], 459);
+  EXPECT_EQ(settings.eqLceCompThresh[9], -40);
   EXPECT_EQ(settings.broadbandParms[1], (BroadbandParms{0, 100, 1, 1, 1, 1, 1, {}}));
+  EXPECT_EQ(settings.lpfCutoff[1], 50);
 }
 
 TEST_F(FieldTexts, RunTimeFieldsAreShown) {

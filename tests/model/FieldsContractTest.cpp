@@ -149,6 +149,7 @@ TEST(Fields, EndsOfTheRangeAreAcceptedAndSurvive) {
       ASSERT_TRUE(SetFieldText(settings, row, i, j, ShortestText(end), error)) << row.name << ": " << error;
       EXPECT_FLOAT_EQ(static_cast<float>(Number(row.value(settings, i, j))), static_cast<float>(end))
           << row.name;
+      SettleDependents(settings, fresh);
       const SystemSettings stored = settings;
       ValidateSettings(settings);
       ClampSettingsToLimits(settings);

