@@ -1,49 +1,15 @@
-// Steps as pairs of records: what differs between the two is what undo and redo put back.
 #include "model/EditHistory.h"
 
-#include <algorithm>
 #include <tuple>
+#include <utility>
 
-#include "model/Fields.h"
+#include "model/Loans.h"
 
 namespace vc {
 namespace {
 
 constexpr std::size_t MostSteps = 100;
 constexpr std::int64_t LongestPause = 1000000;  // microseconds
-
-bool IsOfASetup(const FieldRow& row) {
-  return !IsDerived(row) && row.name != "comPort" && row.name != "baudIndex";
-}
-
-bool RowDiffers(const FieldRow& row, const SystemSettings& one, const SystemSettings& other) {
-  bool differs = false;
-  ForEachElement(row, [&](int i, int j) {
-    differs = differs || OperatorsValue(one, row, i, j) != OperatorsValue(other, row, i, j);
-  });
-  return differs;
-}
-
-// Makes in the target the change that leads from one record to another, and leaves all else of it alone.
-void CarryOver(SystemSettings& target, const SystemSettings& from, const SystemSettings& to) {
-  for (const FieldRow& row : Fields()) {
-    if (!IsOfASetup(row)) continue;
-    ForEachElement(row, [&](int i, int j) {
-      const FieldValue value = row.value(to, i, j);
-      if (row.value(from, i, j) != value) StoreValue(row.at(target, i, j), value);
-    });
-  }
-  for (int stage = 1; stage <= FilterStages; ++stage) {
-    if (from.filterBuilt[stage] != to.filterBuilt[stage]) target.filterBuilt[stage] = to.filterBuilt[stage];
-  }
-}
-
-// What a stage's table is made of.
-auto TableOf(const SystemSettings& settings, int stage) {
-  return std::tie(settings.filterType[stage], settings.mnotchFreq[stage], settings.mnotchWidth[stage],
-                  settings.mslotFreq[stage], settings.mslotWidth[stage], settings.hiResCurve[stage],
-                  settings.sifCurve[stage]);
-}
 
 // Counts for the time of an edit, also where a fault ends it.
 struct Depth {
@@ -54,101 +20,127 @@ struct Depth {
   int& count;
 };
 
-}  // namespace
-
-bool SetupDiffers(const SystemSettings& one, const SystemSettings& other) {
-  return one.filterBuilt != other.filterBuilt || std::ranges::any_of(Fields(), [&](const FieldRow& row) {
-           return IsOfASetup(row) && RowDiffers(row, one, other);
-         });
+// Makes in the target the change that leads from one set of marks to another, and leaves the others alone.
+void CarryOver(PerStage<std::int16_t>& target, const PerStage<std::int16_t>& from,
+               const PerStage<std::int16_t>& to) {
+  for (int stage = 1; stage <= FilterStages; ++stage) {
+    if (from[stage] != to[stage]) target[stage] = to[stage];
+  }
 }
 
-EditHistory::EditHistory(SystemSettings& record, Clock& timeSource) : settings(record), clock(timeSource) {}
+}  // namespace
 
-SystemSettings EditHistory::Standing() const {
-  SystemSettings standing = OperatorsRecord(settings);
+EditHistory::EditHistory(SystemSettings& record, Clock& timeSource, HistoryWires wired)
+    : settings(record), clock(timeSource), wires(std::move(wired)) {}
+
+PerStage<std::int16_t> EditHistory::Built() const {
+  PerStage<std::int16_t> built = settings.filterBuilt;
   for (int stage = 1; stage <= FilterStages; ++stage) {
-    if (tableHeld(stage)) standing.filterBuilt[stage] = -1;
+    if (wires.tableHeld(stage)) built[stage] = -1;
   }
-  return standing;
+  return built;
 }
 
 bool EditHistory::Continues(const std::string& source) const {
-  if (!open || source.empty() || CanRedo() || !CanUndo() || steps.back()->source != source) return false;
-  return kept || clock.Microseconds() - lastEdit <= LongestPause;
+  if (!open || source.empty() || CanRedo() || !CanUndo() || steps.back().source != source) return false;
+  return dragging || clock.Microseconds() - lastEdit <= LongestPause;
 }
 
-void EditHistory::Edit(const std::string& title, const std::string& source,
-                       const std::function<void()>& action) {
-  if (depth > 0) return action();
-  Record(std::make_unique<Step>(Step{title, source, false, Standing(), {}}), action);
+void EditHistory::Edit(const std::string& title, const std::string& source, const Action& action) {
+  if (depth > 0) {
+    const auto before = std::make_unique<SystemSettings>(settings);
+    return action(*before);
+  }
+  if (title.empty()) {
+    const auto before = std::make_unique<SystemSettings>(settings);
+    return Amend([&] { action(*before); });
+  }
+  Record({title, source, false, {}, Built(), {}}, action);
 }
 
 void EditHistory::Exchange(const std::string& title, const std::function<void()>& action) {
-  Record(std::make_unique<Step>(Step{title, "", true, Standing(), {}}), action);
+  Record({title, "", true, {}, Built(), {}}, [&action](const SystemSettings&) { action(); });
 }
 
-void EditHistory::Record(std::unique_ptr<Step> step, const std::function<void()>& action) {
+void EditHistory::Record(Step step, const Action& action) {
+  const auto before = std::make_unique<SystemSettings>(settings);
   {
     const Depth inside(depth);
-    action();
+    action(*before);
   }
-  const auto after = std::make_unique<SystemSettings>(Standing());
-  if (!SetupDiffers(step->before, *after)) return;
-  if (Continues(step->source)) {
-    CarryOver(steps.back()->after, step->before, *after);
+  step.changes = ChangesBetween(*before, settings);
+  step.builtAfter = Built();
+  if (step.IsNone()) return;
+  if (Continues(step.source)) {
+    steps.back().changes.Add(step.changes);
+    CarryOver(steps.back().builtAfter, step.builtBefore, step.builtAfter);
+    if (steps.back().IsNone()) steps.pop_back();
   } else {
-    step->after = *after;
     steps.resize(done);
     steps.push_back(std::move(step));
     if (steps.size() > MostSteps) steps.erase(steps.begin());
-    done = steps.size();
   }
+  done = steps.size();
   open = true;
   lastEdit = clock.Microseconds();
-  changed();
+  wires.changed();
 }
 
 void EditHistory::Amend(const std::function<void()>& action) {
   const bool consequence = depth == 0 && CanUndo() && !CanRedo();
   if (!consequence) return action();
-  const auto before = std::make_unique<SystemSettings>(Standing());
+  const auto before = std::make_unique<SystemSettings>(settings);
+  const PerStage<std::int16_t> builtBefore = Built();
   action();
-  CarryOver(steps.back()->after, *before, Standing());
+  steps.back().changes.Add(ChangesBetween(*before, settings));
+  CarryOver(steps.back().builtAfter, builtBefore, Built());
+  wires.changed();
 }
 
-void EditHistory::KeepOpen(bool stays) { kept = stays; }
+void EditHistory::KeepOpen(bool drag) {
+  if (drag && !dragging) open = false;
+  dragging = drag;
+}
 
-void EditHistory::CloseStep() { open = kept = false; }
+void EditHistory::CloseStep() { open = dragging = false; }
 
-void EditHistory::Restore(const SystemSettings& from, const SystemSettings& to, bool exchanged) {
+void EditHistory::Restore(const Step& step, bool back) {
   const auto was = std::make_unique<SystemSettings>(settings);
+  const auto& [from, to] =
+      back ? std::tie(step.builtAfter, step.builtBefore) : std::tie(step.builtBefore, step.builtAfter);
   {
     const OperatorsTurn turn(settings);
-    CarryOver(settings, from, to);
+    if (back) {
+      step.changes.Revert(settings);
+    } else {
+      step.changes.Repeat(settings);
+    }
   }
+  CarryOver(settings.filterBuilt, from, to);
   for (int stage = 1; stage <= FilterStages; ++stage) {
-    if (to.filterBuilt[stage] != 0) {
-      if (TableOf(from, stage) != TableOf(to, stage)) settings.filterBuilt[stage] = -1;
-    } else if (from.filterBuilt[stage] != 0) {
+    if (to[stage] != 0) {
+      if (step.changes.TouchTable(stage)) settings.filterBuilt[stage] = -1;
+    } else if (from[stage] != 0) {
       settings.filterDirty[stage] = -1;  // the unit still holds the table that is now none
     }
   }
-  restored(*was, exchanged);
-  changed();
+  {
+    const Depth inside(depth);  // what follows belongs to no step
+    wires.restored(*was, step.exchange);
+  }
+  wires.changed();
 }
 
 void EditHistory::Undo() {
   if (!CanUndo() || depth > 0) return;
   CloseStep();
-  const Step& step = *steps[--done];
-  Restore(step.after, step.before, step.exchange);
+  Restore(steps[--done], true);
 }
 
 void EditHistory::Redo() {
   if (!CanRedo() || depth > 0) return;
   CloseStep();
-  const Step& step = *steps[done++];
-  Restore(step.before, step.after, step.exchange);
+  Restore(steps[done++], false);
 }
 
 }  // namespace vc

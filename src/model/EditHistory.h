@@ -1,5 +1,4 @@
-// The steps of the operator's work on the record, and the way back and forth along them. Every edit from a
-// form or by name goes through here.
+// The steps of the operator's work on the record, and the way back and forth along them.
 #pragma once
 
 #include <cstddef>
@@ -9,47 +8,51 @@
 #include <string>
 #include <vector>
 
+#include "model/FieldChanges.h"
 #include "model/SystemSettings.h"
 #include "platform/Clock.h"
+#include "text/Wire.h"
 
 namespace vc {
 
-// Whether two records differ in anything that a setup keeps, port and rate left aside.
-bool SetupDiffers(const SystemSettings& one, const SystemSettings& other);
+struct HistoryWires {
+  // The record stands as before or after a step; told with what it was, and whether the step exchanged the
+  // whole setup. Marks and limits are the listener's.
+  Wire<void(const SystemSettings& was, bool exchanged)> restored;
+  // Whether the unit holds the finished table of a filter stage. Of the record that cannot be told: its mark
+  // goes when the table goes out.
+  Wire<bool(int stage)> tableHeld;
+  // CanUndo, CanRedo or a title may have changed.
+  Wire<void()> changed;
+};
 
 // Only what a setup keeps is a step's matter, and of that not the connection: port and rate stay as they are.
 struct EditHistory {
-  EditHistory(SystemSettings& record, Clock& timeSource);
+  EditHistory(SystemSettings& record, Clock& timeSource, HistoryWires wired);
 
-  // The record stands as before or after a step; told with what it was, and whether the step exchanged the
-  // whole setup. Marks and limits are the listener's.
-  std::function<void(const SystemSettings& was, bool exchanged)> restored = [](const SystemSettings&, bool) {
-  };
-  // Whether the unit holds the finished table of a filter stage. Of the record that cannot be told: its mark
-  // goes when the table goes out.
-  std::function<bool(int stage)> tableHeld = [](int) { return false; };
-  // CanUndo, CanRedo or a title may have changed.
-  std::function<void()> changed = [] {};
+  using Action = std::function<void(const SystemSettings& before)>;
 
-  // Runs an action of the operator; what it changes becomes one step. The action may change nothing, and may
-  // call Edit again, which adds to the same step. Edits from the same source that follow each other within a
-  // second become one step; those without a source never do.
-  void Edit(const std::string& title, const std::string& source, const std::function<void()>& action);
+  // Runs an action of the operator, told with the record before it; what it changes becomes one step. The
+  // action may change nothing, and may call Edit again, which adds to the same step. Edits from the same
+  // source that follow each other within a second become one step; those without a source never do. What has
+  // no title is nobody's edit: see Amend.
+  void Edit(const std::string& title, const std::string& source, const Action& action);
   // As Edit, for another setup that takes the place of the whole one.
   void Exchange(const std::string& title, const std::function<void()>& action);
   // Runs what follows from the last step by itself, such as a fit that waited for the next tick; what it
   // changes becomes part of that step.
   void Amend(const std::function<void()>& action);
-  // While a drag goes on, its step stays open however long the hand rests.
-  void KeepOpen(bool open);
+  // Told before every edit by a control that can be dragged, whether it is. The first edit of a drag begins a
+  // step, which stays open however long the hand rests, until CloseStep.
+  void KeepOpen(bool drag);
   // The next edit begins a step of its own.
   void CloseStep();
 
   bool CanUndo() const { return done > 0; }
   bool CanRedo() const { return done < steps.size(); }
   // Empty where there is nothing to undo or redo.
-  std::string UndoTitle() const { return CanUndo() ? steps[done - 1]->title : std::string{}; }
-  std::string RedoTitle() const { return CanRedo() ? steps[done]->title : std::string{}; }
+  std::string UndoTitle() const { return CanUndo() ? steps[done - 1].title : std::string{}; }
+  std::string RedoTitle() const { return CanRedo() ? steps[done].title : std::string{}; }
   void Undo();
   void Redo();
 
@@ -57,21 +60,25 @@ struct EditHistory {
   struct Step {
     std::string title, source;
     bool exchange;
-    SystemSettings before, after;
+    FieldChanges changes;
+    PerStage<std::int16_t> builtBefore, builtAfter;  // which tables are finished
+
+    bool IsNone() const { return changes.Empty() && builtBefore == builtAfter; }
   };
 
-  // The record, with every table that the unit holds marked as finished.
-  SystemSettings Standing() const;
-  void Record(std::unique_ptr<Step> step, const std::function<void()>& action);
+  // filterBuilt, with every table that the unit holds marked as finished.
+  PerStage<std::int16_t> Built() const;
+  void Record(Step step, const Action& action);
   bool Continues(const std::string& source) const;
-  void Restore(const SystemSettings& from, const SystemSettings& to, bool exchanged);
+  void Restore(const Step& step, bool back);
 
   SystemSettings& settings;
   Clock& clock;
-  std::vector<std::unique_ptr<Step>> steps;
+  const HistoryWires wires;
+  std::vector<Step> steps;
   std::size_t done = 0;  // of the steps, how many stand
   int depth = 0;
-  bool open = false, kept = false;
+  bool open = false, dragging = false;
   std::int64_t lastEdit = 0;  // microseconds
 };
 

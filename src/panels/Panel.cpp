@@ -18,7 +18,8 @@ Panel::Panel(const PanelContext& opened, const std::string& name, const std::str
 }
 
 void Panel::Edit(const ControlCore& source, const std::string& title, const std::function<void()>& action) {
-  context.history.Edit(title, form.name + "." + source.FullName(), action);
+  context.history.Edit(title, form.name + "." + source.FullName(),
+                       [&action](const SystemSettings&) { action(); });
   MarkEdited(settings);
   if (!filling) shown();
 }

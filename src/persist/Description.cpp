@@ -16,8 +16,9 @@ Description::Description(SetupContext& setupContext) : context(setupContext) {
   form.initialFocus = &txtDescription.core;
   btnOK.clicked = [this] {
     std::string& description = context.settings.setupDescription;
-    context.history.Edit("File Description", "",
-                         [&] { description = Edited(description, txtDescription.Text()); });
+    context.history.Edit("File Description", "", [&](const SystemSettings&) {
+      description = Edited(description, txtDescription.Text());
+    });
     context.forms.Unload(form);
   };
   context.BindCancel(form, btnCancel);

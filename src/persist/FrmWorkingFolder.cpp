@@ -21,7 +21,8 @@ void FrmWorkingFolder::TakeFolder() {
                  typed + " is not a folder.  Please choose another folder.");
     return;
   }
-  context.history.Edit("Working Folder", "", [this] { context.settings.workingFolder = folders.Folder(); });
+  context.history.Edit("Working Folder", "",
+                       [this](const SystemSettings&) { context.settings.workingFolder = folders.Folder(); });
   context.lastFolder.clear();
   context.lastName.clear();
   context.forms.Unload(form);

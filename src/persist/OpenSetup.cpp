@@ -1,6 +1,6 @@
 #include "persist/OpenSetup.h"
 
-#include "model/EditHistory.h"
+#include "model/FieldChanges.h"
 
 namespace vc {
 

@@ -82,8 +82,9 @@ bool StoSet::MayWrite(const std::string& name) const {
 
 bool StoSet::Write(const std::string& name) {
   const std::string before = context.settings.setupDescription;
-  context.history.Edit("File Description", "",
-                       [&] { context.settings.setupDescription = Edited(before, txtDescription.Text()); });
+  context.history.Edit("File Description", "", [&](const SystemSettings&) {
+    context.settings.setupDescription = Edited(before, txtDescription.Text());
+  });
   const std::int16_t protect = chkProtect.Value() ? 1 : 0;
   // A folder's name with nothing behind it would become a hidden file in it.
   const bool written = HasExtension(LastPart(name), chooser.extension) &&

@@ -125,22 +125,12 @@ constexpr std::array<EditRule, 17> EditRules{{{"bandwidthIndex", FollowBandwidth
 }  // namespace
 
 RecordEdits::RecordEdits(SystemSettings& record, modDeviceConfig& fit, Download& sender, EditHistory& steps)
-    : settings(record), config(fit), download(sender), history(steps) {
-  history.restored = [this](const SystemSettings& was, bool exchanged) {
-    if (exchanged) {
-      formerLevels.reset();
-      setupExchanged();
-    }
-    FollowRestore(was);
-  };
-  history.tableHeld = [this](int stage) { return download.HoldsTable(stage); };
-}
+    : settings(record), config(fit), download(sender), history(steps) {}
 
 bool RecordEdits::ByText(const FieldRow& row, int i, int j, std::string_view text, const EditOrigin& origin,
                          std::string& error) {
   bool stored = false;
-  history.Edit(origin.title, origin.source, [&] {
-    const SystemSettings before = settings;
+  history.Edit(origin.title, origin.source, [&](const SystemSettings& before) {
     stored = SetFieldText(settings, row, i, j, text, error);
     if (!stored) return;
     SettleDependents(settings, before);
@@ -164,7 +154,11 @@ void RecordEdits::Fit() {
   undisturbed([this] { config.ConfigureStages(true); });
 }
 
-void RecordEdits::FollowRestore(const SystemSettings& was) {
+void RecordEdits::FollowRestore(const SystemSettings& was, bool exchanged) {
+  if (exchanged) {
+    formerLevels.reset();
+    setupExchanged();
+  }
   const bool anew = was.bandwidthIndex != settings.bandwidthIndex || was.configMode != settings.configMode;
   if (anew) download.ForgetBandwidth();
   if (anew || LayoutDiffers(settings, PlanFit(settings, true))) Fit();

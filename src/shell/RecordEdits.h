@@ -42,7 +42,7 @@ struct RecordEdits {
   // Fits the record to the unit with nothing else under way.
   void Fit();
   // Undo and redo have put the record back from what it was: the unit follows.
-  void FollowRestore(const SystemSettings& was);
+  void FollowRestore(const SystemSettings& was, bool exchanged);
 
   SystemSettings& settings;
   modDeviceConfig& config;

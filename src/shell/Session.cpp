@@ -30,7 +30,7 @@ Session::Session(Platform host)
       forms([this](const std::string& message) {
         platform.desk.Box(box::Exclamation, ApplicationTitle, message);
       }),
-      history(settings, host.clock),
+      history(settings, host.clock, StepWires()),
       setupContext(SetupContextWires()),
       edits(settings, config, download, history),
       master(MasterParts()),
@@ -158,13 +158,20 @@ TickCalls Session::TickWires() {
           .requestSif = [this] { spectrumReader.RequestSIFData(); }};
 }
 
+HistoryWires Session::StepWires() {
+  return {
+      .restored = [this](const SystemSettings& was, bool exchanged) { edits.FollowRestore(was, exchanged); },
+      .tableHeld = [this](int stage) { return download.HoldsTable(stage); },
+      .changed =
+          [this] {
+            master.ShowStep();
+            ShowOpenSetup();
+          }};
+}
+
 void Session::FillEditHooks() {
   edits.edited = [this] { ShowRecord(); };
   edits.setupExchanged = [this] { setupContext.open.Forget(); };
-  history.changed = [this] {
-    master.ShowStep();
-    ShowOpenSetup();
-  };
   edits.undisturbed = [this](const std::function<void()>& fit) {
     const std::int16_t pollMode = std::exchange(periodic.pollMode, poll::MainLevels);
     const std::int16_t ticks = std::exchange(settings.settingsChanged, std::int16_t{0});
@@ -185,7 +192,6 @@ void Session::SendChanges() {
   if (std::exchange(settings.fitPending, std::int16_t{0}) != 0 &&
       LayoutDiffers(settings, PlanFit(settings, true))) {
     history.Amend([this] { config.ConfigureStages(true); });
-    ShowOpenSetup();
   } else {
     download.DownloadSettings(DownloadMode::Difference);
   }

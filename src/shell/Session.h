@@ -72,6 +72,7 @@ struct Session {
   SetupContext SetupContextWires();
   MasterControl::Around MasterParts();
   TickCalls TickWires();
+  HistoryWires StepWires();
   void FillEditHooks();
   void TakeConnectionState(const std::string& state);
   void FollowUnitOption();

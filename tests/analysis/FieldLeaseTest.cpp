@@ -62,7 +62,7 @@ TEST_F(Lending, UndoAndRedoPassItBy) {
   const std::string before = support::SetupOf(session);
   FieldLease lease(record, Analyzer);
   EXPECT_EQ(support::SetupOf(session), before);
-  session.history.Edit("Averages", "", [this] { record.specAverages = 6; });
+  session.history.Edit("Averages", "", [this](const SystemSettings&) { record.specAverages = 6; });
   EXPECT_NE(session.history.UndoTitle(), "Averages");
   session.history.Undo();  // what it takes back is the operator's
   session.history.Undo();

@@ -17,7 +17,7 @@ struct SetupWindows : support::SetupFixture {
   vc::Forms forms{support::DeadEnd{}};
   FormWindows windows{forms};
   support::VirtualClock clock;
-  vc::EditHistory history{settings, clock};
+  vc::EditHistory history{settings, clock, support::Unheard<vc::HistoryWires>()};
   vc::SetupContext context{settings,
                            setups,
                            files,

@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 struct Dialogs : support::SetupFixture {
   Forms forms{support::DeadEnd{}};
   support::VirtualClock clock;
-  EditHistory history{settings, clock};
+  EditHistory history{settings, clock, support::Unheard<HistoryWires>()};
   SetupContext context{.settings = settings,
                        .setups = setups,
                        .files = files,
