@@ -5,6 +5,7 @@
 #include <string>
 
 #include "link/modDeviceComm.h"
+#include "model/RecordEdits.h"
 #include "model/SystemSettings.h"
 #include "platform/Desk.h"
 #include "shell/ChainBlocks.h"
@@ -12,7 +13,6 @@
 #include "shell/ConnectionMenu.h"
 #include "shell/MasterMenus.h"
 #include "shell/MenuActions.h"
-#include "shell/RecordEdits.h"
 #include "shell/RecordMirrors.h"
 #include "widgets/Controls.h"
 #include "widgets/Form.h"

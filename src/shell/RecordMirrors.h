@@ -6,9 +6,9 @@
 #include <string_view>
 #include <vector>
 
+#include "model/RecordEdits.h"
 #include "shell/ChainBlocks.h"
 #include "shell/ChainLayout.h"
-#include "shell/RecordEdits.h"
 
 namespace vc {
 

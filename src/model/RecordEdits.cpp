@@ -1,4 +1,4 @@
-#include "shell/RecordEdits.h"
+#include "model/RecordEdits.h"
 
 #include <algorithm>
 #include <utility>
