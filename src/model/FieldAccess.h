@@ -54,19 +54,25 @@ template <typename T, typename Owner>
 T MemberType(T Owner::*);
 
 template <auto Member>
-constexpr FieldRow Field(std::string_view name, Initial initial, Rule rule) {
+constexpr FieldRow Field(std::string_view name, Initial initial, Rule rule, Entails entails) {
   using Outer = Shape<decltype(MemberType(Member))>;
   using Reach = Access<Plain<Member>>;
-  return {name, Outer::dimensions, Outer::extent, Reach::At, Reach::Value, initial, rule};
+  return {name, Outer::dimensions, Outer::extent, Reach::At, Reach::Value, initial, rule, entails};
 }
 
 template <auto Records, auto Part>
-constexpr FieldRow FieldOfEach(std::string_view name, Initial initial, Rule rule) {
+constexpr FieldRow FieldOfEach(std::string_view name, Initial initial, Rule rule, Entails entails) {
   using Outer = Shape<decltype(MemberType(Records))>;
   using Inner = Shape<decltype(MemberType(Part))>;
   using Reach = Access<Nested<Records, Part>>;
-  return {name, 1 + Inner::dimensions, {Outer::extent[0], Inner::extent[0]}, Reach::At, Reach::Value, initial,
-          rule};
+  return {name,
+          1 + Inner::dimensions,
+          {Outer::extent[0], Inner::extent[0]},
+          Reach::At,
+          Reach::Value,
+          initial,
+          rule,
+          entails};
 }
 
 // The row of a member, for those who know it when the program is written.

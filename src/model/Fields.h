@@ -68,6 +68,16 @@ struct Initial {
   bool kept = false;  // InitSettings leaves the field alone
 };
 
+// What an edit of a field entails beyond its value; RecordEdits sees to it.
+struct Entails {
+  // Raises the marks by which the parts of the register image that depend on element (i, ...) are made anew.
+  void (*mark)(SystemSettings& settings, int i);
+  std::int16_t ticks;              // until it goes out, 0 where there is nothing to send
+  std::int16_t ticksTogether = 0;  // where several elements are edited at once, if that is longer
+  bool atOnce = false;             // a finished edit goes out without waiting for a tick
+  void (*finish)(SystemSettings& settings, int i) = nullptr;  // a finished edit of a part of a table
+};
+
 using FieldRef = std::variant<std::int16_t*, std::int32_t*, float*, std::uint8_t*, bool*, std::string*>;
 
 struct IndexRange {
@@ -86,6 +96,7 @@ struct FieldRow {
   FieldValue (*value)(const SystemSettings& settings, int i, int j);
   Initial initial;
   Rule rule;
+  Entails entails;
 };
 
 std::span<const FieldRow> Fields();

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "model/BroadbandPresets.h"
+#include "model/EditRules.h"
 #include "model/FieldText.h"
 #include "model/KindChange.h"
 #include "model/Kinds.h"
@@ -11,6 +12,8 @@
 
 namespace vc {
 namespace {
+
+constexpr std::int16_t SoonTicks = 5;
 
 // The value has been stored when the rule runs; before is the record as it was.
 struct EditRule {
@@ -25,12 +28,12 @@ void FollowBandwidth(RecordEdits& edits, const SystemSettings& before, int /*ind
 
 // From Stereo Linked to Stereo Independent nothing is laid out anew: the difference is all that has to go
 // out.
-void FollowConfiguration(RecordEdits& edits, const SystemSettings& before, int /*index*/) {
+void FollowConfiguration(RecordEdits& edits, const SystemSettings& before, int index) {
   if (edits.settings.configMode == before.configMode) return;
   const bool unlinked = before.configMode == ConfigMode::StereoLinked &&
                         edits.settings.configMode == ConfigMode::StereoIndependent;
   if (unlinked) {
-    MarkEdited(edits.settings);
+    marks::Stages(edits.settings, index);
     edits.download.DownloadSettings(DownloadMode::Difference);
   } else {
     edits.download.ForgetBandwidth();
@@ -99,12 +102,7 @@ void FollowLevelControls(RecordEdits& edits, const SystemSettings& before, int /
   }
 }
 
-// A table that is edited by name counts as finished.
-void BuildTable(RecordEdits& edits, const SystemSettings& /*before*/, int stage) {
-  edits.settings.filterBuilt[stage] = -1;
-}
-
-constexpr std::array<EditRule, 17> EditRules{{{"bandwidthIndex", FollowBandwidth},
+constexpr std::array<EditRule, 11> EditRules{{{"bandwidthIndex", FollowBandwidth},
                                               {"configMode", FollowConfiguration},
                                               {"agcLinked", HoldLinks},
                                               {"limiterLinked", HoldLinks},
@@ -114,13 +112,7 @@ constexpr std::array<EditRule, 17> EditRules{{{"bandwidthIndex", FollowBandwidth
                                               {"ch2Taps", FollowCh2Taps},
                                               {"filterType", FollowFilterKind},
                                               {"eqType", FollowEqKind},
-                                              {"broadbandType", FollowBroadbandKind},
-                                              {"mnotchFreq", BuildTable},
-                                              {"mnotchWidth", BuildTable},
-                                              {"mslotFreq", BuildTable},
-                                              {"mslotWidth", BuildTable},
-                                              {"hiResCurve", BuildTable},
-                                              {"sifCurve", BuildTable}}};
+                                              {"broadbandType", FollowBroadbandKind}}};
 
 }  // namespace
 
@@ -137,8 +129,9 @@ bool RecordEdits::ByText(const FieldRow& row, int i, int j, std::string_view tex
     for (const EditRule& rule : EditRules) {
       if (rule.field == row.name) rule.follow(*this, before, i);
     }
+    if (row.entails.finish != nullptr) row.entails.finish(settings, i);
     CorrectForUnit(settings);  // here, so that it is part of the step
-    MarkEdited(settings);
+    MarkEdited(settings, row, i);
   });
   if (stored) edited();
   return stored;
@@ -148,6 +141,14 @@ bool RecordEdits::Store(std::string_view field, int i, std::int16_t value, const
   const FieldRow* row = FindField(field);
   std::string error;
   return row != nullptr && ByText(*row, i, 0, std::to_string(value), origin, error);
+}
+
+void RecordEdits::MakeAnew() {
+  for (const int side : {1, 2}) {
+    marks::StagesAndEqualizer(settings, side);
+    marks::Broadband(settings, side);
+  }
+  settings.settingsChanged = SoonTicks;
 }
 
 void RecordEdits::Fit() {
@@ -162,9 +163,7 @@ void RecordEdits::FollowRestore(const SystemSettings& was, bool exchanged) {
   const bool anew = was.bandwidthIndex != settings.bandwidthIndex || was.configMode != settings.configMode;
   if (anew) download.ForgetBandwidth();
   if (anew || LayoutDiffers(settings, PlanFit(settings, true))) Fit();
-  settings.eqChanged.Fill(-1);
-  settings.broadbandChanged.Fill(-1);
-  MarkEdited(settings);
+  MakeAnew();
   edited();
 }
 

@@ -39,6 +39,8 @@ struct RecordEdits {
               std::string& error);
   // The same by a number, which the field's range must hold; false where it does not.
   bool Store(std::string_view field, int i, std::int16_t value, const EditOrigin& origin);
+  // Has the whole register image made anew and sent with the next tick, though nothing is edited.
+  void MakeAnew();
   // Fits the record to the unit with nothing else under way.
   void Fit();
   // Undo and redo have put the record back from what it was: the unit follows.

@@ -1,0 +1,31 @@
+// What edits of fields entail, as the table of fields names it: which parts of the register image are marked
+// to be made anew.
+#pragma once
+
+#include "model/SystemSettings.h"
+
+namespace vc {
+
+struct FieldRow;
+
+// Raises the marks that element (i, ...) of the field needs to go out, and lets it wait as long as its row
+// says.
+void MarkEdited(SystemSettings& settings, const FieldRow& row, int i);
+
+// Raised for element (i, ...) of a field.
+namespace marks {
+void None(SystemSettings& settings, int i);
+void Stages(SystemSettings& settings, int i);     // all six, whichever stage it was
+void Equalizer(SystemSettings& settings, int i);  // by equalizer 1, 2 or by its entry 9, 10
+void StagesAndEqualizer(SystemSettings& settings, int i);
+void Broadband(SystemSettings& settings, int i);  // by broadband stage 1, 2
+void StagesAndBroadband(SystemSettings& settings, int i);
+void StagesOrBroadband(SystemSettings& settings, int i);  // by entry: 1..6 the stages, 7 and 8 broadband
+}  // namespace marks
+
+// What a finished edit of a part of a stage's table does.
+namespace finish {
+void BuildTable(SystemSettings& settings, int stage);
+}
+
+}  // namespace vc
