@@ -1,5 +1,5 @@
 // What edits of fields entail, as the table of fields names it: which parts of the register image are marked
-// to be made anew.
+// to be made anew, and the rules between fields.
 #pragma once
 
 #include "model/SystemSettings.h"
@@ -7,6 +7,7 @@
 namespace vc {
 
 struct FieldRow;
+struct RecordEdits;
 
 // Raises the marks that element (i, ...) of the field needs to go out, and lets it wait as long as its row
 // says.
@@ -27,5 +28,20 @@ void StagesOrBroadband(SystemSettings& settings, int i);  // by entry: 1..6 the 
 namespace finish {
 void BuildTable(SystemSettings& settings, int stage);
 }
+
+// They run when the value has been stored; before is the record as it was. A rule may put another value in
+// its place, and may have the unit fitted anew.
+namespace follow {
+void Bandwidth(RecordEdits& edits, const SystemSettings& before, int i);
+void Configuration(RecordEdits& edits, const SystemSettings& before, int i);
+void NumFilters(RecordEdits& edits, const SystemSettings& before, int i);
+void Links(RecordEdits& edits, const SystemSettings& before, int i);
+void LevelControls(RecordEdits& edits, const SystemSettings& before, int i);
+void Ch1Taps(RecordEdits& edits, const SystemSettings& before, int stage);
+void Ch2Taps(RecordEdits& edits, const SystemSettings& before, int stage);
+void FilterKind(RecordEdits& edits, const SystemSettings& before, int stage);
+void EqKind(RecordEdits& edits, const SystemSettings& before, int equalizer);
+void BroadbandKind(RecordEdits& edits, const SystemSettings& before, int stage);
+}  // namespace follow
 
 }  // namespace vc

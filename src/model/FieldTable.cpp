@@ -76,7 +76,15 @@ constexpr Entails NoiseBands{marks::Broadband, SoonTicks, RunOfBandsTicks};
 constexpr Entails BroadbandToo{marks::StagesAndBroadband, SoonTicks};
 constexpr Entails PerEntry{marks::StagesOrBroadband, SoonTicks};
 constexpr Entails Rebuild{marks::Stages, SoonTicks, 0, true};
-constexpr Entails Size{marks::Stages, SizeTicks};
+
+constexpr Entails With(Entails entails,
+                       void (*rule)(RecordEdits& edits, const SystemSettings& before, int i)) {
+  entails.follow = rule;
+  return entails;
+}
+constexpr Entails Taps(void (*rule)(RecordEdits& edits, const SystemSettings& before, int stage)) {
+  return With({marks::Stages, SizeTicks}, rule);
+}
 
 constexpr std::array rows{
     // Connection and chain.
@@ -84,13 +92,13 @@ constexpr std::array rows{
     Field<&S::workingFolder>("workingFolder", Kept, Any{}, Nothing),
     Field<&S::comPort>("comPort", 1, Within{1, 9}, Nothing),
     Field<&S::baudIndex>("baudIndex", 4, Within{0, 4}, Nothing),
-    Field<&S::numFilters>("numFilters", 1, Within{1, 6}, Stage),
-    Field<&S::configMode>("configMode", 0, Within{0, 2}, Stage),
-    Field<&S::bandwidthIndex>("bandwidthIndex", 0, Within{0, 5}, Stage),
+    Field<&S::numFilters>("numFilters", 1, Within{1, 6}, With(Stage, follow::NumFilters)),
+    Field<&S::configMode>("configMode", 0, Within{0, 2}, With(Stage, follow::Configuration)),
+    Field<&S::bandwidthIndex>("bandwidthIndex", 0, Within{0, 5}, With(Stage, follow::Bandwidth)),
     Field<&S::channelSwap>("channelSwap", 0, Mask{1}, Whole),
     Field<&S::adaptEnabled>("adaptEnabled", 1, Mask{1}, Whole),
     Field<&S::procEnabled>("procEnabled", 1, Mask{1}, Whole),
-    Field<&S::levelControlsShown>("levelControlsShown", 1, Any{}, Whole),
+    Field<&S::levelControlsShown>("levelControlsShown", 1, Any{}, With(Whole, follow::LevelControls)),
     Field<&S::levelControl>("levelControl", 192, Within{96, 255}, Whole),
     // Input and output processors.
     Field<&S::ihpfEnabled>("ihpfEnabled", 1, Mask{1}, Whole),
@@ -98,11 +106,11 @@ constexpr std::array rows{
     Field<&S::ohpfEnabled>("ohpfEnabled", 1, Mask{1}, Whole),
     Field<&S::ohpfCutoff>("ohpfCutoff", 200, Within{100, 500}, Whole),
     Field<&S::agcEnabled>("agcEnabled", 0, Mask{1}, Whole),
-    Field<&S::agcLinked>("agcLinked", 0, Mask{1}, Whole),
+    Field<&S::agcLinked>("agcLinked", 0, Mask{1}, With(Whole, follow::Links)),
     Field<&S::agcRelease>("agcRelease", 0, Mask{3}, Whole),
     Field<&S::agcGain>("agcGain", 0, OutsideBecomes{0, 6, 0}, Whole),
     Field<&S::limiterEnabled>("limiterEnabled", 0, Mask{1}, Whole),
-    Field<&S::limiterLinked>("limiterLinked", 0, Mask{1}, Whole),
+    Field<&S::limiterLinked>("limiterLinked", 0, Mask{1}, With(Whole, follow::Links)),
     Field<&S::limiterRelease>("limiterRelease", 0, Mask{3}, Whole),
     Field<&S::limiterThreshold>("limiterThreshold", 0, Mask{3}, Whole),
     // Analyzer display.
@@ -115,16 +123,19 @@ constexpr std::array rows{
     Field<&S::yellowSignal>("yellowSignal", 0, Mask{31}, Whole),
     Field<&S::averagerMode>("averagerMode", 0, Any{}, Whole),
     // Kinds and switches of the chain.
-    Field<&S::filterType>("filterType", 1, OutsideBecomes{0, 16, FilterKind::RefCanceller}, Stage),
+    Field<&S::filterType>("filterType", 1, OutsideBecomes{0, 16, FilterKind::RefCanceller},
+                          With(Stage, follow::FilterKind)),
     Field<&S::filterActive>("filterActive", FirstOnly, Mask{1}, Stage),
     Field<&S::filterAdapt>("filterAdapt", 1, Mask{1}, Stage),
-    Field<&S::eqType>("eqType", 0, OutsideBecomes{0, 3, EqKind::Compressor}, EqualizerToo),
+    Field<&S::eqType>("eqType", 0, OutsideBecomes{0, 3, EqKind::Compressor},
+                      With(EqualizerToo, follow::EqKind)),
     Field<&S::eqActive>("eqActive", FirstOnly, Mask{1}, EqualizerToo),
-    Field<&S::broadbandType>("broadbandType", 0, OutsideBecomes{0, 1, BroadbandKind::NoiseEq}, BroadbandToo),
+    Field<&S::broadbandType>("broadbandType", 0, OutsideBecomes{0, 1, BroadbandKind::NoiseEq},
+                             With(BroadbandToo, follow::BroadbandKind)),
     Field<&S::broadbandActive>("broadbandActive", 0, Mask{1}, BroadbandToo),
     // Adaptive filters.
     Field<&S::ch1Taps>("ch1Taps", 4, FollowsLimits{TapsRange, TapsAFitCanGive<FilterKind::OneChAdaptive>},
-                       Size),
+                       Taps(follow::Ch1Taps)),
     Field<&S::ch1Mu>("ch1Mu", 4, Within{0, 2047}, Stage),
     Field<&S::ch1PredSpan>("ch1PredSpan", 0, FollowsLimits{SpanRange}, Stage),
     Field<&S::ch1AutoNormalize>("ch1AutoNormalize", 0, Mask{1}, Stage),
@@ -132,7 +143,7 @@ constexpr std::array rows{
     Field<&S::ch1AdaptSelect>("ch1AdaptSelect", 0, Within{0, 4}, Stage),
     Field<&S::ch1Thresh>("ch1Thresh", -10, Within{-50, -1}, Stage),
     Field<&S::ch2Taps>("ch2Taps", 4, FollowsLimits{TapsRange, TapsAFitCanGive<FilterKind::RefCanceller>},
-                       Size),
+                       Taps(follow::Ch2Taps)),
     Field<&S::ch2Mu>("ch2Mu", 4, Within{0, 2047}, Stage),
     Field<&S::ch2Delay>("ch2Delay", 0, FollowsLimits{SpanRange}, Stage),
     Field<&S::ch2AutoNormalize>("ch2AutoNormalize", 0, Mask{1}, Stage),

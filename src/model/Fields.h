@@ -68,6 +68,8 @@ struct Initial {
   bool kept = false;  // InitSettings leaves the field alone
 };
 
+struct RecordEdits;
+
 // What an edit of a field entails beyond its value; RecordEdits sees to it.
 struct Entails {
   // Raises the marks by which the parts of the register image that depend on element (i, ...) are made anew.
@@ -76,6 +78,8 @@ struct Entails {
   std::int16_t ticksTogether = 0;  // where several elements are edited at once, if that is longer
   bool atOnce = false;             // a finished edit goes out without waiting for a tick
   void (*finish)(SystemSettings& settings, int i) = nullptr;  // a finished edit of a part of a table
+  // The rule between fields, run when the value has been stored; before is the record as it was.
+  void (*follow)(RecordEdits& edits, const SystemSettings& before, int i) = nullptr;
 };
 
 using FieldRef = std::variant<std::int16_t*, std::int32_t*, float*, std::uint8_t*, bool*, std::string*>;
