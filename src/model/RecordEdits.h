@@ -1,57 +1,98 @@
-// Edits of the record by field, from the master panel and by name: what an edit of a field entails beyond its
-// value.
+// The one door through which the record is edited: by panels and the master panel, by name, from memories and
+// files. What an edit of a field entails beyond its value is in the field's row.
 #pragma once
 
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
+#include <variant>
 
 #include "model/Download.h"
 #include "model/EditHistory.h"
 #include "model/Fields.h"
 #include "model/modDeviceConfig.h"
+#include "text/Wire.h"
 
 namespace vc {
 
-// Where an edit comes from: what the step is called, and its source as EditHistory has it.
+// How far an edit has come. A draft is stored, and the unit stays as it is: a row of a table that is built on
+// demand. A settled edit goes out with a tick. A finished one (a drawn curve) goes out at once where its
+// field asks for that.
+enum class EditState { Draft, Settled, Finished };
+
+// Where an edit comes from: what the step is called, and its source as EditHistory has it. What follows from
+// something that is no edit has no title, and makes no step.
 struct EditOrigin {
   std::string title;
   std::string source{};
+  EditState state = EditState::Settled;
+};
+
+// A new value for an element. What a panel may set is its own matter: a number is held only to what the
+// element can hold.
+struct FieldEdit {
+  const FieldRow* row;
+  int i = 0, j = 0;
+  std::variant<double, std::string> value;
+};
+
+// What the door needs of the session.
+struct EditWires {
+  // Runs a fit with no poll and no other change under way.
+  Wire<void(const std::function<void()>& fit)> undisturbed;
+  // The record has been edited: every view shows it anew.
+  Wire<void()> edited;
+  // Another setup stands in the record than the one that was named last.
+  Wire<void()> setupExchanged;
+  // CanUndo, CanRedo or a title may have changed.
+  Wire<void()> stepsChanged;
 };
 
 struct RecordEdits {
-  RecordEdits(SystemSettings& record, modDeviceConfig& fit, Download& sender, EditHistory& steps);
+  RecordEdits(SystemSettings& record, modDeviceConfig& fit, Download& sender, Clock& clock, EditWires wired);
+  RecordEdits(const RecordEdits&) = delete;
+  RecordEdits& operator=(const RecordEdits&) = delete;
 
-  // Runs a fit with no poll and no other change under way.
-  std::function<void(const std::function<void()>& fit)> undisturbed = [](const auto& fit) { fit(); };
-  // The record has been edited: every view but its origin shows it anew.
-  std::function<void()> edited = [] {};
-
-  // Another setup stands in the record than the one that was named last.
-  std::function<void()> setupExchanged = [] {};
-
+  // What is lent to a panel keeps the panel's value: the edit, here and by text, is of the operator's own.
+  // Stores the values and sees to what they entail, as one step. A derived field may be edited so, but makes
+  // no step.
+  void Apply(std::span<const FieldEdit> together, const EditOrigin& origin);
+  void Apply(std::initializer_list<FieldEdit> together, const EditOrigin& origin) {
+    Apply(std::span(together.begin(), together.size()), origin);
+  }
   // Edits an element by text. False and a reason in error, with the record untouched, where the text is no
   // value for it.
   bool ByText(const FieldRow& row, int i, int j, std::string_view text, const EditOrigin& origin,
               std::string& error);
-  // The same by a number, which the field's range must hold; false where it does not.
+
+  // Edits by a number, which the field's range must hold; false where it does not.
   bool Store(std::string_view field, int i, std::int16_t value, const EditOrigin& origin);
+
   // Has the whole register image made anew and sent with the next tick, though nothing is edited.
   void MakeAnew();
+  // Brings the unit up to the record, fitting it anew where an edit has asked for that and it would matter.
+  void SendChanges();
   // Fits the record to the unit with nothing else under way.
   void Fit();
-  // Undo and redo have put the record back from what it was: the unit follows.
-  void FollowRestore(const SystemSettings& was, bool exchanged);
 
   SystemSettings& settings;
   modDeviceConfig& config;
   Download& download;
-  EditHistory& history;
+  const EditWires wires;
+  EditHistory history;
   // Positions of the input levels while the unit is to be set by its own controls.
   std::optional<std::array<std::int16_t, 2>> formerLevels;
+
+ private:
+  // The values have been stored: what follows from that.
+  void Entail(std::span<const FieldEdit> together, const SystemSettings& before, EditState state);
+  // Undo and redo have put the record back from what it was: the unit follows.
+  void FollowRestore(const SystemSettings& was, bool exchanged);
 };
 
 }  // namespace vc

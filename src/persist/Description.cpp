@@ -1,5 +1,7 @@
 #include "persist/Description.h"
 
+#include "model/FieldAccess.h"
+
 namespace vc {
 namespace {
 
@@ -15,10 +17,8 @@ Description::Description(SetupContext& setupContext) : context(setupContext) {
   txtDescription.lines = 8;
   form.initialFocus = &txtDescription.core;
   btnOK.clicked = [this] {
-    std::string& description = context.settings.setupDescription;
-    context.history.Edit("File Description", "", [&](const SystemSettings&) {
-      description = Edited(description, txtDescription.Text());
-    });
+    const std::string text = Edited(context.settings.setupDescription, txtDescription.Text());
+    context.edits.Apply({{&RowOf<&SystemSettings::setupDescription>(), 0, 0, text}}, {"File Description"});
     context.forms.Unload(form);
   };
   context.BindCancel(form, btnCancel);

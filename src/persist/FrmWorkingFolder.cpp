@@ -1,5 +1,7 @@
 #include "persist/FrmWorkingFolder.h"
 
+#include "model/FieldAccess.h"
+
 namespace vc {
 
 FrmWorkingFolder::FrmWorkingFolder(SetupContext& setupContext)
@@ -21,8 +23,8 @@ void FrmWorkingFolder::TakeFolder() {
                  typed + " is not a folder.  Please choose another folder.");
     return;
   }
-  context.history.Edit("Working Folder", "",
-                       [this](const SystemSettings&) { context.settings.workingFolder = folders.Folder(); });
+  context.edits.Apply({{&RowOf<&SystemSettings::workingFolder>(), 0, 0, folders.Folder()}},
+                      {"Working Folder"});
   context.lastFolder.clear();
   context.lastName.clear();
   context.forms.Unload(form);

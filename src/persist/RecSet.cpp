@@ -53,8 +53,8 @@ bool RecSet::Recall() {
     return false;
   }
   bool read = false;
-  context.history.Exchange("Setup Recall",
-                           [&] { read = context.Work([this, &name] { return Read(name); }); });
+  context.edits.history.Exchange("Setup Recall",
+                                 [&] { read = context.Work([this, &name] { return Read(name); }); });
   if (!read) {
     context.Warn(box::Exclamation, "Unable to Load File", name + " cannot be opened.");
     return false;

@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-#include "model/EditHistory.h"
+#include "model/RecordEdits.h"
 #include "persist/OpenSetup.h"
 #include "persist/modSettings.h"
 #include "platform/Desk.h"
@@ -20,7 +20,7 @@ struct SetupContext {
   Files& files;
   Desk& desk;
   Forms& forms;
-  EditHistory& history;
+  RecordEdits& edits;
 
   // Switches the master panel's main timer and returns what it was before.
   Wire<bool(bool on)> switchMainTimer;

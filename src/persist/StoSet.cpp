@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "model/FieldAccess.h"
 #include "persist/Description.h"
 #include "persist/FileNames.h"
 
@@ -81,19 +82,19 @@ bool StoSet::MayWrite(const std::string& name) const {
 }
 
 bool StoSet::Write(const std::string& name) {
-  const std::string before = context.settings.setupDescription;
-  context.history.Edit("File Description", "", [&](const SystemSettings&) {
-    context.settings.setupDescription = Edited(before, txtDescription.Text());
-  });
+  std::string& description = context.settings.setupDescription;
+  const std::string before = description;
+  const std::string text = Edited(before, txtDescription.Text());
   const std::int16_t protect = chkProtect.Value() ? 1 : 0;
+  description = text;  // for the file, and kept only if that has been written
   // A folder's name with nothing behind it would become a hidden file in it.
   const bool written = HasExtension(LastPart(name), chooser.extension) &&
                        context.setups.SaveSetupFile(chooser.Path(name), protect);
+  description = before;
   if (written) {
+    context.edits.Apply({{&RowOf<&SystemSettings::setupDescription>(), 0, 0, text}}, {"File Description"});
     context.stored(LastPart(name));
     context.open.Take(chooser.Path(name));
-  } else {
-    context.settings.setupDescription = before;
   }
   return written;
 }

@@ -30,7 +30,7 @@ ChainPanels::ChainPanels(const Around& parts) : around(parts) {}
 
 PanelContext ChainPanels::ContextFor(const Block& block) {
   return {.settings = around.settings,
-          .history = around.history,
+          .history = around.edits.history,
           .desk = around.desk,
           .forms = around.forms,
           .blockSwitch = block.blockSwitch,
@@ -158,7 +158,7 @@ bool ChainPanels::StoreInMemory(int memory, int function) {
   around.desk.SetHourglass(true);
   const bool timerWasOn = around.periodic.tmrBargraph->Enabled();
   around.periodic.EnableMainTimer(false);
-  if (around.settings.settingsChanged != 0) around.sendChanges();
+  if (around.settings.settingsChanged != 0) around.edits.SendChanges();
   around.desk.ShowProgress("Storing settings in the unit", 0, 1);
   device.IssueCommand(storeInMemory, (function & 15) * 4 + (memory & 12) * 8 + (memory & 3), longestSeconds);
   around.desk.ShowProgress("Storing settings in the unit", 1, 1);

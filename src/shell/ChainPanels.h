@@ -7,12 +7,11 @@
 #include <string_view>
 
 #include "model/CoefReader.h"
-#include "model/EditHistory.h"
+#include "model/RecordEdits.h"
 #include "panels/PanelHost.h"
 #include "platform/Desk.h"
 #include "shell/MasterControl.h"
 #include "shell/PeriodicService.h"
-#include "text/Wire.h"
 #include "widgets/Forms.h"
 
 namespace vc {
@@ -20,7 +19,7 @@ namespace vc {
 struct ChainPanels {
   // What all of them work on.
   struct Around {
-    EditHistory& history;
+    RecordEdits& edits;
     SystemSettings& settings;
     Desk& desk;
     Forms& forms;
@@ -28,7 +27,6 @@ struct ChainPanels {
     PeriodicService& periodic;
     modDeviceComm& device;
     CoefReader& coefReader;
-    Wire<void()> sendChanges;  // brings the unit up to the record
   };
   explicit ChainPanels(const Around& parts);
 

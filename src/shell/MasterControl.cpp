@@ -13,7 +13,7 @@ MasterControl::MasterControl(const Around& parts)
       blocks(chain, parts.edits.settings),
       mirrors(top, chain, blocks, parts.edits),
       connection({menus, parts.edits.settings, parts.device, parts.config, parts.desk, parts.periodic}),
-      actions({menus, top, chain, mirrors, blocks, connection, parts.history, parts.desk, parts.panels,
+      actions({menus, top, chain, mirrors, blocks, connection, parts.edits.history, parts.desk, parts.panels,
                parts.windows, parts.look, parts.session}),
       settings(parts.edits.settings),
       periodic(parts.periodic),

@@ -28,7 +28,6 @@ struct MasterControl {
   // What it works on. Some of these come to be only after the panel.
   struct Around {
     RecordEdits& edits;
-    EditHistory& history;
     modDeviceConfig& config;
     modDeviceComm& device;
     Desk& desk;

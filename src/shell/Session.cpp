@@ -30,17 +30,14 @@ Session::Session(Platform host)
       forms([this](const std::string& message) {
         platform.desk.Box(box::Exclamation, ApplicationTitle, message);
       }),
-      history(settings, host.clock, StepWires()),
       setupContext(SetupContextWires()),
-      edits(settings, config, download, history),
+      edits(settings, config, download, host.clock, EditsWires()),
       master(MasterParts()),
       periodic(host.events, host.clock, settings, device, master, TickWires()),
-      panels({history, settings, platform.desk, forms, master, periodic, device, coefReader,
-              [this] { SendChanges(); }}),
+      panels({edits, settings, platform.desk, forms, master, periodic, device, coefReader}),
       lastState(setupContext, platform, master),
       look(platform, master),
       windows({setupContext, objectLog, forms}) {
-  FillEditHooks();
   master.form.activated = [this] { Activated(); };
 }
 
@@ -99,7 +96,7 @@ CoefHooks Session::CoefWires() {
   return {.mainTimer = [this](bool on) { periodic.EnableMainTimer(on); },
           .mainTimerEnabled = [this] { return periodic.tmrBargraph->Enabled(); },
           .runEvents = [this] { platform.events.RunEvents(0); },
-          .sendChanges = [this] { SendChanges(); },
+          .sendChanges = [this] { edits.SendChanges(); },
           .blockRead = [this] { setups.CountBlock(); },
           .ending = [this] { return Leaving(); }};
 }
@@ -120,7 +117,7 @@ SetupContext Session::SetupContextWires() {
           .files = platform.files,
           .desk = platform.desk,
           .forms = forms,
-          .history = history,
+          .edits = edits,
           .switchMainTimer =
               [this](bool on) {
                 const bool before = periodic.tmrBargraph->Enabled();
@@ -134,7 +131,6 @@ SetupContext Session::SetupContextWires() {
 
 MasterControl::Around Session::MasterParts() {
   return {.edits = edits,
-          .history = history,
           .config = config,
           .device = device,
           .desk = platform.desk,
@@ -152,49 +148,37 @@ MasterControl::Around Session::MasterParts() {
 }
 
 TickCalls Session::TickWires() {
-  return {.sendChanges = [this] { SendChanges(); },
+  return {.sendChanges = [this] { edits.SendChanges(); },
           .requestCoefBlock = [this] { coefReader.PollDisplayed(); },
           .requestSpectrum = [this] { spectrumReader.RequestSpectrumData(); },
           .requestSif = [this] { spectrumReader.RequestSIFData(); }};
 }
 
-HistoryWires Session::StepWires() {
-  return {
-      .restored = [this](const SystemSettings& was, bool exchanged) { edits.FollowRestore(was, exchanged); },
-      .tableHeld = [this](int stage) { return download.HoldsTable(stage); },
-      .changed =
-          [this] {
-            master.ShowStep();
-            ShowOpenSetup();
-          }};
-}
-
-void Session::FillEditHooks() {
-  edits.edited = [this] { ShowRecord(); };
-  edits.setupExchanged = [this] { setupContext.open.Forget(); };
-  edits.undisturbed = [this](const std::function<void()>& fit) {
-    const std::int16_t pollMode = std::exchange(periodic.pollMode, poll::MainLevels);
-    const std::int16_t ticks = std::exchange(settings.settingsChanged, std::int16_t{0});
-    fit();
-    periodic.pollMode = pollMode;
-    settings.settingsChanged = ticks;
-  };
+EditWires Session::EditsWires() {
+  return {.undisturbed =
+              [this](const std::function<void()>& fit) {
+                const std::int16_t pollMode = std::exchange(periodic.pollMode, poll::MainLevels);
+                const std::int16_t ticks = std::exchange(settings.settingsChanged, std::int16_t{0});
+                fit();
+                periodic.pollMode = pollMode;
+                settings.settingsChanged = ticks;
+              },
+          .edited = [this] { ShowRecord(); },
+          .setupExchanged = [this] { setupContext.open.Forget(); },
+          .stepsChanged =
+              [this] {
+                master.ShowStep();
+                ShowOpenSetup();
+              }};
 }
 
 // Whoever edits the record has only stored it: all that shows it follows here.
 void Session::ShowRecord() {
-  master.ConfigMasterControl();
-  master.ConfigureStages();
+  master.blocks.ShowOnce([this] {
+    master.ConfigMasterControl();
+    master.ConfigureStages();
+  });
   panels.Refresh();
-}
-
-void Session::SendChanges() {
-  if (std::exchange(settings.fitPending, std::int16_t{0}) != 0 &&
-      LayoutDiffers(settings, PlanFit(settings, true))) {
-    history.Amend([this] { config.ConfigureStages(true); });
-  } else {
-    download.DownloadSettings(DownloadMode::Difference);
-  }
 }
 
 void Session::Start() {

@@ -42,9 +42,9 @@ struct Session {
   SpectrumReader spectrumReader;
   modSettings setups;
   Forms forms;
-  EditHistory history;
   SetupContext setupContext;
   RecordEdits edits;
+  EditHistory& history = edits.history;
   MasterControl master;
   PeriodicService periodic;
   ChainPanels panels;
@@ -54,8 +54,6 @@ struct Session {
 
   // Comes up with or without a unit; every failure on the way has told the operator.
   void Start();
-  // Brings the unit up to the record, fitting it anew where an edit has asked for that and it would matter.
-  void SendChanges();
   // The master panel is to be fitted and shown anew when it becomes the active window again.
   void QueueRefresh(bool wanted) { refreshOnActivate = wanted; }
   // The factory setup in place of what is set; a link that stands keeps its port and rate.
@@ -72,8 +70,7 @@ struct Session {
   SetupContext SetupContextWires();
   MasterControl::Around MasterParts();
   TickCalls TickWires();
-  HistoryWires StepWires();
-  void FillEditHooks();
+  EditWires EditsWires();
   void TakeConnectionState(const std::string& state);
   void FollowUnitOption();
   void ShowWaiting(std::int32_t hundredths);

@@ -5,6 +5,7 @@
 #include <QListWidget>
 #include <QPushButton>
 
+#include "LoneEdits.h"
 #include "SetupFixture.h"
 #include "Shown.h"
 #include "persist/RecSet.h"
@@ -17,13 +18,13 @@ struct SetupWindows : support::SetupFixture {
   vc::Forms forms{support::DeadEnd{}};
   FormWindows windows{forms};
   support::VirtualClock clock;
-  vc::EditHistory history{settings, clock, support::Unheard<vc::HistoryWires>()};
+  support::LoneEdits lone{settings};
   vc::SetupContext context{settings,
                            setups,
                            files,
                            desk,
                            forms,
-                           history,
+                           lone.edits,
                            support::DeadEnd{},
                            support::DeadEnd{},
                            support::DeadEnd{},

@@ -1,4 +1,5 @@
 // The store and recall windows with what belongs to them, by control name and on real files.
+#include "LoneEdits.h"
 #include "SetupFixture.h"
 #include "VirtualClock.h"
 #include "persist/Description.h"
@@ -15,13 +16,13 @@ namespace fs = std::filesystem;
 struct Dialogs : support::SetupFixture {
   Forms forms{support::DeadEnd{}};
   support::VirtualClock clock;
-  EditHistory history{settings, clock, support::Unheard<HistoryWires>()};
+  support::LoneEdits lone{settings};
   SetupContext context{.settings = settings,
                        .setups = setups,
                        .files = files,
                        .desk = desk,
                        .forms = forms,
-                       .history = history,
+                       .edits = lone.edits,
                        .switchMainTimer = [this](bool on) { return std::exchange(timerOn, on); },
                        .stored = [this](const std::string& name) { told += "stored " + name; },
                        .recalled = [this](const std::string& name) { told += "recalled " + name; },
@@ -418,7 +419,7 @@ TEST_F(Dialogs, ADescriptionThatNobodyEditedKeepsItsBytes) {
   Type("txtDescription", "new\ntext");
   Press("btnOK");
   EXPECT_EQ(settings.setupDescription, "new\ntext");
-  EXPECT_EQ(history.UndoTitle(), "File Description");
+  EXPECT_EQ(lone.edits.history.UndoTitle(), "File Description");
 }
 
 TEST_F(Dialogs, TheWorkingFolderIsOneThatExists) {
