@@ -71,12 +71,6 @@ bool RecordEdits::ByText(const FieldRow& row, int i, int j, std::string_view tex
   return stored;
 }
 
-bool RecordEdits::Store(std::string_view field, int i, std::int16_t value, const EditOrigin& origin) {
-  const FieldRow* row = FindField(field);
-  std::string error;
-  return row != nullptr && ByText(*row, i, 0, std::to_string(value), origin, error);
-}
-
 void RecordEdits::Entail(std::span<const FieldEdit> together, const SystemSettings& before, EditState state) {
   SettleDependents(settings, before);
   bool atOnce = false;

@@ -70,9 +70,6 @@ struct RecordEdits {
   bool ByText(const FieldRow& row, int i, int j, std::string_view text, const EditOrigin& origin,
               std::string& error);
 
-  // Edits by a number, which the field's range must hold; false where it does not.
-  bool Store(std::string_view field, int i, std::int16_t value, const EditOrigin& origin);
-
   // Has the whole register image made anew and sent with the next tick, though nothing is edited.
   void MakeAnew();
   // Brings the unit up to the record, fitting it anew where an edit has asked for that and it would matter.

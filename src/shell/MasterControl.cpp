@@ -1,7 +1,7 @@
 #include "shell/MasterControl.h"
 
 #include "link/ConnectionState.h"
-#include "model/Settings.h"
+#include "model/FieldAccess.h"
 #include "shell/ChainPanels.h"
 #include "shell/PeriodicService.h"
 #include "text/ProgramInfo.h"
@@ -15,6 +15,7 @@ MasterControl::MasterControl(const Around& parts)
       connection({menus, parts.edits.settings, parts.device, parts.config, parts.desk, parts.periodic}),
       actions({menus, top, chain, mirrors, blocks, connection, parts.edits.history, parts.desk, parts.panels,
                parts.windows, parts.look, parts.session}),
+      edits(parts.edits),
       settings(parts.edits.settings),
       periodic(parts.periodic),
       panels(parts.panels) {
@@ -98,12 +99,12 @@ void MasterControl::ShowDisplay(std::int16_t which) {
     lblStatus.core.SetCaption("The coefficient display's window is not part of this version yet.");
   } else if (displayed == display::Spectrum) {
     periodic.pollMode = poll::Spectrum;
-    settings.specRun = 1;
     lblStatus.core.SetCaption("The spectrum analyzer's window is not part of this version yet.");
   } else if (lblStatus.core.Caption() == told) {
     lblStatus.core.SetCaption("");
   }
-  MarkEdited(settings);
+  edits.MakeAnew();
+  if (displayed == display::Spectrum) edits.Apply({{&RowOf<&SystemSettings::specRun>(), 0, 0, 1.0}}, {});
 }
 
 void MasterControl::ShowOversize(bool shown) {

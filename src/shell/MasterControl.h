@@ -74,6 +74,7 @@ struct MasterControl {
   void BindBlocks();
   void BindDisplays();
 
+  RecordEdits& edits;
   SystemSettings& settings;
   PeriodicService& periodic;
   ChainPanels& panels;

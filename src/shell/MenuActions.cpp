@@ -3,6 +3,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "model/FieldAccess.h"
 #include "persist/StoSet.h"
 #include "shell/ChainPanels.h"
 #include "shell/Look.h"
@@ -86,8 +87,9 @@ void MenuActions::BindSettings() {
     entry.clicked = [this, index = entry.core.index] { around.panels.OpenMemory(index); };
   }
   for (const auto& [field, entry] :
-       {std::pair{"levelControlsShown", &menus.mnuLevelControls}, {"channelSwap", &menus.mnuChannelSwap}}) {
-    entry->clicked = [this, name = field, shown = entry] { around.mirrors.Toggle(name, *shown); };
+       {std::pair{&RowOf<&SystemSettings::levelControlsShown>(), &menus.mnuLevelControls},
+        {&RowOf<&SystemSettings::channelSwap>(), &menus.mnuChannelSwap}}) {
+    entry->clicked = [this, row = field, shown = entry] { around.mirrors.Toggle(*row, *shown); };
     entry->SetChecked(false);
   }
   CheckTheme(Theme::System);

@@ -4,9 +4,8 @@
 #include <variant>
 
 #include "model/Bandwidth.h"
-#include "model/Fields.h"
+#include "model/FieldAccess.h"
 #include "model/Kinds.h"
-#include "model/Settings.h"
 #include "text/Convert.h"
 
 namespace vc {
@@ -56,46 +55,50 @@ void RecordMirrors::FillLists() {
 
 std::vector<RecordMirrors::Switch> RecordMirrors::Switches() {
   constexpr auto processing = &SystemSettings::procEnabled, adapting = &SystemSettings::adaptEnabled;
-  std::vector<Switch> rows{
-      {chain.ihpf.active, "ihpfEnabled", 0, processing}, {chain.agc.active, "agcEnabled", 0, processing},
-      {chain.ohpf.active, "ohpfEnabled", 0, processing}, {chain.limiter.active, "limiterEnabled", 0, nullptr},
-      {top.btnProcEnabled, "procEnabled", 0, nullptr},   {top.btnAdaptEnabled, "adaptEnabled", 0, nullptr}};
+  std::vector<Switch> rows{{chain.ihpf.active, RowOf<&SystemSettings::ihpfEnabled>(), 0, processing},
+                           {chain.agc.active, RowOf<&SystemSettings::agcEnabled>(), 0, processing},
+                           {chain.ohpf.active, RowOf<&SystemSettings::ohpfEnabled>(), 0, processing},
+                           {chain.limiter.active, RowOf<&SystemSettings::limiterEnabled>(), 0, nullptr},
+                           {top.btnProcEnabled, RowOf<&SystemSettings::procEnabled>(), 0, nullptr},
+                           {top.btnAdaptEnabled, RowOf<&SystemSettings::adaptEnabled>(), 0, nullptr}};
   for (int stage = 1; stage <= FilterStages; ++stage) {
-    rows.push_back({chain.Filter(stage).active, "filterActive", stage, processing});
-    rows.push_back({chain.Filter(stage).adapt, "filterAdapt", stage, adapting});
+    rows.push_back({chain.Filter(stage).active, RowOf<&SystemSettings::filterActive>(), stage, processing});
+    rows.push_back({chain.Filter(stage).adapt, RowOf<&SystemSettings::filterAdapt>(), stage, adapting});
   }
   for (const int side : Sides) {
-    rows.push_back({chain.Equalizer(side).active, "eqActive", side, processing});
-    rows.push_back({chain.Broadband(side).active, "broadbandActive", side, processing});
+    rows.push_back({chain.Equalizer(side).active, RowOf<&SystemSettings::eqActive>(), side, processing});
+    rows.push_back(
+        {chain.Broadband(side).active, RowOf<&SystemSettings::broadbandActive>(), side, processing});
   }
   return rows;
 }
 
 std::vector<RecordMirrors::List> RecordMirrors::Lists() {
-  std::vector<List> rows{{top.cmbBandwidth, "bandwidthIndex", 0}, {top.cmbConfig, "configMode", 0}};
+  std::vector<List> rows{{top.cmbBandwidth, RowOf<&SystemSettings::bandwidthIndex>(), 0},
+                         {top.cmbConfig, RowOf<&SystemSettings::configMode>(), 0}};
   for (int stage = 1; stage <= FilterStages; ++stage) {
-    rows.push_back({chain.Filter(stage).kind, "filterType", stage});
+    rows.push_back({chain.Filter(stage).kind, RowOf<&SystemSettings::filterType>(), stage});
   }
   for (const int side : Sides) {
-    rows.push_back({chain.Equalizer(side).kind, "eqType", side});
-    rows.push_back({chain.Broadband(side).kind, "broadbandType", side});
+    rows.push_back({chain.Equalizer(side).kind, RowOf<&SystemSettings::eqType>(), side});
+    rows.push_back({chain.Broadband(side).kind, RowOf<&SystemSettings::broadbandType>(), side});
   }
   return rows;
 }
 
 void RecordMirrors::Bind() {
   for (const auto& [button, field, index, needs] : switches) {
-    button.clicked = [this, &shown = button, name = field, i = index] {
-      Store(name, i, LowWord(shown.Value()), OriginOf(shown.core));
+    button.clicked = [this, &shown = button, row = &field, i = index] {
+      Store(*row, i, shown.Value(), OriginOf(shown.core));
     };
   }
   for (const auto& [list, field, index] : lists) {
-    list.changed = [this, &shown = list, name = field, i = index] {
-      Store(name, i, LowWord(shown.ListIndex()), OriginOf(shown));
+    list.changed = [this, &shown = list, row = &field, i = index] {
+      Store(*row, i, shown.ListIndex(), OriginOf(shown));
     };
   }
   top.optNumFilters.changed = [this] {
-    Store("numFilters", 0, LowWord(top.optNumFilters.Selected() + 1),
+    Store(RowOf<&SystemSettings::numFilters>(), 0, top.optNumFilters.Selected() + 1,
           {WithoutAccessKey(top.fraNumFilters.core.Caption())});
   };
 }
@@ -113,42 +116,46 @@ void RecordMirrors::BindInputs() {
 void RecordMirrors::StoreLevel(int channel) {
   InputChannel& input = chain.inputs.at(static_cast<std::size_t>(channel));
   edits.history.KeepOpen(input.sldrLevel.Held());
-  Store("levelControl", channel + 1, Nearest(input.sldrLevel.Position()), OriginOf(input.sldrLevel.core));
+  Store(RowOf<&SystemSettings::levelControl>(), channel + 1, Nearest(input.sldrLevel.Position()),
+        OriginOf(input.sldrLevel.core));
   input.gain.Redisplay();
 }
 
 void RecordMirrors::BindClears() {
   for (int stage = 1; stage <= FilterStages; ++stage) {
-    chain.Filter(stage).clear.clicked = [this, stage] {
-      ClearStage(stage);
-      MarkEdited(settings);
+    GraphicButton& clear = chain.Filter(stage).clear;
+    clear.clicked = [this, stage, &clear] {
+      Store(RowOf<&SystemSettings::filterDirty>(), stage, -1, OriginOf(clear.core));
     };
   }
   top.btnClearAll.clicked = [this] { ClearAll(); };
 }
 
-void RecordMirrors::ClearStage(int stage) { settings.filterDirty[stage] = -1; }
-
 void RecordMirrors::ClearAll() {
+  std::vector<FieldEdit> all;
   for (int stage = 1; stage <= FilterStages; ++stage) {
-    if (IsAdaptive(settings.filterType[stage])) ClearStage(stage);
+    if (IsAdaptive(settings.filterType[stage]))
+      all.push_back({&RowOf<&SystemSettings::filterDirty>(), stage, 0, -1.0});
   }
-  settings.broadbandClear[1] = -1;
-  if (settings.configMode != ConfigMode::Mono) settings.broadbandClear[2] = -1;
-  MarkEdited(settings);
+  for (const int side : Sides) {
+    if (side == 1 || settings.configMode != ConfigMode::Mono)
+      all.push_back({&RowOf<&SystemSettings::broadbandClear>(), side, 0, -1.0});
+  }
+  edits.Apply(all, OriginOf(top.btnClearAll.core));
 }
 
-std::int16_t RecordMirrors::ValueOf(std::string_view field, int index) const {
-  return std::get<std::int16_t>(FindField(field)->value(settings, index, 0));
+int RecordMirrors::ValueOf(const FieldRow& row, int index) const {
+  return static_cast<int>(NumberOf(settings, row, index, 0));
 }
 
-void RecordMirrors::Store(std::string_view field, int index, std::int16_t value, const EditOrigin& origin) {
-  blocks.ShowOnce([&] { edits.Store(field, index, value, origin); });
+void RecordMirrors::Store(const FieldRow& row, int index, double value, const EditOrigin& origin) {
+  const auto range = FieldRange(settings, row, index, 0);  // none for the marks of the run
+  if (range && (value < range->lower || value > range->upper)) return;
+  edits.Apply({{&row, index, 0, value}}, origin);
 }
 
-void RecordMirrors::Toggle(std::string_view field, const MenuEntry& entry) {
-  const std::int16_t toggled = ValueOf(field, 0) == 0 ? 1 : 0;
-  Store(field, 0, toggled, {WithoutAccessKey(entry.core.Caption())});
+void RecordMirrors::Toggle(const FieldRow& row, const MenuEntry& entry) {
+  Store(row, 0, ValueOf(row, 0) == 0 ? 1 : 0, {WithoutAccessKey(entry.core.Caption())});
 }
 
 void RecordMirrors::Show() {

@@ -22,19 +22,19 @@ struct RecordMirrors {
   // How many filters may be chosen and how many are.
   void ShowNumFilters();
   // Puts a switch of the record over that has a menu entry for a control.
-  void Toggle(std::string_view field, const MenuEntry& entry);
+  void Toggle(const FieldRow& row, const MenuEntry& entry);
 
  private:
   // A latching button.
   struct Switch {
     GraphicButton& button;
-    std::string_view field;
+    const FieldRow& field;
     int index;
     std::int16_t SystemSettings::*needs;  // the switch that must be on for this one to be of use, or null
   };
   struct List {
     ListBox& list;
-    std::string_view field;
+    const FieldRow& field;
     int index;
   };
   std::vector<Switch> Switches();
@@ -45,10 +45,9 @@ struct RecordMirrors {
   void BindClears();
   void ShowInputs();
   void StoreLevel(int channel);
-  void ClearStage(int stage);
   void ClearAll();
-  void Store(std::string_view field, int index, std::int16_t value, const EditOrigin& origin);
-  std::int16_t ValueOf(std::string_view field, int index) const;
+  void Store(const FieldRow& row, int index, double value, const EditOrigin& origin);
+  int ValueOf(const FieldRow& row, int index) const;
 
   TopRow& top;
   ChainLayout& chain;

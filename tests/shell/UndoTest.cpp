@@ -53,7 +53,8 @@ TEST(Undo, CountsADragAsOneStep) {
   cutoff.Release();
   // The hand is off, and a pause parts other edits again.
   for (const std::int16_t slope : std::array<std::int16_t, 2>{40, 50}) {
-    run.session.edits.Store("lpfTransSlope", 1, slope, {"Slope", "typed"});
+    run.session.edits.Apply({{FindField("lpfTransSlope"), 1, 0, static_cast<double>(slope)}},
+                            {"Slope", "typed"});
     run.test.loop.RunFor(1500);
   }
   run.Press("Ctrl+Z");
@@ -150,7 +151,7 @@ TEST(Undo, KnowsNoStepThatChangesNothing) {
   run.record.ch1Taps[2] = 2048;
   run.session.config.ConfigureStages(true);
   run.Settle();
-  run.session.edits.Store("ohpfCutoff", 0, 300, {"Last"});
+  run.session.edits.Apply({{FindField("ohpfCutoff"), 0, 0, 300.0}}, {"Last"});
   run.Edit("ihpfCutoff", "200");
   run.Edit("mnotchFreq", "1000", 1, 1);
   run.Edit("bandwidthIndex", "0");  // no new layout either
