@@ -6,20 +6,20 @@ namespace vc {
 
 Panel::Panel(const PanelContext& opened, const std::string& name, const std::string& title)
     : context(opened), settings(context.settings), form(name, title + context.suffix) {
-  form.keys["Ctrl+Z"] = [this] { context.history.Undo(); };
-  form.keys["Ctrl+Shift+Z"] = [this] { context.history.Redo(); };
+  form.keys["Ctrl+Z"] = [this] { context.edits.history.Undo(); };
+  form.keys["Ctrl+Shift+Z"] = [this] { context.edits.history.Redo(); };
   form.keys["Ctrl+Y"] = form.keys["Ctrl+Shift+Z"];
   form.keys["Ctrl+S"] = [this] { context.storeOpenSetup(); };
   form.activated = [this] { context.activated(); };
   form.unloaded = [this] {
-    context.history.CloseStep();
+    context.edits.history.CloseStep();
     context.unloaded();
   };
 }
 
 void Panel::Edit(const ControlCore& source, const std::string& title, const std::function<void()>& action) {
-  context.history.Edit(title, form.name + "." + source.FullName(),
-                       [&action](const SystemSettings&) { action(); });
+  context.edits.history.Edit(title, form.name + "." + source.FullName(),
+                             [&action](const SystemSettings&) { action(); });
   MarkEdited(settings);
   if (!filling) shown();
 }

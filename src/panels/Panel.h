@@ -6,30 +6,45 @@
 #include <string>
 #include <vector>
 
-#include "model/EditHistory.h"
+#include "link/Status.h"
+#include "model/RecordEdits.h"
 #include "model/SystemSettings.h"
 #include "platform/Desk.h"
+#include "platform/EventLoop.h"
+#include "text/Wire.h"
 #include "widgets/Controls.h"
 #include "widgets/Forms.h"
 #include "widgets/GraphicButton.h"
 
 namespace vc {
 
-// What a panel needs of the master panel that opens it.
+// A table of the stage that a panel edits, to or from a place where the operator keeps such tables.
+struct TableExchange {
+  enum Direction { Store, Recall } direction;
+  std::int16_t fileType;           // IndivFileType of the kind's table
+  std::function<void()> recalled;  // the record has another table than before; nobody listens to a store
+};
+
+// What a panel is given by whoever opens it.
 struct PanelContext {
   SystemSettings& settings;
-  EditHistory& history;
+  RecordEdits& edits;
   Desk& desk;
   Forms& forms;
+  EventLoop& events;
+  const UnitStatus& status;  // levels and flags of the last poll; see StageReadings
 
-  GraphicButton* blockSwitch = nullptr;  // the master panel's switch of the block that the panel edits
-  std::string suffix{};                  // " (Filter 1)", behind the title
-  std::function<void()> activated = [] {};
-  std::function<void()> unloaded = [] {};
+  GraphicButton*
+      blockSwitch;     // the master panel's switch of the block that the panel edits, where it has one
+  std::string suffix;  // " (Filter 1)", behind the title
+  bool ofStage;        // its stage is made anew for the unit when the panel opens
+  // The panel has become the active window, or has gone: the displays follow.
+  Wire<void()> activated, unloaded;
   // Stores the setup to the open file.
-  std::function<void()> storeOpenSetup = [] {};
+  Wire<void()> storeOpenSetup;
   // Stores what is set in a stand-alone memory of the unit; false where it could not be.
-  std::function<bool(int memory, int function)> storeInMemory = [](int, int) { return false; };
+  Wire<bool(int memory, int function)> storeInMemory;
+  Wire<void(const TableExchange& exchange)> exchangeTable;
 };
 
 struct Panel {

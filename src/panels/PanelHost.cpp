@@ -4,7 +4,6 @@
 #include <array>
 #include <utility>
 
-#include "model/Settings.h"
 #include "panels/AuxCtl.h"
 #include "panels/CutoffPanels.h"
 #include "panels/ProcessorPanels.h"
@@ -44,7 +43,7 @@ AnyPanel Loaded(std::string_view name, const PanelContext& context) {
   if (row == nullptr) return {};
   AnyPanel made = row->make(context);
   made.panel->Fill();
-  if (!context.suffix.empty()) MarkEdited(context.settings);  // the panel of a stage
+  if (context.ofStage) context.edits.MakeAnew();
   return made;
 }
 

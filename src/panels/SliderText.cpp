@@ -60,13 +60,13 @@ SliderField::SliderField(Panel& owner, Place place, const std::string& caption, 
   slider.defaultPosition = [this] { return DefaultPosition(); };
   store = [this](double position) { Stored() = stored(position); };
   slider.changed = [this] { Moved(); };
-  slider.released = [this] { panel.context.history.CloseStep(); };
+  slider.released = [this] { panel.context.edits.history.CloseStep(); };
   panel.parameters.emplace_back([this] { Fill(); });
 }
 
 void SliderField::Moved() {
   if (filling) return;
-  panel.context.history.KeepOpen(slider.Held());
+  panel.context.edits.history.KeepOpen(slider.Held());
   panel.Edit(slider.core, slider.core.Caption(), [this] { store(slider.Position()); });
   redisplay();
 }

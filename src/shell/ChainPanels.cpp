@@ -11,7 +11,7 @@ namespace {
 
 // The row of a stored kind; a kind outside its table is corrected.
 template <typename Kinds>
-const KindRow& RowOf(const Kinds& kinds, std::int16_t& kind, std::int16_t otherwise) {
+const KindRow& KindOf(const Kinds& kinds, std::int16_t& kind, std::int16_t otherwise) {
   if (kind < 0 || static_cast<std::size_t>(kind) >= kinds.size()) kind = otherwise;
   return kinds[static_cast<std::size_t>(kind)];
 }
@@ -30,15 +30,19 @@ ChainPanels::ChainPanels(const Around& parts) : around(parts) {}
 
 PanelContext ChainPanels::ContextFor(const Block& block) {
   return {.settings = around.settings,
-          .history = around.edits.history,
+          .edits = around.edits,
           .desk = around.desk,
           .forms = around.forms,
+          .events = around.events,
+          .status = around.device.status,
           .blockSwitch = block.blockSwitch,
           .suffix = block.suffix,
+          .ofStage = block.ofStage,
           .activated = [this] { DisplayThisFilter(); },
           .unloaded = [this] { DisplayMasterControl(); },
           .storeOpenSetup = [this] { around.master.actions.StoreOpenSetup(); },
-          .storeInMemory = [this](int memory, int function) { return StoreInMemory(memory, function); }};
+          .storeInMemory = [this](int memory, int function) { return StoreInMemory(memory, function); },
+          .exchangeTable = [this](const TableExchange& exchange) { ExchangeTable(exchange); }};
 }
 
 void ChainPanels::Open(const std::function<Block()>& blockNow, bool besideDisplay) {
@@ -67,21 +71,22 @@ void ChainPanels::Refresh() {
 }
 
 ChainPanels::Block ChainPanels::FilterBlockOf(int stage) {
-  const KindRow& row = RowOf(FilterKinds(), around.settings.filterType[stage], FilterKind::RefCanceller);
+  const KindRow& row = KindOf(FilterKinds(), around.settings.filterType[stage], FilterKind::RefCanceller);
   return {row.panel, row.name, around.master.blocks.FilterSuffix(stage),
-          &around.master.chain.Filter(stage).active};
+          &around.master.chain.Filter(stage).active, true};
 }
 
 ChainPanels::Block ChainPanels::EqualizerBlockOf(int number) {
-  const KindRow& row = RowOf(EqKinds(), around.settings.eqType[number], EqKind::Compressor);
+  const KindRow& row = KindOf(EqKinds(), around.settings.eqType[number], EqKind::Compressor);
   return {row.panel, row.name, around.master.blocks.EqualizerSuffix(number),
-          &around.master.chain.Equalizer(number).active};
+          &around.master.chain.Equalizer(number).active, true};
 }
 
 ChainPanels::Block ChainPanels::BroadbandBlockOf(int number) {
-  const KindRow& row = RowOf(BroadbandKinds(), around.settings.broadbandType[number], BroadbandKind::NoiseEq);
+  const KindRow& row =
+      KindOf(BroadbandKinds(), around.settings.broadbandType[number], BroadbandKind::NoiseEq);
   return {row.panel, row.name, around.master.blocks.BroadbandSuffix(number),
-          &around.master.chain.Broadband(number).active};
+          &around.master.chain.Broadband(number).active, true};
 }
 
 void ChainPanels::OpenFilter(int stage) {
@@ -101,12 +106,12 @@ void ChainPanels::OpenBroadband(int number) {
 }
 
 void ChainPanels::OpenBlock(std::string_view panel, FixedBlock& block) {
-  Open([panel, &block] { return Block{panel, panel, "", &block.active}; }, false);
+  Open([panel, &block] { return Block{panel, panel, "", &block.active, false}; }, false);
 }
 
 void ChainPanels::OpenMemory(int memory) {
   around.settings.auxMemory = static_cast<std::int16_t>(memory);
-  Open([] { return Block{"AuxCtl", "AuxCtl", "", nullptr}; }, false);
+  Open([] { return Block{"AuxCtl", "AuxCtl", "", nullptr, false}; }, false);
 }
 
 void ChainPanels::ConfigGeneralFilters(const std::function<void()>& runEvents) {
@@ -143,6 +148,13 @@ void ChainPanels::DisplayMasterControl() const {
     return entry.form == &around.master.form && entry.hidden;
   });
   if (around.periodic.pollMode != poll::MainLevels && hidden) forms.Show(around.master.form);
+}
+
+void ChainPanels::ExchangeTable(const TableExchange& exchange) {
+  const bool store = exchange.direction == TableExchange::Store;
+  around.desk.Box(
+      box::Information, store ? "Store Filter" : "Recall Filter",
+      "Files for one filter are not part of this version yet.  The setup file keeps all of them.");
 }
 
 bool ChainPanels::StoreInMemory(int memory, int function) {

@@ -27,6 +27,7 @@ struct ChainPanels {
     PeriodicService& periodic;
     modDeviceComm& device;
     CoefReader& coefReader;
+    EventLoop& events;
   };
   explicit ChainPanels(const Around& parts);
 
@@ -56,6 +57,7 @@ struct ChainPanels {
     std::string_view panel, name;
     std::string suffix;
     GraphicButton* blockSwitch;
+    bool ofStage;
     bool operator==(const Block&) const = default;
   };
   PanelContext ContextFor(const Block& block);
@@ -65,6 +67,7 @@ struct ChainPanels {
   Block EqualizerBlockOf(int number);
   Block BroadbandBlockOf(int number);
   bool StoreInMemory(int memory, int function);
+  void ExchangeTable(const TableExchange& exchange);
 
   Around around;
   PanelHost host;

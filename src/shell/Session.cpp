@@ -34,7 +34,7 @@ Session::Session(Platform host)
       edits(settings, config, download, host.clock, EditsWires()),
       master(MasterParts()),
       periodic(host.events, host.clock, settings, device, master, TickWires()),
-      panels({edits, settings, platform.desk, forms, master, periodic, device, coefReader}),
+      panels({edits, settings, platform.desk, forms, master, periodic, device, coefReader, host.events}),
       lastState(setupContext, platform, master),
       look(platform, master),
       windows({setupContext, objectLog, forms}) {
