@@ -1,5 +1,6 @@
 #include "panels/AuxCtl.h"
 
+#include "model/FieldAccess.h"
 #include "model/Kinds.h"
 
 namespace vc {
@@ -19,9 +20,7 @@ AuxCtl::AuxCtl(const PanelContext& context)
                 {"Does nothing (disabled)", "Toggles Limiter In and Out", "Toggles Input HPF In and Out",
                  "Toggles AGC In and Out", "Toggles Output HPF In and Out",
                  "Toggles Right Channel Adapt/Freeze", "Toggles Adapt/Freeze for Filters 2,3,4"}) {
-  AuxOption.changed = [this] {
-    panel.settings.auxFunction = static_cast<std::int16_t>(AuxOption.Selected());
-  };
+  AuxOption.changed = [this] { Take(AuxOption.Selected()); };
   btnOK.clicked = [this] { Store(); };
   btnCancel.clicked = [this] { panel.Close(); };
   panel.form.okButton = &btnOK;
@@ -38,8 +37,14 @@ void AuxCtl::Fill() {
   const std::int16_t choice = settings.auxFunction;
   const bool offered = choice >= 0 && static_cast<std::size_t>(choice) < AuxOption.buttons.size() &&
                        AuxOption.buttons[static_cast<std::size_t>(choice)]->core.Usable();
-  settings.auxFunction = offered ? choice : std::int16_t{0};
+  if (!offered) Take(0);
+  const Mute inert(panel.form);
   AuxOption.Select(settings.auxFunction);
+}
+
+void AuxCtl::Take(int choice) {
+  panel.Edit(fraFunction.core, fraFunction.core.Caption(),
+             {{&RowOf<&SystemSettings::auxFunction>(), 0, 0, static_cast<double>(choice)}});
 }
 
 void AuxCtl::Store() {

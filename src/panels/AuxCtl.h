@@ -22,6 +22,7 @@ struct AuxCtl {
 
  private:
   void Fill();
+  void Take(int choice);
   void Store();
 };
 

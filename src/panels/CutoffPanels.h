@@ -9,13 +9,11 @@
 
 namespace vc {
 
-using StageField = PerStage<std::int16_t> SystemSettings::*;
-
 struct EdgeFilter {
   const char* form;
   const char* title;
   std::int16_t kind;
-  StageField cutoff, slope, atten;
+  const FieldRow &cutoff, &slope, &atten;
   double reach;   // Hz that the cut-off stays below bandwidthHz
   double weight;  // of the edge in the slope's law
 };
@@ -38,7 +36,7 @@ struct BandFilter {
   const char* form;
   const char* title;
   std::int16_t kind;
-  StageField loCutoff, hiCutoff, slope, atten;
+  const FieldRow &loCutoff, &hiCutoff, &slope, &atten;
   double loWeight, hiWeight;
 };
 extern const BandFilter CtlBPF, CtlBSF;
@@ -59,14 +57,7 @@ struct BandPanel {
   PanelFoot foot{panel, "btnFilterActive", "Active"};
 
  private:
-  void StoreLower(double position);
-  void StoreUpper(double position);
-  // Where an edge was stopped by the other one.
-  void Force(Slider& slider, std::int16_t edge);
   void ShowSlopes();
-
-  std::int16_t& Lower() { return (panel.settings.*filter.loCutoff)[panel.settings.curFilter]; }
-  std::int16_t& Upper() { return (panel.settings.*filter.hiCutoff)[panel.settings.curFilter]; }
 };
 
 }  // namespace vc

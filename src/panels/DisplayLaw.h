@@ -1,7 +1,6 @@
 // How a slider's position is shown, typed and stored. A law is a value: a new one is one more function here.
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -9,15 +8,16 @@
 
 namespace vc {
 
-constexpr double AsStored(std::int16_t value) { return value; }
+constexpr double AsKept(double value) { return value; }
 
 struct DisplayLaw {
   std::string unit;
   std::function<std::string(double position)> show;
   // Raises a Fault where the text is none that the law can read, or where the law has no answer.
   std::function<double(const std::string& text)> parse;
-  std::function<std::int16_t(double position)> stored = Nearest;
-  std::function<double(std::int16_t value)> position = AsStored;
+  // The value that is kept for a position, and the position that shows a value.
+  std::function<double(double position)> stored = Nearest;
+  std::function<double(double value)> position = AsKept;
   double step = 1.0;  // of the slider, by key, page and wheel
 };
 

@@ -1,6 +1,6 @@
 #include "panels/Panel.h"
 
-#include "model/Settings.h"
+#include <utility>
 
 namespace vc {
 
@@ -17,18 +17,24 @@ Panel::Panel(const PanelContext& opened, const std::string& name, const std::str
   };
 }
 
-void Panel::Edit(const ControlCore& source, const std::string& title, const std::function<void()>& action) {
-  context.edits.history.Edit(title, form.name + "." + source.FullName(),
-                             [&action](const SystemSettings&) { action(); });
-  MarkEdited(settings);
-  if (!filling) shown();
+void Panel::Edit(const ControlCore& control, const std::string& title, std::span<const FieldEdit> together,
+                 EditState state) {
+  const ControlCore* outer = std::exchange(source, &control);
+  context.edits.Apply(together, {title, form.name + "." + control.FullName(), state});
+  source = outer;
 }
 
 void Panel::Fill() {
+  again = filling;
+  if (filling) return;
+  constexpr int mostRounds = 2;  // a value that a control has moved into its range may have moved others
   filling = true;
-  for (const auto& fill : parameters) fill();
+  for (int round = 0; round < mostRounds && (round == 0 || again); ++round) {
+    again = false;
+    for (const auto& fill : parameters) fill();
+  }
   filling = false;
-  shown();
+  for (const auto& show : shown) show();
 }
 
 PanelFoot::PanelFoot(Panel& owner, const std::string& switchName, const std::string& switchCaption)

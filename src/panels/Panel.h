@@ -59,16 +59,24 @@ struct Panel {
   // The parameters of the panel in their order, each filled from the record by its function.
   std::vector<std::function<void()>> parameters;
   // After an edit and after a fill: what hangs on several parameters, such as a curve.
-  std::function<void()> shown = [] {};
+  std::vector<std::function<void()>> shown;
 
-  // Every edit goes through here: it becomes a step under the control's caption, with the change mark.
-  void Edit(const ControlCore& source, const std::string& title, const std::function<void()>& action);
-  // Shows what the record says.
+  // Edits by one of the panel's controls: a step under the title, see RecordEdits.
+  void Edit(const ControlCore& control, const std::string& title, std::initializer_list<FieldEdit> together,
+            EditState state = EditState::Settled) {
+    Edit(control, title, std::span(together.begin(), together.size()), state);
+  }
+  void Edit(const ControlCore& control, const std::string& title, std::span<const FieldEdit> together,
+            EditState state = EditState::Settled);
+  // Shows what the record says; the control whose edit has led here keeps what it shows.
   void Fill();
+  // Whether this control's own edit is under way.
+  bool IsSource(const ControlCore& control) const { return source == &control; }
   void Close() { context.forms.Unload(form); }
 
  private:
-  bool filling = false;
+  bool filling = false, again = false;
+  const ControlCore* source = nullptr;  // of the edit that is under way
 };
 
 // The end of a panel: the switch of its block, which is the master panel's, and OK.

@@ -7,10 +7,6 @@ namespace {
 
 constexpr double LeastCutoff = 100, MostCutoff = 500;  // Hz
 
-Element Of(std::int16_t SystemSettings::*field) {
-  return [field](SystemSettings& record) -> std::int16_t& { return record.*field; };
-}
-
 // In Mono there is nothing to link.
 void HideInMono(Panel& panel, Frame& frame) {
   panel.parameters.emplace_back(
@@ -19,39 +15,37 @@ void HideInMono(Panel& panel, Frame& frame) {
 
 }  // namespace
 
-const HighpassBlock IHPFSetup{"IHPFSetup", "Input HPF Config", &SystemSettings::ihpfCutoff};
-const HighpassBlock OHPFSetup{"OHPFSetup", "Output HPF Config", &SystemSettings::ohpfCutoff};
+const HighpassBlock IHPFSetup{"IHPFSetup", "Input HPF Config", RowOf<&SystemSettings::ihpfCutoff>()};
+const HighpassBlock OHPFSetup{"OHPFSetup", "Output HPF Config", RowOf<&SystemSettings::ohpfCutoff>()};
 
 HighpassPanel::HighpassPanel(const PanelContext& context, const HighpassBlock& block)
     : panel(context, block.form, block.title),
-      cutoff(
-          panel, fraSettings, "Cutoff Frequency", "sldrCutoff", "txtCutoff", WholeTens("Hz"),
-          [] {
-            return SliderRange{LeastCutoff, MostCutoff};
-          },
-          Of(block.cutoff)) {}
+      cutoff(panel, fraSettings, "Cutoff Frequency", "sldrCutoff", "txtCutoff", WholeTens("Hz"),
+             Fixed(LeastCutoff, MostCutoff), InRecord(panel, Single(block.cutoff))) {}
 
 AGCSetup::AGCSetup(const PanelContext& context)
     : panel(context, "AGCSetup", "AGC Config"),
       optLinked(panel, fraChoices, "fraLinked", "Link", "optLinked", {"Independent", "Linked"},
-                Of(&SystemSettings::agcLinked)),
+                InRecord(panel, Single(RowOf<&SystemSettings::agcLinked>()))),
       optGain(panel, fraChoices, "fraGain", "Maximum Gain", "optGain",
-              {"5dB", "10dB", "15dB", "20dB", "25dB", "30dB", "35dB"}, Of(&SystemSettings::agcGain)),
+              {"5dB", "10dB", "15dB", "20dB", "25dB", "30dB", "35dB"},
+              InRecord(panel, Single(RowOf<&SystemSettings::agcGain>()))),
       optRelease(panel, fraChoices, "fraRelease", "Release Time", "optRelease",
                  {"400 milliseconds", "200 milliseconds", "100 milliseconds", "50 milliseconds"},
-                 Of(&SystemSettings::agcRelease)) {
+                 InRecord(panel, Single(RowOf<&SystemSettings::agcRelease>()))) {
   HideInMono(panel, optLinked.frame);
 }
 
 LimiterSetup::LimiterSetup(const PanelContext& context)
     : panel(context, "LimiterSetup", "Limiter Config"),
       optLinked(panel, fraChoices, "fraLinked", "Link", "optLinked", {"Independent", "Linked"},
-                Of(&SystemSettings::limiterLinked)),
+                InRecord(panel, Single(RowOf<&SystemSettings::limiterLinked>()))),
       optThreshold(panel, fraChoices, "fraThreshold", "Threshold", "optThreshold",
-                   {"-6dB", "-9dB", "-12dB", "-15dB"}, Of(&SystemSettings::limiterThreshold)),
+                   {"-6dB", "-9dB", "-12dB", "-15dB"},
+                   InRecord(panel, Single(RowOf<&SystemSettings::limiterThreshold>()))),
       optRelease(panel, fraChoices, "fraRelease", "Release Time", "optRelease",
                  {"0.125 seconds", "0.250 seconds", "0.500 seconds", "1.0 seconds"},
-                 Of(&SystemSettings::limiterRelease)) {
+                 InRecord(panel, Single(RowOf<&SystemSettings::limiterRelease>()))) {
   HideInMono(panel, optLinked.frame);
 }
 

@@ -8,7 +8,7 @@ namespace vc {
 struct HighpassBlock {
   const char* form;
   const char* title;
-  std::int16_t SystemSettings::*cutoff;
+  const FieldRow& cutoff;
 };
 extern const HighpassBlock IHPFSetup, OHPFSetup;
 

@@ -18,7 +18,7 @@ ResponseCurve::ResponseCurve(Panel& owner, std::int16_t filterType, std::functio
       kind(filterType),
       markersNow(std::move(markers)) {
   pltResponse.SetNote("Computed from these settings, not measured.");
-  panel.shown = [this] { Draw(); };
+  panel.shown.emplace_back([this] { Draw(); });
 }
 
 void ResponseCurve::Draw() {

@@ -3,9 +3,11 @@
 #include <algorithm>
 #include <utility>
 
-#include "model/Settings.h"
-
 namespace vc {
+
+std::function<SliderRange()> Fixed(double lower, double upper) {
+  return [lower, upper] { return SliderRange{lower, upper}; };
+}
 
 SliderEntry::SliderEntry(Place place, const std::string& caption, const std::string& name,
                          DisplayLaw displayLaw, Slider& shownSlider, int index)
@@ -48,74 +50,77 @@ void SliderEntry::Take() {
 }
 
 SliderField::SliderField(Panel& owner, Place place, const std::string& caption, const std::string& name,
-                         const DisplayLaw& law, std::function<SliderRange()> sliderRange,
-                         Element recordElement)
-    : slider(place, name, caption),
+                         const DisplayLaw& law, std::function<SliderRange()> sliderRange, Parameter edited,
+                         int index)
+    : slider(place, name, caption, index),
       panel(owner),
       range(std::move(sliderRange)),
-      element(std::move(recordElement)),
+      parameter(std::move(edited)),
       stored(law.stored),
       positionOf(law.position) {
   slider.KeyArrowStepSize = slider.KeyPageStepSize = slider.MouseWheelStepSize = law.step;
-  slider.defaultPosition = [this] { return DefaultPosition(); };
-  store = [this](double position) { Stored() = stored(position); };
+  slider.defaultPosition = [this] { return positionOf(parameter.factory()); };
   slider.changed = [this] { Moved(); };
   slider.released = [this] { panel.context.edits.history.CloseStep(); };
   panel.parameters.emplace_back([this] { Fill(); });
 }
 
+void SliderField::Redisplay() const {
+  for (const auto& text : texts) text();
+}
+
 void SliderField::Moved() {
   if (filling) return;
+  const double wished = Wished();
+  const double value = within ? within(wished) : wished;
   panel.context.edits.history.KeepOpen(slider.Held());
-  panel.Edit(slider.core, slider.core.Caption(), [this] { store(slider.Position()); });
-  redisplay();
+  parameter.store(value, slider.core, slider.core.Caption());
+  if (value != wished) panel.context.desk.Beep();
+  if (parameter.value() != wished) TakePosition();
+  Redisplay();
 }
 
-double SliderField::DefaultPosition() const {
-  const auto factory = std::make_unique<SystemSettings>();
-  InitSettings(*factory);
-  return positionOf(element(*factory));
-}
+double SliderField::Wished() const { return parameter.kept(stored(slider.Position())); }
 
-void SliderField::Fill() {
+void SliderField::TakePosition() {
   filling = true;
   const auto [lower, upper] = range();
   slider.SetRange(lower, upper);
-  slider.SetPosition(positionOf(Stored()));
+  slider.SetPosition(positionOf(parameter.value()));
   filling = false;
-  if (stored(slider.Position()) != Stored()) Moved();
-  redisplay();
+}
+
+void SliderField::Fill() {
+  if (panel.IsSource(slider.core)) return;  // the hand has it between two values that are stored
+  TakePosition();
+  if (Wished() != parameter.value()) Moved();
+  Redisplay();
 }
 
 SliderText::SliderText(Panel& panel, Place place, const std::string& caption, const std::string& sliderName,
                        const std::string& textName, const DisplayLaw& law,
-                       const std::function<SliderRange()>& range, const Element& element)
-    : field(panel, place, caption, sliderName, law, range, element),
-      entry(place, caption, textName, law, field.slider) {
-  field.redisplay = [this] { entry.Redisplay(); };
+                       const std::function<SliderRange()>& range, const Parameter& parameter, int index)
+    : field(panel, place, caption, sliderName, law, range, parameter, index),
+      entry(place, caption, textName, law, field.slider, index) {
+  field.texts.emplace_back([this] { entry.Redisplay(); });
 }
 
 OptionField::OptionField(Panel& owner, Place place, const std::string& frameName, const std::string& caption,
-                         const std::string& name, const std::vector<std::string>& captions,
-                         Element recordElement)
-    : frame(place, frameName, caption),
-      options(frame, name, 0, captions),
-      panel(owner),
-      element(std::move(recordElement)) {
+                         const std::string& name, const std::vector<std::string>& captions, Parameter edited)
+    : frame(place, frameName, caption), options(frame, name, 0, captions), parameter(std::move(edited)) {
   options.changed = [this] {
-    panel.Edit(options.buttons.front()->core, frame.core.Caption(),
-               [this] { Stored() = static_cast<std::int16_t>(options.Selected()); });
+    parameter.store(options.Selected(), options.buttons.front()->core, frame.core.Caption());
   };
-  panel.parameters.emplace_back([this] { Fill(); });
+  owner.parameters.emplace_back([this] { Fill(); });
 }
 
 void OptionField::Fill() {
-  const auto listed = static_cast<std::int16_t>(options.buttons.size());
-  const std::int16_t choice = Stored();
+  const auto listed = static_cast<int>(options.buttons.size());
+  const double choice = parameter.value();
   const bool known = choice >= 0 && choice < listed;
   {
-    const Mute inert(panel.form);
-    options.Select(known ? choice : 0);
+    const Mute inert(frame.core.form);
+    options.Select(known ? static_cast<int>(choice) : 0);
   }
   if (!known) options.changed();
 }

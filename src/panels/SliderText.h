@@ -2,23 +2,21 @@
 // clamping, bad text, Enter, the change mark.
 #pragma once
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "panels/DisplayLaw.h"
-#include "panels/Panel.h"
+#include "panels/Parameter.h"
 
 namespace vc {
-
-// The element that a control edits at this moment, in the record or in another one.
-using Element = std::function<std::int16_t&(SystemSettings& record)>;
 
 struct SliderRange {
   double lower, upper;
 };
+// A range that never changes.
+std::function<SliderRange()> Fixed(double lower, double upper);
 
 // A text box that shows a slider's position by a law and takes one by it. The first one of a slider gives the
 // slider its numbers.
@@ -47,31 +45,35 @@ struct SliderEntry {
   std::string written;
 };
 
-// A slider over an element of the record, without a text of its own.
+// A slider over a parameter, without a text of its own.
 struct SliderField {
   SliderField(Panel& owner, Place place, const std::string& caption, const std::string& name,
-              const DisplayLaw& law, std::function<SliderRange()> sliderRange, Element recordElement);
+              const DisplayLaw& law, std::function<SliderRange()> sliderRange, Parameter edited,
+              int index = NoIndex);
   SliderField(const SliderField&) = delete;
   SliderField& operator=(const SliderField&) = delete;
 
   Slider slider;
-  std::function<void()> redisplay = [] {};  // every text that depends on the position
-  // Stores a position in the record; it may set the slider to another one.
-  std::function<void(double position)> store;
+  // What depends on the position, in the order in which it is shown anew.
+  std::vector<std::function<void()>> texts;
+  // Holds a value to what another parameter leaves it, where there is such a rule; a slider that wants to go
+  // beyond is stopped there with a beep.
+  std::function<double(double value)> within;
 
-  // Takes range and position from the record. A value outside the range moves into it, in the record as well.
+  // Takes range and position from the parameter. A value outside the range moves into it, in the record as
+  // well.
   void Fill();
 
  private:
   void Moved();
-  std::int16_t& Stored() { return element(panel.settings); }
-  double DefaultPosition() const;
+  double Wished() const;  // the value of the position
+  void TakePosition();
+  void Redisplay() const;
 
   Panel& panel;
   std::function<SliderRange()> range;
-  Element element;
-  std::function<std::int16_t(double)> stored;
-  std::function<double(std::int16_t)> positionOf;
+  Parameter parameter;
+  std::function<double(double)> stored, positionOf;
   bool filling = false;
 };
 
@@ -79,16 +81,16 @@ struct SliderField {
 struct SliderText {
   SliderText(Panel& panel, Place place, const std::string& caption, const std::string& sliderName,
              const std::string& textName, const DisplayLaw& law, const std::function<SliderRange()>& range,
-             const Element& element);
+             const Parameter& parameter, int index = NoIndex);
 
   SliderField field;
   SliderEntry entry;
 };
 
-// Option buttons over an element of the record, under their caption.
+// Option buttons over a parameter, under their caption.
 struct OptionField {
   OptionField(Panel& owner, Place place, const std::string& frameName, const std::string& caption,
-              const std::string& name, const std::vector<std::string>& captions, Element recordElement);
+              const std::string& name, const std::vector<std::string>& captions, Parameter edited);
   OptionField(const OptionField&) = delete;
   OptionField& operator=(const OptionField&) = delete;
 
@@ -97,10 +99,8 @@ struct OptionField {
 
  private:
   void Fill();
-  std::int16_t& Stored() { return element(panel.settings); }
 
-  Panel& panel;
-  Element element;
+  Parameter parameter;
 };
 
 }  // namespace vc

@@ -74,11 +74,6 @@ void MasterControl::ConfigureStages() {
   blocks.ConfigureBlocks();
 }
 
-void MasterControl::ShowStep() {
-  actions.ShowSteps();
-  blocks.ShowWhatBlocksDo();
-}
-
 void MasterControl::BindDisplays() {
   top.btnCoeffDisplay.clicked = [this] {
     ShowDisplay(top.btnCoeffDisplay.Value() == 1 ? display::Coefficients : display::None);

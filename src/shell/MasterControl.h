@@ -65,8 +65,6 @@ struct MasterControl {
   void ConfigureStages();
   // display::None, Coefficients or Spectrum; the buttons follow.
   void ShowDisplay(std::int16_t which);
-  // After a step: what it was, and what the blocks do now.
-  void ShowStep();
   void ShowOversize(bool shown);
   void ShowKeeping(const std::string& note);
 

@@ -167,7 +167,7 @@ EditWires Session::EditsWires() {
           .setupExchanged = [this] { setupContext.open.Forget(); },
           .stepsChanged =
               [this] {
-                master.ShowStep();
+                master.actions.ShowSteps();
                 ShowOpenSetup();
               }};
 }
