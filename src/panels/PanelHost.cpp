@@ -6,6 +6,7 @@
 
 #include "panels/AuxCtl.h"
 #include "panels/CutoffPanels.h"
+#include "panels/NotchPanels.h"
 #include "panels/ProcessorPanels.h"
 
 namespace vc {
@@ -17,21 +18,23 @@ AnyPanel Make(const PanelContext& context, const Description&... description) {
   return {made, &made->panel};
 }
 
-struct PanelRow {
-  std::string_view name;
-  AnyPanel (*make)(const PanelContext& context);
-};
+// A panel of several kinds, by the description of this one.
+template <typename P, const auto& Description>
+AnyPanel MakeFrom(const PanelContext& context) {
+  return Make<P>(context, Description);
+}
 
-constexpr std::array<PanelRow, 9> Panels{
-    {{"CtlLPF", [](const PanelContext& context) { return Make<EdgePanel>(context, CtlLPF); }},
-     {"CtlHPF", [](const PanelContext& context) { return Make<EdgePanel>(context, CtlHPF); }},
-     {"CtlBPF", [](const PanelContext& context) { return Make<BandPanel>(context, CtlBPF); }},
-     {"CtlBSF", [](const PanelContext& context) { return Make<BandPanel>(context, CtlBSF); }},
-     {"IHPFSetup", [](const PanelContext& context) { return Make<HighpassPanel>(context, IHPFSetup); }},
-     {"OHPFSetup", [](const PanelContext& context) { return Make<HighpassPanel>(context, OHPFSetup); }},
-     {"AGCSetup", Make<AGCSetup>},
-     {"LimiterSetup", Make<LimiterSetup>},
-     {"AuxCtl", Make<AuxCtl>}}};
+constexpr std::array<PanelRow, 11> Panels{{{"CtlLPF", MakeFrom<EdgePanel, CtlLPF>},
+                                           {"CtlHPF", MakeFrom<EdgePanel, CtlHPF>},
+                                           {"CtlBPF", MakeFrom<BandPanel, CtlBPF>},
+                                           {"CtlBSF", MakeFrom<BandPanel, CtlBSF>},
+                                           {"CtlNotch", MakeFrom<NotchPanel, CtlNotch>},
+                                           {"CtlSlot", MakeFrom<NotchPanel, CtlSlot>},
+                                           {"IHPFSetup", MakeFrom<HighpassPanel, IHPFSetup>},
+                                           {"OHPFSetup", MakeFrom<HighpassPanel, OHPFSetup>},
+                                           {"AGCSetup", Make<AGCSetup>},
+                                           {"LimiterSetup", Make<LimiterSetup>},
+                                           {"AuxCtl", Make<AuxCtl>}}};
 
 const PanelRow* FindPanel(std::string_view name) {
   const auto* row = std::ranges::find(Panels, name, &PanelRow::name);
@@ -48,6 +51,8 @@ AnyPanel Loaded(std::string_view name, const PanelContext& context) {
 }
 
 }  // namespace
+
+std::span<const PanelRow> PanelHost::Rows() { return Panels; }
 
 bool PanelHost::Has(std::string_view name) { return FindPanel(name) != nullptr; }
 

@@ -3,6 +3,7 @@
 
 #include <functional>
 #include <memory>
+#include <span>
 #include <string_view>
 
 #include "panels/Panel.h"
@@ -15,7 +16,14 @@ struct AnyPanel {
   Panel* panel = nullptr;
 };
 
+// One more panel is its file pair and a row.
+struct PanelRow {
+  std::string_view name;  // of its form
+  AnyPanel (*make)(const PanelContext& context);
+};
+
 struct PanelHost {
+  static std::span<const PanelRow> Rows();
   // False where no panel has this name yet.
   static bool Has(std::string_view name);
 
