@@ -62,8 +62,10 @@ InputChannel::InputChannel(Place place, int channel)
   frame.buttonsPerRow = meter.buttonsPerRow = 1;
 }
 
-FixedBlock::FixedBlock(Place place, const std::string& name, const std::string& caption)
-    : frame(place, "fra" + name, caption),
+FixedBlock::FixedBlock(Place place, const std::string& name, const std::string& caption,
+                       std::string_view blockPanel)
+    : panel(blockPanel),
+      frame(place, "fra" + name, caption),
       active(frame, "btn" + name, "Active", Style::Latching),
       keys(frame, "lbl" + name + "Keys", ""),
       config(frame, "btn" + name + "Config", "Setup", Style::Push) {

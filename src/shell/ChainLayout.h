@@ -3,6 +3,7 @@
 
 #include <array>
 #include <string>
+#include <string_view>
 
 #include "panels/SliderText.h"
 #include "shell/ConnectionIcon.h"
@@ -51,7 +52,8 @@ struct InputChannel {
 
 // A block that is on or off and has a window for its settings.
 struct FixedBlock {
-  FixedBlock(Place place, const std::string& name, const std::string& caption);
+  FixedBlock(Place place, const std::string& name, const std::string& caption, std::string_view blockPanel);
+  const std::string_view panel;  // the form that sets it up
   Frame frame;
   GraphicButton active;
   Label keys;  // its key numbers, as of every block
@@ -92,8 +94,8 @@ struct ChainLayout {
   std::array<InputChannel, 2> inputs{InputChannel{fraInputs, 0}, InputChannel{fraInputs, 1}};
 
   Frame fraInputProcessor{fraSignal, "fraInputProcessor", "Input Processor"};
-  FixedBlock ihpf{fraInputProcessor, "Ihpf", "Input HPF"};
-  FixedBlock agc{fraInputProcessor, "Agc", "AGC"};
+  FixedBlock ihpf{fraInputProcessor, "Ihpf", "Input HPF", "IHPFSetup"};
+  FixedBlock agc{fraInputProcessor, "Agc", "AGC", "AGCSetup"};
 
   Frame fraBroadbandStages{fraSignal, "fraBroadbandStages", "", Arrangement::Lanes};
   std::array<KindBlock, 2> broadband{KindBlock{fraBroadbandStages, "Broadband", 1},
@@ -111,8 +113,8 @@ struct ChainLayout {
   std::array<KindBlock, 2> equalizers{KindBlock{fraEqualizers, "Eq", 1}, KindBlock{fraEqualizers, "Eq", 2}};
 
   Frame fraOutputProcessor{fraSignal, "fraOutputProcessor", "Output Processor"};
-  FixedBlock ohpf{fraOutputProcessor, "Ohpf", "Output HPF"};
-  FixedBlock limiter{fraOutputProcessor, "Limiter", "Limiter"};
+  FixedBlock ohpf{fraOutputProcessor, "Ohpf", "Output HPF", "OHPFSetup"};
+  FixedBlock limiter{fraOutputProcessor, "Limiter", "Limiter", "LimiterSetup"};
 
   Frame fraOutputs{fraSignal, "fraOutputs", "Outputs", Arrangement::Lanes};
   Frame fraLeftOut{fraOutputs, "fraLeftOut", ""};
@@ -124,6 +126,7 @@ struct ChainLayout {
   GraphicButton btnClipOutputRight{fraRightOut, "btnClipOutputRight", "Clip", GraphicButton::Style::Lamp};
   LevelBar lbOutputRight{fraRightOut, "lbOutputRight", "Right Output"};
 
+  std::array<FixedBlock*, 4> FixedBlocks() { return {&ihpf, &agc, &ohpf, &limiter}; }
   // Stage 1..6, and equalizer or broadband stage 1 or 2.
   FilterBlock& Filter(int stage);
   KindBlock& Equalizer(int number) { return equalizers.at(static_cast<std::size_t>(number - 1)); }

@@ -105,8 +105,8 @@ void ChainPanels::OpenBroadband(int number) {
   Open([this, number] { return BroadbandBlockOf(number); }, true);
 }
 
-void ChainPanels::OpenBlock(std::string_view panel, FixedBlock& block) {
-  Open([panel, &block] { return Block{panel, panel, "", &block.active, false}; }, false);
+void ChainPanels::OpenBlock(FixedBlock& block) {
+  Open([&block] { return Block{block.panel, block.panel, "", &block.active, false}; }, false);
 }
 
 void ChainPanels::OpenMemory(int memory) {

@@ -31,12 +31,12 @@ struct ChainPanels {
   };
   explicit ChainPanels(const Around& parts);
 
-  // Filter stage 1..6, equalizer or broadband stage 1 or 2; the fixed blocks by the name of their form; the
-  // function of a stand-alone memory, 1..10.
+  // Filter stage 1..6, equalizer or broadband stage 1 or 2; a fixed block; the function of a
+  // stand-alone memory, 1..10.
   void OpenFilter(int stage);
   void OpenEqualizer(int number);
   void OpenBroadband(int number);
-  void OpenBlock(std::string_view panel, FixedBlock& block);
+  void OpenBlock(FixedBlock& block);
   void OpenMemory(int memory);
   // Shows the record anew in the panel that is open; closes it where its block is no longer of its kind.
   void Refresh();

@@ -39,11 +39,8 @@ void MasterControl::BindBlocks() {
     chain.Equalizer(side).config.clicked = [this, side] { panels.OpenEqualizer(side); };
     chain.Broadband(side).config.clicked = [this, side] { panels.OpenBroadband(side); };
   }
-  for (const auto& [block, panel] : {std::pair{&chain.ihpf, "IHPFSetup"},
-                                     {&chain.agc, "AGCSetup"},
-                                     {&chain.ohpf, "OHPFSetup"},
-                                     {&chain.limiter, "LimiterSetup"}}) {
-    block->config.clicked = [this, opened = block, name = panel] { panels.OpenBlock(name, *opened); };
+  for (FixedBlock* block : chain.FixedBlocks()) {
+    block->config.clicked = [this, opened = block] { panels.OpenBlock(*opened); };
   }
 }
 

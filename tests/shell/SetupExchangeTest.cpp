@@ -99,7 +99,7 @@ TEST_F(States, TheTitleTellsWhatIsNotStored) {
   EXPECT_EQ(form.Caption(), "Tape.nrv Master Control Panel - Veltrana");
   EXPECT_EQ(session.master.lblSetupFile.core.Caption(), Path("Tape.nrv"));
 
-  session.panels.OpenBlock("IHPFSetup", session.master.chain.ihpf);
+  session.panels.OpenBlock(session.master.chain.ihpf);
   EXPECT_EQ(run.Do("txtCutoff", "400"), "");
   EXPECT_EQ(form.Caption(), "*Tape.nrv Master Control Panel - Veltrana");
   run.desk.answers = {Answer::Yes};
