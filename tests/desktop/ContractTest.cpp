@@ -6,9 +6,8 @@
 #include <QAction>
 #include <QPoint>
 
-#include "PanelRun.h"
+#include "PanelOpening.h"
 #include "Shown.h"
-#include "model/Kinds.h"
 
 namespace desktop {
 namespace {
@@ -128,19 +127,7 @@ TEST(Contract, EveryPanelKeepsItToo) {
     EXPECT_NE(KeysTaken(run.Top(), nullptr), "");
   };
   check();
-  for (const std::int16_t kind : {vc::FilterKind::Lowpass, vc::FilterKind::Highpass, vc::FilterKind::Bandpass,
-                                  vc::FilterKind::Bandstop}) {
-    run.OpenFilter(1, kind);
-    check();
-    run.CloseTop();
-  }
-  for (const char* opener :
-       {"btnIhpfConfig", "btnOhpfConfig", "btnAgcConfig", "btnLimiterConfig", "mnuMemorySelect(3)"}) {
-    run.Click(opener);
-    EXPECT_NE(run.Top().name, "MasterControl") << opener;
-    check();
-    run.Press("Escape");
-  }
+  support::ForEachPanel(run, check);
 }
 
 TEST(Contract, TheTabKeyGoesInTheDeclaredOrder) {

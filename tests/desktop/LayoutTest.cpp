@@ -4,6 +4,7 @@
 #include <QComboBox>
 
 #include "MasterWindow.h"
+#include "PanelOpening.h"
 #include "Room.h"
 #include "desktop/FittedText.h"
 #include "desktop/FrameView.h"
@@ -67,12 +68,10 @@ TEST(Layout, EveryPanelFitsAndGivesSpareRoomToPlotAndSliders) {
     EXPECT_EQ(run.At("txtAtten").width(), text);
     run.CloseTop();
   }
-  for (const char* button : {"btnAgcConfig", "btnLimiterConfig", "btnIhpfConfig"}) {
-    run.Hit(button);
+  support::ForEachPanel(run, [&run] {
     run.Ready();
     ExpectAllFits(run.Window());
-    run.CloseTop();
-  }
+  });
 }
 
 TEST(Layout, EveryOtherWindowFitsASmallScreen) {

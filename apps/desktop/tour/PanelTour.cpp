@@ -5,20 +5,19 @@
 #include "desktop/tour/Hand.h"
 #include "desktop/tour/Tour.h"
 #include "model/Kinds.h"
+#include "panels/PanelHost.h"
 
 namespace tour {
 namespace {
 
-struct PanelStop {
-  const char* kind;  // in the list of the filters
-  const char* form;
-};
-constexpr PanelStop CutoffPanels[] = {
-    {"Lowpass", "CtlLPF"}, {"Highpass", "CtlHPF"}, {"Bandpass", "CtlBPF"}, {"Bandstop", "CtlBSF"}};
-constexpr PanelStop BlockPanels[] = {{"btnIhpfConfig", "IHPFSetup"},
-                                     {"btnOhpfConfig", "OHPFSetup"},
-                                     {"btnAgcConfig", "AGCSetup"},
-                                     {"btnLimiterConfig", "LimiterSetup"}};
+// What opens a panel that is not of a kind of stage: a button, or nothing where the walk goes there by a way
+// of its own (the unit's memories, by their menu).
+std::string OpenerOf(vc::ChainLayout& chain, std::string_view panel) {
+  for (vc::FixedBlock* block : chain.FixedBlocks()) {
+    if (block->panel == panel) return block->config.core.FullName();
+  }
+  return {};
+}
 
 void Press(desktop::FormWindow& window, const char* control) {
   QTest::mouseClick(window.findChild<QWidget*>(control), Qt::LeftButton);
@@ -43,19 +42,30 @@ void Tour::ShowChain() {
   ChooseRow("cmbConfig", "Mono");
 }
 
+bool Tour::OpenKind(const char* list, std::span<const vc::KindRow> kinds, std::string_view panel,
+                    const char* button) {
+  for (const vc::KindRow& kind : kinds) {
+    if (kind.panel != panel) continue;
+    ChooseRow(list, std::string(kind.name).c_str());
+    Press(Master(), button);
+    return true;
+  }
+  return false;
+}
+
 void Tour::ShowPanels() {
-  for (const auto& [kind, form] : CutoffPanels) {
-    ChooseRow("cmbFilter(1)", kind);
-    Press(Master(), "btnFilterConfig(1)");
+  for (const vc::PanelRow& row : vc::PanelHost::Rows()) {
+    const std::string opener = OpenerOf(program.session.master.chain, row.name), form(row.name);
+    const bool opened = OpenKind("cmbFilter(1)", vc::FilterKinds(), row.name, "btnFilterConfig(1)") ||
+                        OpenKind("cmbEq(1)", vc::EqKinds(), row.name, "btnEqConfig(1)") ||
+                        OpenKind("cmbBroadband(1)", vc::BroadbandKinds(), row.name, "btnBroadbandConfig(1)");
+    if (!opened && opener.empty()) continue;
+    if (!opened) Press(Master(), opener.c_str());
     desktop::FormWindow* window = OpenedByName(form);
     if (window == nullptr) continue;
-    EditCutoff(*window, form);
+    if (window->findChild<QWidget*>("sldrTransSlope") != nullptr) EditCutoff(*window, form);
     Press(*window, "btnOK");
-    Await([this, name = form] { return program.session.forms.Find(name) == nullptr; }, "OK closes it");
-  }
-  for (const auto& [button, form] : BlockPanels) {
-    Press(Master(), button);
-    if (desktop::FormWindow* window = OpenedByName(form)) Press(*window, "btnOK");
+    Await([this, &form] { return program.session.forms.Find(form) == nullptr; }, "OK closes it");
   }
   StoreInMemory();
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <functional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -10,6 +11,7 @@
 #include "desktop/Program.h"
 #include "desktop/tour/Album.h"
 #include "desktop/tour/BoxDriver.h"
+#include "model/Kinds.h"
 
 namespace tour {
 
@@ -37,6 +39,9 @@ class Tour {
   // The chain in its configurations, the panel of each block that has one, and the way back.
   void ShowChain();
   void ShowPanels();
+  // Makes the stage of a list the kind that has this panel, and opens it; false where no kind has it.
+  bool OpenKind(const char* list, std::span<const vc::KindRow> kinds, std::string_view panel,
+                const char* button);
   void EditCutoff(desktop::FormWindow& window, const std::string& form);
   void StoreInMemory();
   void UndoSteps();

@@ -1,0 +1,57 @@
+// Opens any panel of the table by the name of its form, whatever it edits.
+#pragma once
+
+#include <string_view>
+
+#include "PanelRun.h"
+#include "model/Kinds.h"
+#include "panels/PanelHost.h"
+
+namespace support {
+
+// At a stage beside the first, since what takes the wrong index often takes that one.
+inline constexpr int PanelStage = 2, PanelSide = 1, PanelMemory = 3;
+
+// Where a kind has this panel, the stage is made that kind and its panel opened.
+template <typename Kinds, typename Open>
+bool OpenKind(PanelRun& run, const Kinds& kinds, std::int16_t& stored, std::string_view panel, Open open) {
+  for (std::size_t kind = 0; kind < kinds.size(); ++kind) {
+    if (kinds[kind].panel != panel) continue;
+    stored = static_cast<std::int16_t>(kind);
+    run.session.master.ConfigMasterControl();
+    open();
+    return true;
+  }
+  return false;
+}
+
+// What is reached in none of these ways is a panel of the unit's memories, or does not open.
+inline void OpenPanel(PanelRun& run, std::string_view panel) {
+  vc::ChainPanels& panels = run.session.panels;
+  vc::SystemSettings& record = run.record;
+  if (OpenKind(run, vc::FilterKinds(), record.filterType[PanelStage], panel,
+               [&] { panels.OpenFilter(PanelStage); }) ||
+      OpenKind(run, vc::EqKinds(), record.eqType[PanelSide], panel,
+               [&] { panels.OpenEqualizer(PanelSide); }) ||
+      OpenKind(run, vc::BroadbandKinds(), record.broadbandType[PanelSide], panel,
+               [&] { panels.OpenBroadband(PanelSide); }))
+    return;
+  for (vc::FixedBlock* block : run.session.master.chain.FixedBlocks()) {
+    if (block->panel == panel) return panels.OpenBlock(*block);
+  }
+  panels.OpenMemory(PanelMemory);
+}
+
+// Every panel that there is is opened: visit() with the panel on top, and the panel's name in the trace.
+template <typename Visit>
+void ForEachPanel(PanelRun& run, Visit visit) {
+  for (const vc::PanelRow& row : vc::PanelHost::Rows()) {
+    SCOPED_TRACE(std::string(row.name));
+    OpenPanel(run, row.name);
+    ASSERT_EQ(run.Top().name, row.name);
+    visit();
+    if (run.Top().name == row.name) run.CloseTop();
+  }
+}
+
+}  // namespace support
