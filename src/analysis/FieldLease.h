@@ -3,19 +3,17 @@
 // (model/Loans.h).
 #pragma once
 
-#include <cstdint>
 #include <span>
-#include <string_view>
 #include <vector>
 
-#include "model/SystemSettings.h"
+#include "model/Fields.h"
 
 namespace vc {
 
-// A 16-bit field without indices, and what it is set to at first. Its borrower may store other values later.
+// A field without indices, and the number that it is set to at first. Its borrower may store others later.
 struct BorrowedValue {
-  std::string_view field;
-  std::int16_t value;
+  const FieldRow* row;
+  double value;
 };
 
 // Held by whoever has borrowed, in the form that shows it: however that goes, the operator's values stand
@@ -24,7 +22,7 @@ class FieldLease {
  public:
   // Nothing is borrowed.
   FieldLease() = default;
-  // All of the fields or, with a Fault, none: where there is no such field, or another lease has it.
+  // All of the fields or, with a Fault, none: where another lease has one of them.
   FieldLease(SystemSettings& record, std::span<const BorrowedValue> values);
   ~FieldLease() { Release(); }
   FieldLease(FieldLease&& other) noexcept;

@@ -8,6 +8,7 @@
 #include "DownloadFixture.h"
 #include "Outing.h"
 #include "analysis/FieldLease.h"
+#include "model/FieldAccess.h"
 
 namespace vc {
 namespace {
@@ -15,8 +16,9 @@ namespace {
 using support::DownloadRun;
 using testing::HasSubstr;
 
-constexpr std::array<BorrowedValue, 3> Analyzer{
-    {{"specAverages", 7}, {"averagerMode", 1}, {"yellowSignal", 5}}};
+const std::array<BorrowedValue, 3> Analyzer{{{&RowOf<&SystemSettings::specAverages>(), 7},
+                                             {&RowOf<&SystemSettings::averagerMode>(), 1},
+                                             {&RowOf<&SystemSettings::yellowSignal>(), 5}}};
 
 struct Lending : support::DownloadFixture {
   Lending() { Edit("specAverages", "2"); }
@@ -47,7 +49,8 @@ TEST_F(Lending, TheUnitFollowsWhatIsBorrowedAndWhatIsGivenBack) {
 
 TEST_F(Lending, GoesToOneAtATimeAllOrNothing) {
   FieldLease lease(record, Analyzer);
-  const std::array<BorrowedValue, 2> more{{{"specRun", 0}, {"averagerMode", 4}}};
+  const std::array<BorrowedValue, 2> more{
+      {{&RowOf<&SystemSettings::specRun>(), 0}, {&RowOf<&SystemSettings::averagerMode>(), 4}}};
   EXPECT_THROW(FieldLease(record, more), Fault);
   EXPECT_EQ(record.specRun, 1);
   EXPECT_EQ(Standing(), Borrowed);
@@ -62,12 +65,12 @@ TEST_F(Lending, UndoAndRedoPassItBy) {
   const std::string before = support::SetupOf(session);
   FieldLease lease(record, Analyzer);
   EXPECT_EQ(support::SetupOf(session), before);
-  session.history.Edit("Averages", "", [this](const SystemSettings&) { record.specAverages = 6; });
-  EXPECT_NE(session.history.UndoTitle(), "Averages");
-  session.history.Undo();  // what it takes back is the operator's
+  record.specAverages = 6;    // the borrower's
+  Edit("specAverages", "9");  // the operator's, who gets it when the lease ends
+  EXPECT_EQ(Standing(), (std::array<int, 3>{6, 1, 5}));
+  session.history.Undo();
   session.history.Undo();
   EXPECT_EQ(Standing(), (std::array<int, 3>{6, 1, 5}));
-  session.history.Redo();
   lease.Release();
   EXPECT_EQ(Standing(), Own);
   session.history.Redo();
