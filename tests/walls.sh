@@ -21,9 +21,7 @@ forbid "Nothing reads the environment" 'getenv|secure_getenv|environ\b' src apps
 forbid "The simulated unit shares no code with the program" '#include "(platform|text|widgets|link|model|shell|host|desktop|console)/' apps/unit
 forbid "The console and the host need no toolkit" '#include <Q' apps/console apps/host apps/unit
 forbid "A loop over a folder throws where it cannot be read on" 'for \(.*: *(std::filesystem|fs)::' src apps
-# The edits and the panels are still to be wired.
-forbid "What must lead somewhere has a default that does nothing" 'std::function<.*> [A-Za-z]+ = *(\[|$)' src \
-  --exclude=EditHistory.h --exclude=RecordEdits.h --exclude=Panel.h --exclude=SliderText.h
+forbid "What must lead somewhere has a default that does nothing" 'std::function<.*> [A-Za-z]+ = *(\[|$)' src
 forbid "A wire has a default" 'Wire<.*> [A-Za-z]+ *[={]' src
 # The parts of a path are told without a look at the disk.
 calls=$(grep -rnE '\b(filesystem|fs)::' src apps | sed -E 's/\b(filesystem|fs)::path\(//g' |

@@ -11,7 +11,6 @@ namespace {
 
 constexpr int PlotLeft = 500;
 constexpr int PlotWidth = 6400;
-constexpr std::int16_t TicksAfterEdit = 5;
 
 template <typename Wanted>
 void ApplyRules(SystemSettings& settings, Wanted wanted) {
@@ -65,11 +64,6 @@ void CorrectForUnit(SystemSettings& settings) {
 
 void LinkChannelsInMono(SystemSettings& settings) {
   if (settings.configMode == ConfigMode::Mono) settings.agcLinked = settings.limiterLinked = 1;
-}
-
-void MarkEdited(SystemSettings& settings) {
-  settings.stageChanged.Fill(-1);
-  settings.settingsChanged = TicksAfterEdit;
 }
 
 }  // namespace vc

@@ -28,7 +28,4 @@ void CorrectForUnit(SystemSettings& settings);
 // In Mono there is nothing to unlink: gain control and limiter count as linked.
 void LinkChannelsInMono(SystemSettings& settings);
 
-// The change mark of an edit: all six elements of stageChanged -1, settingsChanged 5 ticks.
-void MarkEdited(SystemSettings& settings);
-
 }  // namespace vc

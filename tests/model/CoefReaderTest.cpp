@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "LinkFixture.h"
+#include "Marked.h"
 #include "UnitEnd.h"
 #include "model/Kinds.h"
 
@@ -65,7 +66,7 @@ struct ReadBack : testing::Test {
 
   void EditThreshold(std::int16_t choice) {
     record.limiterThreshold = choice;
-    MarkEdited(record);
+    support::MarkEdited(record);
   }
 
   bool Read(int stage) {

@@ -279,7 +279,7 @@ TEST(AuxiliarySwitch, StoresInTheUnitWhatHasJustBeenEdited) {
   EXPECT_EQ(run.Top().name, "AuxCtl");
   EXPECT_EQ(run.test.desk.boxes.back().title, "Memory 10 Storage");
   run.record.ihpfCutoff = 320;
-  MarkEdited(run.record);
+  support::MarkEdited(run.record);
   run.Sent();
   run.test.desk.answers = {Answer::Yes};
   run.Click("btnOK");

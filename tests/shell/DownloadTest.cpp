@@ -74,7 +74,7 @@ TEST_F(Downloads, PendingFitRunsOnlyWhereTheLayoutChanges) {
 
   record.ch1Taps[1] = 2048;  // as a panel may ask, beyond the limit of one DSP stage
   record.fitPending = -1;
-  MarkEdited(record);
+  support::MarkEdited(record);
   Settle();
   EXPECT_NE(Sent().find(" 0/"), std::string::npos);
   EXPECT_EQ(record.maxTaps[1], 2048);
@@ -107,7 +107,7 @@ TEST_F(Downloads, RunningTableStaysUntilItIsClearedOrDestroyed) {
     EXPECT_EQ(Stage(1).coefficients, table);
     if (destroyed) record.filterBuilt[1] = 0;
     record.filterDirty[1] = -1;
-    MarkEdited(record);
+    support::MarkEdited(record);
     Settle();
     EXPECT_EQ(Sent().substr(0, 25), "85/32767 86/32767 89/128 ");
     EXPECT_FALSE(HasTable(1));
@@ -120,7 +120,7 @@ TEST_F(Downloads, AnotherNumberOfFiltersSendsTheDifferenceAndCutsNothing) {
   Edit("ch1Taps", "1024", 2);
   record.ch1Taps[2] = 3000;  // as a panel may ask, beyond the limit of one DSP stage
   record.fitPending = -1;
-  MarkEdited(record);
+  support::MarkEdited(record);
   Settle();
   const std::string held = unit.Dump();
   for (const char* number : {"1", "2"}) {
@@ -155,7 +155,7 @@ TEST_F(Downloads, FilterTakenOutAndPutBackHasItsTableAgain) {
   EXPECT_EQ(Stage(2).coefficients, table);
   record.filterBuilt[2] = 0;  // a table that was destroyed stays away
   record.filterDirty[2] = -1;
-  MarkEdited(record);
+  support::MarkEdited(record);
   Settle();
   for (const char* filters : {"1", "2"}) {
     Edit("numFilters", filters);
@@ -225,7 +225,7 @@ TEST_F(Downloads, AnewFromTheResetOnTheUnitHoldsWhatItHeld) {
   const std::string held = unit.Dump();
   Sent();
   session.download.ForgetBandwidth();
-  MarkEdited(record);
+  support::MarkEdited(record);
   Settle();
   EXPECT_NE(Sent().find(" 89/255 "), std::string::npos);
   EXPECT_EQ(unit.Dump(), held);

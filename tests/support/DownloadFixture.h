@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include "Marked.h"
 #include "TestSession.h"
 #include "WatchedUnit.h"
 #include "model/Fields.h"
