@@ -119,13 +119,15 @@ void PainterSurface::DrawDown(int left, int top, int length, vc::LineStyle style
 
 // A smooth pen wider than one pixel of the device is fifty times as dear, so the line is drawn side by side
 // until it is wide enough to stand out.
-void PainterSurface::DrawPolyline(std::span<const vc::Point> points, vc::Colour colour) {
+void PainterSurface::DrawPolyline(std::span<const vc::Point> points, vc::Colour colour,
+                                  const vc::Rectangle& clip) {
   QPolygonF line;
   line.reserve(static_cast<qsizetype>(points.size()));
   for (const vc::Point& point : points) line.append({point.x, point.y});
   QPen pen(ColourOf(colour, palette), 1);
   pen.setCosmetic(true);
   painter.save();
+  painter.setClipRect(ToQt(clip), Qt::IntersectClip);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(pen);
   const double ratio = painter.device()->devicePixelRatioF();

@@ -27,7 +27,7 @@ class PainterSurface : public vc::Surface {
   void DrawEdge(const vc::Rectangle& area, vc::EdgeStyle style) override;
   void DrawAcross(int left, int top, int length, vc::LineStyle style, vc::Colour colour) override;
   void DrawDown(int left, int top, int length, vc::LineStyle style, vc::Colour colour) override;
-  void DrawPolyline(std::span<const vc::Point> points, vc::Colour colour) override;
+  void DrawPolyline(std::span<const vc::Point> points, vc::Colour colour, const vc::Rectangle& clip) override;
   void DrawText(const vc::Rectangle& area, const std::string& text) override;
   vc::Size TextSize(const std::string& text) const override;
   vc::Colour Translated(vc::Colour colour) const override;

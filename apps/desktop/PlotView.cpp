@@ -21,7 +21,7 @@ QSize PlotView::sizeHint() const { return small ? SizeOf(8, 5) : SizeOf(56, 18);
 QSize PlotView::minimumSizeHint() const { return small ? SizeOf(8, 2) : SizeOf(34, 12); }
 
 void PlotView::Follow(std::string_view property) {
-  if (property != "Traces") grid = {};
+  if (property == "Caption" || property == "Enabled") grid = {};
   update();
 }
 
@@ -32,25 +32,30 @@ void PlotView::changeEvent(QEvent* event) {
   update();
 }
 
+void PlotView::KeepUp() {
+  const QSize wanted = (QSizeF(size()) * devicePixelRatioF()).toSize();
+  if (grid.size() == wanted && revision == model.Revision()) return;
+  revision = model.Revision();
+  grid = QPixmap(wanted);
+  grid.setDevicePixelRatio(devicePixelRatioF());
+  DrawGrid();
+}
+
 void PlotView::DrawGrid() {
-  const double ratio = devicePixelRatioF();
-  grid = QPixmap((QSizeF(size()) * ratio).toSize());
-  grid.setDevicePixelRatio(ratio);
-  grid.fill(palette().color(QPalette::Window));
   QPainter painter(&grid);
   painter.setFont(font());
   PainterSurface surface(painter, palette(), rect());
-  model.DrawGrid(surface, {0, 0, width(), height()});
+  layout = vc::LayOut(model, surface, {0, 0, width(), height()});
+  model.DrawGrid(surface, layout);
   ++gridsDrawn;
 }
 
 void PlotView::paintEvent(QPaintEvent* /*event*/) {
-  const QSize wanted = (QSizeF(size()) * devicePixelRatioF()).toSize();
-  if (grid.size() != wanted) DrawGrid();
+  KeepUp();
   QPainter painter(this);
   painter.drawPixmap(0, 0, grid);
   PainterSurface surface(painter, palette(), rect());
-  model.DrawTraces(surface, {0, 0, width(), height()});
+  model.DrawTraces(surface, layout);
 }
 
 }  // namespace desktop

@@ -6,7 +6,7 @@
 #include <QPixmap>
 #include <QWidget>
 
-#include "widgets/Plot.h"
+#include "widgets/PlotLayout.h"
 
 namespace desktop {
 
@@ -14,7 +14,7 @@ class PlotView : public QWidget {
  public:
   PlotView(const vc::Plot& plot, QWidget* parent);
 
-  // Repaints after the change of a property; the empty name stands for all of them.
+  // Repaints after the change of a property.
   void Follow(std::string_view property);
   int GridsDrawn() const { return gridsDrawn; }  // how often so far
 
@@ -27,11 +27,15 @@ class PlotView : public QWidget {
 
  private:
   QSize SizeOf(int digits, int lines) const;
+  // Lays the plot out and draws its grid anew where something that they depend on has changed.
+  void KeepUp();
   void DrawGrid();
 
   const vc::Plot& model;
   const bool small;
   QPixmap grid;  // none while it has to be drawn anew
+  vc::PlotLayout layout;
+  unsigned revision = 0;  // of the plot that the two show
   int gridsDrawn = 0;
 };
 

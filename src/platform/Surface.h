@@ -72,8 +72,8 @@ class Surface {
   // One pixel wide, upright or lying: from a pixel so many pixels to the right (or down).
   virtual void DrawAcross(int left, int top, int length, LineStyle style, Colour colour) = 0;
   virtual void DrawDown(int left, int top, int length, LineStyle style, Colour colour) = 0;
-  // One pixel wide, smooth.
-  virtual void DrawPolyline(std::span<const Point> points, Colour colour) = 0;
+  // As wide as a curve stands out, smooth, cut off at the edges of the clip.
+  virtual void DrawPolyline(std::span<const Point> points, Colour colour, const Rectangle& clip) = 0;
   // One line of text in the fore colour, its upper left corner at that of the area; it is not clipped there.
   virtual void DrawText(const Rectangle& area, const std::string& text) = 0;
   // What the text takes, as it would be drawn now.

@@ -11,66 +11,25 @@
 namespace vc {
 namespace {
 
-constexpr double Farthest = 1e9, LeastExtent = 1e-6;
-
-PlotAxis Corrected(PlotAxis axis) {
-  axis.from = std::isfinite(axis.from) ? std::clamp(axis.from, -Farthest, Farthest) : 0.0;
-  axis.to = std::isfinite(axis.to) ? std::clamp(axis.to, -Farthest, Farthest) : axis.from;
-  if (axis.to < axis.from) std::swap(axis.from, axis.to);
-  if (axis.to - axis.from < LeastExtent) axis.to = axis.from + 1.0;
-  return axis;
-}
-
-// The curve's points on the scale that is set, in runs: it is broken where there is no number.
-std::vector<std::vector<Point>> RunsOf(const Surface& surface, const PlotTrace& trace, const PlotAxis& x) {
-  std::vector<std::vector<Point>> runs(1);
+// The curve in runs: it is broken where there is no number.
+void DrawTrace(Surface& surface, const PlotTrace& trace, const PlotAxis& axis, const PlotLayout& layout) {
   const std::size_t last = std::max<std::size_t>(trace.values.size() - 1, 1);
+  const double step = (axis.to - axis.from) / static_cast<double>(last);
+  std::vector<Point> run;
+  run.reserve(last + 1);
+  const auto draw = [&] {
+    if (run.size() > 1) surface.DrawPolyline(run, trace.colour, layout.frame);
+    run.clear();
+  };
   for (std::size_t i = 0; i <= last; ++i) {
-    const float y = trace.values[std::min(i, trace.values.size() - 1)];
+    const auto y = static_cast<double>(trace.values[std::min(i, trace.values.size() - 1)]);
     if (std::isnan(y)) {
-      runs.emplace_back();
-      continue;
-    }
-    const double part = static_cast<double>(i) / static_cast<double>(last);
-    const Point at =
-        modGDI::LogicalToDevice(surface, x.from + part * (x.to - x.from), static_cast<double>(y));
-    constexpr double middle = 0.5;  // of the pixel
-    runs.back().push_back({at.x + middle, at.y + middle});
-  }
-  return runs;
-}
-
-Point Between(const Point& a, const Point& b, double part) {
-  return {a.x + part * (b.x - a.x), a.y + part * (b.y - a.y)};
-}
-
-// What of the line from a to b lies between two heights is added to the pieces, to the last of them where it
-// goes on from there.
-void AddWithin(std::vector<std::vector<Point>>& pieces, const Point& a, const Point& b, double top,
-               double bottom) {
-  const double rise = b.y - a.y;
-  double from = 0.0, to = 1.0;
-  if (rise != 0.0) {
-    const auto [enters, leaves] = std::minmax({(top - a.y) / rise, (bottom - a.y) / rise});
-    from = std::max(from, enters);
-    to = std::min(to, leaves);
-  } else if (a.y < top || a.y > bottom) {
-    return;
-  }
-  if (from >= to) return;
-  const Point start = Between(a, b, from);
-  if (pieces.empty() || pieces.back().back() != start) pieces.push_back({start});
-  pieces.back().push_back(Between(a, b, to));
-}
-
-void DrawTrace(Surface& surface, const PlotTrace& trace, const PlotAxis& x, const Rectangle& frame) {
-  std::vector<std::vector<Point>> pieces;
-  for (const auto& run : RunsOf(surface, trace, x)) {
-    for (std::size_t i = 1; i < run.size(); ++i) {
-      AddWithin(pieces, run[i - 1], run[i], frame.top, frame.Bottom());
+      draw();
+    } else {
+      run.push_back({layout.x.PixelOf(axis.from + static_cast<double>(i) * step), layout.y.PixelOf(y)});
     }
   }
-  for (const auto& piece : pieces) surface.DrawPolyline(piece, trace.colour);
+  draw();
 }
 
 void DrawLine(Surface& surface, const PlotLine& line) {
@@ -105,20 +64,21 @@ Plot::Plot(Place place, const std::string& name, const std::string& caption, int
 }
 
 void Plot::SetAxes(PlotAxis x, PlotAxis y) {
-  core.Store(xAxis, Corrected(std::move(x)), "Axes");
-  core.Store(yAxis, Corrected(std::move(y)), "Axes");
+  Lay(xAxis, Corrected(std::move(x)), "Axes");
+  Lay(yAxis, Corrected(std::move(y)), "Axes");
 }
 
 void Plot::SetTraces(const std::vector<PlotTrace>& curves) {
   const bool named = std::ranges::equal(curves, traces, [](const PlotTrace& a, const PlotTrace& b) {
     return a.name == b.name && a.colour == b.colour;
   });
+  if (!named) ++revision;
   if (core.Store(traces, curves, "Traces") && !named) core.Changed("Legend");
 }
 
 void Plot::SetMarkers(const std::vector<PlotMarker>& vertical, const std::vector<PlotMarker>& horizontal) {
-  core.Store(verticalMarkers, vertical, "Markers");
-  core.Store(horizontalMarkers, horizontal, "Markers");
+  Lay(verticalMarkers, vertical, "Markers");
+  Lay(horizontalMarkers, horizontal, "Markers");
 }
 
 std::string Plot::Summary() const {
@@ -139,13 +99,13 @@ std::string Plot::Summary() const {
 }
 
 void Plot::Draw(Surface& surface, const Rectangle& area) const {
-  DrawGrid(surface, area);
-  DrawTraces(surface, area);
+  const PlotLayout layout = LayOut(*this, surface, area);
+  DrawGrid(surface, layout);
+  DrawTraces(surface, layout);
 }
 
-void Plot::DrawGrid(Surface& surface, const Rectangle& area) const {
-  const PlotLayout layout = LayOut(*this, surface, area);
-  surface.FillRectangle(area, ButtonFace);
+void Plot::DrawGrid(Surface& surface, const PlotLayout& layout) const {
+  surface.FillRectangle(layout.area, ButtonFace);
   surface.FillRectangle(layout.frame, WindowBack);
   for (const PlotLine& line : layout.lines) DrawLine(surface, line);
   surface.FrameRectangle(layout.frame, FrameLine);
@@ -153,13 +113,10 @@ void Plot::DrawGrid(Surface& surface, const Rectangle& area) const {
   for (const PlotLabel& label : layout.labels) DrawLabel(surface, label);
 }
 
-void Plot::DrawTraces(Surface& surface, const Rectangle& area) const {
-  const PlotLayout layout = LayOut(*this, surface, area);
-  const Scale saved = std::exchange(surface.scale, ScaleOf(*this, layout.frame));
+void Plot::DrawTraces(Surface& surface, const PlotLayout& layout) const {
   for (const PlotTrace& trace : traces) {
-    if (!trace.values.empty()) DrawTrace(surface, trace, xAxis, layout.frame);
+    if (!trace.values.empty()) DrawTrace(surface, trace, xAxis, layout);
   }
-  surface.scale = saved;
 }
 
 }  // namespace vc

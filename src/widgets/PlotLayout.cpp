@@ -2,28 +2,13 @@
 
 #include <algorithm>
 #include <array>
-#include <cmath>
-#include <cstdint>
 #include <utility>
-
-#include "text/Convert.h"
-#include "widgets/modGDI.h"
 
 namespace vc {
 namespace {
 
 constexpr int MostTicks = 10;
 constexpr double SmallText = 0.85;
-constexpr double RoundOff = 1e-9;
-
-double TickStep(double extent, int most) {
-  const double least = extent / std::max(most, 1);
-  const double decade = std::pow(10.0, std::floor(std::log10(least)));
-  for (const double multiple : {1.0, 2.0, 5.0}) {
-    if (multiple * decade >= least * (1.0 - RoundOff)) return multiple * decade;
-  }
-  return 10.0 * decade;
-}
 
 // The text, or as much of its beginning as there is room for, never half of a character.
 std::string Fitted(const Surface& surface, std::string text, int room) {
@@ -64,7 +49,9 @@ class Builder {
   int Widest(const std::vector<PlotTick>& ticks) const;
   void AddLabel(const std::string& text, int left, int top, Colour colour);
   void AddLying(int place, LineStyle style, Colour colour);
-  Point PixelOf(double x, double y) const;
+  void PlaceScales();
+  int ColumnOf(double x) const { return static_cast<int>(out.x.PixelOf(x)); }
+  int RowOf(double y) const { return static_cast<int>(out.y.PixelOf(y)); }
   int LeftMargin() const;
   int RightMargin() const;
   void RowMarkerLabels(int frameLeft, int frameRight);
@@ -159,13 +146,12 @@ int Builder::RightMargin() const {
 void Builder::RowMarkerLabels(int frameLeft, int frameRight) {
   std::array<int, 3> ends{};  // from where a row is free
   ends.fill(area.left);
-  const PlotAxis& axis = plot.XAxis();
-  for (const PlotMarker& marker : Within(axis, plot.VerticalMarkers())) {
+  const PlotScale scale(plot.XAxis(), frameLeft, frameRight);
+  for (const PlotMarker& marker : Within(plot.XAxis(), plot.VerticalMarkers())) {
     const std::string text = Fitted(surface, marker.label, area.width);
     if (text.empty()) continue;
     const int wide = Width(text);
-    const double part = (marker.at - axis.from) / (axis.to - axis.from);
-    const int middle = frameLeft + static_cast<int>(part * (frameRight - frameLeft));
+    const int middle = static_cast<int>(scale.PixelOf(marker.at));
     const int wished = std::min(middle - wide / 2, area.Right() - wide);
     const auto free =
         std::ranges::find_if(ends, [&](int end) { return end <= std::min(middle, area.Right() - wide); });
@@ -180,15 +166,18 @@ void Builder::RowMarkerLabels(int frameLeft, int frameRight) {
 
 void Builder::PlaceFrame() {
   const int left = area.left + LeftMargin();
-  const int right = area.Right() - RightMargin();
+  const int right = std::max(area.Right() - RightMargin(), left + 2);
   RowMarkerLabels(left, right);
   const int top = headingBottom + rows * line + line / 2;
-  out.frame = {left, top, std::max(right - left, 2), std::max(area.Bottom() - line - gap - top, 2)};
+  out.frame = {left, top, right - left, std::max(area.Bottom() - line - gap - top, 2)};
+  PlaceScales();
 }
 
-Point Builder::PixelOf(double x, double y) const {
-  surface.scale = ScaleOf(plot, out.frame);
-  return modGDI::LogicalToDevice(surface, x, y);
+void Builder::PlaceScales() {
+  constexpr double middle = 0.5;  // of a pixel
+  const Rectangle& frame = out.frame;
+  out.x = PlotScale(plot.XAxis(), frame.left + middle, frame.Right() - middle);
+  out.y = PlotScale(plot.YAxis(), frame.Bottom() - middle, frame.top + middle);
 }
 
 void Builder::AddLying(int place, LineStyle style, Colour colour) {
@@ -198,9 +187,9 @@ void Builder::AddLying(int place, LineStyle style, Colour colour) {
 void Builder::PlaceSmall() {
   constexpr int lines = 4;
   out.frame = area;
-  surface.scale = ScaleOf(plot, out.frame);
+  PlaceScales();
   for (const PlotTick& tick : TicksOf(plot.YAxis(), lines)) {
-    AddLying(static_cast<int>(PixelOf(0.0, tick.at).y), LineStyle::Solid, GridLine);
+    AddLying(RowOf(tick.at), LineStyle::Solid, GridLine);
   }
 }
 
@@ -208,7 +197,7 @@ void Builder::PlaceYTicks() {
   const int most = std::clamp(out.frame.height / (line * 3 / 2), 2, MostTicks);
   const auto ticks = TicksOf(plot.YAxis(), most);
   for (std::size_t i = 0; i < ticks.size(); ++i) {
-    const int place = static_cast<int>(PixelOf(0.0, ticks[i].at).y);
+    const int place = RowOf(ticks[i].at);
     AddLying(place, LineStyle::Solid, GridLine);
     const std::string& unit = plot.YAxis().unit;
     const std::string text = ticks[i].text + (i + 1 < ticks.size() || unit.empty() ? "" : " " + unit);
@@ -220,7 +209,7 @@ void Builder::PlaceXTicks() {
   const int widest = Widest(TicksOf(plot.XAxis(), MostTicks));
   const auto ticks = TicksOf(plot.XAxis(), std::clamp(out.frame.width / (widest + line), 2, MostTicks));
   for (std::size_t i = 0; i < ticks.size(); ++i) {
-    const int place = static_cast<int>(PixelOf(ticks[i].at, 0.0).x);
+    const int place = ColumnOf(ticks[i].at);
     out.lines.push_back({place, out.frame.top, out.frame.height, true, LineStyle::Solid, GridLine});
     const std::string& unit = plot.XAxis().unit;
     const int left = std::max(out.frame.left - gap, place - Width(ticks[i].text) / 2);
@@ -232,7 +221,7 @@ void Builder::PlaceXTicks() {
 void Builder::PlaceVerticalMarkers() {
   const int rise = rows > 0 ? line / 2 : 0;  // up to the labels
   for (const PlotMarker& marker : Within(plot.XAxis(), plot.VerticalMarkers())) {
-    const int place = static_cast<int>(PixelOf(marker.at, 0.0).x);
+    const int place = ColumnOf(marker.at);
     out.lines.push_back(
         {place, out.frame.top - rise, out.frame.height + rise, true, LineStyle::Dotted, WindowText});
   }
@@ -250,7 +239,7 @@ void Builder::PlaceHorizontalMarkers() {
   const int left = out.frame.Right() + gap;
   int next = out.frame.top - line / 2;
   for (const PlotMarker& marker : markers) {
-    const int place = static_cast<int>(PixelOf(0.0, marker.at).y);
+    const int place = RowOf(marker.at);
     AddLying(place, LineStyle::Dotted, WindowText);
     const std::string text = Fitted(surface, marker.label, area.Right() - left);
     if (text.empty() || (static_cast<int>(labels.size()) + 1) * line > out.frame.height) continue;
@@ -267,31 +256,11 @@ void Builder::PlaceHorizontalMarkers() {
 
 }  // namespace
 
-std::vector<PlotTick> TicksOf(const PlotAxis& axis, int most) {
-  const double step = TickStep(axis.to - axis.from, most);
-  const int decimals = std::max(0, static_cast<int>(-std::floor(std::log10(step) + RoundOff)));
-  std::vector<PlotTick> ticks;
-  const auto first = static_cast<std::int64_t>(std::ceil(axis.from / step - RoundOff));
-  const auto last = static_cast<std::int64_t>(std::floor(axis.to / step + RoundOff));
-  for (std::int64_t i = first; i <= last; ++i) {
-    const double at = static_cast<double>(i) * step;
-    ticks.push_back({at, FixedText(at, decimals)});
-  }
-  return ticks;
-}
-
-Scale ScaleOf(const Plot& plot, const Rectangle& frame) {
-  const PlotAxis &x = plot.XAxis(), &y = plot.YAxis();
-  return {ScaleMode::User, x.from,        y.to,
-          x.to - x.from,   y.from - y.to, {frame.left, frame.top, frame.width - 1, frame.height - 1}};
-}
-
 PlotLayout LayOut(const Plot& plot, Surface& surface, const Rectangle& area) {
-  const Scale saved = surface.scale;
   Builder builder{plot, surface, area};
+  builder.out.area = area;
   if (plot.small) {
     builder.PlaceSmall();
-    surface.scale = saved;
     return std::move(builder.out);
   }
   builder.PlaceHeading();
@@ -300,7 +269,6 @@ PlotLayout LayOut(const Plot& plot, Surface& surface, const Rectangle& area) {
   builder.PlaceXTicks();
   builder.PlaceVerticalMarkers();
   builder.PlaceHorizontalMarkers();
-  surface.scale = saved;
   return std::move(builder.out);
 }
 

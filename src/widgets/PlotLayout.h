@@ -9,14 +9,6 @@
 
 namespace vc {
 
-// Places 1, 2 or 5 times a power of ten apart, not more than about so many, from within the axis. Their text
-// has the decimals that tell them apart.
-struct PlotTick {
-  double at;
-  std::string text;
-};
-std::vector<PlotTick> TicksOf(const PlotAxis& axis, int most);
-
 struct PlotLabel {
   std::string text;
   Rectangle area;
@@ -38,14 +30,12 @@ struct PlotSwatch {
 };
 
 struct PlotLayout {
-  Rectangle frame;
+  Rectangle area, frame;
+  PlotScale x, y;  // between the middles of the frame's outermost pixels
   std::vector<PlotSwatch> swatches;
   std::vector<PlotLine> lines;
   std::vector<PlotLabel> labels;
 };
-
-// The axes laid over the pixels of the frame.
-Scale ScaleOf(const Plot& plot, const Rectangle& frame);
 
 // The surface measures the texts.
 PlotLayout LayOut(const Plot& plot, Surface& surface, const Rectangle& area);

@@ -45,8 +45,9 @@ class RecordingSurface : public vc::Surface {
   void DrawDown(int left, int top, int length, vc::LineStyle style, vc::Colour colour) override {
     drawn.push_back({style == vc::LineStyle::Solid ? "line" : "dotted", {left, top, 1, length}, colour});
   }
-  void DrawPolyline(std::span<const vc::Point> points, vc::Colour colour) override {
-    drawn.push_back({"curve", {}, colour, 0, {}, {points.begin(), points.end()}});
+  void DrawPolyline(std::span<const vc::Point> points, vc::Colour colour,
+                    const vc::Rectangle& clip) override {
+    drawn.push_back({"curve", clip, colour, 0, {}, {points.begin(), points.end()}});
   }
   void DrawText(const vc::Rectangle& area, const std::string& text) override {
     drawn.push_back({"text", area, foreColour, 0, text});
