@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include <QFontMetrics>
+#include <QImage>
 #include <QPolygonF>
 
 #include "desktop/QtText.h"
@@ -14,7 +15,7 @@ namespace {
 
 constexpr vc::Colour SystemBit = 0x80000000U;
 constexpr int DotDistance = 3;
-constexpr double LeastCurveWidth = 1.5;  // pixels of the device
+constexpr double CurveWidth = 1.5;
 
 struct SystemColour {
   vc::Colour number;
@@ -35,6 +36,23 @@ constexpr std::array<SystemColour, 15> SystemColours{{{0, QPalette::Mid},
                                                       {20, QPalette::Light},
                                                       {21, QPalette::Shadow},
                                                       {22, QPalette::Midlight}}};
+
+// The ground with so much of another colour in it.
+struct MixedColour {
+  vc::Colour number;
+  QPalette::ColorRole role;
+  double part;
+};
+constexpr std::array<MixedColour, 2> MixedColours{
+    {{0x40, QPalette::Link, 0.10}, {0x41, QPalette::PlaceholderText, 0.10}}};
+
+QColor Mixed(const MixedColour& mixed, const QPalette& palette) {
+  const QColor ground = palette.color(QPalette::Base), more = palette.color(mixed.role);
+  const auto mix = [&](int from, int to) {
+    return static_cast<int>(std::lround(from + (to - from) * mixed.part));
+  };
+  return {mix(ground.red(), more.red()), mix(ground.green(), more.green()), mix(ground.blue(), more.blue())};
+}
 
 // Between the surface's pixels and those of the device.
 struct Fine {
@@ -62,6 +80,8 @@ QRect ToQt(const vc::Rectangle& area) { return {area.left, area.top, area.width,
 
 QColor ColourOf(vc::Colour colour, const QPalette& palette) {
   if ((colour & SystemBit) == 0) return {vc::RedOf(colour), vc::GreenOf(colour), vc::BlueOf(colour)};
+  const auto* mixed = std::ranges::find(MixedColours, colour & ~SystemBit, &MixedColour::number);
+  if (mixed != MixedColours.end()) return Mixed(*mixed, palette);
   const auto* row = std::ranges::find(SystemColours, colour & ~SystemBit, &SystemColour::number);
   return palette.color(row == SystemColours.end() ? QPalette::Window : row->role);
 }
@@ -117,28 +137,31 @@ void PainterSurface::DrawDown(int left, int top, int length, vc::LineStyle style
   });
 }
 
-// A smooth pen wider than one pixel of the device is fifty times as dear, so the line is drawn side by side
-// until it is wide enough to stand out.
+// A smooth pen wider than one pixel is fifty times as dear as the raster, which a page of lines has no use
+// for.
 void PainterSurface::DrawPolyline(std::span<const vc::Point> points, vc::Colour colour,
                                   const vc::Rectangle& clip) {
+  if (raster != nullptr) {
+    return raster->Stroke(strokeTarget, points, clip, ColourOf(colour, palette).rgb());
+  }
   QPolygonF line;
   line.reserve(static_cast<qsizetype>(points.size()));
   for (const vc::Point& point : points) line.append({point.x, point.y});
-  QPen pen(ColourOf(colour, palette), 1);
-  pen.setCosmetic(true);
   painter.save();
   painter.setClipRect(ToQt(clip), Qt::IntersectClip);
   painter.setRenderHint(QPainter::Antialiasing);
-  painter.setPen(pen);
-  const double ratio = painter.device()->devicePixelRatioF();
-  const double width = std::max(LeastCurveWidth, ratio);
-  const int strokes = static_cast<int>(std::ceil(width));
-  const auto place = [&](int stroke) { return (stroke / (strokes - 1.0) - 0.5) * (width - 1.0) / ratio; };
-  for (int across = 0; across < strokes; ++across) {
-    for (int down = 0; down < strokes; ++down) {
-      painter.drawPolyline(line.translated(place(across), place(down)));
-    }
-  }
+  painter.setPen(QPen(ColourOf(colour, palette), CurveWidth));
+  painter.drawPolyline(line);
+  painter.restore();
+}
+
+void PainterSurface::DrawPixels(std::span<const std::uint32_t> pixels, const vc::Size& size,
+                                const vc::Rectangle& area, const vc::Rectangle& clip) {
+  const QImage image(reinterpret_cast<const uchar*>(pixels.data()), size.width, size.height,
+                     QImage::Format_RGB32);
+  painter.save();
+  painter.setClipRect(ToQt(clip), Qt::IntersectClip);
+  painter.drawImage(ToQt(area), image);
   painter.restore();
 }
 

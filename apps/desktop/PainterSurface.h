@@ -8,6 +8,7 @@
 #include <QPalette>
 #include <QRect>
 
+#include "desktop/CurveRaster.h"
 #include "platform/Surface.h"
 
 namespace desktop {
@@ -21,6 +22,12 @@ class PainterSurface : public vc::Surface {
   PainterSurface(QPainter& target, const QPalette& colours, const QRect& visiblePart)
       : painter(target), palette(colours), visible(visiblePart), font(target.font()) {}
 
+  // From now on curves are stroked by the raster into the pixels, which are those of the painter's picture.
+  void StrokeBy(CurveRaster& stroker, const Pixels& target) {
+    raster = &stroker;
+    strokeTarget = target;
+  }
+
   void FillRectangle(const vc::Rectangle& area, vc::Colour colour) override;
   void FillEllipse(const vc::Rectangle& area, vc::Colour colour) override;
   void FrameRectangle(const vc::Rectangle& area, vc::Colour colour) override;
@@ -28,6 +35,8 @@ class PainterSurface : public vc::Surface {
   void DrawAcross(int left, int top, int length, vc::LineStyle style, vc::Colour colour) override;
   void DrawDown(int left, int top, int length, vc::LineStyle style, vc::Colour colour) override;
   void DrawPolyline(std::span<const vc::Point> points, vc::Colour colour, const vc::Rectangle& clip) override;
+  void DrawPixels(std::span<const std::uint32_t> pixels, const vc::Size& size, const vc::Rectangle& area,
+                  const vc::Rectangle& clip) override;
   void DrawText(const vc::Rectangle& area, const std::string& text) override;
   vc::Size TextSize(const std::string& text) const override;
   vc::Colour Translated(vc::Colour colour) const override;
@@ -40,6 +49,8 @@ class PainterSurface : public vc::Surface {
   const QPalette& palette;
   QRect visible;
   QFont font;
+  CurveRaster* raster = nullptr;
+  Pixels strokeTarget;
 };
 
 }  // namespace desktop

@@ -19,6 +19,8 @@ inline constexpr Colour ButtonFace = 0x8000000F;
 inline constexpr Colour GrayText = 0x80000011;
 inline constexpr Colour ButtonText = 0x80000012;
 inline constexpr Colour GridLine = 0x80000016;
+inline constexpr Colour PassBack = 0x80000040;  // behind what passes, and behind what is stopped
+inline constexpr Colour StopBack = 0x80000041;
 
 constexpr bool IsSystemColour(Colour colour) { return (colour & 0x80000000U) != 0; }
 constexpr int RedOf(Colour colour) { return static_cast<int>(colour & 0xFFU); }
@@ -74,6 +76,9 @@ class Surface {
   virtual void DrawDown(int left, int top, int length, LineStyle style, Colour colour) = 0;
   // As wide as a curve stands out, smooth, cut off at the edges of the clip.
   virtual void DrawPolyline(std::span<const Point> points, Colour colour, const Rectangle& clip) = 0;
+  // Pixels 0xFFRRGGBB, row by row from above, stretched over the area and cut off at the edges of the clip.
+  virtual void DrawPixels(std::span<const std::uint32_t> pixels, const Size& size, const Rectangle& area,
+                          const Rectangle& clip) = 0;
   // One line of text in the fore colour, its upper left corner at that of the area; it is not clipped there.
   virtual void DrawText(const Rectangle& area, const std::string& text) = 0;
   // What the text takes, as it would be drawn now.

@@ -60,7 +60,9 @@ Slider::Slider(Place place, const std::string& name, const std::string& caption,
 
 void Slider::SetPosition(double value) {
   const double bounded = std::max(positionMin, std::min(value, positionMax));
-  if (core.Store(position, bounded, "Position")) core.Raise(changed);
+  if (!core.Store(position, bounded, "Position")) return;
+  for (const ControlCore* other : alsoShownBy) other->Changed("Handles");
+  core.Raise(changed);
 }
 
 double Slider::Shown(double at) const { return show ? ParseNumber(show(at)).value_or(at) : at; }

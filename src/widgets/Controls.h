@@ -74,7 +74,8 @@ struct Slider {
   // How a position reads and how it is read, where something shows it; see SliderEntry.
   std::function<std::string(double position)> show;
   std::function<double(const std::string& text)> parse;
-  std::function<double()> defaultPosition;  // none where it has no default
+  std::function<double()> defaultPosition;      // none where it has no default
+  std::vector<const ControlCore*> alsoShownBy;  // their views are told "Handles" when it moves
 
   double Position() const { return position; }
   double PositionMin() const { return positionMin; }

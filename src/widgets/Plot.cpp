@@ -2,34 +2,81 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 #include <utility>
 
 #include "text/Convert.h"
+#include "widgets/PlotHandle.h"
 #include "widgets/PlotLayout.h"
 #include "widgets/modGDI.h"
 
 namespace vc {
 namespace {
 
-// The curve in runs: it is broken where there is no number.
+// Where the points of a trace lie along the axis.
+struct Places {
+  Places(const PlotTrace& shown, const PlotAxis& axis)
+      : own(shown.places),
+        from(axis.from),
+        step((axis.to - axis.from) / static_cast<double>(std::max<std::size_t>(shown.values.size() - 1, 1))) {
+  }
+  double operator[](std::size_t point) const {
+    return point < own.size() ? own[point] : from + step * static_cast<double>(point);
+  }
+  const std::vector<double>& own;
+  const double from, step;
+};
+
+// The curve in runs: it is broken where there is no number. One value alone has a second point.
 void DrawTrace(Surface& surface, const PlotTrace& trace, const PlotAxis& axis, const PlotLayout& layout) {
-  const std::size_t last = std::max<std::size_t>(trace.values.size() - 1, 1);
-  const double step = (axis.to - axis.from) / static_cast<double>(last);
-  std::vector<Point> run;
-  run.reserve(last + 1);
+  const PlotScale x = layout.x, y = layout.ScaleFor(trace);
+  const Places places(trace, axis);
+  const std::size_t points = std::max<std::size_t>(trace.values.size(), 2);
+  std::vector<Point> all(points);
+  std::size_t run = 0;  // so many of them are not drawn yet
   const auto draw = [&] {
-    if (run.size() > 1) surface.DrawPolyline(run, trace.colour, layout.frame);
-    run.clear();
+    if (run > 1) surface.DrawPolyline(std::span(all).first(run), trace.colour, layout.frame);
+    run = 0;
   };
-  for (std::size_t i = 0; i <= last; ++i) {
-    const auto y = static_cast<double>(trace.values[std::min(i, trace.values.size() - 1)]);
-    if (std::isnan(y)) {
+  for (std::size_t i = 0; i < points; ++i) {
+    const auto value = static_cast<double>(i < trace.values.size() ? trace.values[i] : trace.values.front());
+    const Point at{x.PixelOf(places[i]), y.PixelOf(value)};
+    if (std::isnan(at.x) || std::isnan(at.y)) {
       draw();
     } else {
-      run.push_back({layout.x.PixelOf(axis.from + static_cast<double>(i) * step), layout.y.PixelOf(y)});
+      all[run++] = at;
     }
   }
   draw();
+}
+
+void DrawBand(Surface& surface, const PlotBand& band, const PlotLayout& layout) {
+  const Rectangle& frame = layout.frame;
+  const auto column = [&](double place) {
+    return std::clamp(static_cast<int>(layout.x.PixelOf(place)), frame.left, frame.Right());
+  };
+  const int from = column(band.from), to = band.to < band.from ? from : column(band.to);
+  const Colour back = band.meaning == BandMeaning::Pass ? PassBack : StopBack;
+  if (to > from) surface.FillRectangle({from, frame.top, to - from, frame.height}, back);
+}
+
+// On a logarithmic axis column by column, each as wide as it is there.
+void DrawImage(Surface& surface, const PlotImage& image, const PlotAxis& axis, const PlotLayout& layout) {
+  const auto row = [&](double level) { return static_cast<int>(std::lround(layout.y.PixelOf(level) - 0.5)); };
+  const int top = row(image.top), height = std::max(row(image.bottom) - top, 1);
+  const int parts = axis.law == AxisLaw::Linear ? 1 : image.width, wide = image.width / parts;
+  std::vector<std::uint32_t> strip(static_cast<std::size_t>(parts > 1 ? image.height : 0));
+  for (int part = 0; part < parts; ++part) {
+    const auto column = [&](int at) {
+      const double place = image.left + (image.right - image.left) * at / parts;
+      return static_cast<int>(std::lround(layout.x.PixelOf(place) - 0.5));
+    };
+    const Rectangle area{column(part), top, std::max(column(part + 1) - column(part), 1), height};
+    for (std::size_t i = 0; i < strip.size(); ++i) {
+      strip[i] = image.pixels[i * static_cast<std::size_t>(image.width) + static_cast<std::size_t>(part)];
+    }
+    surface.DrawPixels(parts > 1 ? strip : image.pixels, {wide, image.height}, area, layout.frame);
+  }
 }
 
 void DrawLine(Surface& surface, const PlotLine& line) {
@@ -70,11 +117,55 @@ void Plot::SetAxes(PlotAxis x, PlotAxis y) {
 
 void Plot::SetTraces(const std::vector<PlotTrace>& curves) {
   const bool named = std::ranges::equal(curves, traces, [](const PlotTrace& a, const PlotTrace& b) {
-    return a.name == b.name && a.colour == b.colour;
+    return a.name == b.name && a.colour == b.colour && a.yAxis == b.yAxis;
   });
   if (!named) ++revision;
   if (core.Store(traces, curves, "Traces") && !named) core.Changed("Legend");
 }
+
+void Plot::SetImage(PlotImage picture) {
+  const bool whole = picture.width > 0 && picture.height > 0 &&
+                     picture.pixels.size() ==
+                         static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height);
+  Lay(image, whole ? std::move(picture) : PlotImage{}, "Image");
+}
+
+void Plot::SetCursor(std::optional<double> x) {
+  if (x) x = std::clamp(*x, xAxis.from, xAxis.to);
+  core.Store(cursor, x, "Cursor");
+}
+
+std::optional<double> Plot::LevelAt(const PlotTrace& trace, double x) const {
+  if (trace.values.size() == 1) return static_cast<double>(trace.values.front());
+  const Places places(trace, xAxis);
+  for (std::size_t i = 1; i < trace.values.size(); ++i) {
+    const double from = places[i - 1], to = places[i];
+    if (!(x >= std::min(from, to) && x <= std::max(from, to))) continue;
+    const auto before = static_cast<double>(trace.values[i - 1]),
+               after = static_cast<double>(trace.values[i]);
+    const double level = from == to ? after : before + (after - before) * (x - from) / (to - from);
+    if (!std::isnan(level)) return level;
+  }
+  return std::nullopt;
+}
+
+std::string Plot::CursorText() const {
+  if (!cursor) return {};
+  constexpr double fine = 500.0;
+  const int decimals = static_cast<int>(-std::floor(std::log10((xAxis.to - xAxis.from) / fine)));
+  std::string text = WithUnit(FixedText(*cursor, std::clamp(decimals, 0, 6)), xAxis.unit);
+  const char* between = ": ";
+  for (const PlotTrace& trace : traces) {
+    const auto level = LevelAt(trace, *cursor);
+    if (!level) continue;
+    const std::string& unit = trace.yAxis ? trace.yAxis->unit : yAxis.unit;
+    text += between + (traces.size() > 1 ? trace.name + " " : "") + WithUnit(FixedText(*level, 1), unit);
+    between = ", ";
+  }
+  return text;
+}
+
+bool Plot::HandleHeld() const { return std::ranges::any_of(handles, &PlotHandle::Held); }
 
 void Plot::SetMarkers(const std::vector<PlotMarker>& vertical, const std::vector<PlotMarker>& horizontal) {
   Lay(verticalMarkers, vertical, "Markers");
@@ -87,13 +178,13 @@ std::string Plot::Summary() const {
   constexpr std::size_t mostTold = 5;
   const std::size_t last = values.size() - 1;
   const std::size_t told = std::min(values.size(), mostTold);
+  const Places places(traces.front(), xAxis);
   std::string text = std::to_string(values.size()) + (last == 0 ? " point:" : " points:");
   for (std::size_t i = 0; i < told; ++i) {
     const std::size_t point = told == 1 ? 0 : i * last / (told - 1);
-    const double part = last == 0 ? 0.0 : static_cast<double>(point) / static_cast<double>(last);
-    const double x = xAxis.from + part * (xAxis.to - xAxis.from);
-    text += (i == 0 ? " " : " | ") + WithUnit(PlaceText(x), xAxis.unit) + " " +
-            WithUnit(FixedText(static_cast<double>(values[point]), 1), yAxis.unit);
+    const std::string& unit = traces.front().yAxis ? traces.front().yAxis->unit : yAxis.unit;
+    text += (i == 0 ? " " : " | ") + WithUnit(PlaceText(places[point]), xAxis.unit) + " " +
+            WithUnit(FixedText(static_cast<double>(values[point]), 1), unit);
   }
   return text;
 }
@@ -107,6 +198,8 @@ void Plot::Draw(Surface& surface, const Rectangle& area) const {
 void Plot::DrawGrid(Surface& surface, const PlotLayout& layout) const {
   surface.FillRectangle(layout.area, ButtonFace);
   surface.FillRectangle(layout.frame, WindowBack);
+  for (const PlotBand& band : bands) DrawBand(surface, band, layout);
+  if (image.width > 0) DrawImage(surface, image, xAxis, layout);
   for (const PlotLine& line : layout.lines) DrawLine(surface, line);
   surface.FrameRectangle(layout.frame, FrameLine);
   for (const PlotSwatch& swatch : layout.swatches) surface.FillRectangle(swatch.area, swatch.colour);
@@ -117,6 +210,29 @@ void Plot::DrawTraces(Surface& surface, const PlotLayout& layout) const {
   for (const PlotTrace& trace : traces) {
     if (!trace.values.empty()) DrawTrace(surface, trace, xAxis, layout);
   }
+}
+
+void Plot::DrawCursor(Surface& surface, const PlotLayout& layout) const {
+  if (!cursor) return;
+  const Rectangle& frame = layout.frame;
+  const int column = static_cast<int>(layout.x.PixelOf(*cursor));
+  surface.DrawDown(column, frame.top, frame.height, LineStyle::Solid, GrayText);
+  constexpr int dot = 7;
+  for (const PlotTrace& trace : traces) {
+    const auto level = LevelAt(trace, *cursor);
+    const int row = level ? static_cast<int>(layout.ScaleFor(trace).PixelOf(*level)) : -1;
+    if (row < frame.top || row >= frame.Bottom()) continue;
+    surface.FillEllipse({column - dot / 2, row - dot / 2, dot, dot}, trace.colour);
+  }
+  const std::string text = CursorText();
+  const Size size = surface.TextSize(text);
+  const int gap = std::max(size.height / 3, 1), wide = size.width + 2 * gap;
+  const bool atLeft = column + gap + wide > frame.Right();
+  const int left = std::max(atLeft ? column - gap - wide : column + gap, frame.left);
+  const Rectangle box{left, frame.top + gap, wide, size.height + gap};
+  surface.FillRectangle(box, ButtonFace);
+  surface.FrameRectangle(box, FrameLine);
+  modGDI::DrawPictureText(surface, text, box.left + gap, box.top + gap / 2, WindowText);
 }
 
 }  // namespace vc

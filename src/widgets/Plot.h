@@ -3,6 +3,9 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,12 +19,14 @@ namespace vc {
 // Curves in these colours can be told apart, on light and on dark.
 inline constexpr std::array<Colour, 4> TraceColours{Highlight, 0x1F7AD8, 0x4C9A3A, 0xB04FA8};
 
-// The first value stands at the beginning of the x axis, the last at its end, the others evenly between. One
-// value alone is a level all along. What is not a number is left out.
+// The first value stands at the beginning of the x axis, the last at its end, the others evenly between, or
+// each at a place of its own. One value alone is a level all along. What is not a number is left out.
 struct PlotTrace {
   std::string name;
   std::vector<float> values;
   Colour colour = TraceColours[0];
+  std::vector<double> places{};     // along the x axis, one a value; none where they are evenly spaced
+  std::optional<PlotAxis> yAxis{};  // of its own, at the right; the plot's where it has none
   bool operator==(const PlotTrace&) const = default;
 };
 
@@ -32,7 +37,32 @@ struct PlotMarker {
   bool operator==(const PlotMarker&) const = default;
 };
 
+// A part of the x axis that means something, shaded.
+enum class BandMeaning { Pass, Stop };
+struct PlotBand {
+  double from = 0.0, to = 0.0;
+  BandMeaning meaning = BandMeaning::Pass;
+  bool operator==(const PlotBand&) const = default;
+};
+
+// Pixels behind the grid, laid over a part of the axes; their first row is the upper one.
+struct PlotImage {
+  int width = 0, height = 0;
+  std::vector<std::uint32_t> pixels;                        // 0xFFRRGGBB, row by row
+  double left = 0.0, right = 0.0, top = 0.0, bottom = 0.0;  // on the axes
+  bool operator==(const PlotImage&) const = default;
+};
+
+// What the pointer does over the picture, and where, on the axes; a place outside the frame lies beyond their
+// ends.
+enum class PointerAction { Press, Move, Release, Leave };
+struct PlotPointer {
+  PointerAction action;
+  double x, y;
+};
+
 struct PlotLayout;
+struct PlotHandle;
 
 struct Plot {
   Plot(Place place, const std::string& name, const std::string& caption, int index = NoIndex);
@@ -50,9 +80,40 @@ struct Plot {
   void SetMarkers(const std::vector<PlotMarker>& vertical, const std::vector<PlotMarker>& horizontal);
   const std::vector<PlotMarker>& VerticalMarkers() const { return verticalMarkers; }
   const std::vector<PlotMarker>& HorizontalMarkers() const { return horizontalMarkers; }
+  void SetBands(const std::vector<PlotBand>& shaded) { Lay(bands, shaded, "Bands"); }
+  const std::vector<PlotBand>& Bands() const { return bands; }
+  // One whose pixels are not as many as its width and height say is none.
+  void SetImage(PlotImage picture);
+  const PlotImage& Image() const { return image; }
   // In small letters above the picture: where the curve comes from.
   void SetNote(const std::string& text) { Lay(note, text, "Note"); }
   const std::string& Note() const { return note; }
+
+  // A line across the curves that tells what they have there; none takes it away. It is held within the axis.
+  void SetCursor(std::optional<double> x);
+  const std::optional<double>& Cursor() const { return cursor; }
+  // "1000 Hz: -6.0 dB", of several curves "1000 Hz: Input -6.0 dB, Output -7.5 dB"; empty without a cursor.
+  std::string CursorText() const;
+  // What a curve has at a place of the x axis, between two points on the line that joins them; none where it
+  // has nothing.
+  std::optional<double> LevelAt(const PlotTrace& trace, double x) const;
+
+  // Points that the operator takes and moves, in the order of their declaration.
+  std::vector<PlotHandle*> handles;
+  bool HandleHeld() const;
+  // A handle was let go. And: what a handle does to two sliders at once is to be one edit under its name.
+  std::function<void()> released;
+  std::function<void(const std::string& handle, const std::function<void()>& action)> together;
+  // Whoever wants what pointer and keys do over the picture sets these; a key that is not known goes on.
+  std::function<void(const PlotPointer& event)> pointer;
+  std::function<bool(std::string_view combination)> keyPressed;
+  // What the operator may choose in the plot's menu: an entry that is checked or not, and what a choice does.
+  struct Choice {
+    std::string caption;
+    std::function<bool()> checked;
+    std::function<void()> chosen;
+  };
+  std::vector<Choice> choices;
 
   // The first curve in words: "3 points: 0 Hz 0.0 dB | 800 Hz -6.0 dB | 1600 Hz -12.0 dB". Of many points a
   // few evenly spaced ones are told; it is empty where there is no curve.
@@ -65,6 +126,8 @@ struct Plot {
   void Draw(Surface& surface, const Rectangle& area) const;
   void DrawGrid(Surface& surface, const PlotLayout& layout) const;
   void DrawTraces(Surface& surface, const PlotLayout& layout) const;
+  // The cursor, over the curves.
+  void DrawCursor(Surface& surface, const PlotLayout& layout) const;
 
  private:
   // Stores what the layout depends on.
@@ -79,7 +142,10 @@ struct Plot {
   PlotAxis xAxis, yAxis;
   std::vector<PlotTrace> traces;
   std::vector<PlotMarker> verticalMarkers, horizontalMarkers;
+  std::vector<PlotBand> bands;
+  PlotImage image;
   std::string note;
+  std::optional<double> cursor;
 };
 
 }  // namespace vc

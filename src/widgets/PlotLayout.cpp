@@ -40,6 +40,7 @@ class Builder {
   void PlaceFrame();
   void PlaceXTicks();
   void PlaceYTicks();
+  void PlaceRightTicks();
   void PlaceVerticalMarkers();
   void PlaceHorizontalMarkers();
   PlotLayout out{};
@@ -53,7 +54,11 @@ class Builder {
   int ColumnOf(double x) const { return static_cast<int>(out.x.PixelOf(x)); }
   int RowOf(double y) const { return static_cast<int>(out.y.PixelOf(y)); }
   int LeftMargin() const;
-  int RightMargin() const;
+  int RightMargin();
+  // The range of the first curve that has another one than the plot; null where none has.
+  const PlotAxis* RightAxis() const;
+  std::string TickText(const std::vector<PlotTick>& ticks, std::size_t i, const std::string& unit) const;
+  int MostRows() const { return std::clamp(out.frame.height / (line * 3 / 2), 2, MostTicks); }
   void RowMarkerLabels(int frameLeft, int frameRight);
 
   struct Headed {
@@ -69,6 +74,7 @@ class Builder {
   const Rectangle area;
   const int line = surface.TextSize("0").height, gap = std::max(1, line / 3);
   int headingBottom = area.top;
+  int rightNumbers = 0;          // room for those of the right axis
   std::vector<PlotLabel> rowed;  // labels of the upright markers; their tops count rows up from the frame
   int rows = 0;
 };
@@ -131,14 +137,34 @@ int Builder::LeftMargin() const {
   return widest + gap;
 }
 
-// Room for what the lying markers say, and for half of the last number with its unit.
-int Builder::RightMargin() const {
+const PlotAxis* Builder::RightAxis() const {
+  const auto found = std::ranges::find_if(plot.Traces(), [this](const PlotTrace& trace) {
+    return trace.yAxis && Corrected(*trace.yAxis) != plot.YAxis();
+  });
+  return found == plot.Traces().end() ? nullptr : &*found->yAxis;
+}
+
+// The last number bears the unit.
+std::string Builder::TickText(const std::vector<PlotTick>& ticks, std::size_t i,
+                              const std::string& unit) const {
+  return ticks[i].text + (i + 1 < ticks.size() || unit.empty() ? "" : " " + unit);
+}
+
+// Room for the numbers of the right axis and for what the lying markers say, and for half of the last number
+// with its unit.
+int Builder::RightMargin() {
+  if (const PlotAxis* axis = RightAxis()) {
+    const auto ticks = TicksOf(Corrected(*axis), MostTicks);
+    for (std::size_t i = 0; i < ticks.size(); ++i) {
+      rightNumbers = std::max(rightNumbers, gap + Width(TickText(ticks, i, axis->unit)));
+    }
+  }
   const int number = Widest(TicksOf(plot.XAxis(), MostTicks)) / 2 + Width(" " + plot.XAxis().unit);
   int widest = 0;
   for (const PlotMarker& marker : Within(plot.YAxis(), plot.HorizontalMarkers())) {
     if (!marker.label.empty()) widest = std::max(widest, Width(marker.label) + gap);
   }
-  return std::max({number, std::min(widest, area.width / 3), 1});
+  return std::max({number, rightNumbers + std::min(widest, area.width / 3), 1});
 }
 
 // Each in the lowest of three rows where it is clear of its neighbours and still over its line; one that has
@@ -177,7 +203,13 @@ void Builder::PlaceScales() {
   constexpr double middle = 0.5;  // of a pixel
   const Rectangle& frame = out.frame;
   out.x = PlotScale(plot.XAxis(), frame.left + middle, frame.Right() - middle);
-  out.y = PlotScale(plot.YAxis(), frame.Bottom() - middle, frame.top + middle);
+  const auto upright = [&](const PlotAxis& axis) {
+    return PlotScale(axis, frame.Bottom() - middle, frame.top + middle);
+  };
+  out.y = upright(plot.YAxis());
+  for (const PlotTrace& trace : plot.Traces()) {
+    if (trace.yAxis) out.own.emplace_back(*trace.yAxis, upright(Corrected(*trace.yAxis)));
+  }
 }
 
 void Builder::AddLying(int place, LineStyle style, Colour colour) {
@@ -194,14 +226,24 @@ void Builder::PlaceSmall() {
 }
 
 void Builder::PlaceYTicks() {
-  const int most = std::clamp(out.frame.height / (line * 3 / 2), 2, MostTicks);
-  const auto ticks = TicksOf(plot.YAxis(), most);
+  const auto ticks = TicksOf(plot.YAxis(), MostRows());
   for (std::size_t i = 0; i < ticks.size(); ++i) {
     const int place = RowOf(ticks[i].at);
     AddLying(place, LineStyle::Solid, GridLine);
-    const std::string& unit = plot.YAxis().unit;
-    const std::string text = ticks[i].text + (i + 1 < ticks.size() || unit.empty() ? "" : " " + unit);
+    const std::string text = TickText(ticks, i, plot.YAxis().unit);
     AddLabel(text, out.frame.left - gap - Width(text), place - line / 2, WindowText);
+  }
+}
+
+void Builder::PlaceRightTicks() {
+  const PlotAxis* axis = RightAxis();
+  if (axis == nullptr) return;
+  const PlotScale scale(Corrected(*axis), out.frame.Bottom() - 1, out.frame.top);
+  const auto ticks = TicksOf(Corrected(*axis), MostRows());
+  for (std::size_t i = 0; i < ticks.size(); ++i) {
+    const int place = static_cast<int>(scale.PixelOf(ticks[i].at));
+    out.lines.push_back({out.frame.Right() - gap, place, gap, false, LineStyle::Solid, GrayText});
+    AddLabel(TickText(ticks, i, axis->unit), out.frame.Right() + gap, place - line / 2, WindowText);
   }
 }
 
@@ -211,9 +253,8 @@ void Builder::PlaceXTicks() {
   for (std::size_t i = 0; i < ticks.size(); ++i) {
     const int place = ColumnOf(ticks[i].at);
     out.lines.push_back({place, out.frame.top, out.frame.height, true, LineStyle::Solid, GridLine});
-    const std::string& unit = plot.XAxis().unit;
     const int left = std::max(out.frame.left - gap, place - Width(ticks[i].text) / 2);
-    const std::string text = ticks[i].text + (i + 1 < ticks.size() || unit.empty() ? "" : " " + unit);
+    const std::string text = TickText(ticks, i, plot.XAxis().unit);
     AddLabel(text, left, out.frame.Bottom() + gap, WindowText);
   }
 }
@@ -236,7 +277,7 @@ void Builder::PlaceHorizontalMarkers() {
   auto markers = Within(plot.YAxis(), plot.HorizontalMarkers());
   std::ranges::reverse(markers);
   std::vector<PlotLabel> labels;
-  const int left = out.frame.Right() + gap;
+  const int left = out.frame.Right() + rightNumbers + gap;
   int next = out.frame.top - line / 2;
   for (const PlotMarker& marker : markers) {
     const int place = RowOf(marker.at);
@@ -256,6 +297,11 @@ void Builder::PlaceHorizontalMarkers() {
 
 }  // namespace
 
+const PlotScale& PlotLayout::ScaleFor(const PlotTrace& trace) const {
+  const auto found = std::ranges::find_if(own, [&](const auto& one) { return one.first == trace.yAxis; });
+  return found == own.end() ? y : found->second;
+}
+
 PlotLayout LayOut(const Plot& plot, Surface& surface, const Rectangle& area) {
   Builder builder{plot, surface, area};
   builder.out.area = area;
@@ -266,6 +312,7 @@ PlotLayout LayOut(const Plot& plot, Surface& surface, const Rectangle& area) {
   builder.PlaceHeading();
   builder.PlaceFrame();
   builder.PlaceYTicks();
+  builder.PlaceRightTicks();
   builder.PlaceXTicks();
   builder.PlaceVerticalMarkers();
   builder.PlaceHorizontalMarkers();

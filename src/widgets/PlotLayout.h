@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "widgets/Plot.h"
@@ -32,6 +33,9 @@ struct PlotSwatch {
 struct PlotLayout {
   Rectangle area, frame;
   PlotScale x, y;  // between the middles of the frame's outermost pixels
+  // Of the curves that have a range of their own, in their order.
+  std::vector<std::pair<PlotAxis, PlotScale>> own;
+  const PlotScale& ScaleFor(const PlotTrace& trace) const;
   std::vector<PlotSwatch> swatches;
   std::vector<PlotLine> lines;
   std::vector<PlotLabel> labels;

@@ -12,7 +12,6 @@ namespace vc {
 namespace {
 
 constexpr double Farthest = 1e9, LeastExtent = 1e-6, LeastStart = 1e-3;
-constexpr double FarthestPixel = 1e6;  // far outside any surface, and far from where whole numbers end
 constexpr double RoundOff = 1e-9;
 
 double TickStep(double extent, int most) {
@@ -88,11 +87,7 @@ PlotScale::PlotScale(const PlotAxis& axis, double first, double last) : law(axis
   start = first - factor * from;
 }
 
-double PlotScale::PixelOf(double value) const {
-  const double along = law == AxisLaw::Linear ? value : std::log(std::max(value, 0.0));
-  if (std::isnan(value)) return value;
-  return std::clamp(start + factor * along, -FarthestPixel, FarthestPixel);
-}
+double PlotScale::Logarithm(double value) { return std::log(value < 0.0 ? 0.0 : value); }
 
 double PlotScale::ValueAt(double pixel) const {
   if (factor == 0.0) return 0.0;  // laid over a single pixel

@@ -1,6 +1,7 @@
 // An axis of a plot: what it shows, how values lie on pixels, and where its round numbers stand.
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -28,10 +29,16 @@ class PlotScale {
   PlotScale(const PlotAxis& axis, double first, double last);
 
   // No further away than a million; what is not a number stays none.
-  double PixelOf(double value) const;
+  double PixelOf(double value) const {
+    const double along = law == AxisLaw::Linear ? value : Logarithm(value);
+    return std::clamp(start + factor * along, -FarthestPixel, FarthestPixel);
+  }
   double ValueAt(double pixel) const;
 
  private:
+  static constexpr double FarthestPixel =
+      1e6;  // far outside any surface, and far from where whole numbers end
+  static double Logarithm(double value);
   AxisLaw law = AxisLaw::Linear;
   double start = 0.0, factor = 1.0;  // pixel = start + factor * value, or its logarithm
 };

@@ -49,6 +49,10 @@ class RecordingSurface : public vc::Surface {
                     const vc::Rectangle& clip) override {
     drawn.push_back({"curve", clip, colour, 0, {}, {points.begin(), points.end()}});
   }
+  void DrawPixels(std::span<const std::uint32_t> pixels, const vc::Size& /*size*/, const vc::Rectangle& area,
+                  const vc::Rectangle& /*clip*/) override {
+    drawn.push_back({"pixels", area, pixels.front()});
+  }
   void DrawText(const vc::Rectangle& area, const std::string& text) override {
     drawn.push_back({"text", area, foreColour, 0, text});
   }

@@ -1,0 +1,65 @@
+// A point of a plot that mouse and arrow keys take, and that moves one or two sliders of the form.
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+
+#include "widgets/Controls.h"
+#include "widgets/Plot.h"
+#include "widgets/PlotLayout.h"
+
+namespace vc {
+
+// Where a handle lies along an axis that it does not move on: on the plot's first curve, or in the middle of
+// the widest part that is shaded as stopped.
+enum class HandleRest { OnCurve, AmidStopband };
+
+// How a handle moves along one axis: with a slider, by a law between its position and the axis, which is the
+// same number where none is given; or not at all.
+struct HandleAxis {
+  using Law = std::function<double(double)>;
+  static double Same(double number) { return number; }
+
+  HandleAxis(Slider* moved, Law toAxis = Same, Law toSlider = Same);  // NOLINT(google-explicit-constructor)
+  HandleAxis(HandleRest resting) : rest(resting) {}                   // NOLINT(google-explicit-constructor)
+
+  Slider* slider = nullptr;
+  Law valueOf = Same, positionOf = Same;
+  HandleRest rest = HandleRest::OnCurve;
+};
+
+struct PlotHandle {
+  // PlotHandle edge{plot, "Cutoff", &cutoff.slider, &atten.slider};
+  PlotHandle(Plot& shownIn, std::string handleName, HandleAxis along, HandleAxis upright);
+  PlotHandle(const PlotHandle&) = delete;
+  PlotHandle& operator=(const PlotHandle&) = delete;
+
+  Plot& plot;
+  const std::string name;
+
+  // The slider that stands for it where one is asked for: that of the x axis, where it has one.
+  Slider& Main() const { return x.slider != nullptr ? *x.slider : *y.slider; }
+  bool MovesAlong() const { return x.slider != nullptr; }
+  bool MovesUpright() const { return y.slider != nullptr; }
+  bool Usable() const;
+  // On the surface that the layout is for, at the border where its place is outside.
+  Point Place(const PlotLayout& layout) const;
+  // What its sliders show: "1000 Hz", "1000 Hz, 40 dB".
+  std::string Reading() const;
+
+  // The operator takes it, moves it to a point of the axes, and lets go: one step to undo.
+  void Hold();
+  void MoveTo(double atX, double atY);
+  void Release();
+  bool Held() const { return held; }
+  // A key of the slider that lies in its direction; "Left" and "Down" go to lower values of the axis. False
+  // for any other.
+  bool Press(std::string_view combination);
+
+ private:
+  HandleAxis x, y;
+  bool held = false;
+};
+
+}  // namespace vc
