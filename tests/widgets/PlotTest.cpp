@@ -1,12 +1,14 @@
 // Plots as models and as drawings, and the drawing of texts by logical coordinates.
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 
 #include <gtest/gtest.h>
 
 #include "RecordingSurface.h"
 #include "widgets/ControlText.h"
+#include "widgets/PlotHandle.h"
 #include "widgets/PlotLayout.h"
 #include "widgets/modGDI.h"
 
@@ -160,6 +162,128 @@ TEST_F(Plots, ACurveIsBrokenWhereThereIsNoNumberAndCutAtTheFrame) {
   const auto level = Drawn("curve");
   ASSERT_EQ(level.size(), 1U);
   EXPECT_EQ(level[0].points.back().x - level[0].points.front().x, layout.frame.width - 1);
+}
+
+TEST_F(Plots, CurvesMayHavePlacesAndARangeOfTheirOwn) {
+  plot.SetTraces(
+      {{"Level", {0.0F, -20.0F}},
+       {"Phase", {-90.0F, 90.0F, 0.0F}, TraceColours[1], {400, 800, 800}, PlotAxis{-180, 180, "deg"}}});
+  const PlotLayout layout = LayOut(plot, surface, Area);
+  const auto curves = Drawn("curve");
+  ASSERT_EQ(curves.size(), 2U);
+  EXPECT_NEAR(curves[1].points[0].x, layout.frame.left + 0.5 + (layout.frame.width - 1) * 0.25, 1e-9);
+  EXPECT_NEAR(curves[1].points[0].y, layout.frame.top + 0.5 + (layout.frame.height - 1) * 0.75, 1e-9);
+  EXPECT_EQ(curves[1].points[1].x, curves[1].points[2].x);
+  CheckTexts(Area);
+  const auto texts = Drawn("text");
+  EXPECT_TRUE(std::ranges::any_of(texts, [&](const support::Drawn& text) {
+    return text.text == "150 deg" && text.area.left >= layout.frame.Right();
+  }));
+  plot.SetCursor(600);
+  EXPECT_EQ(plot.CursorText(), "600 Hz: Level -7.5 dB, Phase 0.0 deg");
+  plot.SetCursor(9999);
+  EXPECT_EQ(plot.CursorText(), "1600 Hz: Level -20.0 dB");
+}
+
+TEST_F(Plots, BandsAndAnImageLieBehindTheGrid) {
+  plot.SetAxes({20, 2000, "Hz", AxisLaw::Logarithmic}, {-20, 0, "dB"});
+  plot.SetBands({{0, 200, BandMeaning::Pass}, {200, 5000, BandMeaning::Stop}});
+  plot.SetImage({2, 1, {0xFF102030, 0xFF405060}, 20, 380, 0, -20});
+  const Rectangle frame = LayOut(plot, surface, Area).frame;
+  const auto pixels = Drawn("pixels");
+  ASSERT_EQ(pixels.size(), 2U);  // a column each, the second one narrower
+  EXPECT_NEAR(pixels[0].area.Right(), frame.left + frame.width / 2, 2);
+  EXPECT_EQ(pixels[1].area.left, pixels[0].area.Right());
+  EXPECT_LT(pixels[1].area.width, pixels[0].area.width / 2);
+  const auto fills = surface.Of("fill");
+  const auto pass = std::ranges::find(fills, PassBack, &support::Drawn::colour);
+  const auto stop = std::ranges::find(fills, StopBack, &support::Drawn::colour);
+  ASSERT_TRUE(pass != fills.end() && stop != fills.end());
+  EXPECT_EQ(pass->area.left, frame.left);
+  EXPECT_EQ(stop->area.Right(), frame.Right());
+  EXPECT_NEAR(stop->area.left, frame.left + frame.width / 2, 1);
+  plot.SetImage({2, 2, {1, 2, 3}, 0, 1, 0, 1});
+  EXPECT_EQ(plot.Image().width, 0);
+}
+
+struct Handles : Plots {
+  Slider along{form, "sldrAlong", "Along"}, down{form, "sldrDown", "Down"};
+  PlotHandle edge{plot, "Edge", &along, HandleRest::OnCurve};
+  PlotHandle both{plot, "Both", &along, HandleAxis{&down, std::negate<>{}, std::negate<>{}}};
+  PlotHandle floor{plot, "Floor", HandleRest::AmidStopband,
+                   HandleAxis{&down, std::negate<>{}, std::negate<>{}}};
+  int releases = 0;
+
+  Handles() {
+    along.SetRange(0, 3000);
+    down.SetRange(2, 60);
+    down.KeyArrowStepSize = 2;
+    along.released = [this] { ++releases; };
+  }
+  Point At(const PlotHandle& handle) {
+    const PlotLayout layout = LayOut(plot, surface, Area);
+    const Point place = handle.Place(layout);
+    return {layout.x.ValueAt(place.x), layout.y.ValueAt(place.y)};
+  }
+};
+
+TEST_F(Handles, LieWhereTheirSlidersSayAndAreHeldAtTheBorder) {
+  along.SetPosition(800);
+  down.SetPosition(15);
+  plot.SetBands({{0, 400, BandMeaning::Stop}, {1000, 1600, BandMeaning::Stop}});
+  EXPECT_NEAR(At(edge).x, 800, 1e-6);
+  EXPECT_NEAR(At(edge).y, -6, 1e-6);
+  EXPECT_NEAR(At(both).y, -15, 1e-6);
+  EXPECT_NEAR(At(floor).x, 1300, 1e-6);
+  along.SetPosition(3000);
+  down.SetPosition(60);
+  EXPECT_NEAR(At(both).x, 1600, 1e-6);
+  EXPECT_NEAR(At(both).y, -20, 1e-6);
+  along.core.SetEnabled(false);
+  EXPECT_FALSE(edge.Usable());
+  EXPECT_TRUE(floor.Usable());
+}
+
+TEST_F(Handles, MoveTheirSlidersInStepsAndInOneEdit) {
+  std::string edits;
+  plot.together = [&](const std::string& handle, const std::function<void()>& action) {
+    edits += handle;
+    action();
+  };
+  std::string told;
+  form.controlChanged = [&](const ControlCore& core, std::string_view property) {
+    if (property == "Handles") told += core.name;
+  };
+  both.Hold();
+  EXPECT_TRUE(along.Held() && down.Held() && plot.HandleHeld());
+  both.MoveTo(612.6, -16.8);
+  EXPECT_EQ(along.Position(), 613);
+  EXPECT_EQ(down.Position(), 16);
+  EXPECT_EQ(edits, "Both");
+  EXPECT_EQ(told, "pltplt");
+  both.MoveTo(-50, 30);
+  EXPECT_EQ(along.Position(), 0);
+  EXPECT_EQ(down.Position(), 2);
+  both.Release();
+  EXPECT_FALSE(along.Held() || down.Held());
+  EXPECT_EQ(releases, 1);
+  both.Release();
+  EXPECT_EQ(releases, 1);
+}
+
+TEST_F(Handles, FollowTheArrowsOfTheScreen) {
+  along.SetPosition(100);
+  down.SetPosition(10);
+  EXPECT_TRUE(both.Press("Shift+Right"));
+  EXPECT_EQ(along.Position(), 110);
+  EXPECT_TRUE(both.Press("Down"));  // on the axis: a greater attenuation
+  EXPECT_EQ(down.Position(), 12);
+  EXPECT_TRUE(floor.Press("Up"));
+  EXPECT_EQ(down.Position(), 10);
+  EXPECT_FALSE(floor.Press("Left"));
+  EXPECT_FALSE(edge.Press("Up"));
+  EXPECT_FALSE(edge.Press("F7"));
+  EXPECT_EQ(both.Reading(), "110 Hz, 10 dB");
 }
 
 TEST_F(Plots, IsToldInWords) {
