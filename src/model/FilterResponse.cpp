@@ -51,16 +51,31 @@ float Decibels(double amplitude) {
   return std::max(LowestResponse, static_cast<float>(20 * std::log10(std::abs(amplitude))));
 }
 
-}  // namespace
-
-std::vector<float> FilterResponse(const SystemSettings& settings, int stage, std::int16_t filterType,
-                                  std::size_t points) {
+std::vector<float> ResponseAt(const SystemSettings& settings, int stage, std::int16_t filterType,
+                              const Frequencies& frequencies) {
   const auto row = std::ranges::find(responses, filterType, &ResponseRow::filterType);
   if (row == responses.end()) return {};
-  const Amplitudes amplitudes = row->law(settings, stage, Spread(settings, points));
+  const Amplitudes amplitudes = row->law(settings, stage, frequencies);
   std::vector<float> decibels(amplitudes.size());
   std::ranges::transform(amplitudes, decibels.begin(), Decibels);
   return decibels;
+}
+
+}  // namespace
+
+std::vector<float> FilterResponse(const SystemSettings& settings, int stage, std::int16_t filterType,
+                                  std::span<const double> frequencies) {
+  Frequencies cycles;
+  cycles.reserve(frequencies.size());
+  for (const double frequency : frequencies) {
+    cycles.push_back(Bounded(frequency / static_cast<double>(settings.sampleRate), 0.0, 0.5));
+  }
+  return ResponseAt(settings, stage, filterType, cycles);
+}
+
+std::vector<float> FilterResponse(const SystemSettings& settings, int stage, std::int16_t filterType,
+                                  std::size_t points) {
+  return ResponseAt(settings, stage, filterType, Spread(settings, points));
 }
 
 }  // namespace vc

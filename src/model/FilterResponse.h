@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "model/SystemSettings.h"
@@ -17,5 +18,8 @@ inline constexpr float LowestResponse = -80.0F;  // dB: what is below is drawn a
 // with the left's.
 std::vector<float> FilterResponse(const SystemSettings& settings, int stage, std::int16_t filterType,
                                   std::size_t points);
+// The same at these frequencies, in Hz, each from 0 to half the sample rate.
+std::vector<float> FilterResponse(const SystemSettings& settings, int stage, std::int16_t filterType,
+                                  std::span<const double> frequencies);
 
 }  // namespace vc

@@ -1,6 +1,7 @@
 #include "panels/CutoffPanels.h"
 
 #include <algorithm>
+#include <functional>
 
 #include "model/Kinds.h"
 
@@ -29,9 +30,24 @@ DisplayLaw SlopeAt(const Panel& panel, const Slider& edge, double weight) {
                           .sampleRate = [&panel] { return static_cast<double>(panel.settings.sampleRate); }});
 }
 
+// What lies on either side of edges, from 0 up to the audio bandwidth.
+std::vector<PlotBand> BandsBetween(const Panel& panel, const std::vector<PlotMarker>& edges,
+                                   std::vector<BandMeaning> meanings) {
+  std::vector<PlotBand> bands;
+  double from = 0.0;
+  for (std::size_t i = 0; i < meanings.size(); ++i) {
+    const double to = i < edges.size() ? edges[i].at : static_cast<double>(panel.settings.bandwidthHz);
+    if (to > from) bands.push_back({from, to, meanings[i]});
+    from = to;
+  }
+  return bands;
+}
+
 PlotMarker StopbandAt(double atten) { return {-atten, "Stopband"}; }
 
 }  // namespace
+
+HandleAxis Downward(Slider& attenuation) { return {&attenuation, std::negate<>{}, std::negate<>{}}; }
 
 const EdgeFilter CtlLPF{"CtlLPF",
                         "Lowpass",
@@ -40,7 +56,9 @@ const EdgeFilter CtlLPF{"CtlLPF",
                         RowOf<&SystemSettings::lpfTransSlope>(),
                         RowOf<&SystemSettings::lpfAtten>(),
                         0,
-                        LowpassEdge};
+                        LowpassEdge,
+                        BandMeaning::Pass,
+                        BandMeaning::Stop};
 const EdgeFilter CtlHPF{"CtlHPF",
                         "Highpass",
                         FilterKind::Highpass,
@@ -48,7 +66,9 @@ const EdgeFilter CtlHPF{"CtlHPF",
                         RowOf<&SystemSettings::hpfTransSlope>(),
                         RowOf<&SystemSettings::hpfAtten>(),
                         100,
-                        HighpassEdge};
+                        HighpassEdge,
+                        BandMeaning::Stop,
+                        BandMeaning::Pass};
 const BandFilter CtlBPF{"CtlBPF",
                         "Bandpass",
                         FilterKind::Bandpass,
@@ -57,7 +77,9 @@ const BandFilter CtlBPF{"CtlBPF",
                         RowOf<&SystemSettings::bpfTransSlope>(),
                         RowOf<&SystemSettings::bpfAtten>(),
                         HighpassEdge,
-                        LowpassEdge};
+                        LowpassEdge,
+                        BandMeaning::Pass,
+                        BandMeaning::Stop};
 const BandFilter CtlBSF{"CtlBSF",
                         "Bandstop",
                         FilterKind::Bandstop,
@@ -66,16 +88,21 @@ const BandFilter CtlBSF{"CtlBSF",
                         RowOf<&SystemSettings::bsfTransSlope>(),
                         RowOf<&SystemSettings::bsfAtten>(),
                         LowpassEdge,
-                        HighpassEdge};
+                        HighpassEdge,
+                        BandMeaning::Stop,
+                        BandMeaning::Pass};
 
 EdgePanel::EdgePanel(const PanelContext& context, const EdgeFilter& edgeFilter)
     : filter(edgeFilter),
       panel(context, filter.form, filter.title),
-      response(panel, filter.kind,
-               [this] {
-                 return ResponseCurve::Markers{{{ValueAt(panel, filter.cutoff), "Cutoff"}},
-                                               {StopbandAt(ValueAt(panel, filter.atten))}};
-               }),
+      response(
+          panel, filter.kind,
+          [this] {
+            const double level = ValueAt(panel, filter.atten);
+            const std::vector<PlotMarker> edges{{ValueAt(panel, filter.cutoff), "Cutoff"}};
+            return ResponseCurve::Markers{
+                edges, {StopbandAt(level)}, BandsBetween(panel, edges, {filter.below, filter.above}), level};
+          }),
       cutoff(panel, fraSettings, "Cutoff Frequency", "sldrCutoff", "txtCutoff", WholeNumber("Hz"),
              Below(panel, filter.reach), InRecord(panel, OfFilter(filter.cutoff))),
       slope(panel, fraSettings, SlopeCaption, "sldrTransSlope", "txtTransSlope",
@@ -83,6 +110,7 @@ EdgePanel::EdgePanel(const PanelContext& context, const EdgeFilter& edgeFilter)
             InRecord(panel, OfFilter(filter.slope))),
       atten(panel, fraSettings, AttenCaption, "sldrAtten", "txtAtten", WholeNumber("dB"),
             Fixed(LeastAtten, MostAtten), InRecord(panel, OfFilter(filter.atten))) {
+  panel.form.initialFocus = &cutoff.field.slider.core;
   cutoff.field.texts.emplace_back([this] { slope.entry.Redisplay(); });
 }
 
@@ -91,9 +119,14 @@ BandPanel::BandPanel(const PanelContext& context, const BandFilter& bandFilter)
       panel(context, filter.form, filter.title),
       response(panel, filter.kind,
                [this] {
+                 const double level = ValueAt(panel, filter.atten);
+                 const std::vector<PlotMarker> edges{{ValueAt(panel, filter.loCutoff), "Lower"},
+                                                     {ValueAt(panel, filter.hiCutoff), "Upper"}};
                  return ResponseCurve::Markers{
-                     {{ValueAt(panel, filter.loCutoff), "Lower"}, {ValueAt(panel, filter.hiCutoff), "Upper"}},
-                     {StopbandAt(ValueAt(panel, filter.atten))}};
+                     edges,
+                     {StopbandAt(level)},
+                     BandsBetween(panel, edges, {filter.outside, filter.within, filter.outside}),
+                     level};
                }),
       loCutoff(panel, fraSettings, "Lower Cutoff Frequency", "sldrLoCutoff", "txtLoCutoff", WholeNumber("Hz"),
                Below(panel, LeastBand), InRecord(panel, OfFilter(filter.loCutoff))),
@@ -107,6 +140,7 @@ BandPanel::BandPanel(const PanelContext& context, const BandFilter& bandFilter)
               SlopeAt(panel, hiCutoff.field.slider, filter.hiWeight), slope.slider),
       atten(panel, fraSettings, AttenCaption, "sldrAtten", "txtAtten", WholeNumber("dB"),
             Fixed(LeastAtten, MostAtten), InRecord(panel, OfFilter(filter.atten))) {
+  panel.form.initialFocus = &loCutoff.field.slider.core;
   loCutoff.field.within = [this](double edge) {
     return std::min(edge, std::max(0.0, ValueAt(panel, filter.hiCutoff) - LeastBand));
   };

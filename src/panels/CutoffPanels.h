@@ -6,16 +6,21 @@
 
 #include "panels/ResponseCurve.h"
 #include "panels/SliderText.h"
+#include "widgets/PlotHandle.h"
 
 namespace vc {
+
+// An attenuation on an axis of levels.
+HandleAxis Downward(Slider& attenuation);
 
 struct EdgeFilter {
   const char* form;
   const char* title;
   std::int16_t kind;
   const FieldRow &cutoff, &slope, &atten;
-  double reach;   // Hz that the cut-off stays below bandwidthHz
-  double weight;  // of the edge in the slope's law
+  double reach;              // Hz that the cut-off stays below bandwidthHz
+  double weight;             // of the edge in the slope's law
+  BandMeaning below, above;  // the edge
 };
 extern const EdgeFilter CtlLPF, CtlHPF;
 
@@ -29,6 +34,9 @@ struct EdgePanel {
   SliderText cutoff;
   SliderText slope;
   SliderText atten;
+  PlotHandle edgeHandle{response.pltResponse, "Cutoff", &cutoff.field.slider, HandleRest::OnCurve};
+  PlotHandle stopHandle{response.pltResponse, "Stopband", HandleRest::AmidStopband,
+                        Downward(atten.field.slider)};
   PanelFoot foot{panel, "btnFilterActive", "Active"};
 };
 
@@ -38,6 +46,7 @@ struct BandFilter {
   std::int16_t kind;
   const FieldRow &loCutoff, &hiCutoff, &slope, &atten;
   double loWeight, hiWeight;
+  BandMeaning within, outside;  // the edges
 };
 extern const BandFilter CtlBPF, CtlBSF;
 
@@ -54,6 +63,10 @@ struct BandPanel {
   SliderEntry loSlope;
   SliderEntry hiSlope;
   SliderText atten;
+  PlotHandle lowerHandle{response.pltResponse, "Lower", &loCutoff.field.slider, HandleRest::OnCurve};
+  PlotHandle upperHandle{response.pltResponse, "Upper", &hiCutoff.field.slider, HandleRest::OnCurve};
+  PlotHandle stopHandle{response.pltResponse, "Stopband", HandleRest::AmidStopband,
+                        Downward(atten.field.slider)};
   PanelFoot foot{panel, "btnFilterActive", "Active"};
 
  private:

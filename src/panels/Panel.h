@@ -15,6 +15,7 @@
 #include "widgets/Controls.h"
 #include "widgets/Forms.h"
 #include "widgets/GraphicButton.h"
+#include "widgets/PlotScale.h"
 
 namespace vc {
 
@@ -40,6 +41,10 @@ struct PanelContext {
   bool ofStage;        // its stage is made anew for the unit when the panel opens
   // The panel has become the active window, or has gone: the displays follow.
   Wire<void()> activated, unloaded;
+  // How the frequencies of a response are laid out, which is one choice for all of them, and the other
+  // choice.
+  Wire<AxisLaw()> frequencyAxis;
+  Wire<void()> turnFrequencyAxis;
   // Stores the setup to the open file.
   Wire<void()> storeOpenSetup;
   // Stores what is set in a stand-alone memory of the unit; false where it could not be.

@@ -11,9 +11,12 @@
 namespace vc {
 
 struct ResponseCurve {
-  // The markers say where the edges and the stopband lie: at Hz, and at dB.
+  // The markers say where the edges and the stopband lie: at Hz, and at dB. The bands are what passes between
+  // the edges and what is stopped.
   struct Markers {
     std::vector<PlotMarker> edges, levels;
+    std::vector<PlotBand> bands;
+    double attenuation;  // dB, above 0
   };
   ResponseCurve(Panel& owner, std::int16_t filterType, std::function<Markers()> markers);
   ResponseCurve(const ResponseCurve&) = delete;
@@ -23,6 +26,7 @@ struct ResponseCurve {
 
  private:
   void Draw();
+  void BindPlot();
 
   Panel& panel;
   std::int16_t kind;

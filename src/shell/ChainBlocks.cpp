@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "model/FilterResponse.h"
 #include "panels/KeyNumbers.h"
+#include "panels/ResponsePlot.h"
 
 namespace vc {
 namespace {
@@ -90,11 +90,16 @@ void ChainBlocks::ShowChannels() {
 void ChainBlocks::ShowWhatBlocksDo() {
   due = held > 0;
   if (due) return;
-  if (computed != settings) {
+  if (computed != settings || computedAxis != frequencyAxis) {
     ShowKeyNumbers();
     ComputeResponses();
   }
   for (int stage = 1; stage <= FilterStages; ++stage) ShowResponse(stage);
+}
+
+void ChainBlocks::LayOutFrequencies(AxisLaw law) {
+  frequencyAxis = law;
+  ShowWhatBlocksDo();
 }
 
 void ChainBlocks::ShowKeyNumbers() {
@@ -114,20 +119,23 @@ void ChainBlocks::ShowKeyNumbers() {
 void ChainBlocks::ComputeResponses() {
   constexpr std::size_t points = 81;
   for (int stage = 1; stage <= FilterStages; ++stage) {
-    responses[stage] = FilterResponse(settings, stage, settings.filterType[stage], points);
+    responses[stage] = ResponseTrace(settings, stage, settings.filterType[stage],
+                                     FrequencyAxis(settings, frequencyAxis), points);
   }
   computed = settings;
+  computedAxis = frequencyAxis;
 }
 
 void ChainBlocks::ShowResponse(int stage) {
   constexpr double highestDb = 5, lowestDb = -65;
   FilterBlock& block = chain.Filter(stage);
-  const std::vector<float>& curve = responses[stage];
-  block.response.core.SetVisible(!curve.empty());
-  if (curve.empty()) return;
+  PlotTrace curve = responses[stage];
+  block.response.core.SetVisible(!curve.values.empty());
+  if (curve.values.empty()) return;
   const bool in = block.frame.InTheWay() == Standing::In;
-  block.response.SetAxes({0, static_cast<double>(settings.bandwidthHz), "Hz"}, {lowestDb, highestDb, "dB"});
-  block.response.SetTraces({{"Response", curve, in ? TraceColours[0] : GrayText}});
+  curve.colour = in ? TraceColours[0] : GrayText;
+  block.response.SetAxes(FrequencyAxis(settings, frequencyAxis), {lowestDb, highestDb, "dB"});
+  block.response.SetTraces({curve});
 }
 
 void ChainBlocks::ConfigureFilterStageButtons(int stage) {

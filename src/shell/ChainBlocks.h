@@ -10,6 +10,7 @@
 #include "model/Kinds.h"
 #include "model/SystemSettings.h"
 #include "shell/ChainLayout.h"
+#include "widgets/Plot.h"
 
 namespace vc {
 
@@ -24,6 +25,9 @@ struct ChainBlocks {
   void ShowSignalPath();
   // Key numbers, and the pictures of the responses that can be computed.
   void ShowWhatBlocksDo();
+  // How the frequencies of all responses are laid out.
+  void LayOutFrequencies(AxisLaw law);
+  AxisLaw FrequencyAxisLaw() const { return frequencyAxis; }
   // Runs an edit under which the panel is shown anew several times: what the blocks do is then shown once.
   template <typename Edit>
   void ShowOnce(Edit edit) {
@@ -54,8 +58,9 @@ struct ChainBlocks {
 
   ChainLayout& chain;
   const SystemSettings& settings;
-  PerStage<std::vector<float>> responses;  // dB, empty for what has none
+  PerStage<PlotTrace> responses;           // without values for what has none
   std::optional<SystemSettings> computed;  // the record that they were computed from
+  AxisLaw frequencyAxis = AxisLaw::Linear, computedAxis = AxisLaw::Linear;
   int held = 0;
   bool due = false;  // held, and to be shown
 };

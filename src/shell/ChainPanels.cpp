@@ -40,6 +40,8 @@ PanelContext ChainPanels::ContextFor(const Block& block) {
           .ofStage = block.ofStage,
           .activated = [this] { DisplayThisFilter(); },
           .unloaded = [this] { DisplayMasterControl(); },
+          .frequencyAxis = [this] { return around.master.blocks.FrequencyAxisLaw(); },
+          .turnFrequencyAxis = [this] { around.master.menus.mnuFrequencyAxis.Click(); },
           .storeOpenSetup = [this] { around.master.actions.StoreOpenSetup(); },
           .storeInMemory = [this](int memory, int function) { return StoreInMemory(memory, function); },
           .exchangeTable = [this](const TableExchange& exchange) { ExchangeTable(exchange); }};

@@ -1,5 +1,5 @@
-// The look of the windows that the operator has chosen, kept from run to run in a file of its own: it is the
-// desk's matter, not the setup's.
+// The look of the windows and of the plots that the operator has chosen, kept from run to run in a file of
+// its own: it is the desk's matter, not the setup's.
 #pragma once
 
 #include <string>
@@ -15,14 +15,18 @@ struct Look {
   // What the last run has kept; the system's look where there is nothing that can be read.
   void Load();
   // Takes the look on and keeps it. Where it cannot be kept it still holds for this run.
-  void Choose(Theme theme);
+  void Choose(Theme chosen);
+  void Choose(AxisLaw chosen);
 
  private:
-  void TakeOn(Theme theme);
+  void TakeOnTheme();
+  void Keep() const;
   std::string Path() const;
 
   Platform& platform;
   MasterControl& master;
+  Theme theme = Theme::System;
+  AxisLaw frequencies = AxisLaw::Linear;
 };
 
 }  // namespace vc

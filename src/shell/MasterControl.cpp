@@ -99,6 +99,12 @@ void MasterControl::ShowDisplay(std::int16_t which) {
   if (displayed == display::Spectrum) edits.Apply({{&RowOf<&SystemSettings::specRun>(), 0, 0, 1.0}}, {});
 }
 
+void MasterControl::LayOutFrequencies(AxisLaw law) {
+  menus.mnuFrequencyAxis.SetChecked(law == AxisLaw::Logarithmic);
+  blocks.LayOutFrequencies(law);
+  panels.Refresh();
+}
+
 void MasterControl::ShowOversize(bool shown) {
   for (Label& label : lblOversizeFilters) label.core.SetVisible(shown);
 }

@@ -65,6 +65,8 @@ struct MasterControl {
   void ConfigureStages();
   // display::None, Coefficients or Spectrum; the buttons follow.
   void ShowDisplay(std::int16_t which);
+  // How the frequencies of all responses are laid out.
+  void LayOutFrequencies(AxisLaw law);
   void ShowOversize(bool shown);
   void ShowKeeping(const std::string& note);
 

@@ -27,6 +27,7 @@ struct MasterMenus {
   MenuEntry mnuView{form, "mnuView", "&View"};
   ControlArray<MenuEntry, 0, 3> mnuTheme{
       mnuView, "mnuTheme", {"Colors of the &System", "&Light Colors", "&Dark Colors"}};
+  MenuEntry mnuFrequencyAxis{mnuView, "mnuFrequencyAxis", "Lo&garithmic Frequency Axis"};
 
   MenuEntry mnuSettings{form, "mnuSettings", "Setti&ngs"};
   MenuEntry mnuConnect{mnuSettings, "mnuConnect", "&Connect to " + ApplicationTitle};

@@ -83,6 +83,12 @@ void MenuActions::BindSettings() {
   for (MenuEntry& entry : menus.mnuTheme) {
     entry.clicked = [this, index = entry.core.index] { around.look.Choose(static_cast<Theme>(index)); };
   }
+  menus.mnuFrequencyAxis.shortcut = "Ctrl+L";
+  menus.mnuFrequencyAxis.clicked = [this] {
+    const bool linear = around.blocks.FrequencyAxisLaw() == AxisLaw::Linear;
+    around.look.Choose(linear ? AxisLaw::Logarithmic : AxisLaw::Linear);
+  };
+  menus.mnuFrequencyAxis.SetChecked(false);
   for (MenuEntry& entry : menus.mnuMemorySelect) {
     entry.clicked = [this, index = entry.core.index] { around.panels.OpenMemory(index); };
   }

@@ -1,11 +1,12 @@
 // The panels one by one, driven by the names of their controls, with the unit on the other end of the line.
 #include <algorithm>
+#include <cmath>
 
 #include "PanelRun.h"
 #include "model/FilterResponse.h"
 #include "model/Kinds.h"
 #include "model/Settings.h"
-#include "widgets/Plot.h"
+#include "widgets/PlotHandle.h"
 
 namespace vc {
 namespace {
@@ -136,6 +137,54 @@ TEST(CutoffPanels, DrawWhatTheirSettingsStandFor) {
   EXPECT_NE(plot.Note().find("omputed"), std::string::npos);
   run.Press("Ctrl+Z");
   EXPECT_NE(plot.Traces().at(0).values, expected);
+}
+
+TEST(CutoffPanels, HandlesMoveWhatTheirSlidersMove) {
+  PanelRun run;
+  run.OpenFilter(1, FilterKind::Bandpass);
+  run.Type("txtHiCutoff", "2000");
+  run.Type("txtLoCutoff", "800");
+  Plot& plot = *std::get<Plot*>(run.Find("pltResponse"));
+  ASSERT_EQ(plot.handles.size(), 3U);
+  PlotHandle &lower = *plot.handles[0], &stopband = *plot.handles[2];
+  const int beeps = run.test.desk.beeps;
+  lower.Hold();
+  for (const double hz : {900.0, 1500.0, 1995.0}) lower.MoveTo(hz, 0);
+  EXPECT_EQ(run.record.bpfLoCutoff[1], 1990);  // stopped by the upper edge
+  EXPECT_EQ(run.Get("txtLoCutoff"), "1990");
+  EXPECT_EQ(run.test.desk.beeps, beeps + 1);
+  lower.Release();
+  run.Press("Ctrl+Z");
+  EXPECT_EQ(run.record.bpfLoCutoff[1], 800);  // the drag was one step
+  const double bottom = plot.YAxis().from;
+  stopband.Hold();
+  stopband.MoveTo(0, -12.4);
+  EXPECT_EQ(run.record.bpfAtten[1], 12);
+  EXPECT_EQ(plot.YAxis().from, bottom);  // not while it is held
+  stopband.Release();
+  EXPECT_EQ(plot.YAxis().from, -20);
+  run.Set("sldrAtten", "16");
+  EXPECT_EQ(plot.YAxis().from, -40);
+}
+
+TEST(CutoffPanels, SayWhatPassesAndShareOneFrequencyAxis) {
+  PanelRun run;
+  run.OpenFilter(1, FilterKind::Highpass);
+  run.Type("txtCutoff", "500");
+  const Plot& plot = *std::get<Plot*>(run.Find("pltResponse"));
+  const double top = plot.XAxis().to;
+  EXPECT_EQ(plot.Bands(),
+            (std::vector<PlotBand>{{0, 500, BandMeaning::Stop}, {500, top, BandMeaning::Pass}}));
+  run.Press("Ctrl+L");
+  EXPECT_EQ(plot.XAxis(), (PlotAxis{20, top, "Hz", AxisLaw::Logarithmic}));
+  const PlotTrace& curve = plot.Traces().at(0);
+  const std::size_t middle = curve.places.size() / 2;
+  EXPECT_NEAR(curve.places.at(middle), std::sqrt(20 * top), 1);
+  const std::vector<double> there{curve.places.at(middle)};
+  EXPECT_EQ(curve.values.at(middle), FilterResponse(run.record, 1, FilterKind::Highpass, there).at(0));
+  run.CloseTop();
+  EXPECT_EQ(run.session.master.chain.Filter(1).response.XAxis().law, AxisLaw::Logarithmic);
+  EXPECT_EQ(run.Get("mnuFrequencyAxis"), "1");
 }
 
 TEST(ProcessorPanels, CutoffsGoInWholeTens) {

@@ -253,10 +253,12 @@ TEST(MasterPanel, EveryEntryDoesSomething) {
   EXPECT_EQ(run.test.desk.opened.size(), 1U);
   run.Click("mnuTheme(2)");
   EXPECT_EQ(run.test.desk.theme, Theme::Dark);
+  run.Press("Ctrl+L");
   support::WatchedUnit another;
   support::TestSession next(another.End(), run.test.desk.InstallFolder());
   next.session.Start();
   EXPECT_EQ(next.desk.theme, Theme::Dark);
+  EXPECT_TRUE(next.session.master.menus.mnuFrequencyAxis.Checked());
 }
 
 TEST(ConfigurationOfStages, LoadsEveryPanelUnseen) {
