@@ -7,6 +7,7 @@
 #include <QAccessibleWidget>
 
 #include "desktop/FrameView.h"
+#include "desktop/HandleView.h"
 #include "desktop/LevelBarView.h"
 #include "desktop/PictureView.h"
 #include "desktop/PlotView.h"
@@ -84,6 +85,27 @@ class SliderInterface : public NumberInterface {
   SliderView* view;
 };
 
+// A handle of a plot has the numbers of the slider that it moves, and says where it stands.
+class HandleInterface : public NumberInterface {
+ public:
+  explicit HandleInterface(HandleView* knob) : NumberInterface(knob, QAccessible::Slider), view(knob) {}
+
+  void setCurrentValue(const QVariant& value) override {
+    if (!view->isVisible() || !view->isEnabled()) return;
+    view->Carry([this, &value] { Moved().SetShown(value.toDouble()); });
+  }
+
+ protected:
+  double Number() const override { return Moved().Shown(Moved().Position()); }
+  Range NumberRange() const override {
+    return {Moved().Shown(Moved().PositionMin()), Moved().Shown(Moved().PositionMax())};
+  }
+
+ private:
+  vc::Slider& Moved() const { return view->Model().Main(); }
+  HandleView* view;
+};
+
 // Its numbers are those of its scale; where it has none, its own steps.
 class LevelInterface : public NumberInterface {
  public:
@@ -151,6 +173,7 @@ class FrameInterface : public QAccessibleWidget {
 
 QAccessibleInterface* InterfaceOf(const QString& /*className*/, QObject* object) {
   if (auto* slider = dynamic_cast<SliderView*>(object)) return new SliderInterface(slider);
+  if (auto* handle = dynamic_cast<HandleView*>(object)) return new HandleInterface(handle);
   if (auto* level = dynamic_cast<LevelBarView*>(object)) return new LevelInterface(level);
   if (auto* progress = dynamic_cast<ProgressBarView*>(object)) return new ProgressInterface(progress);
   if (auto* frame = dynamic_cast<FrameView*>(object)) return new FrameInterface(frame);

@@ -67,6 +67,8 @@ class Binder {
   OptionColumn& ColumnOf(vc::OptionGroup& group, Pane& pane);
   // Names the widget, makes it accessible, and has it follow its control.
   void Bind(const vc::ControlCore& core, Bound bound);
+  // A widget that belongs to the control that was bound last has its turn behind it.
+  void TakeInOrder(QWidget* widget) { inOrder.push_back(widget); }
   // A frame's caption is spoken before those of what lies in it.
   void NameWithin(const vc::Frame& frame);
   // "440 Hz"; words that stand in a number's place, such as "Out", have no unit.

@@ -1,4 +1,5 @@
 // How plots and progress bars join a window.
+#include "desktop/HandleView.h"
 #include "desktop/Kinds.h"
 #include "desktop/PlotView.h"
 #include "desktop/ProgressBarView.h"
@@ -9,15 +10,19 @@ namespace desktop {
 
 void BindKind(Binder& binder, vc::Plot& plot) {
   Pane& pane = binder.PaneOf(plot.core);
-  auto* view = new PlotView(plot, pane.Container());
+  auto* view = new PlotView(
+      plot, pane.Container(),
+      [&binder](const vc::ControlCore& core, const auto& action) { binder.Operate(core, action); });
   pane.AddWide(view);
   binder.Bind(plot.core, {.widget = view,
-                          .showCaption = [view] { view->Follow("Caption"); },
+                          .showCaption = [view] { view->Follow(); },
                           .showValue =
-                              [view, &plot](std::string_view property) {
-                                view->Follow(property);
-                                Binder::Speak(view, plot.Summary(), {});
+                              [view, &plot](std::string_view) {
+                                view->Follow();
+                                const std::string pointed = plot.CursorText();
+                                Binder::Speak(view, pointed.empty() ? plot.Summary() : pointed, {});
                               }});
+  for (HandleView* handle : view->Handles()) binder.TakeInOrder(handle);
 }
 
 void BindKind(Binder& binder, vc::ProgressBar& bar) {

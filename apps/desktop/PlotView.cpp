@@ -1,17 +1,33 @@
 #include "desktop/PlotView.h"
 
-#include <QEvent>
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <utility>
+
+#include <QContextMenuEvent>
+#include <QCoreApplication>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPaintEngine>
 #include <QPaintEvent>
 #include <QPainter>
 
+#include "desktop/HandleView.h"
 #include "desktop/PainterSurface.h"
 #include "desktop/QtText.h"
+#include "widgets/PlotHandle.h"
 
 namespace desktop {
 
-PlotView::PlotView(const vc::Plot& plot, QWidget* parent) : QWidget(parent), model(plot), small(plot.small) {
+PlotView::PlotView(vc::Plot& plot, QWidget* parent, Operate carry)
+    : QWidget(parent), model(plot), operate(std::move(carry)), small(plot.small) {
   setAttribute(Qt::WA_OpaquePaintEvent);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+  if (small) return;
+  setMouseTracking(true);
+  setFocusPolicy(Qt::StrongFocus);
+  for (vc::PlotHandle* handle : model.handles) handles.push_back(new HandleView(*handle, *this));
 }
 
 QSize PlotView::SizeOf(int digits, int lines) const {
@@ -20,28 +36,40 @@ QSize PlotView::SizeOf(int digits, int lines) const {
 QSize PlotView::sizeHint() const { return small ? SizeOf(8, 5) : SizeOf(56, 18); }
 QSize PlotView::minimumSizeHint() const { return small ? SizeOf(8, 2) : SizeOf(34, 12); }
 
-void PlotView::Follow(std::string_view property) {
-  if (property == "Caption" || property == "Enabled") grid = {};
+// The handles go to their places once all that belongs to a change is known.
+void PlotView::Follow() {
+  if (!handles.empty()) QCoreApplication::postEvent(this, new QEvent(QEvent::LayoutRequest));
   update();
+}
+
+bool PlotView::event(QEvent* event) {
+  if (event->type() == QEvent::LayoutRequest) PlaceHandles();
+  return QWidget::event(event);
 }
 
 void PlotView::changeEvent(QEvent* event) {
   QWidget::changeEvent(event);
   grid = {};
   if (event->type() == QEvent::FontChange) updateGeometry();
-  update();
+  Follow();
 }
+
+void PlotView::resizeEvent(QResizeEvent* /*event*/) { Follow(); }
 
 void PlotView::KeepUp() {
   const QSize wanted = (QSizeF(size()) * devicePixelRatioF()).toSize();
-  if (grid.size() == wanted && revision == model.Revision()) return;
-  revision = model.Revision();
-  grid = QPixmap(wanted);
-  grid.setDevicePixelRatio(devicePixelRatioF());
-  DrawGrid();
+  const bool stands = revision == model.Revision() && caption == model.core.Caption();
+  if (grid.size() != wanted || !stands) DrawGrid(wanted);
 }
 
-void PlotView::DrawGrid() {
+void PlotView::DrawGrid(const QSize& pixels) {
+  revision = model.Revision();
+  caption = model.core.Caption();
+  if (grid.size() != pixels) {
+    raster = CurveRaster(devicePixelRatioF());
+    grid = QImage(pixels, QImage::Format_RGB32);
+    grid.setDevicePixelRatio(devicePixelRatioF());
+  }
   QPainter painter(&grid);
   painter.setFont(font());
   PainterSurface surface(painter, palette(), rect());
@@ -50,12 +78,149 @@ void PlotView::DrawGrid() {
   ++gridsDrawn;
 }
 
-void PlotView::paintEvent(QPaintEvent* /*event*/) {
+// The pixels behind a painter that draws into a picture in memory, one to one, within one rectangle: there
+// curves go straight to their place. Empty where it is another one.
+Pixels PlotView::PixelsBehind(const QPainter& painter, const QRegion& region) const {
+  QPaintDevice* device = painter.paintEngine()->paintDevice();
+  if (device == nullptr || device->devType() != QInternal::Image || region.rectCount() != 1) return {};
+  auto& image = *static_cast<QImage*>(device);
+  const QTransform& transform = painter.deviceTransform();
+  const QPointF corner = transform.map(QPointF());
+  const bool whole = corner.x() == std::floor(corner.x()) && corner.y() == std::floor(corner.y());
+  const bool even = transform.type() <= QTransform::TxScale && transform.m11() == devicePixelRatioF() &&
+                    transform.m22() == devicePixelRatioF();
+  const QRect room(corner.toPoint(), grid.size());
+  const bool known =
+      image.format() == QImage::Format_RGB32 || image.format() == QImage::Format_ARGB32_Premultiplied;
+  if (!whole || !even || !known || !image.rect().contains(room)) return {};
+  return {
+      reinterpret_cast<std::uint32_t*>(image.bits()) + room.top() * image.bytesPerLine() / 4 + room.left(),
+      image.bytesPerLine() / 4, room.width(), room.height()};
+}
+
+void PlotView::DrawCurves(QPainter& painter, const Pixels& pixels, const QRect& part) {
+  PainterSurface surface(painter, palette(), rect());
+  surface.StrokeBy(raster, pixels);
+  vc::PlotLayout visible = layout;
+  const QRect frame =
+      QRect(layout.frame.left, layout.frame.top, layout.frame.width, layout.frame.height) & part;
+  visible.frame = {frame.left(), frame.top(), frame.width(), frame.height()};
+  model.DrawTraces(surface, visible);
+}
+
+void PlotView::paintEvent(QPaintEvent* event) {
   KeepUp();
   QPainter painter(this);
-  painter.drawPixmap(0, 0, grid);
+  painter.setClipRegion(event->region());
+  if (const Pixels pixels = PixelsBehind(painter, event->region()); pixels.first != nullptr) {
+    painter.drawImage(0, 0, grid);
+    DrawCurves(painter, pixels, event->region().boundingRect());
+  } else {
+    QImage picture = grid.copy();
+    QPainter inMemory(&picture);
+    DrawCurves(inMemory,
+               {reinterpret_cast<std::uint32_t*>(picture.bits()), picture.bytesPerLine() / 4, picture.width(),
+                picture.height()},
+               rect());
+    inMemory.end();
+    painter.drawImage(0, 0, picture);
+  }
+  if (small) return;
   PainterSurface surface(painter, palette(), rect());
-  model.DrawTraces(surface, layout);
+  model.DrawCursor(surface, layout);
+  if (!hasFocus()) return;
+  const vc::Rectangle& frame = layout.frame;
+  painter.setPen(palette().color(QPalette::Highlight));
+  painter.drawRect(frame.left, frame.top, frame.width - 1, frame.height - 1);
+}
+
+void PlotView::PlaceHandles() {
+  KeepUp();
+  for (HandleView* handle : handles) handle->Place();
+}
+
+void PlotView::PointAt(std::optional<double> column) {
+  if (column) column = layout.x.ValueAt(*column);
+  if (column.has_value() == model.Cursor().has_value() && (!column || *column == *model.Cursor())) return;
+  operate(model.core, [this, &column] { model.SetCursor(column); });
+}
+
+void PlotView::Tell(vc::PointerAction action, const QPointF& at) {
+  if (!model.pointer) return;
+  operate(model.core, [&] { model.pointer({action, layout.x.ValueAt(at.x()), layout.y.ValueAt(at.y())}); });
+}
+
+void PlotView::mousePressEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) Tell(vc::PointerAction::Press, event->position());
+}
+
+void PlotView::mouseMoveEvent(QMouseEvent* event) {
+  if (small) return QWidget::mouseMoveEvent(event);
+  const vc::Rectangle& frame = layout.frame;
+  const bool inside = QRectF(frame.left, frame.top, frame.width, frame.height).contains(event->position());
+  PointAt(inside ? std::optional(event->position().x()) : std::nullopt);
+  Tell(vc::PointerAction::Move, event->position());
+}
+
+void PlotView::mouseReleaseEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) Tell(vc::PointerAction::Release, event->position());
+}
+
+void PlotView::leaveEvent(QEvent* /*event*/) {
+  PointAt(std::nullopt);
+  Tell(vc::PointerAction::Leave, mapFromGlobal(QCursor::pos()));
+}
+
+void PlotView::keyPressEvent(QKeyEvent* event) {
+  const std::string combination = CombinationOf(*event);
+  bool known = false;
+  if (model.keyPressed) operate(model.core, [&] { known = model.keyPressed(combination); });
+  if (!known && !MoveCursor(combination)) QWidget::keyPressEvent(event);
+}
+
+// By pixels, with Shift by ten and with Ctrl by a hundred of them, as an arrow moves a slider.
+bool PlotView::MoveCursor(const std::string& combination) {
+  struct Stroke {
+    const char* keys;
+    int pixels;
+  };
+  constexpr std::array<Stroke, 8> strokes{{{"Left", -1},
+                                           {"Right", 1},
+                                           {"Shift+Left", -10},
+                                           {"Shift+Right", 10},
+                                           {"Ctrl+Left", -100},
+                                           {"Ctrl+Right", 100},
+                                           {"Home", -100000},
+                                           {"End", 100000}}};
+  const auto* stroke = std::ranges::find(strokes, combination, &Stroke::keys);
+  if (stroke == strokes.end()) return false;
+  const double now = layout.x.PixelOf(model.Cursor().value_or(model.XAxis().from));
+  PointAt(now + stroke->pixels);
+  return true;
+}
+
+void PlotView::focusInEvent(QFocusEvent* event) {
+  QWidget::focusInEvent(event);
+  const bool byKey = event->reason() == Qt::TabFocusReason || event->reason() == Qt::BacktabFocusReason;
+  if (byKey) PointAt(layout.frame.left + layout.frame.width / 2.0);
+}
+
+void PlotView::focusOutEvent(QFocusEvent* event) {
+  QWidget::focusOutEvent(event);
+  PointAt(std::nullopt);
+}
+
+void PlotView::contextMenuEvent(QContextMenuEvent* event) {
+  if (model.choices.empty()) return QWidget::contextMenuEvent(event);
+  auto* menu = new QMenu(this);
+  menu->setAttribute(Qt::WA_DeleteOnClose);
+  for (const vc::Plot::Choice& choice : model.choices) {
+    QAction* entry = menu->addAction(ToQt(choice.caption));
+    entry->setCheckable(true);
+    entry->setChecked(choice.checked());
+    connect(entry, &QAction::triggered, this, [this, &choice] { operate(model.core, choice.chosen); });
+  }
+  menu->popup(event->globalPos());
 }
 
 }  // namespace desktop

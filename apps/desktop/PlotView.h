@@ -1,41 +1,79 @@
 // A plot on the screen. What changes seldom is kept as a picture, under the curves.
 #pragma once
 
-#include <string_view>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
 
-#include <QPixmap>
+#include <QImage>
 #include <QWidget>
 
+#include "desktop/CurveRaster.h"
 #include "widgets/PlotLayout.h"
 
 namespace desktop {
 
+class HandleView;
+
 class PlotView : public QWidget {
  public:
-  PlotView(const vc::Plot& plot, QWidget* parent);
+  // Carries an action of the operator on a control to the model.
+  using Operate = std::function<void(const vc::ControlCore& core, const std::function<void()>& action)>;
+  PlotView(vc::Plot& plot, QWidget* parent, Operate carry);
 
-  // Repaints after the change of a property.
-  void Follow(std::string_view property);
+  // Repaints after a change of the model.
+  void Follow();
   int GridsDrawn() const { return gridsDrawn; }  // how often so far
+
+  vc::Plot& Model() const { return model; }
+  const std::vector<HandleView*>& Handles() const { return handles; }
+  // As what is shown is laid out.
+  const vc::PlotLayout& Layout() const { return layout; }
+  void Carry(const vc::ControlCore& core, const std::function<void()>& action) const {
+    operate(core, action);
+  }
+  // A line at a pixel across the view, or none.
+  void PointAt(std::optional<double> column);
 
   QSize sizeHint() const override;
   QSize minimumSizeHint() const override;
 
  protected:
+  bool event(QEvent* event) override;
   void paintEvent(QPaintEvent* event) override;
   void changeEvent(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
+  void mousePressEvent(QMouseEvent* event) override;
+  void mouseMoveEvent(QMouseEvent* event) override;
+  void mouseReleaseEvent(QMouseEvent* event) override;
+  void leaveEvent(QEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
+  void focusOutEvent(QFocusEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
 
  private:
   QSize SizeOf(int digits, int lines) const;
   // Lays the plot out and draws its grid anew where something that they depend on has changed.
   void KeepUp();
-  void DrawGrid();
+  void DrawGrid(const QSize& pixels);
+  Pixels PixelsBehind(const QPainter& painter, const QRegion& region) const;
+  // What of them lies in a part of the view.
+  void DrawCurves(QPainter& painter, const Pixels& pixels, const QRect& part);
+  void PlaceHandles();
+  void Tell(vc::PointerAction action, const QPointF& at);
+  bool MoveCursor(const std::string& combination);
 
-  const vc::Plot& model;
+  vc::Plot& model;
+  Operate operate;
   const bool small;
-  QPixmap grid;  // none while it has to be drawn anew
+  std::vector<HandleView*> handles;
+  QImage grid;  // none while it has to be drawn anew
+  CurveRaster raster{1.0};
   vc::PlotLayout layout;
-  unsigned revision = 0;  // of the plot that the two show
+  unsigned revision = 0;  // of the plot that the grid shows
+  std::string caption;
   int gridsDrawn = 0;
 };
 

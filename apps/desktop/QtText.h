@@ -5,6 +5,8 @@
 
 #include <QFontInfo>
 #include <QFontMetrics>
+#include <QKeyEvent>
+#include <QKeySequence>
 #include <QString>
 #include <QWidget>
 
@@ -12,6 +14,13 @@ namespace desktop {
 
 inline QString ToQt(const std::string& text) { return QString::fromStdString(text); }
 inline std::string FromQt(const QString& text) { return text.toStdString(); }
+
+// What is pressed, "Shift+Left".
+inline std::string CombinationOf(const QKeyEvent& event) {
+  const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
+  const QKeySequence keys(QKeyCombination(modifiers, static_cast<Qt::Key>(event.key())));
+  return FromQt(keys.toString(QKeySequence::PortableText));
+}
 
 // Lengths in font metrics, so that a window keeps its proportions at every font and scale.
 inline int LineHeight(const QWidget& widget) { return widget.fontMetrics().height(); }

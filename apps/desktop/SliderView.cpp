@@ -95,10 +95,8 @@ void SliderView::ShowModel() {
 
 void SliderView::keyPressEvent(QKeyEvent* event) {
   EndClick();
-  const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
-  const QKeySequence keys(QKeyCombination(modifiers, static_cast<Qt::Key>(event->key())));
   bool known = false;
-  operate([&] { known = model.Press(FromQt(keys.toString(QKeySequence::PortableText))); });
+  operate([&] { known = model.Press(CombinationOf(*event)); });
   event->setAccepted(known);
 }
 

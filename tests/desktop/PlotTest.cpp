@@ -5,9 +5,12 @@
 
 #include <QApplication>
 #include <QImage>
+#include <QWindow>
 
 #include "Contrast.h"
+#include "MasterWindow.h"
 #include "Shown.h"
+#include "desktop/HandleView.h"
 #include "desktop/PainterSurface.h"
 #include "desktop/PlotView.h"
 #include "desktop/Theme.h"
@@ -22,6 +25,10 @@ TEST(PlotColours, StandOutInLightAndInDark) {
     const QPalette palette = QApplication::palette();
     const QColor back = ColourOf(vc::WindowBack, palette);
     for (const vc::Colour trace : vc::TraceColours) EXPECT_GE(Contrast(ColourOf(trace, palette), back), 3.0);
+    for (const vc::Colour ground : {vc::PassBack, vc::StopBack}) {
+      EXPECT_GE(Contrast(ColourOf(vc::TraceColours[0], palette), ColourOf(ground, palette)), 3.0);
+      EXPECT_NE(ColourOf(ground, palette), back);
+    }
     EXPECT_GE(Contrast(ColourOf(vc::WindowText, palette), ColourOf(vc::ButtonFace, palette)), 4.5);
     EXPECT_LT(Contrast(ColourOf(vc::GridLine, palette), back), 2.5);  // the grid stays behind
   }
@@ -55,6 +62,111 @@ TEST(PlotView, DrawsItsGridForOtherAxesAndNotForOtherCurves) {
     EXPECT_GT(view.GridsDrawn(), grids);
     grids = view.GridsDrawn();
   }
+}
+
+TEST(PlotView, ReadsTheCurveUnderPointerAndKeys) {
+  Shown shown;
+  auto& view = dynamic_cast<PlotView&>(shown.At("pltCurve"));
+  vc::Plot& plot = shown.sample.pltCurve;
+  view.grab();
+  const vc::PlotLayout& layout = view.Layout();
+  std::string told;
+  plot.pointer = [&](const vc::PlotPointer& event) {
+    told += std::to_string(static_cast<int>(event.action)) + "@" + std::to_string(std::lround(event.x)) + " ";
+  };
+  const QPoint at(static_cast<int>(layout.x.PixelOf(400)), layout.frame.top + 20);
+  QTest::mouseMove(&view, at);
+  EXPECT_NEAR(plot.Cursor().value_or(0), 400, 5);
+  QTest::mouseMove(&view, {layout.frame.left - 5, layout.frame.top + 20});
+  EXPECT_FALSE(plot.Cursor());
+  QTest::mousePress(&view, Qt::LeftButton, {}, at);
+  QTest::mouseRelease(&view, Qt::LeftButton, {}, at);
+  EXPECT_NE(told.find("0@"), std::string::npos);
+  EXPECT_NE(told.find("2@"), std::string::npos);
+  shown.Focus("pltCurve");
+  QTest::keyClick(&view, Qt::Key_Home);
+  EXPECT_EQ(shown.Says("pltCurve"), "0 Hz: 0.0 dB");
+  const QImage before = view.grab().toImage();
+  const int grids = view.GridsDrawn();
+  QTest::keyClick(&view, Qt::Key_End);
+  EXPECT_EQ(shown.Says("pltCurve"), "1600 Hz: -12.0 dB");
+  QTest::keyClick(&view, Qt::Key_Left, Qt::ShiftModifier);
+  EXPECT_NEAR(plot.Cursor().value_or(0), layout.x.ValueAt(layout.x.PixelOf(1600) - 10), 1e-6);
+  EXPECT_NE(view.grab().toImage(), before);
+  EXPECT_EQ(view.GridsDrawn(), grids);
+  shown.Focus("btnOK");
+  EXPECT_FALSE(plot.Cursor());
+}
+
+// Counts what an object is sent.
+struct PaintCount : QObject {
+  int paints = 0;
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    paints += event->type() == QEvent::Paint ? 1 : 0;
+    return false;
+  }
+};
+
+TEST(PlotHandles, ADragIsDrawnAtEveryEventAndIsOneStep) {
+  MasterWindow run;
+  run.record.lpfCutoff[1] = 1000;
+  run.OpenFilter(1, vc::FilterKind::Lowpass);
+  run.Ready();
+  auto& view = run.At<PlotView>("pltResponse");
+  auto& knob = run.At<HandleView>("pltResponse.Cutoff");
+  PaintCount count;
+  view.installEventFilter(&count);
+  QWindow* window = run.Window().windowHandle();
+  const QPoint from = knob.mapTo(&run.Window(), knob.rect().center());
+  QTest::mousePress(window, Qt::LeftButton, {}, from);
+  constexpr int events = 50;
+  int before = count.paints;
+  for (int i = 1; i <= events; ++i) {
+    const std::int16_t stood = run.record.lpfCutoff[1];
+    QTest::mouseMove(window, from + QPoint(i, i % 3));
+    QCoreApplication::processEvents();
+    EXPECT_GT(run.record.lpfCutoff[1], stood);
+    EXPECT_GT(count.paints, before) << i;
+    before = count.paints;
+    EXPECT_EQ(run.Get("txtCutoff"), std::to_string(run.record.lpfCutoff[1]));
+    const QPoint there = knob.mapTo(&run.Window(), knob.rect().center());
+    EXPECT_NEAR(there.x(), from.x() + i, 2);
+  }
+  QTest::mouseRelease(window, Qt::LeftButton, {}, from + QPoint(events, 0));
+  EXPECT_NEAR(run.record.lpfCutoff[1], 1000 + events * 1600 / view.Layout().frame.width * 2, 250);
+  EXPECT_FALSE(std::get<vc::Slider*>(run.Find("sldrCutoff"))->Held());
+  run.Settle();
+  const auto& block = *run.Stage(1).block;
+  EXPECT_EQ(block[0] + 256 * block[1], run.record.lpfCutoff[1]);
+  run.Press("Ctrl+Z");
+  EXPECT_EQ(run.record.lpfCutoff[1], 1000);
+}
+
+TEST(PlotHandles, AreReachedByTabAndMovedByArrows) {
+  MasterWindow run;
+  run.record.lpfAtten[1] = 30;
+  run.OpenFilter(1, vc::FilterKind::Lowpass);
+  run.Ready();
+  EXPECT_EQ(QApplication::focusWidget(), &run.At("sldrCutoff"));
+  run.At("pltResponse").setFocus(Qt::TabFocusReason);
+  run.Press("Tab");
+  EXPECT_EQ(QApplication::focusWidget(), &run.At("pltResponse.Cutoff"));
+  run.Press("Tab");
+  QWidget& knob = run.At("pltResponse.Stopband");
+  EXPECT_EQ(QApplication::focusWidget(), &knob);
+  run.Press("Down");
+  EXPECT_EQ(run.record.lpfAtten[1], 31);
+  run.Press("Shift+Up");
+  EXPECT_EQ(run.record.lpfAtten[1], 21);
+  QCoreApplication::processEvents();
+  QAccessibleInterface& heard = *QAccessible::queryAccessibleInterface(&knob);
+  EXPECT_EQ(heard.role(), QAccessible::Slider);
+  EXPECT_EQ(heard.text(QAccessible::Name), "Stopband");
+  EXPECT_EQ(heard.text(QAccessible::Value), "21 dB");
+  EXPECT_EQ(heard.valueInterface()->maximumValue().toDouble(), 60);
+  EXPECT_EQ(knob.cursor().shape(), Qt::SizeVerCursor);
+  run.Press("Tab");
+  EXPECT_EQ(QApplication::focusWidget(), &run.At("sldrCutoff"));
 }
 
 // How thick the lines of one colour are that a row of pixels crosses.
