@@ -11,7 +11,7 @@
 namespace desktop {
 namespace {
 
-constexpr double KnobInLines = 0.36, HoveredKnobInLines = 0.44;  // its radius
+constexpr double KnobInLines = 0.46, HoveredKnobInLines = 0.54;  // its radius
 constexpr int LeastSize = 26;
 
 Qt::CursorShape ShapeOf(const vc::PlotHandle& handle) {

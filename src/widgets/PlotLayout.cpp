@@ -7,7 +7,7 @@
 namespace vc {
 namespace {
 
-constexpr int MostTicks = 10;
+constexpr int MostTicks = 10, MarkerRows = 3;
 constexpr double SmallText = 0.85;
 
 // The text, or as much of its beginning as there is room for, never half of a character.
@@ -60,6 +60,7 @@ class Builder {
   std::string TickText(const std::vector<PlotTick>& ticks, std::size_t i, const std::string& unit) const;
   int MostRows() const { return std::clamp(out.frame.height / (line * 3 / 2), 2, MostTicks); }
   void RowMarkerLabels(int frameLeft, int frameRight);
+  int RowsAtMost() const;
 
   struct Headed {
     std::string text;
@@ -167,10 +168,17 @@ int Builder::RightMargin() {
   return std::max({number, rightNumbers + std::min(widest, area.width / 3), 1});
 }
 
+// What they need wherever they are dragged to, so that the frame stands still.
+int Builder::RowsAtMost() const {
+  const auto labelled = std::ranges::count_if(plot.VerticalMarkers(),
+                                              [](const PlotMarker& marker) { return !marker.label.empty(); });
+  return std::min(static_cast<int>(labelled), MarkerRows);
+}
+
 // Each in the lowest of three rows where it is clear of its neighbours and still over its line; one that has
 // no room in any of them is left out, its line stays.
 void Builder::RowMarkerLabels(int frameLeft, int frameRight) {
-  std::array<int, 3> ends{};  // from where a row is free
+  std::array<int, MarkerRows> ends{};  // from where a row is free
   ends.fill(area.left);
   const PlotScale scale(plot.XAxis(), frameLeft, frameRight);
   for (const PlotMarker& marker : Within(plot.XAxis(), plot.VerticalMarkers())) {
@@ -188,6 +196,7 @@ void Builder::RowMarkerLabels(int frameLeft, int frameRight) {
     rows = std::max(rows, row + 1);
     rowed.push_back({text, {left, row, wide, line}, WindowText});
   }
+  if (!plot.handles.empty()) rows = RowsAtMost();
 }
 
 void Builder::PlaceFrame() {
