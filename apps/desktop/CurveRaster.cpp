@@ -7,7 +7,7 @@
 namespace desktop {
 namespace {
 
-constexpr double LeastWidth = 1.5, WidthPerRatio = 1.25, MostWidth = 8.0;  // pixels
+constexpr double LeastWidth = 1.7, WidthPerRatio = 1.25, MostWidth = 8.0;  // pixels
 constexpr int Slopes = 32, StepsPerPixel = 64;
 constexpr int Reach = 8;  // pixels that the table goes to from the middle of a stroke
 constexpr int RowLength = Reach * StepsPerPixel;
@@ -93,7 +93,8 @@ std::vector<Lanes> GroupTable(double width) {
       for (int pixel = 0; pixel < GroupPixels; pixel += LanePixels) {
         Lanes shares{};
         for (int lane = 0; lane < 4 * LanePixels; ++lane) {
-          const double part = Coverage(pixel + lane / 4 - middle, slope, half);
+          const int at = pixel + lane / 4;
+          const double part = Coverage(at - middle, slope, half);
           shares[lane] = static_cast<std::uint16_t>(ToShare(std::clamp(part, 0.0, 1.0)));
         }
         table.push_back(shares);

@@ -21,7 +21,7 @@ struct SystemColour {
   vc::Colour number;
   QPalette::ColorRole role;
 };
-constexpr std::array<SystemColour, 15> SystemColours{{{0, QPalette::Mid},
+constexpr std::array<SystemColour, 16> SystemColours{{{0, QPalette::Mid},
                                                       {4, QPalette::Window},
                                                       {5, QPalette::Base},
                                                       {6, QPalette::Dark},
@@ -35,7 +35,8 @@ constexpr std::array<SystemColour, 15> SystemColours{{{0, QPalette::Mid},
                                                       {18, QPalette::ButtonText},
                                                       {20, QPalette::Light},
                                                       {21, QPalette::Shadow},
-                                                      {22, QPalette::Midlight}}};
+                                                      {22, QPalette::Midlight},
+                                                      {26, QPalette::Link}}};
 
 // The ground with so much of another colour in it.
 struct MixedColour {

@@ -19,6 +19,7 @@ inline constexpr Colour ButtonFace = 0x8000000F;
 inline constexpr Colour GrayText = 0x80000011;
 inline constexpr Colour ButtonText = 0x80000012;
 inline constexpr Colour GridLine = 0x80000016;
+inline constexpr Colour HotLight = 0x8000001A;  // stands out on what is read
 inline constexpr Colour PassBack = 0x80000040;  // behind what passes, and behind what is stopped
 inline constexpr Colour StopBack = 0x80000041;
 

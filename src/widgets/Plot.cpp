@@ -232,7 +232,7 @@ void Plot::DrawCursor(Surface& surface, const PlotLayout& layout) const {
   const Rectangle box{left, frame.top + gap, wide, size.height + gap};
   surface.FillRectangle(box, ButtonFace);
   surface.FrameRectangle(box, FrameLine);
-  modGDI::DrawPictureText(surface, text, box.left + gap, box.top + gap / 2, WindowText);
+  modGDI::DrawPictureText(surface, text, box.left + gap, box.top + gap * 0.5, WindowText);
 }
 
 }  // namespace vc

@@ -17,7 +17,7 @@
 namespace vc {
 
 // Curves in these colours can be told apart, on light and on dark.
-inline constexpr std::array<Colour, 4> TraceColours{Highlight, 0x1F7AD8, 0x4C9A3A, 0xB04FA8};
+inline constexpr std::array<Colour, 4> TraceColours{HotLight, 0x1F7AD8, 0x4C9A3A, 0xB04FA8};
 
 // The first value stands at the beginning of the x axis, the last at its end, the others evenly between, or
 // each at a place of its own. One value alone is a level all along. What is not a number is left out.

@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QImage>
+#include <QMenu>
 #include <QWindow>
 
 #include "Contrast.h"
@@ -96,6 +98,41 @@ TEST(PlotView, ReadsTheCurveUnderPointerAndKeys) {
   EXPECT_EQ(view.GridsDrawn(), grids);
   shown.Focus("btnOK");
   EXPECT_FALSE(plot.Cursor());
+}
+
+TEST(PlotView, DrawsTheSameWhateverItDrawsOn) {
+  Shown shown;
+  QWidget& view = shown.At("pltCurve");
+  QImage straight(view.size(), QImage::Format_RGB32), copied(view.size(), QImage::Format_ARGB32);
+  view.render(&straight);
+  view.render(&copied);
+  EXPECT_EQ(copied.convertToFormat(QImage::Format_RGB32), straight);
+  const QRect part(view.width() / 4, view.height() / 4, view.width() / 3, view.height() / 3);
+  QImage window(part.size(), QImage::Format_RGB32);
+  window.fill(Qt::red);
+  view.render(&window, {}, part);
+  EXPECT_EQ(window, straight.copy(part));
+}
+
+TEST(PlotView, OffersItsChoicesInAMenu) {
+  MasterWindow run;
+  run.OpenFilter(1, vc::FilterKind::Lowpass);
+  run.Ready();
+  QWidget& view = run.At("pltResponse");
+  const auto choose = [&view] {
+    QContextMenuEvent event(QContextMenuEvent::Mouse, {50, 50}, view.mapToGlobal(QPoint(50, 50)));
+    QCoreApplication::sendEvent(&view, &event);
+    QAction* entry = qobject_cast<QMenu*>(QApplication::activePopupWidget())->actions().at(0);
+    const bool was = entry->isChecked();
+    entry->trigger();
+    QApplication::activePopupWidget()->close();
+    return was;
+  };
+  const vc::Plot& plot = *std::get<vc::Plot*>(run.Find("pltResponse"));
+  EXPECT_FALSE(choose());
+  EXPECT_EQ(plot.XAxis().law, vc::AxisLaw::Logarithmic);
+  EXPECT_TRUE(choose());
+  EXPECT_EQ(plot.XAxis().law, vc::AxisLaw::Linear);
 }
 
 // Counts what an object is sent.

@@ -138,7 +138,7 @@ TEST_F(Plots, TheCurveLiesOnItsAxes) {
   EXPECT_EQ(points[0], (Point{frame.left + 0.5, frame.top + 0.5}));
   EXPECT_NEAR(points[1].x, frame.left + (frame.width - 1) / 2.0 + 0.5, 1e-9);
   EXPECT_NEAR(points[2].y, frame.top + 0.6 * (frame.height - 1) + 0.5, 1e-9);
-  EXPECT_EQ(curves[0].colour, Highlight);
+  EXPECT_EQ(curves[0].colour, HotLight);
   // Markers stand where the curve has their value.
   plot.SetMarkers({{800, "m"}, {1601, "outside"}, {std::nan(""), "nowhere"}}, {{-12, "h"}});
   const auto dotted = Drawn("dotted");
