@@ -8,7 +8,7 @@ namespace desktop {
 namespace {
 
 constexpr double LeastWidth = 1.7, WidthPerRatio = 1.25, MostWidth = 8.0;  // pixels
-constexpr int Slopes = 32, StepsPerPixel = 64;
+constexpr int Slopes = 24, StepsPerPixel = 64;
 constexpr int Reach = 8;  // pixels that the table goes to from the middle of a stroke
 constexpr int RowLength = Reach * StepsPerPixel;
 constexpr double Middle = 0.5;  // of a pixel
@@ -69,7 +69,7 @@ int ColumnOf(double x) {
 using Lanes = CurveRaster::Lanes;
 using Channels = std::uint8_t __attribute__((vector_size(8)));
 constexpr int LanePixels = 2, GroupPixels = 8;
-constexpr int PlaceBits = 5;  // of where within a pixel a group begins
+constexpr int PlaceBits = 4;  // of where within a pixel a group begins
 
 inline void BlendLanes(std::uint32_t* pixels, const Lanes& shares, const Lanes& ink) {
   Channels channels;
