@@ -42,8 +42,9 @@ void PlotView::Follow() {
   update();
 }
 
+// Once its window has gone the model may be gone too, and is not asked.
 bool PlotView::event(QEvent* event) {
-  if (event->type() == QEvent::LayoutRequest) PlaceHandles();
+  if (event->type() == QEvent::LayoutRequest && isVisible()) PlaceHandles();
   return QWidget::event(event);
 }
 
@@ -55,6 +56,8 @@ void PlotView::changeEvent(QEvent* event) {
 }
 
 void PlotView::resizeEvent(QResizeEvent* /*event*/) { Follow(); }
+
+void PlotView::showEvent(QShowEvent* /*event*/) { Follow(); }
 
 void PlotView::KeepUp() {
   const QSize wanted = (QSizeF(size()) * devicePixelRatioF()).toSize();
