@@ -71,19 +71,27 @@ void EditHistory::Record(Step step, const Action& action) {
   step.changes = ChangesBetween(*before, settings);
   step.builtAfter = Built();
   if (step.IsNone()) return;
-  if (Continues(step.source)) {
-    steps.back().changes.Add(step.changes);
-    CarryOver(steps.back().builtAfter, step.builtBefore, step.builtAfter);
-    if (steps.back().IsNone()) steps.pop_back();
+  const bool continues = Continues(step.source);
+  open = true;
+  if (continues) {
+    Join(step);
   } else {
     steps.resize(done);
     steps.push_back(std::move(step));
     if (steps.size() > MostSteps) steps.erase(steps.begin());
   }
   done = steps.size();
-  open = true;
   lastEdit = clock.Microseconds();
   wires.changed();
+}
+
+// A step that has come back to where it began is none, and the next edit does not continue the one before.
+void EditHistory::Join(const Step& step) {
+  steps.back().changes.Add(step.changes);
+  CarryOver(steps.back().builtAfter, step.builtBefore, step.builtAfter);
+  if (!steps.back().IsNone()) return;
+  steps.pop_back();
+  open = false;
 }
 
 void EditHistory::Amend(const std::function<void()>& action) {

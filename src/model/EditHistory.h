@@ -70,6 +70,7 @@ struct EditHistory {
   PerStage<std::int16_t> Built() const;
   void Record(Step step, const Action& action);
   bool Continues(const std::string& source) const;
+  void Join(const Step& step);
   void Restore(const Step& step, bool back);
 
   SystemSettings& settings;
