@@ -5,7 +5,7 @@ namespace unit {
 
 std::string DumpText(Unit& unit) {
   std::string text = SettingText(unit.Present());
-  const std::size_t waiting = unit.stages().WaitingPackets();
+  const std::size_t waiting = unit.HeldStages().WaitingPackets();
   if (waiting > 0) text += "waiting " + std::to_string(waiting) + '\n';
   return text + MemoriesText(unit.memories);
 }

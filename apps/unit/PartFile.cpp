@@ -50,12 +50,12 @@ std::variant<PartFile, int> PartFile::Begin(const std::string& path) {
   auto opened = Opened(part, O_RDWR | O_CREAT | O_NOFOLLOW, part, target);
   auto* const file = std::get_if<PartFile>(&opened);
   if (file == nullptr) return opened;
-  if (!IsOurs(file->descriptor(), part)) {
+  if (!IsOurs(file->Descriptor(), part)) {
     file->Keep();
     return EBUSY;
   }
-  if (ftruncate(file->descriptor(), 0) != 0) return errno;
-  if (there && fchmod(file->descriptor(), old.st_mode & ALLPERMS) != 0) return errno;
+  if (ftruncate(file->Descriptor(), 0) != 0) return errno;
+  if (there && fchmod(file->Descriptor(), old.st_mode & ALLPERMS) != 0) return errno;
   return opened;
 }
 

@@ -23,9 +23,9 @@ class PartFile {
   ~PartFile();
 
   // To write to; -1 once it is put in place or kept.
-  int descriptor() const { return descriptor_; }
+  int Descriptor() const { return descriptor_; }
   // Where it stands until then; empty for what is no file.
-  const std::string& part() const { return part_; }
+  const std::string& Part() const { return part_; }
 
   // Flushes it to the disk and puts it in place. 0, or the system's number of the error.
   int Commit();

@@ -43,7 +43,7 @@ void Descriptor::Take(int descriptor) {
 }
 
 void Descriptor::Close() {
-  if (valid()) close(descriptor_);
+  if (Valid()) close(descriptor_);
   descriptor_ = -1;
 }
 
@@ -60,15 +60,15 @@ std::string PtyLine::Open(const std::string& link) {
 std::string PtyLine::OpenTerminal() {
   master_.Take(posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
   std::array<char, PATH_MAX> name{};
-  if (!master_.valid() || grantpt(master()) != 0 || unlockpt(master()) != 0 ||
-      ptsname_r(master(), name.data(), name.size()) != 0) {
+  if (!master_.Valid() || grantpt(Master()) != 0 || unlockpt(Master()) != 0 ||
+      ptsname_r(Master(), name.data(), name.size()) != 0) {
     return Failure("no pseudo-terminal");
   }
   device_ = name.data();
   slave_.Take(open(device_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
-  if (!slave_.valid() || !MakeRaw(slave_.get())) return Failure(device_);
+  if (!slave_.Valid() || !MakeRaw(slave_.Number())) return Failure(device_);
   watch_.Take(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
-  if (!watch_.valid() || inotify_add_watch(watch(), device_.c_str(), IN_OPEN | IN_CLOSE) < 0) {
+  if (!watch_.Valid() || inotify_add_watch(Watch(), device_.c_str(), IN_OPEN | IN_CLOSE) < 0) {
     return Failure("no watch on " + device_);
   }
   return {};
@@ -88,11 +88,11 @@ std::string PtyLine::MakeLink(const std::string& link) {
 PtyLine::Input PtyLine::Read() {
   std::array<std::uint8_t, 4096> buffer{};
   Input input;
-  const ssize_t count = read(master(), buffer.data(), buffer.size());
+  const ssize_t count = read(Master(), buffer.data(), buffer.size());
   if (count > 0) input.bytes.assign(buffer.begin(), buffer.begin() + count);
   // Asked after the read: so bytes of a new visit can't be taken for bytes of the one before.
   input.host = HostChange();
-  input.rate = LineRate(master());
+  input.rate = LineRate(Master());
   return input;
 }
 
@@ -100,7 +100,7 @@ PtyLine::Host PtyLine::HostChange() const {
   alignas(inotify_event) std::array<char, 4096> buffer{};
   Host host = Host::Stayed;
   ssize_t count = 0;
-  while ((count = read(watch(), buffer.data(), buffer.size())) > 0) {
+  while ((count = read(Watch(), buffer.data(), buffer.size())) > 0) {
     inotify_event event{};
     for (ssize_t at = 0; at < count; at += static_cast<ssize_t>(sizeof event + event.len)) {
       std::memcpy(&event, buffer.data() + at, sizeof event);
@@ -113,12 +113,12 @@ PtyLine::Host PtyLine::HostChange() const {
 
 void PtyLine::Write(std::span<const std::uint8_t> bytes) const {
   while (!bytes.empty()) {
-    const ssize_t count = write(master(), bytes.data(), bytes.size());
+    const ssize_t count = write(Master(), bytes.data(), bytes.size());
     if (count <= 0) return;
     bytes = bytes.subspan(static_cast<std::size_t>(count));
   }
 }
 
-void PtyLine::DiscardSent() const { tcflush(slave_.get(), TCIFLUSH); }
+void PtyLine::DiscardSent() const { tcflush(slave_.Number(), TCIFLUSH); }
 
 }  // namespace unit

@@ -19,8 +19,8 @@ class Descriptor {
 
   void Take(int descriptor);
   void Close();
-  int get() const { return descriptor_; }
-  bool valid() const { return descriptor_ >= 0; }
+  int Number() const { return descriptor_; }
+  bool Valid() const { return descriptor_ >= 0; }
 
  private:
   int descriptor_ = -1;
@@ -38,9 +38,9 @@ class PtyLine {
   std::string Open(const std::string& link);
 
   // What poll() is to watch for input.
-  int master() const { return master_.get(); }
-  int watch() const { return watch_.get(); }
-  const std::string& device() const { return device_; }
+  int Master() const { return master_.Number(); }
+  int Watch() const { return watch_.Number(); }
+  const std::string& Device() const { return device_; }
 
   enum class Host { Stayed, Closed, ClosedAndOpened };
   struct Input {

@@ -116,7 +116,7 @@ constexpr LineForm lineForms[] = {{"register", TakeRegister},
 }  // namespace
 
 Setting PresentSetting(const Registers& registers, const Stages& stages) {
-  Setting setting{registers.values, stages.programs()};
+  Setting setting{registers.values, stages.Programs()};
   for (const std::uint8_t code : actions) setting.registers[code].reset();
   return setting;
 }

@@ -147,7 +147,7 @@ std::string_view Stages::PacketRefusal(std::size_t number) const {
 std::string_view Stages::SynthesisRefusal(const Synthesis& synthesis) const {
   if (synthesis.position > PositionCount) return "no such position";
   if (synthesis.algorithm > LastAlgorithm) return "no such algorithm";
-  const auto& stageClass = at(synthesis.position).stageClass;
+  const auto& stageClass = At(synthesis.position).stageClass;
   if (!stageClass) return "the class is unknown";
   if (!Fits(synthesis.position, *stageClass, synthesis.algorithm)) return "not for this class";
   if (synthesis.algorithm == HostCoefficients) return CoefficientsRefusal(synthesis.position);

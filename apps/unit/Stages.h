@@ -98,9 +98,9 @@ class Stages {
   // As they were when a setting was stored, by its programs and registers.
   void Restore(const StagePrograms& programs, const std::array<std::optional<std::uint16_t>, 256>& registers);
 
-  const StagePrograms& programs() const { return programs_; }
+  const StagePrograms& Programs() const { return programs_; }
   // position: 1..10.
-  const Stage& at(unsigned position) const { return programs_.stages[position - 1]; }
+  const Stage& At(unsigned position) const { return programs_.stages[position - 1]; }
   std::size_t WaitingPackets() const { return packets_.size(); }
 
  private:

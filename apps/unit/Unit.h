@@ -63,10 +63,10 @@ class Unit {
   void LineClosed();
 
   // What the unit was sent, up to the time of the last call.
-  const Registers& registers() const { return registers_; }
+  const Registers& HeldRegisters() const { return registers_; }
 
   // What the stages have made of it.
-  const Stages& stages() const { return stages_; }
+  const Stages& HeldStages() const { return stages_; }
 
   // Puts coefficients into the page (0..5) of a filter stage, as if the filter had learned them:
   // -2^23..2^23-1, at most 8192. A reset of the stage takes them away.

@@ -17,7 +17,7 @@ namespace {
 
 int Fill(PartFile& file, std::string_view text) {
   while (!text.empty()) {
-    const ssize_t written = write(file.descriptor(), text.data(), text.size());
+    const ssize_t written = write(file.Descriptor(), text.data(), text.size());
     if (written < 0 && errno != EINTR) return errno;
     text.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
   }

@@ -140,7 +140,7 @@ int Serve(unit::PtyLine& line, unit::Unit& unit, const unit::sound::LiveSound* s
   // A host that downloads sends its next frame at once: it finds the unit awake.
   constexpr std::int64_t awakeMicroseconds = 300;
   std::int64_t awakeUntil = 0;
-  std::array<pollfd, 3> waits{{{requests, POLLIN, 0}, {line.master(), POLLIN, 0}, {line.watch(), POLLIN, 0}}};
+  std::array<pollfd, 3> waits{{{requests, POLLIN, 0}, {line.Master(), POLLIN, 0}, {line.Watch(), POLLIN, 0}}};
   while (true) {
     timespec left{};
     const std::int64_t now = watch.Microseconds();
@@ -221,7 +221,7 @@ int Run(const unit::Options& options) {
   unit::PtyLine line;
   const std::string failure = line.Open(options.link);
   if (!failure.empty()) return Complain(failure, EnvironmentFault);
-  std::cout << "veltrana-unit: " << options.link << " (" << line.device() << ") at " << options.baud
+  std::cout << "veltrana-unit: " << options.link << " (" << line.Device() << ") at " << options.baud
             << " baud" << std::endl;
   const int end = Serve(line, unit, sound, requests, options);
   if (sound == nullptr) return end;

@@ -54,7 +54,7 @@ struct ReadBack : testing::Test {
     return end;
   }
 
-  int Step() const { return simulated.registers().values[56].value_or(0) & 2047; }
+  int Step() const { return simulated.HeldRegisters().values[56].value_or(0) & 2047; }
 
   void Lay(std::int16_t mode, int taps) {
     record.configMode = mode;
@@ -145,7 +145,7 @@ TEST_F(ReadBack, HandlersUnderTheReadDoItNoHarm) {
   EXPECT_EQ(destination[1023], PageContent(0)[1023]);
   EXPECT_EQ(polls, 0U);
   EXPECT_TRUE(session.periodic.tmrBargraph->Enabled());  // as the handler wanted it
-  EXPECT_EQ(simulated.registers().values[8], 3677);      // with the thaw
+  EXPECT_EQ(simulated.HeldRegisters().values[8], 3677);  // with the thaw
 
   reader.hooks.runEvents = [&] { session.device.DrainPendingReply(); };
   ExpectFailure();
@@ -157,10 +157,10 @@ TEST_F(ReadBack, PendingEditGoesFirstAndOnlyWhatAdaptsIsFrozen) {
   record.filterAdapt[2] = 0;
   Lay(ConfigMode::StereoLinked, 100);
   EditThreshold(1);
-  const auto before = simulated.registers().counts;
+  const auto before = simulated.HeldRegisters().counts;
   EXPECT_TRUE(Read(5));  // runs with the fields of stage 2
-  EXPECT_EQ(simulated.registers().values[8], 7336);
-  EXPECT_EQ(simulated.registers().counts[59], before[59]);
+  EXPECT_EQ(simulated.HeldRegisters().values[8], 7336);
+  EXPECT_EQ(simulated.HeldRegisters().counts[59], before[59]);
 }
 
 TEST_F(ReadBack, DisplayIsReadRoundAndRoundAndBeforeTheStatusCounts) {

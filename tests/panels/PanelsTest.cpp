@@ -209,7 +209,7 @@ TEST(ProcessorPanels, CutoffsGoInWholeTens) {
   run.Type("txtCutoff", "1000");
   EXPECT_EQ(run.record.ihpfCutoff, 500);
   run.Settle();
-  EXPECT_EQ(run.unit.Now().registers().values[17], 500);
+  EXPECT_EQ(run.unit.Now().HeldRegisters().values[17], 500);
 }
 
 TEST(Panels, TakeADecimalCommaAndGoBackToTheDefault) {
@@ -287,8 +287,8 @@ TEST(ProcessorPanels, ChoicesAreTheirStoredNumbers) {
   for (const char* choice : {"optThreshold(3)", "optRelease(1)"}) EXPECT_EQ(run.Click(choice), "");
   EXPECT_EQ(run.record.limiterThreshold * 100 + run.record.limiterRelease * 10 + run.record.agcRelease, 312);
   run.Settle();
-  EXPECT_EQ(run.unit.Now().registers().values[8], 3677);
-  EXPECT_EQ(run.unit.Now().registers().values[20], 73);
+  EXPECT_EQ(run.unit.Now().HeldRegisters().values[8], 3677);
+  EXPECT_EQ(run.unit.Now().HeldRegisters().values[20], 73);
   run.CloseTop();
   run.Edit("configMode", "0");
   for (const char* panel : {"btnLimiterConfig", "btnAgcConfig"}) {

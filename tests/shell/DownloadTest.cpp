@@ -78,21 +78,21 @@ TEST_F(Downloads, PendingFitRunsOnlyWhereTheLayoutChanges) {
   Settle();
   EXPECT_NE(Sent().find(" 0/"), std::string::npos);
   EXPECT_EQ(record.maxTaps[1], 2048);
-  EXPECT_EQ(unit.Now().registers().values[87], 1 << 13);
+  EXPECT_EQ(unit.Now().HeldRegisters().values[87], 1 << 13);
 
   Edit("numFilters", "6");
   Settle();
   EXPECT_EQ(record.numFilters, 5);  // as many as are offered
   EXPECT_TRUE(test.desk.boxes.empty());
   Edit("filterType", "2", 1);  // gives back what it had borrowed
-  EXPECT_EQ(unit.Now().registers().values[87], 0);
+  EXPECT_EQ(unit.Now().HeldRegisters().values[87], 0);
 
   Edit("configMode", "2");  // so does the right partner, where it alone has asked
   record.ch1Taps[4] = 2048;
   session.config.ConfigureStages(true);
-  EXPECT_EQ(unit.Now().registers().values[87], 1 << 13 | 1 << 10);
+  EXPECT_EQ(unit.Now().HeldRegisters().values[87], 1 << 13 | 1 << 10);
   Edit("filterType", "2", 4);
-  EXPECT_EQ(unit.Now().registers().values[87], 0);
+  EXPECT_EQ(unit.Now().HeldRegisters().values[87], 0);
 }
 
 TEST_F(Downloads, RunningTableStaysUntilItIsClearedOrDestroyed) {
@@ -170,7 +170,7 @@ TEST_F(Downloads, AnalyzerTapsAndSpansKeepToTheirRegisters) {
   Edit("yellowSignal", "12");
   Edit("blueSignal", "13");
   Settle();
-  const auto word = [this](std::size_t code) { return unit.Now().registers().values[code].value_or(0); };
+  const auto word = [this](std::size_t code) { return unit.Now().HeldRegisters().values[code].value_or(0); };
   EXPECT_EQ(word(40) & 31, 0);  // the left broadband stage is out: the input itself
   EXPECT_EQ(word(41) & 31, 25);
   Edit("configMode", "0");
@@ -190,7 +190,7 @@ TEST_F(Downloads, ACancellerHearsWhatFeedsItsPartner) {
   for (const int stage : {4, 2}) Edit("filterType", "0", stage);
   Settle();
   const auto sources = [this](std::size_t position) {
-    const int word = unit.Now().registers().values[31 + position].value_or(0);
+    const int word = unit.Now().HeldRegisters().values[31 + position].value_or(0);
     return std::pair(word >> 10, word & 31);
   };
   EXPECT_EQ(sources(2), std::pair(0, 1));  // the inputs
@@ -232,7 +232,7 @@ TEST_F(Downloads, AnewFromTheResetOnTheUnitHoldsWhatItHeld) {
 }
 
 TEST_F(Downloads, OnlyFiltersBelow128TapsTellTheirBlocks) {
-  const auto adaptation = [this] { return unit.Now().registers().values[56].value_or(0); };
+  const auto adaptation = [this] { return unit.Now().HeldRegisters().values[56].value_or(0); };
   Edit("ch1Mu", "500", 1);
   for (const auto& [taps, blocks] : {std::pair{"127", 4}, {"128", 0}}) {
     Edit("ch1Taps", taps, 1);

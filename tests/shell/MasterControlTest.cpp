@@ -97,7 +97,7 @@ TEST(MasterPanel, LevelsReadInHalfDecibels) {
     EXPECT_EQ(run.record.levelControl[2], position);
   }
   run.Settle();
-  EXPECT_EQ(run.unit.Now().registers().values[1], 191);
+  EXPECT_EQ(run.unit.Now().HeldRegisters().values[1], 191);
   run.Click("btnZeroInputLevel(1)");
   EXPECT_EQ(run.Get("txtGain(1)"), "0");
 }
@@ -110,7 +110,7 @@ TEST(MasterPanel, LevelControlsComeBackWhereTheyWere) {
   EXPECT_EQ(run.Set("sldrLevel(0)", "100"), "it is disabled");
   EXPECT_FALSE(CoreOf(run.Find("lblGain")).Enabled());
   run.Settle();
-  EXPECT_EQ(run.unit.Now().registers().values[129], 96);
+  EXPECT_EQ(run.unit.Now().HeldRegisters().values[129], 96);
   run.Click("mnuLevelControls");
   EXPECT_EQ(run.Get("txtGain(0)"), "+4.0");
   run.Click("mnuChannelSwap");
@@ -201,7 +201,7 @@ TEST(MasterPanel, SwitchesOfTheWholeChainRuleTheOthers) {
   run.Press("Alt+G");
   EXPECT_EQ(run.record.agcEnabled, 0);
   run.Settle();
-  EXPECT_EQ(run.unit.Now().registers().values[5], 4095);
+  EXPECT_EQ(run.unit.Now().HeldRegisters().values[5], 4095);
 }
 
 TEST(MasterPanel, DisplaysTakeThePollAndHideThePanelBehindThem) {

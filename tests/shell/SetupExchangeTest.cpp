@@ -128,11 +128,11 @@ TEST_F(States, AQueuedRefreshRunsWhenTheMasterIsActiveAgain) {
     run.Do(entry);  // a file window takes the refresh back
     session.forms.Unload(*session.forms.Top());
     session.master.form.activated();
-    EXPECT_EQ(unit.Now().registers().values[0], std::nullopt);
+    EXPECT_EQ(unit.Now().HeldRegisters().values[0], std::nullopt);
   }
   session.QueueRefresh(true);
   session.master.form.activated();
-  EXPECT_NE(unit.Now().registers().values[0], std::nullopt);
+  EXPECT_NE(unit.Now().HeldRegisters().values[0], std::nullopt);
   EXPECT_EQ(session.forms.Top(), &session.master.form);
 }
 

@@ -211,7 +211,7 @@ TEST(Undo, ReachesBehindANewSetup) {
   run.Settle();
   EXPECT_EQ(run.record.ihpfCutoff, 330);
   EXPECT_EQ(run.record.setupDescription, "Hall, hum");
-  EXPECT_EQ(run.unit.Now().registers().values[17], 330);
+  EXPECT_EQ(run.unit.Now().HeldRegisters().values[17], 330);
 }
 
 TEST(Undo, ReachesBehindARecall) {
@@ -226,7 +226,7 @@ TEST(Undo, ReachesBehindARecall) {
   run.Click("mnuUndo");
   run.Settle();
   EXPECT_EQ(run.record.ihpfCutoff, 330);
-  EXPECT_EQ(run.unit.Now().registers().values[17], 330);
+  EXPECT_EQ(run.unit.Now().HeldRegisters().values[17], 330);
 }
 
 TEST(Undo, ClosesAPanelWhoseStageIsNoLongerOfItsKind) {

@@ -31,13 +31,13 @@ double MeasuredTime(double attack, double release, double before, double after) 
                         .expansionRatio = 16},
                        Bandwidth);
   Processed(compressor, Sine(1000, Rate, 180000, Linear(before)));
-  const double from = compressor.gain();
+  const double from = compressor.Gain();
   Compressor settled = compressor;
   Processed(settled, Sine(1000, Rate, 180000, Linear(after)));
-  const double mark = from + (1.0 - std::exp(-1.0)) * (settled.gain() - from);
+  const double mark = from + (1.0 - std::exp(-1.0)) * (settled.Gain() - from);
   const Signal signal = Sine(1000, Rate, 180000, Linear(after));
   std::size_t at = 0;
-  while (at < signal.size() && (compressor.gain() < mark) == (from < mark)) {
+  while (at < signal.size() && (compressor.Gain() < mark) == (from < mark)) {
     float out = 0.0F;
     compressor.Process(std::span(signal).subspan(at++, 1), {&out, 1});
   }

@@ -38,14 +38,14 @@ std::string Trail(const Route& route, std::uint8_t code) {
   if (code == source::Silence) return "silence";
   const std::size_t position = DriverOf(code);
   if (position == 0) return "in " + std::to_string(code);
-  return Trail(route, route.at(position).OwnChannel()) + ", " + std::to_string(position) +
+  return Trail(route, route.At(position).OwnChannel()) + ", " + std::to_string(position) +
          (code == SecondOutput(position) ? "b" : "");
 }
 
 std::string Cancellers(const Route& route) {
   std::string text;
   for (const std::uint8_t position : route.Order()) {
-    const StageRoute& stage = route.at(position);
+    const StageRoute& stage = route.At(position);
     if (stage.b != stage.c) text += std::to_string(position) + ":" + std::to_string(stage.Reference()) + " ";
   }
   return text;
@@ -101,7 +101,7 @@ TEST(Routing, FollowsWhatTheHostSends) {
     EXPECT_EQ(route.taps[0], 0);
     EXPECT_EQ(route.taps[1], 14);
     for (const std::uint8_t position : route.Order()) {
-      EXPECT_EQ(route.at(position).a, route.at(position).OwnChannel());
+      EXPECT_EQ(route.At(position).a, route.At(position).OwnChannel());
     }
   }
 }
@@ -158,7 +158,7 @@ TEST(Routing, AnyRegistersGiveARouteThatCanBeRun) {
     const Route route = RouteOf(registers);
     std::vector<std::size_t> ready{0};
     for (const std::uint8_t position : route.Order()) {
-      for (const std::uint8_t code : {route.at(position).a, route.at(position).b, route.at(position).c}) {
+      for (const std::uint8_t code : {route.At(position).a, route.At(position).b, route.At(position).c}) {
         const bool there = code != source::Silence && DriverOf(code) == 0
                                ? code <= source::RightIn
                                : code == source::Silence || std::ranges::count(ready, DriverOf(code)) == 1;

@@ -44,7 +44,7 @@ struct DownloadRun {
     return session.device.comm.CommPortOpen && session.periodic.connectionState == vc::StateConnected;
   }
 
-  const unit::Stage& Stage(unsigned position) const { return unit.Now().stages().at(position); }
+  const unit::Stage& Stage(unsigned position) const { return unit.Now().HeldStages().At(position); }
 
   // The frames since the last call but for the polling, as "85/32767" for a command, "#0" for a packet.
   std::string Sent() {

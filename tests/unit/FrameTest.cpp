@@ -14,7 +14,7 @@ TEST(Frames, UnknownCodesAreMetWithSilence) {
   Bench bench;
   for (const int code : {2, 3, 21, 49, 54, 62, 83, 90, 92, 103, 114, 131, 152, 160, 163, 193, 255}) {
     EXPECT_EQ(bench.Ask(CommandFrame(static_cast<std::uint8_t>(code))), "") << code;
-    EXPECT_EQ(bench.device.registers().counts[static_cast<std::size_t>(code)], 0U) << code;
+    EXPECT_EQ(bench.device.HeldRegisters().counts[static_cast<std::size_t>(code)], 0U) << code;
   }
 }
 
@@ -49,7 +49,7 @@ TEST(Step, LostByteCostsOneFrameOnly) {
     EXPECT_EQ(bench.Ask(frame), "") << lost;
     bench.now += Second;
     EXPECT_EQ(bench.Ask(CommandFrame(17, 400)), "!OK") << lost;
-    EXPECT_EQ(bench.device.registers().values[17], 400) << lost;
+    EXPECT_EQ(bench.device.HeldRegisters().values[17], 400) << lost;
   }
 }
 
@@ -74,7 +74,7 @@ TEST(Step, NoiseBeforeAFrameIsSkippedAndAFrameInsideAPacketIsPayload) {
   for (std::size_t i = 0; i < frame.size(); ++i) packet[10 + i] = frame[i];
   packet.back() = static_cast<std::uint8_t>(packet.back() - ('?' + 'M' + 'P'));
   EXPECT_EQ(bench.Ask(packet), "!OK");
-  EXPECT_EQ(bench.device.registers().counts[17], 1U);
+  EXPECT_EQ(bench.device.HeldRegisters().counts[17], 1U);
 }
 
 TEST(Trace, SaysWhatWentOverTheLine) {

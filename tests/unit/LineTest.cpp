@@ -32,8 +32,8 @@ TEST(Rate, AtAnotherRateNothingIsUnderstoodAndNothingCanBeRead) {
     }
     EXPECT_FALSE(heard.empty());
     EXPECT_FALSE(HasToken(heard));
-    EXPECT_EQ(bench.device.registers().counts[17], 0U);
-    EXPECT_EQ(bench.device.registers().packetCounts[0], 0U);
+    EXPECT_EQ(bench.device.HeldRegisters().counts[17], 0U);
+    EXPECT_EQ(bench.device.HeldRegisters().packetCounts[0], 0U);
     for (const std::string& line : bench.trace) EXPECT_FALSE(HasToken(line)) << line;
 
     bench.rate = 115200;
@@ -65,7 +65,7 @@ TEST(Faults, SilentAfterSoManyAnswersAndDeafToo) {
   EXPECT_EQ(bench.Ask(CommandFrame(200)), "") << "silence is no answer, so it does not count";
   EXPECT_EQ(bench.Ask({'?', 'M', 'P', 1, 2, 0, 0}), "!RT");
   EXPECT_EQ(bench.Ask(CommandFrame(1, 3)), "");
-  EXPECT_EQ(bench.device.registers().values[1], 1);
+  EXPECT_EQ(bench.device.HeldRegisters().values[1], 1);
 }
 
 TEST(Faults, RefusedFramesGetThreeBytesOfComplaintAndNoEffect) {
@@ -75,7 +75,7 @@ TEST(Faults, RefusedFramesGetThreeBytesOfComplaintAndNoEffect) {
   std::set<std::string> complaints;
   for (int i = 0; i < 100; ++i) complaints.insert(bench.Ask(CommandFrame(1, 192)));
   EXPECT_EQ(complaints, (std::set<std::string>{"!RT", std::string("!T\0", 3), std::string("!R\0", 3)}));
-  EXPECT_EQ(bench.device.registers().counts[1], 0U);
+  EXPECT_EQ(bench.device.HeldRegisters().counts[1], 0U);
 }
 
 // What comes back for a hundred packets, and how many of them the unit took.
@@ -92,7 +92,7 @@ Series HundredPackets(const unit::Options& options) {
     heard += bench.Ask(PacketFrame(0, static_cast<std::uint8_t>(i)));
     bench.now += 1'000'000;
   }
-  return {heard, bench.device.registers().packetCounts[0]};
+  return {heard, bench.device.HeldRegisters().packetCounts[0]};
 }
 
 TEST(Faults, SameSeedSameFaults) {

@@ -81,7 +81,7 @@ TEST(Memories, OnlyTenMemoriesAndSevenFunctionsAreTaken) {
     const Bytes frame = Command(127, argument);
     ASSERT_EQ(bench.Ask(frame), expected.contains(frame) ? "!OK" : "") << argument;
   }
-  EXPECT_EQ(bench.device.registers().counts[127], 70U);
+  EXPECT_EQ(bench.device.HeldRegisters().counts[127], 70U);
   EXPECT_TRUE(
       bench.trace.back().ends_with("stand-alone memory store = 65535, refused: no such memory or function"));
   bench.trace.clear();

@@ -87,7 +87,7 @@ class AdaptiveFilter {
 
   // Whether the last sample was learned from.
   bool Adapting() const { return adapting_; }
-  std::size_t taps() const { return weights_.size(); }
+  std::size_t Taps() const { return weights_.size(); }
 
   // The taps as numbers of 24 bits, -2^23..2^23-1, of which 2^23 is 1.0, the latest sample's first. What is
   // longer than the filter gets zeros.

@@ -160,7 +160,7 @@ void Broadband::ReduceNoise() {
   }
   noise_.Take(power_);
   const float deepest = 1 - (SmoothingOf(record_.mode) == NoiseSmoothing::None ? 0 : NoiseGains::KeptOfNoise);
-  const NoiseGains::Spectrum& gains = gains_.Take(power_, noise_.noise());
+  const NoiseGains::Spectrum& gains = gains_.Take(power_, noise_.Noise());
   for (std::size_t k = 0; k < Lines; ++k) {
     const float band = bands_[std::min(k, Lines - 2)];  // the line at half the rate has no band of its own
     const float kept = 1 - std::min(attenuation_ * band / deepest, 1.0F) * (1 - gains[k]);

@@ -32,8 +32,8 @@ class Compressor {
   void Process(std::span<const float> in, std::span<float> out);
 
   // As they stand, log2 of the amplitude, 32768 being full scale, 0..31.9, and log2 of the gain, -16..15.9.
-  double level() const { return level_; }
-  double gain() const { return GainFor(level_); }
+  double Level() const { return level_; }
+  double Gain() const { return GainFor(level_); }
 
  private:
   double GainFor(double level) const;

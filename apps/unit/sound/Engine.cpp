@@ -64,7 +64,7 @@ void Engine::Apply(const Setting& setting) {
   route_ = RouteOf(registers_);
   for (std::size_t position = 1; position <= RoutedPositions; ++position) {
     if (IsBroadband(position)) continue;
-    const bool ownOnC = route_.at(position).ownChannelOnC;
+    const bool ownOnC = route_.At(position).ownChannelOnC;
     ProgramAt(position).Configure(
         StageSettingsOf(setting, position, ownOnC ? DelayedChannel::Input : DelayedChannel::Reference));
   }
@@ -214,13 +214,13 @@ void Engine::RunChain(std::size_t frames) {
     }
     const std::size_t side = position - FirstBroadband;
     const std::span<float> first = patch_.Write(FirstOutput(position), frames);
-    broadband_[side].Process(patch_.Read(route_.at(position).OwnChannel(), frames), first);
+    broadband_[side].Process(patch_.Read(route_.At(position).OwnChannel(), frames), first);
     broadbandMeters_[side].Process(first);
   }
 }
 
 void Engine::RunStage(std::size_t position, std::size_t frames) {
-  const StageRoute& route = route_.at(position);
+  const StageRoute& route = route_.At(position);
   // An equalizer has no second output; its program still writes one, to nobody.
   std::array<float, BlockFrames> nobody;
   const bool filter = position <= Filters;
@@ -281,7 +281,7 @@ Status Engine::Readings() const {
 Coefficients Engine::Learned(std::size_t position) const {
   const AdaptiveFilter* const filter = programs_[position - 1].Adaptive();
   if (filter == nullptr) return {};
-  Coefficients coefficients(filter->taps());
+  Coefficients coefficients(filter->Taps());
   filter->Coefficients(coefficients);
   return coefficients;
 }

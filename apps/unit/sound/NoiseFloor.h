@@ -32,7 +32,7 @@ class NoiseFloor {
   // The powers of the next frame.
   void Take(const Spectrum& power);
   // The power of the noise, 0 before the first frame.
-  const Spectrum& noise() const { return noise_; }
+  const Spectrum& Noise() const { return noise_; }
 
  private:
   void Average(const Spectrum& power);

@@ -108,10 +108,10 @@ class Planner {
     if (code == source::LeftOut || code == source::RightOut) return Cut(route_.loop);
     const std::size_t tapped = TapOwner(code);
     const std::size_t position = std::max(tapped, DriverOf(code));
-    if (position == 0 || !route_.at(position).runs) return Cut(route_.undriven);
+    if (position == 0 || !route_.At(position).runs) return Cut(route_.undriven);
     Visit(position);
     if (progress_[position - 1] == Progress::Begun) return Cut(route_.loop);
-    return tapped != 0 ? route_.at(position).OwnChannel() : code;
+    return tapped != 0 ? route_.At(position).OwnChannel() : code;
   }
 
   static std::uint8_t Cut(bool& why) {

@@ -63,7 +63,7 @@ struct Route {
   bool undriven = false;  // a stage that runs or an output names what nobody drives
 
   // position: 1..10.
-  const StageRoute& at(std::size_t position) const { return stages[position - 1]; }
+  const StageRoute& At(std::size_t position) const { return stages[position - 1]; }
   std::span<const std::uint8_t> Order() const { return std::span(order).first(count); }
 };
 

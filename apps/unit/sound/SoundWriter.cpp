@@ -49,19 +49,19 @@ struct SoundWriter::Output {
   int error = 0;
 
   static sf_count_t Size(void* output) {
-    const int descriptor = Of(output).file.descriptor();
+    const int descriptor = Of(output).file.Descriptor();
     const off_t here = lseek(descriptor, 0, SEEK_CUR), end = lseek(descriptor, 0, SEEK_END);
     lseek(descriptor, here, SEEK_SET);
     return end;
   }
   static sf_count_t Seek(sf_count_t offset, int from, void* output) {
-    return lseek(Of(output).file.descriptor(), offset, from);
+    return lseek(Of(output).file.Descriptor(), offset, from);
   }
   static sf_count_t Tell(void* output) { return Seek(0, SEEK_CUR, output); }
   static sf_count_t Write(const void* bytes, sf_count_t count, void* output) {
     sf_count_t done = 0;
     while (done < count && Of(output).error == 0) {
-      const ssize_t written = write(Of(output).file.descriptor(), static_cast<const char*>(bytes) + done,
+      const ssize_t written = write(Of(output).file.Descriptor(), static_cast<const char*>(bytes) + done,
                                     static_cast<std::size_t>(count - done));
       if (written > 0) done += written;
       if (written <= 0 && errno != EINTR) Of(output).error = errno;
@@ -132,7 +132,7 @@ std::string SoundWriter::ReasonNow() const {
 void SoundWriter::Fail(const std::string& reason) {
   output_->error = 0;
   file_.reset();
-  const std::string& part = output_->file.part();
+  const std::string& part = output_->file.Part();
   failure_ = Unwritable(path_, reason);
   if (!part.empty()) failure_ += ", what there is stands in " + part;
   output_->file.Keep();

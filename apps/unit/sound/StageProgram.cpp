@@ -54,8 +54,8 @@ unsigned Eighths(double octaves, double least, double most) {
 }
 
 std::uint16_t CompressorWord(const Compressor& compressor) {
-  return static_cast<std::uint16_t>(Eighths(compressor.gain(), -128, 127) << 8U |
-                                    Eighths(compressor.level(), 0, 255));
+  return static_cast<std::uint16_t>(Eighths(compressor.Gain(), -128, 127) << 8U |
+                                    Eighths(compressor.Level(), 0, 255));
 }
 
 }  // namespace
