@@ -16,6 +16,7 @@
 #include "desktop/HandleView.h"
 #include "desktop/PainterSurface.h"
 #include "desktop/QtText.h"
+#include "desktop/VectorRegisters.h"
 #include "widgets/PlotHandle.h"
 
 namespace desktop {
@@ -102,6 +103,7 @@ Pixels PlotView::PixelsBehind(const QPainter& painter, const QRegion& region) co
 }
 
 void PlotView::DrawCurves(QPainter& painter, const Pixels& pixels, const QRect& part) {
+  ReleaseUpperHalves();
   PainterSurface surface(painter, palette(), rect());
   surface.StrokeBy(raster, pixels);
   vc::PlotLayout visible = layout;
