@@ -26,19 +26,19 @@ constexpr mode_t EveryoneByUmask = 0666;
 // A file descriptor that closes itself.
 class Descriptor {
  public:
-  explicit Descriptor(int number) : number_(number) {}
+  explicit Descriptor(int opened) : number(opened) {}
   ~Descriptor() { Close(); }
   Descriptor(const Descriptor&) = delete;
   Descriptor& operator=(const Descriptor&) = delete;
-  Descriptor(Descriptor&& other) noexcept : number_(std::exchange(other.number_, -1)) {}
+  Descriptor(Descriptor&& other) noexcept : number(std::exchange(other.number, -1)) {}
   Descriptor& operator=(Descriptor&&) = delete;
 
-  int Number() const { return number_; }
-  bool Open() const { return number_ >= 0; }
-  bool Close() { return number_ < 0 || close(std::exchange(number_, -1)) == 0; }
+  int Number() const { return number; }
+  bool Open() const { return number >= 0; }
+  bool Close() { return number < 0 || close(std::exchange(number, -1)) == 0; }
 
  private:
-  int number_;
+  int number;
 };
 
 bool IsLeftover(std::string_view name) {

@@ -21,7 +21,7 @@ class Dice {
  private:
   double Uniform();
 
-  std::mt19937_64 engine_;
+  std::mt19937_64 engine;
 };
 
 // Probabilities per byte, 0..1.
@@ -34,14 +34,14 @@ struct ByteFaultChances {
 // One direction of a bad line.
 class ByteFaults {
  public:
-  ByteFaults(const ByteFaultChances& chances, Dice dice) : chances_(chances), dice_(dice) {}
+  ByteFaults(const ByteFaultChances& perByte, Dice draws) : chances(perByte), dice(draws) {}
 
   // What comes out of the line for one byte put in: nothing, one byte or the same byte twice.
   Bytes Pass(std::uint8_t byte);
 
  private:
-  ByteFaultChances chances_;
-  Dice dice_;
+  ByteFaultChances chances;
+  Dice dice;
 };
 
 }  // namespace unit

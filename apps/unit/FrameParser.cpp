@@ -26,46 +26,46 @@ bool FitsHeader(std::size_t position, std::uint8_t byte) {
 
 std::optional<Frame> FrameParser::Feed(std::uint8_t byte, std::int64_t time) {
   std::optional<Frame> heard;
-  if (!pending_.empty() && time - lastTime_ > gapLimit_) {
-    heard = TakeJunk(CandidateSize() > 0 ? Frame::Kind::Partial : Frame::Kind::Noise, pending_.size());
+  if (!pending.empty() && time - lastTime > gapLimit) {
+    heard = TakeJunk(CandidateSize() > 0 ? Frame::Kind::Partial : Frame::Kind::Noise, pending.size());
   }
-  lastTime_ = time;
+  lastTime = time;
   Track(byte);
   if (heard) return heard;
 
   const bool headerEnds = CandidateSize() == HeaderSize;
-  if ((headerEnds && start_ > 0) || start_ >= NoiseLimit) return TakeJunk(Frame::Kind::Noise, start_);
+  if ((headerEnds && start > 0) || start >= NoiseLimit) return TakeJunk(Frame::Kind::Noise, start);
   if (CandidateSize() > HeaderSize) {
-    const std::size_t size = pending_[start_ + 1] == 'M' ? CommandSize : PacketSize;
+    const std::size_t size = pending[start + 1] == 'M' ? CommandSize : PacketSize;
     if (CandidateSize() == size) return TakeFrame();
   }
   return std::nullopt;
 }
 
 void FrameParser::Reset() {
-  pending_.clear();
-  start_ = 0;
+  pending.clear();
+  start = 0;
 }
 
 void FrameParser::Track(std::uint8_t byte) {
   const bool fits = FitsHeader(CandidateSize(), byte);
-  pending_.push_back(byte);
+  pending.push_back(byte);
   // The byte that breaks a header may itself begin the next one.
-  if (!fits) start_ = pending_.size() - (byte == '?' ? 1 : 0);
+  if (!fits) start = pending.size() - (byte == '?' ? 1 : 0);
 }
 
 Frame FrameParser::TakeJunk(Frame::Kind kind, std::size_t count) {
-  const auto end = pending_.begin() + static_cast<std::ptrdiff_t>(count);
-  Frame junk{.kind = kind, .bytes = Bytes(pending_.begin(), end)};
-  pending_.erase(pending_.begin(), end);
-  start_ = 0;
+  const auto end = pending.begin() + static_cast<std::ptrdiff_t>(count);
+  Frame junk{.kind = kind, .bytes = Bytes(pending.begin(), end)};
+  pending.erase(pending.begin(), end);
+  start = 0;
   return junk;
 }
 
 // The header's completion has handed out the noise before it, so the frame is all that is pending.
 Frame FrameParser::TakeFrame() {
   Frame frame;
-  frame.bytes.swap(pending_);
+  frame.bytes.swap(pending);
   frame.kind = frame.bytes[1] == 'M' ? Frame::Kind::Command : Frame::Kind::Packet;
   frame.number = frame.bytes[HeaderSize];
   const auto low = frame.bytes[HeaderSize + 1];

@@ -27,8 +27,8 @@ struct Frame {
 // the payload begins nothing. Only silence on the line ends a frame early.
 class FrameParser {
  public:
-  // gapLimit: the longest silence inside a frame, in microseconds.
-  explicit FrameParser(std::int64_t gapLimit) : gapLimit_(gapLimit) {}
+  // longestGap: the longest silence inside a frame, in microseconds.
+  explicit FrameParser(std::int64_t longestGap) : gapLimit(longestGap) {}
 
   // Takes one byte that arrived at `time` (microseconds, never falling). Gives what this byte completes: a
   // frame, or junk that can be told apart from what follows only now.
@@ -39,14 +39,14 @@ class FrameParser {
 
  private:
   void Track(std::uint8_t byte);
-  std::size_t CandidateSize() const { return pending_.size() - start_; }
+  std::size_t CandidateSize() const { return pending.size() - start; }
   Frame TakeJunk(Frame::Kind kind, std::size_t count);
   Frame TakeFrame();
 
-  std::int64_t gapLimit_;
-  std::int64_t lastTime_ = 0;
-  Bytes pending_;          // what was not handed out yet: noise, then the beginning of a frame
-  std::size_t start_ = 0;  // where in pending_ the frame may begin
+  std::int64_t gapLimit;
+  std::int64_t lastTime = 0;
+  Bytes pending;          // what was not handed out yet: noise, then the beginning of a frame
+  std::size_t start = 0;  // where in pending the frame may begin
 };
 
 }  // namespace unit

@@ -66,35 +66,35 @@ std::variant<PartFile, int> PartFile::Opened(const std::string& path, int flags,
   return PartFile(descriptor, part, target);
 }
 
-PartFile::PartFile(int descriptor, std::string part, std::string target)
-    : descriptor_(descriptor), part_(std::move(part)), target_(std::move(target)) {}
+PartFile::PartFile(int opened, std::string partPath, std::string targetPath)
+    : descriptor(opened), part(std::move(partPath)), target(std::move(targetPath)) {}
 
 PartFile::PartFile(PartFile&& other) noexcept
-    : descriptor_(std::exchange(other.descriptor_, -1)),
-      part_(std::move(other.part_)),
-      target_(std::move(other.target_)) {}
+    : descriptor(std::exchange(other.descriptor, -1)),
+      part(std::move(other.part)),
+      target(std::move(other.target)) {}
 
 PartFile& PartFile::operator=(PartFile&& other) noexcept {
-  std::swap(descriptor_, other.descriptor_);
-  std::swap(part_, other.part_);
-  std::swap(target_, other.target_);
+  std::swap(descriptor, other.descriptor);
+  std::swap(part, other.part);
+  std::swap(target, other.target);
   return *this;
 }
 
 PartFile::~PartFile() {
-  if (descriptor_ >= 0 && !part_.empty()) unlink(part_.c_str());
+  if (descriptor >= 0 && !part.empty()) unlink(part.c_str());
   Keep();
 }
 
 int PartFile::Commit() {
-  const bool moves = !part_.empty();
-  if (moves && (fsync(descriptor_) != 0 || std::rename(part_.c_str(), target_.c_str()) != 0)) return errno;
+  const bool moves = !part.empty();
+  if (moves && (fsync(descriptor) != 0 || std::rename(part.c_str(), target.c_str()) != 0)) return errno;
   Keep();
   return 0;
 }
 
 void PartFile::Keep() {
-  if (descriptor_ >= 0) close(std::exchange(descriptor_, -1));
+  if (descriptor >= 0) close(std::exchange(descriptor, -1));
 }
 
 bool IsSameFile(const std::string& a, const std::string& b) {

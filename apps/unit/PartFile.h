@@ -23,9 +23,9 @@ class PartFile {
   ~PartFile();
 
   // To write to; -1 once it is put in place or kept.
-  int Descriptor() const { return descriptor_; }
+  int Descriptor() const { return descriptor; }
   // Where it stands until then; empty for what is no file.
-  const std::string& Part() const { return part_; }
+  const std::string& Part() const { return part; }
 
   // Flushes it to the disk and puts it in place. 0, or the system's number of the error.
   int Commit();
@@ -33,13 +33,13 @@ class PartFile {
   void Keep();
 
  private:
-  PartFile(int descriptor, std::string part, std::string target);
+  PartFile(int opened, std::string partPath, std::string targetPath);
 
   static std::variant<PartFile, int> Opened(const std::string& path, int flags, const std::string& part,
                                             const std::string& target);
 
-  int descriptor_;
-  std::string part_, target_;
+  int descriptor;
+  std::string part, target;
 };
 
 // Whether both names lead to one file that there is.

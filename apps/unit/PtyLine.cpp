@@ -37,51 +37,51 @@ bool MakeRaw(int terminal) {
 
 }  // namespace
 
-void Descriptor::Take(int descriptor) {
+void Descriptor::Take(int opened) {
   Close();
-  descriptor_ = descriptor;
+  descriptor = opened;
 }
 
 void Descriptor::Close() {
-  if (Valid()) close(descriptor_);
-  descriptor_ = -1;
+  if (Valid()) close(descriptor);
+  descriptor = -1;
 }
 
 PtyLine::~PtyLine() {
   // Another unit may have put its own link there meanwhile.
-  if (!link_.empty() && LinkTarget(link_) == device_) unlink(link_.c_str());
+  if (!link.empty() && LinkTarget(link) == device) unlink(link.c_str());
 }
 
-std::string PtyLine::Open(const std::string& link) {
+std::string PtyLine::Open(const std::string& linkPath) {
   const std::string failure = OpenTerminal();
-  return failure.empty() ? MakeLink(link) : failure;
+  return failure.empty() ? MakeLink(linkPath) : failure;
 }
 
 std::string PtyLine::OpenTerminal() {
-  master_.Take(posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
+  master.Take(posix_openpt(O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
   std::array<char, PATH_MAX> name{};
-  if (!master_.Valid() || grantpt(Master()) != 0 || unlockpt(Master()) != 0 ||
+  if (!master.Valid() || grantpt(Master()) != 0 || unlockpt(Master()) != 0 ||
       ptsname_r(Master(), name.data(), name.size()) != 0) {
     return Failure("no pseudo-terminal");
   }
-  device_ = name.data();
-  slave_.Take(open(device_.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
-  if (!slave_.Valid() || !MakeRaw(slave_.Number())) return Failure(device_);
-  watch_.Take(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
-  if (!watch_.Valid() || inotify_add_watch(Watch(), device_.c_str(), IN_OPEN | IN_CLOSE) < 0) {
-    return Failure("no watch on " + device_);
+  device = name.data();
+  slave.Take(open(device.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
+  if (!slave.Valid() || !MakeRaw(slave.Number())) return Failure(device);
+  watch.Take(inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+  if (!watch.Valid() || inotify_add_watch(Watch(), device.c_str(), IN_OPEN | IN_CLOSE) < 0) {
+    return Failure("no watch on " + device);
   }
   return {};
 }
 
-std::string PtyLine::MakeLink(const std::string& link) {
+std::string PtyLine::MakeLink(const std::string& linkPath) {
   struct stat there {};
-  if (lstat(link.c_str(), &there) == 0) {
-    if (!S_ISLNK(there.st_mode)) return link + ": is there already and is no symbolic link";
-    if (unlink(link.c_str()) != 0) return Failure(link);
+  if (lstat(linkPath.c_str(), &there) == 0) {
+    if (!S_ISLNK(there.st_mode)) return linkPath + ": is there already and is no symbolic link";
+    if (unlink(linkPath.c_str()) != 0) return Failure(linkPath);
   }
-  if (symlink(device_.c_str(), link.c_str()) != 0) return Failure(link);
-  link_ = link;
+  if (symlink(device.c_str(), linkPath.c_str()) != 0) return Failure(linkPath);
+  link = linkPath;
   return {};
 }
 
@@ -119,6 +119,6 @@ void PtyLine::Write(std::span<const std::uint8_t> bytes) const {
   }
 }
 
-void PtyLine::DiscardSent() const { tcflush(slave_.Number(), TCIFLUSH); }
+void PtyLine::DiscardSent() const { tcflush(slave.Number(), TCIFLUSH); }
 
 }  // namespace unit

@@ -17,13 +17,13 @@ class Descriptor {
   Descriptor(const Descriptor&) = delete;
   Descriptor& operator=(const Descriptor&) = delete;
 
-  void Take(int descriptor);
+  void Take(int opened);
   void Close();
-  int Number() const { return descriptor_; }
-  bool Valid() const { return descriptor_ >= 0; }
+  int Number() const { return descriptor; }
+  bool Valid() const { return descriptor >= 0; }
 
  private:
-  int descriptor_ = -1;
+  int descriptor = -1;
 };
 
 class PtyLine {
@@ -35,12 +35,12 @@ class PtyLine {
 
   // Makes the pseudo-terminal and the link to it. A link that stands there is replaced, anything else is left
   // alone. Gives an empty text, or what went wrong.
-  std::string Open(const std::string& link);
+  std::string Open(const std::string& linkPath);
 
   // What poll() is to watch for input.
-  int Master() const { return master_.Number(); }
-  int Watch() const { return watch_.Number(); }
-  const std::string& Device() const { return device_; }
+  int Master() const { return master.Number(); }
+  int Watch() const { return watch.Number(); }
+  const std::string& Device() const { return device; }
 
   enum class Host { Stayed, Closed, ClosedAndOpened };
   struct Input {
@@ -62,14 +62,14 @@ class PtyLine {
 
  private:
   std::string OpenTerminal();
-  std::string MakeLink(const std::string& link);
+  std::string MakeLink(const std::string& linkPath);
   Host HostChange() const;
 
-  Descriptor master_;
-  Descriptor slave_;  // kept open, so that the line and its settings outlive the host's visits
-  Descriptor watch_;  // tells when the host opens and closes the line
-  std::string device_;
-  std::string link_;
+  Descriptor master;
+  Descriptor slave;  // kept open, so that the line and its settings outlive the host's visits
+  Descriptor watch;  // tells when the host opens and closes the line
+  std::string device;
+  std::string link;
 };
 
 }  // namespace unit

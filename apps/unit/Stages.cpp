@@ -77,18 +77,18 @@ std::optional<PageBlock> PageBlockOf(std::uint16_t address) {
   return place;
 }
 
-void Stages::Restore(const StagePrograms& programs,
+void Stages::Restore(const StagePrograms& stored,
                      const std::array<std::optional<std::uint16_t>, 256>& registers) {
-  programs_ = programs;
-  classWords_ = {registers[ClassesFirst].value_or(0), registers[ClassesLast].value_or(0)};
-  linked_ = (registers[OutputRouting].value_or(0) & LinkedBit) != 0;
-  packets_.clear();
-  lastCommand_.reset();
+  programs = stored;
+  classWords = {registers[ClassesFirst].value_or(0), registers[ClassesLast].value_or(0)};
+  linked = (registers[OutputRouting].value_or(0) & LinkedBit) != 0;
+  packets.clear();
+  lastCommand.reset();
 }
 
 std::string_view Stages::Refusal(const Frame& frame) const {
   if (frame.kind == Frame::Kind::Packet) return PacketRefusal(frame.number);
-  if (lastCommand_ == Action{frame.number, frame.argument}) return {};
+  if (lastCommand == Action{frame.number, frame.argument}) return {};
   return CommandRefusal(frame);
 }
 
@@ -100,7 +100,7 @@ std::string_view Stages::CommandRefusal(const Frame& frame) const {
       return PageBlockOf(frame.argument) ? "" : "no such block";
     case BroadbandCode:
       if (!BroadbandPlaceOf(frame.argument)) return "no such piece";
-      return packets_.size() == 1 ? "" : "not behind one packet 0";
+      return packets.size() == 1 ? "" : "not behind one packet 0";
     default:
       return {};
   }
@@ -108,22 +108,22 @@ std::string_view Stages::CommandRefusal(const Frame& frame) const {
 
 void Stages::Take(const Frame& frame) {
   if (frame.kind == Frame::Kind::Packet) {
-    lastCommand_.reset();
+    lastCommand.reset();
     TakePacket(frame);
     return;
   }
   const Action command{frame.number, frame.argument};
-  if (lastCommand_ != command) TakeCommand(frame.number, frame.argument);
-  lastCommand_ = command;
+  if (lastCommand != command) TakeCommand(frame.number, frame.argument);
+  lastCommand = command;
 }
 
 void Stages::Learn(unsigned page, std::span<const std::int32_t> coefficients) {
   const auto kept = coefficients.first(std::min(coefficients.size(), PageSize));
-  programs_.stages[page].coefficients.assign(kept.begin(), kept.end());
+  programs.stages[page].coefficients.assign(kept.begin(), kept.end());
 }
 
 CoefficientBlock Stages::Coefficients(const PageBlock& place) const {
-  const std::vector<std::int32_t>& page = programs_.stages[place.page].coefficients;
+  const std::vector<std::int32_t>& page = programs.stages[place.page].coefficients;
   const std::size_t first = std::min(place.block * PageBlockSize, page.size());
   const std::size_t count = std::min(PageBlockSize, page.size() - first);
   CoefficientBlock block{};
@@ -131,17 +131,17 @@ CoefficientBlock Stages::Coefficients(const PageBlock& place) const {
   return block;
 }
 
-void Stages::DropPackets() { packets_.clear(); }
+void Stages::DropPackets() { packets.clear(); }
 
 // Both words are needed: classes 1 to 5 all idle look like the hold.
-bool Stages::Held() const { return classWords_[0] == HoldAll && classWords_[1] == HoldAll; }
+bool Stages::Held() const { return classWords[0] == HoldAll && classWords[1] == HoldAll; }
 
 // A packet 0 begins a series anew; the last packet may come again, as its answer can be lost.
 std::string_view Stages::PacketRefusal(std::size_t number) const {
   if (Held()) return "the stages are held";
   if (number >= FilterPackets) return "no such packet";
-  if (number > packets_.size()) return "one before it is missing";
-  return number == 0 || number + 1 >= packets_.size() ? "" : "out of order";
+  if (number > packets.size()) return "one before it is missing";
+  return number == 0 || number + 1 >= packets.size() ? "" : "out of order";
 }
 
 std::string_view Stages::SynthesisRefusal(const Synthesis& synthesis) const {
@@ -151,26 +151,26 @@ std::string_view Stages::SynthesisRefusal(const Synthesis& synthesis) const {
   if (!stageClass) return "the class is unknown";
   if (!Fits(synthesis.position, *stageClass, synthesis.algorithm)) return "not for this class";
   if (synthesis.algorithm == HostCoefficients) return CoefficientsRefusal(synthesis.position);
-  return packets_.size() == BlockPackets ? "" : "not behind packets 0 and 1";
+  return packets.size() == BlockPackets ? "" : "not behind packets 0 and 1";
 }
 
 std::string_view Stages::CoefficientsRefusal(unsigned position) const {
-  if (linked_ && position % 2 == 0) return "linked, the odd position has them";
-  if (packets_.empty()) return "no packets";
-  return packets_.size() <= (IsEqualizer(position) ? EqualizerPackets : FilterPackets) ? ""
-                                                                                       : "too many packets";
+  if (linked && position % 2 == 0) return "linked, the odd position has them";
+  if (packets.empty()) return "no packets";
+  return packets.size() <= (IsEqualizer(position) ? EqualizerPackets : FilterPackets) ? ""
+                                                                                      : "too many packets";
 }
 
 void Stages::TakePacket(const Frame& frame) {
-  if (frame.number == 0) packets_.clear();
-  packets_.resize(std::max<std::size_t>(packets_.size(), frame.number + 1U));
-  packets_[frame.number] = ContentOf(frame);
+  if (frame.number == 0) packets.clear();
+  packets.resize(std::max<std::size_t>(packets.size(), frame.number + 1U));
+  packets[frame.number] = ContentOf(frame);
 }
 
 void Stages::TakeCommand(std::uint8_t code, std::uint16_t argument) {
   switch (code) {
     case OutputRouting:
-      linked_ = (argument & LinkedBit) != 0;
+      linked = (argument & LinkedBit) != 0;
       return;
     case 51:
     case 52:
@@ -184,7 +184,7 @@ void Stages::TakeCommand(std::uint8_t code, std::uint16_t argument) {
       return Reset(argument);
     case BroadbandCode: {
       const BroadbandPlace place = *BroadbandPlaceOf(argument);
-      programs_.broadband[place.stage - 1][place.piece] = packets_.front();
+      programs.broadband[place.stage - 1][place.piece] = packets.front();
       return DropPackets();
     }
     case SynthesizeCode:
@@ -195,10 +195,10 @@ void Stages::TakeCommand(std::uint8_t code, std::uint16_t argument) {
 }
 
 void Stages::TakeClasses(std::uint8_t code, std::uint16_t argument) {
-  classWords_[code - ClassesFirst] = argument;
+  classWords[code - ClassesFirst] = argument;
   for (const ClassField& field : classFields) {
     if (field.code != code) continue;
-    programs_.stages[field.position - 1].stageClass =
+    programs.stages[field.position - 1].stageClass =
         static_cast<std::uint8_t>((argument >> field.shift) & 7U);
   }
   // The hold begins a download: what an earlier one has left half done is not part of it.
@@ -206,8 +206,8 @@ void Stages::TakeClasses(std::uint8_t code, std::uint16_t argument) {
 }
 
 void Stages::TakeSizes(unsigned firstPosition, std::uint16_t argument) {
-  programs_.stages[firstPosition - 1].size = static_cast<std::uint8_t>(argument >> 8U);
-  programs_.stages[firstPosition].size = static_cast<std::uint8_t>(argument & 0xFFU);
+  programs.stages[firstPosition - 1].size = static_cast<std::uint8_t>(argument >> 8U);
+  programs.stages[firstPosition].size = static_cast<std::uint8_t>(argument & 0xFFU);
 }
 
 // The sizes are registers and the broadband blocks are the host's: both stay.
@@ -215,7 +215,7 @@ void Stages::Reset(std::uint16_t bits) {
   for (unsigned position = 1; position <= PositionCount; ++position) {
     const bool meant = position <= LastFilter && ((bits >> (8U - position)) & 1U) != 0;
     if (!meant && bits != ResetAll) continue;
-    Stage& stage = programs_.stages[position - 1];
+    Stage& stage = programs.stages[position - 1];
     const auto size = stage.size;
     stage = {};
     stage.size = size;
@@ -225,23 +225,23 @@ void Stages::Reset(std::uint16_t bits) {
 void Stages::Synthesize(const Synthesis& synthesis) {
   if (synthesis.algorithm == HostCoefficients) {
     StoreCoefficients(synthesis.position);
-    if (linked_) StoreCoefficients(synthesis.position + 1);
+    if (linked) StoreCoefficients(synthesis.position + 1);
   } else {
-    Stage& stage = programs_.stages[synthesis.position - 1];
+    Stage& stage = programs.stages[synthesis.position - 1];
     stage.algorithm = static_cast<std::uint8_t>(synthesis.algorithm);
     stage.coefficients.clear();
     auto end = stage.block.emplace().begin();
-    for (const Payload& packet : packets_) end = std::copy(packet.begin(), packet.end(), end);
+    for (const Payload& packet : packets) end = std::copy(packet.begin(), packet.end(), end);
   }
   DropPackets();
 }
 
 void Stages::StoreCoefficients(unsigned position) {
-  Stage& stage = programs_.stages[position - 1];
+  Stage& stage = programs.stages[position - 1];
   stage.algorithm = static_cast<std::uint8_t>(HostCoefficients);
   stage.block.reset();
   stage.coefficients.clear();
-  for (const Payload& packet : packets_) {
+  for (const Payload& packet : packets) {
     for (std::size_t at = 0; at < PayloadSize; at += 3)
       stage.coefficients.push_back(Coefficient(&packet[at]));
   }

@@ -96,12 +96,12 @@ class Stages {
   void DropPackets();
 
   // As they were when a setting was stored, by its programs and registers.
-  void Restore(const StagePrograms& programs, const std::array<std::optional<std::uint16_t>, 256>& registers);
+  void Restore(const StagePrograms& stored, const std::array<std::optional<std::uint16_t>, 256>& registers);
 
-  const StagePrograms& Programs() const { return programs_; }
+  const StagePrograms& Programs() const { return programs; }
   // position: 1..10.
-  const Stage& At(unsigned position) const { return programs_.stages[position - 1]; }
-  std::size_t WaitingPackets() const { return packets_.size(); }
+  const Stage& At(unsigned position) const { return programs.stages[position - 1]; }
+  std::size_t WaitingPackets() const { return packets.size(); }
 
  private:
   using Action = std::pair<std::uint8_t, std::uint16_t>;
@@ -119,11 +119,11 @@ class Stages {
   void Synthesize(const Synthesis& synthesis);
   void StoreCoefficients(unsigned position);
 
-  StagePrograms programs_;
-  std::array<std::uint16_t, 2> classWords_{};  // the arguments of the two class commands
-  bool linked_ = false;                        // Stereo Linked
-  std::vector<Payload> packets_;               // the series that waits for its command, packet 0 first
-  std::optional<Action> lastCommand_;          // unless a packet came after it
+  StagePrograms programs;
+  std::array<std::uint16_t, 2> classWords{};  // the arguments of the two class commands
+  bool linked = false;                        // Stereo Linked
+  std::vector<Payload> packets;               // the series that waits for its command, packet 0 first
+  std::optional<Action> lastCommand;          // unless a packet came after it
 };
 
 }  // namespace unit

@@ -35,80 +35,80 @@ std::string VersionText(int hundredths) {
 
 }  // namespace
 
-Unit::Unit(const Options& options)
-    : option(options.option),
-      options_(options),
-      parser_(GapLimit(options.baud)),
-      fromHost_(options.faults, Dice(options.seed, Dice::FromHost)),
-      toHost_(options.faults, Dice(options.seed, Dice::ToHost)),
-      refusals_(options.seed, Dice::Refusals),
-      lineNoise_(options.seed, Dice::LineNoise) {}
+Unit::Unit(const Options& behaviour)
+    : option(behaviour.option),
+      options(behaviour),
+      parser(GapLimit(behaviour.baud)),
+      fromHost(behaviour.faults, Dice(behaviour.seed, Dice::FromHost)),
+      toHost(behaviour.faults, Dice(behaviour.seed, Dice::ToHost)),
+      refusals(behaviour.seed, Dice::Refusals),
+      lineNoise(behaviour.seed, Dice::LineNoise) {}
 
 void Unit::Receive(std::span<const std::uint8_t> bytes, std::int64_t now, int lineRate) {
-  const std::int64_t start = std::max(now, inputBusyUntil_);
+  const std::int64_t start = std::max(now, inputBusyUntil);
   for (std::size_t i = 0; i < bytes.size(); ++i) {
-    incoming_.push_back({start + LineTime(i + 1), bytes[i], lineRate == options_.baud});
+    incoming.push_back({start + LineTime(i + 1), bytes[i], lineRate == options.baud});
   }
-  inputBusyUntil_ = start + LineTime(bytes.size());
+  inputBusyUntil = start + LineTime(bytes.size());
   HearUntil(now);
 }
 
 Bytes Unit::Transmit(std::int64_t now) {
   HearUntil(now);
   Bytes out;
-  while (!replies_.empty()) {
-    Reply& reply = replies_.front();
+  while (!replies.empty()) {
+    Reply& reply = replies.front();
     while (reply.sent < reply.bytes.size() && ByteTime(reply) <= now)
       out.push_back(reply.bytes[reply.sent++]);
     if (reply.sent < reply.bytes.size() || reply.due > now) break;
     Trace(Direction::Unit, reply.due + LineTime(reply.sent), reply.bytes, reply.meaning);
-    replies_.pop_front();
+    replies.pop_front();
   }
   return out;
 }
 
 std::optional<std::int64_t> Unit::NextEvent() const {
   std::optional<std::int64_t> next;
-  if (!incoming_.empty()) next = incoming_.front().time;
-  if (!replies_.empty()) next = std::min(ByteTime(replies_.front()), next.value_or(INT64_MAX));
+  if (!incoming.empty()) next = incoming.front().time;
+  if (!replies.empty()) next = std::min(ByteTime(replies.front()), next.value_or(INT64_MAX));
   return next;
 }
 
 void Unit::LineClosed() {
-  incoming_.clear();
-  replies_.clear();
-  noise_.clear();
-  parser_.Reset();
-  stages_.DropPackets();
-  inputBusyUntil_ = 0;
-  outputBusyUntil_ = 0;
+  incoming.clear();
+  replies.clear();
+  noise.clear();
+  parser.Reset();
+  stages.DropPackets();
+  inputBusyUntil = 0;
+  outputBusyUntil = 0;
 }
 
 void Unit::HearUntil(std::int64_t now) {
-  while (!incoming_.empty() && incoming_.front().time <= now) {
-    const Incoming next = incoming_.front();
-    incoming_.pop_front();
+  while (!incoming.empty() && incoming.front().time <= now) {
+    const Incoming next = incoming.front();
+    incoming.pop_front();
     if (!next.intelligible) {
       HearNoise(next.time);
       continue;
     }
-    for (const std::uint8_t byte : fromHost_.Pass(next.byte)) {
-      if (const auto frame = parser_.Feed(byte, next.time)) React(*frame, next.time);
+    for (const std::uint8_t byte : fromHost.Pass(next.byte)) {
+      if (const auto frame = parser.Feed(byte, next.time)) React(*frame, next.time);
     }
   }
 }
 
 void Unit::HearNoise(std::int64_t time) {
-  parser_.Reset();
-  if (time - lastNoise_ > GapLimit(options_.baud)) noise_.clear();
-  lastNoise_ = time;
-  noise_.push_back(Garbage(lineNoise_));
-  if (noise_.size() < NoiseBeforeComplaint) return;
-  Trace(Direction::Host, time, noise_, "noise, the line is at another rate");
-  noise_.clear();
+  parser.Reset();
+  if (time - lastNoise > GapLimit(options.baud)) noise.clear();
+  lastNoise = time;
+  noise.push_back(Garbage(lineNoise));
+  if (noise.size() < NoiseBeforeComplaint) return;
+  Trace(Direction::Host, time, noise, "noise, the line is at another rate");
+  noise.clear();
   if (Dead()) return;
   Bytes garbage;
-  for (std::size_t i = 0; i < GarbledComplaint; ++i) garbage.push_back(Garbage(lineNoise_));
+  for (std::size_t i = 0; i < GarbledComplaint; ++i) garbage.push_back(Garbage(lineNoise));
   Queue(std::move(garbage), time, "complaint at another rate than the line's");
 }
 
@@ -116,7 +116,7 @@ void Unit::React(const Frame& frame, std::int64_t time) {
   if (trace) Trace(Direction::Host, time, frame.bytes, MeaningOf(frame) + Remark(frame));
   if (!IsRequest(frame) || Dead()) return;
   if (!frame.checksumGood) {
-    ++answered_;
+    ++answered;
     Say(Complaint(0), time, "complaint about the checksum");
     return;
   }
@@ -134,7 +134,7 @@ std::string Unit::Remark(const Frame& frame) const {
 // Why the unit does not take a frame of a known code; empty when it takes it.
 std::string_view Unit::Refusal(const Frame& frame) const {
   if (IsStore(frame)) return MemoryPlaceOf(frame.argument) ? "" : "no such memory or function";
-  return stages_.Refusal(frame);
+  return stages.Refusal(frame);
 }
 
 void Unit::Execute(const Frame& frame, std::int64_t time) {
@@ -146,17 +146,17 @@ void Unit::Execute(const Frame& frame, std::int64_t time) {
   }
   if (!Refusal(frame).empty()) return;
   sound.runUntil(time);
-  ++answered_;
-  if (refusals_.Chance(options_.refuse)) {
-    Say(Complaint(static_cast<int>(refusals_.Below(3))), time, "complaint");
+  ++answered;
+  if (refusals.Chance(options.refuse)) {
+    Say(Complaint(static_cast<int>(refusals.Below(3))), time, "complaint");
     return;
   }
-  registers_.Store(frame);
-  stages_.Take(frame);
+  registers.Store(frame);
+  stages.Take(frame);
   sound.taken(frame);
   if (IsStore(frame)) {
     StoreMemory(*MemoryPlaceOf(frame.argument));
-    time += options_.storeMicroseconds;
+    time += options.storeMicroseconds;
   }
   AnswerRequest(answer, frame, time);
 }
@@ -168,7 +168,7 @@ void Unit::StoreMemory(const MemoryPlace& place) {
 }
 
 void Unit::Learn(unsigned page, std::span<const std::int32_t> coefficients) {
-  stages_.Learn(page, coefficients);
+  stages.Learn(page, coefficients);
   sound.learn(page + 1, coefficients);
 }
 
@@ -179,28 +179,28 @@ Setting Unit::Present() {
 
 void Unit::CollectLearned(unsigned page) {
   const std::vector<std::int32_t> learned = sound.learned(page + 1);
-  if (!learned.empty()) stages_.Learn(page, learned);
+  if (!learned.empty()) stages.Learn(page, learned);
 }
 
 bool Unit::Recall(unsigned memory) {
   if (memory < 1 || memory > MemoryCount || !memories[memory - 1]) return false;
   const Setting& setting = memories[memory - 1]->setting;
-  registers_ = {};
-  registers_.values = setting.registers;
-  stages_.Restore(setting.programs, setting.registers);
+  registers = {};
+  registers.values = setting.registers;
+  stages.Restore(setting.programs, setting.registers);
   sound.recalled();
   return true;
 }
 
 Status Unit::PresentStatus() const {
   Status status = sound.status();
-  status.unitStatus = UnitStatusWord(registers_, option);
+  status.unitStatus = UnitStatusWord(registers, option);
   return status;
 }
 
 void Unit::AnswerRequest(Answer answer, const Frame& frame, std::int64_t time) {
-  const int boot = options_.bootHundredths;
-  const int firmware = options_.firmwareHundredths;
+  const int boot = options.bootHundredths;
+  const int firmware = options.firmwareHundredths;
   switch (answer) {
     case Answer::Version:
       Say(VersionReply(boot, firmware), time,
@@ -231,28 +231,28 @@ void Unit::SaySpectrum(unsigned number, std::int64_t time) {
 
 void Unit::SayCoefficients(const PageBlock& place, std::int64_t time) {
   CollectLearned(place.page);
-  Say(CoefficientReply(PresentStatus(), stages_.Coefficients(place)), time,
+  Say(CoefficientReply(PresentStatus(), stages.Coefficients(place)), time,
       "coefficients of page " + std::to_string(place.page) + ", block " + std::to_string(place.block));
 }
 
 void Unit::Say(const Bytes& bytes, std::int64_t time, std::string meaning) {
   Bytes onLine;
   for (const std::uint8_t byte : bytes) {
-    const Bytes passed = toHost_.Pass(byte);
+    const Bytes passed = toHost.Pass(byte);
     onLine.insert(onLine.end(), passed.begin(), passed.end());
   }
   Queue(std::move(onLine), time, std::move(meaning));
 }
 
 void Unit::Queue(Bytes bytes, std::int64_t time, std::string meaning) {
-  const std::int64_t due = std::max(time + options_.delayMicroseconds, outputBusyUntil_);
-  outputBusyUntil_ = due + LineTime(bytes.size());
-  replies_.push_back({due, std::move(bytes), std::move(meaning)});
+  const std::int64_t due = std::max(time + options.delayMicroseconds, outputBusyUntil);
+  outputBusyUntil = due + LineTime(bytes.size());
+  replies.push_back({due, std::move(bytes), std::move(meaning)});
 }
 
 // How long the line is busy with so many characters; no time at all when the line isn't paced.
 std::int64_t Unit::LineTime(std::size_t characters) const {
-  return options_.pace ? CharactersTime(characters, options_.baud) : 0;
+  return options.pace ? CharactersTime(characters, options.baud) : 0;
 }
 
 // When the next byte of the reply has come through; of a reply that was lost as a whole, its beginning.

@@ -47,7 +47,7 @@ struct SoundHooks {
 // All times are microseconds since any start, must not fall from call to call and not be negative.
 class Unit {
  public:
-  explicit Unit(const Options& options);
+  explicit Unit(const Options& behaviour);
 
   // Takes bytes that the host has put on the line at `now`, with the line at `lineRate` baud. At another rate
   // than the unit's own it hears noise, does nothing and complains in characters that the host can't read.
@@ -63,17 +63,17 @@ class Unit {
   void LineClosed();
 
   // What the unit was sent, up to the time of the last call.
-  const Registers& HeldRegisters() const { return registers_; }
+  const Registers& HeldRegisters() const { return registers; }
 
   // What the stages have made of it.
-  const Stages& HeldStages() const { return stages_; }
+  const Stages& HeldStages() const { return stages; }
 
   // Puts coefficients into the page (0..5) of a filter stage, as if the filter had learned them:
   // -2^23..2^23-1, at most 8192. A reset of the stage takes them away.
   void Learn(unsigned page, std::span<const std::int32_t> coefficients);
 
   // All that the unit was given and holds; with what its stages have learned since.
-  Setting Held() const { return PresentSetting(registers_, stages_); }
+  Setting Held() const { return PresentSetting(registers, stages); }
   Setting Present();
   // Takes on what is stored in a memory, 1..10; false where nothing is.
   bool Recall(unsigned memory);
@@ -111,26 +111,26 @@ class Unit {
   void SayCoefficients(const PageBlock& place, std::int64_t time);
   void Say(const Bytes& bytes, std::int64_t time, std::string meaning);
   void Queue(Bytes bytes, std::int64_t time, std::string meaning);
-  bool Dead() const { return options_.silentAfter && answered_ >= *options_.silentAfter; }
+  bool Dead() const { return options.silentAfter && answered >= *options.silentAfter; }
   std::int64_t LineTime(std::size_t characters) const;
   std::int64_t ByteTime(const Reply& reply) const;
   void Trace(Direction direction, std::int64_t time, const Bytes& bytes, const std::string& meaning) const;
 
-  Options options_;
-  Registers registers_;
-  Stages stages_;
-  FrameParser parser_;
-  ByteFaults fromHost_;
-  ByteFaults toHost_;
-  Dice refusals_;
-  Dice lineNoise_;
-  std::deque<Incoming> incoming_;
-  std::deque<Reply> replies_;
-  std::int64_t inputBusyUntil_ = 0;
-  std::int64_t outputBusyUntil_ = 0;
-  std::uint32_t answered_ = 0;
-  Bytes noise_;
-  std::int64_t lastNoise_ = 0;
+  Options options;
+  Registers registers;
+  Stages stages;
+  FrameParser parser;
+  ByteFaults fromHost;
+  ByteFaults toHost;
+  Dice refusals;
+  Dice lineNoise;
+  std::deque<Incoming> incoming;
+  std::deque<Reply> replies;
+  std::int64_t inputBusyUntil = 0;
+  std::int64_t outputBusyUntil = 0;
+  std::uint32_t answered = 0;
+  Bytes noise;
+  std::int64_t lastNoise = 0;
 };
 
 }  // namespace unit

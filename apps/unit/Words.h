@@ -11,13 +11,13 @@ namespace unit {
 
 class Words {
  public:
-  explicit Words(std::string_view line) : rest_(line) {}
+  explicit Words(std::string_view line) : rest(line) {}
 
   // The next word; empty behind the last one.
   std::string_view Next() {
-    rest_.remove_prefix(std::min(rest_.find_first_not_of(' '), rest_.size()));
-    const std::string_view word = rest_.substr(0, rest_.find(' '));
-    rest_.remove_prefix(word.size());
+    rest.remove_prefix(std::min(rest.find_first_not_of(' '), rest.size()));
+    const std::string_view word = rest.substr(0, rest.find(' '));
+    rest.remove_prefix(word.size());
     return word;
   }
 
@@ -32,10 +32,10 @@ class Words {
   }
 
   // What was not taken yet, without the spaces before it.
-  std::string_view Rest() const { return rest_.substr(std::min(rest_.find_first_not_of(' '), rest_.size())); }
+  std::string_view Rest() const { return rest.substr(std::min(rest.find_first_not_of(' '), rest.size())); }
 
  private:
-  std::string_view rest_;
+  std::string_view rest;
 };
 
 }  // namespace unit

@@ -31,12 +31,12 @@ constexpr int UsageFault = 2;
 class Stopwatch {
  public:
   std::int64_t Microseconds() const {
-    return std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - start_).count();
+    return std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - start).count();
   }
 
  private:
   using Clock = std::chrono::steady_clock;
-  Clock::time_point start_ = Clock::now();
+  Clock::time_point start = Clock::now();
 };
 
 int Complain(const std::string& text, int code) {

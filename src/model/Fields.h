@@ -60,8 +60,8 @@ using Rule =
 // What InitSettings stores, before the rules move it into its range. Texts become empty.
 struct Initial {
   constexpr Initial(double all) : first(all), others(all) {}  // implicit: a row shows the plain number
-  constexpr Initial(double first_, double others_, bool kept_ = false)
-      : first(first_), others(others_), kept(kept_) {}
+  constexpr Initial(double firstValue, double otherValues, bool isKept = false)
+      : first(firstValue), others(otherValues), kept(isKept) {}
 
   double first;       // of the first index
   double others;      // of all other indices

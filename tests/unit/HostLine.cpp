@@ -32,16 +32,16 @@ void SetUp(int descriptor, int rate) {
 }  // namespace
 
 HostLine::HostLine(const fs::path& path, int rate)
-    : descriptor_(open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC)) {
-  if (IsOpen() && rate > 0) SetUp(descriptor_, rate);
+    : descriptor(open(path.c_str(), O_RDWR | O_NOCTTY | O_NONBLOCK | O_CLOEXEC)) {
+  if (IsOpen() && rate > 0) SetUp(descriptor, rate);
 }
 
 HostLine::~HostLine() {
-  if (IsOpen()) close(descriptor_);
+  if (IsOpen()) close(descriptor);
 }
 
 void HostLine::Write(const Bytes& bytes) const {
-  if (write(descriptor_, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size())) {
+  if (write(descriptor, bytes.data(), bytes.size()) != static_cast<ssize_t>(bytes.size())) {
     throw std::runtime_error("the line does not take the bytes");
   }
 }
@@ -51,10 +51,10 @@ std::string HostLine::Read(std::size_t count, int milliseconds) const {
   std::string heard;
   while (heard.size() < count) {
     const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(end - Clock::now()).count();
-    pollfd wait{descriptor_, POLLIN, 0};
+    pollfd wait{descriptor, POLLIN, 0};
     if (left <= 0 || poll(&wait, 1, static_cast<int>(left)) <= 0) break;
     std::array<char, 256> buffer{};
-    const ssize_t got = read(descriptor_, buffer.data(), buffer.size());
+    const ssize_t got = read(descriptor, buffer.data(), buffer.size());
     if (got <= 0) break;
     heard.append(buffer.data(), static_cast<std::size_t>(got));
   }
@@ -63,7 +63,7 @@ std::string HostLine::Read(std::size_t count, int milliseconds) const {
 
 int HostLine::Waiting() const {
   int count = 0;
-  ioctl(descriptor_, FIONREAD, &count);
+  ioctl(descriptor, FIONREAD, &count);
   return count;
 }
 

@@ -18,7 +18,7 @@ class HostLine {
   HostLine(const HostLine&) = delete;
   HostLine& operator=(const HostLine&) = delete;
 
-  bool IsOpen() const { return descriptor_ >= 0; }
+  bool IsOpen() const { return descriptor >= 0; }
   void Write(const Bytes& bytes) const;
   // Gives what has come as soon as it is `count` bytes, or what there is after the time.
   std::string Read(std::size_t count, int milliseconds) const;
@@ -27,7 +27,7 @@ class HostLine {
   std::string Ask(const Bytes& bytes, std::size_t count, int milliseconds = 5000) const;
 
  private:
-  int descriptor_;
+  int descriptor;
 };
 
 // True as soon as the condition holds, false if it doesn't within ten seconds.
