@@ -33,46 +33,46 @@ unsigned RateOfWord(std::uint16_t word) {
 }
 
 void SampleHistory::Push(float sample) {
-  if (end_ == samples_.size()) {
-    std::copy(samples_.end() - static_cast<std::ptrdiff_t>(reach_), samples_.end(), samples_.begin());
-    end_ = reach_;
+  if (end == samples.size()) {
+    std::copy(samples.end() - static_cast<std::ptrdiff_t>(reach), samples.end(), samples.begin());
+    end = reach;
   }
-  samples_[end_++] = sample;
+  samples[end++] = sample;
 }
 
 void SampleHistory::Reset() {
-  std::fill(samples_.begin(), samples_.end(), 0.0F);
-  end_ = reach_;
+  std::fill(samples.begin(), samples.end(), 0.0F);
+  end = reach;
 }
 
-AdaptiveFilter::AdaptiveFilter() : input_(AdaptiveDelay + 1), reference_(AdaptiveDelay + AdaptiveTaps + 1) {
-  weights_.reserve(AdaptiveTaps);
+AdaptiveFilter::AdaptiveFilter() : inputs(AdaptiveDelay + 1), references(AdaptiveDelay + AdaptiveTaps + 1) {
+  weights.reserve(AdaptiveTaps);
   Configure({});
 }
 
-void AdaptiveFilter::Configure(const AdaptiveSettings& settings) {
+void AdaptiveFilter::Configure(const AdaptiveSettings& wanted) {
   constexpr std::uint16_t highestRate = 2047;
-  settings_ = settings;
-  settings_.taps = std::clamp<std::size_t>(settings.taps, 1, AdaptiveTaps);
-  const std::size_t delay = std::min<std::size_t>(std::size_t{settings.span} + 1, AdaptiveDelay);
-  inputDelay_ = settings.delayed == DelayedChannel::Input ? delay : 0;
-  referenceDelay_ = settings.delayed == DelayedChannel::Reference ? delay : 0;
-  step_ = StepOf(std::min(settings.rate, highestRate));
-  levelWeight_ = 1 - std::exp(-1 / (LevelSeconds * settings.sampleRate));
-  if (weights_.size() != settings_.taps) weights_.assign(settings_.taps, 0.0F);
-  untilExact_ = 0;
+  settings = wanted;
+  settings.taps = std::clamp<std::size_t>(wanted.taps, 1, AdaptiveTaps);
+  const std::size_t delay = std::min<std::size_t>(std::size_t{wanted.span} + 1, AdaptiveDelay);
+  inputDelay = wanted.delayed == DelayedChannel::Input ? delay : 0;
+  referenceDelay = wanted.delayed == DelayedChannel::Reference ? delay : 0;
+  step = StepOf(std::min(wanted.rate, highestRate));
+  levelWeight = 1 - std::exp(-1 / (LevelSeconds * wanted.sampleRate));
+  if (weights.size() != settings.taps) weights.assign(settings.taps, 0.0F);
+  untilExact = 0;
 }
 
-void AdaptiveFilter::Clear() { std::fill(weights_.begin(), weights_.end(), 0.0F); }
+void AdaptiveFilter::Clear() { std::fill(weights.begin(), weights.end(), 0.0F); }
 
 void AdaptiveFilter::Reset() {
   Clear();
-  input_.Reset();
-  reference_.Reset();
-  inputLevel_ = outputLevel_ = referenceLevel_ = {};
-  untilExact_ = 0;
-  nextBounded_ = 0;
-  adapting_ = false;
+  inputs.Reset();
+  references.Reset();
+  inputLevel = outputLevel = referenceLevel = {};
+  untilExact = 0;
+  nextBounded = 0;
+  adapting = false;
 }
 
 void AdaptiveFilter::Process(std::span<const float> input, std::span<const float> reference,
@@ -82,22 +82,22 @@ void AdaptiveFilter::Process(std::span<const float> input, std::span<const float
     if (!normal.empty()) normal[i] = outputs.normal;
     if (!rejected.empty()) rejected[i] = outputs.rejected;
   }
-  BringIn(reference_.Window(referenceDelay_, weights_.size()));
+  BringIn(references.Window(referenceDelay, weights.size()));
 }
 
 AdaptiveFilter::Outputs AdaptiveFilter::Next(float input, float reference) {
-  input_.Push(input);
-  reference_.Push(reference);
-  const std::span<const float> window = reference_.Window(referenceDelay_, weights_.size());
-  TrackEnergy(window, reference_.Ago(referenceDelay_ + weights_.size()));
+  inputs.Push(input);
+  references.Push(reference);
+  const std::span<const float> window = references.Window(referenceDelay, weights.size());
+  TrackEnergy(window, references.Ago(referenceDelay + weights.size()));
 
   const float prediction = WithinHeadroom(Predict(window));
-  const float error = WithinHeadroom(input_.Ago(inputDelay_) - prediction);
-  inputLevel_.Take(input, levelWeight_);
-  referenceLevel_.Take(reference, levelWeight_);
-  outputLevel_.Take(error, levelWeight_);
-  adapting_ = MayAdapt();
-  if (adapting_) Adapt(error);
+  const float error = WithinHeadroom(inputs.Ago(inputDelay) - prediction);
+  inputLevel.Take(input, levelWeight);
+  referenceLevel.Take(reference, levelWeight);
+  outputLevel.Take(error, levelWeight);
+  adapting = MayAdapt();
+  if (adapting) Adapt(error);
   return {.normal = error, .rejected = prediction};
 }
 
@@ -109,44 +109,44 @@ void AdaptiveFilter::Level::Take(float sample, double weight) {
 
 // One pass over the taps a sample: what the last one has taught comes in on the way.
 float AdaptiveFilter::Predict(std::span<const float> window) {
-  const float change = std::exchange(change_, 0.0F);
-  if (change == 0) return Dot(weights_, window);
-  return AddScaledAndDot(weights_, change, reference_.Window(referenceDelay_ + 1, weights_.size()), window);
+  const float change = std::exchange(pendingChange, 0.0F);
+  if (change == 0) return Dot(weights, window);
+  return AddScaledAndDot(weights, change, references.Window(referenceDelay + 1, weights.size()), window);
 }
 
 void AdaptiveFilter::BringIn(std::span<const float> window) {
-  if (change_ != 0) AddScaled(weights_, std::exchange(change_, 0.0F), window);
+  if (pendingChange != 0) AddScaled(weights, std::exchange(pendingChange, 0.0F), window);
 }
 
 // A running sum; it is made exact now and then, so that what rounding leaves does not grow.
 void AdaptiveFilter::TrackEnergy(std::span<const float> window, float leaving) {
   constexpr std::size_t exactEvery = 4096;
-  if (untilExact_ == 0) {
-    energy_ = Energy(window);
-    untilExact_ = exactEvery;
+  if (untilExact == 0) {
+    energy = Energy(window);
+    untilExact = exactEvery;
   } else {
-    energy_ += double{window.back()} * window.back() - double{leaving} * leaving;
+    energy += double{window.back()} * window.back() - double{leaving} * leaving;
   }
-  --untilExact_;
+  --untilExact;
 }
 
 bool AdaptiveFilter::MayAdapt() const {
-  if (step_ == 0) return false;
-  const double threshold = settings_.threshold / 32767.0;
+  if (step == 0) return false;
+  const double threshold = settings.threshold / 32767.0;
   const auto above = [threshold](const Level& level) { return 2 * level.meanSquare > threshold * threshold; };
-  switch (settings_.condition) {
+  switch (settings.condition) {
     case AdaptCondition::InputAbove:
-      return above(inputLevel_);
+      return above(inputLevel);
     case AdaptCondition::InputBelow:
-      return !above(inputLevel_);
+      return !above(inputLevel);
     case AdaptCondition::OutputAbove:
-      return above(outputLevel_);
+      return above(outputLevel);
     case AdaptCondition::OutputBelow:
-      return !above(outputLevel_);
+      return !above(outputLevel);
     case AdaptCondition::ReferenceAbove:
-      return above(referenceLevel_);
+      return above(referenceLevel);
     case AdaptCondition::ReferenceBelow:
-      return !above(referenceLevel_);
+      return !above(referenceLevel);
     default:
       return true;
   }
@@ -154,29 +154,29 @@ bool AdaptiveFilter::MayAdapt() const {
 
 void AdaptiveFilter::Adapt(float error) {
   constexpr double faintest = 1e-15;
-  const double taps = static_cast<double>(weights_.size());
-  const double largest = 1 / (std::max(energy_, 0.0) + QuietPower * taps);
-  const double gain = settings_.normalize ? step_ * largest : std::min(step_ / (UsualPower * taps), largest);
+  const double taps = static_cast<double>(weights.size());
+  const double largest = 1 / (std::max(energy, 0.0) + QuietPower * taps);
+  const double gain = settings.normalize ? step * largest : std::min(step / (UsualPower * taps), largest);
   const double change = gain * error;
   if (std::abs(change) < faintest) return;
-  change_ = static_cast<float>(change);
+  pendingChange = static_cast<float>(change);
   BoundWeights();
 }
 
 // A few taps at a time: what one sample can add to a tap is small.
 void AdaptiveFilter::BoundWeights() {
   constexpr std::size_t atOnce = 16;  // more of them would not be stored when the next sample reads them
-  const std::size_t end = std::min(nextBounded_ + atOnce, weights_.size());
-  for (std::size_t i = nextBounded_; i < end; ++i) {
-    weights_[i] = std::clamp(weights_[i], -LargestWeight, LargestWeight);
+  const std::size_t end = std::min(nextBounded + atOnce, weights.size());
+  for (std::size_t i = nextBounded; i < end; ++i) {
+    weights[i] = std::clamp(weights[i], -LargestWeight, LargestWeight);
   }
-  nextBounded_ = end == weights_.size() ? 0 : end;
+  nextBounded = end == weights.size() ? 0 : end;
 }
 
 void AdaptiveFilter::Coefficients(std::span<std::int32_t> out) const {
-  const std::size_t held = std::min(out.size(), weights_.size());
+  const std::size_t held = std::min(out.size(), weights.size());
   for (std::size_t i = 0; i < held; ++i) {
-    const double code = std::nearbyint(double{weights_[weights_.size() - 1 - i]} * CoefficientUnit);
+    const double code = std::nearbyint(double{weights[weights.size() - 1 - i]} * CoefficientUnit);
     out[i] = static_cast<std::int32_t>(std::clamp(code, -CoefficientUnit, CoefficientUnit - 1));
   }
   std::fill(out.begin() + static_cast<std::ptrdiff_t>(held), out.end(), 0);
@@ -184,10 +184,10 @@ void AdaptiveFilter::Coefficients(std::span<std::int32_t> out) const {
 
 void AdaptiveFilter::SetCoefficients(std::span<const std::int32_t> coefficients) {
   Clear();
-  const std::size_t given = std::min(coefficients.size(), weights_.size());
+  const std::size_t given = std::min(coefficients.size(), weights.size());
   for (std::size_t i = 0; i < given; ++i) {
     const double tap = std::clamp(coefficients[i] / CoefficientUnit, -1.0, 1.0);
-    weights_[weights_.size() - 1 - i] = static_cast<float>(tap);
+    weights[weights.size() - 1 - i] = static_cast<float>(tap);
   }
 }
 

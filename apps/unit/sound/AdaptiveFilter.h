@@ -45,23 +45,23 @@ unsigned RateOfWord(std::uint16_t word);
 // The samples that went by, with the last ones in one piece.
 class SampleHistory {
  public:
-  explicit SampleHistory(std::size_t reach) : reach_(reach), samples_(reach + Slack), end_(reach) {}
+  explicit SampleHistory(std::size_t longest) : reach(longest), samples(longest + Slack), end(longest) {}
 
   void Push(float sample);
   void Reset();
   // The sample delay samples ago, 0 being the last one; delay is less than the reach.
-  float Ago(std::size_t delay) const { return samples_[end_ - 1 - delay]; }
+  float Ago(std::size_t delay) const { return samples[end - 1 - delay]; }
   // size samples, oldest first, the newest of them delay samples ago; delay + size is at most the reach.
   std::span<const float> Window(std::size_t delay, std::size_t size) const {
-    return std::span(samples_).subspan(end_ - delay - size, size);
+    return std::span(samples).subspan(end - delay - size, size);
   }
 
  private:
   static constexpr std::size_t Slack = 32768;  // so many samples go by before the rest is moved
 
-  std::size_t reach_;
-  std::vector<float> samples_;
-  std::size_t end_;
+  std::size_t reach;
+  std::vector<float> samples;
+  std::size_t end;
 };
 
 // A transversal filter that learns by the normalised LMS law (Haykin, Adaptive Filter Theory, chapter 6): its
@@ -76,7 +76,7 @@ class AdaptiveFilter {
   AdaptiveFilter();
 
   // Values out of range are bounded. The sound goes on; the taps stay unless their number changed.
-  void Configure(const AdaptiveSettings& settings);
+  void Configure(const AdaptiveSettings& wanted);
   void Clear();  // the taps
   void Reset();  // the taps and the sound
 
@@ -86,8 +86,8 @@ class AdaptiveFilter {
                std::span<float> rejected);
 
   // Whether the last sample was learned from.
-  bool Adapting() const { return adapting_; }
-  std::size_t Taps() const { return weights_.size(); }
+  bool Adapting() const { return adapting; }
+  std::size_t Taps() const { return weights.size(); }
 
   // The taps as numbers of 24 bits, -2^23..2^23-1, of which 2^23 is 1.0, the latest sample's first. What is
   // longer than the filter gets zeros.
@@ -112,19 +112,19 @@ class AdaptiveFilter {
   void BringIn(std::span<const float> window);
   void BoundWeights();
 
-  AdaptiveSettings settings_;
-  std::size_t inputDelay_ = 0, referenceDelay_ = 0;
-  double step_ = 0;         // of the normalised law, 0..1
-  double levelWeight_ = 0;  // of a sample in the short-time levels
+  AdaptiveSettings settings;
+  std::size_t inputDelay = 0, referenceDelay = 0;
+  double step = 0;         // of the normalised law, 0..1
+  double levelWeight = 0;  // of a sample in the short-time levels
 
-  SampleHistory input_, reference_;
-  AlignedFloats weights_;       // the oldest sample's first
-  float change_ = 0;            // what the last sample has taught, times its window: not in the taps yet
-  double energy_ = 0;           // of the samples under the taps
-  std::size_t untilExact_ = 0;  // samples until the energy is summed anew
-  std::size_t nextBounded_ = 0;
-  Level inputLevel_, outputLevel_, referenceLevel_;
-  bool adapting_ = false;
+  SampleHistory inputs, references;
+  AlignedFloats weights;       // the oldest sample's first
+  float pendingChange = 0;     // what the last sample has taught, times its window: not in the taps yet
+  double energy = 0;           // of the samples under the taps
+  std::size_t untilExact = 0;  // samples until the energy is summed anew
+  std::size_t nextBounded = 0;
+  Level inputLevel, outputLevel, referenceLevel;
+  bool adapting = false;
 };
 
 }  // namespace unit::sound

@@ -28,8 +28,8 @@ class CoefficientStage {
   void Process(std::span<const float> in, std::span<float> out);
 
  private:
-  std::vector<float> taps_;
-  Convolver convolver_;
+  std::vector<float> taps;
+  Convolver convolver;
 };
 
 }  // namespace unit::sound

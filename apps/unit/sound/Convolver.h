@@ -49,19 +49,19 @@ class Convolver {
   void Transform(std::size_t blocksAgo);
   void EndBlock();
 
-  FrameTransform transform_;
-  std::size_t mostTaps_;
-  std::array<Filter, 3> filters_;  // by the three indexes below
-  std::size_t now_ = 0, next_ = 1, waiting_ = 2;
-  bool fading_ = false, kept_ = false;  // kept: a filter waits
-  std::size_t faded_ = 0;               // samples
-  std::vector<float> signal_;           // the past, and the present block at the end
-  std::size_t filled_ = 0;              // samples of the present block
-  std::vector<FrameSpectrum> past_;     // of the signal's blocks, a ring
-  std::size_t present_ = 0;             // where that of the present block goes
-  bool pastKnown_ = false;
-  FrameSpectrum sum_;
-  std::array<float, BlockFrames> incoming_{};
+  FrameTransform transform;
+  std::size_t tapLimit;
+  std::array<Filter, 3> filters;  // by the three indexes below
+  std::size_t now = 0, next = 1, waiting = 2;
+  bool fading = false, kept = false;  // kept: a filter waits
+  std::size_t faded = 0;              // samples
+  std::vector<float> signal;          // the past, and the present block at the end
+  std::size_t filled = 0;             // samples of the present block
+  std::vector<FrameSpectrum> past;    // of the signal's blocks, a ring
+  std::size_t present = 0;            // where that of the present block goes
+  bool pastKnown = false;
+  FrameSpectrum sum;
+  std::array<float, BlockFrames> incoming{};
 };
 
 }  // namespace unit::sound

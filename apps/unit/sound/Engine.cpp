@@ -39,32 +39,32 @@ float InputGain(unsigned word) {
 }  // namespace
 
 Engine::Engine()
-    : broadband_(Pair<Broadband>(rate_.sampleRate)),
-      inputHighpass_(Pair<Highpass>(HighpassLowest, rate_.sampleRate)),
-      outputHighpass_(Pair<Highpass>(HighpassLowest, rate_.sampleRate)),
-      gainControl_({}, rate_.sampleRate),
-      limiter_({}, rate_.sampleRate),
-      meters_(Meters(rate_.sampleRate, std::make_index_sequence<LevelCount>())),
-      broadbandMeters_(Meters(rate_.sampleRate, std::make_index_sequence<2>())),
-      traces_{{{SpectrumAnalyzer(rate_.sampleRate)}, {SpectrumAnalyzer(rate_.sampleRate)}}} {
+    : broadband(Pair<Broadband>(rate.sampleRate)),
+      inputHighpass(Pair<Highpass>(HighpassLowest, rate.sampleRate)),
+      outputHighpass(Pair<Highpass>(HighpassLowest, rate.sampleRate)),
+      gainControl({}, rate.sampleRate),
+      limiter({}, rate.sampleRate),
+      meters(Meters(rate.sampleRate, std::make_index_sequence<LevelCount>())),
+      broadbandMeters(Meters(rate.sampleRate, std::make_index_sequence<2>())),
+      traces{{{SpectrumAnalyzer(rate.sampleRate)}, {SpectrumAnalyzer(rate.sampleRate)}}} {
   Apply({});
 }
 
 StageProgram& Engine::ProgramAt(std::size_t position) {
-  return programs_[position <= Filters ? position - 1 : position - FirstEqualizer + Filters];
+  return programs[position <= Filters ? position - 1 : position - FirstEqualizer + Filters];
 }
 
 // 4095 lets the chain through; before the host has said a word, what comes in goes out.
 bool Engine::Processing(std::size_t channel) const { return Word(code::OutputStage + channel, 0) != 0; }
 
 void Engine::Apply(const Setting& setting) {
-  registers_ = setting.registers;
+  registers = setting.registers;
   ApplyRate();
   ApplyEnds();
-  route_ = RouteOf(registers_);
+  route = RouteOf(registers);
   for (std::size_t position = 1; position <= RoutedPositions; ++position) {
     if (IsBroadband(position)) continue;
-    const bool ownOnC = route_.At(position).ownChannelOnC;
+    const bool ownOnC = route.At(position).ownChannelOnC;
     ProgramAt(position).Configure(
         StageSettingsOf(setting, position, ownOnC ? DelayedChannel::Input : DelayedChannel::Reference));
   }
@@ -73,48 +73,48 @@ void Engine::Apply(const Setting& setting) {
 }
 
 void Engine::ApplyRate() {
-  const UnitRate rate = RateOf(registers_);
-  if (rate == rate_) return;
-  rate_ = rate;
-  for (LevelMeter& meter : meters_) meter.SetRate(rate.sampleRate);
+  const UnitRate wanted = RateOf(registers);
+  if (wanted == rate) return;
+  rate = wanted;
+  for (LevelMeter& meter : meters) meter.SetRate(wanted.sampleRate);
   for (const std::size_t side : {0U, 1U}) {
-    broadband_[side].Configure(rate.sampleRate);
-    broadband_[side].Reset();
-    broadbandMeters_[side].SetRate(rate.sampleRate);
-    inputHighpass_[side].Reset();
-    outputHighpass_[side].Reset();
-    traces_[side].analyzer.SetRate(rate.sampleRate);
+    broadband[side].Configure(wanted.sampleRate);
+    broadband[side].Reset();
+    broadbandMeters[side].SetRate(wanted.sampleRate);
+    inputHighpass[side].Reset();
+    outputHighpass[side].Reset();
+    traces[side].analyzer.SetRate(wanted.sampleRate);
   }
-  gainControl_.Reset();
-  limiter_.Reset();
-  patch_ = {};
+  gainControl.Reset();
+  limiter.Reset();
+  patch = {};
 }
 
 void Engine::ApplyEnds() {
-  for (Highpass& filter : inputHighpass_) {
-    filter.Configure(Word(code::InputCutoff, 0), rate_.sampleRate);
+  for (Highpass& filter : inputHighpass) {
+    filter.Configure(Word(code::InputCutoff, 0), rate.sampleRate);
   }
-  for (Highpass& filter : outputHighpass_) {
-    filter.Configure(Word(code::OutputCutoff, 0), rate_.sampleRate);
+  for (Highpass& filter : outputHighpass) {
+    filter.Configure(Word(code::OutputCutoff, 0), rate.sampleRate);
   }
   const auto word = [this](std::size_t at) { return static_cast<std::uint16_t>(Word(at, 0)); };
-  gainControl_.Configure(GainControlSettingsOf(word(code::GainControlWord), word(code::GainWord)),
-                         rate_.sampleRate);
-  limiter_.Configure(LimiterSettingsOf(word(code::LimiterWord), word(code::LimiterThreshold)),
-                     rate_.sampleRate);
+  gainControl.Configure(GainControlSettingsOf(word(code::GainControlWord), word(code::GainWord)),
+                        rate.sampleRate);
+  limiter.Configure(LimiterSettingsOf(word(code::LimiterWord), word(code::LimiterThreshold)),
+                    rate.sampleRate);
 }
 
 void Engine::ApplyBroadband(const Setting& setting) {
-  for (std::size_t side = 0; side < broadband_.size(); ++side) {
+  for (std::size_t side = 0; side < broadband.size(); ++side) {
     const auto& sent = setting.programs.broadband[side];
     for (unsigned piece = 0; piece < PieceCount; ++piece) {
-      if (!sent[piece] || sent[piece] == pieces_[side][piece]) continue;
-      broadband_[side].TakePiece(piece, *sent[piece]);
+      if (!sent[piece] || sent[piece] == pieces[side][piece]) continue;
+      broadband[side].TakePiece(piece, *sent[piece]);
     }
-    pieces_[side] = sent;
+    pieces[side] = sent;
     const std::size_t position = FirstBroadband + side;
-    broadband_[side].SetAttenuation(static_cast<std::uint16_t>(Word(code::Attenuation + position, 0)));
-    broadband_[side].SetGain(static_cast<std::uint16_t>(Word(code::Gain + position, Broadband::UnityGain)));
+    broadband[side].SetAttenuation(static_cast<std::uint16_t>(Word(code::Attenuation + position, 0)));
+    broadband[side].SetGain(static_cast<std::uint16_t>(Word(code::Gain + position, Broadband::UnityGain)));
   }
 }
 
@@ -125,8 +125,8 @@ void Engine::ApplyTraces() {
     known = static_cast<std::uint16_t>(word);
     take();
   };
-  for (std::size_t i = 0; i < traces_.size(); ++i) {
-    Trace& trace = traces_[i];
+  for (std::size_t i = 0; i < traces.size(); ++i) {
+    Trace& trace = traces[i];
     const auto byte = [&](std::size_t at) { return Word(at, 0) >> TraceShift[i] & 0xFFU; };
     follow(trace.averaging, byte(code::Averaging),
            [&] { trace.analyzer.SetAveraging(static_cast<std::uint8_t>(trace.averaging)); });
@@ -157,14 +157,14 @@ void Engine::ResetStages(std::uint16_t bits) {
 }
 
 void Engine::ResetBroadband(std::uint16_t bits) {
-  for (std::size_t side = 0; side < broadband_.size(); ++side) {
-    if ((bits >> side & 1U) != 0) broadband_[side].Forget();
+  for (std::size_t side = 0; side < broadband.size(); ++side) {
+    if ((bits >> side & 1U) != 0) broadband[side].Forget();
   }
 }
 
 void Engine::ClearTraces(std::uint16_t bits) {
-  for (std::size_t i = 0; i < traces_.size(); ++i) {
-    if ((bits >> TraceShift[i] & ClearBit) != 0) traces_[i].analyzer.Clear();
+  for (std::size_t i = 0; i < traces.size(); ++i) {
+    if ((bits >> TraceShift[i] & ClearBit) != 0) traces[i].analyzer.Clear();
   }
 }
 
@@ -187,99 +187,99 @@ void Engine::ProcessBlock(const Stereo& in, const Stereo& out) {
     for (float& sample : in[channel]) sample = Tame(sample * gain);
   }
   Measure(InLeft, in);
-  const Stereo sound{patch_.Write(source::LeftIn, frames), patch_.Write(source::RightIn, frames)};
+  const Stereo sound{patch.Write(source::LeftIn, frames), patch.Write(source::RightIn, frames)};
   for (const std::size_t channel : {0U, 1U}) std::ranges::copy(in[channel], sound[channel].begin());
   ProcessInput(sound);
   Measure(MidLeft, sound);
   RunChain(frames);
   ProcessOutput(in, out);
   Measure(OutLeft, out);
-  for (const std::size_t i : {0U, 1U}) traces_[i].analyzer.Process(patch_.Read(route_.taps[i], frames));
+  for (const std::size_t i : {0U, 1U}) traces[i].analyzer.Process(patch.Read(route.taps[i], frames));
 }
 
 void Engine::ProcessInput(const Stereo& sound) {
   if (InputHighpassOn(static_cast<std::uint16_t>(Word(code::InputStage, 0)))) {
     for (const std::size_t channel : {0U, 1U}) {
-      inputHighpass_[channel].Process(sound[channel], sound[channel]);
+      inputHighpass[channel].Process(sound[channel], sound[channel]);
     }
   }
-  gainControl_.Process(sound[0], sound[1]);
+  gainControl.Process(sound[0], sound[1]);
 }
 
 void Engine::RunChain(std::size_t frames) {
-  for (const std::uint8_t position : route_.Order()) {
+  for (const std::uint8_t position : route.Order()) {
     if (!IsBroadband(position)) {
       RunStage(position, frames);
       continue;
     }
     const std::size_t side = position - FirstBroadband;
-    const std::span<float> first = patch_.Write(FirstOutput(position), frames);
-    broadband_[side].Process(patch_.Read(route_.At(position).OwnChannel(), frames), first);
-    broadbandMeters_[side].Process(first);
+    const std::span<float> first = patch.Write(FirstOutput(position), frames);
+    broadband[side].Process(patch.Read(route.At(position).OwnChannel(), frames), first);
+    broadbandMeters[side].Process(first);
   }
 }
 
 void Engine::RunStage(std::size_t position, std::size_t frames) {
-  const StageRoute& route = route_.At(position);
+  const StageRoute& stage = route.At(position);
   // An equalizer has no second output; its program still writes one, to nobody.
   std::array<float, BlockFrames> nobody;
   const bool filter = position <= Filters;
   const std::span<float> second =
-      filter ? patch_.Write(SecondOutput(position), frames) : std::span(nobody).first(frames);
-  ProgramAt(position).Process(patch_.Read(route.OwnChannel(), frames), patch_.Read(route.Reference(), frames),
-                              patch_.Write(FirstOutput(position), frames), second);
+      filter ? patch.Write(SecondOutput(position), frames) : std::span(nobody).first(frames);
+  ProgramAt(position).Process(patch.Read(stage.OwnChannel(), frames), patch.Read(stage.Reference(), frames),
+                              patch.Write(FirstOutput(position), frames), second);
 }
 
 // What is past full scale when it leaves is clipped, as the unit's converters do.
 void Engine::ProcessOutput(const Stereo& dry, const Stereo& out) {
   const std::size_t frames = out[0].size();
   for (const std::size_t channel : {0U, 1U}) {
-    std::ranges::copy(patch_.Read(route_.outputs[channel], frames), out[channel].begin());
+    std::ranges::copy(patch.Read(route.outputs[channel], frames), out[channel].begin());
   }
   if (OutputHighpassOn(static_cast<std::uint16_t>(Word(code::InputStage, 0)))) {
-    for (const std::size_t channel : {0U, 1U}) outputHighpass_[channel].Process(out[channel], out[channel]);
+    for (const std::size_t channel : {0U, 1U}) outputHighpass[channel].Process(out[channel], out[channel]);
   }
-  limiter_.Process(out[0], out[1]);
+  limiter.Process(out[0], out[1]);
   for (const std::size_t channel : {0U, 1U}) {
     if (!Processing(channel)) std::ranges::copy(dry[channel], out[channel].begin());
   }
-  if (route_.swap) std::ranges::swap_ranges(out[0], out[1]);
+  if (route.swap) std::ranges::swap_ranges(out[0], out[1]);
   constexpr std::array<std::uint8_t, 2> codes{source::LeftOut, source::RightOut};
   for (const std::size_t channel : {0U, 1U}) {
     for (float& sample : out[channel]) sample = std::clamp(sample, -1.0F, 1.0F);
-    std::ranges::copy(out[channel], patch_.Write(codes[channel], frames).begin());
+    std::ranges::copy(out[channel], patch.Write(codes[channel], frames).begin());
   }
 }
 
 void Engine::Measure(std::size_t first, const Stereo& sound) {
-  for (const std::size_t channel : {0U, 1U}) meters_[first + channel].Process(sound[channel]);
+  for (const std::size_t channel : {0U, 1U}) meters[first + channel].Process(sound[channel]);
 }
 
 Status Engine::Readings() const {
   constexpr unsigned firstTraceOverload = 0x8000, secondTraceOverload = 0x4000;
   constexpr std::uint8_t overload = 1;
   Status status;
-  for (std::size_t i = 0; i < meters_.size(); ++i) status.levels[i] = meters_[i].Word();
-  unsigned mode = (traces_[0].analyzer.Overload() ? firstTraceOverload : 0) |
-                  (traces_[1].analyzer.Overload() ? secondTraceOverload : 0);
-  for (std::size_t i = 0; i < programs_.size(); ++i) {
+  for (std::size_t i = 0; i < meters.size(); ++i) status.levels[i] = meters[i].Word();
+  unsigned mode = (traces[0].analyzer.Overload() ? firstTraceOverload : 0) |
+                  (traces[1].analyzer.Overload() ? secondTraceOverload : 0);
+  for (std::size_t i = 0; i < programs.size(); ++i) {
     const std::size_t place = i < Filters ? i : i - Filters + FirstEqualizer - 1;
-    const StageReport report = programs_[i].Report();
+    const StageReport report = programs[i].Report();
     status.stageStatus[place] = report.word;
     status.stageNibble[place] = report.overload ? overload : 0;
     if (report.adapting) mode |= 0x80U >> place;
   }
-  for (std::size_t side = 0; side < broadbandMeters_.size(); ++side) {
+  for (std::size_t side = 0; side < broadbandMeters.size(); ++side) {
     const std::size_t place = FirstBroadband + side - 1;
-    status.stageStatus[place] = broadbandMeters_[side].Word();
-    status.stageNibble[place] = broadbandMeters_[side].Overload() ? overload : 0;
+    status.stageStatus[place] = broadbandMeters[side].Word();
+    status.stageNibble[place] = broadbandMeters[side].Overload() ? overload : 0;
   }
   status.unitMode = static_cast<std::uint16_t>(mode);
   return status;
 }
 
 Coefficients Engine::Learned(std::size_t position) const {
-  const AdaptiveFilter* const filter = programs_[position - 1].Adaptive();
+  const AdaptiveFilter* const filter = programs[position - 1].Adaptive();
   if (filter == nullptr) return {};
   Coefficients coefficients(filter->Taps());
   filter->Coefficients(coefficients);

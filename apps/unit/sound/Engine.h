@@ -43,7 +43,7 @@ class Engine {
   void ClearTraces(std::uint16_t bits);
 
   // Of the sound, in Hz: 7200..36000.
-  int SampleRate() const { return static_cast<int>(rate_.sampleRate); }
+  int SampleRate() const { return static_cast<int>(rate.sampleRate); }
 
   // Any number of samples, the same in all four; out and in may be the same. No sample that leaves is beyond
   // full scale, 1.0.
@@ -53,7 +53,7 @@ class Engine {
   // Without unitStatus, which is not the sound's.
   Status Readings() const;
   // trace: 0 or 1.
-  SpectrumBody Lines(std::size_t trace) const { return traces_[trace].analyzer.Lines(); }
+  SpectrumBody Lines(std::size_t trace) const { return traces[trace].analyzer.Lines(); }
   // position: 1..6. Empty where the stage does not adapt.
   Coefficients Learned(std::size_t position) const;
   void Learn(std::size_t position, std::span<const std::int32_t> coefficients);
@@ -67,7 +67,7 @@ class Engine {
   };
   using Stereo = std::array<std::span<float>, 2>;
 
-  unsigned Word(std::size_t code, unsigned otherwise) const { return registers_[code].value_or(otherwise); }
+  unsigned Word(std::size_t code, unsigned otherwise) const { return registers[code].value_or(otherwise); }
   bool Processing(std::size_t channel) const;
   void ApplyRate();
   void ApplyEnds();
@@ -82,19 +82,19 @@ class Engine {
   // The programs of positions 1 to 6, 9 and 10.
   StageProgram& ProgramAt(std::size_t position);
 
-  RegisterValues registers_;
-  UnitRate rate_;
-  Route route_;
-  PatchBay patch_;
-  std::array<StageProgram, Filters + 2> programs_;
-  std::array<Broadband, 2> broadband_;
-  std::array<std::array<std::optional<Payload>, PieceCount>, 2> pieces_;  // as they were taken
-  std::array<Highpass, 2> inputHighpass_, outputHighpass_;
-  GainControl gainControl_;
-  Limiter limiter_;
-  std::array<LevelMeter, LevelCount> meters_;
-  std::array<LevelMeter, 2> broadbandMeters_;
-  std::array<Trace, 2> traces_;
+  RegisterValues registers;
+  UnitRate rate;
+  Route route;
+  PatchBay patch;
+  std::array<StageProgram, Filters + 2> programs;
+  std::array<Broadband, 2> broadband;
+  std::array<std::array<std::optional<Payload>, PieceCount>, 2> pieces;  // as they were taken
+  std::array<Highpass, 2> inputHighpass, outputHighpass;
+  GainControl gainControl;
+  Limiter limiter;
+  std::array<LevelMeter, LevelCount> meters;
+  std::array<LevelMeter, 2> broadbandMeters;
+  std::array<Trace, 2> traces;
 };
 
 }  // namespace unit::sound

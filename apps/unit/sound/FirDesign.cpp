@@ -20,14 +20,14 @@ double Sinc(double x) { return x == 0.0 ? 1.0 : std::sin(x) / x; }
 // Kaiser's window.
 class Kaiser {
  public:
-  explicit Kaiser(double beta) : beta_(beta), top_(std::cyl_bessel_i(0.0, beta)) {}
+  explicit Kaiser(double shape) : beta(shape), top(std::cyl_bessel_i(0.0, shape)) {}
   // At x, -1..1 from end to end.
   double At(double x) const {
-    return std::cyl_bessel_i(0.0, beta_ * std::sqrt(std::max(0.0, 1.0 - x * x))) / top_;
+    return std::cyl_bessel_i(0.0, beta * std::sqrt(std::max(0.0, 1.0 - x * x))) / top;
   }
 
  private:
-  double beta_, top_;
+  double beta, top;
 };
 
 double BetaFor(double attenuation) {

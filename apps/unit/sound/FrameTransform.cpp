@@ -20,23 +20,23 @@ FrameTransform::FrameTransform() {
   static_assert(BlockFrames == TransformPoints);
   constexpr auto points = static_cast<double>(TransformPoints);
   for (std::size_t i = 0; i < TransformPoints; ++i) {
-    SetTurn(frame_, i, 0.25 * static_cast<double>(i) / points);
+    SetTurn(frame, i, 0.25 * static_cast<double>(i) / points);
     const std::size_t rowTimesColumn = i / Side * (i % Side);
-    SetTurn(inner_, i, static_cast<double>(rowTimesColumn) / points);
+    SetTurn(inner, i, static_cast<double>(rowTimesColumn) / points);
   }
 }
 
 void FrameTransform::Forward(std::span<const float, TransformSpan> signal, FrameSpectrum& spectrum) const {
-  Wind(signal.data(), signal.data() + BlockFrames, frame_, spectrum.re, spectrum.im);
-  Transform(inner_, spectrum.re, spectrum.im);
+  Wind(signal.data(), signal.data() + BlockFrames, frame, spectrum.re, spectrum.im);
+  Transform(inner, spectrum.re, spectrum.im);
 }
 
 // A transform with the parts changed about is the inverse one.
 void FrameTransform::Inverse(const FrameSpectrum& spectrum, std::span<float, BlockFrames> signal) const {
   constexpr float scale = 1.0F / static_cast<float>(TransformPoints);
   FrameSpectrum time = spectrum;
-  Transform(inner_, time.im, time.re);
-  Unwind(time.re, time.im, frame_, scale, signal.data());
+  Transform(inner, time.im, time.re);
+  Unwind(time.re, time.im, frame, scale, signal.data());
 }
 
 }  // namespace unit::sound

@@ -28,8 +28,8 @@ class FrameTransform {
   void Inverse(const FrameSpectrum& spectrum, std::span<float, BlockFrames> signal) const;
 
  private:
-  Turns frame_;  // by a quarter of the circle over all points
-  Turns inner_;
+  Turns frame;  // by a quarter of the circle over all points
+  Turns inner;
 };
 
 }  // namespace unit::sound

@@ -60,7 +60,7 @@ std::uint16_t CompressorWord(const Compressor& compressor) {
 
 }  // namespace
 
-StageProgram::StageProgram() : level_(settings_.rate.sampleRate), output_(settings_.rate.sampleRate) {}
+StageProgram::StageProgram() : level(settings.rate.sampleRate), output(settings.rate.sampleRate) {}
 
 StageProgram::Program StageProgram::Fresh(const StageSettings& settings) {
   switch (settings.kind) {
@@ -79,46 +79,46 @@ StageProgram::Program StageProgram::Fresh(const StageSettings& settings) {
   }
 }
 
-void StageProgram::Configure(const StageSettings& settings) {
-  if (settings == settings_) return;
-  const bool another = settings.kind != settings_.kind || settings.rate != settings_.rate;
-  if (settings.rate != settings_.rate) {
-    for (LevelMeter* meter : {&level_, &output_}) {
-      meter->SetRate(settings.rate.sampleRate);
+void StageProgram::Configure(const StageSettings& wanted) {
+  if (wanted == settings) return;
+  const bool another = wanted.kind != settings.kind || wanted.rate != settings.rate;
+  if (wanted.rate != settings.rate) {
+    for (LevelMeter* meter : {&level, &output}) {
+      meter->SetRate(wanted.rate.sampleRate);
       meter->Reset();
     }
   }
-  settings_ = settings;
-  if (another) program_ = Fresh(settings_);
+  settings = wanted;
+  if (another) program = Fresh(settings);
   Load();
   if (another) Reset();
 }
 
 void StageProgram::Load() {
-  const Stage& stage = settings_.program;
-  std::visit(Each{[](Passing&) {}, [&](AdaptivePlace& filter) { filter->Configure(settings_.adaptive); },
+  const Stage& stage = settings.program;
+  std::visit(Each{[](Passing&) {}, [&](AdaptivePlace& filter) { filter->Configure(settings.adaptive); },
                   [&](CoefficientStage& table) {
-                    table.Configure(stage.coefficients, {.subtracts = !settings_.equalizer,
-                                                         .attenuation = settings_.attenuation,
-                                                         .gain = settings_.gain});
+                    table.Configure(stage.coefficients, {.subtracts = !settings.equalizer,
+                                                         .attenuation = settings.attenuation,
+                                                         .gain = settings.gain});
                   },
                   [&](Convolver& filter) {
-                    filter.SetTaps(DesignedTaps(*stage.algorithm, *stage.block, settings_.rate.sampleRate));
+                    filter.SetTaps(DesignedTaps(*stage.algorithm, *stage.block, settings.rate.sampleRate));
                   },
                   [&](Parametric& equalizer) {
                     equalizer.Configure(std::span(*stage.block).first<Parametric::BlockSize>());
                   },
                   [&](Compressor& compressor) {
                     compressor.Configure(CompressorWordsOf(std::span(*stage.block).first<16>()),
-                                         settings_.rate.bandwidth);
+                                         settings.rate.bandwidth);
                   }},
-             program_);
+             program);
 }
 
 void StageProgram::Reset() {
   std::visit(Each{[](Passing&) {}, [](AdaptivePlace& filter) { filter->Reset(); },
                   [](auto& processor) { processor.Reset(); }},
-             program_);
+             program);
 }
 
 void StageProgram::Process(std::span<const float> own, std::span<const float> reference,
@@ -128,17 +128,17 @@ void StageProgram::Process(std::span<const float> own, std::span<const float> re
   } else {
     std::visit(Each{[&](Passing&) { std::ranges::copy(own, first.begin()); }, [](AdaptivePlace&) {},
                     [&](auto& processor) { processor.Process(own, first); }},
-               program_);
+               program);
     std::ranges::fill(second, 0.0F);
   }
-  level_.Process(Decisive(own, reference, first));
-  output_.Process(first);
+  level.Process(Decisive(own, reference, first));
+  output.Process(first);
 }
 
 std::span<const float> StageProgram::Decisive(std::span<const float> own, std::span<const float> reference,
                                               std::span<const float> first) const {
-  if (settings_.kind != ProgramKind::Adaptive) return first;
-  switch (settings_.adaptive.condition) {
+  if (settings.kind != ProgramKind::Adaptive) return first;
+  switch (settings.adaptive.condition) {
     case AdaptCondition::OutputAbove:
     case AdaptCondition::OutputBelow:
       return first;
@@ -151,15 +151,15 @@ std::span<const float> StageProgram::Decisive(std::span<const float> own, std::s
 }
 
 StageReport StageProgram::Report() const {
-  const auto* const compressor = std::get_if<Compressor>(&program_);
-  const auto* const filter = std::get_if<AdaptivePlace>(&program_);
-  return {.word = compressor != nullptr ? CompressorWord(*compressor) : level_.Word(),
-          .overload = output_.Overload(),
+  const auto* const compressor = std::get_if<Compressor>(&program);
+  const auto* const filter = std::get_if<AdaptivePlace>(&program);
+  return {.word = compressor != nullptr ? CompressorWord(*compressor) : level.Word(),
+          .overload = output.Overload(),
           .adapting = filter != nullptr && (*filter)->Adapting()};
 }
 
 AdaptiveFilter* StageProgram::Adaptive() const {
-  const auto* const filter = std::get_if<AdaptivePlace>(&program_);
+  const auto* const filter = std::get_if<AdaptivePlace>(&program);
   return filter == nullptr ? nullptr : filter->get();
 }
 

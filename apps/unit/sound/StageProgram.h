@@ -30,7 +30,7 @@ class StageProgram {
   StageProgram();
 
   // What stays the same goes on; another kind of stage, or another rate, begins in silence.
-  void Configure(const StageSettings& settings);
+  void Configure(const StageSettings& wanted);
   // Forgets the sound and what was learned.
   void Reset();
 
@@ -53,9 +53,9 @@ class StageProgram {
   std::span<const float> Decisive(std::span<const float> own, std::span<const float> reference,
                                   std::span<const float> first) const;
 
-  StageSettings settings_;
-  Program program_;
-  LevelMeter level_, output_;
+  StageSettings settings;
+  Program program;
+  LevelMeter level, output;
 };
 
 }  // namespace unit::sound
