@@ -49,21 +49,21 @@ BroadbandRecord UsualRecord(double sampleRate) {
           .subtractionFloor = 0.00001F};
 }
 
-Broadband::Broadband(double sampleRate)
-    : forward_(kiss_fftr_alloc(FrameSize, 0, nullptr, nullptr)),
-      inverse_(kiss_fftr_alloc(FrameSize, 1, nullptr, nullptr)),
-      sampleRate_(sampleRate),
-      sent_(UsualRecord(sampleRate)) {
+Broadband::Broadband(double rate)
+    : forward(kiss_fftr_alloc(FrameSize, 0, nullptr, nullptr)),
+      inverse(kiss_fftr_alloc(FrameSize, 1, nullptr, nullptr)),
+      sampleRate(rate),
+      sent(UsualRecord(rate)) {
   // The squares of four windows, 64 apart, add up to 2; the transforms to 256.
   for (std::size_t i = 0; i < FrameSize; ++i) {
-    window_[i] = static_cast<float>(std::sin(std::numbers::pi * static_cast<double>(i) / FrameSize));
+    window[i] = static_cast<float>(std::sin(std::numbers::pi * static_cast<double>(i) / FrameSize));
   }
   UseRecord();
   Reset();
 }
 
-void Broadband::Configure(double sampleRate) {
-  sampleRate_ = sampleRate;
+void Broadband::Configure(double rate) {
+  sampleRate = rate;
   UseRecord();
   Forget();
 }
@@ -77,95 +77,95 @@ void Broadband::TakePiece(unsigned piece, std::span<const std::uint8_t> bytes) {
   }
   for (std::size_t i = 0; i < bandsPerPiece; ++i) {
     const float value = Float(bytes, i * sizeof(float));
-    bands_[(piece - 1) * bandsPerPiece + i] = std::isnan(value) ? 0.0F : std::clamp(value, 0.0F, 1.0F);
+    bands[(piece - 1) * bandsPerPiece + i] = std::isnan(value) ? 0.0F : std::clamp(value, 0.0F, 1.0F);
   }
 }
 
 void Broadband::TakeRecord(std::span<const std::uint8_t> bytes) {
-  sent_ = {.mode = static_cast<std::int32_t>(Word(bytes, 0)),
-           .buffers = static_cast<std::int32_t>(Word(bytes, 4)),
-           .signalAveraging = Float(bytes, 8),
-           .averageSpectrum = Float(bytes, 12),
-           .noiseAverage = Float(bytes, 16),
-           .noiseEstimation = Float(bytes, 20),
-           .subtractionFloor = Float(bytes, 24)};
+  sent = {.mode = static_cast<std::int32_t>(Word(bytes, 0)),
+          .buffers = static_cast<std::int32_t>(Word(bytes, 4)),
+          .signalAveraging = Float(bytes, 8),
+          .averageSpectrum = Float(bytes, 12),
+          .noiseAverage = Float(bytes, 16),
+          .noiseEstimation = Float(bytes, 20),
+          .subtractionFloor = Float(bytes, 24)};
   UseRecord();
 }
 
 void Broadband::UseRecord() {
-  const BroadbandRecord usual = UsualRecord(sampleRate_);
-  const bool known = sent_.buffers >= 0 && sent_.buffers <= MostBuffers;
-  record_ = {.mode = sent_.mode,
-             .buffers = known ? sent_.buffers : usual.buffers,
-             .signalAveraging = FractionOr(sent_.signalAveraging, usual.signalAveraging),
-             .averageSpectrum = FractionOr(sent_.averageSpectrum, usual.averageSpectrum),
-             .noiseAverage = FractionOr(sent_.noiseAverage, usual.noiseAverage),
-             .noiseEstimation = FractionOr(sent_.noiseEstimation, usual.noiseEstimation),
-             .subtractionFloor = FractionOr(sent_.subtractionFloor, usual.subtractionFloor)};
-  noise_.Configure({.averaging = record_.averageSpectrum,
-                    .noiseAveraging = record_.noiseAverage,
-                    .compensation = record_.noiseEstimation,
-                    .buffers = static_cast<std::size_t>(record_.buffers)});
-  gains_.Configure({.smoothing = SmoothingOf(record_.mode),
-                    .averaging = record_.signalAveraging,
-                    .floor = std::sqrt(record_.subtractionFloor),
-                    .sampleRate = sampleRate_});
+  const BroadbandRecord usual = UsualRecord(sampleRate);
+  const bool known = sent.buffers >= 0 && sent.buffers <= MostBuffers;
+  record = {.mode = sent.mode,
+            .buffers = known ? sent.buffers : usual.buffers,
+            .signalAveraging = FractionOr(sent.signalAveraging, usual.signalAveraging),
+            .averageSpectrum = FractionOr(sent.averageSpectrum, usual.averageSpectrum),
+            .noiseAverage = FractionOr(sent.noiseAverage, usual.noiseAverage),
+            .noiseEstimation = FractionOr(sent.noiseEstimation, usual.noiseEstimation),
+            .subtractionFloor = FractionOr(sent.subtractionFloor, usual.subtractionFloor)};
+  noise.Configure({.averaging = record.averageSpectrum,
+                   .noiseAveraging = record.noiseAverage,
+                   .compensation = record.noiseEstimation,
+                   .buffers = static_cast<std::size_t>(record.buffers)});
+  gains.Configure({.smoothing = SmoothingOf(record.mode),
+                   .averaging = record.signalAveraging,
+                   .floor = std::sqrt(record.subtractionFloor),
+                   .sampleRate = sampleRate});
 }
 
 void Broadband::Forget() {
-  noise_.Reset();
-  gains_.Reset();
+  noise.Reset();
+  gains.Reset();
 }
 
 void Broadband::Reset() {
   Forget();
-  heard_.fill(0);
-  overlap_.fill(0);
-  inHop_ = 0;
-  framesPartial_ = 0;
+  heard.fill(0);
+  overlap.fill(0);
+  inHop = 0;
+  framesPartial = 0;
 }
 
 void Broadband::Process(std::span<const float> in, std::span<float> out) {
   constexpr std::size_t fresh = FrameSize - Hop;
   for (std::size_t i = 0; i < in.size(); ++i) {
-    heard_[fresh + inHop_] = Tame(in[i]);
-    out[i] = overlap_[inHop_];
-    if (++inHop_ == Hop) ProcessFrame();
+    heard[fresh + inHop] = Tame(in[i]);
+    out[i] = overlap[inHop];
+    if (++inHop == Hop) ProcessFrame();
   }
 }
 
 void Broadband::ProcessFrame() {
   constexpr std::size_t partialFrames = FrameSize / Hop - 1;
-  for (std::size_t i = 0; i < FrameSize; ++i) frame_[i] = heard_[i] * window_[i];
-  kiss_fftr(forward_.get(), frame_.data(), spectrum_.data());
+  for (std::size_t i = 0; i < FrameSize; ++i) frame[i] = heard[i] * window[i];
+  kiss_fftr(forward.get(), frame.data(), spectrum.data());
   // Frames that the sound does not fill yet would make the noise look less than it is.
-  if (framesPartial_ < partialFrames) {
-    ++framesPartial_;
+  if (framesPartial < partialFrames) {
+    ++framesPartial;
   } else {
     ReduceNoise();
   }
-  kiss_fftri(inverse_.get(), spectrum_.data(), frame_.data());
+  kiss_fftri(inverse.get(), spectrum.data(), frame.data());
 
   constexpr float unity = 1.0F / (2 * FrameSize);
-  std::copy(overlap_.begin() + Hop, overlap_.end(), overlap_.begin());
-  std::fill(overlap_.end() - Hop, overlap_.end(), 0.0F);
-  for (std::size_t i = 0; i < FrameSize; ++i) overlap_[i] += frame_[i] * window_[i] * unity * gain_;
-  std::copy(heard_.begin() + Hop, heard_.end(), heard_.begin());
-  inHop_ = 0;
+  std::copy(overlap.begin() + Hop, overlap.end(), overlap.begin());
+  std::fill(overlap.end() - Hop, overlap.end(), 0.0F);
+  for (std::size_t i = 0; i < FrameSize; ++i) overlap[i] += frame[i] * window[i] * unity * gain;
+  std::copy(heard.begin() + Hop, heard.end(), heard.begin());
+  inHop = 0;
 }
 
 void Broadband::ReduceNoise() {
   for (std::size_t k = 0; k < Lines; ++k) {
-    power_[k] = std::max(spectrum_[k].r * spectrum_[k].r + spectrum_[k].i * spectrum_[k].i, FaintestPower);
+    power[k] = std::max(spectrum[k].r * spectrum[k].r + spectrum[k].i * spectrum[k].i, FaintestPower);
   }
-  noise_.Take(power_);
-  const float deepest = 1 - (SmoothingOf(record_.mode) == NoiseSmoothing::None ? 0 : NoiseGains::KeptOfNoise);
-  const NoiseGains::Spectrum& gains = gains_.Take(power_, noise_.Noise());
+  noise.Take(power);
+  const float deepest = 1 - (SmoothingOf(record.mode) == NoiseSmoothing::None ? 0 : NoiseGains::KeptOfNoise);
+  const NoiseGains::Spectrum& lineGains = gains.Take(power, noise.Noise());
   for (std::size_t k = 0; k < Lines; ++k) {
-    const float band = bands_[std::min(k, Lines - 2)];  // the line at half the rate has no band of its own
-    const float kept = 1 - std::min(attenuation_ * band / deepest, 1.0F) * (1 - gains[k]);
-    spectrum_[k].r *= kept;
-    spectrum_[k].i *= kept;
+    const float band = bands[std::min(k, Lines - 2)];  // the line at half the rate has no band of its own
+    const float kept = 1 - std::min(attenuation * band / deepest, 1.0F) * (1 - lineGains[k]);
+    spectrum[k].r *= kept;
+    spectrum[k].i *= kept;
   }
 }
 

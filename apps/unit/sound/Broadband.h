@@ -46,16 +46,16 @@ class Broadband {
   static constexpr std::uint16_t UnityGain = 16;
 
   // No band is reduced before its piece comes.
-  explicit Broadband(double sampleRate);
+  explicit Broadband(double rate);
 
-  // sampleRate in Hz. Record, bands and words stay; the noise is to be found anew.
-  void Configure(double sampleRate);
+  // rate in Hz. Record, bands and words stay; the noise is to be found anew.
+  void Configure(double rate);
   // piece: 0..11; bytes: 48. A field of the record that is out of its range, as all are in the record that
   // switches smoothing off, is as the usual record has it; a band is bounded to 0..1.
   void TakePiece(unsigned piece, std::span<const std::uint8_t> bytes);
   // 0..32767: the part of the noise that is taken out, of 32768.
-  void SetAttenuation(std::uint16_t word) { attenuation_ = static_cast<float>(word & 0x7FFF) / 32768.0F; }
-  void SetGain(std::uint16_t word) { gain_ = static_cast<float>(word) / UnityGain; }
+  void SetAttenuation(std::uint16_t word) { attenuation = static_cast<float>(word & 0x7FFF) / 32768.0F; }
+  void SetGain(std::uint16_t word) { gain = static_cast<float>(word) / UnityGain; }
   // Finds the noise anew; the sound goes on.
   void Forget();
   void Reset();
@@ -75,23 +75,23 @@ class Broadband {
   void ProcessFrame();
   void ReduceNoise();
 
-  Transform forward_, inverse_;
-  std::array<float, FrameSize> window_{};
-  double sampleRate_;
-  BroadbandRecord sent_;    // as it came
-  BroadbandRecord record_;  // with the usual fields in the place of those out of range
-  std::array<float, BandCount> bands_{};
-  float attenuation_ = 1, gain_ = 1;
+  Transform forward, inverse;
+  std::array<float, FrameSize> window{};
+  double sampleRate;
+  BroadbandRecord sent;    // as it came
+  BroadbandRecord record;  // with the usual fields in the place of those out of range
+  std::array<float, BandCount> bands{};
+  float attenuation = 1, gain = 1;
 
-  NoiseFloor noise_;
-  NoiseGains gains_;
-  std::size_t framesPartial_ = 0;  // since the reset, with silence before the sound in them
-  NoiseFloor::Spectrum power_{};   // of the frame
-  std::array<kiss_fft_cpx, Lines> spectrum_{};
-  std::array<float, FrameSize> heard_{};    // the last samples, oldest first
-  std::array<float, FrameSize> overlap_{};  // what frames add up to; the first hop is complete
-  std::array<float, FrameSize> frame_{};
-  std::size_t inHop_ = 0;
+  NoiseFloor noise;
+  NoiseGains gains;
+  std::size_t framesPartial = 0;  // since the reset, with silence before the sound in them
+  NoiseFloor::Spectrum power{};   // of the frame
+  std::array<kiss_fft_cpx, Lines> spectrum{};
+  std::array<float, FrameSize> heard{};    // the last samples, oldest first
+  std::array<float, FrameSize> overlap{};  // what frames add up to; the first hop is complete
+  std::array<float, FrameSize> frame{};
+  std::size_t inHop = 0;
 };
 
 }  // namespace unit::sound

@@ -37,25 +37,25 @@ CompressorWords CompressorWordsOf(std::span<const std::uint8_t, 16> block) {
           .expansionRatio = Short(block.subspan(14))};
 }
 
-Compressor::Compressor(double sampleRate)
-    : sampleRate_(sampleRate),
-      pieceSize_(static_cast<std::size_t>(
-          std::ceil(WindowSeconds * sampleRate / static_cast<double>(pieces_.size() - 1)))) {}
+Compressor::Compressor(double rate)
+    : sampleRate(rate),
+      pieceSize(static_cast<std::size_t>(
+          std::ceil(WindowSeconds * rate / static_cast<double>(pieces.size() - 1)))) {}
 
 void Compressor::Configure(const CompressorWords& words, double bandwidthHz) {
-  attack_ = Part(words.attack, bandwidthHz, sampleRate_);
-  release_ = Part(words.release, bandwidthHz, sampleRate_);
-  limit_ = words.limitThreshold / LevelUnit;
-  compression_ = std::min(words.compressionThreshold / LevelUnit, limit_);
-  compressionSlope_ = words.compressionRatio / SlopeUnity;
-  expansionSlope_ = words.expansionRatio / ExpansionUnity;
+  attack = Part(words.attack, bandwidthHz, sampleRate);
+  release = Part(words.release, bandwidthHz, sampleRate);
+  limit = words.limitThreshold / LevelUnit;
+  compression = std::min(words.compressionThreshold / LevelUnit, limit);
+  compressionSlope = words.compressionRatio / SlopeUnity;
+  expansionSlope = words.expansionRatio / ExpansionUnity;
 }
 
 void Compressor::Reset() {
-  level_ = 0.0;
-  past_ = {};
-  pieces_ = {};
-  piece_ = pieceFilled_ = 0;
+  level = 0.0;
+  past = {};
+  pieces = {};
+  piece = pieceFilled = 0;
 }
 
 void Compressor::Process(std::span<const float> in, std::span<float> out) {
@@ -63,31 +63,31 @@ void Compressor::Process(std::span<const float> in, std::span<float> out) {
     const float x = Tame(in[i]);
     const double amplitude = std::max(1.0, FullScale * static_cast<double>(Held(Peak(x))));
     const double target = std::min(std::log2(amplitude), Most);
-    level_ += (target > level_ ? attack_ : release_) * (target - level_);
-    out[i] = x * static_cast<float>(std::exp2(GainFor(level_)));
+    level += (target > level ? attack : release) * (target - level);
+    out[i] = x * static_cast<float>(std::exp2(GainFor(level)));
   }
 }
 
 // Expansion below the compression threshold, compression up to the limit, which is where the output then
 // stays.
-double Compressor::GainFor(double level) const {
-  const double knee = limit_ + (compression_ - limit_) * compressionSlope_;
-  double output = limit_;
-  if (level < compression_) {
-    output = knee + (level - compression_) * expansionSlope_;
-  } else if (level < limit_) {
-    output = limit_ + (level - limit_) * compressionSlope_;
+double Compressor::GainFor(double inputLevel) const {
+  const double knee = limit + (compression - limit) * compressionSlope;
+  double output = limit;
+  if (inputLevel < compression) {
+    output = knee + (inputLevel - compression) * expansionSlope;
+  } else if (inputLevel < limit) {
+    output = limit + (inputLevel - limit) * compressionSlope;
   }
-  return std::clamp(output - level, LeastGain, MostGain);
+  return std::clamp(output - inputLevel, LeastGain, MostGain);
 }
 
 // The amplitude of the sine through the last three samples when the middle one is at a top, else 0. Up to
 // half of the rate it is right to the last bit, where samples alone would miss the tops; of any sound it is 3
 // dB more than the sample at most.
 float Compressor::Peak(float newest) {
-  const float before = past_[1];
-  const float top = past_[0];
-  past_ = {newest, top};
+  const float before = past[1];
+  const float top = past[0];
+  past = {newest, top};
   const float size = std::abs(top);
   if (size < std::abs(newest) || size < std::abs(before) || size == 0.0F) return 0.0F;
   const float cosine = (before + newest) / 2.0F / size;
@@ -97,14 +97,14 @@ float Compressor::Peak(float newest) {
 }
 
 float Compressor::Held(float peak) {
-  if (pieceFilled_ == pieceSize_) {
-    piece_ = (piece_ + 1) % pieces_.size();
-    pieces_[piece_] = 0.0F;
-    pieceFilled_ = 0;
+  if (pieceFilled == pieceSize) {
+    piece = (piece + 1) % pieces.size();
+    pieces[piece] = 0.0F;
+    pieceFilled = 0;
   }
-  ++pieceFilled_;
-  pieces_[piece_] = std::max(pieces_[piece_], peak);
-  return *std::ranges::max_element(pieces_);
+  ++pieceFilled;
+  pieces[piece] = std::max(pieces[piece], peak);
+  return *std::ranges::max_element(pieces);
 }
 
 }  // namespace unit::sound

@@ -24,7 +24,7 @@ CompressorWords CompressorWordsOf(std::span<const std::uint8_t, 16> block);
 // Levels in dB are those of a sine's peak, 0 at full scale, and right from 100 Hz on; the least is -90.3 dB.
 class Compressor {
  public:
-  explicit Compressor(double sampleRate);
+  explicit Compressor(double rate);
 
   void Configure(const CompressorWords& words, double bandwidthHz);
   // Silence before the next sample.
@@ -32,22 +32,22 @@ class Compressor {
   void Process(std::span<const float> in, std::span<float> out);
 
   // As they stand, log2 of the amplitude, 32768 being full scale, 0..31.9, and log2 of the gain, -16..15.9.
-  double Level() const { return level_; }
-  double Gain() const { return GainFor(level_); }
+  double Level() const { return level; }
+  double Gain() const { return GainFor(level); }
 
  private:
-  double GainFor(double level) const;
+  double GainFor(double inputLevel) const;
   float Peak(float newest);
   float Held(float peak);
 
-  double sampleRate_;
-  double attack_ = 1.0, release_ = 1.0;  // parts of the way in a sample
-  double limit_ = 15.0, compression_ = 15.0, compressionSlope_ = 1.0, expansionSlope_ = 1.0;
-  double level_ = 0.0;
-  std::array<float, 2> past_{};  // the sample before, and the one before that
+  double sampleRate;
+  double attack = 1.0, release = 1.0;  // parts of the way in a sample
+  double limit = 15.0, compression = 15.0, compressionSlope = 1.0, expansionSlope = 1.0;
+  double level = 0.0;
+  std::array<float, 2> past{};  // the sample before, and the one before that
   // The greatest of the last samples: by pieces of the window, the present one first filled.
-  std::array<float, 8> pieces_{};
-  std::size_t piece_ = 0, pieceFilled_ = 0, pieceSize_;
+  std::array<float, 8> pieces{};
+  std::size_t piece = 0, pieceFilled = 0, pieceSize;
 };
 
 }  // namespace unit::sound

@@ -17,31 +17,31 @@ constexpr float Inaudible = 1e-9F;  // cuts the fall off before its numbers get 
 LevelMeter::LevelMeter(double rate) { SetRate(rate); }
 
 void LevelMeter::SetRate(double rate) {
-  fall_ = static_cast<float>(std::pow(10.0, FallDb / 20.0 / (FallSeconds * rate)));
-  hold_ = static_cast<std::size_t>(std::lround(OverloadSeconds * rate));
-  overload_ = std::min(overload_, hold_);
+  fall = static_cast<float>(std::pow(10.0, FallDb / 20.0 / (FallSeconds * rate)));
+  hold = static_cast<std::size_t>(std::lround(OverloadSeconds * rate));
+  overload = std::min(overload, hold);
 }
 
 void LevelMeter::Reset() {
-  level_ = 0.0F;
-  overload_ = 0;
+  level = 0.0F;
+  overload = 0;
 }
 
 void LevelMeter::Process(std::span<const float> in) {
   for (const float sample : in) {
     const float magnitude = std::fabs(sample);
-    level_ = level_ > Inaudible ? level_ * fall_ : 0.0F;
-    if (magnitude > level_) level_ = std::min(magnitude, TopWord / FullScaleWord);
+    level = level > Inaudible ? level * fall : 0.0F;
+    if (magnitude > level) level = std::min(magnitude, TopWord / FullScaleWord);
     if (magnitude >= 1.0F) {
-      overload_ = hold_;
-    } else if (overload_ > 0) {
-      --overload_;
+      overload = hold;
+    } else if (overload > 0) {
+      --overload;
     }
   }
 }
 
 std::uint16_t LevelMeter::Word() const {
-  return static_cast<std::uint16_t>(std::lround(std::min(level_ * FullScaleWord, TopWord)));
+  return static_cast<std::uint16_t>(std::lround(std::min(level * FullScaleWord, TopWord)));
 }
 
 }  // namespace unit::sound

@@ -25,13 +25,13 @@ class LevelMeter {
   std::uint16_t Word() const;
 
   // True for half a second from the last sample of 1.0 or more.
-  bool Overload() const { return overload_ > 0; }
+  bool Overload() const { return overload > 0; }
 
  private:
-  float fall_ = 0.0F;   // a sample
-  float level_ = 0.0F;  // 0..TopWord / FullScaleWord
-  std::size_t hold_ = 0;
-  std::size_t overload_ = 0;  // samples until the overload is forgotten
+  float fall = 0.0F;   // a sample
+  float level = 0.0F;  // 0..TopWord / FullScaleWord
+  std::size_t hold = 0;
+  std::size_t overload = 0;  // samples until the overload is forgotten
 };
 
 }  // namespace unit::sound

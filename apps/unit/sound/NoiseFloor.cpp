@@ -18,67 +18,67 @@ constexpr std::size_t LongestMean = 10000;  // frames
 
 }  // namespace
 
-void NoiseFloor::Configure(const NoiseFloorSettings& settings) {
-  settings_ = {.averaging = std::clamp(settings.averaging, 0.0F, Heaviest),
-               .noiseAveraging = std::clamp(settings.noiseAveraging, 0.0F, Heaviest),
-               .compensation = std::clamp(settings.compensation, 0.01F, 1.0F),
-               .buffers = std::clamp<std::size_t>(settings.buffers, 1, MostBuffers)};
+void NoiseFloor::Configure(const NoiseFloorSettings& wanted) {
+  settings = {.averaging = std::clamp(wanted.averaging, 0.0F, Heaviest),
+              .noiseAveraging = std::clamp(wanted.noiseAveraging, 0.0F, Heaviest),
+              .compensation = std::clamp(wanted.compensation, 0.01F, 1.0F),
+              .buffers = std::clamp<std::size_t>(wanted.buffers, 1, MostBuffers)};
   // The less is averaged, the further chance leads the least average below the mean. The law is a fit to
   // noise.
-  const float spread = std::sqrt(FramesAlike * (1 - settings_.averaging) / (1 + settings_.averaging));
-  leastOfMean_ = settings_.compensation * std::exp(-SpreadsBelow * spread);
+  const float spread = std::sqrt(FramesAlike * (1 - settings.averaging) / (1 + settings.averaging));
+  leastOfMean = settings.compensation * std::exp(-SpreadsBelow * spread);
   FindLeast();
 }
 
 void NoiseFloor::Reset() {
-  closed_ = frames_ = framesInBuffer_ = 0;
-  average_.fill(0);
-  noise_.fill(0);
-  open_.fill(None);
-  least_.fill(None);
+  closed = frames = framesInBuffer = 0;
+  average.fill(0);
+  noise.fill(0);
+  open.fill(None);
+  least.fill(None);
 }
 
 void NoiseFloor::Take(const Spectrum& power) {
   Average(power);
-  if (frames_ <= WarmUpFrames) {
-    noise_ = average_;
+  if (frames <= WarmUpFrames) {
+    noise = average;
     return;
   }
   for (std::size_t k = 0; k < Lines; ++k) {
-    open_[k] = std::min(open_[k], average_[k]);
-    const float estimate = std::min(least_[k], open_[k]) / leastOfMean_;
-    noise_[k] = estimate + settings_.noiseAveraging * (noise_[k] - estimate);
+    open[k] = std::min(open[k], average[k]);
+    const float estimate = std::min(least[k], open[k]) / leastOfMean;
+    noise[k] = estimate + settings.noiseAveraging * (noise[k] - estimate);
   }
-  if (++framesInBuffer_ == FramesPerBuffer) CloseBuffer();
+  if (++framesInBuffer == FramesPerBuffer) CloseBuffer();
 }
 
 // The first frames count alike, so that the average does not start from a chance value. Down to the noise it
 // falls quickly, so that it is there in the shortest pause; below the noise chance must not lead it.
 void NoiseFloor::Average(const Spectrum& power) {
-  frames_ = std::min(frames_ + 1, LongestMean);
-  const float mean = 1 - 1 / static_cast<float>(frames_);
-  const float kept = std::min(settings_.averaging, mean);
+  frames = std::min(frames + 1, LongestMean);
+  const float mean = 1 - 1 / static_cast<float>(frames);
+  const float kept = std::min(settings.averaging, mean);
   const float keptInFall = std::pow(kept, FallFaster);
   for (std::size_t k = 0; k < Lines; ++k) {
-    const float slow = power[k] + kept * (average_[k] - power[k]);
-    const float quick = power[k] + keptInFall * (average_[k] - power[k]);
-    average_[k] = power[k] < average_[k] ? std::max(quick, std::min(slow, noise_[k])) : slow;
+    const float slow = power[k] + kept * (average[k] - power[k]);
+    const float quick = power[k] + keptInFall * (average[k] - power[k]);
+    average[k] = power[k] < average[k] ? std::max(quick, std::min(slow, noise[k])) : slow;
   }
 }
 
 void NoiseFloor::CloseBuffer() {
-  buffers_[closed_++ % MostBuffers] = open_;
-  open_.fill(None);
-  framesInBuffer_ = 0;
+  buffers[closed++ % MostBuffers] = open;
+  open.fill(None);
+  framesInBuffer = 0;
   FindLeast();
 }
 
 void NoiseFloor::FindLeast() {
-  least_.fill(None);
-  const std::size_t counted = std::min(closed_, settings_.buffers);
+  least.fill(None);
+  const std::size_t counted = std::min(closed, settings.buffers);
   for (std::size_t i = 1; i <= counted; ++i) {
-    const Spectrum& buffer = buffers_[(closed_ - i) % MostBuffers];
-    for (std::size_t k = 0; k < Lines; ++k) least_[k] = std::min(least_[k], buffer[k]);
+    const Spectrum& buffer = buffers[(closed - i) % MostBuffers];
+    for (std::size_t k = 0; k < Lines; ++k) least[k] = std::min(least[k], buffer[k]);
   }
 }
 

@@ -26,27 +26,26 @@ class NoiseFloor {
   using Spectrum = std::array<float, Lines>;
 
   // Values out of range are bounded. What was found stays.
-  void Configure(const NoiseFloorSettings& settings);
+  void Configure(const NoiseFloorSettings& wanted);
   void Reset();
 
   // The powers of the next frame.
   void Take(const Spectrum& power);
   // The power of the noise, 0 before the first frame.
-  const Spectrum& Noise() const { return noise_; }
+  const Spectrum& Noise() const { return noise; }
 
  private:
   void Average(const Spectrum& power);
   void CloseBuffer();
   void FindLeast();
 
-  NoiseFloorSettings settings_;
-  float leastOfMean_ = 1;                        // the least average of a steady noise as a part of its mean
-  std::array<Spectrum, MostBuffers> buffers_{};  // the least averages of the buffers closed, in a ring
-  std::size_t closed_ = 0;                       // buffers, since the reset
-  std::size_t frames_ = 0;                       // since the reset, no further than it matters
-  std::size_t framesInBuffer_ = 0;
-  Spectrum average_{}, open_{}, least_{},
-      noise_{};  // open_: of the present buffer; least_: of the closed ones
+  NoiseFloorSettings settings;
+  float leastOfMean = 1;                        // the least average of a steady noise as a part of its mean
+  std::array<Spectrum, MostBuffers> buffers{};  // the least averages of the buffers closed, in a ring
+  std::size_t closed = 0;                       // buffers, since the reset
+  std::size_t frames = 0;                       // since the reset, no further than it matters
+  std::size_t framesInBuffer = 0;
+  Spectrum average{}, open{}, least{}, noise{};  // open: of the present buffer; least: of the closed ones
 };
 
 }  // namespace unit::sound

@@ -29,9 +29,9 @@ constexpr float ClearShare = 0.55F;      // from which on a line is left alone
 class LogarithmicGain {
  public:
   LogarithmicGain() {
-    for (std::size_t i = 0; i < table_.size(); ++i) {
+    for (std::size_t i = 0; i < table.size(); ++i) {
       const double root = LeastRoot + static_cast<double>(i) / PerUnit;
-      table_[i] = static_cast<float>(root * std::exp(-0.5 * std::expint(-root * root)));
+      table[i] = static_cast<float>(root * std::exp(-0.5 * std::expint(-root * root)));
     }
   }
 
@@ -41,14 +41,14 @@ class LogarithmicGain {
     const float place = std::min((root - LeastRoot) * PerUnit, static_cast<float>(Size));
     const auto at = static_cast<std::size_t>(place);
     if (at + 1 >= Size) return wiener;
-    const float rooted = table_[at] + (place - static_cast<float>(at)) * (table_[at + 1] - table_[at]);
+    const float rooted = table[at] + (place - static_cast<float>(at)) * (table[at + 1] - table[at]);
     return wiener * rooted / root;
   }
 
  private:
   static constexpr float LeastRoot = 1.0F / 32, PerUnit = 32;
   static constexpr std::size_t Size = 128;
-  std::array<float, Size> table_{};  // of the factor times the root of v, which has no pole, by that root
+  std::array<float, Size> table{};  // of the factor times the root of v, which has no pole, by that root
 };
 
 const LogarithmicGain& Logarithmic() {
@@ -70,77 +70,76 @@ const std::array<float, NoiseGains::Lines + 1>& Parts() {
 
 float NoiseGains::Sums::Mean(std::size_t line, std::size_t reach) const {
   const std::size_t from = line - std::min(line, reach), end = std::min(line + reach + 1, Lines);
-  return static_cast<float>(sums_[end] - sums_[from]) * Parts()[end - from];
+  return static_cast<float>(sums[end] - sums[from]) * Parts()[end - from];
 }
 
-void NoiseGains::Configure(const NoiseGainSettings& settings) {
-  settings_ = settings;
-  floor_ =
-      settings.smoothing == NoiseSmoothing::None ? settings.floor : std::max(settings.floor, LeastSmoothed);
-  const double lineHz = settings.sampleRate / (2.0 * (Lines - 1));
+void NoiseGains::Configure(const NoiseGainSettings& wanted) {
+  settings = wanted;
+  floor = wanted.smoothing == NoiseSmoothing::None ? wanted.floor : std::max(wanted.floor, LeastSmoothed);
+  const double lineHz = wanted.sampleRate / (2.0 * (Lines - 1));
   const auto linesOf = [&](double width) { return static_cast<std::size_t>(std::lround(width / lineHz)); };
-  reach_ = std::max<std::size_t>(1, linesOf(NearHz));
-  surroundings_ = linesOf(SurroundingsHz);
-  kept_ = std::pow(NearAveraging, static_cast<float>(ReferenceRate / settings.sampleRate));
+  nearReach = std::max<std::size_t>(1, linesOf(NearHz));
+  surroundings = linesOf(SurroundingsHz);
+  kept = std::pow(NearAveraging, static_cast<float>(ReferenceRate / wanted.sampleRate));
 }
 
 void NoiseGains::Reset() {
-  near_.fill(0);
-  last_.fill(0);
+  near.fill(0);
+  last.fill(0);
 }
 
 const NoiseGains::Spectrum& NoiseGains::Take(const Spectrum& power, const Spectrum& noise) {
-  for (std::size_t k = 0; k < Lines; ++k) ratio_[k] = std::min(power[k] / noise[k], HighestRatio);
-  if (settings_.smoothing != NoiseSmoothing::None) FindClear();
-  if (settings_.smoothing == NoiseSmoothing::Spectrum) {
-    for (std::size_t k = 0; k < Lines; ++k) last_[k] = power[k] + settings_.averaging * (last_[k] - power[k]);
+  for (std::size_t k = 0; k < Lines; ++k) ratio[k] = std::min(power[k] / noise[k], HighestRatio);
+  if (settings.smoothing != NoiseSmoothing::None) FindClear();
+  if (settings.smoothing == NoiseSmoothing::Spectrum) {
+    for (std::size_t k = 0; k < Lines; ++k) last[k] = power[k] + settings.averaging * (last[k] - power[k]);
   }
-  for (std::size_t k = 0; k < Lines; ++k) gain_[k] = std::clamp(Gain(k, noise[k]), floor_, 1.0F);
-  if (settings_.smoothing != NoiseSmoothing::None) EvenOut();
-  if (settings_.smoothing == NoiseSmoothing::Ratio) {
-    for (std::size_t k = 0; k < Lines; ++k) last_[k] = gain_[k] * gain_[k] * power[k];
+  for (std::size_t k = 0; k < Lines; ++k) gain[k] = std::clamp(Gain(k, noise[k]), floor, 1.0F);
+  if (settings.smoothing != NoiseSmoothing::None) EvenOut();
+  if (settings.smoothing == NoiseSmoothing::Ratio) {
+    for (std::size_t k = 0; k < Lines; ++k) last[k] = gain[k] * gain[k] * power[k];
   }
-  return gain_;
+  return gain;
 }
 
 void NoiseGains::FindClear() {
-  for (std::size_t k = 0; k < Lines; ++k) ratios_.Add(k, ratio_[k]);
+  for (std::size_t k = 0; k < Lines; ++k) ratios.Add(k, ratio[k]);
   for (std::size_t k = 0; k < Lines; ++k) {
-    const float mean = ratios_.Mean(k, reach_);
-    near_[k] = mean + kept_ * (near_[k] - mean);
-    const float excess = std::max(near_[k] - 1, 0.0F) / ClearlyAbove;
+    const float mean = ratios.Mean(k, nearReach);
+    near[k] = mean + kept * (near[k] - mean);
+    const float excess = std::max(near[k] - 1, 0.0F) / ClearlyAbove;
     const float steep = excess * excess * excess * excess;
-    clear_[k] = steep / (1 + steep);
+    clear[k] = steep / (1 + steep);
   }
 }
 
 float NoiseGains::Gain(std::size_t line, float noise) const {
-  const float excess = std::max(ratio_[line] - 1, 0.0F);
-  switch (settings_.smoothing) {
+  const float excess = std::max(ratio[line] - 1, 0.0F);
+  switch (settings.smoothing) {
     case NoiseSmoothing::Spectrum:
-      return 1 - noise / std::max(last_[line], noise);
+      return 1 - noise / std::max(last[line], noise);
     case NoiseSmoothing::None:
       return excess / (1 + excess);
     case NoiseSmoothing::Ratio:
       break;
   }
-  const float last = settings_.averaging * (1 - clear_[line]);
-  const float ratio = excess + last * (last_[line] / noise - excess);
-  const float wiener = ratio / (1 + ratio);
-  return Logarithmic()(wiener, wiener * ratio_[line]);
+  const float weight = settings.averaging * (1 - clear[line]);
+  const float smoothed = excess + weight * (last[line] / noise - excess);
+  const float wiener = smoothed / (1 + smoothed);
+  return Logarithmic()(wiener, wiener * ratio[line]);
 }
 
 void NoiseGains::EvenOut() {
-  Sums clear, gains;
+  Sums clearPower, gains;
   for (std::size_t k = 0; k < Lines; ++k) {
-    clear.Add(k, clear_[k] * ratio_[k]);
-    gains.Add(k, gain_[k]);
+    clearPower.Add(k, clear[k] * ratio[k]);
+    gains.Add(k, gain[k]);
   }
   for (std::size_t k = 0; k < Lines; ++k) {
-    const float share = clear.Mean(k, surroundings_) / std::max(ratios_.Mean(k, surroundings_), 1e-6F);
+    const float share = clearPower.Mean(k, surroundings) / std::max(ratios.Mean(k, surroundings), 1e-6F);
     const float unclear = std::clamp((ClearShare - share) / (ClearShare - ChanceShare), 0.0F, 1.0F);
     const auto reach = static_cast<std::size_t>(std::lround(WidestReach * unclear));
-    if (reach != 0) gain_[k] = gains.Mean(k, reach);
+    if (reach != 0) gain[k] = gains.Mean(k, reach);
   }
 }
 

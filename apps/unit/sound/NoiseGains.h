@@ -32,7 +32,7 @@ class NoiseGains {
   static constexpr std::size_t Lines = NoiseFloor::Lines;
   static constexpr float KeptOfNoise = 0.112F;  // of noise alone, with the usual averaging: -19 dB
 
-  void Configure(const NoiseGainSettings& settings);
+  void Configure(const NoiseGainSettings& wanted);
   void Reset();
 
   // Of the next frame, 0..1: from the powers of its lines and of the noise in them, all above 0.
@@ -42,28 +42,28 @@ class NoiseGains {
   // Means of neighbours in a time that does not depend on their number.
   class Sums {
    public:
-    void Add(std::size_t line, float value) { sums_[line + 1] = sums_[line] + value; }
+    void Add(std::size_t line, float value) { sums[line + 1] = sums[line] + value; }
     // Of the lines up to reach away from a line.
     float Mean(std::size_t line, std::size_t reach) const;
 
    private:
-    std::array<double, Lines + 1> sums_{};  // of the lines before each
+    std::array<double, Lines + 1> sums{};  // of the lines before each
   };
 
   void FindClear();
   float Gain(std::size_t line, float noise) const;
   void EvenOut();
 
-  NoiseGainSettings settings_;
-  float floor_ = 0;
-  std::size_t reach_ = 1, surroundings_ = 1;  // lines on each side
-  float kept_ = 0;
-  Spectrum ratio_{};  // of the power to the noise
-  Spectrum near_{};   // its mean over neighbours in time and frequency
-  Spectrum clear_{};  // whether a line stands clear of the noise, 0..1
-  Spectrum last_{};   // Ratio: the powers that the last frame kept; Spectrum: the averages
-  Spectrum gain_{};
-  Sums ratios_;
+  NoiseGainSettings settings;
+  float floor = 0;
+  std::size_t nearReach = 1, surroundings = 1;  // lines on each side
+  float kept = 0;
+  Spectrum ratio{};  // of the power to the noise
+  Spectrum near{};   // its mean over neighbours in time and frequency
+  Spectrum clear{};  // whether a line stands clear of the noise, 0..1
+  Spectrum last{};   // Ratio: the powers that the last frame kept; Spectrum: the averages
+  Spectrum gain{};
+  Sums ratios;
 };
 
 }  // namespace unit::sound

@@ -46,79 +46,79 @@ std::uint8_t ByteOf(float power) {
 void SpectrumAnalyzer::Free::operator()(kiss_fftr_state* state) const { kiss_fftr_free(state); }
 
 SpectrumAnalyzer::SpectrumAnalyzer(double rate)
-    : transform_(kiss_fftr_alloc(SpectrumSize, 0, nullptr, nullptr)), meter_(rate), window_(Window()) {
-  if (!transform_) throw std::bad_alloc();
+    : transform(kiss_fftr_alloc(SpectrumSize, 0, nullptr, nullptr)), meter(rate), window(Window()) {
+  if (!transform) throw std::bad_alloc();
   SetRate(rate);
 }
 
 void SpectrumAnalyzer::SetRate(double rate) {
-  meter_.SetRate(rate);
-  meter_.Reset();
-  samples_.fill(0.0F);
-  at_ = 0;
+  meter.SetRate(rate);
+  meter.Reset();
+  samples.fill(0.0F);
+  at = 0;
   Clear();
 }
 
 void SpectrumAnalyzer::SetAveraging(std::uint8_t byte) {
-  if (byte != averaging_) averaged_ = 0;
-  averaging_ = byte;
+  if (byte != averaging) averaged = 0;
+  averaging = byte;
 }
 
 void SpectrumAnalyzer::SetRun(std::uint8_t byte) {
-  held_ = (byte & HoldBit) != 0;
+  held = (byte & HoldBit) != 0;
   if ((byte & ClearBit) != 0) Clear();
 }
 
-void SpectrumAnalyzer::SetGain(std::uint16_t word) { gain_ = static_cast<float>(word) / UnityGain; }
+void SpectrumAnalyzer::SetGain(std::uint16_t word) { gain = static_cast<float>(word) / UnityGain; }
 
 // Nothing of before the clear may come back, so the next spectrum has to wait for samples of its own.
 void SpectrumAnalyzer::Clear() {
-  powers_.fill(0.0F);
-  averaged_ = 0;
-  missing_ = SpectrumSize;
+  powers.fill(0.0F);
+  averaged = 0;
+  missing = SpectrumSize;
 }
 
 void SpectrumAnalyzer::Process(std::span<const float> in) {
   while (!in.empty()) {
-    const std::size_t count = std::min({in.size(), missing_, SpectrumSize - at_});
-    const std::span<float> place = std::span(samples_).subspan(at_, count);
+    const std::size_t count = std::min({in.size(), missing, SpectrumSize - at});
+    const std::span<float> place = std::span(samples).subspan(at, count);
     // The comparison fails for what is no number.
     std::transform(in.begin(), in.begin() + static_cast<std::ptrdiff_t>(count), place.begin(),
-                   [this](float x) { return std::fabs(x) < MostSample ? x * gain_ : 0.0F; });
-    meter_.Process(place);
+                   [this](float x) { return std::fabs(x) < MostSample ? x * gain : 0.0F; });
+    meter.Process(place);
     in = in.subspan(count);
-    at_ = (at_ + count) % SpectrumSize;
-    missing_ -= count;
-    if (missing_ > 0) continue;
-    missing_ = SpectrumHop;
-    if (!held_) Analyze();
+    at = (at + count) % SpectrumSize;
+    missing -= count;
+    if (missing > 0) continue;
+    missing = SpectrumHop;
+    if (!held) Analyze();
   }
 }
 
 void SpectrumAnalyzer::Analyze() {
   for (std::size_t i = 0; i < SpectrumSize; ++i) {
-    windowed_[i] = samples_[(at_ + i) % SpectrumSize] * window_[i];
+    windowed[i] = samples[(at + i) % SpectrumSize] * window[i];
   }
   std::array<kiss_fft_cpx, SpectrumLines + 1> bins{};
-  kiss_fftr(transform_.get(), windowed_.data(), bins.data());
-  const bool first = averaged_ == 0;
-  averaged_ = std::min(averaged_ + 1, 1U << (averaging_ & CountBits));
+  kiss_fftr(transform.get(), windowed.data(), bins.data());
+  const bool first = averaged == 0;
+  averaged = std::min(averaged + 1, 1U << (averaging & CountBits));
   for (std::size_t line = 0; line < SpectrumLines; ++line) {
     const kiss_fft_cpx& bin = bins[line + 1];
     const float power = bin.r * bin.r + bin.i * bin.i;
-    powers_[line] = first ? power : Averaged(powers_[line], power);
+    powers[line] = first ? power : Averaged(powers[line], power);
   }
 }
 
 float SpectrumAnalyzer::Averaged(float kept, float power) const {
-  if ((averaging_ & PeakHoldBit) != 0) return std::max(kept, power);
-  if ((averaging_ & ExponentialBit) != 0) return kept + (power - kept) / static_cast<float>(averaged_);
+  if ((averaging & PeakHoldBit) != 0) return std::max(kept, power);
+  if ((averaging & ExponentialBit) != 0) return kept + (power - kept) / static_cast<float>(averaged);
   return power;
 }
 
 SpectrumBody SpectrumAnalyzer::Lines() const {
   SpectrumBody body{};
-  std::transform(powers_.begin(), powers_.end(), body.begin(), ByteOf);
+  std::transform(powers.begin(), powers.end(), body.begin(), ByteOf);
   return body;
 }
 

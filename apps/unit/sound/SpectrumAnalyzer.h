@@ -53,7 +53,7 @@ class SpectrumAnalyzer {
   SpectrumBody Lines() const;
 
   // True for half a second from the last sample that was 1.0 or more behind the gain.
-  bool Overload() const { return meter_.Overload(); }
+  bool Overload() const { return meter.Overload(); }
 
  private:
   struct Free {
@@ -63,18 +63,18 @@ class SpectrumAnalyzer {
   void Analyze();
   float Averaged(float kept, float power) const;
 
-  std::unique_ptr<kiss_fftr_state, Free> transform_;
-  LevelMeter meter_;
-  std::vector<float> window_;                  // its scale makes the power of a full-scale sine 1
-  std::array<float, SpectrumSize> samples_{};  // a ring
-  std::array<float, SpectrumSize> windowed_{};
-  std::array<float, SpectrumLines> powers_{};
-  std::size_t at_ = 0;       // where the next sample goes
-  std::size_t missing_ = 0;  // samples until the next spectrum
-  float gain_ = 1.0F;
-  std::uint8_t averaging_ = 0;
-  std::uint32_t averaged_ = 0;  // spectra since the last clear, up to 2^n
-  bool held_ = false;
+  std::unique_ptr<kiss_fftr_state, Free> transform;
+  LevelMeter meter;
+  std::vector<float> window;                  // its scale makes the power of a full-scale sine 1
+  std::array<float, SpectrumSize> samples{};  // a ring
+  std::array<float, SpectrumSize> windowed{};
+  std::array<float, SpectrumLines> powers{};
+  std::size_t at = 0;       // where the next sample goes
+  std::size_t missing = 0;  // samples until the next spectrum
+  float gain = 1.0F;
+  std::uint8_t averaging = 0;
+  std::uint32_t averaged = 0;  // spectra since the last clear, up to 2^n
+  bool held = false;
 };
 
 }  // namespace unit::sound
