@@ -52,17 +52,17 @@ std::variant<std::unique_ptr<LiveSound>, std::string> LiveSound::Open(const Soun
   return sound;
 }
 
-LiveSound::LiveSound(Source source, SoundOptions options)
-    : source_(std::move(source)), options_(std::move(options)), rate_(engine.SampleRate()) {}
+LiveSound::LiveSound(Source heard, SoundOptions wanted)
+    : source(std::move(heard)), options(std::move(wanted)), rate(engine.SampleRate()) {}
 
 void LiveSound::Attach(Unit& unit) {
-  unit_ = &unit;
-  changed_ = true;
+  attached = &unit;
+  changed = true;
   unit.sound.runUntil = [this](std::int64_t now) { RunUntil(now); };
   unit.sound.taken = [this](const Frame& frame) { Follow(frame); };
   unit.sound.recalled = [this] {
-    engine.Recall(unit_->Held());
-    changed_ = false;
+    engine.Recall(attached->Held());
+    changed = false;
   };
   unit.sound.status = [this] { return engine.Readings(); };
   unit.sound.spectrum = [this](unsigned trace) { return engine.Lines(trace); };
@@ -78,21 +78,21 @@ void LiveSound::Attach(Unit& unit) {
 
 void LiveSound::Follow(const Frame& frame) {
   if (ChangesNothing(frame)) return;
-  changed_ = true;
+  changed = true;
   if (frame.number == StageReset) engine.ResetStages(frame.argument);
   if (frame.number == BroadbandReset) engine.ResetBroadband(frame.argument);
   if (frame.number == AnalyzerRun) engine.ClearTraces(frame.argument);
 }
 
 void LiveSound::Settle() {
-  if (unit_ == nullptr || !std::exchange(changed_, false)) return;
-  engine.Apply(unit_->Held());
+  if (attached == nullptr || !std::exchange(changed, false)) return;
+  engine.Apply(attached->Held());
 }
 
 void LiveSound::RunUntil(std::int64_t now) {
   const auto until = static_cast<double>(now);
-  if (until - done_ > LongestDelay) done_ = until - LongestDelay;
-  while (done_ + BlockTime() <= until) RunBlock();
+  if (until - done > LongestDelay) done = until - LongestDelay;
+  while (done + BlockTime() <= until) RunBlock();
 }
 
 void LiveSound::RunBlock() {
@@ -101,36 +101,36 @@ void LiveSound::RunBlock() {
   std::array<float, BlockFrames> left, right;
   Listen(left, right);
   engine.Process(left, right, left, right);
-  if (writer_) {
-    const std::string failure = writer_->Write(left, right);
+  if (writer) {
+    const std::string failure = writer->Write(left, right);
     if (!failure.empty()) Fail(failure);
   }
-  done_ += BlockTime();
-  seconds_ += static_cast<double>(BlockFrames) / rate_;
+  done += BlockTime();
+  seconds += static_cast<double>(BlockFrames) / rate;
 }
 
 void LiveSound::Listen(std::span<float> left, std::span<float> right) {
-  if (auto* const scene = std::get_if<Scene>(&source_)) return scene->Process(left, right);
-  auto& reader = std::get<SoundReader>(source_);
+  if (auto* const scene = std::get_if<Scene>(&source)) return scene->Process(left, right);
+  auto& reader = std::get<SoundReader>(source);
   reader.Read(left, right);
-  if (reader.Flawed() && !options_.lenient) TellFlaw(reader);
+  if (reader.Flawed() && !options.lenient) TellFlaw(reader);
 }
 
 void LiveSound::TellFlaw(const SoundReader& reader) {
-  if (std::exchange(flawTold_, true)) return;
-  whole_ = options_.lenient;
-  failed(reader.Flaw() + (options_.lenient ? "" : Leniency));
+  if (std::exchange(flawTold, true)) return;
+  whole = options.lenient;
+  failed(reader.Flaw() + (options.lenient ? "" : Leniency));
 }
 
 // A file that holds some sound already is complete.
 void LiveSound::FollowRate() {
-  if (rate_ == engine.SampleRate()) return;
-  rate_ = engine.SampleRate();
-  std::visit([this](auto& source) { source.SetRate(rate_); }, source_);
-  if (!writer_) return;
-  if (seconds_ == 0) {
-    writer_.reset();
-    files_ = 0;
+  if (rate == engine.SampleRate()) return;
+  rate = engine.SampleRate();
+  std::visit([this](auto& each) { each.SetRate(rate); }, source);
+  if (!writer) return;
+  if (seconds == 0) {
+    writer.reset();
+    files = 0;
   }
   EndFile();
   BeginFile();
@@ -138,37 +138,37 @@ void LiveSound::FollowRate() {
 
 // The recording may bear the name of a later file as well.
 void LiveSound::BeginFile() {
-  const std::string name = NameOf(options_.out, ++files_);
+  const std::string name = NameOf(options.out, ++files);
   for (const std::string& written : {name, PartFile::PartOf(name)}) {
-    if (IsSameFile(options_.in, written))
+    if (IsSameFile(options.in, written))
       return Fail(written + ": is the file that is heard, so it is not written");
   }
-  auto created = SoundWriter::Create(name, rate_);
+  auto created = SoundWriter::Create(name, rate);
   if (const auto* const wrong = std::get_if<std::string>(&created)) return Fail(*wrong);
-  writer_.emplace(std::move(std::get<SoundWriter>(created)));
+  writer.emplace(std::move(std::get<SoundWriter>(created)));
 }
 
 void LiveSound::Fail(const std::string& what) {
-  whole_ = false;
-  writer_.reset();
+  whole = false;
+  writer.reset();
   failed(what);
 }
 
 bool LiveSound::InputEnded() const {
-  const auto* const file = std::get_if<SoundReader>(&source_);
+  const auto* const file = std::get_if<SoundReader>(&source);
   return file != nullptr && file->Ended();
 }
 
 void LiveSound::EndFile() {
-  if (!writer_) return;
-  const std::string failure = writer_->Close();
-  writer_.reset();
+  if (!writer) return;
+  const std::string failure = writer->Close();
+  writer.reset();
   if (!failure.empty()) Fail(failure);
 }
 
 void LiveSound::Close() {
   EndFile();
-  const auto* const reader = std::get_if<SoundReader>(&source_);
+  const auto* const reader = std::get_if<SoundReader>(&source);
   if (reader != nullptr && reader->Flawed()) TellFlaw(*reader);
 }
 

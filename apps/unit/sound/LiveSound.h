@@ -38,12 +38,12 @@ class LiveSound {
   // second late with is left out.
   void RunUntil(std::int64_t now);
   // When the next block ends.
-  std::int64_t NextBlock() const { return static_cast<std::int64_t>(done_ + BlockTime()); }
+  std::int64_t NextBlock() const { return static_cast<std::int64_t>(done + BlockTime()); }
 
   // One block, whatever the time. Past the end of the input it is silence.
   void RunBlock();
   bool InputEnded() const;
-  double Seconds() const { return seconds_; }  // of sound so far
+  double Seconds() const { return seconds; }  // of sound so far
 
   // Completes the file that is written. Without it there is none.
   void Close();
@@ -51,14 +51,14 @@ class LiveSound {
   // failure, and the sound that is heard goes on behind its flaw.
   std::function<void(const std::string&)> failed = [](const std::string&) {};
   // Nothing was wrong with either file so far that counts.
-  bool Whole() const { return whole_; }
+  bool Whole() const { return whole; }
 
   Engine engine;
 
  private:
   using Source = std::variant<Scene, SoundReader>;
 
-  LiveSound(Source source, SoundOptions options);
+  LiveSound(Source heard, SoundOptions wanted);
 
   double BlockTime() const { return 1e6 * BlockFrames / engine.SampleRate(); }
   void Follow(const Frame& frame);
@@ -70,16 +70,16 @@ class LiveSound {
   void Listen(std::span<float> left, std::span<float> right);
   void TellFlaw(const SoundReader& reader);
 
-  Source source_;
-  SoundOptions options_;
-  Unit* unit_ = nullptr;
-  bool changed_ = false;  // the unit holds something that the engine does not know
-  int rate_ = 0;
-  double done_ = 0;     // microseconds up to which the sound has been processed
-  double seconds_ = 0;  // of sound
-  std::optional<SoundWriter> writer_;
-  int files_ = 0;
-  bool whole_ = true, flawTold_ = false;
+  Source source;
+  SoundOptions options;
+  Unit* attached = nullptr;
+  bool changed = false;  // the unit holds something that the engine does not know
+  int rate = 0;
+  double done = 0;     // microseconds up to which the sound has been processed
+  double seconds = 0;  // of sound
+  std::optional<SoundWriter> writer;
+  int files = 0;
+  bool whole = true, flawTold = false;
 };
 
 }  // namespace unit::sound

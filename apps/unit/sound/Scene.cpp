@@ -66,7 +66,7 @@ double StepCorrection(double phase, double step) {
 }  // namespace
 
 std::uint64_t RandomSource::Next() {
-  std::uint64_t z = (state_ += 0x9E3779B97F4A7C15U);
+  std::uint64_t z = (state += 0x9E3779B97F4A7C15U);
   z = (z ^ (z >> 30U)) * 0xBF58476D1CE4E5B9U;
   z = (z ^ (z >> 27U)) * 0x94D049BB133111EBU;
   return z ^ (z >> 31U);
@@ -85,9 +85,9 @@ float RandomSource::Noise() {
   return static_cast<float>((static_cast<double>(sum) - mean) / deviation);
 }
 
-void Speech::Resonance::Tune(double hertz, double width, double rate) {
-  far = -std::exp(-TwoPi * width / rate);
-  near = 2.0 * std::exp(-std::numbers::pi * width / rate) * std::cos(TwoPi * hertz / rate);
+void Speech::Resonance::Tune(double hertz, double width, double sampleRate) {
+  far = -std::exp(-TwoPi * width / sampleRate);
+  near = 2.0 * std::exp(-std::numbers::pi * width / sampleRate) * std::cos(TwoPi * hertz / sampleRate);
   gain = 1.0 - near - far;
 }
 
@@ -103,36 +103,37 @@ double Speech::Resonance::PowerAt(double radians) const {
   return gain * gain / std::norm(1.0 - near * z - far * z * z);
 }
 
-Speech::Speech(double rate, std::uint64_t seed) : rate_(rate), script_(seed), breath_(~seed), to_(vowels[0]) {
-  Begin(Sound::Pause, script_.Uniform(0.2, 0.5));
+Speech::Speech(double sampleRate, std::uint64_t seed)
+    : rate(sampleRate), script(seed), breath(~seed), to(vowels[0]) {
+  Begin(Sound::Pause, script.Uniform(0.2, 0.5));
 }
 
-void Speech::SetRate(double rate) {
-  const double ratio = rate / rate_;
-  rate_ = rate;
-  length_ *= ratio;
-  at_ *= ratio;
-  untilTuning_ = 0.0;
-  for (Resonance& resonance : resonances_) resonance = {};
-  hiss_ = {};
+void Speech::SetRate(double sampleRate) {
+  const double ratio = sampleRate / rate;
+  rate = sampleRate;
+  length *= ratio;
+  at *= ratio;
+  untilTuning = 0.0;
+  for (Resonance& resonance : resonances) resonance = {};
+  hiss = {};
   TuneHiss();
 }
 
-void Speech::Begin(Sound sound, double seconds) {
-  sound_ = sound;
-  length_ = seconds * rate_;
-  at_ = 0.0;
+void Speech::Begin(Sound next, double seconds) {
+  sound = next;
+  length = seconds * rate;
+  at = 0.0;
 }
 
 void Speech::BeginNext() {
-  switch (sound_) {
+  switch (sound) {
     case Sound::Hiss:
       return BeginVowel();
     case Sound::Vowel:
-      if (--syllables_ > 0) return Begin(Sound::Gap, script_.Uniform(0.02, 0.07));
-      return Begin(Sound::Pause, script_.Uniform(0.5, 1.3));
+      if (--syllables > 0) return Begin(Sound::Gap, script.Uniform(0.02, 0.07));
+      return Begin(Sound::Pause, script.Uniform(0.5, 1.3));
     case Sound::Pause:
-      syllables_ = static_cast<int>(script_.Uniform(4.0, 10.0));
+      syllables = static_cast<int>(script.Uniform(4.0, 10.0));
       return BeginSyllable();
     case Sound::Gap:
       return BeginSyllable();
@@ -140,47 +141,47 @@ void Speech::BeginNext() {
 }
 
 void Speech::BeginSyllable() {
-  if (script_.Uniform(0.0, 1.0) < 0.5) return BeginHiss();
+  if (script.Uniform(0.0, 1.0) < 0.5) return BeginHiss();
   BeginVowel();
 }
 
 void Speech::BeginHiss() {
   constexpr double levelDb = -12.0;
-  Begin(Sound::Hiss, script_.Uniform(0.06, 0.13));
-  hissHz_ = script_.Uniform(2500.0, 5500.0);
+  Begin(Sound::Hiss, script.Uniform(0.06, 0.13));
+  hissHz = script.Uniform(2500.0, 5500.0);
   TuneHiss();
-  gain_ = std::pow(10.0, levelDb / 20.0) * std::sqrt(0.5 / HissPower());
+  gain = std::pow(10.0, levelDb / 20.0) * std::sqrt(0.5 / HissPower());
 }
 
-void Speech::TuneHiss() { hiss_.Tune(std::min(hissHz_, HighestShare * rate_), HissWidth, rate_); }
+void Speech::TuneHiss() { hiss.Tune(std::min(hissHz, HighestShare * rate), HissWidth, rate); }
 
 void Speech::BeginVowel() {
-  Begin(Sound::Vowel, script_.Uniform(0.14, 0.28));
-  from_ = to_;
-  to_ = vowels[static_cast<std::size_t>(script_.Uniform(0.0, static_cast<double>(vowels.size())))];
-  pitch_ = script_.Uniform(100.0, 150.0);
-  pitchEnd_ = pitch_ * script_.Uniform(0.85, 1.05);
+  Begin(Sound::Vowel, script.Uniform(0.14, 0.28));
+  from = to;
+  to = vowels[static_cast<std::size_t>(script.Uniform(0.0, static_cast<double>(vowels.size())))];
+  pitch = script.Uniform(100.0, 150.0);
+  pitchEnd = pitch * script.Uniform(0.85, 1.05);
   TuneVowel(1.0);
-  const double level = script_.Uniform(-4.0, 3.0);
-  gain_ = std::pow(10.0, level / 20.0) * std::sqrt(0.5 / VowelPower());
-  untilTuning_ = 0.0;
+  const double level = script.Uniform(-4.0, 3.0);
+  gain = std::pow(10.0, level / 20.0) * std::sqrt(0.5 / VowelPower());
+  untilTuning = 0.0;
 }
 
 // share: how far the vowel is, 0..1.
 void Speech::TuneVowel(double share) {
   const double glide = Smooth(share / GlideShare);
   for (std::size_t i = 0; i < FormantCount; ++i) {
-    const double hertz = from_[i] + (to_[i] - from_[i]) * glide;
-    resonances_[i].Tune(std::min(hertz, HighestShare * rate_), formantWidths[i], rate_);
+    const double hertz = from[i] + (to[i] - from[i]) * glide;
+    resonances[i].Tune(std::min(hertz, HighestShare * rate), formantWidths[i], rate);
   }
 }
 
 // Of the sawtooth through the resonances.
 double Speech::VowelPower() const {
   double power = 0.0;
-  for (int k = 1; k * pitch_ < HighestShare * rate_; ++k) {
+  for (int k = 1; k * pitch < HighestShare * rate; ++k) {
     double harmonic = 2.0 / (std::numbers::pi * k) * (2.0 / (std::numbers::pi * k));
-    for (const Resonance& r : resonances_) harmonic *= r.PowerAt(TwoPi * k * pitch_ / rate_);
+    for (const Resonance& r : resonances) harmonic *= r.PowerAt(TwoPi * k * pitch / rate);
     power += 0.5 * harmonic;
   }
   return power;
@@ -190,35 +191,35 @@ double Speech::VowelPower() const {
 double Speech::HissPower() const {
   constexpr int points = 64;
   double power = 0.0;
-  for (int i = 0; i < points; ++i) power += hiss_.PowerAt(std::numbers::pi * (i + 0.5) / points) / points;
+  for (int i = 0; i < points; ++i) power += hiss.PowerAt(std::numbers::pi * (i + 0.5) / points) / points;
   return power;
 }
 
 double Speech::Sawtooth() {
-  const double step = (pitch_ + (pitchEnd_ - pitch_) * at_ / length_) / rate_;
-  phase_ = Turn(phase_, step);
-  return 2.0 * phase_ - 1.0 - StepCorrection(phase_, step);
+  const double step = (pitch + (pitchEnd - pitch) * at / length) / rate;
+  phase = Turn(phase, step);
+  return 2.0 * phase - 1.0 - StepCorrection(phase, step);
 }
 
 double Speech::Excite() {
-  if (sound_ == Sound::Hiss) return hiss_.Next(breath_.Noise());
-  if (sound_ != Sound::Vowel) return 0.0;
-  if (untilTuning_ <= 0.0) {
-    TuneVowel(at_ / length_);
-    untilTuning_ += TuningSeconds * rate_;
+  if (sound == Sound::Hiss) return hiss.Next(breath.Noise());
+  if (sound != Sound::Vowel) return 0.0;
+  if (untilTuning <= 0.0) {
+    TuneVowel(at / length);
+    untilTuning += TuningSeconds * rate;
   }
-  untilTuning_ -= 1.0;
+  untilTuning -= 1.0;
   double sample = Sawtooth();
-  for (Resonance& resonance : resonances_) sample = resonance.Next(sample);
+  for (Resonance& resonance : resonances) sample = resonance.Next(sample);
   return sample;
 }
 
 float Speech::Next() {
-  if (at_ >= length_) BeginNext();
-  const double ramp = RampSeconds * rate_;
-  const double envelope = Smooth(at_ / ramp) * Smooth((length_ - at_) / ramp);
-  const double sample = Excite() * gain_ * envelope;
-  at_ += 1.0;
+  if (at >= length) BeginNext();
+  const double ramp = RampSeconds * rate;
+  const double envelope = Smooth(at / ramp) * Smooth((length - at) / ramp);
+  const double sample = Excite() * gain * envelope;
+  at += 1.0;
   return static_cast<float>(sample);
 }
 
@@ -231,28 +232,28 @@ float GainFor(double db, double power) {
 
 }  // namespace
 
-Scene::Scene(double rate, std::uint64_t seed, const SceneLevels& levels)
-    : rate_(rate), speech_(rate, seed), noise_(seed ^ 0x5CE9EULL) {
-  SetRate(rate);
+Scene::Scene(double sampleRate, std::uint64_t seed, const SceneLevels& levels)
+    : rate(sampleRate), speech(sampleRate, seed), noise(seed ^ 0x5CE9EULL) {
+  SetRate(sampleRate);
   SetLevels(levels);
 }
 
-void Scene::SetRate(double rate) {
-  rate_ = rate;
-  speech_.SetRate(rate);
-  delay_ = std::min(static_cast<std::size_t>(std::lround(NoiseDelaySeconds * rate)), LongestDelay - 1);
+void Scene::SetRate(double sampleRate) {
+  rate = sampleRate;
+  speech.SetRate(sampleRate);
+  delay = std::min(static_cast<std::size_t>(std::lround(NoiseDelaySeconds * sampleRate)), LongestDelay - 1);
 }
 
 void Scene::SetLevels(const SceneLevels& levels) {
-  speechGain_ = GainFor(levels.speech, 0.5);
-  humGain_ = GainFor(levels.hum, 0.5 * Power(humHarmonics));
-  toneGain_ = GainFor(levels.tone, 0.5);
-  noiseGain_ = GainFor(levels.noise, 1.0);
-  referenceGain_ = GainFor(levels.reference, Power(referenceFilter));
+  speechGain = GainFor(levels.speech, 0.5);
+  humGain = GainFor(levels.hum, 0.5 * Power(humHarmonics));
+  toneGain = GainFor(levels.tone, 0.5);
+  noiseGain = GainFor(levels.noise, 1.0);
+  referenceGain = GainFor(levels.reference, Power(referenceFilter));
 }
 
 void Scene::Process(std::span<float> left, std::span<float> right) {
-  for (float& sample : left) sample = speechGain_ * speech_.Next();
+  for (float& sample : left) sample = speechGain * speech.Next();
   AddHum(left);
   AddTone(left);
   AddNoise(left, right);
@@ -261,7 +262,7 @@ void Scene::Process(std::span<float> left, std::span<float> right) {
 // All harmonics from the sine of the first one, by the recurrence of Clenshaw.
 void Scene::AddHum(std::span<float> left) {
   for (float& sample : left) {
-    const double twice = 2.0 * std::cos(TwoPi * humPhase_);
+    const double twice = 2.0 * std::cos(TwoPi * humPhase);
     double sum = 0.0;
     double before = 0.0;
     for (std::size_t k = humHarmonics.size(); k-- > 0;) {
@@ -269,28 +270,28 @@ void Scene::AddHum(std::span<float> left) {
       before = sum;
       sum = next;
     }
-    sample += humGain_ * static_cast<float>(sum * std::sin(TwoPi * humPhase_));
-    humPhase_ = Turn(humPhase_, HumHz / rate_);
+    sample += humGain * static_cast<float>(sum * std::sin(TwoPi * humPhase));
+    humPhase = Turn(humPhase, HumHz / rate);
   }
 }
 
 void Scene::AddTone(std::span<float> left) {
   for (float& sample : left) {
-    sample += toneGain_ * static_cast<float>(std::sin(TwoPi * tonePhase_));
-    tonePhase_ = Turn(tonePhase_, ToneHz / rate_);
+    sample += toneGain * static_cast<float>(std::sin(TwoPi * tonePhase));
+    tonePhase = Turn(tonePhase, ToneHz / rate);
   }
 }
 
 void Scene::AddNoise(std::span<float> left, std::span<float> right) {
   for (std::size_t i = 0; i < left.size(); ++i) {
-    past_[at_] = noise_.Noise();
+    past[at] = noise.Noise();
     double filtered = 0.0;
     for (std::size_t k = 0; k < referenceFilter.size(); ++k) {
-      filtered += referenceFilter[k] * past_[(at_ - k) % LongestDelay];
+      filtered += referenceFilter[k] * past[(at - k) % LongestDelay];
     }
-    left[i] += noiseGain_ * past_[(at_ - delay_) % LongestDelay];
-    right[i] = referenceGain_ * static_cast<float>(filtered);
-    at_ = (at_ + 1) % LongestDelay;
+    left[i] += noiseGain * past[(at - delay) % LongestDelay];
+    right[i] = referenceGain * static_cast<float>(filtered);
+    at = (at + 1) % LongestDelay;
   }
 }
 

@@ -12,7 +12,7 @@ namespace unit::sound {
 // Uniform numbers from a seed (splitmix64: G. L. Steele, D. Lea, C. H. Flood 2014).
 class RandomSource {
  public:
-  explicit RandomSource(std::uint64_t seed) : state_(seed) {}
+  explicit RandomSource(std::uint64_t seed) : state(seed) {}
 
   std::uint64_t Next();
   double Uniform(double low, double high);
@@ -20,7 +20,7 @@ class RandomSource {
   float Noise();
 
  private:
-  std::uint64_t state_;
+  std::uint64_t state;
 };
 
 // A voice that speaks in phrases of four to nine syllables, each a vowel of 140 to 280 ms, in front of many a
@@ -29,9 +29,9 @@ class RandomSource {
 // phrases at any rate.
 class Speech {
  public:
-  Speech(double rate, std::uint64_t seed);
+  Speech(double sampleRate, std::uint64_t seed);
 
-  void SetRate(double rate);
+  void SetRate(double sampleRate);
 
   // RMS over the vowels near that of a sine of peak 1.0.
   float Next();
@@ -46,12 +46,12 @@ class Speech {
     double gain = 1.0, near = 0.0, far = 0.0;  // y[n] = gain x[n] + near y[n - 1] + far y[n - 2]
     double last = 0.0, before = 0.0;
 
-    void Tune(double hertz, double width, double rate);
+    void Tune(double hertz, double width, double sampleRate);
     double Next(double x);
     double PowerAt(double radians) const;
   };
 
-  void Begin(Sound sound, double seconds);
+  void Begin(Sound next, double seconds);
   void BeginNext();
   void BeginSyllable();
   void BeginHiss();
@@ -63,20 +63,20 @@ class Speech {
   double Sawtooth();
   double Excite();
 
-  double rate_;
-  RandomSource script_;  // what is said
-  RandomSource breath_;  // the noise that says it
-  std::array<Resonance, FormantCount> resonances_;
-  Resonance hiss_;
-  Formants from_{}, to_{};
-  Sound sound_ = Sound::Pause;
-  double length_ = 0.0, at_ = 0.0;  // samples of this sound, and how far it is
-  double untilTuning_ = 0.0;        // samples
-  double gain_ = 0.0;
-  double hissHz_ = 4000.0;
-  double pitch_ = 110.0, pitchEnd_ = 100.0;  // Hz
-  double phase_ = 0.0;                       // of the sawtooth, 0..1
-  int syllables_ = 0;
+  double rate;
+  RandomSource script;  // what is said
+  RandomSource breath;  // the noise that says it
+  std::array<Resonance, FormantCount> resonances;
+  Resonance hiss;
+  Formants from{}, to{};
+  Sound sound = Sound::Pause;
+  double length = 0.0, at = 0.0;  // samples of this sound, and how far it is
+  double untilTuning = 0.0;       // samples
+  double gain = 0.0;
+  double hissHz = 4000.0;
+  double pitch = 110.0, pitchEnd = 100.0;  // Hz
+  double phase = 0.0;                      // of the sawtooth, 0..1
+  int syllables = 0;
 };
 
 inline constexpr double SceneOff = -std::numeric_limits<double>::infinity();
@@ -100,11 +100,11 @@ class Scene {
   static constexpr double HumHz = 50.0;
   static constexpr double ToneHz = 1000.0;
 
-  // rate: 7200..36000 Hz.
-  Scene(double rate, std::uint64_t seed, const SceneLevels& levels);
+  // sampleRate: 7200..36000 Hz.
+  Scene(double sampleRate, std::uint64_t seed, const SceneLevels& levels);
 
   // Goes on in the same syllable at another rate.
-  void SetRate(double rate);
+  void SetRate(double sampleRate);
   void SetLevels(const SceneLevels& levels);
 
   // Spans of the same length, which may be any.
@@ -117,13 +117,13 @@ class Scene {
   void AddTone(std::span<float> left);
   void AddNoise(std::span<float> left, std::span<float> right);
 
-  double rate_;
-  Speech speech_;
-  RandomSource noise_;
-  float speechGain_ = 0.0F, humGain_ = 0.0F, toneGain_ = 0.0F, noiseGain_ = 0.0F, referenceGain_ = 0.0F;
-  double humPhase_ = 0.0, tonePhase_ = 0.0;  // 0..1
-  std::array<float, LongestDelay> past_{};   // of the noise, a ring
-  std::size_t at_ = 0, delay_ = 0;
+  double rate;
+  Speech speech;
+  RandomSource noise;
+  float speechGain = 0.0F, humGain = 0.0F, toneGain = 0.0F, noiseGain = 0.0F, referenceGain = 0.0F;
+  double humPhase = 0.0, tonePhase = 0.0;  // 0..1
+  std::array<float, LongestDelay> past{};  // of the noise, a ring
+  std::size_t at = 0, delay = 0;
 };
 
 }  // namespace unit::sound

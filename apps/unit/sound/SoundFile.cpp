@@ -88,34 +88,34 @@ std::variant<SoundReader, std::string> SoundReader::Open(const std::string& path
   return reader;
 }
 
-SoundReader::SoundReader(std::string path, SoundHandle file, const SF_INFO& info, bool looped)
-    : path_(std::move(path)),
-      file_(std::move(file)),
-      fileRate_(info.samplerate),
-      channels_(static_cast<std::size_t>(info.channels)),
-      looped_(looped),
-      framesSaid_(FramesSaid(info)),
-      cut_(CutOf(path_, info)),
-      raw_(channels_ * ChunkFrames) {
+SoundReader::SoundReader(std::string soundPath, SoundHandle opened, const SF_INFO& info, bool loops)
+    : path(std::move(soundPath)),
+      file(std::move(opened)),
+      fileRate(info.samplerate),
+      channels(static_cast<std::size_t>(info.channels)),
+      looped(loops),
+      framesSaid(FramesSaid(info)),
+      cut(CutOf(path, info)),
+      raw(channels * ChunkFrames) {
   int error = 0;
-  resampler_.reset(src_new(Quality, 2, &error));
-  if (!resampler_) throw std::bad_alloc();
+  resampler.reset(src_new(Quality, 2, &error));
+  if (!resampler) throw std::bad_alloc();
 }
 
-void SoundReader::SetRate(int rate) {
-  if (rate == rate_) return;
-  rate_ = rate;
-  src_reset(resampler_.get());
-  readyAt_ = readyCount_ = 0;
+void SoundReader::SetRate(int sampleRate) {
+  if (sampleRate == rate) return;
+  rate = sampleRate;
+  src_reset(resampler.get());
+  readyAt = readyCount = 0;
 }
 
 std::size_t SoundReader::Read(std::span<float> left, std::span<float> right) {
   std::size_t frames = 0;
-  while (frames < left.size() && !ended_) {
-    if (readyAt_ == readyCount_) Refill();
-    for (; readyAt_ < readyCount_ && frames < left.size(); ++readyAt_, ++frames) {
-      left[frames] = ready_[readyAt_][0];
-      right[frames] = ready_[readyAt_][1];
+  while (frames < left.size() && !ended) {
+    if (readyAt == readyCount) Refill();
+    for (; readyAt < readyCount && frames < left.size(); ++readyAt, ++frames) {
+      left[frames] = ready[readyAt][0];
+      right[frames] = ready[readyAt][1];
     }
   }
   std::fill(left.begin() + static_cast<std::ptrdiff_t>(frames), left.end(), 0.0F);
@@ -125,99 +125,98 @@ std::size_t SoundReader::Read(std::span<float> left, std::span<float> right) {
 
 // A file that is empty must not be begun for ever.
 bool SoundReader::Rewind() {
-  if (!looped_ || rewound_ || sf_seek(file_.get(), 0, SEEK_SET) != 0) return false;
-  rewound_ = true;
+  if (!looped || rewound || sf_seek(file.get(), 0, SEEK_SET) != 0) return false;
+  rewound = true;
   return true;
 }
 
 // Behind the sound's end the count is whole.
 void SoundReader::CountFrames(std::size_t more) {
-  if (heard_) return;
-  frames_ += more;
-  heard_ = more == 0;
-  if (heard_ && frames_ < framesSaid_ && cut_.empty()) cut_ = OutOf(frames_, framesSaid_, " samples");
+  if (heard) return;
+  framesRead += more;
+  heard = more == 0;
+  if (heard && framesRead < framesSaid && cut.empty()) cut = OutOf(framesRead, framesSaid, " samples");
 }
 
 float SoundReader::Take(float sample, std::uint64_t frame) {
   if (std::isfinite(sample)) return Bounded(sample);
-  if (heard_) return 0.0F;
-  if (notNumbers_ + infinite_ == 0) firstFault_ = static_cast<double>(frame) / fileRate_;
-  ++(std::isnan(sample) ? notNumbers_ : infinite_);
+  if (heard) return 0.0F;
+  if (notNumbers + infinite == 0) firstFault = static_cast<double>(frame) / fileRate;
+  ++(std::isnan(sample) ? notNumbers : infinite);
   return 0.0F;
 }
 
 std::string SoundReader::Flaw() const {
-  std::string text = cut_;
+  std::string text = cut;
   const auto add = [&text](const std::string& more) { text += (text.empty() ? "" : ", ") + more; };
-  if (notNumbers_ > 0)
-    add(Samples(notNumbers_, " sample is no number (NaN)", " samples are no numbers (NaN)"));
-  if (infinite_ > 0) add(Samples(infinite_, " sample is infinite", " samples are infinite"));
-  if (notNumbers_ + infinite_ > 0) {
+  if (notNumbers > 0) add(Samples(notNumbers, " sample is no number (NaN)", " samples are no numbers (NaN)"));
+  if (infinite > 0) add(Samples(infinite, " sample is infinite", " samples are infinite"));
+  if (notNumbers + infinite > 0) {
     std::ostringstream second;
-    second << ", from second " << firstFault_ << " on";
+    second << ", from second " << firstFault << " on";
     text += second.str();
   }
-  return text.empty() ? text : Complaint(path_, text);
+  return text.empty() ? text : Complaint(path, text);
 }
 
 void SoundReader::ReadChunk() {
   sf_count_t frames = 0;
   do {
-    frames = sf_readf_float(file_.get(), raw_.data(), ChunkFrames);
+    frames = sf_readf_float(file.get(), raw.data(), ChunkFrames);
     CountFrames(static_cast<std::size_t>(std::max<sf_count_t>(frames, 0)));
   } while (frames <= 0 && Rewind());
-  chunkAt_ = 0;
-  chunkCount_ = static_cast<std::size_t>(std::max<sf_count_t>(frames, 0));
-  if (chunkCount_ > 0) rewound_ = false;
-  fileEnded_ = chunkCount_ == 0;
-  for (std::size_t i = 0; i < chunkCount_; ++i) {
-    const float* frame = &raw_[i * channels_];
-    const std::uint64_t place = frames_ - chunkCount_ + i;
-    chunk_[i][0] = Take(frame[0], place);
-    chunk_[i][1] = channels_ > 1 ? Take(frame[1], place) : chunk_[i][0];
+  chunkAt = 0;
+  chunkCount = static_cast<std::size_t>(std::max<sf_count_t>(frames, 0));
+  if (chunkCount > 0) rewound = false;
+  fileEnded = chunkCount == 0;
+  for (std::size_t i = 0; i < chunkCount; ++i) {
+    const float* frame = &raw[i * channels];
+    const std::uint64_t place = framesRead - chunkCount + i;
+    chunk[i][0] = Take(frame[0], place);
+    chunk[i][1] = channels > 1 ? Take(frame[1], place) : chunk[i][0];
   }
 }
 
 void SoundReader::Refill() {
-  readyAt_ = readyCount_ = 0;
-  while (readyCount_ < ready_.size() && !ended_) {
-    if (chunkAt_ == chunkCount_ && !fileEnded_) ReadChunk();
-    if (rate_ == fileRate_) {
+  readyAt = readyCount = 0;
+  while (readyCount < ready.size() && !ended) {
+    if (chunkAt == chunkCount && !fileEnded) ReadChunk();
+    if (rate == fileRate) {
       Copy();
     } else {
       Resample();
     }
   }
   // What came last is still to be played.
-  if (readyCount_ > 0) ended_ = false;
+  if (readyCount > 0) ended = false;
 }
 
 void SoundReader::Copy() {
-  const std::size_t count = std::min(chunkCount_ - chunkAt_, ready_.size() - readyCount_);
-  std::copy_n(chunk_.begin() + static_cast<std::ptrdiff_t>(chunkAt_), count,
-              ready_.begin() + static_cast<std::ptrdiff_t>(readyCount_));
-  chunkAt_ += count;
-  readyCount_ += count;
-  ended_ = count == 0 && fileEnded_;
+  const std::size_t count = std::min(chunkCount - chunkAt, ready.size() - readyCount);
+  std::copy_n(chunk.begin() + static_cast<std::ptrdiff_t>(chunkAt), count,
+              ready.begin() + static_cast<std::ptrdiff_t>(readyCount));
+  chunkAt += count;
+  readyCount += count;
+  ended = count == 0 && fileEnded;
 }
 
 void SoundReader::Resample() {
   SRC_DATA data{};
-  data.data_in = chunk_[std::min(chunkAt_, ChunkFrames - 1)].data();
-  data.input_frames = static_cast<long>(chunkCount_ - chunkAt_);
-  data.data_out = ready_[readyCount_].data();
-  data.output_frames = static_cast<long>(ready_.size() - readyCount_);
-  data.end_of_input = fileEnded_ ? 1 : 0;
-  data.src_ratio = static_cast<double>(rate_) / fileRate_;
-  const bool failed = src_process(resampler_.get(), &data) != 0;
-  chunkAt_ += static_cast<std::size_t>(data.input_frames_used);
+  data.data_in = chunk[std::min(chunkAt, ChunkFrames - 1)].data();
+  data.input_frames = static_cast<long>(chunkCount - chunkAt);
+  data.data_out = ready[readyCount].data();
+  data.output_frames = static_cast<long>(ready.size() - readyCount);
+  data.end_of_input = fileEnded ? 1 : 0;
+  data.src_ratio = static_cast<double>(rate) / fileRate;
+  const bool failed = src_process(resampler.get(), &data) != 0;
+  chunkAt += static_cast<std::size_t>(data.input_frames_used);
   // Between two of the highest samples the resampler goes beyond them.
   const std::size_t before =
-      std::exchange(readyCount_, readyCount_ + static_cast<std::size_t>(data.output_frames_gen));
-  for (Frame& frame : std::span(ready_).subspan(before, readyCount_ - before)) {
+      std::exchange(readyCount, readyCount + static_cast<std::size_t>(data.output_frames_gen));
+  for (Frame& frame : std::span(ready).subspan(before, readyCount - before)) {
     for (float& sample : frame) sample = Bounded(sample);
   }
-  ended_ = failed || (fileEnded_ && data.output_frames_gen == 0);
+  ended = failed || (fileEnded && data.output_frames_gen == 0);
 }
 
 }  // namespace unit::sound

@@ -32,7 +32,7 @@ class SoundReader {
   static std::variant<SoundReader, std::string> Open(const std::string& path, int rate, bool looped);
 
   // Goes on near the same moment of the file at another rate.
-  void SetRate(int rate);
+  void SetRate(int sampleRate);
 
   // Fills two spans of the same length, which may be any, with zeros behind the sound's end. A file that is
   // shortened while it plays ends where it now ends; one that grows, where it ended at first. Gives the
@@ -40,13 +40,13 @@ class SoundReader {
   std::size_t Read(std::span<float> left, std::span<float> right);
 
   // Nothing but zeros will come: the file was played once, or holds no sound at all.
-  bool Ended() const { return ended_; }
+  bool Ended() const { return ended; }
 
   // What is wrong with the sound as far as it was read, in words and with the path first: it is cut off
   // before the length that the file says it has, or samples are no numbers. Empty where nothing is. What is
   // heard again counts once.
   std::string Flaw() const;
-  bool Flawed() const { return !cut_.empty() || notNumbers_ + infinite_ > 0; }
+  bool Flawed() const { return !cut.empty() || notNumbers + infinite > 0; }
 
  private:
   using Frame = std::array<float, 2>;
@@ -55,7 +55,7 @@ class SoundReader {
   };
   static constexpr std::size_t ChunkFrames = 1024;  // of the file, read at a time
 
-  SoundReader(std::string path, SoundHandle file, const SF_INFO& info, bool looped);
+  SoundReader(std::string soundPath, SoundHandle opened, const SF_INFO& info, bool loops);
 
   void ReadChunk();
   float Take(float sample, std::uint64_t frame);
@@ -65,26 +65,26 @@ class SoundReader {
   void Copy();
   void Resample();
 
-  std::string path_;
-  SoundHandle file_;
-  std::unique_ptr<SRC_STATE_tag, Free> resampler_;
-  int fileRate_;
-  int rate_ = 0;
-  std::size_t channels_;
-  bool looped_;
-  bool rewound_ = true;  // nothing was read since the file's start
-  bool fileEnded_ = false;
-  bool ended_ = false;
-  bool heard_ = false;                           // once to its end
-  std::uint64_t framesSaid_, frames_ = 0;        // by the file itself, 0 for no word; read so far
-  std::uint64_t notNumbers_ = 0, infinite_ = 0;  // samples
-  double firstFault_ = 0;                        // second of the first of them
-  std::string cut_;                              // how much is there, in words; empty where all is
-  std::vector<float> raw_;                       // as the file has it
-  std::array<Frame, ChunkFrames> chunk_{};
-  std::size_t chunkAt_ = 0, chunkCount_ = 0;  // what of it is not used yet
-  std::array<Frame, BlockFrames> ready_{};
-  std::size_t readyAt_ = 0, readyCount_ = 0;
+  std::string path;
+  SoundHandle file;
+  std::unique_ptr<SRC_STATE_tag, Free> resampler;
+  int fileRate;
+  int rate = 0;
+  std::size_t channels;
+  bool looped;
+  bool rewound = true;  // nothing was read since the file's start
+  bool fileEnded = false;
+  bool ended = false;
+  bool heard = false;                          // once to its end
+  std::uint64_t framesSaid, framesRead = 0;    // by the file itself, 0 for no word; read so far
+  std::uint64_t notNumbers = 0, infinite = 0;  // samples
+  double firstFault = 0;                       // second of the first of them
+  std::string cut;                             // how much is there, in words; empty where all is
+  std::vector<float> raw;                      // as the file has it
+  std::array<Frame, ChunkFrames> chunk{};
+  std::size_t chunkAt = 0, chunkCount = 0;  // what of it is not used yet
+  std::array<Frame, BlockFrames> ready{};
+  std::size_t readyAt = 0, readyCount = 0;
 };
 
 }  // namespace unit::sound

@@ -46,7 +46,7 @@ std::uint64_t NumberFrom(std::string_view bytes, bool bigEndian) {
 
 class Chunks {
  public:
-  Chunks(const std::string& path, std::uint64_t size) : file_(path, std::ios::binary), size_(size) {}
+  Chunks(const std::string& path, std::uint64_t size) : file(path, std::ios::binary), fileSize(size) {}
 
   std::optional<SoundLength> Sound() {
     Head magic{};
@@ -59,25 +59,25 @@ class Chunks {
   static std::string_view Text(const Head& head, std::size_t size) { return {head.data(), size}; }
 
   bool Read(std::uint64_t at, std::size_t size, Head& head) {
-    return file_.seekg(static_cast<std::streamoff>(at)) &&
-           file_.read(head.data(), static_cast<std::streamsize>(size));
+    return file.seekg(static_cast<std::streamoff>(at)) &&
+           file.read(head.data(), static_cast<std::streamsize>(size));
   }
 
   std::optional<SoundLength> SoundOf(const Family& family) {
     const std::uint64_t headSize = family.nameSize + family.lengthSize;
     std::uint64_t longLength = 0;  // where the sound's own number is too small for it
     Head head{};
-    for (std::uint64_t at = family.first; at < size_ && Read(at, headSize, head);) {
+    for (std::uint64_t at = family.first; at < fileSize && Read(at, headSize, head);) {
       std::uint64_t length = NumberFrom({head.data() + family.nameSize, family.lengthSize}, family.bigEndian);
       if (family.lengthOfWhole) length -= std::min(length, headSize);
       at += headSize;
       if (Text(head, MagicSize) == family.sound) {
         if (longLength != 0) length = longLength;
         if (IsOpen(length)) return {};
-        return SoundLength{length, std::min(length, size_ - std::min(at, size_))};
+        return SoundLength{length, std::min(length, fileSize - std::min(at, fileSize))};
       }
       if (Text(head, MagicSize) == "ds64") longLength = LongLength(at);
-      if (length > size_) return {};
+      if (length > fileSize) return {};
       at += (length + family.multiple - 1) / family.multiple * family.multiple;
     }
     return {};
@@ -89,8 +89,8 @@ class Chunks {
     return Read(at + soundPlace, numberSize, number) ? NumberFrom(Text(number, numberSize), false) : 0;
   }
 
-  std::ifstream file_;
-  std::uint64_t size_;
+  std::ifstream file;
+  std::uint64_t fileSize;
 };
 
 }  // namespace

@@ -94,59 +94,60 @@ std::variant<SoundWriter, std::string> SoundWriter::Create(const std::string& pa
   return SoundWriter(path, rate, std::move(output), std::move(file));
 }
 
-SoundWriter::SoundWriter(std::string path, int rate, std::unique_ptr<Output> output, SoundHandle file)
-    : path_(std::move(path)),
-      rate_(static_cast<std::size_t>(rate)),
-      output_(std::move(output)),
-      file_(std::move(file)) {}
+SoundWriter::SoundWriter(std::string targetPath, int sampleRate, std::unique_ptr<Output> below,
+                         SoundHandle opened)
+    : path(std::move(targetPath)),
+      rate(static_cast<std::size_t>(sampleRate)),
+      output(std::move(below)),
+      file(std::move(opened)) {}
 
 const std::string& SoundWriter::Write(std::span<const float> left, std::span<const float> right) {
-  while (!left.empty() && file_ && failure_.empty()) {
+  while (!left.empty() && file && failure.empty()) {
     const std::size_t count = std::min(left.size(), BlockFrames);
     WriteBlock(left.first(count), right.first(count));
     left = left.subspan(count);
     right = right.subspan(count);
   }
-  return failure_;
+  return failure;
 }
 
 void SoundWriter::WriteBlock(std::span<const float> left, std::span<const float> right) {
   for (std::size_t i = 0; i < left.size(); ++i) {
-    block_[2 * i] = CodeOf(left[i]);
-    block_[2 * i + 1] = CodeOf(right[i]);
+    block[2 * i] = CodeOf(left[i]);
+    block[2 * i + 1] = CodeOf(right[i]);
   }
   const auto frames = static_cast<sf_count_t>(left.size());
-  const bool written = sf_writef_int(file_.get(), block_.data(), frames) == frames;
-  if (!written || output_->error != 0) return Fail(ReasonNow());
-  unsettled_ += left.size();
-  if (unsettled_ < rate_) return;
-  unsettled_ = 0;
-  sf_command(file_.get(), SFC_UPDATE_HEADER_NOW, nullptr, 0);
+  const bool written = sf_writef_int(file.get(), block.data(), frames) == frames;
+  if (!written || output->error != 0) return Fail(ReasonNow());
+  unsettled += left.size();
+  if (unsettled < rate) return;
+  unsettled = 0;
+  sf_command(file.get(), SFC_UPDATE_HEADER_NOW, nullptr, 0);
 }
 
 std::string SoundWriter::ReasonNow() const {
-  return output_->error != 0 ? std::strerror(output_->error) : sf_strerror(file_.get());
+  return output->error != 0 ? std::strerror(output->error) : sf_strerror(file.get());
 }
 
 // What is there is all that there will be of it, so it stays, and its header tells how much that is.
 void SoundWriter::Fail(const std::string& reason) {
-  output_->error = 0;
-  file_.reset();
-  const std::string& part = output_->file.Part();
-  failure_ = Unwritable(path_, reason);
-  if (!part.empty()) failure_ += ", what there is stands in " + part;
-  output_->file.Keep();
+  output->error = 0;
+  file.reset();
+  const std::string& part = output->file.Part();
+  failure = Unwritable(path, reason);
+  if (!part.empty()) failure += ", what there is stands in " + part;
+  output->file.Keep();
 }
 
 const std::string& SoundWriter::Close() {
-  if (!file_) return failure_;
-  const int trouble = sf_close(file_.release());
-  if (output_->error != 0 || trouble != 0) {
-    Fail(output_->error != 0 ? std::strerror(output_->error) : sf_error_number(trouble));
-  } else if (const int error = output_->file.Commit(); error != 0) {
+  if (!file) return failure;
+  const int trouble = sf_close(file.release());
+  if (output->error != 0 || trouble != 0) {
+    Fail(output->error != 0 ? std::strerror(output->error) : sf_error_number(trouble));
+  } else if (const int error = output->file.Commit(); error != 0) {
     Fail(std::strerror(error));
   }
-  return failure_;
+  return failure;
 }
 
 }  // namespace unit::sound

@@ -37,19 +37,19 @@ class SoundWriter {
  private:
   struct Output;  // the file below the library
 
-  SoundWriter(std::string path, int rate, std::unique_ptr<Output> output, SoundHandle file);
+  SoundWriter(std::string targetPath, int sampleRate, std::unique_ptr<Output> below, SoundHandle opened);
 
   void WriteBlock(std::span<const float> left, std::span<const float> right);
   std::string ReasonNow() const;
   void Fail(const std::string& reason);
 
-  std::string path_;
-  std::size_t rate_;
-  std::unique_ptr<Output> output_;  // outlives the library's handle of it
-  SoundHandle file_;
-  std::string failure_;
-  std::array<int, 2 * BlockFrames> block_{};
-  std::size_t unsettled_ = 0;  // frames that the header does not count yet
+  std::string path;
+  std::size_t rate;
+  std::unique_ptr<Output> output;  // outlives the library's handle of it
+  SoundHandle file;
+  std::string failure;
+  std::array<int, 2 * BlockFrames> block{};
+  std::size_t unsettled = 0;  // frames that the header does not count yet
 };
 
 }  // namespace unit::sound
