@@ -27,10 +27,10 @@ class GainControl {
   static constexpr double Target = 0.5;  // peak, full scale 1.0
   static constexpr double AttackSeconds = 0.001;
 
-  GainControl(const GainControlSettings& settings, double sampleRate) { Configure(settings, sampleRate); }
+  GainControl(const GainControlSettings& wanted, double sampleRate) { Configure(wanted, sampleRate); }
 
   // The sound goes on; a control that is out passes it as it is.
-  void Configure(const GainControlSettings& settings, double sampleRate);
+  void Configure(const GainControlSettings& wanted, double sampleRate);
   void Reset();
   // In place, any number of samples; right is as long as left, or empty in mono.
   void Process(std::span<float> left, std::span<float> right);
@@ -42,9 +42,9 @@ class GainControl {
   };
   float Controlled(Channel& channel, float sample, float magnitude) const;
 
-  GainControlSettings settings_;
-  double attack_ = 0;  // of the way to the new gain that goes in one sample
-  std::array<Channel, 2> channels_;
+  GainControlSettings settings;
+  double attack = 0;  // of the way to the new gain that goes in one sample
+  std::array<Channel, 2> channels;
 };
 
 }  // namespace unit::sound

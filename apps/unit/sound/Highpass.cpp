@@ -20,8 +20,8 @@ void Highpass::Configure(double cutoff, double sampleRate) {
                                     1.3065629648763766};  // 1 / (2 cos of pi/8, of 3 pi/8)
   const double warped =
       std::tan(std::numbers::pi * std::clamp(cutoff, HighpassLowest, HighpassHighest) / sampleRate);
-  for (std::size_t i = 0; i < sections_.size(); ++i) {
-    Section& section = sections_[i];
+  for (std::size_t i = 0; i < sections.size(); ++i) {
+    Section& section = sections[i];
     section.gain = 1 / (1 + warped / qualities[i] + warped * warped);
     section.feedback1 = 2 * (warped * warped - 1) * section.gain;
     section.feedback2 = (1 - warped / qualities[i] + warped * warped) * section.gain;
@@ -29,7 +29,7 @@ void Highpass::Configure(double cutoff, double sampleRate) {
 }
 
 void Highpass::Reset() {
-  for (Section& section : sections_) section.memory1 = section.memory2 = 0;
+  for (Section& section : sections) section.memory1 = section.memory2 = 0;
 }
 
 double Highpass::Section::Next(double sample) {
@@ -41,7 +41,7 @@ double Highpass::Section::Next(double sample) {
 
 void Highpass::Process(std::span<const float> in, std::span<float> out) {
   for (std::size_t i = 0; i < in.size(); ++i) {
-    out[i] = static_cast<float>(sections_[1].Next(sections_[0].Next(Tame(in[i]))));
+    out[i] = static_cast<float>(sections[1].Next(sections[0].Next(Tame(in[i]))));
   }
 }
 

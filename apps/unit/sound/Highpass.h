@@ -34,7 +34,7 @@ class Highpass {
 
     double Next(double sample);
   };
-  std::array<Section, 2> sections_;
+  std::array<Section, 2> sections;
 };
 
 }  // namespace unit::sound

@@ -18,27 +18,27 @@ LimiterSettings LimiterSettingsOf(std::uint16_t control, std::uint16_t threshold
           .threshold = std::clamp<double>(threshold, 1, fullScaleWord) / fullScaleWord};
 }
 
-void Limiter::Configure(const LimiterSettings& settings, double sampleRate) {
-  settings_ = settings;
-  for (PeakFollower& peak : peaks_) peak.Configure(settings.release, sampleRate);
+void Limiter::Configure(const LimiterSettings& wanted, double sampleRate) {
+  settings = wanted;
+  for (PeakFollower& peak : peaks) peak.Configure(wanted.release, sampleRate);
 }
 
 void Limiter::Reset() {
-  for (PeakFollower& peak : peaks_) peak.Reset();
+  for (PeakFollower& peak : peaks) peak.Reset();
 }
 
 void Limiter::Process(std::span<float> left, std::span<float> right) {
-  if (!settings_.enabled) return;
+  if (!settings.enabled) return;
   const auto limited = [&](PeakFollower& follower, float sample, float magnitude) {
     const double peak = follower.Next(magnitude);
-    return peak > settings_.threshold ? static_cast<float>(sample * settings_.threshold / peak) : sample;
+    return peak > settings.threshold ? static_cast<float>(sample * settings.threshold / peak) : sample;
   };
   for (std::size_t i = 0; i < left.size(); ++i) {
     const float a = Tame(left[i]);
     const float b = right.empty() ? 0.0F : Tame(right[i]);
     const float louder = std::max(std::abs(a), std::abs(b));
-    left[i] = limited(peaks_[0], a, settings_.linked ? louder : std::abs(a));
-    if (!right.empty()) right[i] = limited(peaks_[1], b, settings_.linked ? louder : std::abs(b));
+    left[i] = limited(peaks[0], a, settings.linked ? louder : std::abs(a));
+    if (!right.empty()) right[i] = limited(peaks[1], b, settings.linked ? louder : std::abs(b));
   }
 }
 

@@ -22,17 +22,17 @@ LimiterSettings LimiterSettingsOf(std::uint16_t control, std::uint16_t threshold
 // No attack time and no latency: no sample leaves it above the threshold.
 class Limiter {
  public:
-  Limiter(const LimiterSettings& settings, double sampleRate) { Configure(settings, sampleRate); }
+  Limiter(const LimiterSettings& wanted, double sampleRate) { Configure(wanted, sampleRate); }
 
   // The sound goes on. Whether the limiter is in or out changes with the next sample.
-  void Configure(const LimiterSettings& settings, double sampleRate);
+  void Configure(const LimiterSettings& wanted, double sampleRate);
   void Reset();
   // In place, any number of samples; right is as long as left, or empty in mono.
   void Process(std::span<float> left, std::span<float> right);
 
  private:
-  LimiterSettings settings_;
-  std::array<PeakFollower, 2> peaks_;
+  LimiterSettings settings;
+  std::array<PeakFollower, 2> peaks;
 };
 
 }  // namespace unit::sound

@@ -40,10 +40,10 @@ bool Stable(double feedback1, double feedback2) {
 }  // namespace
 
 void Parametric::Configure(std::span<const std::uint8_t, BlockSize> block) {
-  level_ = WordAt(block, 0) / LevelUnity;
+  level = WordAt(block, 0) / LevelUnity;
   for (std::size_t i = 0; i < Sections; ++i) {
     const auto word = [&](std::size_t number) { return WordAt(block, 1 + i * Words + number); };
-    Section& section = sections_[i];
+    Section& section = sections[i];
     section.feedback2 = Coefficient(word(1), word(2));
     section.feedback1 = 2.0 * Coefficient(word(3), word(4));  // sent as half
     section.input = InputCoefficient(word(5), word(0), section.feedback2);
@@ -53,21 +53,21 @@ void Parametric::Configure(std::span<const std::uint8_t, BlockSize> block) {
 }
 
 void Parametric::Reset() {
-  for (Section& section : sections_) section.state1 = section.state2 = 0.0;
+  for (Section& section : sections) section.state1 = section.state2 = 0.0;
 }
 
 void Parametric::Process(std::span<const float> in, std::span<float> out) {
   for (std::size_t i = 0; i < in.size(); ++i) {
     double x = Tame(in[i]);
-    for (Section& section : sections_) {
+    for (Section& section : sections) {
       const double band = section.input * x + section.state1;
       section.state1 = section.feedback1 * band + section.state2;
       section.state2 = section.feedback2 * band - section.input * x;
       x += section.gain * band;
     }
-    out[i] = static_cast<float>(level_ * x);
+    out[i] = static_cast<float>(level * x);
   }
-  for (Section& section : sections_) {
+  for (Section& section : sections) {
     if (std::abs(section.state1) + std::abs(section.state2) < Silence) section.state1 = section.state2 = 0.0;
   }
 }

@@ -29,8 +29,8 @@ class Parametric {
     double state1 = 0.0, state2 = 0.0;
   };
 
-  std::array<Section, Sections> sections_{};
-  double level_ = 1.0;
+  std::array<Section, Sections> sections{};
+  double level = 1.0;
 };
 
 }  // namespace unit::sound

@@ -11,30 +11,30 @@ class PeakFollower {
 
   // release: the time constant in seconds, the peak falls by 8.7 dB in it.
   void Configure(double release, double sampleRate) {
-    hold_ = static_cast<unsigned>(HoldSeconds * sampleRate);
-    decay_ = std::exp(-1 / (release * sampleRate));
+    hold = static_cast<unsigned>(HoldSeconds * sampleRate);
+    decay = std::exp(-1 / (release * sampleRate));
   }
 
-  void Reset() { peak_ = 0; }
+  void Reset() { peak = 0; }
 
   // The peak with this sample's magnitude, never below it.
   double Next(double magnitude) {
     constexpr double faintest = 1e-12;
-    if (magnitude >= peak_) {
-      peak_ = magnitude;
-      held_ = hold_;
-    } else if (held_ > 0) {
-      --held_;
+    if (magnitude >= peak) {
+      peak = magnitude;
+      held = hold;
+    } else if (held > 0) {
+      --held;
     } else {
-      peak_ = peak_ < faintest ? 0.0 : std::fmax(peak_ * decay_, magnitude);
+      peak = peak < faintest ? 0.0 : std::fmax(peak * decay, magnitude);
     }
-    return peak_;
+    return peak;
   }
 
  private:
-  double decay_ = 0;
-  double peak_ = 0;
-  unsigned hold_ = 0, held_ = 0;
+  double decay = 0;
+  double peak = 0;
+  unsigned hold = 0, held = 0;
 };
 
 }  // namespace unit::sound

@@ -43,23 +43,23 @@ struct Fields {
 
 class Planner {
  public:
-  explicit Planner(const RegisterValues& registers) : registers_(registers) {}
+  explicit Planner(const RegisterValues& held) : registers(held) {}
 
   Route Plan() {
-    route_.stereo = !Idle(RoutedPositions);
+    route.stereo = !Idle(RoutedPositions);
     for (std::size_t position = 1; position <= RoutedPositions; ++position) {
-      route_.stages[position - 1].runs = Runs(position);
+      route.stages[position - 1].runs = Runs(position);
     }
     for (std::size_t position = 1; position <= RoutedPositions; ++position) Visit(position);
     PlanOutputs();
     PlanTaps();
-    return route_;
+    return route;
   }
 
  private:
   enum class Progress { None, Begun, Done };
 
-  unsigned Word(std::size_t code, unsigned neverTold) const { return registers_[code].value_or(neverTold); }
+  unsigned Word(std::size_t code, unsigned neverTold) const { return registers[code].value_or(neverTold); }
 
   Fields FieldsOf(std::size_t code) const {
     const unsigned word = Word(code, NeverTold);
@@ -81,8 +81,8 @@ class Planner {
 
   // Puts the position into the order, behind everything that it listens to.
   void Visit(std::size_t position) {
-    StageRoute& stage = route_.stages[position - 1];
-    Progress& progress = progress_[position - 1];
+    StageRoute& stage = route.stages[position - 1];
+    Progress& progress = visits[position - 1];
     if (!stage.runs || progress != Progress::None) return;
     progress = Progress::Begun;
     if (IsEqualizer(position)) {
@@ -99,19 +99,19 @@ class Planner {
       stage.a = ownTap ? stage.OwnChannel() : Resolve(fields.middle);
     }
     progress = Progress::Done;
-    route_.order[route_.count++] = static_cast<std::uint8_t>(position);
+    route.order[route.count++] = static_cast<std::uint8_t>(position);
   }
 
   // What a code comes to once all that it depends on is in the order.
   std::uint8_t Resolve(std::uint8_t code) {
     if (code == source::LeftIn || code == source::RightIn) return code;
-    if (code == source::LeftOut || code == source::RightOut) return Cut(route_.loop);
+    if (code == source::LeftOut || code == source::RightOut) return Cut(route.loop);
     const std::size_t tapped = TapOwner(code);
     const std::size_t position = std::max(tapped, DriverOf(code));
-    if (position == 0 || !route_.At(position).runs) return Cut(route_.undriven);
+    if (position == 0 || !route.At(position).runs) return Cut(route.undriven);
     Visit(position);
-    if (progress_[position - 1] == Progress::Begun) return Cut(route_.loop);
-    return tapped != 0 ? route_.At(position).OwnChannel() : code;
+    if (visits[position - 1] == Progress::Begun) return Cut(route.loop);
+    return tapped != 0 ? route.At(position).OwnChannel() : code;
   }
 
   static std::uint8_t Cut(bool& why) {
@@ -119,7 +119,7 @@ class Planner {
     return source::Silence;
   }
 
-  bool OnRight(std::size_t position) const { return route_.stereo && position % 2 == 0; }
+  bool OnRight(std::size_t position) const { return route.stereo && position % 2 == 0; }
 
   bool Carries(std::uint8_t code, bool right) const {
     if (code == source::Silence) return false;
@@ -134,27 +134,27 @@ class Planner {
   void PlanOutputs() {
     const unsigned word = Word(OutputRouting, NeverTold & 0x3FFU);
     const Fields fields = FieldsOf(OutputRouting);
-    route_.outputs = {Resolve(fields.middle), Resolve(fields.low)};
-    route_.swap = (word & SwapBit) != 0;
-    route_.linked = (word & LinkedBit) != 0;
+    route.outputs = {Resolve(fields.middle), Resolve(fields.low)};
+    route.swap = (word & SwapBit) != 0;
+    route.linked = (word & LinkedBit) != 0;
   }
 
   // A tap that hears nothing is no fault of the chain.
   void PlanTaps() {
-    const bool loop = route_.loop;
-    const bool undriven = route_.undriven;
-    for (std::size_t trace = 0; trace < route_.taps.size(); ++trace) {
+    const bool loop = route.loop;
+    const bool undriven = route.undriven;
+    for (std::size_t trace = 0; trace < route.taps.size(); ++trace) {
       const std::uint8_t code = FieldsOf(ChannelRouting + FirstEqualizer + trace).low;
       const bool out = code == source::LeftOut || code == source::RightOut;
-      route_.taps[trace] = out ? code : Resolve(code);
+      route.taps[trace] = out ? code : Resolve(code);
     }
-    route_.loop = loop;
-    route_.undriven = undriven;
+    route.loop = loop;
+    route.undriven = undriven;
   }
 
-  const RegisterValues& registers_;
-  Route route_;
-  std::array<Progress, RoutedPositions> progress_{};
+  const RegisterValues& registers;
+  Route route;
+  std::array<Progress, RoutedPositions> visits{};
 };
 
 }  // namespace

@@ -77,14 +77,14 @@ class PatchBay {
  public:
   // code: 0..31, not Silence.
   std::span<float> Write(std::uint8_t code, std::size_t frames) {
-    return std::span(lines_[code]).first(frames);
+    return std::span(lines[code]).first(frames);
   }
   std::span<const float> Read(std::uint8_t code, std::size_t frames) const {
-    return std::span(lines_[code]).first(frames);
+    return std::span(lines[code]).first(frames);
   }
 
  private:
-  std::array<std::array<float, BlockFrames>, source::Count> lines_{};
+  std::array<std::array<float, BlockFrames>, source::Count> lines{};
 };
 
 }  // namespace unit::sound
