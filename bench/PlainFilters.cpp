@@ -38,12 +38,12 @@ struct OverlapSave::Plan {
 };
 
 OverlapSave::OverlapSave(std::span<const float> taps, std::size_t points)
-    : block_(points - taps.size() + 1), plan_(std::make_unique<Plan>(points)) {
-  float* const signal = plan_->signal.get();
+    : block(points - taps.size() + 1), plan(std::make_unique<Plan>(points)) {
+  float* const signal = plan->signal.get();
   std::fill_n(signal, points, 0.0F);
   std::copy(taps.begin(), taps.end(), signal);
-  fftwf_execute_dft_r2c(plan_->forward, signal, Plan::Raw(plan_->filter));
-  for (std::size_t i = 0; i <= points / 2; ++i) plan_->filter[i] /= static_cast<float>(points);
+  fftwf_execute_dft_r2c(plan->forward, signal, Plan::Raw(plan->filter));
+  for (std::size_t i = 0; i <= points / 2; ++i) plan->filter[i] /= static_cast<float>(points);
   std::fill_n(signal, points, 0.0F);
 }
 
@@ -52,43 +52,47 @@ OverlapSave& OverlapSave::operator=(OverlapSave&&) noexcept = default;
 OverlapSave::~OverlapSave() = default;
 
 void OverlapSave::Process(std::span<float> sound) {
-  float* const signal = plan_->signal.get();
-  const std::size_t kept = plan_->size - block_;
-  std::copy_n(sound.begin(), block_, signal + kept);
-  fftwf_execute(plan_->forward);
-  for (std::size_t i = 0; i <= plan_->size / 2; ++i) plan_->bins[i] *= plan_->filter[i];
-  fftwf_execute(plan_->inverse);
-  std::copy_n(plan_->result.get() + kept, block_, sound.begin());
-  std::copy_n(signal + block_, kept, signal);
+  float* const signal = plan->signal.get();
+  const std::size_t kept = plan->size - block;
+  std::copy_n(sound.begin(), block, signal + kept);
+  fftwf_execute(plan->forward);
+  for (std::size_t i = 0; i <= plan->size / 2; ++i) plan->bins[i] *= plan->filter[i];
+  fftwf_execute(plan->inverse);
+  std::copy_n(plan->result.get() + kept, block, sound.begin());
+  std::copy_n(signal + block, kept, signal);
 }
 
-FusedPredictor::FusedPredictor(std::size_t taps, std::size_t span, float step)
-    : weights_(taps), past_(2 * (taps + span + 1) + 8192), span_(span), end_(taps + span + 1), step_(step) {}
+FusedPredictor::FusedPredictor(std::size_t taps, std::size_t predictionSpan, float stepSize)
+    : weights(taps),
+      past(2 * (taps + predictionSpan + 1) + 8192),
+      span(predictionSpan),
+      end(taps + predictionSpan + 1),
+      step(stepSize) {}
 
 void FusedPredictor::Process(std::span<float> sound) {
   for (float& sample : sound) sample = Next(sample);
 }
 
 float FusedPredictor::Next(float sample) {
-  const std::size_t taps = weights_.size();
-  const std::size_t reach = taps + span_ + 1;
-  if (end_ == past_.size()) {
-    std::copy(past_.end() - static_cast<std::ptrdiff_t>(reach), past_.end(), past_.begin());
-    end_ = reach;
+  const std::size_t taps = weights.size();
+  const std::size_t reach = taps + span + 1;
+  if (end == past.size()) {
+    std::copy(past.end() - static_cast<std::ptrdiff_t>(reach), past.end(), past.begin());
+    end = reach;
   }
-  past_[end_++] = sample;
-  const float* const window = &past_[end_ - span_ - taps];
+  past[end++] = sample;
+  const float* const window = &past[end - span - taps];
   const float* const last = window - 1;
-  float* const weights = weights_.data();
-  const float change = change_;
+  float* const weight = weights.data();
+  const float change = pendingChange;
   float prediction = 0.0F;
   for (std::size_t i = 0; i < taps; ++i) {
-    weights[i] += change * last[i];
-    prediction += weights[i] * window[i];
+    weight[i] += change * last[i];
+    prediction += weight[i] * window[i];
   }
   const float error = sample - prediction;
-  energy_ += window[taps - 1] * window[taps - 1] - last[0] * last[0];
-  change_ = step_ * error / (energy_ + 1e-4F);
+  energy += window[taps - 1] * window[taps - 1] - last[0] * last[0];
+  pendingChange = step * error / (energy + 1e-4F);
   return error;
 }
 

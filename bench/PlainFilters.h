@@ -20,22 +20,22 @@ class OverlapSave {
   ~OverlapSave();
 
   // Samples that Process takes.
-  std::size_t Block() const { return block_; }
+  std::size_t Block() const { return block; }
   // Block() samples, in place.
   void Process(std::span<float> sound);
 
  private:
   struct Plan;
 
-  std::size_t block_;
-  std::unique_ptr<Plan> plan_;
+  std::size_t block;
+  std::unique_ptr<Plan> plan;
 };
 
-// Normalised LMS that predicts a sound from what it was `span` samples ago: one pass over the taps a sample,
-// which brings in the last error and sums the next prediction.
+// Normalised LMS that predicts a sound from what it was `predictionSpan` samples ago: one pass over the taps
+// a sample, which brings in the last error and sums the next prediction.
 class FusedPredictor {
  public:
-  FusedPredictor(std::size_t taps, std::size_t span, float step);
+  FusedPredictor(std::size_t taps, std::size_t predictionSpan, float stepSize);
 
   // What the prediction leaves, in place.
   void Process(std::span<float> sound);
@@ -43,10 +43,10 @@ class FusedPredictor {
  private:
   float Next(float sample);
 
-  std::vector<float> weights_;  // the oldest sample's first
-  std::vector<float> past_;
-  std::size_t span_, end_;
-  float step_, energy_ = 0.0F, change_ = 0.0F;
+  std::vector<float> weights;  // the oldest sample's first
+  std::vector<float> past;
+  std::size_t span, end;
+  float step, energy = 0.0F, pendingChange = 0.0F;
 };
 
 }  // namespace bench

@@ -29,7 +29,7 @@ constexpr std::array hostileFloats{0.0F,
 
 }  // namespace
 
-double RandomSetting::Rate() const { return unit::sound::RateOf(setting_.registers).sampleRate; }
+double RandomSetting::Rate() const { return unit::sound::RateOf(setting.registers).sampleRate; }
 
 unsigned RandomSetting::Position() {
   constexpr std::array positions{1U, 2U, 3U, 4U, 5U, 6U, 9U, 10U};
@@ -47,7 +47,7 @@ std::vector<std::int32_t> RandomSetting::Table(std::size_t size) {
   std::vector<std::int32_t> table(size);
   for (std::int32_t& tap : table) {
     const unsigned shift = Below(1000) == 0 ? 0 : 32 - fullBits + quieter;
-    tap = static_cast<std::int32_t>(random_.Next()) >> shift;
+    tap = static_cast<std::int32_t>(random.Next()) >> shift;
   }
   return table;
 }
@@ -64,10 +64,10 @@ void RandomSetting::Change() {
 }
 
 void RandomSetting::Begin() {
-  setting_ = StereoChain(rates[Below(rates.size())]);
-  PutBroadband(setting_);
+  setting = StereoChain(rates[Below(rates.size())]);
+  PutBroadband(setting);
   for (const unsigned position : {1U, 2U, 3U, 4U, 5U, 6U, 9U, 10U}) {
-    if (Below(2) == 0) PutStage(setting_, position, DesignedStage());
+    if (Below(2) == 0) PutStage(setting, position, DesignedStage());
   }
 }
 
@@ -76,15 +76,15 @@ void RandomSetting::ChangeStage() {
   switch (Below(6)) {
     case 0:
     case 1:
-      return PutAdaptive(setting_, std::min(position, 6U));
+      return PutAdaptive(setting, std::min(position, 6U));
     case 2:
-      return PutStage(setting_, position, TableStage(TableSize()));
+      return PutStage(setting, position, TableStage(TableSize()));
     case 3:
-      return PutStage(setting_, position, PeakStage(20 + Below(3000), Rate(), Below(80) / 10.0 - 1));
+      return PutStage(setting, position, PeakStage(20 + Below(3000), Rate(), Below(80) / 10.0 - 1));
     case 4:
-      return PutStage(setting_, position, CompressorStage());
+      return PutStage(setting, position, CompressorStage());
     default:
-      return PutStage(setting_, position, DesignedStage());
+      return PutStage(setting, position, DesignedStage());
   }
 }
 
@@ -117,7 +117,7 @@ void RandomSetting::ChangeAdaptation() {
   Set(64 + Below(2), Word());
   Set(74, Word());
   Set(87, Below(2) == 0 ? 5U << 13U : 0);  // all taps for the first stage
-  setting_.programs.stages[offset].size = static_cast<std::uint8_t>(Below(3) == 0 ? Below(256) : 255);
+  setting.programs.stages[offset].size = static_cast<std::uint8_t>(Below(3) == 0 ? Below(256) : 255);
 }
 
 void RandomSetting::ChangeTraces() {
@@ -133,7 +133,7 @@ void RandomSetting::ChangeEnds() {
 }
 
 void RandomSetting::ChangeBroadband() {
-  PutBroadband(setting_);
+  PutBroadband(setting);
   for (const std::size_t code : {81U, 82U}) Set(code, Word(15));
   for (const std::size_t code : {111U, 112U}) Set(code, 1 + Below(64));
 }
@@ -144,16 +144,16 @@ void RandomSetting::BreakStage() {
   if (Below(4) != 0) stage.size = static_cast<std::uint8_t>(Below(256));
   if (Below(4) != 0) stage.algorithm = static_cast<std::uint8_t>(Below(8) == 0 ? Below(256) : Below(12));
   if (Below(4) != 0) {
-    for (std::uint8_t& byte : stage.block.emplace()) byte = static_cast<std::uint8_t>(random_.Next());
+    for (std::uint8_t& byte : stage.block.emplace()) byte = static_cast<std::uint8_t>(random.Next());
   }
   if (Below(2) == 0) stage.coefficients = Table(TableSize());
-  if (Below(2) == 0) return PutStage(setting_, Position(), stage);
-  setting_.programs.stages[Position() - 1] = stage;
+  if (Below(2) == 0) return PutStage(setting, Position(), stage);
+  setting.programs.stages[Position() - 1] = stage;
 }
 
 void RandomSetting::BreakRegisters() {
   for (unsigned left = 1 + Below(40); left > 0; --left) {
-    auto& word = setting_.registers[Below(Below(2) == 0 ? 160 : 256)];
+    auto& word = setting.registers[Below(Below(2) == 0 ? 160 : 256)];
     word = Word();
     if (Below(8) == 0) word.reset();
   }
@@ -168,13 +168,13 @@ void RandomSetting::BreakRouting() {
 }
 
 void RandomSetting::BreakBroadband() {
-  auto& piece = setting_.programs.broadband[Below(2)][Below(3) == 0 ? 0 : Below(unit::PieceCount)];
+  auto& piece = setting.programs.broadband[Below(2)][Below(3) == 0 ? 0 : Below(unit::PieceCount)];
   if (Below(8) == 0) return piece.reset();
   unit::Payload& bytes = piece.emplace();
   const bool wild = Below(2) == 0;
   for (std::size_t at = 0; at + sizeof(float) <= bytes.size(); at += sizeof(float)) {
     const float odd = hostileFloats[Below(hostileFloats.size())];
-    const auto bits = wild ? static_cast<std::uint32_t>(random_.Next()) : std::bit_cast<std::uint32_t>(odd);
+    const auto bits = wild ? static_cast<std::uint32_t>(random.Next()) : std::bit_cast<std::uint32_t>(odd);
     for (std::size_t i = 0; i < sizeof bits; ++i) {
       bytes[at + i] = static_cast<std::uint8_t>(bits >> (8 * i) & 0xFFU);
     }

@@ -14,21 +14,19 @@ namespace bench {
 // belongs together. The same seed makes the same changes.
 class RandomSetting {
  public:
-  explicit RandomSetting(std::uint64_t seed) : random_(seed) { Begin(); }
+  explicit RandomSetting(std::uint64_t seed) : random(seed) { Begin(); }
 
   // One to four changes.
   void Change();
-  const unit::Setting& Now() const { return setting_; }
+  const unit::Setting& Now() const { return setting; }
 
   // As many as are asked for, any of 24 bits; a few of them beyond.
   std::vector<std::int32_t> Table(std::size_t size);
   std::size_t TableSize();
   // Of so many bits.
-  std::uint16_t Word(unsigned bits = 16) {
-    return static_cast<std::uint16_t>(random_.Next() >> (64U - bits));
-  }
+  std::uint16_t Word(unsigned bits = 16) { return static_cast<std::uint16_t>(random.Next() >> (64U - bits)); }
   // 0..count - 1.
-  unsigned Below(unsigned count) { return static_cast<unsigned>(random_.Next() >> 32U) % count; }
+  unsigned Below(unsigned count) { return static_cast<unsigned>(random.Next() >> 32U) % count; }
 
  private:
   using Step = void (RandomSetting::*)();
@@ -47,11 +45,11 @@ class RandomSetting {
   unsigned Position();
   unit::Stage DesignedStage();
   unit::Stage CompressorStage();
-  void Set(std::size_t code, unsigned word) { setting_.registers[code] = static_cast<std::uint16_t>(word); }
+  void Set(std::size_t code, unsigned word) { setting.registers[code] = static_cast<std::uint16_t>(word); }
   double Rate() const;
 
-  unit::sound::RandomSource random_;
-  unit::Setting setting_;
+  unit::sound::RandomSource random;
+  unit::Setting setting;
 };
 
 }  // namespace bench

@@ -22,20 +22,20 @@ constexpr std::size_t TableTaps = 1024;
 // The scene over and over, a block at a time.
 class Input {
  public:
-  explicit Input(double rate) : left_(Blocks), right_(Blocks) {
+  explicit Input(double rate) : leftBlocks(Blocks), rightBlocks(Blocks) {
     Scene scene(rate, 1, {});
-    for (std::size_t i = 0; i < Blocks; ++i) scene.Process(left_[i], right_[i]);
+    for (std::size_t i = 0; i < Blocks; ++i) scene.Process(leftBlocks[i], rightBlocks[i]);
   }
   void Next(Block& left, Block& right) {
-    left = left_[at_];
-    right = right_[at_];
-    at_ = (at_ + 1) % Blocks;
+    left = leftBlocks[at];
+    right = rightBlocks[at];
+    at = (at + 1) % Blocks;
   }
 
  private:
   static constexpr std::size_t Blocks = 1024;
-  std::vector<Block> left_, right_;
-  std::size_t at_ = 0;
+  std::vector<Block> leftBlocks, rightBlocks;
+  std::size_t at = 0;
 };
 
 // Processes the input by blocks.

@@ -59,32 +59,32 @@ double LevelOf(const Sound& sound) {
 
 class Soak {
  public:
-  Soak(double seconds, std::uint64_t seed)
-      : wanted_(seconds),
-        seed_(seed),
-        settings_(seed),
-        random_(seed + 1),
-        input_(engine_.SampleRate(), seed) {}
+  Soak(double seconds, std::uint64_t startSeed)
+      : wanted(seconds),
+        seed(startSeed),
+        settings(startSeed),
+        random(startSeed + 1),
+        input(soaked.SampleRate(), startSeed) {}
 
   // True if nothing was wrong.
   bool Run() {
     int checks = 0;
-    while (fault_.empty() && seconds_ < wanted_) {
-      if (seconds_ >= nextChange_) Command();
+    while (fault.empty() && secondsDone < wanted) {
+      if (secondsDone >= nextChange) Command();
       Block();
-      if (seconds_ < wanted_ * (checks + 1) / Checks) continue;
+      if (secondsDone < wanted * (checks + 1) / Checks) continue;
       ++checks;
       CheckSenses();
       CheckMemory();
     }
-    if (!fault_.empty()) Say();
+    if (!fault.empty()) Say();
     Conclude();
-    return fault_.empty();
+    return fault.empty();
   }
 
  private:
   void Complain(const std::string& what) {
-    if (fault_.empty()) fault_ = what;
+    if (fault.empty()) fault = what;
   }
 
   void Process(Engine& engine, Sound& sound) {
@@ -94,13 +94,13 @@ class Soak {
       const std::span right = std::span(sound[1]).subspan(from, size);
       engine.Process(left, right, left, right);
     };
-    run(0, cut_);
-    run(cut_, BlockFrames - cut_);
+    run(0, cut);
+    run(cut, BlockFrames - cut);
     for (const Side& side : sound) {
       for (const float sample : side) {
         if (!(std::abs(sample) <= 1.0F)) Complain("a sample of " + std::to_string(sample) + " left");
-        peak_ = std::max(peak_, std::abs(sample));
-        hash_ = (hash_ ^ std::bit_cast<std::uint32_t>(sample)) * fnvPrime;
+        peak = std::max(peak, std::abs(sample));
+        hash = (hash ^ std::bit_cast<std::uint32_t>(sample)) * fnvPrime;
       }
     }
   }
@@ -108,42 +108,42 @@ class Soak {
   void Block() {
     constexpr int readEvery = 8;
     Sound sound;
-    input_.Next(sound);
-    Process(engine_, sound);
-    seconds_ += static_cast<double>(BlockFrames) / engine_.SampleRate();
-    if (++blocks_ % readEvery != 0) return;
-    const unit::Status status = engine_.Readings();
-    if (const std::string fault = FaultOf(status, settings_.Now()); !fault.empty()) Complain(fault);
-    if ((status.unitMode & 0xFCU) != 0) ++adapted_;
+    input.Next(sound);
+    Process(soaked, sound);
+    secondsDone += static_cast<double>(BlockFrames) / soaked.SampleRate();
+    if (++blocksDone % readEvery != 0) return;
+    const unit::Status status = soaked.Readings();
+    if (const std::string wrong = FaultOf(status, settings.Now()); !wrong.empty()) Complain(wrong);
+    if ((status.unitMode & 0xFCU) != 0) ++adapted;
   }
 
   void Command() {
-    nextChange_ = seconds_ + random_.Uniform(0.1, 1.9);
-    settings_.Change();
-    cut_ = settings_.Below(8) == 0 ? settings_.Below(BlockFrames) : 0;
-    switch (settings_.Below(12)) {
+    nextChange = secondsDone + random.Uniform(0.1, 1.9);
+    settings.Change();
+    cut = settings.Below(8) == 0 ? settings.Below(BlockFrames) : 0;
+    switch (settings.Below(12)) {
       case 0:
-        engine_.Recall(settings_.Now());
+        soaked.Recall(settings.Now());
         break;
       case 1:
-        engine_.ResetStages(settings_.Below(2) == 0 ? 255 : settings_.Word());
+        soaked.ResetStages(settings.Below(2) == 0 ? 255 : settings.Word());
         break;
       case 2:
-        engine_.ResetBroadband(settings_.Word());
+        soaked.ResetBroadband(settings.Word());
         break;
       case 3:
-        engine_.ClearTraces(settings_.Word());
+        soaked.ClearTraces(settings.Word());
         break;
       case 4:
-        engine_.Learn(1 + settings_.Below(6), settings_.Table(settings_.TableSize()));
+        soaked.Learn(1 + settings.Below(6), settings.Table(settings.TableSize()));
         break;
       default:
         break;
     }
-    engine_.Apply(settings_.Now());
-    input_.SetRate(engine_.SampleRate());
-    for (std::size_t position = 1; position <= 6; ++position) CheckLearned(engine_.Learned(position));
-    for (const std::size_t trace : {0U, 1U}) lines_ += engine_.Lines(trace)[100];
+    soaked.Apply(settings.Now());
+    input.SetRate(soaked.SampleRate());
+    for (std::size_t position = 1; position <= 6; ++position) CheckLearned(soaked.Learned(position));
+    for (const std::size_t trace : {0U, 1U}) lines += soaked.Lines(trace)[100];
   }
 
   void CheckLearned(const Coefficients& learned) {
@@ -159,36 +159,36 @@ class Soak {
   // which empties everything.
   void CheckSenses() {
     constexpr double settled = 8, within = 1.12;  // seconds; 1 dB
-    const auto same = rateCodes_[settings_.Below(rateCodes_.size())];
-    engine_.Apply(bench::StereoChain(same));
+    const auto same = rateCodes[settings.Below(rateCodes.size())];
+    soaked.Apply(bench::StereoChain(same));
     for (int i = 0; i < 20; ++i) Block();
     const unit::Setting chain = bench::FullChain(same);
-    engine_.Recall(chain);
-    engine_.ResetBroadband(3);
+    soaked.Recall(chain);
+    soaked.ResetBroadband(3);
     const auto [mine, fresh] = Compare(chain, settled, false);
     if (!(mine < fresh * within && mine > fresh / within)) {
       Complain("a level of " + std::to_string(mine) + " for " + std::to_string(fresh));
     }
-    engine_.Apply(bench::StereoChain(bench::RateCode::Hz7200));
+    soaked.Apply(bench::StereoChain(bench::RateCode::Hz7200));
     const unit::Setting last = bench::FullChain(bench::RateCode::Hz36000);
-    engine_.Recall(last);
+    soaked.Recall(last);
     Compare(last, 1, true);
-    engine_.Apply(settings_.Now());
-    input_.SetRate(engine_.SampleRate());
+    soaked.Apply(settings.Now());
+    input.SetRate(soaked.SampleRate());
   }
 
   // The levels of the last half of so many seconds, here and in a fresh unit.
   std::pair<double, double> Compare(const unit::Setting& setting, double seconds, bool exactly) {
     auto fresh = std::make_unique<Engine>();
     fresh->Apply(setting);
-    Scene scene(fresh->SampleRate(), seed_, {});
+    Scene scene(fresh->SampleRate(), seed, {});
     double mine = 0, theirs = 0;
     const auto blocks = static_cast<int>(seconds * fresh->SampleRate() / BlockFrames);
-    for (int i = 0; i < blocks && fault_.empty(); ++i) {
+    for (int i = 0; i < blocks && fault.empty(); ++i) {
       Sound sound;
       scene.Process(sound[0], sound[1]);
       Sound other = sound;
-      Process(engine_, sound);
+      Process(soaked, sound);
       Process(*fresh, other);
       if (exactly && sound != other) Complain("not the sound of a fresh unit");
       if (2 * i < blocks) continue;
@@ -200,48 +200,48 @@ class Soak {
 
   void CheckMemory() {
     constexpr std::size_t allowed = MEMORY_ALLOWANCE * (2U << 20U);
-    memory_ = ResidentBytes();
-    if (firstMemory_ == 0) firstMemory_ = memory_;
+    memory = ResidentBytes();
+    if (firstMemory == 0) firstMemory = memory;
     Say();
-    if (memory_ > firstMemory_ + allowed) Complain("the memory grows");
+    if (memory > firstMemory + allowed) Complain("the memory grows");
   }
 
   void Say() const {
     constexpr double megabyte = 1 << 20U;
-    const std::chrono::duration<double> wall = std::chrono::steady_clock::now() - begin_;
+    const std::chrono::duration<double> wall = std::chrono::steady_clock::now() - begin;
     std::printf(
         "%.0f s of sound in %.1f s, %.1f times real time: peak %.3f, hash %016llx, resident %.2f MB\n",
-        seconds_, wall.count(), seconds_ / wall.count(), double{peak_},
-        static_cast<unsigned long long>(hash_), static_cast<double>(memory_) / megabyte);
+        secondsDone, wall.count(), secondsDone / wall.count(), double{peak},
+        static_cast<unsigned long long>(hash), static_cast<double>(memory) / megabyte);
     std::fflush(stdout);
   }
 
   void Conclude() {
-    if (fault_.empty() && (peak_ < 0.1F || adapted_ == 0 || lines_ == 0)) fault_ = "nothing was heard";
+    if (fault.empty() && (peak < 0.1F || adapted == 0 || lines == 0)) fault = "nothing was heard";
     std::printf("seed %llu, memory %+.2f MB since the first tenth: %s\n",
-                static_cast<unsigned long long>(seed_),
-                (static_cast<double>(memory_) - static_cast<double>(firstMemory_)) / (1 << 20U),
-                fault_.empty() ? "good" : fault_.c_str());
+                static_cast<unsigned long long>(seed),
+                (static_cast<double>(memory) - static_cast<double>(firstMemory)) / (1 << 20U),
+                fault.empty() ? "good" : fault.c_str());
   }
 
-  static constexpr std::array rateCodes_{bench::RateCode::Hz7200, bench::RateCode::Hz12000,
-                                         bench::RateCode::Hz18000, bench::RateCode::Hz36000};
+  static constexpr std::array rateCodes{bench::RateCode::Hz7200, bench::RateCode::Hz12000,
+                                        bench::RateCode::Hz18000, bench::RateCode::Hz36000};
 
-  std::chrono::steady_clock::time_point begin_ = std::chrono::steady_clock::now();
-  double wanted_;
-  std::uint64_t seed_;
-  bench::RandomSetting settings_;
-  RandomSource random_;
-  Engine engine_;
-  bench::HostileInput input_;
-  double seconds_ = 0, nextChange_ = 0;
-  int blocks_ = 0;
-  std::size_t cut_ = 0;  // where a block is cut in two
-  std::string fault_;
-  float peak_ = 0;
-  std::uint64_t hash_ = 0xCBF29CE484222325;  // of all that left: the same for the same seed on one machine
-  std::uint64_t adapted_ = 0, lines_ = 0;
-  std::size_t firstMemory_ = 0, memory_ = 0;
+  std::chrono::steady_clock::time_point begin = std::chrono::steady_clock::now();
+  double wanted;
+  std::uint64_t seed;
+  bench::RandomSetting settings;
+  RandomSource random;
+  Engine soaked;
+  bench::HostileInput input;
+  double secondsDone = 0, nextChange = 0;
+  int blocksDone = 0;
+  std::size_t cut = 0;  // where a block is cut in two
+  std::string fault;
+  float peak = 0;
+  std::uint64_t hash = 0xCBF29CE484222325;  // of all that left: the same for the same seed on one machine
+  std::uint64_t adapted = 0, lines = 0;
+  std::size_t firstMemory = 0, memory = 0;
 };
 
 }  // namespace
