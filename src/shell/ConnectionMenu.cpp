@@ -1,6 +1,7 @@
 #include "shell/ConnectionMenu.h"
 
 #include "link/veltrana.h"
+#include "model/FieldAccess.h"
 #include "shell/PeriodicService.h"
 #include "text/Convert.h"
 #include "text/ProgramInfo.h"
@@ -28,7 +29,7 @@ ConnectionMenu::ConnectionMenu(const Around& parts) : around(parts) {
 }
 
 void ConnectionMenu::CheckPortAndRate() {
-  const SystemSettings& settings = around.settings;
+  const SystemSettings& settings = around.edits.settings;
   for (MenuEntry& entry : around.menus.mnuComSelect) entry.SetChecked(entry.core.index == settings.comPort);
   for (MenuEntry& entry : around.menus.mnuBaudSelect)
     entry.SetChecked(entry.core.index == settings.baudIndex);
@@ -40,11 +41,11 @@ void ConnectionMenu::CheckConnectEntries(bool connected) {
 }
 
 std::string ConnectionMenu::PortCaption() {
-  return around.menus.mnuComSelect(MinMax(around.settings.comPort, 1, 9)).core.Caption();
+  return around.menus.mnuComSelect(MinMax(around.edits.settings.comPort, 1, 9)).core.Caption();
 }
 
 std::string ConnectionMenu::RateCaption() {
-  return around.menus.mnuBaudSelect(MinMax(around.settings.baudIndex, 0, 4)).core.Caption();
+  return around.menus.mnuBaudSelect(MinMax(around.edits.settings.baudIndex, 0, 4)).core.Caption();
 }
 
 void ConnectionMenu::Connect() {
@@ -73,13 +74,13 @@ bool ConnectionMenu::MayDisconnect(const std::string& title, const std::string& 
 void ConnectionMenu::SelectPort(int entry) {
   const std::int16_t port = MinMax(LowWord(entry), 1, 9);
   if (!MayDisconnect("COM Port Change", "COM Port")) return;
-  around.settings.comPort = port;
+  around.edits.Apply({{&RowOf<&SystemSettings::comPort>(), 0, 0, static_cast<double>(port)}}, {});
   ShowSelection();
 }
 
 void ConnectionMenu::SelectRate(int entry) {
   if (!MayDisconnect("Baud Rate Change", "Baud Rate")) return;
-  around.settings.baudIndex = LowWord(entry);
+  around.edits.Apply({{&RowOf<&SystemSettings::baudIndex>(), 0, 0, static_cast<double>(entry)}}, {});
   ShowSelection();
 }
 

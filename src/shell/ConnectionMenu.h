@@ -5,7 +5,7 @@
 #include <string>
 
 #include "link/modDeviceComm.h"
-#include "model/SystemSettings.h"
+#include "model/RecordEdits.h"
 #include "model/modDeviceConfig.h"
 #include "platform/Desk.h"
 #include "shell/MasterMenus.h"
@@ -18,7 +18,7 @@ struct ConnectionMenu {
   // What it works on.
   struct Around {
     MasterMenus& menus;
-    SystemSettings& settings;
+    RecordEdits& edits;
     modDeviceComm& device;
     modDeviceConfig& config;
     Desk& desk;

@@ -12,7 +12,7 @@ MasterControl::MasterControl(const Around& parts)
     : form("MasterControl", ApplicationTitle + " Master Control Panel", FormLook::Dense),
       blocks(chain, parts.edits.settings),
       mirrors(top, chain, blocks, parts.edits),
-      connection({menus, parts.edits.settings, parts.device, parts.config, parts.desk, parts.periodic}),
+      connection({menus, parts.edits, parts.device, parts.config, parts.desk, parts.periodic}),
       actions({menus, top, chain, mirrors, blocks, connection, parts.edits.history, parts.desk, parts.panels,
                parts.windows, parts.look, parts.session}),
       edits(parts.edits),
