@@ -26,6 +26,7 @@ HandleView::HandleView(vc::PlotHandle& handle, PlotView& plot) : QWidget(&plot),
   setAccessibleName(ToQt(model.name));
   setFocusPolicy(Qt::StrongFocus);
   setCursor(ShapeOf(model));
+  hide();  // until it has a place
 }
 
 void HandleView::Place() {

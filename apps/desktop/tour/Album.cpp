@@ -14,6 +14,7 @@ namespace {
 
 // Menus are windows of their own: they are laid over the picture where they lie on the screen.
 QPixmap Grab(QWidget& window) {
+  QCoreApplication::sendPostedEvents();  // what goes to its place behind a change
   QRect whole(window.mapToGlobal(QPoint()), window.size());
   const QPoint corner = whole.topLeft();
   QList<QMenu*> menus;
