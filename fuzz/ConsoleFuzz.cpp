@@ -155,6 +155,7 @@ void RequireWayBack(Run& run) {
 
 void RequireExit(Run& run) {
   run.session.settings.levelControlsShown &= 1;  // a file carries no more of it
+  run.session.settings.specRun = 1;              // and nothing of this
   run.Say("quit");
   Require(run.loop.Ending() && !run.ports.state.open && run.session.forms.open.empty(), "the exit comes");
   Run next;
