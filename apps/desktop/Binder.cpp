@@ -96,7 +96,7 @@ void Binder::Follow(const vc::ControlCore& core, std::string_view property) {
   const bool every = property == EveryProperty;
   if (every || property == "Caption") ShowCaption(core, bound);
   if (every || property == "Enabled" || property == "Visible" || property == "Caption") {
-    ShowStanding(core, bound);
+    ShowUse(core, bound);
   }
   if (bound.showValue && property != "Caption" && property != "Visible") bound.showValue(property);
 }
@@ -116,8 +116,8 @@ void Binder::NameWithin(const vc::Frame& frame) {
   }
 }
 
-void Binder::ShowStanding(const vc::ControlCore& core, const Bound& bound) const {
-  if (bound.showStanding) return bound.showStanding(core.Enabled(), core.Visible());
+void Binder::ShowUse(const vc::ControlCore& core, const Bound& bound) const {
+  if (bound.showUse) return bound.showUse(core.Enabled(), core.Visible());
   for (QWidget* part :
        {bound.widget, static_cast<QWidget*>(bound.caption), static_cast<QWidget*>(bound.unit)}) {
     if (part == nullptr) continue;

@@ -30,9 +30,9 @@ struct Bound {
   QWidget* widget = nullptr;  // bears the control's name; none for a menu entry
   QLabel* caption = nullptr;  // beside it
   QLabel* unit = nullptr;
-  std::function<void()> showCaption{};                             // where the widget shows it itself
-  std::function<void(std::string_view property)> showValue{};      // any property but the common ones
-  std::function<void(bool enabled, bool visible)> showStanding{};  // in place of the widget's own
+  std::function<void()> showCaption{};                         // where the widget shows it itself
+  std::function<void(std::string_view property)> showValue{};  // any property but the common ones
+  std::function<void(bool enabled, bool visible)> showUse{};   // in place of the widget's own
 };
 
 class Binder {
@@ -79,7 +79,7 @@ class Binder {
  private:
   void Build(QWidget* container);
   void OrderTabs();
-  void ShowStanding(const vc::ControlCore& core, const Bound& bound) const;
+  void ShowUse(const vc::ControlCore& core, const Bound& bound) const;
   void ShowCaption(const vc::ControlCore& core, const Bound& bound) const;
 
   vc::Form* form;

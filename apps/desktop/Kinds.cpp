@@ -70,7 +70,7 @@ void BindKind(Binder& binder, vc::Frame& frame) {
                                  binder.NameWithin(frame);
                                },
                            .showValue = [box](std::string_view) { box->ShowStanding(); },
-                           .showStanding =
+                           .showUse =
                                [box, &frame](bool enabled, bool visible) {
                                  box->setEnabled(enabled);
                                  box->setVisible(visible && (enabled || !frame.collapses));

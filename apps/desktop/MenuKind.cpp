@@ -24,7 +24,7 @@ void Follow(Binder& binder, vc::MenuEntry& entry, QAction* action) {
     action->setCheckable(entry.checkable);
     action->setChecked(entry.Checked());
   };
-  bound.showStanding = [action](bool enabled, bool visible) {
+  bound.showUse = [action](bool enabled, bool visible) {
     action->setEnabled(enabled);
     action->setVisible(visible);
   };

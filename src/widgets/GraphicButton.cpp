@@ -13,13 +13,13 @@ void GraphicButton::SetValue(int latched) {
   Refresh();
 }
 
-GraphicButton::PictureState GraphicButton::Standing() const {
+GraphicButton::PictureState GraphicButton::PictureNow() const {
   if (!core.Enabled()) return PictureState::Disabled;
   return value == 1 ? PictureState::Down : PictureState::Up;
 }
 
 GraphicButton::PictureState GraphicButton::Picture() const {
-  return Standing() == replaced ? asked : Standing();
+  return PictureNow() == replaced ? asked : PictureNow();
 }
 
 void GraphicButton::Refresh(int state) {
@@ -29,7 +29,7 @@ void GraphicButton::Refresh(int state) {
     return;
   }
   const PictureState before = Picture();
-  replaced = Standing();
+  replaced = PictureNow();
   asked = state == 0 ? replaced : static_cast<PictureState>(state);
   if (asked != before) core.Changed("Picture");
 }

@@ -64,7 +64,7 @@ struct GraphicButton {
   void SetLatchedTint(Tint colour) { core.Store(tint, colour, "LatchedTint"); }
 
  private:
-  PictureState Standing() const;
+  PictureState PictureNow() const;
   void Raise(const std::function<void(const MouseEvent&)>& handler, const MouseEvent& event) const;
 
   int value = 0;

@@ -22,7 +22,7 @@ const std::array<BorrowedValue, 3> Analyzer{{{&RowOf<&SystemSettings::specAverag
 
 struct Lending : support::DownloadFixture {
   Lending() { Edit("specAverages", "2"); }
-  std::array<int, 3> Standing() const {
+  std::array<int, 3> Values() const {
     return {record.specAverages, record.averagerMode, record.yellowSignal};
   }
   static constexpr std::array<int, 3> Own{2, 0, 0}, Borrowed{7, 1, 5};
@@ -32,7 +32,7 @@ TEST_F(Lending, TheUnitFollowsWhatIsBorrowedAndWhatIsGivenBack) {
   Settle();
   Sent();
   std::optional<FieldLease> lease(std::in_place, record, Analyzer);
-  EXPECT_EQ(Standing(), Borrowed);
+  EXPECT_EQ(Values(), Borrowed);
   Settle();
   EXPECT_THAT(Sent(), HasSubstr("151/" + std::to_string(7 * 257 + 4112) + " "));
   record.specAverages = 4;
@@ -42,7 +42,7 @@ TEST_F(Lending, TheUnitFollowsWhatIsBorrowedAndWhatIsGivenBack) {
   moved.Release();
   moved.Release();
   EXPECT_FALSE(moved.Holds());
-  EXPECT_EQ(Standing(), Own);
+  EXPECT_EQ(Values(), Own);
   Settle();
   EXPECT_THAT(Sent(), HasSubstr("151/" + std::to_string(2 * 257) + " "));
 }
@@ -53,9 +53,9 @@ TEST_F(Lending, GoesToOneAtATimeAllOrNothing) {
       {{&RowOf<&SystemSettings::specRun>(), 0}, {&RowOf<&SystemSettings::averagerMode>(), 4}}};
   EXPECT_THROW(FieldLease(record, more), Fault);
   EXPECT_EQ(record.specRun, 1);
-  EXPECT_EQ(Standing(), Borrowed);
+  EXPECT_EQ(Values(), Borrowed);
   lease = FieldLease();
-  EXPECT_EQ(Standing(), Own);
+  EXPECT_EQ(Values(), Own);
   const FieldLease next(record, more);
   EXPECT_EQ(record.averagerMode, 4);
 }
@@ -67,12 +67,12 @@ TEST_F(Lending, UndoAndRedoPassItBy) {
   EXPECT_EQ(support::SetupOf(session), before);
   record.specAverages = 6;    // the borrower's
   Edit("specAverages", "9");  // the operator's, who gets it when the lease ends
-  EXPECT_EQ(Standing(), (std::array<int, 3>{6, 1, 5}));
+  EXPECT_EQ(Values(), (std::array<int, 3>{6, 1, 5}));
   session.history.Undo();
   session.history.Undo();
-  EXPECT_EQ(Standing(), (std::array<int, 3>{6, 1, 5}));
+  EXPECT_EQ(Values(), (std::array<int, 3>{6, 1, 5}));
   lease.Release();
-  EXPECT_EQ(Standing(), Own);
+  EXPECT_EQ(Values(), Own);
   session.history.Redo();
   EXPECT_EQ(record.yellowSignal, 3);
   EXPECT_EQ(support::SetupOf(session), before);
@@ -85,13 +85,13 @@ TEST_F(Lending, ARecallIsWhatIsGivenBack) {
   ASSERT_TRUE(session.setups.SaveSetupFile(path, 0));
   ASSERT_FALSE(session.setups.RecallSetupFile(test.folder.Path() + "/None.nrv", KeepConnection));
   session.NewSetup();
-  EXPECT_EQ(Standing(), Borrowed);
+  EXPECT_EQ(Values(), Borrowed);
   const std::int16_t factory = OperatorsRecord(record).specAverages;
   EXPECT_NE(factory, 2);
   ASSERT_TRUE(session.setups.RecallSetupFile(path, KeepConnection));
-  EXPECT_EQ(Standing(), Borrowed);
+  EXPECT_EQ(Values(), Borrowed);
   lease.Release();
-  EXPECT_EQ(Standing(), (std::array<int, 3>{2, 4, 0}));
+  EXPECT_EQ(Values(), (std::array<int, 3>{2, 4, 0}));
 }
 
 TEST_F(Lending, TheTitleOfTheFileDoesNotKnow) {
