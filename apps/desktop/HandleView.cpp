@@ -4,6 +4,7 @@
 
 #include <QMouseEvent>
 #include <QPainter>
+#include <QWheelEvent>
 
 #include "desktop/Binder.h"
 #include "desktop/QtText.h"
@@ -90,6 +91,21 @@ void HandleView::mouseMoveEvent(QMouseEvent* event) {
 
 void HandleView::mouseReleaseEvent(QMouseEvent* event) {
   if (event->button() == Qt::LeftButton) LetGo();
+}
+
+void HandleView::mouseDoubleClickEvent(QMouseEvent* event) {
+  if (event->button() == Qt::LeftButton) Carry([this] { model.SetDefault(); });
+}
+
+void HandleView::wheelEvent(QWheelEvent* event) {
+  constexpr int notch = 120;
+  wheelRest += event->angleDelta().y();
+  const int notches = wheelRest / notch;
+  wheelRest -= notches * notch;
+  bool turned = false;
+  const bool fine = event->modifiers().testFlag(Qt::ShiftModifier);
+  Carry([&] { turned = model.Turn(notches, fine); });
+  event->setAccepted(turned);
 }
 
 void HandleView::LetGo() {

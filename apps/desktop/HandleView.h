@@ -24,6 +24,8 @@ class HandleView : public QWidget {
   void mousePressEvent(QMouseEvent* event) override;
   void mouseMoveEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
+  void wheelEvent(QWheelEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void focusInEvent(QFocusEvent* event) override;
   void focusOutEvent(QFocusEvent* event) override;
@@ -40,6 +42,7 @@ class HandleView : public QWidget {
   QPointF place;  // on the plot
   QPointF grip;   // from the pointer to the place, while it is held
   bool hovered = false;
+  int wheelRest = 0;  // of a notch
 };
 
 }  // namespace desktop

@@ -44,8 +44,8 @@ struct MixedColour {
   QPalette::ColorRole role;
   double part;
 };
-constexpr std::array<MixedColour, 2> MixedColours{
-    {{0x40, QPalette::Link, 0.10}, {0x41, QPalette::PlaceholderText, 0.10}}};
+constexpr std::array<MixedColour, 3> MixedColours{
+    {{0x40, QPalette::Link, 0.10}, {0x41, QPalette::PlaceholderText, 0.10}, {0x42, QPalette::Link, 0.45}}};
 
 QColor Mixed(const MixedColour& mixed, const QPalette& palette) {
   const QColor ground = palette.color(QPalette::Base), more = palette.color(mixed.role);

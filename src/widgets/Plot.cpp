@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <ranges>
 #include <span>
 #include <utility>
 
@@ -155,11 +156,12 @@ std::string Plot::CursorText() const {
   const int decimals = static_cast<int>(-std::floor(std::log10((xAxis.to - xAxis.from) / fine)));
   std::string text = WithUnit(FixedText(*cursor, std::clamp(decimals, 0, 6)), xAxis.unit);
   const char* between = ": ";
+  const bool several = std::ranges::count_if(traces, &IsTold) > 1;
   for (const PlotTrace& trace : traces) {
-    const auto level = LevelAt(trace, *cursor);
+    const auto level = IsTold(trace) ? LevelAt(trace, *cursor) : std::nullopt;
     if (!level) continue;
     const std::string& unit = trace.yAxis ? trace.yAxis->unit : yAxis.unit;
-    text += between + (traces.size() > 1 ? trace.name + " " : "") + WithUnit(FixedText(*level, 1), unit);
+    text += between + (several ? trace.name + " " : "") + WithUnit(FixedText(*level, 1), unit);
     between = ", ";
   }
   return text;
@@ -207,7 +209,7 @@ void Plot::DrawGrid(Surface& surface, const PlotLayout& layout) const {
 }
 
 void Plot::DrawTraces(Surface& surface, const PlotLayout& layout) const {
-  for (const PlotTrace& trace : traces) {
+  for (const PlotTrace& trace : std::views::reverse(traces)) {
     if (!trace.values.empty()) DrawTrace(surface, trace, xAxis, layout);
   }
 }
@@ -219,7 +221,7 @@ void Plot::DrawCursor(Surface& surface, const PlotLayout& layout) const {
   surface.DrawDown(column, frame.top, frame.height, LineStyle::Solid, GrayText);
   constexpr int dot = 7;
   for (const PlotTrace& trace : traces) {
-    const auto level = LevelAt(trace, *cursor);
+    const auto level = IsTold(trace) ? LevelAt(trace, *cursor) : std::nullopt;
     const int row = level ? static_cast<int>(layout.ScaleFor(trace).PixelOf(*level)) : -1;
     if (row < frame.top || row >= frame.Bottom()) continue;
     surface.FillEllipse({column - dot / 2, row - dot / 2, dot, dot}, trace.colour);

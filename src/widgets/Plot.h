@@ -20,7 +20,8 @@ namespace vc {
 inline constexpr std::array<Colour, 4> TraceColours{HotLight, 0x1F7AD8, 0x4C9A3A, 0xB04FA8};
 
 // The first value stands at the beginning of the x axis, the last at its end, the others evenly between, or
-// each at a place of its own. One value alone is a level all along. What is not a number is left out.
+// each at a place of its own. One value alone is a level all along. What is not a number is left out. The
+// first trace of a plot lies on top of the others; one without a name is drawn, and told nowhere.
 struct PlotTrace {
   std::string name;
   std::vector<float> values;
@@ -29,6 +30,7 @@ struct PlotTrace {
   std::optional<PlotAxis> yAxis{};  // of its own, at the right; the plot's where it has none
   bool operator==(const PlotTrace&) const = default;
 };
+inline bool IsTold(const PlotTrace& trace) { return !trace.name.empty(); }
 
 // A line across the plot, and what it says.
 struct PlotMarker {

@@ -53,30 +53,50 @@ std::string Turned(std::string_view combination) {
 HandleAxis::HandleAxis(Slider* moved, Law toAxis, Law toSlider)
     : slider(moved), valueOf(std::move(toAxis)), positionOf(std::move(toSlider)) {}
 
-PlotHandle::PlotHandle(Plot& shownIn, std::string handleName, HandleAxis along, HandleAxis upright)
-    : plot(shownIn), name(std::move(handleName)), x(std::move(along)), y(std::move(upright)) {
+HandleAxis HandleAxis::Standing(std::function<double()> place) {
+  HandleAxis axis(HandleRest::OnCurve);
+  axis.standsAt = std::move(place);
+  return axis;
+}
+
+std::optional<double> HandleAxis::Place() const {
+  if (slider != nullptr) return valueOf(slider->Position());
+  return standsAt ? std::optional(standsAt()) : std::nullopt;
+}
+
+PlotHandle::PlotHandle(Plot& shownIn, std::string handleName, HandleAxis along, HandleAxis upright,
+                       Slider* turnedByWheel)
+    : plot(shownIn),
+      name(std::move(handleName)),
+      x(std::move(along)),
+      y(std::move(upright)),
+      wheel(turnedByWheel) {
   plot.handles.push_back(this);
-  for (const HandleAxis* axis : {&x, &y}) {
-    if (axis->slider == nullptr) continue;
-    auto& others = axis->slider->alsoShownBy;
+  for (Slider* slider : Sliders()) {
+    auto& others = slider->alsoShownBy;
     if (std::ranges::find(others, &plot.core) == others.end()) others.push_back(&plot.core);
   }
+}
+
+std::vector<Slider*> PlotHandle::Sliders() const {
+  std::vector<Slider*> sliders{x.slider, y.slider, wheel};
+  std::erase(sliders, nullptr);
+  return sliders;
 }
 
 bool PlotHandle::Usable() const {
   const auto usable = [](const HandleAxis& axis) {
     return axis.slider == nullptr || axis.slider->core.Usable();
   };
-  return plot.core.Usable() && usable(x) && usable(y);
+  return plot.core.Usable() && usable(x) && usable(y) && (!offered || offered());
 }
 
 Point PlotHandle::Place(const PlotLayout& layout) const {
   const Rectangle& frame = layout.frame;
-  const double valueX = x.slider == nullptr ? 0.0 : x.valueOf(x.slider->Position());
+  const std::optional<double> placeX = x.Place(), placeY = y.Place();
   Point at;
-  at.x = x.slider == nullptr ? AmidStopband(plot, layout) : layout.x.PixelOf(valueX);
-  at.y = y.slider == nullptr ? OnCurve(plot, layout, x.slider == nullptr ? layout.x.ValueAt(at.x) : valueX)
-                             : layout.y.PixelOf(y.valueOf(y.slider->Position()));
+  at.x = placeX ? layout.x.PixelOf(*placeX) : AmidStopband(plot, layout);
+  at.y = placeY ? layout.y.PixelOf(*placeY) : OnCurve(plot, layout, placeX.value_or(layout.x.ValueAt(at.x)));
   constexpr double middle = 0.5;
   at.x = std::clamp(at.x, frame.left + middle, frame.Right() - middle);
   at.y = std::clamp(at.y, frame.top + middle, frame.Bottom() - middle);
@@ -89,7 +109,10 @@ std::string PlotHandle::Reading() const {
     if (axis->slider == nullptr) continue;
     text += (text.empty() ? "" : ", ") + ReadingOf(*axis->slider) + (unit->empty() ? "" : " " + *unit);
   }
-  return text;
+  if (wheel == nullptr) return text;
+  const auto texts = TextsOf(*wheel);
+  const std::string unit = texts.empty() || texts.front()->unit.empty() ? "" : " " + texts.front()->unit;
+  return text + ", " + WithoutAccessKey(wheel->core.Caption()) + " " + ReadingOf(*wheel) + unit;
 }
 
 void PlotHandle::Hold() {
@@ -111,12 +134,39 @@ void PlotHandle::MoveTo(double atX, double atY) {
     move(x, atX);
     move(y, atY);
   };
-  const bool both = x.slider != nullptr && y.slider != nullptr;
-  if (both && plot.together) {
-    plot.together(name, moveBoth);
+  if (x.slider != nullptr && y.slider != nullptr) {
+    Together(moveBoth);
   } else {
     moveBoth();
   }
+}
+
+void PlotHandle::Together(const std::function<void()>& action) {
+  if (plot.together) {
+    plot.together(name, action);
+  } else {
+    action();
+  }
+}
+
+bool PlotHandle::Turn(int notches, bool fine) {
+  if (wheel == nullptr || !wheel->core.Usable()) return false;
+  constexpr double notchesAcross = 100.0;
+  const double step = wheel->MouseWheelStepSize > 0.0 ? wheel->MouseWheelStepSize : 1.0;
+  const double steps = std::round((wheel->PositionMax() - wheel->PositionMin()) / step / notchesAcross);
+  wheel->MoveBy(notches * step * (fine ? 1.0 : std::max(steps, 1.0)));
+  return true;
+}
+
+void PlotHandle::SetDefault() {
+  Release();
+  const auto sliders = Sliders();
+  Together([&sliders] {
+    for (Slider* slider : sliders) {
+      if (slider->defaultPosition) slider->SetPosition(slider->defaultPosition());
+    }
+  });
+  for (Slider* slider : sliders) slider->Release();
 }
 
 void PlotHandle::Release() {

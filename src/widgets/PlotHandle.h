@@ -1,9 +1,12 @@
-// A point of a plot that mouse and arrow keys take, and that moves one or two sliders of the form.
+// A point of a plot that mouse and arrow keys take, and that moves one or two sliders of the form; the wheel
+// may move one more.
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "widgets/Controls.h"
 #include "widgets/Plot.h"
@@ -23,20 +26,28 @@ struct HandleAxis {
 
   HandleAxis(Slider* moved, Law toAxis = Same, Law toSlider = Same);  // NOLINT(google-explicit-constructor)
   HandleAxis(HandleRest resting) : rest(resting) {}                   // NOLINT(google-explicit-constructor)
+  // It lies at a place of the axis that something else gives.
+  static HandleAxis Standing(std::function<double()> place);
 
   Slider* slider = nullptr;
   Law valueOf = Same, positionOf = Same;
   HandleRest rest = HandleRest::OnCurve;
+  std::function<double()> standsAt;  // none where it rests
+  // On the axis; none where it rests.
+  std::optional<double> Place() const;
 };
 
 struct PlotHandle {
   // PlotHandle edge{plot, "Cutoff", &cutoff.slider, &atten.slider};
-  PlotHandle(Plot& shownIn, std::string handleName, HandleAxis along, HandleAxis upright);
+  PlotHandle(Plot& shownIn, std::string handleName, HandleAxis along, HandleAxis upright,
+             Slider* turnedByWheel = nullptr);
   PlotHandle(const PlotHandle&) = delete;
   PlotHandle& operator=(const PlotHandle&) = delete;
 
   Plot& plot;
   const std::string name;
+  // Whether there is something to take now, where that is not always so.
+  std::function<bool()> offered;
 
   // The slider that stands for it where one is asked for: that of the x axis, where it has one.
   Slider& Main() const { return x.slider != nullptr ? *x.slider : *y.slider; }
@@ -45,7 +56,7 @@ struct PlotHandle {
   bool Usable() const;
   // On the surface that the layout is for, at the border where its place is outside.
   Point Place(const PlotLayout& layout) const;
-  // What its sliders show: "1000 Hz", "1000 Hz, 40 dB".
+  // What its sliders show: "1000 Hz", "1000 Hz, 40 dB", "1000 Hz, Width 55.2 Hz".
   std::string Reading() const;
 
   // The operator takes it, moves it to a point of the axes, and lets go: one step to undo.
@@ -56,9 +67,18 @@ struct PlotHandle {
   // A key of the slider that lies in its direction; "Left" and "Down" go to lower values of the axis. False
   // for any other.
   bool Press(std::string_view combination);
+  // The wheel, in notches, away from the operator above 0: a hundredth of its slider's range each, fine a
+  // single step. False where it has no slider.
+  bool Turn(int notches, bool fine);
+  // The operator wants the defaults of all its sliders: one step to undo.
+  void SetDefault();
 
  private:
+  std::vector<Slider*> Sliders() const;
+  void Together(const std::function<void()>& action);
+
   HandleAxis x, y;
+  Slider* wheel;
   bool held = false;
 };
 

@@ -96,8 +96,10 @@ std::vector<Builder::Headed> Builder::Headings() const {
   std::vector<Headed> all;
   if (const std::string caption = WithoutAccessKey(plot.core.Caption()); !caption.empty())
     all.push_back({caption});
-  if (plot.Traces().size() > 1) {
-    for (const PlotTrace& trace : plot.Traces()) all.push_back({trace.name, &trace});
+  if (std::ranges::count_if(plot.Traces(), &IsTold) > 1) {
+    for (const PlotTrace& trace : plot.Traces()) {
+      if (IsTold(trace)) all.push_back({trace.name, &trace});
+    }
   }
   if (!plot.Note().empty()) all.push_back({plot.Note(), nullptr, true});
   return all;

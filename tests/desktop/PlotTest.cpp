@@ -177,6 +177,10 @@ TEST(PlotHandles, ADragIsDrawnAtEveryEventAndIsOneStep) {
   EXPECT_EQ(block[0] + 256 * block[1], run.record.lpfCutoff[1]);
   run.Press("Ctrl+Z");
   EXPECT_EQ(run.record.lpfCutoff[1], 1000);
+  QTest::mouseDClick(window, Qt::LeftButton, {}, knob.mapTo(&run.Window(), knob.rect().center()));
+  EXPECT_EQ(run.record.lpfCutoff[1], 100);  // as a new setup has it
+  run.Press("Ctrl+Z");
+  EXPECT_EQ(run.record.lpfCutoff[1], 1000);
 }
 
 TEST(PlotHandles, AreReachedByTabAndMovedByArrows) {

@@ -171,9 +171,10 @@ TEST_F(Plots, CurvesMayHavePlacesAndARangeOfTheirOwn) {
   const PlotLayout layout = LayOut(plot, surface, Area);
   const auto curves = Drawn("curve");
   ASSERT_EQ(curves.size(), 2U);
-  EXPECT_NEAR(curves[1].points[0].x, layout.frame.left + 0.5 + (layout.frame.width - 1) * 0.25, 1e-9);
-  EXPECT_NEAR(curves[1].points[0].y, layout.frame.top + 0.5 + (layout.frame.height - 1) * 0.75, 1e-9);
-  EXPECT_EQ(curves[1].points[1].x, curves[1].points[2].x);
+  const std::vector<Point>& phase = curves[0].points;  // the first trace is drawn last, on top
+  EXPECT_NEAR(phase[0].x, layout.frame.left + 0.5 + (layout.frame.width - 1) * 0.25, 1e-9);
+  EXPECT_NEAR(phase[0].y, layout.frame.top + 0.5 + (layout.frame.height - 1) * 0.75, 1e-9);
+  EXPECT_EQ(phase[1].x, phase[2].x);
   CheckTexts(Area);
   const auto texts = Drawn("text");
   EXPECT_TRUE(std::ranges::any_of(texts, [&](const support::Drawn& text) {
@@ -183,6 +184,14 @@ TEST_F(Plots, CurvesMayHavePlacesAndARangeOfTheirOwn) {
   EXPECT_EQ(plot.CursorText(), "600 Hz: Level -7.5 dB, Phase 0.0 deg");
   plot.SetCursor(9999);
   EXPECT_EQ(plot.CursorText(), "1600 Hz: Level -20.0 dB");
+}
+
+TEST_F(Plots, ATraceWithoutANameIsDrawnAndToldNowhere) {
+  plot.SetTraces({{"Whole", {0.0F, -20.0F}}, {"", {-5.0F, -5.0F}, FaintCurve}});
+  EXPECT_EQ(Drawn("curve").size(), 2U);
+  EXPECT_TRUE(LayOut(plot, surface, Area).swatches.empty());
+  plot.SetCursor(800);
+  EXPECT_EQ(plot.CursorText(), "800 Hz: -10.0 dB");
 }
 
 TEST_F(Plots, BandsAndAnImageLieBehindTheGrid) {
@@ -284,6 +293,41 @@ TEST_F(Handles, FollowTheArrowsOfTheScreen) {
   EXPECT_FALSE(edge.Press("Up"));
   EXPECT_FALSE(edge.Press("F7"));
   EXPECT_EQ(both.Reading(), "110 Hz, 10 dB");
+}
+
+TEST_F(Handles, TheWheelTurnsOneMoreSliderAndADoubleClickPutsAllBack) {
+  Slider width{form, "sldrWidth", "&Width"};
+  width.SetRange(3, 463);
+  width.ReverseScale = true;
+  TextBox text{form, "txtWidth", ""};
+  text.unit = "Hz";
+  text.shows = &width;
+  PlotHandle notch{plot, "Notch", &along, HandleAxis::Standing([] { return -12.0; }), &width};
+  along.SetPosition(800);
+  width.SetPosition(100);
+  EXPECT_NEAR(At(notch).y, -12, 1e-6);
+  EXPECT_TRUE(notch.Turn(2, false));
+  EXPECT_EQ(width.Position(), 90);
+  EXPECT_TRUE(notch.Turn(-1, true));
+  EXPECT_EQ(width.Position(), 91);
+  EXPECT_FALSE(edge.Turn(1, false));
+  EXPECT_EQ(notch.Reading(), "800 Hz, Width 91 Hz");
+  std::string edits;
+  plot.together = [&](const std::string& handle, const std::function<void()>& action) {
+    edits += handle;
+    action();
+  };
+  along.defaultPosition = [] { return 100.0; };
+  width.defaultPosition = [] { return 50.0; };
+  notch.SetDefault();
+  EXPECT_EQ(along.Position(), 100);
+  EXPECT_EQ(width.Position(), 50);
+  EXPECT_EQ(edits, "Notch");
+  bool there = false;
+  notch.offered = [&there] { return there; };
+  EXPECT_FALSE(notch.Usable());
+  there = true;
+  EXPECT_TRUE(notch.Usable());
 }
 
 TEST_F(Plots, IsToldInWords) {
