@@ -15,7 +15,11 @@ namespace {
 using Frequencies = std::vector<double>;  // cycles per sample, 0.0..0.5
 using Amplitudes = std::vector<double>;   // of either sign, one a frequency
 
-using ResponseLaw = Amplitudes (*)(const SystemSettings& settings, int stage, const Frequencies& frequencies);
+using ResponseLaw = Amplitudes (*)(const SystemSettings& settings, int number,
+                                   const Frequencies& frequencies);
+using PartsLaw = std::vector<Amplitudes> (*)(const SystemSettings& settings, int number,
+                                             const Frequencies& frequencies);
+using TellingLaw = std::vector<double> (*)(const SystemSettings& settings, int number);  // Hz
 
 template <CutOffFilter (*FilterOf)(const SystemSettings&, int)>
 Amplitudes CutOffResponse(const SystemSettings& settings, int stage, const Frequencies& frequencies) {
@@ -27,55 +31,72 @@ Amplitudes CutOffResponse(const SystemSettings& settings, int stage, const Frequ
 }
 
 struct ResponseRow {
-  std::int16_t filterType;
+  BlockFamily family;
+  std::int16_t kind;
   ResponseLaw law;
+  PartsLaw parts = nullptr;      // none where the whole is made of nothing else
+  TellingLaw telling = nullptr;  // none where nothing is narrow
 };
 
 constexpr std::array responses{
-    ResponseRow{FilterKind::Lowpass, CutOffResponse<LowpassOf>},
-    ResponseRow{FilterKind::Highpass, CutOffResponse<HighpassOf>},
-    ResponseRow{FilterKind::Bandpass, CutOffResponse<BandpassOf>},
-    ResponseRow{FilterKind::Bandstop, CutOffResponse<BandstopOf>},
+    ResponseRow{BlockFamily::Filter, FilterKind::Lowpass, CutOffResponse<LowpassOf>},
+    ResponseRow{BlockFamily::Filter, FilterKind::Highpass, CutOffResponse<HighpassOf>},
+    ResponseRow{BlockFamily::Filter, FilterKind::Bandpass, CutOffResponse<BandpassOf>},
+    ResponseRow{BlockFamily::Filter, FilterKind::Bandstop, CutOffResponse<BandstopOf>},
 };
 
-Frequencies Spread(const SystemSettings& settings, std::size_t points) {
-  const double top = Bounded(settings.bandwidthHz / static_cast<double>(settings.sampleRate), 0.0, 0.5);
-  const double steps = static_cast<double>(std::max<std::size_t>(points, 2) - 1);
-  Frequencies frequencies;
-  frequencies.reserve(points);
-  for (std::size_t i = 0; i < points; i++) frequencies.push_back(top * static_cast<double>(i) / steps);
-  return frequencies;
+const ResponseRow* RowOf(const BlockKind& block) {
+  const auto* row = std::ranges::find_if(responses, [&block](const ResponseRow& one) {
+    return one.family == block.family && one.kind == block.kind;
+  });
+  return row == responses.end() ? nullptr : row;
 }
 
-float Decibels(double amplitude) {
-  return std::max(LowestResponse, static_cast<float>(20 * std::log10(std::abs(amplitude))));
-}
-
-std::vector<float> ResponseAt(const SystemSettings& settings, int stage, std::int16_t filterType,
-                              const Frequencies& frequencies) {
-  const auto row = std::ranges::find(responses, filterType, &ResponseRow::filterType);
-  if (row == responses.end()) return {};
-  const Amplitudes amplitudes = row->law(settings, stage, frequencies);
-  std::vector<float> decibels(amplitudes.size());
-  std::ranges::transform(amplitudes, decibels.begin(), Decibels);
-  return decibels;
-}
-
-}  // namespace
-
-std::vector<float> FilterResponse(const SystemSettings& settings, int stage, std::int16_t filterType,
-                                  std::span<const double> frequencies) {
+Frequencies InCycles(const SystemSettings& settings, std::span<const double> frequencies) {
   Frequencies cycles;
   cycles.reserve(frequencies.size());
   for (const double frequency : frequencies) {
     cycles.push_back(Bounded(frequency / static_cast<double>(settings.sampleRate), 0.0, 0.5));
   }
-  return ResponseAt(settings, stage, filterType, cycles);
+  return cycles;
 }
 
-std::vector<float> FilterResponse(const SystemSettings& settings, int stage, std::int16_t filterType,
-                                  std::size_t points) {
-  return ResponseAt(settings, stage, filterType, Spread(settings, points));
+std::vector<float> InDecibels(const Amplitudes& amplitudes) {
+  std::vector<float> decibels(amplitudes.size());
+  std::ranges::transform(amplitudes, decibels.begin(), [](double amplitude) {
+    return std::max(LowestResponse, static_cast<float>(20 * std::log10(std::abs(amplitude))));
+  });
+  return decibels;
+}
+
+}  // namespace
+
+bool HasResponse(const BlockKind& block) { return RowOf(block) != nullptr; }
+
+std::vector<float> FilterResponse(const SystemSettings& settings, const BlockKind& block,
+                                  std::span<const double> frequencies) {
+  const ResponseRow* row = RowOf(block);
+  if (row == nullptr) return {};
+  return InDecibels(row->law(settings, block.number, InCycles(settings, frequencies)));
+}
+
+std::vector<std::vector<float>> ResponseParts(const SystemSettings& settings, const BlockKind& block,
+                                              std::span<const double> frequencies) {
+  const ResponseRow* row = RowOf(block);
+  if (row == nullptr || row->parts == nullptr) return {};
+  std::vector<std::vector<float>> parts;
+  for (const Amplitudes& part : row->parts(settings, block.number, InCycles(settings, frequencies))) {
+    parts.push_back(InDecibels(part));
+  }
+  return parts;
+}
+
+std::vector<double> TellingFrequencies(const SystemSettings& settings, const BlockKind& block) {
+  const ResponseRow* row = RowOf(block);
+  if (row == nullptr || row->telling == nullptr) return {};
+  std::vector<double> telling = row->telling(settings, block.number);
+  std::erase_if(telling, [&](double hertz) { return !(hertz >= 0 && hertz <= settings.bandwidthHz); });
+  return telling;
 }
 
 }  // namespace vc

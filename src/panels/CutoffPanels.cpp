@@ -4,6 +4,7 @@
 #include <functional>
 
 #include "model/Kinds.h"
+#include "panels/ResponsePlot.h"
 
 namespace vc {
 namespace {
@@ -46,8 +47,6 @@ std::vector<PlotBand> BandsBetween(const Panel& panel, const std::vector<PlotMar
 PlotMarker StopbandAt(double atten) { return {-atten, "Stopband"}; }
 
 }  // namespace
-
-HandleAxis Downward(Slider& attenuation) { return {&attenuation, std::negate<>{}, std::negate<>{}}; }
 
 const EdgeFilter CtlLPF{"CtlLPF",
                         "Lowpass",
@@ -95,14 +94,15 @@ const BandFilter CtlBSF{"CtlBSF",
 EdgePanel::EdgePanel(const PanelContext& context, const EdgeFilter& edgeFilter)
     : filter(edgeFilter),
       panel(context, filter.form, filter.title),
-      response(
-          panel, filter.kind,
-          [this] {
-            const double level = ValueAt(panel, filter.atten);
-            const std::vector<PlotMarker> edges{{ValueAt(panel, filter.cutoff), "Cutoff"}};
-            return ResponseCurve::Markers{
-                edges, {StopbandAt(level)}, BandsBetween(panel, edges, {filter.below, filter.above}), level};
-          }),
+      response(panel, BlockFamily::Filter, filter.kind,
+               [this] {
+                 const double level = ValueAt(panel, filter.atten);
+                 const std::vector<PlotMarker> edges{{ValueAt(panel, filter.cutoff), "Cutoff"}};
+                 return ResponseCurve::Setting{edges,
+                                               {StopbandAt(level)},
+                                               BandsBetween(panel, edges, {filter.below, filter.above}),
+                                               LevelAxis(level)};
+               }),
       cutoff(panel, fraSettings, "Cutoff Frequency", "sldrCutoff", "txtCutoff", WholeNumber("Hz"),
              Below(panel, filter.reach), InRecord(panel, OfFilter(filter.cutoff))),
       slope(panel, fraSettings, SlopeCaption, "sldrTransSlope", "txtTransSlope",
@@ -117,16 +117,16 @@ EdgePanel::EdgePanel(const PanelContext& context, const EdgeFilter& edgeFilter)
 BandPanel::BandPanel(const PanelContext& context, const BandFilter& bandFilter)
     : filter(bandFilter),
       panel(context, filter.form, filter.title),
-      response(panel, filter.kind,
+      response(panel, BlockFamily::Filter, filter.kind,
                [this] {
                  const double level = ValueAt(panel, filter.atten);
                  const std::vector<PlotMarker> edges{{ValueAt(panel, filter.loCutoff), "Lower"},
                                                      {ValueAt(panel, filter.hiCutoff), "Upper"}};
-                 return ResponseCurve::Markers{
+                 return ResponseCurve::Setting{
                      edges,
                      {StopbandAt(level)},
                      BandsBetween(panel, edges, {filter.outside, filter.within, filter.outside}),
-                     level};
+                     LevelAxis(level)};
                }),
       loCutoff(panel, fraSettings, "Lower Cutoff Frequency", "sldrLoCutoff", "txtLoCutoff", WholeNumber("Hz"),
                Below(panel, LeastBand), InRecord(panel, OfFilter(filter.loCutoff))),

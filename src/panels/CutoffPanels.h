@@ -10,9 +10,6 @@
 
 namespace vc {
 
-// An attenuation on an axis of levels.
-HandleAxis Downward(Slider& attenuation);
-
 struct EdgeFilter {
   const char* form;
   const char* title;

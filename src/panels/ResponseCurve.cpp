@@ -1,22 +1,38 @@
 #include "panels/ResponseCurve.h"
 
+#include <functional>
 #include <string>
 #include <utility>
 
 #include "panels/ResponsePlot.h"
 
 namespace vc {
-namespace {
 
-constexpr std::size_t Points = 401;
+BlockKind EditedBlock(const SystemSettings& settings, BlockFamily family, std::int16_t kind) {
+  switch (family) {
+    case BlockFamily::Equalizer:
+      return {family, settings.curEq, kind};
+    case BlockFamily::Broadband:
+      return {family, settings.curBroadband, kind};
+    default:
+      return {family, settings.curFilter, kind};
+  }
+}
 
-}  // namespace
+ResponseCurve::ResponseCurve(Panel& owner, BlockFamily family, std::int16_t kind,
+                             std::function<Setting()> around)
+    : ResponseCurve(
+          owner,
+          [&settings = owner.settings, family, kind](const PlotAxis& frequencies) {
+            return ResponseTraces(settings, EditedBlock(settings, family, kind), frequencies, Points);
+          },
+          std::move(around)) {}
 
-ResponseCurve::ResponseCurve(Panel& owner, std::int16_t filterType, std::function<Markers()> markers)
+ResponseCurve::ResponseCurve(Panel& owner, Curves drawn, std::function<Setting()> around)
     : pltResponse(owner.form, "pltResponse", "Computed Response"),
       panel(owner),
-      kind(filterType),
-      markersNow(std::move(markers)) {
+      curvesOver(std::move(drawn)),
+      settingNow(std::move(around)) {
   pltResponse.SetNote("Computed from these settings, not measured.");
   panel.shown.emplace_back([this] { Draw(); });
   BindPlot();
@@ -38,13 +54,14 @@ void ResponseCurve::BindPlot() {
   };
 }
 
+HandleAxis Downward(Slider& attenuation) { return {&attenuation, std::negate<>{}, std::negate<>{}}; }
+
 // The levels stay as they are in the hand, which would lose its hold.
 void ResponseCurve::Draw() {
-  const SystemSettings& settings = panel.settings;
-  const auto& [edges, levels, bands, attenuation] = markersNow();
-  const PlotAxis frequencies = FrequencyAxis(settings, panel.context.frequencyAxis());
-  pltResponse.SetAxes(frequencies, pltResponse.HandleHeld() ? pltResponse.YAxis() : LevelAxis(attenuation));
-  pltResponse.SetTraces({ResponseTrace(settings, settings.curFilter, kind, frequencies, Points)});
+  const auto& [edges, levels, bands, levelAxis] = settingNow();
+  const PlotAxis frequencies = FrequencyAxis(panel.settings, panel.context.frequencyAxis());
+  pltResponse.SetAxes(frequencies, pltResponse.HandleHeld() ? pltResponse.YAxis() : levelAxis);
+  pltResponse.SetTraces(curvesOver(frequencies));
   pltResponse.SetMarkers(edges, levels);
   pltResponse.SetBands(bands);
 }

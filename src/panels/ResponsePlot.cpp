@@ -1,9 +1,7 @@
 #include "panels/ResponsePlot.h"
 
+#include <algorithm>
 #include <cmath>
-#include <vector>
-
-#include "model/FilterResponse.h"
 
 namespace vc {
 
@@ -12,17 +10,37 @@ PlotAxis FrequencyAxis(const SystemSettings& settings, AxisLaw law) {
   return {from, static_cast<double>(settings.bandwidthHz), "Hz", law};
 }
 
-PlotTrace ResponseTrace(const SystemSettings& settings, int stage, std::int16_t filterType,
-                        const PlotAxis& frequencies, std::size_t points) {
-  PlotTrace trace{.name = "Response", .values = {}};
-  if (frequencies.law == AxisLaw::Linear) {
-    trace.values = FilterResponse(settings, stage, filterType, points);
-    return trace;
+std::vector<double> ResponsePlaces(const SystemSettings& settings, const BlockKind& block,
+                                   const PlotAxis& frequencies, std::size_t points) {
+  const PlotScale scale(frequencies, 0.0, static_cast<double>(points - 1));
+  std::vector<double> places;
+  for (std::size_t i = 0; i < points; ++i) places.push_back(scale.ValueAt(static_cast<double>(i)));
+  const auto even = static_cast<std::ptrdiff_t>(places.size());
+  for (const double telling : TellingFrequencies(settings, block)) {
+    if (telling > frequencies.from && telling < frequencies.to) places.push_back(telling);
   }
-  const PlotScale places(frequencies, 0.0, static_cast<double>(points - 1));
-  for (std::size_t i = 0; i < points; ++i) trace.places.push_back(places.ValueAt(static_cast<double>(i)));
-  trace.values = FilterResponse(settings, stage, filterType, trace.places);
+  std::sort(places.begin() + even, places.end());
+  std::inplace_merge(places.begin(), places.begin() + even, places.end());
+  return places;
+}
+
+PlotTrace ResponseTrace(const SystemSettings& settings, const BlockKind& block, const PlotAxis& frequencies,
+                        std::size_t points) {
+  PlotTrace trace{.name = "Response", .values = {}};
+  if (!HasResponse(block)) return trace;
+  trace.places = ResponsePlaces(settings, block, frequencies, points);
+  trace.values = FilterResponse(settings, block, trace.places);
   return trace;
+}
+
+std::vector<PlotTrace> ResponseTraces(const SystemSettings& settings, const BlockKind& block,
+                                      const PlotAxis& frequencies, std::size_t points) {
+  std::vector<PlotTrace> traces{ResponseTrace(settings, block, frequencies, points)};
+  for (auto& part : ResponseParts(settings, block, traces.front().places)) {
+    traces.push_back(
+        {.name = "", .values = std::move(part), .colour = FaintCurve, .places = traces.front().places});
+  }
+  return traces;
 }
 
 PlotAxis LevelAxis(double attenuation) {

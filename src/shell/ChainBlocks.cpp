@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "model/Kinds.h"
 #include "panels/KeyNumbers.h"
 #include "panels/ResponsePlot.h"
 
@@ -94,7 +95,7 @@ void ChainBlocks::ShowWhatBlocksDo() {
     ShowKeyNumbers();
     ComputeResponses();
   }
-  for (int stage = 1; stage <= FilterStages; ++stage) ShowResponse(stage);
+  ShowResponses();
 }
 
 void ChainBlocks::LayOutFrequencies(AxisLaw law) {
@@ -116,26 +117,44 @@ void ChainBlocks::ShowKeyNumbers() {
   chain.limiter.keys.core.SetCaption(LimiterKeyNumbers(settings));
 }
 
+std::vector<ChainBlocks::Pictured> ChainBlocks::PicturedBlocks() {
+  std::vector<Pictured> blocks;
+  for (int stage = 1; stage <= FilterStages; ++stage) {
+    FilterBlock& block = chain.Filter(stage);
+    blocks.push_back({{BlockFamily::Filter, stage, settings.filterType[stage]}, block.response, block.frame});
+  }
+  for (const int side : {1, 2}) {
+    KindBlock &equalizer = chain.Equalizer(side), &broadband = chain.Broadband(side);
+    blocks.push_back(
+        {{BlockFamily::Equalizer, side, settings.eqType[side]}, equalizer.response, equalizer.frame});
+    blocks.push_back(
+        {{BlockFamily::Broadband, side, settings.broadbandType[side]}, broadband.response, broadband.frame});
+  }
+  return blocks;
+}
+
 void ChainBlocks::ComputeResponses() {
   constexpr std::size_t points = 81;
-  for (int stage = 1; stage <= FilterStages; ++stage) {
-    responses[stage] = ResponseTrace(settings, stage, settings.filterType[stage],
-                                     FrequencyAxis(settings, frequencyAxis), points);
+  const PlotAxis frequencies = FrequencyAxis(settings, frequencyAxis);
+  responses.clear();
+  for (const Pictured& one : PicturedBlocks()) {
+    responses.push_back(ResponseTrace(settings, one.block, frequencies, points));
   }
   computed = settings;
   computedAxis = frequencyAxis;
 }
 
-void ChainBlocks::ShowResponse(int stage) {
+void ChainBlocks::ShowResponses() {
   constexpr double highestDb = 5, lowestDb = -65;
-  FilterBlock& block = chain.Filter(stage);
-  PlotTrace curve = responses[stage];
-  block.response.core.SetVisible(!curve.values.empty());
-  if (curve.values.empty()) return;
-  const bool in = block.frame.InTheWay() == Standing::In;
-  curve.colour = in ? TraceColours[0] : GrayText;
-  block.response.SetAxes(FrequencyAxis(settings, frequencyAxis), {lowestDb, highestDb, "dB"});
-  block.response.SetTraces({curve});
+  auto curve = responses.begin();
+  for (const auto& [block, plot, frame] : PicturedBlocks()) {
+    PlotTrace trace = *curve++;
+    plot.core.SetVisible(!trace.values.empty());
+    if (trace.values.empty()) continue;
+    trace.colour = frame.InTheWay() == Standing::In ? TraceColours[0] : GrayText;
+    plot.SetAxes(FrequencyAxis(settings, frequencyAxis), {lowestDb, highestDb, "dB"});
+    plot.SetTraces({trace});
+  }
 }
 
 void ChainBlocks::ConfigureFilterStageButtons(int stage) {

@@ -7,7 +7,7 @@
 #include <utility>
 #include <vector>
 
-#include "model/Kinds.h"
+#include "model/FilterResponse.h"
 #include "model/SystemSettings.h"
 #include "shell/ChainLayout.h"
 #include "widgets/Plot.h"
@@ -53,12 +53,19 @@ struct ChainBlocks {
   };
   void ShowChannels();
   void ShowKeyNumbers();
+  // A block that can have a picture, as it runs now.
+  struct Pictured {
+    BlockKind block;
+    Plot& plot;
+    const Frame& frame;
+  };
+  std::vector<Pictured> PicturedBlocks();
   void ComputeResponses();
-  void ShowResponse(int stage);
+  void ShowResponses();
 
   ChainLayout& chain;
   const SystemSettings& settings;
-  PerStage<PlotTrace> responses;           // without values for what has none
+  std::vector<PlotTrace> responses;        // of the pictured blocks; without values for what has none
   std::optional<SystemSettings> computed;  // the record that they were computed from
   AxisLaw frequencyAxis = AxisLaw::Linear, computedAxis = AxisLaw::Linear;
   int held = 0;

@@ -78,9 +78,11 @@ KindBlock::KindBlock(Place place, const std::string& family, int number)
       active(frame, "btn" + family + "Active", "Active", Style::Latching, number),
       kind(frame, "cmb" + family, "", number),
       keys(frame, "lbl" + family + "Keys", "", number),
+      response(frame, "plt" + family, "Computed Response", number),
       config(frame, "btn" + family + "Config", "Setup", Style::Push, number) {
   PrepareBlock(frame, active);
   frame.collapses = true;
+  response.small = true;
   frame.buttonsPerRow = 1;
   kind.SetItems(family == "Eq" ? NamesOf(EqKinds()) : NamesOf(BroadbandKinds()));
 }

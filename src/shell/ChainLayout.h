@@ -60,17 +60,19 @@ struct FixedBlock {
   GraphicButton config;
 };
 
-// An equalizer or a broadband stage: its kind can be chosen. Family is "Eq" or "Broadband".
+// An equalizer or a broadband stage: its kind can be chosen, and what has a computed response shows it.
+// Family is "Eq" or "Broadband".
 struct KindBlock {
   KindBlock(Place place, const std::string& family, int number);
   Frame frame;
   GraphicButton active;
   ListBox kind;
   Label keys;
+  Plot response;
   GraphicButton config;
 };
 
-// A filter stage: what has a computed response shows it; what adapts can be stopped and cleared.
+// A filter stage: as these, and what adapts can be stopped and cleared.
 struct FilterBlock {
   FilterBlock(Place place, int stage);
   Frame frame;

@@ -11,6 +11,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "EvenFrequencies.h"
 #include "Fresh.h"
 #include "model/Bandwidth.h"
 #include "model/CutOffFilter.h"
@@ -60,9 +61,12 @@ SystemSettings At(const Case& c, std::int16_t bandwidthIndex = 0) {
   return s;
 }
 
+std::vector<float> ResponseOf(const SystemSettings& s, std::int16_t kind, std::size_t points) {
+  return FilterResponse(s, {BlockFamily::Filter, Stage, kind}, support::EvenFrequencies(s, points));
+}
 std::vector<float> Response(const Case& c, std::int16_t bandwidthIndex = 0) {
   const SystemSettings s = At(c, bandwidthIndex);
-  return FilterResponse(s, Stage, c.kind, static_cast<std::size_t>(s.bandwidthHz / PointHertz) + 1);
+  return ResponseOf(s, c.kind, static_cast<std::size_t>(s.bandwidthHz / PointHertz) + 1);
 }
 
 double Amplitude(float decibels) { return std::pow(10.0, static_cast<double>(decibels) / 20.0); }
@@ -164,13 +168,13 @@ TEST(FilterResponse, IsEmptyWithoutALawOrPoints) {
   const SystemSettings s = At({Highpass, 0, 1500, 100, 60});
   for (const std::int16_t kind :
        {FilterKind::OneChAdaptive, FilterKind::HiResGraphic, FilterKind::Compressor}) {
-    EXPECT_THAT(FilterResponse(s, Stage, kind, 10), testing::IsEmpty());
+    EXPECT_THAT(ResponseOf(s, kind, 10), testing::IsEmpty());
   }
   for (const std::int16_t kind : {std::int16_t{-1}, std::int16_t{17}}) {
-    EXPECT_THAT(FilterResponse(s, Stage, kind, 10), testing::IsEmpty());
+    EXPECT_THAT(ResponseOf(s, kind, 10), testing::IsEmpty());
   }
-  EXPECT_THAT(FilterResponse(s, Stage, Highpass, 0), testing::IsEmpty());
-  EXPECT_THAT(FilterResponse(s, Stage, Highpass, 1), testing::ElementsAre(testing::FloatNear(-60, 0.1F)));
+  EXPECT_THAT(ResponseOf(s, Highpass, 0), testing::IsEmpty());
+  EXPECT_THAT(ResponseOf(s, Highpass, 1), testing::ElementsAre(testing::FloatNear(-60, 0.1F)));
 }
 
 TEST(FilterResponse, StaysWithinBoundsForAnyRecord) {
@@ -188,7 +192,7 @@ TEST(FilterResponse, StaysWithinBoundsForAnyRecord) {
     const auto filterOf =
         std::array{LowpassOf, HighpassOf, BandpassOf, BandstopOf}.at(static_cast<std::size_t>(round % 4));
     for (const double tap : CutOffTaps(filterOf(s, Stage))) ASSERT_TRUE(std::isfinite(tap)) << round;
-    for (const float decibels : FilterResponse(s, Stage, kind, 64)) {
+    for (const float decibels : ResponseOf(s, kind, 64)) {
       ASSERT_GE(decibels, LowestResponse) << round;
       ASSERT_LE(decibels, 0.2F) << round;
     }

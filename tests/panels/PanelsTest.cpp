@@ -129,7 +129,7 @@ TEST(CutoffPanels, DrawWhatTheirSettingsStandFor) {
   run.Type("txtLoCutoff", "800");
   const Plot& plot = *std::get<Plot*>(run.Find("pltResponse"));
   const auto expected =
-      FilterResponse(run.record, 3, FilterKind::Bandpass, plot.Traces().at(0).values.size());
+      FilterResponse(run.record, {BlockFamily::Filter, 3, FilterKind::Bandpass}, plot.Traces().at(0).places);
   EXPECT_EQ(plot.Traces().at(0).values, expected);
   EXPECT_GT(*std::ranges::max_element(expected), -0.5F);
   EXPECT_EQ(plot.VerticalMarkers().at(0).at, 800);
@@ -181,7 +181,8 @@ TEST(CutoffPanels, SayWhatPassesAndShareOneFrequencyAxis) {
   const std::size_t middle = curve.places.size() / 2;
   EXPECT_NEAR(curve.places.at(middle), std::sqrt(20 * top), 1);
   const std::vector<double> there{curve.places.at(middle)};
-  EXPECT_EQ(curve.values.at(middle), FilterResponse(run.record, 1, FilterKind::Highpass, there).at(0));
+  EXPECT_EQ(curve.values.at(middle),
+            FilterResponse(run.record, {BlockFamily::Filter, 1, FilterKind::Highpass}, there).at(0));
   run.CloseTop();
   EXPECT_EQ(run.session.master.chain.Filter(1).response.XAxis().law, AxisLaw::Logarithmic);
   EXPECT_EQ(run.Get("mnuFrequencyAxis"), "1");

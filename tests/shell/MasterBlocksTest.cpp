@@ -31,7 +31,7 @@ TEST_F(MasterBlocks, NumbersAndPictureFollowAPanelAtOnce) {
   Press("Ctrl+Z");
   EXPECT_EQ(Keys(1), "1500 Hz, -10 dB");
   CloseTop();
-  EXPECT_EQ(Set("cmbFilter(1)", "Notch"), "");
+  EXPECT_EQ(Set("cmbFilter(1)", "Hi-Res Graphic"), "");
   EXPECT_FALSE(chain.Filter(1).response.core.Visible());
   EXPECT_NE(Keys(1), "");
   Edit("agcGain", "2");

@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include "EvenFrequencies.h"
 #include "SoundRun.h"
 #include "model/FilterResponse.h"
 #include "model/Kinds.h"
@@ -45,7 +46,8 @@ TEST(Sound, CutOffFiltersAreWhatThePanelsDraw) {
       run.Edit(c.family + "Atten", std::to_string(c.atten), 1);
       run.Take();
       const Signal response = run.Response();
-      const std::vector<float> drawn = vc::FilterResponse(run.record, 1, c.kind, 641);
+      const std::vector<float> drawn = vc::FilterResponse(run.record, {vc::BlockFamily::Filter, 1, c.kind},
+                                                          vc::support::EvenFrequencies(run.record, 641));
       int passed = 0, stopped = 0;
       for (std::size_t i = 0; i < drawn.size(); ++i) {
         const double hertz = static_cast<double>(i) * run.record.bandwidthHz / 640;
