@@ -42,7 +42,8 @@ class Tour {
   // Makes the stage of a list the kind that has this panel, and opens it; false where no kind has it.
   bool OpenKind(const char* list, std::span<const vc::KindRow> kinds, std::string_view panel,
                 const char* button);
-  void EditCutoff(desktop::FormWindow& window, const std::string& form);
+  // Does in a panel what an operator would, and takes a picture of it where there is such a thing.
+  void UsePanel(desktop::FormWindow& window, const std::string& form);
   void StoreInMemory();
   void UndoSteps();
   // Chooses a row of a list of the master panel.
