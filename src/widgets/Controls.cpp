@@ -109,7 +109,6 @@ void Slider::SetDefault() {
 }
 
 void Slider::Hold() {
-  core.Raise(held);
   holding = true;
   heldFrom = position;
 }

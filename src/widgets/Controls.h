@@ -102,7 +102,7 @@ struct Slider {
   void Hold();
   void Release();
   bool Held() const { return holding; }
-  std::function<void()> held, released;  // the first one before anything moves
+  std::function<void()> released;
 
  private:
   bool holding = false;
