@@ -9,9 +9,9 @@
 
 #include "link/modDeviceComm.h"
 #include "model/SystemSettings.h"
+#include "panels/Meter.h"
 #include "platform/Clock.h"
 #include "platform/EventLoop.h"
-#include "shell/Meter.h"
 #include "text/Wire.h"
 
 namespace vc {

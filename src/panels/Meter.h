@@ -1,5 +1,5 @@
-// What a level bar of the master panel shows of the levels that the unit reports: the level itself, the
-// highest of late, a figure that can be read, and whether full scale was reached.
+// What a level bar shows of the levels that the unit reports: the level itself, the highest of late, a figure
+// that can be read, and whether full scale was reached.
 #pragma once
 
 #include <cstdint>
@@ -11,8 +11,9 @@ namespace vc {
 
 class Meter {
  public:
+  explicit Meter(LevelBar& levelBar) : bar(levelBar) {}
   // The lamp is lit at full scale and stays lit until it is clicked.
-  Meter(LevelBar& levelBar, GraphicButton& clipLamp) : bar(levelBar), lamp(clipLamp) {}
+  Meter(LevelBar& levelBar, GraphicButton& clipLamp) : bar(levelBar), lamp(&clipLamp) {}
 
   // A level word at a time in microseconds. The figure takes a higher level at once and then stands for half
   // a second, after which it is the highest of that time; the peak is held for a second and a half and falls
@@ -26,7 +27,7 @@ class Meter {
   void FollowFigure(double decibels, std::int64_t now);
 
   LevelBar& bar;
-  GraphicButton& lamp;
+  GraphicButton* lamp = nullptr;
   bool running = false;
   double peak = 0, highest = 0, figure = 0;  // dB
   std::int64_t peakFallsAt = 0, figureEnds = 0;

@@ -1,4 +1,4 @@
-#include "shell/Meter.h"
+#include "panels/Meter.h"
 
 #include <algorithm>
 #include <utility>
@@ -27,7 +27,7 @@ void Meter::Show(std::int16_t level, std::int64_t now) {
   bar.SetValue(DbToBarPosition(decibels));
   FollowPeak(decibels, now);
   FollowFigure(decibels, now);
-  if (decibels >= FullScaleDb) lamp.SetValue(1);
+  if (lamp != nullptr && decibels >= FullScaleDb) lamp->SetValue(1);
 }
 
 void Meter::FollowPeak(double decibels, std::int64_t now) {

@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "link/Status.h"
-#include "shell/Meter.h"
+#include "panels/Meter.h"
 #include "widgets/ControlText.h"
 
 namespace vc {
