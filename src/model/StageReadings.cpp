@@ -8,7 +8,14 @@
 namespace vc {
 namespace {
 
-constexpr int FirstEqualizerEntry = 8;
+constexpr int FirstBroadbandEntry = 6, FirstEqualizerEntry = 8;
+
+// Of two stages, one a side, that a linked pair takes together.
+StageEntries EntriesOfSide(std::int16_t configMode, int first, int number) {
+  if (IsLinked(configMode)) return {first, first + 1};
+  const int entry = first + number - 1;
+  return {entry, entry};
+}
 
 }  // namespace
 
@@ -20,14 +27,37 @@ StageEntries EntriesOfFilter(std::int16_t configMode, int stage) {
 }
 
 StageEntries EntriesOfEqualizer(std::int16_t configMode, int equalizer) {
-  if (IsLinked(configMode)) return {FirstEqualizerEntry, FirstEqualizerEntry + 1};
-  const int entry = FirstEqualizerEntry + equalizer - 1;
-  return {entry, entry};
+  return EntriesOfSide(configMode, FirstEqualizerEntry, equalizer);
+}
+
+StageEntries EntriesOfBroadband(std::int16_t configMode, int number) {
+  return EntriesOfSide(configMode, FirstBroadbandEntry, number);
+}
+
+StageEntries EntriesOfCurFilter(const SystemSettings& settings) {
+  return EntriesOfFilter(settings.configMode, settings.curFilter);
+}
+
+StageEntries EntriesOfCurEq(const SystemSettings& settings) {
+  return EntriesOfEqualizer(settings.configMode, settings.curEq);
+}
+
+StageEntries EntriesOfCurBroadband(const SystemSettings& settings) {
+  return EntriesOfBroadband(settings.configMode, settings.curBroadband);
 }
 
 std::int32_t StageLevel(const UnitStatus& status, int entry) {
   constexpr std::int32_t levelBits = 0x7FFF;
   return std::max(status.stageStatus.at(static_cast<std::size_t>(entry)) & levelBits, 1);
+}
+
+StageReading ReadStage(const UnitStatus& status, const StageEntries& entries) {
+  constexpr int firstFilterBit = 7;  // of unitMode, downwards from there by entry
+  const auto flags = [&status](int entry) { return status.stageNibble.at(static_cast<std::size_t>(entry)); };
+  return {.level = std::max(StageLevel(status, entries.left), StageLevel(status, entries.right)),
+          .overload = static_cast<std::int16_t>(flags(entries.left) | flags(entries.right)),
+          .adapting =
+              entries.left < FilterStages && (status.unitMode >> (firstFilterBit - entries.left) & 1) != 0};
 }
 
 }  // namespace vc

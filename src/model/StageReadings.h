@@ -13,11 +13,24 @@ namespace vc {
 struct StageEntries {
   int left, right;
 };
-// Filter stage 1..6, by the layout of the chain; equalizer 1 or 2.
+// Filter stage 1..6, by the layout of the chain; equalizer 1 or 2; broadband stage 1 or 2.
 StageEntries EntriesOfFilter(std::int16_t configMode, int stage);
 StageEntries EntriesOfEqualizer(std::int16_t configMode, int equalizer);
+StageEntries EntriesOfBroadband(std::int16_t configMode, int number);
+// Of the stage of each family that is edited.
+StageEntries EntriesOfCurFilter(const SystemSettings& settings);
+StageEntries EntriesOfCurEq(const SystemSettings& settings);
+StageEntries EntriesOfCurBroadband(const SystemSettings& settings);
 
 // Linear level of an entry, 1..32767; see LevelToDb. What is told as less than 1 counts as 1.
 std::int32_t StageLevel(const UnitStatus& status, int entry);
+
+// All that is told of a stage; of one of which nothing is told, as it stands here.
+struct StageReading {
+  std::int32_t level = 1;     // the larger of a linked pair, as StageLevel gives it
+  std::int16_t overload = 0;  // the overload flags, 0..15; those of either of a linked pair
+  bool adapting = false;      // of a filter stage; of a linked pair the left one
+};
+StageReading ReadStage(const UnitStatus& status, const StageEntries& entries);
 
 }  // namespace vc

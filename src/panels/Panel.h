@@ -34,6 +34,7 @@ struct PanelContext {
   Forms& forms;
   EventLoop& events;
   const UnitStatus& status;  // levels and flags of the last poll; see StageReadings
+  const bool& portOpen;      // where it is not, they stand for nothing
 
   GraphicButton*
       blockSwitch;     // the master panel's switch of the block that the panel edits, where it has one

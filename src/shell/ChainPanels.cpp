@@ -35,6 +35,7 @@ PanelContext ChainPanels::ContextFor(const Block& block) {
           .forms = around.forms,
           .events = around.events,
           .status = around.device.status,
+          .portOpen = around.device.comm.CommPortOpen,
           .blockSwitch = block.blockSwitch,
           .suffix = block.suffix,
           .ofStage = block.ofStage,

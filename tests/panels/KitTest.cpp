@@ -5,8 +5,8 @@
 #include "PanelOpening.h"
 #include "Unheard.h"
 #include "model/FieldAccess.h"
-#include "model/StageReadings.h"
 #include "panels/SliderText.h"
+#include "panels/StageLevels.h"
 
 namespace vc {
 namespace {
@@ -44,24 +44,23 @@ struct Everything {
         span(panel, panel.form, "Span", "sldrSpan", "txtSpan", Whole("points"), Fixed(0, 100),
              InRecord(panel, OfBroadband(*FindField("broadbandParms.span")))),
         ratio(panel, panel.form, "Ratio", "sldrRatio", "txtRatio", Whole(""), Fixed(1, 100),
-              InCopy(workRatio, 1.0F, [this] { ++copied; })),
-        timer(context.events.CreateTimer(100, [this] { ReadLevel(); })) {
+              InCopy(workRatio, 1.0F, [this] { ++copied; })) {
     for (int i = 0; i < 2; ++i) panel.shown.emplace_back([this] { ++shown; });
-    panel.form.activated = [this] { timer->SetEnabled(true); };
-  }
-  void ReadLevel() {
-    const int entry = EntriesOfFilter(panel.settings.configMode, panel.settings.curFilter).left;
-    level = StageLevel(panel.context.status, entry);
+    levels.told = [this](const StageReading& reading) {
+      ++told;
+      last = reading;
+    };
   }
 
   float workRatio = 3.0F;
-  int copied = 0, shown = 0;
-  std::int32_t level = 0;
+  int copied = 0, shown = 0, told = 0;
+  StageReading last;
   Panel panel;
   std::array<Substage, 2> substages{Substage{panel, panel.form, 0}, Substage{panel, panel.form, 1}};
   SliderText span, ratio;
+  LevelBar lbInput{panel.form, "lbInput", "Level"};
+  StageLevels levels{panel, EntriesOfCurFilter, lbInput};
   Form question{"Question", "Question"};
-  std::unique_ptr<Timer> timer;
 };
 
 struct Kit : testing::Test {
@@ -72,6 +71,7 @@ struct Kit : testing::Test {
                        .forms = run.session.forms,
                        .events = run.test.loop,
                        .status = run.session.device.status,
+                       .portOpen = run.session.device.comm.CommPortOpen,
                        .blockSwitch = nullptr,
                        .suffix = " (Filter 2)",
                        .ofStage = true,
@@ -122,21 +122,58 @@ TEST_F(Kit, SeveralThingsHangOnWhatIsShown) {
   EXPECT_EQ(all.shown, before + 2);
 }
 
-TEST_F(Kit, LevelsComeByTheTimerFromTheStagesOwnEntry) {
-  run.session.device.status.stageStatus = {11, 0x8000 + 22, 33, 44, 55, 66, 0, 0, 77, 88};
-  all.ReadLevel();
-  EXPECT_EQ(all.level, 22);
-  run.record.configMode = ConfigMode::StereoIndependent;
-  run.record.curFilter = 4;
-  all.ReadLevel();
-  EXPECT_EQ(all.level, 22);  // the right partner of the first
-  const StageEntries linked = EntriesOfFilter(ConfigMode::StereoLinked, 2);
-  EXPECT_EQ(linked.left * 10 + linked.right, 23);
-  EXPECT_EQ(EntriesOfEqualizer(ConfigMode::StereoIndependent, 2).left, 9);
-  EXPECT_EQ(StageLevel(run.session.device.status, 6), 1);
-  all.level = 0;
-  run.test.loop.RunFor(150);  // the unit's own by now
-  EXPECT_GT(all.level, 0);
+TEST_F(Kit, LevelsComeFromTheStagesOwnEntries) {
+  UnitStatus status;
+  status.stageStatus = {11, 0x8000 + 22, 33, 44, 55, 66, 0, 1000, 77, 0xFFFF};
+  status.stageNibble = {1, 2, 4, 8, 0, 0, 0, 15, 0, 0};
+  status.unitMode = 0x4000 | 1 << 6 | 1 << 2;  // the second and the sixth place adapt
+  const auto read = [&](std::int16_t configMode, int number, auto entriesOf) {
+    run.record.configMode = configMode;
+    run.record.curFilter = run.record.curEq = run.record.curBroadband = static_cast<std::int16_t>(number);
+    const StageReading reading = ReadStage(status, entriesOf(run.record));
+    return std::to_string(reading.level) + "/" + std::to_string(reading.overload) +
+           (reading.adapting ? "A" : "");
+  };
+  using Mode = ConfigMode;
+  EXPECT_EQ(read(Mode::Mono, 2, EntriesOfCurFilter), "22/2A");
+  EXPECT_EQ(read(Mode::Mono, 5, EntriesOfCurFilter), "55/0");
+  EXPECT_EQ(read(Mode::StereoLinked, 1, EntriesOfCurFilter), "22/3");  // the left one's lamp
+  EXPECT_EQ(read(Mode::StereoLinked, 2, EntriesOfCurFilter), "44/12");
+  EXPECT_EQ(read(Mode::StereoIndependent, 2, EntriesOfCurFilter), "33/4");
+  EXPECT_EQ(read(Mode::StereoIndependent, 4, EntriesOfCurFilter), "22/2A");  // the right partner of the first
+  EXPECT_EQ(read(Mode::StereoIndependent, 6, EntriesOfCurFilter), "66/0A");
+  EXPECT_EQ(read(Mode::Mono, 1, EntriesOfCurBroadband), "1/0");
+  EXPECT_EQ(read(Mode::StereoLinked, 1, EntriesOfCurBroadband), "1000/15");
+  EXPECT_EQ(read(Mode::StereoIndependent, 2, EntriesOfCurBroadband), "1000/15");
+  EXPECT_EQ(read(Mode::Mono, 1, EntriesOfCurEq), "77/0");
+  EXPECT_EQ(read(Mode::StereoLinked, 1, EntriesOfCurEq), "32767/0");
+}
+
+TEST_F(Kit, LevelsComeTenTimesASecondWhileThePanelIsOnShow) {
+  UnitStatus& status = run.session.device.status;
+  run.session.periodic.EnableMainTimer(false);
+  status.stageStatus[1] = 2068;  // of filter 2: -20 dB
+  const int before = all.told;
+  run.test.loop.RunFor(1050);
+  EXPECT_EQ(all.told, before + 10);
+  EXPECT_EQ(all.lbInput.Value(), DbToBarPosition(-20));
+  EXPECT_EQ(all.lbInput.Reading(), "-20.0 dB");
+  run.session.device.comm.CommPortOpen = false;
+  run.test.loop.RunFor(100);
+  EXPECT_EQ(all.lbInput.Value(), 0);
+  EXPECT_EQ(all.lbInput.Reading(), "no unit");
+  EXPECT_EQ(all.last.level, 1);
+  run.session.device.comm.CommPortOpen = true;
+  run.session.forms.Hide(all.panel.form);
+  const int hidden = all.told;
+  run.test.loop.RunFor(1000);
+  EXPECT_EQ(all.told, hidden);
+  run.session.forms.Show(all.panel.form);
+  run.test.loop.RunFor(150);
+  EXPECT_EQ(all.told, hidden + 2);  // at once, and by the timer
+  run.session.forms.Unload(all.panel.form);
+  run.test.loop.RunFor(1000);
+  EXPECT_EQ(all.told, hidden + 2);
 }
 
 TEST_F(Kit, AQuestionGoesWithItsPanel) {
