@@ -37,23 +37,27 @@ void Panel::Fill() {
   for (const auto& show : shown) show();
 }
 
-PanelFoot::PanelFoot(Panel& owner, const std::string& switchName, const std::string& switchCaption)
-    : blockSwitch(owner.form, switchName, switchCaption, GraphicButton::Style::Latching),
-      btnOK(owner.form, "btnOK", "OK"),
-      panel(owner) {
-  blockSwitch.clicked = [this] {
-    if (panel.context.blockSwitch != nullptr) panel.context.blockSwitch->Click();
-    ShowSwitch();
+MirroredButton::MirroredButton(Panel& owner, Place place, const std::string& name, const std::string& caption,
+                               GraphicButton::Style style, GraphicButton* shown)
+    : button(place, name, caption, style), master(shown) {
+  button.clicked = [this] {
+    if (master != nullptr) master->Click();
+    Show();
   };
-  btnOK.clicked = [this] { panel.Close(); };
-  panel.form.okButton = &btnOK;
-  panel.parameters.emplace_back([this] { ShowSwitch(); });
+  owner.parameters.emplace_back([this] { Show(); });
 }
 
-void PanelFoot::ShowSwitch() {
-  const GraphicButton* master = panel.context.blockSwitch;
-  blockSwitch.core.SetEnabled(master != nullptr && master->core.Usable());
-  blockSwitch.SetValue(master == nullptr ? 0 : master->Value());
+void MirroredButton::Show() {
+  button.core.SetEnabled(master != nullptr && master->core.Usable());
+  button.SetValue(master == nullptr ? 0 : master->Value());
+}
+
+PanelFoot::PanelFoot(Panel& owner, const std::string& switchName, const std::string& switchCaption)
+    : blockSwitch(owner, owner.form, switchName, switchCaption, GraphicButton::Style::Latching,
+                  owner.context.blockSwitch),
+      btnOK(owner.form, "btnOK", "OK") {
+  btnOK.clicked = [&owner] { owner.Close(); };
+  owner.form.okButton = &btnOK;
 }
 
 }  // namespace vc

@@ -36,8 +36,9 @@ struct PanelContext {
   const UnitStatus& status;  // levels and flags of the last poll; see StageReadings
   const bool& portOpen;      // where it is not, they stand for nothing
 
-  GraphicButton*
-      blockSwitch;     // the master panel's switch of the block that the panel edits, where it has one
+  // The master panel's buttons of the block that the panel edits, where it has them; the last two are of a
+  // filter that adapts.
+  GraphicButton *blockSwitch, *adaptSwitch = nullptr, *clearButton = nullptr;
   std::string suffix;  // " (Filter 1)", behind the title
   bool ofStage;        // its stage is made anew for the unit when the panel opens
   // The panel has become the active window, or has gone: the displays follow.
@@ -85,15 +86,25 @@ struct Panel {
   const ControlCore* source = nullptr;  // of the edit that is under way
 };
 
+// A button that stands for one of the master panel's: a click is that one's, and what it shows as well. Where
+// the master panel has none it cannot be used.
+struct MirroredButton {
+  MirroredButton(Panel& owner, Place place, const std::string& name, const std::string& caption,
+                 GraphicButton::Style style, GraphicButton* shown);
+  MirroredButton(const MirroredButton&) = delete;
+  MirroredButton& operator=(const MirroredButton&) = delete;
+  GraphicButton button;
+
+ private:
+  void Show();
+  GraphicButton* master;
+};
+
 // The end of a panel: the switch of its block, which is the master panel's, and OK.
 struct PanelFoot {
   PanelFoot(Panel& owner, const std::string& switchName, const std::string& switchCaption);
-  GraphicButton blockSwitch;
+  MirroredButton blockSwitch;
   Button btnOK;
-
- private:
-  void ShowSwitch();
-  Panel& panel;
 };
 
 }  // namespace vc

@@ -37,6 +37,8 @@ PanelContext ChainPanels::ContextFor(const Block& block) {
           .status = around.device.status,
           .portOpen = around.device.comm.CommPortOpen,
           .blockSwitch = block.blockSwitch,
+          .adaptSwitch = block.adaptSwitch,
+          .clearButton = block.clearButton,
           .suffix = block.suffix,
           .ofStage = block.ofStage,
           .activated = [this] { DisplayThisFilter(); },
@@ -75,8 +77,9 @@ void ChainPanels::Refresh() {
 
 ChainPanels::Block ChainPanels::FilterBlockOf(int stage) {
   const KindRow& row = KindOf(FilterKinds(), around.settings.filterType[stage], FilterKind::RefCanceller);
-  return {row.panel, row.name, around.master.blocks.FilterSuffix(stage),
-          &around.master.chain.Filter(stage).active, true};
+  FilterBlock& block = around.master.chain.Filter(stage);
+  return {row.panel,    row.name,    around.master.blocks.FilterSuffix(stage), &block.active, true,
+          &block.adapt, &block.clear};
 }
 
 ChainPanels::Block ChainPanels::EqualizerBlockOf(int number) {

@@ -58,6 +58,7 @@ struct ChainPanels {
     std::string suffix;
     GraphicButton* blockSwitch;
     bool ofStage;
+    GraphicButton *adaptSwitch = nullptr, *clearButton = nullptr;
     bool operator==(const Block&) const = default;
   };
   PanelContext ContextFor(const Block& block);
