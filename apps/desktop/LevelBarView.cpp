@@ -82,6 +82,10 @@ void LevelBarView::FollowReading() {
   update(reading);
 }
 
+QPalette::ColorGroup LevelBarView::Group() const {
+  return isEnabled() ? QPalette::Active : QPalette::Disabled;
+}
+
 int LevelBarView::ScaleWidth() const {
   int widest = 0;
   for (const vc::ScaleTick& tick : model.Scale()) {
@@ -153,8 +157,7 @@ void LevelBarView::changeEvent(QEvent* event) {
 void LevelBarView::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
   if (event->rect().intersects(caption)) {
-    painter.setPen(
-        palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText));
+    painter.setPen(palette().color(Group(), QPalette::WindowText));
     painter.drawText(caption, model.Horizontal() ? Qt::AlignLeft : Qt::AlignHCenter, CaptionOf(model));
   }
   if (const QRect part = event->rect() & bar; !part.isEmpty()) {
@@ -162,7 +165,7 @@ void LevelBarView::paintEvent(QPaintEvent* event) {
     model.Draw(surface, {bar.left(), bar.top(), bar.width(), bar.height()});
   }
   if (event->rect().intersects(scale)) DrawScale(painter);
-  if (event->rect().intersects(reading)) {
+  if (isEnabled() && event->rect().intersects(reading)) {
     painter.setFont(ReadingFont(*this));
     painter.setPen(palette().color(QPalette::WindowText));
     painter.drawText(reading, model.Horizontal() ? Qt::AlignRight : Qt::AlignHCenter, shownReading);
@@ -201,7 +204,7 @@ void LevelBarView::DrawScale(QPainter& painter) const {
 void LevelBarView::DrawTick(QPainter& painter, int place, const QString& text) const {
   const int tickLength = Gap(*this);
   const int line = LineHeight(*this);
-  const QColor ink = palette().color(QPalette::PlaceholderText);
+  const QColor ink = palette().color(Group(), isEnabled() ? QPalette::PlaceholderText : QPalette::WindowText);
   painter.setPen(ink);
   if (model.Horizontal()) {
     const int wide = fontMetrics().horizontalAdvance(text);

@@ -3,6 +3,7 @@
 
 #include <string_view>
 
+#include <QPalette>
 #include <QRect>
 #include <QString>
 #include <QWidget>
@@ -34,6 +35,7 @@ class LevelBarView : public QWidget {
   int CaptionHeight() const;
   int ScaleWidth() const;
   int ReadingWidth() const;
+  QPalette::ColorGroup Group() const;  // of the ink, by its use
   void Arrange();
   void ArrangeUpright();
   void ArrangeLying();

@@ -13,9 +13,7 @@ PictureView::PictureView(const vc::Picture& picture, QWidget* parent) : QWidget(
 }
 
 QSize PictureView::sizeHint() const {
-  constexpr int lines = 2;
-  const int height = lines * LineHeight(*this);
-  return {2 * height, height};
+  return QSize(model.lines.width, model.lines.height) * LineHeight(*this);
 }
 
 void PictureView::paintEvent(QPaintEvent* event) {

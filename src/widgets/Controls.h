@@ -178,6 +178,7 @@ struct Picture {
   ControlCore core;
   const int imageCount;
   const Drawing draw;
+  Size lines{4, 2};                    // the room that it takes, in lines of text
   int Image() const { return image; }  // 1..imageCount
   void SetImage(int number) { core.Store(image, number, "Image"); }
 
