@@ -27,7 +27,7 @@ SliderView::SliderView(vc::Slider& slider, Qt::Orientation direction, QWidget* p
     : QSlider(direction, parent), model(slider), operate(std::move(carry)) {
   setFocusPolicy(Qt::StrongFocus);
   connect(this, &QSlider::valueChanged, this, [this](int steps) {
-    MoveTo(steps == maximum() ? model.PositionMax() : model.PositionMin() + steps * StepSize());
+    FollowHand(steps == maximum() ? model.PositionMax() : model.PositionMin() + steps * StepSize());
   });
   clicked.setSingleShot(true);
   connect(&clicked, &QTimer::timeout, this, [this] { operate([this] { model.Release(); }); });
@@ -45,6 +45,7 @@ void SliderView::mousePressEvent(QMouseEvent* event) {
   const bool moves = event->button() == Qt::LeftButton || event->button() == Qt::MiddleButton;
   if (alone && moves) {
     pressedAt = event->pos();
+    hand = model.Position();
     operate([this] { model.Hold(); });
   }
   QSlider::mousePressEvent(event);
@@ -71,6 +72,14 @@ void SliderView::focusOutEvent(QFocusEvent* event) {
   QSlider::focusOutEvent(event);
   clicked.stop();
   operate([this] { model.Release(); });
+}
+
+// One that snaps may be ahead of the hand. There it waits: a hand that goes on never moves it back.
+void SliderView::FollowHand(double position) {
+  const double from = std::exchange(hand, position);
+  const bool onward = position != from && (position > from) == (position > model.Position());
+  if (model.snaps && isSliderDown() && !onward) return ShowModel();
+  MoveTo(position);
 }
 
 void SliderView::MoveTo(double position) {

@@ -37,12 +37,14 @@ class SliderView : public QSlider {
   // follows: the default then takes the place of what the first one did. Whatever else comes ends the wait.
   void EndClick();
   double StepSize() const;
+  void FollowHand(double position);
   void MoveTo(double position);
 
   vc::Slider& model;
   Operate operate;
   QTimer clicked;  // runs while a second click may follow
   QPoint pressedAt;
+  double hand = 0.0;  // the position that it was last moved to
   int wheelRest = 0;  // of a step, from wheels that turn in fractions
 };
 

@@ -19,6 +19,8 @@ struct DisplayLaw {
   std::function<double(double position)> stored = Nearest;
   std::function<double(double value)> position = AsKept;
   double step = 1.0;  // of the slider, by key, page and wheel
+  // The slider goes at once where the value that was stored stands, and from there nothing is stored again.
+  bool snaps = false;
 };
 
 // The number that a typed text stands for; raises a Fault where it is none. A comma may stand in place of the

@@ -58,6 +58,7 @@ SliderField::SliderField(Panel& owner, Place place, const std::string& caption, 
       parameter(std::move(edited)),
       stored(law.stored),
       positionOf(law.position) {
+  slider.snaps = law.snaps;
   slider.KeyArrowStepSize = slider.KeyPageStepSize = slider.MouseWheelStepSize = law.step;
   slider.defaultPosition = [this] { return positionOf(parameter.factory()); };
   slider.changed = [this] { Moved(); };
@@ -72,12 +73,16 @@ void SliderField::Redisplay() const {
 void SliderField::Moved() {
   if (filling) return;
   const double wished = Wished();
+  if (!slider.snaps || wished != parameter.value()) Store(wished);
+  if (slider.snaps || parameter.value() != wished) TakePosition();
+  Redisplay();
+}
+
+void SliderField::Store(double wished) {
   const double value = within ? within(wished) : wished;
   panel.context.edits.history.KeepOpen(slider.Held());
   parameter.store(value, slider.core, slider.core.Caption());
   if (value != wished) panel.context.desk.Beep();
-  if (parameter.value() != wished) TakePosition();
-  Redisplay();
 }
 
 double SliderField::Wished() const { return parameter.kept(stored(slider.Position())); }
@@ -120,7 +125,7 @@ void OptionField::Fill() {
   const bool known = choice >= 0 && choice < listed;
   {
     const Mute inert(frame.core.form);
-    options.Select(known ? static_cast<int>(choice) : 0);
+    options.Select(known ? static_cast<int>(choice) : otherwise(choice));
   }
   if (!known) options.changed();
 }

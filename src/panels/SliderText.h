@@ -66,6 +66,7 @@ struct SliderField {
 
  private:
   void Moved();
+  void Store(double wished);
   double Wished() const;  // the value of the position
   void TakePosition();
   void Redisplay() const;
@@ -96,6 +97,8 @@ struct OptionField {
 
   Frame frame;
   OptionGroup options;
+  // What a stored number that is no choice becomes; the first one where nothing else is said.
+  std::function<int(double stored)> otherwise = [](double) { return 0; };
 
  private:
   void Fill();

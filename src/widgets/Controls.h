@@ -70,6 +70,7 @@ struct Slider {
   ControlCore core;
   double KeyArrowStepSize = 1.0, KeyPageStepSize = 1.0, MouseWheelStepSize = 1.0;
   bool ReverseScale = false;
+  bool snaps = false;  // whoever hears of a new position may move it on to one of its own
   std::function<void()> changed;
   // How a position reads and how it is read, where something shows it; see SliderEntry.
   std::function<std::string(double position)> show;
