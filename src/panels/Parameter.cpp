@@ -1,6 +1,7 @@
 #include "panels/Parameter.h"
 
 #include <memory>
+#include <utility>
 
 #include "model/Settings.h"
 
@@ -48,6 +49,14 @@ Parameter InRecord(Panel& panel, const FieldElement& element) {
             const auto [i, j] = element.index(panel.settings);
             panel.Edit(source, title, {{element.row, i, j, value}});
           }};
+}
+
+Parameter Titled(Parameter parameter, const std::string& title) {
+  parameter.store = [store = std::move(parameter.store), title](double value, const ControlCore& source,
+                                                                const std::string&) {
+    store(value, source, title);
+  };
+  return parameter;
 }
 
 }  // namespace vc

@@ -34,6 +34,8 @@ struct Parameter {
 };
 
 Parameter InRecord(Panel& panel, const FieldElement& element);
+// The same, its steps under a title of their own where no caption says it.
+Parameter Titled(Parameter parameter, const std::string& title);
 
 // In a work copy that its panel takes into the record itself; edited is told after every change.
 template <typename T>

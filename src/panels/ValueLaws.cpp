@@ -6,11 +6,29 @@
 
 namespace vc {
 
+namespace {
+
+constexpr int FineTo = 256, MiddleTo = 1024;
+constexpr int CoarseShift = 2304;  // the coarse part goes on where the middle one ends
+
+}  // namespace
+
 int ShownMu(std::int16_t stored) {
-  constexpr int fineTo = 256, middleTo = 1024;
-  if (stored <= fineTo) return stored;
-  if (stored <= middleTo) return 2 * stored - fineTo;
-  return 4 * stored - 2304;  // goes on where the middle part ends
+  if (stored <= FineTo) return stored;
+  if (stored <= MiddleTo) return 2 * stored - FineTo;
+  return 4 * stored - CoarseShift;
+}
+
+double StoredMu(std::int16_t typed) {
+  if (typed <= FineTo) return typed;
+  if (typed <= MiddleTo) return Nearest((typed + FineTo) / 2.0);
+  return Nearest((typed + CoarseShift) / 4.0);
+}
+
+std::int16_t SizedTaps(std::int16_t position, std::int16_t taps) {
+  constexpr std::int16_t blocksFrom = 120, wholeBlocks = 32752, upToNext = 15;
+  if (position == taps || position < blocksFrom) return position;
+  return LowWord((position > taps ? position + upToNext : position) & wholeBlocks);
 }
 
 double NotchWidthHz(std::int16_t n, double sampleRate) { return 3 * sampleRate / (2 * (n + 1.0)) + 0.5; }

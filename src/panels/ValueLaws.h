@@ -7,6 +7,12 @@ namespace vc {
 
 // The adaptation rate Mu in units of 2^-14, of the record's finer grading at its lower end.
 int ShownMu(std::int16_t stored);
+// The stored rate that a typed Mu goes to. Its three parts end elsewhere than those of what is shown, as on
+// the unit's own panel: from 1025 to 1791 the rate comes out larger than was typed.
+double StoredMu(std::int16_t typed);
+// The size in taps that a filter of so many taps takes when one of position taps is asked for: from 120 on in
+// blocks of 16, away from where it was.
+std::int16_t SizedTaps(std::int16_t position, std::int16_t taps);
 // Width in Hz of a single notch or slot of width parameter n: 3 Fs / (2 (n + 1)) + 0.5.
 double NotchWidthHz(std::int16_t n, double sampleRate);
 // The fundamental of a comb of so many samples; a Fault for none.
