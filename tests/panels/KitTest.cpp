@@ -3,7 +3,6 @@
 #include <cmath>
 
 #include "PanelOpening.h"
-#include "Unheard.h"
 #include "model/FieldAccess.h"
 #include "panels/SliderText.h"
 #include "panels/StageLevels.h"
@@ -65,23 +64,7 @@ struct Everything {
 
 struct Kit : testing::Test {
   support::PanelRun run;
-  PanelContext context{.settings = run.record,
-                       .edits = run.session.edits,
-                       .desk = run.test.desk,
-                       .forms = run.session.forms,
-                       .events = run.test.loop,
-                       .status = run.session.device.status,
-                       .portOpen = run.session.device.comm.CommPortOpen,
-                       .blockSwitch = nullptr,
-                       .suffix = " (Filter 2)",
-                       .ofStage = true,
-                       .activated = support::DeadEnd{},
-                       .unloaded = support::DeadEnd{},
-                       .frequencyAxis = support::DeadEnd{},
-                       .turnFrequencyAxis = support::DeadEnd{},
-                       .storeOpenSetup = support::DeadEnd{},
-                       .storeInMemory = support::DeadEnd{},
-                       .exchangeTable = support::DeadEnd{}};
+  PanelContext context = support::LoneContext(run, " (Filter 2)");
   Everything all{context};
   Kit() {
     run.record.curFilter = 2;

@@ -1,9 +1,11 @@
 // Opens any panel of the table by the name of its form, whatever it edits.
 #pragma once
 
+#include <string>
 #include <string_view>
 
 #include "PanelRun.h"
+#include "Unheard.h"
 #include "model/Kinds.h"
 #include "panels/PanelHost.h"
 
@@ -40,6 +42,27 @@ inline void OpenPanel(PanelRun& run, std::string_view panel) {
     if (block->panel == panel) return panels.OpenBlock(*block);
   }
   panels.OpenMemory(PanelMemory);
+}
+
+// What a panel needs that stands beside the master panel.
+inline vc::PanelContext LoneContext(PanelRun& run, const std::string& suffix) {
+  return {.settings = run.record,
+          .edits = run.session.edits,
+          .desk = run.test.desk,
+          .forms = run.session.forms,
+          .events = run.test.loop,
+          .status = run.session.device.status,
+          .portOpen = run.session.device.comm.CommPortOpen,
+          .blockSwitch = nullptr,
+          .suffix = suffix,
+          .ofStage = true,
+          .activated = DeadEnd{},
+          .unloaded = DeadEnd{},
+          .frequencyAxis = DeadEnd{},
+          .turnFrequencyAxis = DeadEnd{},
+          .storeOpenSetup = DeadEnd{},
+          .storeInMemory = DeadEnd{},
+          .exchangeTable = DeadEnd{}};
 }
 
 // Every panel that there is is opened: visit() with the panel on top, and the panel's name in the trace.
