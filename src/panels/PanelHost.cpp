@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "panels/AdaptivePanels.h"
 #include "panels/AuxCtl.h"
 #include "panels/CutoffPanels.h"
 #include "panels/NotchPanels.h"
@@ -24,7 +25,9 @@ AnyPanel MakeFrom(const PanelContext& context) {
   return Make<P>(context, Description);
 }
 
-constexpr std::array<PanelRow, 11> Panels{{{"CtlLPF", MakeFrom<EdgePanel, CtlLPF>},
+constexpr std::array<PanelRow, 13> Panels{{{"Ctl2CH", MakeFrom<AdaptivePanel, Ctl2CH>},
+                                           {"Ctl1CH", MakeFrom<AdaptivePanel, Ctl1CH>},
+                                           {"CtlLPF", MakeFrom<EdgePanel, CtlLPF>},
                                            {"CtlHPF", MakeFrom<EdgePanel, CtlHPF>},
                                            {"CtlBPF", MakeFrom<BandPanel, CtlBPF>},
                                            {"CtlBSF", MakeFrom<BandPanel, CtlBSF>},

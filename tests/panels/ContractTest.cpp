@@ -30,9 +30,11 @@ struct Exemption {
   const char* why;
   bool showsTheSame;
 };
-constexpr std::array<Exemption, 2> Exemptions{
+constexpr std::array<Exemption, 4> Exemptions{
     {{"TransSlope", "shown to a tenth, which is coarser than the parameter where the edge is low", true},
-     {"txtWidth", "what is typed is half a parameter away from what is shown", false}}};
+     {"txtWidth", "what is typed is half a parameter away from what is shown", false},
+     {"txtAdapt", "what is typed is graded otherwise than what is shown", false},
+     {"txtPredSpan", "the largest span cannot be typed", false}}};
 
 const Exemption* ExemptionOf(const std::string& box) {
   const auto* found =

@@ -1,0 +1,281 @@
+#include "panels/AdaptivePanels.h"
+
+#include <algorithm>
+#include <array>
+
+#include "model/Kinds.h"
+#include "panels/ValueLaws.h"
+
+namespace vc {
+namespace {
+
+constexpr double LeastTaps = 4;
+constexpr double LeastMu = 1, MostMu = 2047;            // positions of the rate's slider
+constexpr double LowestThresh = 50, HighestThresh = 1;  // dB below full scale
+constexpr double MillisecondsPerSecond = 1000;
+
+// When a filter adapts, by stored number, and the signal that is compared with the threshold.
+struct Condition {
+  const char* caption;
+  const char* signal;
+};
+constexpr std::array<Condition, 7> Conditions{{{"Always", "Input"},
+                                               {"If Input > Threshold", "Input"},
+                                               {"If Input < Threshold", "Input"},
+                                               {"If Normal Output > Threshold", "Rejected"},
+                                               {"If Normal Output < Threshold", "Rejected"},
+                                               {"If Reference > Threshold", "Reference"},
+                                               {"If Reference < Threshold", "Reference"}}};
+
+constexpr std::array<int, 5> Ch1Scale{-12, -66, -30, -18, -48};
+constexpr std::array<int, 9> Ch2Scale{-12, -66, -30, -18, -48, -57, -39, -24, -15};
+
+std::vector<std::string> CaptionsOf(std::size_t conditions) {
+  std::vector<std::string> captions;
+  for (const Condition& condition : std::span(Conditions).first(conditions)) {
+    captions.emplace_back(condition.caption);
+  }
+  return captions;
+}
+
+double StageValue(const Panel& panel, const FieldRow& row) {
+  return NumberOf(panel.settings, row, panel.settings.curFilter, 0);
+}
+
+// As many samples as a position stands for, beside what it stores.
+std::string Milliseconds(const Panel& panel, double samples) {
+  constexpr int decimals = 3;
+  return FixedText(Divide(samples * MillisecondsPerSecond, panel.settings.sampleRate), decimals);
+}
+
+double TypedSamples(const Panel& panel, const std::string& text) {
+  return TypedNumber(text) * panel.settings.sampleRate / MillisecondsPerSecond;
+}
+
+DisplayLaw SizeInTaps(const Panel& panel, const FieldRow& taps) {
+  DisplayLaw law = WholeNumber("taps");
+  law.stored = [&panel, &taps](double position) -> double {
+    return SizedTaps(Nearest(position), Nearest(StageValue(panel, taps)));
+  };
+  law.snaps = true;
+  return law;
+}
+
+DisplayLaw SizeInTime(const Panel& panel) {
+  return {.unit = "milliseconds",
+          .show = [&panel](double position) { return Milliseconds(panel, Nearest(position)); },
+          .parse = [&panel](const std::string& text) { return TypedSamples(panel, text); }};
+}
+
+// What is stored is one sample less than what is shown. What is typed is held to the slider's own range
+// first, so that the largest span cannot be typed: that is how the unit's own panel has always read it.
+DisplayLaw SpanInSamples(const Panel& panel) {
+  return {.unit = "samples",
+          .show = [](double position) { return std::to_string(Nearest(position) + 1); },
+          .parse =
+              [&panel](const std::string& text) {
+                const int most = panel.settings.maxSpan[panel.settings.curFilter];
+                return std::clamp<int>(Nearest(TypedNumber(text)), 0, most) - 1;
+              }};
+}
+
+DisplayLaw SpanInTime(const Panel& panel) {
+  return {.unit = "milliseconds",
+          .show = [&panel](double position) { return Milliseconds(panel, Nearest(position) + 1); },
+          .parse = [&panel](const std::string& text) { return TypedSamples(panel, text) - 1; }};
+}
+
+DisplayLaw Mu() {
+  return {.unit = "x 2^-14",
+          .show = [](double position) { return std::to_string(ShownMu(Nearest(position))); },
+          .parse = [](const std::string& text) { return StoredMu(Nearest(TypedNumber(text))); }};
+}
+
+DisplayLaw Threshold() {
+  return {.unit = "dB",
+          .show = [](double position) { return std::to_string(-Nearest(position)); },
+          .parse = [](const std::string& text) { return -Nearest(TypedNumber(text)); },
+          .stored = [](double position) -> double { return -Nearest(position); },
+          .position = [](double value) { return -value; }};
+}
+
+// A lamp is told by its shape as well as by its colour: lit it is full, else a ring.
+template <bool Lit>
+void DrawLamp(Surface& surface, const Rectangle& area, int /*image*/) {
+  constexpr Colour lit = MakeColour(40, 190, 80);
+  constexpr int ringShare = 8;
+  const int ring = std::max(1, area.height / ringShare);
+  surface.FillEllipse(area, GrayText);
+  surface.FillEllipse({area.left + ring, area.top + ring, area.width - 2 * ring, area.height - 2 * ring},
+                      Lit ? lit : ButtonFace);
+}
+
+}  // namespace
+
+const AdaptiveFilter Ctl1CH{"Ctl1CH",
+                            "1-Channel Adaptive",
+                            "Prediction Span",
+                            8,
+                            5,
+                            Ch1Scale,
+                            RowOf<&SystemSettings::ch1Taps>(),
+                            RowOf<&SystemSettings::ch1PredSpan>(),
+                            RowOf<&SystemSettings::ch1Mu>(),
+                            RowOf<&SystemSettings::ch1AutoNormalize>(),
+                            RowOf<&SystemSettings::ch1AdaptSelect>(),
+                            RowOf<&SystemSettings::ch1Thresh>(),
+                            RowOf<&SystemSettings::ch1ProcessOutput>(),
+                            nullptr,
+                            nullptr};
+const AdaptiveFilter Ctl2CH{"Ctl2CH",
+                            "Reference Canceller",
+                            "Delay",
+                            7,
+                            7,
+                            Ch2Scale,
+                            RowOf<&SystemSettings::ch2Taps>(),
+                            RowOf<&SystemSettings::ch2Delay>(),
+                            RowOf<&SystemSettings::ch2Mu>(),
+                            RowOf<&SystemSettings::ch2AutoNormalize>(),
+                            RowOf<&SystemSettings::ch2AdaptSelect>(),
+                            RowOf<&SystemSettings::ch2Thresh>(),
+                            RowOf<&SystemSettings::ch2ProcessOutput>(),
+                            &RowOf<&SystemSettings::ch2DelayChan>(),
+                            &RowOf<&SystemSettings::ch2RightChannel>()};
+
+AdaptivePanel::AdaptivePanel(const PanelContext& context, const AdaptiveFilter& description)
+    : filter(description),
+      panel(context, filter.form, filter.title),
+      taps(
+          panel, fraTaps, "", "sldrTaps", SizeInTaps(panel, filter.taps),
+          [this] {
+            return SliderRange{LeastTaps,
+                               static_cast<double>(panel.settings.maxTaps[panel.settings.curFilter])};
+          },
+          Titled(InRecord(panel, OfFilter(filter.taps)), "Filter Size")),
+      tapsCount(fraTaps, "", "txtTaps", SizeInTaps(panel, filter.taps), taps.slider),
+      tapsTime(fraTaps, "", "txtTapsTime", SizeInTime(panel), taps.slider),
+      fraPredSpan(fraFilter, "fraPredSpan", filter.spanCaption),
+      span(
+          panel, fraPredSpan, "", "sldrPredSpan", SpanInSamples(panel),
+          [this] {
+            return SliderRange{0.0, static_cast<double>(panel.settings.maxSpan[panel.settings.curFilter])};
+          },
+          Titled(InRecord(panel, OfFilter(filter.span)), filter.spanCaption)),
+      spanCount(fraPredSpan, "", "txtPredSpan", SpanInSamples(panel), span.slider),
+      spanTime(fraPredSpan, "", "txtPredSpanTime", SpanInTime(panel), span.slider),
+      mu(panel, fraAdapt, "", "sldrAdapt", Mu(), Fixed(LeastMu, MostMu),
+         Titled(InRecord(panel, OfFilter(filter.mu)), fraAdapt.core.Caption())),
+      shownMu(fraAdapt, "Mu =", "txtAdapt", Mu(), mu.slider),
+      processOutput(panel, fraChannels, "fraProcessOutput", "Processor Output", "ProcessOutput",
+                    {"Normal", "Rejected"}, InRecord(panel, OfFilter(filter.processOutput))),
+      delayChan(filter.delayChan == nullptr ? nullptr
+                                            : std::make_unique<OptionField>(
+                                                  panel, fraChannels, "fraDelayChan", "Delay Channel",
+                                                  "DelayChan", std::vector<std::string>{"Input", "Reference"},
+                                                  InRecord(panel, OfFilter(*filter.delayChan)))),
+      imgLedOn(fraAdapting, "imgLedOn", "Adapting", 1, DrawLamp<true>),
+      imgLedOff(fraAdapting, "imgLedOff", "Not adapting", 1, DrawLamp<false>),
+      adaptSelect(panel, fraChoices, "fraAdaptSelect", "Filter will adapt:", "AdaptSelect",
+                  CaptionsOf(filter.conditions),
+                  Titled(InRecord(panel, OfFilter(filter.adaptSelect)), fraCondition.core.Caption())),
+      thresh(panel, fraWhen, "Threshold", "sldrThresh", "txtThresh", Threshold(),
+             Fixed(HighestThresh, LowestThresh), InRecord(panel, OfFilter(filter.thresh))),
+      adapt(panel, panel.form, "btnAdapt", "Adapt", GraphicButton::Style::Latching, context.adaptSwitch),
+      clear(panel, panel.form, "btnClear", "Clear", GraphicButton::Style::Push, context.clearButton),
+      adjust(panel, filter.taps) {
+  panel.form.initialFocus = &taps.slider.core;
+  taps.texts = {[this] { tapsCount.Redisplay(); }, [this] { tapsTime.Redisplay(); }};
+  span.texts = {[this] { spanCount.Redisplay(); }, [this] { spanTime.Redisplay(); }};
+  mu.texts = {[this] { shownMu.Redisplay(); }};
+  adaptSelect.otherwise = [this](double stored) {
+    return stored < 0 ? 0 : static_cast<int>(filter.conditions) - 1;
+  };
+  thresh.field.slider.ReverseScale = true;
+  tmrInputLevel.told = [this](const StageReading& reading) { ShowAdapting(reading.adapting); };
+  panel.shown.emplace_back([this] {
+    ShowLimits();
+    ShowCondition();
+  });
+  PrepareBar();
+  BindButtons();
+}
+
+void AdaptivePanel::PrepareBar() {
+  constexpr int fromBelow = 1;
+  constexpr double fullScale = 0;  // dB
+  lbInput.captioned = false;       // the label above it tells the signal
+  lbInput.SetOrientation(fromBelow);
+  std::vector<ScaleTick> ticks{{DbToBarPosition(fullScale), "OL"}};
+  for (const int decibels : filter.lblThreshBargraph) {
+    ticks.push_back({DbToBarPosition(decibels), std::to_string(decibels)});
+  }
+  lbInput.SetScale(ticks);
+  adaptSelect.frame.look = FrameLook::Flat;
+  imgLedOn.lines = imgLedOff.lines = {1, 1};
+  ShowAdapting(false);
+}
+
+void AdaptivePanel::BindButtons() {
+  const FieldRow& row = filter.autoNormalize;
+  btnAutoNormalize.clicked = [this, &row] {
+    const double on = btnAutoNormalize.Value() != 0 ? 1 : 0;
+    panel.Edit(btnAutoNormalize.core, btnAutoNormalize.core.Caption(),
+               {{&row, panel.settings.curFilter, 0, on}});
+  };
+  panel.parameters.emplace_back(
+      [this, &row] { btnAutoNormalize.SetValue(StageValue(panel, row) == 1 ? 1 : 0); });
+  panel.parameters.emplace_back([this] { TellRightChannel(); });
+  btnAdjustMaximum.clicked = [this] {
+    tmrInputLevel.Stop();
+    adjust.Ask();
+  };
+  adjust.form.unloaded = [this] {
+    panel.Fill();
+    tmrInputLevel.Start();
+  };
+  btnStore.clicked = [this] { Exchange(TableExchange::Store); };
+  btnRecall.clicked = [this] { Exchange(TableExchange::Recall); };
+}
+
+void AdaptivePanel::Exchange(TableExchange::Direction direction) {
+  panel.context.exchangeTable({direction, filter.tableType, [this] { panel.Fill(); }});
+}
+
+// On which channel a filter with two inputs works follows from its stage, and is no edit of the operator.
+void AdaptivePanel::TellRightChannel() {
+  if (filter.rightChannel == nullptr) return;
+  const SystemSettings& settings = panel.settings;
+  const bool right = settings.configMode != ConfigMode::Mono && settings.curFilter > PairStages;
+  const double value = right ? 1 : 0;
+  if (StageValue(panel, *filter.rightChannel) == value) return;
+  panel.context.edits.Apply({{filter.rightChannel, settings.curFilter, 0, value}}, {});
+}
+
+void AdaptivePanel::ShowLimits() {
+  const SystemSettings& settings = panel.settings;
+  fraTaps.core.SetCaption("Filter Size (" + std::to_string(settings.maxTaps[settings.curFilter]) +
+                          " taps max)");
+  for (Button* button : {&btnStore, &btnRecall}) button->core.SetEnabled(!IsLinked(settings.configMode));
+}
+
+void AdaptivePanel::ShowCondition() {
+  const int choice = adaptSelect.options.Selected();
+  const double decibels = StageValue(panel, filter.thresh);
+  const std::string shown = FixedText(decibels, 0) + " dB";
+  lblInput.core.SetCaption(Conditions.at(static_cast<std::size_t>(choice)).signal);
+  lblThreshVal.core.SetCaption(shown);
+  lbInput.SetMarkerValue(1, DbToBarPosition(decibels));
+  lbInput.SetMarkerText("Threshold " + shown);
+  for (ControlCore* core : {&thresh.entry.text.core, &thresh.field.slider.core, &lblThreshold.core,
+                            &lblThreshVal.core, &lblInput.core, &lbInput.core}) {
+    core->SetEnabled(choice != 0);
+  }
+}
+
+void AdaptivePanel::ShowAdapting(bool adapting) {
+  imgLedOn.core.SetVisible(adapting);
+  imgLedOff.core.SetVisible(!adapting);
+}
+
+}  // namespace vc

@@ -1,0 +1,84 @@
+// The panels of the two kinds of adaptive filter: how large it is, how fast it adapts and when, and which
+// signal comes out. The unit itself adapts the coefficients.
+#pragma once
+
+#include <span>
+
+#include "panels/FSAdjust.h"
+#include "panels/SliderText.h"
+#include "panels/StageLevels.h"
+
+namespace vc {
+
+struct AdaptiveFilter {
+  const char* form;
+  const char* title;
+  const char* spanCaption;
+  std::int16_t tableType;                  // of its coefficients, where they are stored and recalled
+  std::size_t conditions;                  // how many of the conditions it offers
+  std::span<const int> lblThreshBargraph;  // dB of the numbers beside the bar, those that matter most first
+  const FieldRow &taps, &span, &mu, &autoNormalize, &adaptSelect, &thresh, &processOutput;
+  const FieldRow *delayChan, *rightChannel;  // none where it has no second input
+};
+extern const AdaptiveFilter Ctl1CH, Ctl2CH;
+
+struct AdaptivePanel {
+  AdaptivePanel(const PanelContext& context, const AdaptiveFilter& description);
+
+  const AdaptiveFilter& filter;
+  Panel panel;
+  Frame fraSettings{panel.form, "fraSettings", "", Arrangement::Columns};
+  Frame fraFilter{fraSettings, "fraFilter", ""};
+
+  Frame fraTaps{fraFilter, "fraTaps", ""};
+  SliderField taps;
+  SliderEntry tapsCount, tapsTime;
+  Button btnAdjustMaximum{fraTaps, "btnAdjustMaximum", "Adjust Maximum..."};
+
+  Frame fraPredSpan;
+  SliderField span;
+  SliderEntry spanCount, spanTime;
+
+  Frame fraAdapt{fraFilter, "fraAdapt", "Adapt Rate"};
+  SliderField mu;
+  SliderEntry shownMu;
+  GraphicButton btnAutoNormalize{fraAdapt, "btnAutoNormalize", "Auto Normalize",
+                                 GraphicButton::Style::Latching};
+
+  Frame fraChannels{fraFilter, "fraChannels", "", Arrangement::Columns};
+  OptionField processOutput;
+  std::unique_ptr<OptionField> delayChan;
+
+  Frame fraCondition{fraSettings, "fraCondition", "Conditional Adaptation"};
+  Frame fraAdapting{fraCondition, "fraAdapting", "", Arrangement::Columns};
+  Picture imgLedOn, imgLedOff;
+  Label lblAdapting{fraAdapting, "lblAdapting", "Adapting"};
+  Frame fraWhen{fraCondition, "fraWhen", "", Arrangement::Columns};
+  Frame fraChoices{fraWhen, "fraChoices", ""};
+  OptionField adaptSelect;
+  Frame fraLegend{fraChoices, "fraLegend", "", Arrangement::Columns};
+  Label lblThreshold{fraLegend, "lblThreshold", "Line in the bar: threshold"};
+  Label lblThreshVal{fraLegend, "lblThreshVal", ""};
+  Frame fraLevel{fraWhen, "fraLevel", ""};
+  Label lblInput{fraLevel, "lblInput", "Input"};
+  LevelBar lbInput{fraLevel, "lbInput", "Level"};
+  SliderText thresh;
+
+  MirroredButton adapt, clear;
+  Button btnStore{panel.form, "btnStore", "Store..."}, btnRecall{panel.form, "btnRecall", "Recall..."};
+  PanelFoot foot{panel, "btnFilterActive", "Active"};
+
+  StageLevels tmrInputLevel{panel, EntriesOfCurFilter, lbInput};
+  FSAdjust adjust;
+
+ private:
+  void PrepareBar();
+  void BindButtons();
+  void Exchange(TableExchange::Direction direction);
+  void TellRightChannel();
+  void ShowLimits();
+  void ShowCondition();
+  void ShowAdapting(bool adapting);
+};
+
+}  // namespace vc
