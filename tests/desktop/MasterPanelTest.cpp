@@ -95,6 +95,30 @@ TEST(MasterPanelWindow, WhatIsTypedIsTakenPutBackAndUndone) {
   EXPECT_TRUE(run.test.desk.boxes.empty());
 }
 
+// Its blocks are wider than what the mouse moves it by.
+TEST(MasterPanelWindow, ASliderThatSnapsNeverGoesAgainstTheHand) {
+  MasterWindow run;
+  run.record.ch1Taps[1] = 256;
+  run.OpenFilter(1, vc::FilterKind::OneChAdaptive);
+  run.Ready();
+  auto& slider = run.At<QSlider>("sldrTaps");
+  QPoint hand = HandleOf(slider);
+  QTest::mousePress(&slider, Qt::LeftButton, {}, hand);
+  for (const auto& [way, times] : {std::pair{1, 60}, {-1, 30}}) {
+    for (int moves = 0; moves < times; ++moves) {
+      const int before = run.record.ch1Taps[1];
+      hand += QPoint(way * (moves % 2), moves % 3 - 1);
+      QTest::mouseMove(&slider, hand);
+      ASSERT_GE(way * (run.record.ch1Taps[1] - before), 0) << moves;
+      ASSERT_EQ(slider.value() + 4, run.record.ch1Taps[1]);
+    }
+    EXPECT_GT(run.record.ch1Taps[1], 256);
+  }
+  QTest::mouseRelease(&slider, Qt::LeftButton, {}, hand);
+  run.Press("Ctrl+Z");
+  EXPECT_EQ(run.record.ch1Taps[1], 256);
+}
+
 TEST(MasterPanelWindow, KeysAndADoubleClickMoveASlider) {
   MasterWindow run;
   run.OpenFilter(1, vc::FilterKind::Lowpass);
