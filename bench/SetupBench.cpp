@@ -71,7 +71,7 @@ struct Setup {
 
 std::vector<vc::LineType> TypesOfLines() {
   std::vector<vc::LineType> types;
-  vc::WalkSetup([&types](const vc::SetupRun& run) {
+  vc::WalkSetup([&types](const vc::LineRun& run) {
     types.insert(types.end(), static_cast<std::size_t>(run.Lines()), run.type);
     return true;
   });

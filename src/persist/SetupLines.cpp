@@ -2,8 +2,6 @@
 
 #include <algorithm>
 #include <optional>
-#include <type_traits>
-#include <variant>
 #include <vector>
 
 namespace vc {
@@ -80,17 +78,10 @@ constexpr IndexRange FirstNotches{1, 12};  // and with twelve notches
 constexpr IndexRange AddedNotches{13, 16};
 constexpr int StoredSubstages = 4, StoredEqSubstages = 2;
 
-LineType TypeOf(const FieldRow& row) {
-  SystemSettings any;
-  const FieldRef element = row.at(any, row.extent[0].first, row.extent[1].first);
-  if (std::holds_alternative<float*>(element)) return LineType::Float;
-  return std::holds_alternative<std::string*>(element) ? LineType::Text : LineType::Integer;
-}
-
 // Puts the runs together; Dropping makes what is added read and dropped.
 class Builder {
  public:
-  std::vector<SetupRun> runs;
+  std::vector<LineRun> runs;
   LineUse use = LineUse::Stored;
 
   void Constant(std::string_view name, LineType type, std::string_view text, int lines,
@@ -98,8 +89,9 @@ class Builder {
     runs.push_back({name, constantUse, type, nullptr, {1, lines}, {}, nullptr, text});
   }
   void Field(std::string_view name, IndexRange i, IndexRange j, const LineLaw* law = nullptr) {
-    const FieldRow* row = FindField(name);
-    runs.push_back({name, use, TypeOf(*row), row, i, j, law});
+    LineRun& run = runs.emplace_back(RunOf(name, i, j));
+    run.use = use;
+    run.law = law;
   }
   // All indices that the field has inside.
   void Field(std::string_view name, IndexRange i) { Field(name, i, FindField(name)->extent[1]); }
@@ -236,7 +228,7 @@ void AddTail(Builder& lines) {
   lines.Each({1, 2}, [&](int stage) { AddBroadband(lines, stage); });
 }
 
-std::vector<SetupRun> BuildRuns() {
+std::vector<LineRun> BuildRuns() {
   Builder lines;
   AddHeader(lines);
   AddFirstStages(lines);
@@ -247,8 +239,8 @@ std::vector<SetupRun> BuildRuns() {
 
 }  // namespace
 
-std::span<const SetupRun> SetupRuns() {
-  static const std::vector<SetupRun> runs = BuildRuns();
+std::span<const LineRun> SetupRuns() {
+  static const std::vector<LineRun> runs = BuildRuns();
   return runs;
 }
 

@@ -6,35 +6,6 @@
 namespace vc {
 namespace {
 
-std::string LinesText(int first, int count) {
-  const std::string from = std::to_string(first);
-  return count == 1 ? from : from + "–" + std::to_string(first + count - 1);
-}
-
-std::string IndexText(const IndexRange& range) {
-  const std::string first = std::to_string(range.first);
-  return "[" + (range.first == range.last ? first : first + ".." + std::to_string(range.last)) + "]";
-}
-
-std::string WhatText(const SetupRun& run) {
-  if (run.field == nullptr) {
-    const std::string written =
-        run.use == LineUse::Protection ? "0 or 1" : "`" + std::string(run.constant) + "`";
-    return std::string(run.name) + ": " + written;
-  }
-  std::string text = "`" + std::string(run.name);
-  if (run.field->dimensions > 0) text += IndexText(run.i);
-  if (run.field->dimensions > 1) text += IndexText(run.j);
-  text += "`";
-  if (run.law != nullptr) text.append(", ").append(run.law->words);
-  return text;
-}
-
-std::string_view TypeText(LineType type) {
-  if (type == LineType::Integer) return "integer";
-  return type == LineType::Float ? "float" : "text";
-}
-
 std::string_view UseText(LineUse use) {
   switch (use) {
     case LineUse::Stored:
@@ -87,13 +58,12 @@ This page is made from the program's own walk over the lines.
 std::string SetupFilePage() {
   std::string page(Introduction);
   int line = 1;
-  WalkSetup([&](const SetupRun& run) {
+  WalkSetup([&](const LineRun& run) {
     if (run.use == LineUse::CoefficientBlocks) {
       page += "| | | **here stand the coefficient blocks** | |\n";
       return true;
     }
-    page.append("| ").append(LinesText(line, run.Lines())).append(" | ").append(TypeText(run.type));
-    page.append(" | ").append(WhatText(run)).append(" | ").append(UseText(run.use)).append(" |\n");
+    page.append(RunRow(run, line)).append(" ").append(UseText(run.use)).append(" |\n");
     line += run.Lines();
     return true;
   });

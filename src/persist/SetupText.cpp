@@ -1,7 +1,6 @@
 #include "persist/SetupText.h"
 
 #include <algorithm>
-#include <span>
 #include <utility>
 
 #include "model/Settings.h"
@@ -11,26 +10,6 @@
 namespace vc {
 namespace {
 
-// The elements of a run whose field is of type T, in stretches of memory; false as soon as visit says so.
-template <typename T, typename Visit>
-bool ForEachStretch(const SetupRun& run, SystemSettings& settings, Visit visit) {
-  const auto count = static_cast<std::size_t>(run.j.last - run.j.first) + 1;
-  for (int i = run.i.first; i <= run.i.last; ++i) {
-    T* first = std::get<T*>(run.field->at(settings, i, run.j.first));
-    for (T& element : std::span<T>(first, count)) {
-      if (!visit(element)) return false;
-    }
-  }
-  return true;
-}
-
-// The same whatever the type of the field.
-template <typename Visit>
-bool ForEachElement(const SetupRun& run, SystemSettings& settings, Visit visit) {
-  return std::visit([&]<typename T>(T*) { return ForEachStretch<T>(run, settings, visit); },
-                    run.field->at(settings, run.i.first, run.j.first));
-}
-
 class Writer {
  public:
   Writer(SystemSettings& record, std::int16_t protectFlag, const LearnedStages& learnedStages)
@@ -39,15 +18,13 @@ class Writer {
     lines.text.reserve(usualSize);
   }
 
-  bool operator()(const SetupRun& run) {
+  bool operator()(const LineRun& run) {
     if (run.use == LineUse::CoefficientBlocks) {
       for (const auto& [stage, coefficients] : learned) WriteCoefficientBlock(lines, stage, coefficients);
     } else if (run.use == LineUse::Protection) {
       lines.Integer(protect);
-    } else if (run.field == nullptr) {
-      for (int line = 0; line < run.Lines(); ++line) lines.Line(run.constant);
     } else {
-      ForEachElement(run, settings, [&](const auto& element) { return Write(element, run.law), true; });
+      WriteRun(lines, run, settings);
     }
     return true;
   }
@@ -55,16 +32,6 @@ class Writer {
   std::string Text() { return std::move(lines.text); }
 
  private:
-  void Write(std::int16_t value, const LineLaw* law) {
-    lines.Integer(law == nullptr ? value : law->written(value));
-  }
-  void Write(float value, const LineLaw* /*law*/) { lines.Float(value); }
-  void Write(const std::string& value, const LineLaw* /*law*/) { lines.Text(value); }
-  template <typename Other>
-  void Write(Other value, const LineLaw* /*law*/) {
-    lines.Integer(value);
-  }
-
   SystemSettings& settings;
   std::int16_t protect;
   const LearnedStages& learned;
@@ -76,47 +43,15 @@ class Reader {
   Reader(SystemSettings& record, std::string_view text, bool withConnection, LearnedStages& learnedStages)
       : settings(record), lines{text}, takeConnection(withConnection), learned(learnedStages) {}
 
-  bool operator()(const SetupRun& run) {
+  bool operator()(const LineRun& run) {
     if (run.use == LineUse::CoefficientBlocks) return TakeBlocks();
-    if (!Stores(run)) return Skip(run);
-    return ForEachElement(run, settings,
-                          [&](auto& element) { return lines.AtEnd() || Take(element, run.law); });
+    return Stores(run) ? TakeRun(lines, run, settings, Ending::Early) : SkipRun(lines, run, Ending::Early);
   }
 
  private:
-  bool Stores(const SetupRun& run) const {
+  bool Stores(const LineRun& run) const {
     return run.use == LineUse::Stored || (run.use == LineUse::Connection && takeConnection) ||
            (run.use == LineUse::Description && !settings.loadingSetup);
-  }
-
-  bool Skip(const SetupRun& run) {
-    for (int line = 0; line < run.Lines(); ++line) {
-      if (!lines.AtEnd() && !SkipLine(run.type)) return false;
-    }
-    return true;
-  }
-
-  bool SkipLine(LineType type) {
-    std::int16_t integer = 0;
-    float number = 0;
-    std::string text;
-    if (type == LineType::Float) return lines.Float(number);
-    return type == LineType::Text ? lines.Text(text) : Take(integer, nullptr);
-  }
-
-  bool Take(std::int16_t& element, const LineLaw* law) {
-    if (!lines.Integer(element)) return false;
-    if (law != nullptr) element = law->taken(element);
-    return true;
-  }
-  bool Take(float& element, const LineLaw* /*law*/) { return lines.Float(element); }
-  bool Take(std::string& element, const LineLaw* /*law*/) { return lines.Text(element); }
-  template <typename Other>
-  bool Take(Other& element, const LineLaw* /*law*/) {
-    std::int32_t value = 0;
-    if (!lines.Integer(value)) return false;
-    element = static_cast<Other>(value);
-    return true;
   }
 
   bool TakeBlocks() {
@@ -139,14 +74,14 @@ class HeaderReader {
   HeaderReader(std::string_view text, SetupHeader& target) : lines{text}, header(target) {}
   bool good = true;
 
-  bool operator()(const SetupRun& run) {
+  bool operator()(const LineRun& run) {
     if (lines.AtEnd()) return false;
     good = Take(run);
     return good && run.use != LineUse::Protection;
   }
 
  private:
-  bool Take(const SetupRun& run) {
+  bool Take(const LineRun& run) {
     if (run.use != LineUse::Protection) {
       return lines.Text(run.use == LineUse::Description ? header.description : header.identifier);
     }

@@ -88,7 +88,7 @@ TEST_F(SetupFile, TheSecondCopyOfAddedStagesDoesNotCount) {
   std::istringstream stream(Content(path));
   for (std::string line; std::getline(stream, line);) lines.push_back(line + "\n");
   std::size_t at = 0;
-  WalkSetup([&](const SetupRun& run) {
+  WalkSetup([&](const LineRun& run) {
     for (int line = 0; line < run.Lines(); ++line, ++at) {
       if (run.use == LineUse::Dropped && run.type == LineType::Integer) lines[at] = "3\r\n";
     }
