@@ -19,9 +19,11 @@ constexpr std::uint16_t ResetAll = 255;
 constexpr unsigned LastFilter = 6;
 constexpr unsigned FirstEqualizer = 9;
 constexpr unsigned LastAlgorithm = 10;
-constexpr unsigned SharedAlgorithm = 9;  // parametric in class 2, compressor in class 3
+constexpr unsigned SharedAlgorithm = 9;       // parametric in class 2, compressor in class 3
+constexpr std::size_t AdaptivePackets = 256;  // as many as a packet's number tells apart
 constexpr std::size_t FilterPackets = 64;
 constexpr std::size_t EqualizerPackets = 16;
+constexpr std::uint8_t AdaptiveClass = 0;
 
 struct ClassField {
   std::uint8_t code;
@@ -131,6 +133,11 @@ CoefficientBlock Stages::Coefficients(const PageBlock& place) const {
   return block;
 }
 
+unsigned Stages::TablesOf(const Synthesis& synthesis) const {
+  if (synthesis.algorithm != HostCoefficients) return 0;
+  return linked ? 2 : 1;
+}
+
 void Stages::DropPackets() { packets.clear(); }
 
 // Both words are needed: classes 1 to 5 all idle look like the hold.
@@ -139,7 +146,6 @@ bool Stages::Held() const { return classWords[0] == HoldAll && classWords[1] == 
 // A packet 0 begins a series anew; the last packet may come again, as its answer can be lost.
 std::string_view Stages::PacketRefusal(std::size_t number) const {
   if (Held()) return "the stages are held";
-  if (number >= FilterPackets) return "no such packet";
   if (number > packets.size()) return "one before it is missing";
   return number == 0 || number + 1 >= packets.size() ? "" : "out of order";
 }
@@ -157,8 +163,10 @@ std::string_view Stages::SynthesisRefusal(const Synthesis& synthesis) const {
 std::string_view Stages::CoefficientsRefusal(unsigned position) const {
   if (linked && position % 2 == 0) return "linked, the odd position has them";
   if (packets.empty()) return "no packets";
-  return packets.size() <= (IsEqualizer(position) ? EqualizerPackets : FilterPackets) ? ""
-                                                                                      : "too many packets";
+  const std::size_t most = IsEqualizer(position)                      ? EqualizerPackets
+                           : At(position).stageClass == AdaptiveClass ? AdaptivePackets
+                                                                      : FilterPackets;
+  return packets.size() <= most ? "" : "too many packets";
 }
 
 void Stages::TakePacket(const Frame& frame) {
@@ -224,8 +232,7 @@ void Stages::Reset(std::uint16_t bits) {
 
 void Stages::Synthesize(const Synthesis& synthesis) {
   if (synthesis.algorithm == HostCoefficients) {
-    StoreCoefficients(synthesis.position);
-    if (linked) StoreCoefficients(synthesis.position + 1);
+    for (unsigned each = 0; each < TablesOf(synthesis); ++each) StoreCoefficients(synthesis.position + each);
   } else {
     Stage& stage = programs.stages[synthesis.position - 1];
     stage.algorithm = static_cast<std::uint8_t>(synthesis.algorithm);

@@ -92,6 +92,9 @@ class Stages {
   // The coefficients of a block, zero where the page has none.
   CoefficientBlock Coefficients(const PageBlock& place) const;
 
+  // How many positions, from that of the synthesis on, it gives its coefficients to.
+  unsigned TablesOf(const Synthesis& synthesis) const;
+
   // Forgets the packets for which no command has come.
   void DropPackets();
 

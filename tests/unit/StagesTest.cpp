@@ -78,7 +78,7 @@ TEST(Stages, ImpossibleSynthesesAreMetWithSilence) {
                         {2, 1, 9},  {2, 2, 1},  {2, 3, 1},  {2, 4, 8},     {2, 10, 8},  // of another class
                         {2, 5, 0},  {2, 5, 1},  {2, 3, 0},  {2, 4, 0},     {2, 10, 0},  // no coefficients
                         {0, 1, 1},  {1, 1, 1},  {3, 1, 1},  {64, 3, 9},                 // not a block
-                        {0, 1, 0},  {0, 2, 0},  {17, 9, 0}};                            // not a table
+                        {0, 1, 0},  {0, 2, 0},  {17, 9, 0}, {65, 1, 0}};                // not a table
   for (const auto& [packets, position, algorithm] : cases) {
     Bench bench;
     ExpectTaken(bench, classes + Packets(packets));
@@ -100,7 +100,7 @@ TEST(Stages, PacketsComeInOrderAndNotDuringAHold) {
   ExpectTaken(bench, classes);
   EXPECT_EQ(bench.Ask(PacketFrame(1, 0)), "");
   ExpectTaken(bench, Packets(3) + Packets(64));
-  for (const int number : {1, 62, 64, 255}) {
+  for (const int number : {1, 62, 65, 255}) {
     EXPECT_EQ(bench.Ask(PacketFrame(static_cast<std::uint8_t>(number), 0)), "") << number;
   }
   ExpectTaken(bench, {Synthesis(6, 0), Command(85, Hold)});
@@ -132,6 +132,10 @@ TEST(Stages, ResetEmptiesTheStagesOfItsBits) {
   Bench bench;
   ExpectTaken(bench, filled + Frames{Command(89, 0x80)} + Packets(2));
   EXPECT_EQ(bench.Ask(Synthesis(1, 1)), "");
+}
+
+TEST(Stages, AnAdaptiveFilterIsGivenAsManyCoefficientsAsPacketsCanCarry) {
+  EXPECT_TRUE(Has(DumpAfter(classes + Packets(256) + Frames{Synthesis(2, 0)}), "table 2 4096 "));
 }
 
 TEST(Stages, LinkedCoefficientsCountForThePair) {

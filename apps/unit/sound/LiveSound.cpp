@@ -82,6 +82,17 @@ void LiveSound::Follow(const Frame& frame) {
   if (frame.number == StageReset) engine.ResetStages(frame.argument);
   if (frame.number == BroadbandReset) engine.ResetBroadband(frame.argument);
   if (frame.number == AnalyzerRun) engine.ClearTraces(frame.argument);
+  if (frame.number == SynthesizeCode) TakeTables(SynthesisOf(frame.argument));
+}
+
+// What the host sends to an adaptive filter is what it is to have learned.
+void LiveSound::TakeTables(const Synthesis& synthesis) {
+  Settle();
+  const Stages& stages = attached->HeldStages();
+  for (unsigned each = 0; each < stages.TablesOf(synthesis); ++each) {
+    const unsigned position = synthesis.position + each;
+    engine.Learn(position, stages.At(position).coefficients);
+  }
 }
 
 void LiveSound::Settle() {

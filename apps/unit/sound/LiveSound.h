@@ -62,6 +62,7 @@ class LiveSound {
 
   double BlockTime() const { return 1e6 * BlockFrames / engine.SampleRate(); }
   void Follow(const Frame& frame);
+  void TakeTables(const Synthesis& synthesis);
   void Settle();
   void FollowRate();
   void BeginFile();
