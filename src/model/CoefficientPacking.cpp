@@ -18,9 +18,13 @@ std::uint32_t Fraction(float coefficient) {
   return static_cast<std::uint32_t>(Nearest32(Bounded(scaled, Lowest, Highest)));
 }
 
-}  // namespace
+std::uint32_t Fraction(std::int32_t coefficient) {
+  return static_cast<std::uint32_t>(
+      std::clamp(coefficient, static_cast<std::int32_t>(Lowest), static_cast<std::int32_t>(Highest)));
+}
 
-PacketContent PackCoefficients(std::span<const float> sixteen) {
+template <typename Coefficient>
+PacketContent Pack(std::span<const Coefficient> sixteen) {
   PacketContent content{};
   const std::size_t count = std::min(sixteen.size(), CoefficientsPerPacket);
   for (std::size_t k = 0; k < count; k++) {
@@ -32,5 +36,10 @@ PacketContent PackCoefficients(std::span<const float> sixteen) {
   }
   return content;
 }
+
+}  // namespace
+
+PacketContent PackCoefficients(std::span<const float> sixteen) { return Pack(sixteen); }
+PacketContent PackCoefficients(std::span<const std::int32_t> sixteen) { return Pack(sixteen); }
 
 }  // namespace vc

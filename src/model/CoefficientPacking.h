@@ -20,6 +20,8 @@ inline constexpr std::size_t CoefficientsPerPacket = 16;
 // the nearest, ties to even. What lies beyond is bounded to 24 bits, NaN gives 0. Coefficients missing from a
 // shorter span are 0, those after the sixteenth are left out.
 PacketContent PackCoefficients(std::span<const float> sixteen);
+// The same of coefficients as the unit has them, -2^23..2^23-1.
+PacketContent PackCoefficients(std::span<const std::int32_t> sixteen);
 
 // Stores value at bytes[place...], low byte first. The place must lie inside.
 template <std::unsigned_integral Value>

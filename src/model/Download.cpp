@@ -55,16 +55,31 @@ void Download::MarkResets() {
 
 void Download::Send() {
   if (!device.comm.CommPortOpen) return;
-  const DownloadPlan plan = PlanDownload({image, settings, transform, analyzerClearRequest}, shadow);
+  if (SendPlan(PlanDownload({image, settings, transform, analyzerClearRequest}, shadow))) Settle();
+}
+
+bool Download::SendPlan(const DownloadPlan& plan) {
   const int total = static_cast<int>(plan.size());
   for (int done = 0; done < total; ++done) {
     progress(done, total);
     const DownloadFrame& frame = plan[static_cast<std::size_t>(done)];
-    if (!SendFrame(frame)) return;
+    if (!SendFrame(frame)) return false;
     if (frame.acknowledged) frame.acknowledged(shadow);
   }
   progress(total, total);
-  Settle();
+  return true;
+}
+
+Transmission Download::SendLearned(int stage, std::span<const std::int32_t> coefficients) {
+  const int position = PositionOfStage(settings.configMode, stage);
+  const bool fits = !coefficients.empty() && coefficients.size() <= MostCoefficients;
+  if (!device.comm.CommPortOpen || !fits || !IsAdaptive(image.stageKind[position])) {
+    return Transmission::Impossible;
+  }
+  if (!SendsCoefficients(settings, position)) return Transmission::Done;
+  DownloadPlan plan;
+  SendCoefficients(plan, position, coefficients, IsLinked(settings.configMode));
+  return SendPlan(plan) ? Transmission::Done : Transmission::Failed;
 }
 
 bool Download::SendFrame(const DownloadFrame& frame) {

@@ -2,6 +2,9 @@
 // difference.
 #pragma once
 
+#include <cstdint>
+#include <span>
+
 #include "link/modDeviceComm.h"
 #include "model/DownloadPlan.h"
 #include "model/RegisterImage.h"
@@ -10,6 +13,10 @@
 #include "text/Wire.h"
 
 namespace vc {
+
+// What has become of something that was to go to the unit. A failure on the way has told the operator and
+// closed the link; what cannot be sent at all is not told.
+enum class Transmission { Done, Impossible, Failed };
 
 struct Download {
   // progressTold is told between frames, never inside one, how many of how many have gone out.
@@ -26,6 +33,10 @@ struct Download {
   // closed the link. settingsChanged is 0 afterwards in every case. mode is a DownloadMode: the difference
   // only, or everything, with every built table forgotten or kept.
   void DownloadSettings(int mode);
+  // Gives an adaptive filter, which is in the unit as the record has it, what it is to have learned: up to
+  // 4096 coefficients, -2^23..2^23-1. Impossible with the port closed, for more or none, and where the stage
+  // is not in use as an adaptive one. In Stereo Linked a right stage has what its left partner is given.
+  Transmission SendLearned(int stage, std::span<const std::int32_t> coefficients);
   // The next download sends the system word and begins the chain anew.
   void ForgetBandwidth() { shadow.bandwidth.reset(); }
   // Whether the finished table of a filter stage is in the unit.
@@ -35,6 +46,8 @@ struct Download {
   void Forget(int mode);
   void MarkResets();
   void Send();
+  // False after the first frame that failed.
+  bool SendPlan(const DownloadPlan& plan);
   bool SendFrame(const DownloadFrame& frame);
   void Settle();
 

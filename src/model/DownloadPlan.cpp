@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "model/CoefficientPacking.h"
 #include "model/HostDesign.h"
 #include "model/KindLaws.h"
 #include "model/Kinds.h"
@@ -123,9 +122,18 @@ void WalkRegisters(DownloadPlan& plan, const DownloadRequest& request, const Sha
   }
 }
 
-// In Stereo Linked the unit takes the coefficients of an odd position for its even partner as well.
-bool SendsCoefficients(const SystemSettings& settings, int position) {
-  return !IsLinked(settings.configMode) || position % 2 == 1;
+template <typename Coefficient>
+void PlanCoefficients(DownloadPlan& plan, int position, std::span<const Coefficient> coefs, bool linked) {
+  for (std::size_t first = 0; first < coefs.size(); first += CoefficientsPerPacket) {
+    const std::size_t count = std::min(CoefficientsPerPacket, coefs.size() - first);
+    Packet(plan, first / CoefficientsPerPacket, PackCoefficients(coefs.subspan(first, count)),
+           CoefficientFailure, first == 0);
+  }
+  Command(plan, registers::Synthesize, SynthesisArgument(position, algorithm::FromHost),
+          [position, linked](Shadow& known) {
+            known.ForgetStage(position);
+            if (linked) known.ForgetStage(position + 1);
+          });
 }
 
 void PlanFilter(DownloadPlan& plan, const DownloadRequest& request, const Shadow& shadow, int position) {
@@ -138,10 +146,10 @@ void PlanFilter(DownloadPlan& plan, const DownloadRequest& request, const Shadow
   }
   if (image.stageNeedsCoefs[position] == 0 || !SendsCoefficients(request.settings, position)) return;
   const int stage = StageAtPosition(request.settings.configMode, position);
-  SendCoefficients(plan, position,
-                   BuildCoefficients(request.transform, request.settings, stage, image.stageKind[position],
-                                     request.settings.generalStageTaps),
-                   IsLinked(request.settings.configMode));
+  const std::vector<float> coefs =
+      BuildCoefficients(request.transform, request.settings, stage, image.stageKind[position],
+                        request.settings.generalStageTaps);
+  SendCoefficients(plan, position, std::span(coefs), IsLinked(request.settings.configMode));
 }
 
 void PlanEqualizer(DownloadPlan& plan, const DownloadRequest& request, const Shadow& shadow, int equalizer) {
@@ -186,23 +194,23 @@ void SynthesizeOnboard(DownloadPlan& plan, const RegisterImage& image, int posit
                   }});
 }
 
-void SendCoefficients(DownloadPlan& plan, int position, const std::vector<float>& coefs, bool linked) {
-  for (std::size_t first = 0; first < coefs.size(); first += CoefficientsPerPacket) {
-    const std::size_t count = std::min(CoefficientsPerPacket, coefs.size() - first);
-    Packet(plan, first / CoefficientsPerPacket, PackCoefficients(std::span(coefs).subspan(first, count)),
-           CoefficientFailure, first == 0);
-  }
-  Command(plan, registers::Synthesize, SynthesisArgument(position, algorithm::FromHost),
-          [position, linked](Shadow& known) {
-            known.ForgetStage(position);
-            if (linked) known.ForgetStage(position + 1);
-          });
+bool SendsCoefficients(const SystemSettings& settings, int position) {
+  return !IsLinked(settings.configMode) || position % 2 == 1;
+}
+
+void SendCoefficients(DownloadPlan& plan, int position, std::span<const float> coefs, bool linked) {
+  PlanCoefficients(plan, position, coefs, linked);
+}
+
+void SendCoefficients(DownloadPlan& plan, int position, std::span<const std::int32_t> coefs, bool linked) {
+  PlanCoefficients(plan, position, coefs, linked);
 }
 
 void SendEdgeFilter(DownloadPlan& plan, const DownloadRequest& request, int equalizer, const Shadow& shadow) {
   const std::vector<float> coefs = DesignEdgeFilter(request.transform, request.settings, equalizer);
   if (shadow.edgeCoefs[equalizer] == coefs) return;
-  SendCoefficients(plan, EqualizerPosition + equalizer - 1, coefs, IsLinked(request.settings.configMode));
+  SendCoefficients(plan, EqualizerPosition + equalizer - 1, std::span(coefs),
+                   IsLinked(request.settings.configMode));
   plan.back().acknowledged = [emptied = plan.back().acknowledged, equalizer, coefs](Shadow& known) {
     emptied(known);
     known.edgeCoefs[equalizer] = coefs;

@@ -7,11 +7,13 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
 #include "link/FilterTransform.h"
 #include "model/BroadbandBlock.h"
+#include "model/CoefficientPacking.h"
 #include "model/RegisterImage.h"
 #include "model/RegisterTable.h"
 #include "model/SystemSettings.h"
@@ -37,6 +39,8 @@ struct Shadow {
   // The stage has been emptied: its program and coefficients are no longer known.
   void ForgetStage(int position);
 };
+
+inline constexpr std::size_t MostCoefficients = 256 * CoefficientsPerPacket;
 
 // One frame, what it is for when it fails, and what is known once it was acknowledged.
 struct DownloadFrame {
@@ -68,7 +72,11 @@ DownloadPlan PlanDownload(const DownloadRequest& request, Shadow shadow);
 void SynthesizeOnboard(DownloadPlan& plan, const RegisterImage& image, int position);
 // Coefficients of a position, sixteen a packet, and the command that puts them there; while linked the unit
 // puts them into the next position as well.
-void SendCoefficients(DownloadPlan& plan, int position, const std::vector<float>& coefs, bool linked);
+void SendCoefficients(DownloadPlan& plan, int position, std::span<const float> coefs, bool linked);
+// The same of what an adaptive filter has learned: at most 4096, since a packet's number is a byte.
+void SendCoefficients(DownloadPlan& plan, int position, std::span<const std::int32_t> coefs, bool linked);
+// In Stereo Linked the unit takes the coefficients of an odd position for its even partner as well.
+bool SendsCoefficients(const SystemSettings& settings, int position);
 // The spectral graphic of an equalizer, where its coefficients differ from those last sent.
 void SendEdgeFilter(DownloadPlan& plan, const DownloadRequest& request, int equalizer, const Shadow& shadow);
 // The pieces of a broadband stage's block that differ from the shadow.
