@@ -6,16 +6,19 @@
 #include <string>
 
 #include "model/RegisterTable.h"
+#include "persist/IndivFileType.h"
 #include "persist/SetupLines.h"
 
 namespace {
+
+std::string FileFormatsPage() { return vc::SetupFilePage() + vc::IndivFilesPage(); }
 
 struct Page {
   const char* file;
   std::string (*make)();
 };
 constexpr std::array<Page, 2> Pages{
-    {{"registers.md", vc::RegisterPage}, {"file-formats.md", vc::SetupFilePage}}};
+    {{"registers.md", vc::RegisterPage}, {"file-formats.md", FileFormatsPage}}};
 
 std::string Content(const std::string& path) {
   std::ostringstream text;
