@@ -25,29 +25,19 @@ void WriteCoefficientBlock(LineWriter& lines, int stage, const std::vector<std::
   for (const std::int32_t coefficient : coefficients) lines.Integer(coefficient);
 }
 
-bool ReadCoefficientBlock(LineReader& lines, int stage, std::vector<std::int32_t>& coefficients) {
+bool ReadCoefficientBlock(LineReader& lines, std::optional<int> stage,
+                          std::vector<std::int32_t>& coefficients) {
+  constexpr std::int32_t lowest = -8388608, highest = 8388607;
   std::int32_t number = 0;
   std::int32_t count = 0;
-  if (!lines.Is(CoefficientLine) || !lines.Integer(number) || number != stage) return false;
+  if (!lines.Is(CoefficientLine) || !lines.Integer(number) || number != stage.value_or(number)) return false;
   if (!lines.Integer(count)) return false;
   coefficients.assign(static_cast<std::size_t>(std::clamp<std::int32_t>(count, 1, CoefCapacity)), 0);
-  return std::ranges::all_of(coefficients, [&](std::int32_t& one) { return lines.Integer(one); });
-}
-
-std::string AdaptiveFilterFile(const SystemSettings& settings, int stage,
-                               const std::vector<std::int32_t>& coefficients) {
-  LineWriter lines;
-  const auto add = [&](const auto&... fields) { (lines.Integer(fields[stage]), ...); };
-  if (settings.filterType[stage] == FilterKind::RefCanceller) {
-    add(settings.ch2Taps, settings.ch2Mu, settings.ch2Delay, settings.ch2AutoNormalize,
-        settings.ch2ProcessOutput, settings.ch2DelayChan);
-  } else {
-    add(settings.ch1Taps, settings.ch1Mu, settings.ch1PredSpan, settings.ch1AutoNormalize,
-        settings.ch1ProcessOutput);
-    lines.Integer(0);  // in the place of the sixth setting
-  }
-  WriteCoefficientBlock(lines, stage, coefficients);
-  return std::move(lines.text);
+  return std::ranges::all_of(coefficients, [&](std::int32_t& one) {
+    if (!lines.Integer(one)) return false;
+    one = std::clamp(one, lowest, highest);
+    return true;
+  });
 }
 
 }  // namespace vc

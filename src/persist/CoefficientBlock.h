@@ -1,10 +1,10 @@
-// What a unit has learned in an adaptive stage, as lines: the block of its coefficients, alone within a setup
-// file or behind the stage's settings in a file of its own.
+// What a unit has learned in an adaptive stage, as lines: the block of its coefficients, within a setup file
+// or behind the stage's settings in a file of its own.
 #pragma once
 
 #include <cstdint>
 #include <map>
-#include <string>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -23,12 +23,10 @@ using LearnedStages = std::map<int, std::vector<std::int32_t>>;
 std::vector<int> StagesWithBlocks(const SystemSettings& settings);
 
 void WriteCoefficientBlock(LineWriter& lines, int stage, const std::vector<std::int32_t>& coefficients);
-// The block of that stage, whose first line is next. A count outside 1..8192 is moved into it. False at a
-// line that is no number, at the end of the text, and for a block of another stage.
-bool ReadCoefficientBlock(LineReader& lines, int stage, std::vector<std::int32_t>& coefficients);
-
-// A whole file of an adaptive filter: its six settings and the block.
-std::string AdaptiveFilterFile(const SystemSettings& settings, int stage,
-                               const std::vector<std::int32_t>& coefficients);
+// The block whose first line is next, of this stage, or of any one where none is named. A count outside
+// 1..8192 is moved into it, and a coefficient into 24 bits. False at a line that is no number, at the end of
+// the text, and for a block of another stage.
+bool ReadCoefficientBlock(LineReader& lines, std::optional<int> stage,
+                          std::vector<std::int32_t>& coefficients);
 
 }  // namespace vc

@@ -9,6 +9,7 @@
 #include "model/CoefReader.h"
 #include "model/Kinds.h"
 #include "model/Settings.h"
+#include "persist/IndivFiles.h"
 #include "persist/SafeFile.h"
 #include "text/modFile.h"
 
@@ -16,13 +17,6 @@ namespace vc {
 namespace {
 
 constexpr int BlockSize = CoefBlockSize;
-
-// Six stages of the longest filters take less than half of it.
-constexpr std::size_t LargestSetup = std::size_t{4} << 20U;
-
-bool ReadText(Files& files, const std::string& path, std::string& text) {
-  return files.ReadStart(path, LargestSetup + 1, text) && text.size() <= LargestSetup;
-}
 
 bool HasFolder(const std::string& path) { return std::filesystem::path(path).has_parent_path(); }
 
@@ -48,7 +42,7 @@ std::string modSettings::Locate(const std::string& name) const {
 
 bool modSettings::LoadSetupFile(const std::string& path, std::int16_t& flag) {
   std::string text;
-  if (!ReadText(files, Locate(path), text)) return false;
+  if (!ReadWholeFile(files, Locate(path), text)) return false;
   const bool takeConnection = flag == TakeConnection;
   const std::int16_t comPort = settings.comPort;
   const std::int16_t baudIndex = settings.baudIndex;
@@ -80,7 +74,9 @@ bool modSettings::RecallSetupFile(const std::string& path, std::int16_t flag) {
 std::map<std::string, std::string> modSettings::Companions(const LearnedStages& learned) const {
   std::map<std::string, std::string> companions;
   for (const auto& [stage, coefficients] : learned) {
-    companions[CompanionName(settings, stage)] = AdaptiveFilterFile(settings, stage, coefficients);
+    LineWriter lines;
+    StoreIndivSettings(AdaptiveFileType(settings.filterType[stage]), lines, stage, settings, coefficients);
+    companions[CompanionName(settings, stage)] = std::move(lines.text);
   }
   return companions;
 }
@@ -129,7 +125,7 @@ bool modSettings::SaveWithoutCoefficients(const std::string& path, std::int16_t 
 
 bool modSettings::ReadFileHeader(const std::string& path, SetupHeader& header) {
   std::string text;
-  return ReadText(files, path, text) && ReadSetupHeader(text, header);
+  return ReadWholeFile(files, path, text) && ReadSetupHeader(text, header);
 }
 
 bool CheckModelId(const std::string& identifier) {
