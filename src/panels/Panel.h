@@ -51,6 +51,7 @@ struct PanelContext {
   Wire<void()> storeOpenSetup;
   // Stores what is set in a stand-alone memory of the unit; false where it could not be.
   Wire<bool(int memory, int function)> storeInMemory;
+  // Opens the window for that over the panel, which asks by one of its controls, and returns.
   Wire<void(const TableExchange& exchange)> exchangeTable;
 };
 

@@ -35,6 +35,8 @@ struct PanelHost {
   // Shows the record anew, after something else than the panel has changed it.
   void Refresh();
   bool IsOpen() const { return open.panel != nullptr; }
+  // Only while one is open.
+  Form& OpenForm() const { return open.panel->form; }
 
  private:
   void Forget();

@@ -15,7 +15,7 @@ struct FileChooser {
   FileChooser(Form& form, Files& hostFiles, Desk& operatorDesk, std::string fileExtension,
               const std::string& caption, Wire<void()> nameChanged);
 
-  const std::string extension;
+  std::string extension;  // counts from the next Open on
   FolderChooser folders;
   ListBox fileVw;
   TextBox txtFileName;

@@ -1,7 +1,9 @@
-// What the windows for setup files share: the session around them, and working without being disturbed.
+// What the windows for files share: the session around them, and working without being disturbed.
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <span>
 #include <string>
 
 #include "model/RecordEdits.h"
@@ -27,6 +29,8 @@ struct SetupContext {
   // A setup has been written, or is in the record; told with the file's name while the main timer is off.
   Wire<void(const std::string& name)> stored;
   Wire<void(const std::string& name)> recalled;
+  // Gives the adaptive filter of a stage in the unit what it is to have learned.
+  Wire<Transmission(int stage, std::span<const std::int32_t> coefficients)> sendLearned;
   OpenSetup open;
 
   // Of the file stored or recalled last in this run. Empty before, and once another working folder has been

@@ -99,12 +99,11 @@ std::string modSettings::CompanionFault() const {
 
 bool modSettings::SaveSetupFile(const std::string& path, std::int16_t protect) {
   LearnedStages learned;
-  if (hooks.portOpen() && !ReadLearned(learned)) return false;
+  if (hooks.portOpen() && !ReadLearned(StagesWithBlocks(settings), learned)) return false;
   return WriteWholeFile(files, path, WriteSetup(settings, protect, learned));
 }
 
-bool modSettings::ReadLearned(LearnedStages& learned) {
-  const std::vector<int> stages = StagesWithBlocks(settings);
+bool modSettings::ReadLearned(std::span<const int> stages, LearnedStages& learned) {
   blocksRead = blocksToRead = 0;
   for (const int stage : stages) {
     blocksToRead += (CoefficientCount(settings, stage) + BlockSize - 1) / BlockSize;

@@ -64,18 +64,19 @@ struct modSettings {
   // the program keeps its files, then beside the executable. A name that is nowhere comes back as it is.
   std::string Locate(const std::string& name) const;
 
+  // Reads back what the unit has learned in these stages; false where any of it cannot be had.
+  bool ReadLearned(std::span<const int> stages, LearnedStages& learned);
   // Told of every block that the reading of coefficients has brought.
   void CountBlock() { hooks.progress(++blocksRead, blocksToRead); }
 
  private:
-  bool ReadLearned(LearnedStages& learned);
   std::map<std::string, std::string> Companions(const LearnedStages& learned) const;
 
   SystemSettings& settings;
   Files& files;
   const Desk& desk;
   std::map<std::string, std::string> unwritten;  // companions of the last good load, their texts by name
-  int blocksRead = 0, blocksToRead = 0;          // by the save that is under way
+  int blocksRead = 0, blocksToRead = 0;          // by the reading that is under way
 };
 
 // True for the identifiers of this program and of those whose files it can read.

@@ -5,6 +5,7 @@
 
 #include "model/Clamp.h"
 #include "model/Kinds.h"
+#include "persist/MemSelect.h"
 
 namespace vc {
 namespace {
@@ -156,11 +157,13 @@ void ChainPanels::DisplayMasterControl() const {
   if (around.periodic.pollMode != poll::MainLevels && hidden) forms.Show(around.master.form);
 }
 
-void ChainPanels::ExchangeTable(const TableExchange& exchange) {
-  const bool store = exchange.direction == TableExchange::Store;
-  around.desk.Box(
-      box::Information, store ? "Store Filter" : "Recall Filter",
-      "Files for one filter are not part of this version yet.  The setup file keeps all of them.");
+void ChainPanels::ExchangeTable(const TableExchange& exchange) const {
+  using Direction = MemSelect::Direction;
+  constexpr std::string_view window = "MemSelect";
+  around.windows.Get<MemSelect>(window).Prepare(
+      exchange.direction == TableExchange::Recall ? Direction::Recall : Direction::Store, exchange.fileType,
+      exchange.recalled);
+  around.windows.OpenOver(window, host.OpenForm());
 }
 
 bool ChainPanels::StoreInMemory(int memory, int function) {

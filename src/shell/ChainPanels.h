@@ -12,6 +12,7 @@
 #include "platform/Desk.h"
 #include "shell/MasterControl.h"
 #include "shell/PeriodicService.h"
+#include "shell/Windows.h"
 #include "widgets/Forms.h"
 
 namespace vc {
@@ -28,6 +29,7 @@ struct ChainPanels {
     modDeviceComm& device;
     CoefReader& coefReader;
     EventLoop& events;
+    Windows& windows;
   };
   explicit ChainPanels(const Around& parts);
 
@@ -68,7 +70,7 @@ struct ChainPanels {
   Block EqualizerBlockOf(int number);
   Block BroadbandBlockOf(int number);
   bool StoreInMemory(int memory, int function);
-  void ExchangeTable(const TableExchange& exchange);
+  void ExchangeTable(const TableExchange& exchange) const;
 
   Around around;
   PanelHost host;

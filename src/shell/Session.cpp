@@ -34,7 +34,8 @@ Session::Session(Platform host)
       edits(settings, config, download, host.clock, EditsWires()),
       master(MasterParts()),
       periodic(host.events, host.clock, settings, device, master, TickWires()),
-      panels({edits, settings, platform.desk, forms, master, periodic, device, coefReader, host.events}),
+      panels({edits, settings, platform.desk, forms, master, periodic, device, coefReader, host.events,
+              windows}),
       lastState(setupContext, platform, master),
       look(platform, master),
       windows({setupContext, objectLog, forms}) {
@@ -126,6 +127,10 @@ SetupContext Session::SetupContextWires() {
               },
           .stored = [this](const std::string& /*name*/) { platform.files.Settle(); },
           .recalled = [this](const std::string& /*name*/) { TakeOnSetup(); },
+          .sendLearned =
+              [this](int stage, std::span<const std::int32_t> coefficients) {
+                return download.SendLearned(stage, coefficients);
+              },
           .open = {settings, [this] { ShowOpenSetup(); }}};
 }
 

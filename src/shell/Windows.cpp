@@ -7,6 +7,7 @@
 
 #include "persist/Description.h"
 #include "persist/FrmWorkingFolder.h"
+#include "persist/MemSelect.h"
 #include "persist/RecSet.h"
 #include "persist/StoSet.h"
 #include "shell/Notices.h"
@@ -32,13 +33,20 @@ AnyWindow ObjectLog(const WindowContext& context) { return Make<FrmDebug>(contex
 
 constexpr std::string_view Master = "MasterControl";
 
-constexpr std::array<WindowRow, 6> AllRows{
+constexpr std::array<WindowRow, 7> AllRows{
     {{"FrmSplash", Splash, "", Modality::Modeless},
      {"StoSet", OverSetups<StoSet>, Master, Modality::Modal},
      {"RecSet", OverSetups<RecSet>, Master, Modality::Modal},
      {"Description", OverSetups<Description>, Master, Modality::Modal},
      {"FrmWorkingFolder", OverSetups<FrmWorkingFolder>, Master, Modality::Modal},
+     {"MemSelect", OverSetups<MemSelect>, "", Modality::OverOwner},
      {"FrmDebug", ObjectLog, Master, Modality::Modal}}};
+
+const WindowRow& RowOf(std::string_view name) {
+  const auto* row = std::ranges::find(AllRows, name, &WindowRow::name);
+  if (row == AllRows.end()) throw Fault{"No window is called " + std::string(name)};
+  return *row;
+}
 
 }  // namespace
 
@@ -48,17 +56,16 @@ Windows::Windows(const WindowContext& context) : forms(context.forms) {
   for (const WindowRow& row : AllRows) windows.emplace(row.name, row.make(context));
 }
 
-const AnyWindow& Windows::Find(std::string_view name) const {
-  const auto found = windows.find(name);
-  if (found == windows.end()) throw Fault{"No window is called " + std::string(name)};
-  return found->second;
-}
+const AnyWindow& Windows::Find(std::string_view name) const { return windows.at(RowOf(name).name); }
 
-void Windows::Open(std::string_view name) {
+void Windows::Open(std::string_view name) { Show(name, forms.Find(RowOf(name).owner)); }
+
+void Windows::OpenOver(std::string_view name, Form& owner) { Show(name, &owner); }
+
+void Windows::Show(std::string_view name, Form* owner) {
   const AnyWindow& window = Find(name);
-  const WindowRow& row = *std::ranges::find(AllRows, name, &WindowRow::name);
   Raise(window.fill);
-  forms.Show(*window.form, row.modality, forms.Find(row.owner));
+  forms.Show(*window.form, RowOf(name).modality, owner);
 }
 
 void Windows::Close(std::string_view name) { forms.Unload(FormOf(name)); }

@@ -32,7 +32,8 @@ struct AnyWindow {
 struct WindowRow {
   std::string_view name;
   AnyWindow (*make)(const WindowContext& context);
-  std::string_view owner;  // the form that it lies above and goes with; empty for a window of its own
+  // The form that it lies above and goes with; empty for a window of its own, and for one whose opener says.
+  std::string_view owner;
   Modality modality;
 };
 
@@ -42,6 +43,8 @@ struct Windows {
   static std::span<const WindowRow> Rows();
   // Fills the window and shows it in front. A name that no row has raises a Fault, here and below.
   void Open(std::string_view name);
+  // The same above a form that is open.
+  void OpenOver(std::string_view name, Form& owner);
   void Close(std::string_view name);
   Form& FormOf(std::string_view name) const { return *Find(name).form; }
   // For those who know what kind of window it is.
@@ -52,6 +55,7 @@ struct Windows {
 
  private:
   const AnyWindow& Find(std::string_view name) const;
+  void Show(std::string_view name, Form* owner);
 
   Forms& forms;
   std::map<std::string_view, AnyWindow> windows;

@@ -28,6 +28,7 @@ struct SetupWindows : support::SetupFixture {
                            support::DeadEnd{},
                            support::DeadEnd{},
                            support::DeadEnd{},
+                           support::DeadEnd{},
                            {settings, support::DeadEnd{}}};
   vc::StoSet store{context};
   vc::RecSet recall{context};

@@ -26,6 +26,7 @@ struct Dialogs : support::SetupFixture {
                        .switchMainTimer = [this](bool on) { return std::exchange(timerOn, on); },
                        .stored = [this](const std::string& name) { told += "stored " + name; },
                        .recalled = [this](const std::string& name) { told += "recalled " + name; },
+                       .sendLearned = support::DeadEnd{},
                        .open = {settings, support::DeadEnd{}}};
   StoSet store{context};
   RecSet recall{context};
