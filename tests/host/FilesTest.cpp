@@ -12,6 +12,7 @@
 
 #include "RandomRecord.h"
 #include "SetupFixture.h"
+#include "persist/IndivFiles.h"
 
 namespace host {
 namespace {
@@ -90,28 +91,46 @@ struct FilesTest : testing::Test {
   }
 };
 
-TEST_F(FilesTest, KilledWhileItSavesFiveHundredTimesItLeavesTheOldOrTheNewFile) {
+// Kills a saver at random moments, so many times; nothing but one of the two files may ever stand.
+template <typename Saves>
+void KillOften(FilesTest& test, std::size_t rounds, Saves save) {
   std::mt19937 random{5};
   std::size_t leftovers = 0;
-  std::array<int, 2> seen{};
-  for (std::size_t round = 0; round < 500; ++round) {
+  std::array<std::size_t, 2> seen{};
+  for (std::size_t round = 0; round < rounds; ++round) {
     {
-      Child saver([this, round] {
-        for (std::size_t which = round % 2; Save(which); which = 1 - which) {
+      Child saver([&save, round] {
+        for (std::size_t which = round % 2; save(which); which = 1 - which) {
         }
         return false;
       });
       usleep(static_cast<useconds_t>(random() % 4000));
       EXPECT_TRUE(saver.Running());
     }
-    ASSERT_TRUE(IsWhole() && Loads()) << round;
-    ++seen[Content(path) == texts[0] ? 0 : 1];
-    leftovers += Count() - 1;
-    files.RemoveLeftovers(folder.Path());
-    ASSERT_EQ(Count(), 1U) << round;
+    ASSERT_TRUE(test.IsWhole()) << round;
+    ++seen[Content(test.path) == test.texts[0] ? 0 : 1];
+    leftovers += test.Count() - 1;
+    test.files.RemoveLeftovers(test.folder.Path());
+    ASSERT_EQ(test.Count(), 1U) << round;
   }
-  EXPECT_GT(leftovers, 20U);  // it was killed within the save
-  EXPECT_GT(std::min(seen[0], seen[1]), 5);
+  EXPECT_GT(leftovers, rounds / 25);  // it was killed within the save
+  EXPECT_GT(std::min(seen[0], seen[1]), rounds / 100);
+}
+
+TEST_F(FilesTest, KilledWhileItSavesFiveHundredTimesItLeavesTheOldOrTheNewFile) {
+  KillOften(*this, 500, [this](std::size_t which) { return Save(which); });
+  EXPECT_TRUE(Loads());
+}
+
+TEST_F(FilesTest, KilledWhileItStoresAFilterItLeavesTheOldOrTheNewFile) {
+  const auto store = [this](std::size_t which) {
+    return vc::WriteIndivFile(files, path, vc::IndivFileType::SpectralInverse, 1, records[which], {});
+  };
+  for (const std::size_t which : {1U, 0U}) {
+    ASSERT_TRUE(store(which));
+    texts[which] = Content(path);
+  }
+  KillOften(*this, 200, store);
 }
 
 TEST_F(FilesTest, SaversReadersAndCleanersMeetAndEachSaveIsWhole) {

@@ -173,8 +173,8 @@ TEST_F(FilterFiles, ABadFileChangesNothing) {
     const SystemSettings before = record;
     const std::size_t steps = Steps(), middle = good.find('\n', good.size() / 2) + 1;
     for (const std::string& bad :
-         {std::string(), good.substr(0, good.size() - 3),
-          good.substr(0, middle) + "\r\n" + good.substr(middle), "x" + good, std::string("\0\xFF", 2)}) {
+         {std::string(), good.substr(0, good.size() - 3), std::string(good).insert(middle, "\r\n"),
+          "x" + good, std::string("\0\xFF", 2)}) {
       Put(Path(name), bad);
       Recall(type, name);
       EXPECT_THAT(Boxes(), ElementsAre(title + " Recall Error: " + name +
