@@ -1,11 +1,12 @@
-// Writes the setups that the fuzzer of setup files starts from: `setup_seeds FOLDER`. Each begins with the
-// byte that says how it is loaded.
+// Writes what the fuzzers of setup files and of the files of one filter start from: `setup_seeds SETUPS
+// FILTERS`, two folders. Each begins with the byte that says how it is read.
 #include <filesystem>
 #include <fstream>
 #include <iostream>
 
 #include "RandomRecord.h"
 #include "model/Kinds.h"
+#include "persist/IndivFiles.h"
 #include "persist/SetupText.h"
 
 namespace {
@@ -53,12 +54,28 @@ void PutSeeds(Seeds& seeds) {
   seeds.Put("random", 'A', vc::WriteSetup(settings, 1, Learn(settings)));
 }
 
+// Of each type one drawn at random, for different stages and configurations.
+void PutIndivSeeds(Seeds& seeds) {
+  std::mt19937 random{2};
+  vc::SystemSettings settings;
+  constexpr int types = 9, stages = 6;
+  for (std::int16_t type = 0; type < types; ++type) {
+    fuzz::RandomizeRecord(settings, random);
+    const int place = type % stages, configMode = type % 3;
+    vc::LineWriter lines;
+    vc::StoreIndivSettings(type, lines, 1, settings, {-8388608, 8388607, 1, -1, 5});
+    seeds.Put("type-" + std::to_string(type), static_cast<char>(type + types * (place + stages * configMode)),
+              lines.text);
+  }
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
-  if (count != 2) return std::cerr << "Usage: setup_seeds FOLDER\n", 2;
-  Seeds seeds{arguments[1]};
-  std::filesystem::create_directories(seeds.folder);
-  PutSeeds(seeds);
-  return seeds.good ? 0 : 1;
+  if (count != 3) return std::cerr << "Usage: setup_seeds SETUPS FILTERS\n", 2;
+  Seeds setups{arguments[1]}, filters{arguments[2]};
+  for (const Seeds* seeds : {&setups, &filters}) std::filesystem::create_directories(seeds->folder);
+  PutSeeds(setups);
+  PutIndivSeeds(filters);
+  return setups.good && filters.good ? 0 : 1;
 }

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Fuzzes all that reads what comes from outside: `fuzz.sh [SECONDS [FUZZER...]]`, 60 where nothing is said, shared
-# out evenly. Each fuzzer starts from what earlier runs have found (fuzz/corpus), the one of setup files from made
-# setups too, the one of sounds from one of every kind of file, and leaves them as they are; what breaks is kept as
-# build-fuzz/FUZZER-crash-*.
+# out evenly. Each fuzzer starts from what earlier runs have found (fuzz/corpus), those of setups and of the files of
+# one filter from made ones too, the one of sounds from one of every kind of file, and leaves them as they are; what
+# breaks is kept as build-fuzz/FUZZER-crash-*.
 # With `fuzz.sh --gate [FUZZER...]` each runs as many inputs as `gate_runs` has for it, the same ones at every run and on
 # every machine, so that a change is stopped by what it breaks and by nothing else: the same seed, the starting inputs in
 # the order of their names, and nothing weighed by time. In what is compiled no branch hangs on an address: hence the
@@ -12,7 +12,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-declare -A gate_runs=([setup]=4000 [link]=8000 [session]=1500 [console]=1000 [unit]=15000 [memory]=50000 [sound]=5000)
+declare -A gate_runs=([setup]=4000 [indiv]=8000 [link]=8000 [session]=1500 [console]=1000 [unit]=15000 [memory]=50000 [sound]=5000)
 
 way=explore seconds=60
 case ${1:-} in
@@ -21,7 +21,7 @@ case ${1:-} in
   ?*) seconds=$1; shift ;;
 esac
 fuzzers=("$@")
-[ ${#fuzzers[@]} -gt 0 ] || fuzzers=(setup link session console unit memory sound)
+[ ${#fuzzers[@]} -gt 0 ] || fuzzers=(setup indiv link session console unit memory sound)
 
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz
@@ -29,7 +29,7 @@ seeds=build-fuzz/seeds
 rm -rf $seeds
 mkdir -p $seeds/{link,session,console,unit,memory}
 cp -r fuzz/seeds/sound $seeds
-build-fuzz/bin/setup_seeds $seeds/setup
+build-fuzz/bin/setup_seeds $seeds/setup $seeds/indiv
 
 # The fewest files that reach every branch, none longer than a setup with flat curves.
 boil_down() {
@@ -70,6 +70,6 @@ for name in "${fuzzers[@]}"; do
   # Weighing the inputs by what they reach costs half of the time where an input reaches much.
   limits=(-timeout=10 -rss_limit_mb=2048 -entropic=0 -artifact_prefix="build-fuzz/$name-")
   ways=()
-  [ "$name" != setup ] || ways=(-dict=fuzz/setup.dict -max_len=300000)
+  [[ $name != setup && $name != indiv ]] || ways=(-dict=fuzz/setup.dict -max_len=300000)
   $way "$name"
 done
