@@ -6,6 +6,7 @@
 
 #include "desktop/tour/Hand.h"
 #include "desktop/tour/Tour.h"
+#include "persist/MemSelect.h"
 
 namespace tour {
 namespace {
@@ -80,6 +81,28 @@ void Tour::RecallSetup(const QString& name) {
   Type(*window, "txtFileName", name);
   Photograph(window, "recall");
   PressOk(*window, form, "the setup is recalled");
+}
+
+void Tour::StoreAndRecallFilter() {
+  using Direction = vc::MemSelect::Direction;
+  vc::Session& session = program.session;
+  const vc::Form& form = session.windows.FormOf("MemSelect");
+  for (const Direction direction : {Direction::Store, Direction::Recall}) {
+    const bool store = direction == Direction::Store;
+    session.windows.Get<vc::MemSelect>("MemSelect").Prepare(direction, vc::IndivFileType::BandGraphic, {});
+    session.windows.OpenOver("MemSelect", session.master.form);
+    desktop::FormWindow* window = Opened(form, store ? "filter-store-empty" : "filter-recall");
+    if (window == nullptr) return;
+    if (store) {
+      Type(*window, "txtFileName", "Hum and rumble");
+      Photograph(window, "filter-store");
+    }
+    PressOk(*window, form, store ? "a filter is stored" : "a filter is recalled");
+    if (store) session.settings.bandGain[1].Fill(3);
+  }
+  Expect(
+      session.settings.bandGain[1][0] != 3 && session.history.UndoTitle() == "Recall 20-Band Graphic Filter",
+      "the recall brought the table back, as a step");
 }
 
 void Tour::ShowFileWindow(const std::string& entry, const vc::Form& form) {

@@ -48,6 +48,7 @@ void Tour::Run() {
   ShowPanels();
   UndoSteps();
   StoreAndRecall();
+  StoreAndRecallFilter();
   ShowAbout();
   ShowObjectLog();
   if (linked) Reconnect();

@@ -35,6 +35,8 @@ class Tour {
   void StoreAndRecall();
   void StoreSetup(const QString& name);
   void RecallSetup(const QString& name);
+  // The table of one filter, by the window that a panel opens for it.
+  void StoreAndRecallFilter();
   void ShowFileWindow(const std::string& entry, const vc::Form& form);
   // The chain in its configurations, the panel of each block that has one, and the way back.
   void ShowChain();
