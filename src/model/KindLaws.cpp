@@ -39,12 +39,11 @@ void NotchBlock(Image& image, const S& s, int stage, int position) {
 // "Odd" alone turns the sign of the depth, and the inverse comb turns it once more.
 template <bool Inverse>
 void CombBlock(Image& image, const S& s, int stage, int position) {
-  constexpr std::int16_t all = 0, odd = 1;
   const std::int16_t harmonic = s.combHarmonic[stage];
   const std::uint16_t depth = CombWord(s.combDepth[stage]).word;
-  const bool turned = (harmonic == odd) != Inverse;
-  FourWords(image, position, harmonic == all ? s.combFreq[stage] : s.combFreq[stage] / 2, s.combLimit[stage],
-            0, turned ? NegatedWord(depth) : depth);
+  const bool turned = (harmonic == CombHarmonic::Odd) != Inverse;
+  FourWords(image, position, harmonic == CombHarmonic::All ? s.combFreq[stage] : s.combFreq[stage] / 2,
+            s.combLimit[stage], 0, turned ? NegatedWord(depth) : depth);
 }
 
 template <auto Gains>

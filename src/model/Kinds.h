@@ -42,6 +42,10 @@ struct BroadbandKind {
   enum : std::int16_t { NoiseReducer, NoiseEq };
 };
 
+struct CombHarmonic {
+  enum : std::int16_t { All, Odd, Even };
+};
+
 struct KindRow {
   std::string_view name;   // in the list, and in front of the suffix in the panel's title
   std::string_view panel;  // the form that edits it

@@ -15,10 +15,11 @@ struct CombWords {
   std::uint16_t depth = 0;   // signed, 32768 is 1
 };
 
-// Up to the limit the gain is |1 - c z^-period| / 2 with the depth c. For c = 1 - 2 x 10^(-d/20) the notches,
-// at the multiples of sampleRate / period, stand at -d dB, and so do the troughs between the peaks of a
-// negative c. Above the limit the signal passes (algorithm 7), or stands at that floor when inverse is set
-// (algorithm 10). At most mostTaps; the period is held to what they can hold.
+// Up to the limit the gain is |(1 + g) - s (1 - g) z^-period| / 2, with g = (1 - |c|) / 2 for the depth c and
+// s its sign. A depth of d dB comes as c = 1 - 2 x 10^(-d/20): notches stand at g, which is -d dB, at the
+// multiples of sampleRate / period, and peaks at 0 dB between them; a negative c changes the two. Above the
+// limit the signal passes (algorithm 7), or stands at g when inverse is set (algorithm 10), through a
+// transition that begins at the limit. At most mostTaps; the period is held to what they can hold.
 std::vector<float> CombTaps(bool inverse, const CombWords& words, double sampleRate, std::size_t mostTaps);
 
 }  // namespace unit::sound

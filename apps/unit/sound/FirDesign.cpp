@@ -8,7 +8,6 @@ namespace unit::sound {
 namespace {
 
 constexpr double WordUnity = 32768.0;
-constexpr double MarginDecibels = 36.0;  // keeps the ripple on the stopband's floor below half a decibel
 constexpr double LobeBeta =
     15.3;  // half height at 1.5 bins from the centre: sinh(s) / s against sinh(beta) / beta
 
@@ -34,10 +33,6 @@ double BetaFor(double attenuation) {
   if (attenuation > 50.0) return 0.1102 * (attenuation - 8.7);
   const double above = std::max(0.0, attenuation - 21.0);
   return 0.5842 * std::pow(above, 0.4) + 0.07886 * above;
-}
-
-double CutOffAttenuation(double stopGain) {
-  return MarginDecibels - 20.0 * std::log10(std::max(stopGain, 1.0 / WordUnity));
 }
 
 double Cosine(double f, std::size_t k) {
@@ -85,6 +80,11 @@ std::vector<float> Taps(Half band, double direct, double passed) {
 
 }  // namespace
 
+double AttenuationFor(double stopGain) {
+  constexpr double margin = 36.0;
+  return margin - 20.0 * std::log10(std::max(stopGain, 1.0 / WordUnity));
+}
+
 void KaiserWindow(std::span<double> half, double end, double attenuation) {
   const Kaiser window(BetaFor(attenuation));
   for (std::size_t k = 0; k < half.size(); ++k) {
@@ -120,12 +120,12 @@ double TransitionWidth(std::size_t n, double attenuation) {
 }
 
 std::vector<float> FirTaps(FirKind kind, const FirWords& words, double sampleRate, std::size_t mostTaps) {
-  const std::size_t n = std::clamp<std::size_t>(words[2], 1, std::max<std::size_t>(1, (mostTaps + 1) / 2));
+  const std::size_t n = std::clamp<std::size_t>(words[2], 1, std::max<std::size_t>(2, mostTaps / 2) - 1);
   const double first = std::min(words[0] / sampleRate, 0.5);
   const double second = std::min(words[1] / sampleRate, 0.5);
   const double gain = words[3] / WordUnity;
   const double depth = static_cast<std::int16_t>(words[3]) / WordUnity;
-  const double attenuation = CutOffAttenuation(gain);
+  const double attenuation = AttenuationFor(gain);
   switch (kind) {
     case FirKind::Lowpass:
       return Taps(Band(n, 0.0, first, attenuation), gain, 1.0 - gain);

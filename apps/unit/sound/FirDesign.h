@@ -24,7 +24,7 @@ enum class FirKind : std::uint8_t {
 using FirWords = std::array<std::uint16_t, 4>;
 
 // The 2n - 1 taps of a filter, symmetric about the middle one, which is its delay of n - 1 samples; n is held
-// to 1..(mostTaps + 1) / 2, frequencies to half of the sampleRate in Hz. A kind that is not known gives the
+// to 1..mostTaps / 2 - 1, frequencies to half of the sampleRate in Hz. A kind that is not known gives the
 // tap 1.
 //
 // Cut-off filters: the difference of windowed sincs under Kaiser's window for the attenuation and 36 dB more,
@@ -33,6 +33,10 @@ using FirWords = std::array<std::uint16_t, 4>;
 // centre, where its gain is 1. The lobe is 1.5 sampleRate / (n + 1) wide at half of its height and 5
 // sampleRate / (n + 1) between its feet.
 std::vector<float> FirTaps(FirKind kind, const FirWords& words, double sampleRate, std::size_t mostTaps);
+
+// What a window is designed for, in dB: 36 more than the stopband's, so that the ripple moves its floor by
+// less than half a decibel.
+double AttenuationFor(double stopGain);
 
 // A lowpass of 2n - 1 taps under Kaiser's window for the attenuation in dB, its edge at f cycles per sample,
 // 0..0.5, gain 1 at 0 Hz.

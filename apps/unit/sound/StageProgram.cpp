@@ -32,17 +32,18 @@ std::array<std::uint16_t, Count> WordsOf(const Block& block) {
 }
 
 // The taps of a filter that the unit designs from its block.
-std::vector<float> DesignedTaps(unsigned algorithm, const Block& block, double sampleRate) {
+std::vector<float> DesignedTaps(unsigned algorithm, const Block& block, const UnitRate& rate) {
   switch (algorithm) {
     case CombAlgorithm:
     case InverseCombAlgorithm:
       return CombTaps(algorithm == InverseCombAlgorithm,
                       {.period = WordOf(block, 0), .limit = WordOf(block, 1), .depth = WordOf(block, 3)},
-                      sampleRate, FiniteTaps);
+                      rate.sampleRate, rate.finiteTaps);
     case GraphicAlgorithm:
-      return GraphicTaps(WordsOf<GraphicBands>(block), BandCentres(sampleRate), sampleRate, FiniteTaps);
+      return GraphicTaps(WordsOf<GraphicBands>(block), BandCentres(rate.sampleRate), rate.sampleRate,
+                         rate.finiteTaps);
     default:
-      return FirTaps(static_cast<FirKind>(algorithm), WordsOf<4>(block), sampleRate, FiniteTaps);
+      return FirTaps(static_cast<FirKind>(algorithm), WordsOf<4>(block), rate.sampleRate, rate.finiteTaps);
   }
 }
 
@@ -103,7 +104,7 @@ void StageProgram::Load() {
                                                          .gain = settings.gain});
                   },
                   [&](Convolver& filter) {
-                    filter.SetTaps(DesignedTaps(*stage.algorithm, *stage.block, settings.rate.sampleRate));
+                    filter.SetTaps(DesignedTaps(*stage.algorithm, *stage.block, settings.rate));
                   },
                   [&](Parametric& equalizer) {
                     equalizer.Configure(std::span(*stage.block).first<Parametric::BlockSize>());

@@ -32,7 +32,7 @@ constexpr std::array<UnitRate, 16> rates{{{},
                                           {14400, 6500, 1024},
                                           {18000, 8000, 1024},
                                           {24000, 10500, 752},
-                                          {36000, 16000, 480}}};
+                                          {36000, 16000, 480, 976}}};
 
 unsigned Word(const Setting& setting, std::size_t code, unsigned otherwise = 0) {
   return setting.registers[code].value_or(otherwise);

@@ -10,12 +10,13 @@
 
 namespace unit::sound {
 
-inline constexpr std::size_t FiniteTaps = 1024;  // of one stage that does not adapt
+inline constexpr std::size_t FiniteTaps = 1024;  // of one stage that does not adapt, at most
 
 struct UnitRate {
   double sampleRate = 12000;        // Hz
   double bandwidth = 5400;          // Hz
   std::size_t adaptiveTaps = 1024;  // of one stage that adapts; at high rates there is less time for them
+  std::size_t finiteTaps = FiniteTaps;
   bool operator==(const UnitRate&) const = default;
 };
 
