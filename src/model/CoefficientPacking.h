@@ -16,9 +16,13 @@ using PacketContent = std::array<std::uint8_t, PacketPayload>;
 
 inline constexpr std::size_t CoefficientsPerPacket = 16;
 
-// The packet content of sixteen coefficients, full scale -1.0..1.0: 24 bits each, 8388607 times the value to
-// the nearest, ties to even. What lies beyond is bounded to 24 bits, NaN gives 0. Coefficients missing from a
-// shorter span are 0, those after the sixteenth are left out.
+// A coefficient, full scale -1.0..1.0, as the 24 bits that the unit gets: 8388607 times the value to the
+// nearest, ties to even. What lies beyond is bounded, NaN gives 0.
+inline constexpr double CoefficientUnity = 8388607;
+std::int32_t CoefficientWord(float coefficient);
+
+// The packet content of sixteen coefficients. Those missing from a shorter span are 0, those after the
+// sixteenth are left out.
 PacketContent PackCoefficients(std::span<const float> sixteen);
 // The same of coefficients as the unit has them, -2^23..2^23-1.
 PacketContent PackCoefficients(std::span<const std::int32_t> sixteen);

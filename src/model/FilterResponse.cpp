@@ -5,8 +5,11 @@
 #include <array>
 #include <cmath>
 
+#include "model/CombFilter.h"
 #include "model/CutOffFilter.h"
 #include "model/Kinds.h"
+#include "model/LobeFilter.h"
+#include "model/TableFilter.h"
 #include "model/modNumerical.h"
 
 namespace vc {
@@ -26,6 +29,26 @@ Amplitudes GainsOf(const SystemSettings& settings, int number, const Frequencies
   return GainsAt(FilterOf(settings, number), frequencies);
 }
 
+template <std::int16_t Kind>
+Amplitudes BuiltOf(const SystemSettings& settings, int number, const Frequencies& frequencies) {
+  return BuiltGains(settings, number, Kind, frequencies);
+}
+
+std::vector<double> InHertz(const SystemSettings& settings, std::vector<double> frequencies) {
+  for (double& frequency : frequencies) frequency *= static_cast<double>(settings.sampleRate);
+  return frequencies;
+}
+
+template <std::int16_t Kind>
+std::vector<double> RowsOf(const SystemSettings& settings, int number) {
+  return InHertz(settings, TellingOfList(settings, number, Kind));
+}
+
+template <auto FilterOf>
+std::vector<double> TellingOf(const SystemSettings& settings, int number) {
+  return InHertz(settings, TellingAt(FilterOf(settings, number)));
+}
+
 struct ResponseRow {
   BlockFamily family;
   std::int16_t kind;
@@ -39,6 +62,15 @@ constexpr std::array responses{
     ResponseRow{BlockFamily::Filter, FilterKind::Highpass, GainsOf<HighpassOf>},
     ResponseRow{BlockFamily::Filter, FilterKind::Bandpass, GainsOf<BandpassOf>},
     ResponseRow{BlockFamily::Filter, FilterKind::Bandstop, GainsOf<BandstopOf>},
+    ResponseRow{BlockFamily::Filter, FilterKind::Comb, GainsOf<CombOf>, nullptr, TellingOf<CombOf>},
+    ResponseRow{BlockFamily::Filter, FilterKind::Notch, GainsOf<NotchOf>, nullptr, TellingOf<NotchOf>},
+    ResponseRow{BlockFamily::Filter, FilterKind::MultipleNotch, BuiltOf<FilterKind::MultipleNotch>, nullptr,
+                RowsOf<FilterKind::MultipleNotch>},
+    ResponseRow{BlockFamily::Filter, FilterKind::MultipleSlot, BuiltOf<FilterKind::MultipleSlot>, nullptr,
+                RowsOf<FilterKind::MultipleSlot>},
+    ResponseRow{BlockFamily::Filter, FilterKind::Slot, GainsOf<SlotOf>, nullptr, TellingOf<SlotOf>},
+    ResponseRow{BlockFamily::Filter, FilterKind::InverseComb, GainsOf<InverseCombOf>, nullptr,
+                TellingOf<InverseCombOf>},
 };
 
 const ResponseRow* RowOf(const BlockKind& block) {
@@ -74,6 +106,11 @@ std::vector<float> FilterResponse(const SystemSettings& settings, const BlockKin
   const ResponseRow* row = RowOf(block);
   if (row == nullptr) return {};
   return InDecibels(row->law(settings, block.number, InCycles(settings, frequencies)));
+}
+
+std::vector<float> TableResponse(const SystemSettings& settings, std::span<const float> table,
+                                 std::int16_t filterAtten, std::span<const double> frequencies) {
+  return InDecibels(TableGains(table, filterAtten, InCycles(settings, frequencies)));
 }
 
 std::vector<std::vector<float>> ResponseParts(const SystemSettings& settings, const BlockKind& block,

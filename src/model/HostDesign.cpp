@@ -44,12 +44,6 @@ Magnitudes SpectralInverseMagnitudes(const Curve& curve) {
   return magnitudes;
 }
 
-// The bins that a row of the list covers, as the half-open range first..end; empty where it covers none.
-struct BinRange {
-  int first;
-  int end;
-};
-
 BinRange BinsOf(std::int16_t frequency, std::int16_t width, double sampleRate) {
   constexpr double farOutside = 1e6;  // so that a bin without a sample rate is none of the buffer
   const double exact = frequency * FilterSpectrumScale / sampleRate + 0.5;
@@ -60,41 +54,35 @@ BinRange BinsOf(std::int16_t frequency, std::int16_t width, double sampleRate) {
   return {lower, std::max(upper + 1, lower)};
 }
 
-// Sets the bins of every row in use; false where no row is.
-bool MarkBins(Magnitudes& magnitudes, const List& frequencies, const List& widths, double sampleRate,
-              float value) {
-  bool any = false;
+std::vector<BinRange> BinsOfRows(const List& frequencies, const List& widths, double sampleRate) {
+  std::vector<BinRange> bins;
   for (int n = List::first; n <= List::last; n++) {
-    if (frequencies[n] == 0) continue;
-    const BinRange bins = BinsOf(frequencies[n], widths[n], sampleRate);
-    for (int bin = bins.first; bin < bins.end; bin++) At(magnitudes, bin) = value;
-    any = true;
+    if (frequencies[n] != 0) bins.push_back(BinsOf(frequencies[n], widths[n], sampleRate));
   }
-  return any;
+  return bins;
 }
 
-Magnitudes NotchMagnitudes(const SystemSettings& settings, int stage) {
-  Magnitudes magnitudes(IfftCapacity, 0.0F);
-  MarkBins(magnitudes, settings.mnotchFreq[stage], settings.mnotchWidth[stage],
-           static_cast<double>(settings.sampleRate), 1.0F);
+Magnitudes ListMagnitudes(const std::vector<BinRange>& rows, float elsewhere) {
+  Magnitudes magnitudes(IfftCapacity, elsewhere);
+  for (const BinRange& row : rows) {
+    for (int bin = row.first; bin < row.end; bin++) At(magnitudes, bin) = 1.0F - elsewhere;
+  }
   return magnitudes;
 }
 
 // An empty list has nothing to subtract: the stage is transparent.
-Magnitudes SlotMagnitudes(const SystemSettings& settings, int stage) {
-  Magnitudes magnitudes(IfftCapacity, 1.0F);
-  const bool any = MarkBins(magnitudes, settings.mslotFreq[stage], settings.mslotWidth[stage],
-                            static_cast<double>(settings.sampleRate), 0.0F);
-  if (!any) std::fill_n(magnitudes.begin(), FilterDesignTaps, 0.0F);
+Magnitudes SlotMagnitudes(const std::vector<BinRange>& rows) {
+  Magnitudes magnitudes = ListMagnitudes(rows, 1.0F);
+  if (rows.empty()) std::fill_n(magnitudes.begin(), FilterDesignTaps, 0.0F);
   return magnitudes;
 }
 
 std::optional<Magnitudes> StageMagnitudes(const SystemSettings& settings, int stage, std::int16_t kind) {
   switch (kind) {
     case FilterKind::MultipleNotch:
-      return NotchMagnitudes(settings, stage);
+      return ListMagnitudes(ListedBins(settings, stage, kind), 0.0F);
     case FilterKind::MultipleSlot:
-      return SlotMagnitudes(settings, stage);
+      return SlotMagnitudes(ListedBins(settings, stage, kind));
     case FilterKind::SpectralInverse:
       return SpectralInverseMagnitudes(settings.sifCurve[stage]);
     case FilterKind::HiResGraphic:
@@ -110,6 +98,15 @@ void Transform(FilterTransform& transform, Magnitudes& magnitudes, double spectr
 }
 
 }  // namespace
+
+std::vector<BinRange> ListedBins(const SystemSettings& settings, int stage, std::int16_t kind) {
+  const auto rate = static_cast<double>(settings.sampleRate);
+  if (kind == FilterKind::MultipleNotch)
+    return BinsOfRows(settings.mnotchFreq[stage], settings.mnotchWidth[stage], rate);
+  if (kind == FilterKind::MultipleSlot)
+    return BinsOfRows(settings.mslotFreq[stage], settings.mslotWidth[stage], rate);
+  return {};
+}
 
 std::vector<float> BuildCoefficients(FilterTransform& transform, const SystemSettings& settings, int stage,
                                      std::int16_t kind, std::int16_t generalStageTaps) {

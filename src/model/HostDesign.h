@@ -19,6 +19,15 @@ inline constexpr double EqualizerSpectrumScale = 246.0;  // stages 9 and 10
 inline constexpr std::size_t FilterDesignTaps = 1024;
 inline constexpr std::size_t EdgeFilterTaps = 256;  // sent; the transform fills the first 246
 
+// Bins of the transform of a filter stage, first..end - 1; empty where end is first.
+struct BinRange {
+  int first;
+  int end;
+};
+// What each row in use of the list of filter stage 1..6 covers as filter kind 8 or 10; of any other kind
+// nothing.
+std::vector<BinRange> ListedBins(const SystemSettings& settings, int stage, std::int16_t kind);
+
 // The coefficients of filter stage 1..6 as filter kind 8, 10, 11 or 12, linear phase, full scale -1.0..1.0,
 // always finite. Their number is generalStageTaps, at most 1024: the ones in the middle of the design, so
 // that its centre stays the centre. Any other kind gives none. The kind is not taken from the record, since
