@@ -9,6 +9,7 @@
 #include "model/CutOffFilter.h"
 #include "model/Kinds.h"
 #include "model/LobeFilter.h"
+#include "model/ParametricSections.h"
 #include "model/TableFilter.h"
 #include "model/modNumerical.h"
 
@@ -49,6 +50,11 @@ std::vector<double> TellingOf(const SystemSettings& settings, int number) {
   return InHertz(settings, TellingAt(FilterOf(settings, number)));
 }
 
+template <auto FilterOf>
+std::vector<Amplitudes> PartsOf(const SystemSettings& settings, int number, const Frequencies& frequencies) {
+  return PartsAt(FilterOf(settings, number), frequencies);
+}
+
 struct ResponseRow {
   BlockFamily family;
   std::int16_t kind;
@@ -69,8 +75,12 @@ constexpr std::array responses{
     ResponseRow{BlockFamily::Filter, FilterKind::MultipleSlot, BuiltOf<FilterKind::MultipleSlot>, nullptr,
                 RowsOf<FilterKind::MultipleSlot>},
     ResponseRow{BlockFamily::Filter, FilterKind::Slot, GainsOf<SlotOf>, nullptr, TellingOf<SlotOf>},
+    ResponseRow{BlockFamily::Filter, FilterKind::TriParametric, GainsOf<TriParametricOf>,
+                PartsOf<TriParametricOf>, TellingOf<TriParametricOf>},
     ResponseRow{BlockFamily::Filter, FilterKind::InverseComb, GainsOf<InverseCombOf>, nullptr,
                 TellingOf<InverseCombOf>},
+    ResponseRow{BlockFamily::Equalizer, EqKind::DualParametric, GainsOf<DualParametricOf>,
+                PartsOf<DualParametricOf>, TellingOf<DualParametricOf>},
 };
 
 const ResponseRow* RowOf(const BlockKind& block) {

@@ -108,6 +108,41 @@ const std::vector<Shape>& Shapes() {
         {"mslotFreq", "2500", 2},
         {"mslotWidth", "15", 2},
         {"filterAtten", "31731"}}},
+      {"three sections",
+       filter,
+       FilterKind::TriParametric,
+       {{"parCenter", "0.05", 0},
+        {"parRatio", "6", 0},
+        {"parBoost", "-40", 0},
+        {"parCenter", "0.15", 1},
+        {"parRatio", "2.5", 1},
+        {"parBoost", "9", 1},
+        {"parCenter", "0.4", 2},
+        {"parRatio", "3", 2},
+        {"parBoost", "-60", 2},
+        {"parActive", "0", 3},
+        {"parLevel", "172"}},
+       -70,
+       -1},
+      {"a section out",
+       filter,
+       FilterKind::TriParametric,
+       {{"parActive", "0", 2}, {"parLevel", "192"}},
+       -40,
+       9},
+      {"two sections",
+       BlockFamily::Equalizer,
+       EqKind::DualParametric,
+       {{"eqParCenter", "0.3", 0},
+        {"eqParRatio", "1", 0},
+        {"eqParBoost", "-25", 0},
+        {"eqParCenter", "0.01", 1},
+        {"eqParRatio", "4", 1},
+        {"eqParBoost", "16", 1},
+        {"eqParActive", "0", 2},
+        {"eqParActive", "0", 3}},
+       -25,
+       16},
   };
   return shapes;
 }
@@ -126,10 +161,14 @@ int NumberOf(const Shape& shape, const Place& place) {
   return rightFilter ? vc::PairStages + 1 : place.side;
 }
 
-void Set(SoundRun& run, const Shape& shape, int number) {
+// In place of what stood on that side before.
+void Set(SoundRun& run, const Shape& shape, const Place& place) {
   const bool filter = shape.family == BlockFamily::Filter;
+  const int stage = place.side == 2 ? vc::PairStages + 1 : 1;
+  const int number = filter ? stage : place.side;
+  run.Edit("filterActive", filter ? "1" : "0", stage);
+  run.Edit("eqActive", filter ? "0" : "1", place.side);
   run.Edit(filter ? "filterType" : "eqType", std::to_string(shape.kind), number);
-  run.Edit(filter ? "filterActive" : "eqActive", "1", number);
   for (const FieldEdit& edit : shape.edits) {
     run.Edit(edit.field, edit.text, filter ? number : number + 8, edit.element);
   }
@@ -137,7 +176,7 @@ void Set(SoundRun& run, const Shape& shape, int number) {
 }
 
 Signal Heard(SoundRun& run, int output) {
-  constexpr float height = 0.125F;
+  constexpr float height = 0.125F;  // nothing is clipped
   Signal impulse(4096);
   impulse[0] = height;
   Signal response = run.Through({impulse, impulse})[static_cast<std::size_t>(output)];
@@ -148,7 +187,7 @@ Signal Heard(SoundRun& run, int output) {
 void ExpectHeardAsDrawn(SoundRun& run, const Shape& shape, const Place& place) {
   const int number = NumberOf(shape, place);
   const vc::BlockKind block{shape.family, number, shape.kind};
-  Set(run, shape, number);
+  Set(run, shape, place);
   run.Take();
   std::vector<double> frequencies = vc::support::EvenFrequencies(run.record, 101);
   const std::vector<double> telling = TellingFrequencies(run.record, block);
