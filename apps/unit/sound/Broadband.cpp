@@ -79,6 +79,7 @@ void Broadband::TakePiece(unsigned piece, std::span<const std::uint8_t> bytes) {
     const float value = Float(bytes, i * sizeof(float));
     bands[(piece - 1) * bandsPerPiece + i] = std::isnan(value) ? 0.0F : std::clamp(value, 0.0F, 1.0F);
   }
+  sharesKnown = false;
 }
 
 void Broadband::TakeRecord(std::span<const std::uint8_t> bytes) {
@@ -102,14 +103,43 @@ void Broadband::UseRecord() {
             .noiseAverage = FractionOr(sent.noiseAverage, usual.noiseAverage),
             .noiseEstimation = FractionOr(sent.noiseEstimation, usual.noiseEstimation),
             .subtractionFloor = FractionOr(sent.subtractionFloor, usual.subtractionFloor)};
-  noise.Configure({.averaging = record.averageSpectrum,
-                   .noiseAveraging = record.noiseAverage,
-                   .compensation = record.noiseEstimation,
-                   .buffers = static_cast<std::size_t>(record.buffers)});
-  gains.Configure({.smoothing = SmoothingOf(record.mode),
-                   .averaging = record.signalAveraging,
-                   .floor = std::sqrt(record.subtractionFloor),
-                   .sampleRate = sampleRate});
+  noise.Configure(FloorSettings());
+  gains.Configure(GainSettings());
+  taken.reset();
+  sharesKnown = false;
+}
+
+NoiseFloorSettings Broadband::FloorSettings() const {
+  return {.averaging = record.averageSpectrum,
+          .noiseAveraging = record.noiseAverage,
+          .compensation = record.noiseEstimation,
+          .buffers = static_cast<std::size_t>(record.buffers)};
+}
+
+NoiseGainSettings Broadband::GainSettings() const {
+  return {.smoothing = SmoothingOf(record.mode),
+          .averaging = record.signalAveraging,
+          .floor = std::sqrt(record.subtractionFloor),
+          .sampleRate = sampleRate};
+}
+
+void Broadband::SetAttenuation(std::uint16_t word) {
+  constexpr float unity = 32768;
+  const float wanted = static_cast<float>(word & 0x7FFFU) / unity;
+  if (wanted != attenuation) sharesKnown = false;
+  attenuation = wanted;
+}
+
+void Broadband::FindShares() {
+  constexpr float reachable = 0.999F;  // no gain takes more of a noise
+  for (std::size_t k = 0; k < Lines; ++k) {
+    const float asked = attenuation * bands[std::min(k, Lines - 2)];  // the last line has no band of its own
+    shares[k] = asked < reachable ? 0.0F : 1.0F;
+    if (asked <= 0 || asked >= reachable) continue;
+    if (!taken) taken = TakenOfNoise(FloorSettings(), GainSettings(), window, forward.get());
+    shares[k] = taken->ShareFor(1 - asked);
+  }
+  sharesKnown = true;
 }
 
 void Broadband::Forget() {
@@ -159,11 +189,10 @@ void Broadband::ReduceNoise() {
     power[k] = std::max(spectrum[k].r * spectrum[k].r + spectrum[k].i * spectrum[k].i, FaintestPower);
   }
   noise.Take(power);
-  const float deepest = 1 - (SmoothingOf(record.mode) == NoiseSmoothing::None ? 0 : NoiseGains::KeptOfNoise);
+  if (!sharesKnown) FindShares();
   const NoiseGains::Spectrum& lineGains = gains.Take(power, noise.Noise());
   for (std::size_t k = 0; k < Lines; ++k) {
-    const float band = bands[std::min(k, Lines - 2)];  // the line at half the rate has no band of its own
-    const float kept = 1 - std::min(attenuation * band / deepest, 1.0F) * (1 - lineGains[k]);
+    const float kept = 1 - shares[k] * (1 - lineGains[k]);
     spectrum[k].r *= kept;
     spectrum[k].i *= kept;
   }

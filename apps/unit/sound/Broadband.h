@@ -6,12 +6,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 
 #include <kissfft/kiss_fftr.h>
 
 #include "unit/sound/NoiseFloor.h"
 #include "unit/sound/NoiseGains.h"
+#include "unit/sound/NoiseTaken.h"
 
 namespace unit::sound {
 
@@ -31,14 +33,14 @@ struct BroadbandRecord {
 BroadbandRecord UsualRecord(double sampleRate);
 
 // A sound is cut into frames of 256 samples, 64 apart, under a root of a Hann window, and put together again.
-// A line of the spectrum keeps 1 - a v (1 - G) / (1 - F) of itself: G is the gain for the noise that was
-// found (NoiseGains), v the value of the line's band (0..1, the reduction that the host asks for) and a the
-// stage's attenuation; what leaves has the stage's gain. F is what noise alone keeps at most reduction, so
-// that noise falls by as much as the host asks for, down to that: from there on a line keeps G.
+// A line of the spectrum keeps 1 - x (1 - G) of itself: G is the gain for the noise that was found
+// (NoiseGains). x is such that a steady noise falls to 1 - a v, with v the value of the line's band (0..1,
+// the reduction that the host asks for) and a the stage's attenuation; 1 where that is further than the gains
+// go. What leaves has the stage's gain.
 class Broadband {
  public:
-  static constexpr std::size_t FrameSize = 256;
-  static constexpr std::size_t Hop = 64;
+  static constexpr std::size_t FrameSize = NoiseFrame::Size;
+  static constexpr std::size_t Hop = NoiseFrame::Hop;
   static constexpr std::size_t LatencySamples = FrameSize;
   static constexpr std::size_t PieceSize = 48;   // bytes
   static constexpr unsigned PieceCount = 12;     // the record, then twelve bands a piece
@@ -54,7 +56,7 @@ class Broadband {
   // switches smoothing off, is as the usual record has it; a band is bounded to 0..1.
   void TakePiece(unsigned piece, std::span<const std::uint8_t> bytes);
   // 0..32767: the part of the noise that is taken out, of 32768.
-  void SetAttenuation(std::uint16_t word) { attenuation = static_cast<float>(word & 0x7FFF) / 32768.0F; }
+  void SetAttenuation(std::uint16_t word);
   void SetGain(std::uint16_t word) { gain = static_cast<float>(word) / UnityGain; }
   // Finds the noise anew; the sound goes on.
   void Forget();
@@ -73,6 +75,9 @@ class Broadband {
   void TakeRecord(std::span<const std::uint8_t> bytes);
   void UseRecord();
   void ProcessFrame();
+  NoiseFloorSettings FloorSettings() const;
+  NoiseGainSettings GainSettings() const;
+  void FindShares();
   void ReduceNoise();
 
   Transform forward, inverse;
@@ -82,6 +87,9 @@ class Broadband {
   BroadbandRecord record;  // with the usual fields in the place of those out of range
   std::array<float, BandCount> bands{};
   float attenuation = 1, gain = 1;
+  std::array<float, NoiseFloor::Lines> shares{};  // x
+  bool sharesKnown = false;
+  std::optional<NoiseTaken> taken;  // by the gains as they are set, once it is asked for
 
   NoiseFloor noise;
   NoiseGains gains;

@@ -30,7 +30,6 @@ class NoiseGains {
  public:
   using Spectrum = NoiseFloor::Spectrum;
   static constexpr std::size_t Lines = NoiseFloor::Lines;
-  static constexpr float KeptOfNoise = 0.112F;  // of noise alone, with the usual averaging: -19 dB
 
   void Configure(const NoiseGainSettings& wanted);
   void Reset();
