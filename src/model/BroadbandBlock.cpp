@@ -31,13 +31,17 @@ void InitBbData(BroadbandBlock& block, const BroadbandParms& record, const Bound
   std::copy_n(values.values.begin(), n, block.bands.begin());
 }
 
+float BandReduction(const SystemSettings& settings, int stage, std::int16_t kind, int band) {
+  if (kind == BroadbandKind::NoiseReducer) return 1;
+  return settings.noiseEqVals[stage][std::min(band / BandsPerSlider, LastSlider)];
+}
+
 void FillBroadbandBlock(BroadbandBlock& block, const SystemSettings& settings, int stage) {
   const std::int16_t type = settings.broadbandType[stage];
   if (type != BroadbandKind::NoiseReducer && type != BroadbandKind::NoiseEq) return;
   BandScratch scratch;
   for (int band = 0; band < SpectrumBands; band++) {
-    const int slider = std::min(band / BandsPerSlider, LastSlider);
-    scratch[band] = type == BroadbandKind::NoiseReducer ? 1.0F : settings.noiseEqVals[stage][slider];
+    scratch[band] = BandReduction(settings, stage, type, band);
   }
   InitBbData(block, settings.broadbandParms[stage], WithBounds(scratch), BandCount);
 }

@@ -46,6 +46,9 @@ BoundedFloats WithBounds(const Row<float, First, Last>& row) {
 // 0..132.
 void InitBbData(BroadbandBlock& block, const BroadbandParms& record, const BoundedFloats& values, int n);
 
+// What broadband stage 1 or 2 run as a kind is asked to take out of a band, 0..127, 0.0 none to 1.0 all.
+float BandReduction(const SystemSettings& settings, int stage, std::int16_t kind, int band);
+
 // The block of broadband stage 1 or 2: "Noise Reducer" reduces bands 0..127 fully, "Noise EQ" six bands each
 // by a slider and the last eight by the last. Any other type leaves the block as it is.
 void FillBroadbandBlock(BroadbandBlock& block, const SystemSettings& settings, int stage);

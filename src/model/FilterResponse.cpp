@@ -9,6 +9,7 @@
 #include "model/CutOffFilter.h"
 #include "model/Kinds.h"
 #include "model/LobeFilter.h"
+#include "model/NoiseBands.h"
 #include "model/ParametricSections.h"
 #include "model/TableFilter.h"
 #include "model/modNumerical.h"
@@ -81,6 +82,8 @@ constexpr std::array responses{
                 TellingOf<InverseCombOf>},
     ResponseRow{BlockFamily::Equalizer, EqKind::DualParametric, GainsOf<DualParametricOf>,
                 PartsOf<DualParametricOf>, TellingOf<DualParametricOf>},
+    ResponseRow{BlockFamily::Broadband, BroadbandKind::NoiseReducer, GainsOf<NoiseReducerOf>},
+    ResponseRow{BlockFamily::Broadband, BroadbandKind::NoiseEq, GainsOf<NoiseEqOf>},
 };
 
 const ResponseRow* RowOf(const BlockKind& block) {

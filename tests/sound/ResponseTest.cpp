@@ -1,8 +1,11 @@
 // Every kind that has a picture, set on the host, sent over the line and measured in the unit's sound: what
 // the picture shows is what is heard.
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <numbers>
 #include <optional>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -212,6 +215,92 @@ TEST(Sound, EveryKindIsHeardAsItsPictureShowsIt) {
       for (const Shape& shape : Shapes()) {
         SCOPED_TRACE(shape.name + ", bandwidth " + bandwidth + ", mode " + std::to_string(place.configMode));
         ExpectHeardAsDrawn(run, shape, place);
+      }
+    }
+  }
+}
+
+// The power of each bin of spectra of so many samples, under a raised cosine.
+std::vector<double> PowersOf(std::span<const float> sound, std::size_t size) {
+  kiss_fftr_state* const transform = kiss_fftr_alloc(static_cast<int>(size), 0, nullptr, nullptr);
+  std::vector<double> powers(size / 2 + 1);
+  Signal windowed(size);
+  std::vector<kiss_fft_cpx> bins(powers.size());
+  for (std::size_t at = 0; at + size <= sound.size(); at += size / 2) {
+    for (std::size_t i = 0; i < size; ++i) {
+      const double turn = 2 * std::numbers::pi * (static_cast<double>(i) + 0.5) / static_cast<double>(size);
+      windowed[i] = sound[at + i] * static_cast<float>(1 - std::cos(turn));
+    }
+    kiss_fftr(transform, windowed.data(), bins.data());
+    for (std::size_t k = 0; k < bins.size(); ++k) {
+      powers[k] += static_cast<double>(bins[k].r) * bins[k].r + static_cast<double>(bins[k].i) * bins[k].i;
+    }
+  }
+  kiss_fftr_free(transform);
+  return powers;
+}
+
+constexpr int LinesPerBand = 6;
+
+// Noise that is found anew falls as drawn: within 1 dB inside of the bands, within 2 dB where two of them
+// meet.
+void ExpectFallAsDrawn(SoundRun& run, const Place& place, const std::vector<double>& frequencies,
+                       const std::vector<float>& drawn) {
+  constexpr std::size_t perBuffer = 512, measured = 50000, perLine = 8, size = 256 * perLine;
+  const auto buffers = static_cast<std::size_t>(run.record.broadbandParms[place.side].span);
+  run.engine.ResetBroadband(3);
+  const Signal noise = Noise((buffers + 8) * perBuffer + measured, 0.2F);
+  const Signal out = run.Through({noise, noise})[static_cast<std::size_t>(place.heard)];
+  const std::vector<double> before = PowersOf(std::span(noise).last(measured), size);
+  const std::vector<double> after = PowersOf(std::span(out).last(measured), size);
+  for (std::size_t line = 1; line < drawn.size(); ++line) {
+    double in = 0, left = 0;
+    for (std::size_t bin = line * perLine - 2; bin <= line * perLine + 2; ++bin) {
+      in += before[bin];
+      left += after[bin];
+    }
+    const bool meeting = line % LinesPerBand == 0 || line % LinesPerBand == LinesPerBand - 1;
+    EXPECT_NEAR(Decibels(std::sqrt(left / in)), drawn[line], meeting ? 2 : 1) << frequencies[line] << " Hz";
+  }
+}
+
+TEST(Sound, SteadyNoiseFallsAsItsPictureShowsIt) {
+  struct Case {
+    std::int16_t kind;
+    std::string atten, gain;
+    double bottom, top;  // dB; by the bandwidth where it is as far as the unit goes
+  };
+  const double furthest[2][3] = {{-17.0, -18.8, -20.6}, {-8.2, -10.1, -16.7}};
+  constexpr auto reducer = vc::BroadbandKind::NoiseReducer, equalizer = vc::BroadbandKind::NoiseEq;
+  for (const Place& place : Places) {
+    for (const std::size_t at : {0U, 1U, 2U}) {
+      const char* const bandwidth = std::array{"0", "1", "5"}[at];
+      SoundRun run(place.configMode, bandwidth);
+      run.Edit("broadbandActive", "1", place.side);
+      for (int band = 0; band < 20; ++band) {
+        run.Edit("noiseEqVals",
+                 std::array{"1", "0", "0.5", "0.8"}[static_cast<std::size_t>(band) * 7 / 3 % 4], place.side,
+                 band);
+      }
+      for (const Case& c : {Case{equalizer, "32767", "16", furthest[1][at], 0},
+                            {equalizer, "16384", "32", 0, 6},
+                            {reducer, "22406", "16", -10, -10},
+                            {reducer, "32767", "8", furthest[0][at] - 6, furthest[0][at] - 6}}) {
+        SCOPED_TRACE(std::string("bandwidth ") + bandwidth + ", mode " + std::to_string(place.configMode) +
+                     ", kind " + std::to_string(c.kind) + " at " + c.atten);
+        run.Edit("broadbandType", std::to_string(c.kind), place.side);
+        run.Edit("filterAtten", c.atten, place.side + 6);
+        run.Edit("filterGain", c.gain, place.side + 6);
+        run.Take();
+        std::vector<double> frequencies;
+        for (double hertz = 0; hertz < run.record.bandwidthHz; hertz += run.Rate() / 256) {
+          frequencies.push_back(hertz);
+        }
+        const std::vector<float> drawn =
+            FilterResponse(run.record, {BlockFamily::Broadband, place.side, c.kind}, frequencies);
+        EXPECT_NEAR(*std::min_element(drawn.begin(), drawn.end()), c.bottom, 0.3);
+        EXPECT_NEAR(*std::max_element(drawn.begin(), drawn.end()), c.top, 0.3);
+        ExpectFallAsDrawn(run, place, frequencies, drawn);
       }
     }
   }
