@@ -197,5 +197,62 @@ TEST(FilterResponse, StaysWithinBoundsForAnyRecord) {
   }
 }
 
+// A table of any taps, of an odd and an even number, against a sum over its words.
+TEST(FilterResponse, OfATableIsWhatADirectSumGives) {
+  SystemSettings s = Fresh();
+  s.sampleRate = 8000;
+  const std::vector<double> frequencies{0, 100, 1234.5, 3999, 4000};
+  for (const std::vector<float>& table :
+       {std::vector{0.5F, 0.25F, -0.125F}, std::vector{0.3F, -0.2F, 0.9F, -0.2F}, std::vector<float>{}}) {
+    const std::vector<float> response = TableResponse(s, table, 16384, frequencies);
+    for (std::size_t i = 0; i < frequencies.size(); i++) {
+      std::complex<double> sum = 1;
+      for (std::size_t k = 0; k < table.size(); k++) {
+        const double late = static_cast<double>(k) - static_cast<double>(table.size() / 2);
+        const double word = std::nearbyint(static_cast<double>(table[k]) * 8388607) / 8388607;
+        sum -= 16384 / 32767.0 * word * std::polar(1.0, -2 * std::numbers::pi * frequencies[i] / 8000 * late);
+      }
+      EXPECT_NEAR(response[i], Decibels(std::abs(sum)), 1e-4) << table.size() << " taps, " << frequencies[i];
+    }
+  }
+}
+
+template <typename T>
+void Scatter(T& place, std::mt19937& random) {
+  if constexpr (std::is_arithmetic_v<T>) {
+    place = random() % 8 == 0 ? std::numeric_limits<T>::max() : static_cast<T>(static_cast<int>(random()));
+    if (std::is_floating_point_v<T> && random() % 2 == 0) place = static_cast<T>(random() % 7) / 4;
+    if (std::is_floating_point_v<T> && random() % 16 == 0) place = std::numeric_limits<T>::quiet_NaN();
+  } else {
+    for (auto& element : place) Scatter(element, random);
+  }
+}
+
+TEST(FilterResponse, OfEveryKindIsFiniteForAnyRecord) {
+  std::mt19937 random(2);
+  const std::vector<double> frequencies{0, 1, 77.7, 1000, 3000, 1e9, -5};
+  for (int round = 0; round < 3000; round++) {
+    SystemSettings s = Fresh();
+    const auto scatter = [&](auto&... fields) { (Scatter(fields, random), ...); };
+    scatter(s.combFreq, s.combLimit, s.combDepth, s.combHarmonic, s.notchFreq, s.notchWidth, s.notchAtten,
+            s.slotFreq, s.slotWidth, s.slotAtten, s.mnotchFreq, s.mnotchWidth, s.mslotFreq, s.mslotWidth,
+            s.filterAtten, s.filterGain, s.parCenter, s.parRatio, s.parBoost, s.parLevel, s.eqParCenter,
+            s.eqParRatio, s.eqParBoost, s.noiseEqVals, s.maxFilterSize, s.generalStageTaps);
+    if (round % 2 == 0) Scatter(s.sampleRate, random);
+    for (const auto& [family, kinds] :
+         {std::pair{BlockFamily::Filter, 17}, {BlockFamily::Equalizer, 4}, {BlockFamily::Broadband, 2}}) {
+      const BlockKind block{family, 1 + round % 2, static_cast<std::int16_t>(round % kinds)};
+      std::vector<std::vector<float>> all = ResponseParts(s, block, frequencies);
+      all.push_back(FilterResponse(s, block, frequencies));
+      for (const std::vector<float>& response : all) {
+        for (const float decibels : response) {
+          ASSERT_TRUE(decibels >= LowestResponse && decibels < 200) << round << ' ' << block.kind;
+        }
+      }
+      for (const double hertz : TellingFrequencies(s, block)) ASSERT_LE(hertz, s.bandwidthHz) << round;
+    }
+  }
+}
+
 }  // namespace
 }  // namespace vc
