@@ -6,7 +6,9 @@
 #include <numbers>
 #include <optional>
 #include <span>
+#include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -26,129 +28,76 @@ using vc::ConfigMode;
 using vc::EqKind;
 using vc::FilterKind;
 
-struct FieldEdit {
-  std::string field, text;
-  int element = 0;
+// At so many Hz and so much of the sample rate.
+struct Point {
+  double hertz, rates, decibels;
 };
 
-// A block of a kind, what is set in it, and how far down and up it is then asked to go, in dB.
+// A block of a kind, what is set in it beside what stands from the one before, how far down and up it is then
+// asked to go, in dB, and where it must be so.
 struct Shape {
-  std::string name;
-  BlockFamily family;
   std::int16_t kind;
-  std::vector<FieldEdit> edits;
+  std::string edits;                  // field, or field:element, and value, by turns
   std::optional<double> bottom = {};  // none where it is what the transform makes of it
   double top = 0;
+  std::vector<Point> points = {};
 };
 
-const std::vector<Shape>& Shapes() {
-  constexpr auto filter = BlockFamily::Filter;
-  static const std::vector<Shape> shapes{
-      {"comb",
-       filter,
-       FilterKind::Comb,
-       {{"combFreq", "100"}, {"combLimit", "1000"}, {"combDepth", "40"}},
-       -40},
-      {"odd comb, shallow", filter, FilterKind::Comb, {{"combHarmonic", "1"}, {"combDepth", "10"}}, -10},
-      {"even comb, an odd period",
-       filter,
-       FilterKind::Comb,
-       {{"combHarmonic", "2"}, {"combFreq", "45"}},
-       -10},
-      {"slow comb",
-       filter,
-       FilterKind::Comb,
-       {{"combHarmonic", "0"}, {"combFreq", "800"}, {"combLimit", "2500"}, {"combDepth", "60"}},
-       -60},
-      {"odd comb, an odd period", filter, FilterKind::Comb, {{"combHarmonic", "1"}, {"combFreq", "21"}}, -60},
-      {"inverse comb",
-       filter,
-       FilterKind::InverseComb,
-       {{"combHarmonic", "0"}, {"combFreq", "60"}, {"combLimit", "2000"}, {"combDepth", "30"}},
-       -30},
-      {"odd inverse comb",
-       filter,
-       FilterKind::InverseComb,
-       {{"combHarmonic", "1"}, {"combDepth", "60"}},
-       -60},
-      {"even inverse comb",
-       filter,
-       FilterKind::InverseComb,
-       {{"combHarmonic", "2"}, {"combDepth", "10"}},
-       -10},
-      {"notch",
-       filter,
-       FilterKind::Notch,
-       {{"notchFreq", "1000"}, {"notchWidth", "400"}, {"notchAtten", "40"}},
-       -40},
-      {"notch as narrow as the stage holds", filter, FilterKind::Notch, {{"notchWidth", "32767"}}, -40},
-      {"wide notch",
-       filter,
-       FilterKind::Notch,
-       {{"notchFreq", "2000"}, {"notchWidth", "60"}, {"notchAtten", "60"}},
-       -60},
-      {"slot",
-       filter,
-       FilterKind::Slot,
-       {{"slotFreq", "1500"}, {"slotWidth", "300"}, {"slotAtten", "45"}},
-       -45},
-      {"multiple notch",
-       filter,
-       FilterKind::MultipleNotch,
-       {{"mnotchFreq", "800", 1},
-        {"mnotchWidth", "9", 1},
-        {"mnotchFreq", "2000", 7},
-        {"mnotchWidth", "1", 7},
-        {"mnotchFreq", "20", 16},
-        {"mnotchWidth", "4", 16},
-        {"filterAtten", "32439"}}},
-      {"multiple notch, taken out by a half", filter, FilterKind::MultipleNotch, {{"filterAtten", "16384"}}},
-      {"multiple slot",
-       filter,
-       FilterKind::MultipleSlot,
-       {{"mslotFreq", "700", 1},
-        {"mslotWidth", "40", 1},
-        {"mslotFreq", "2500", 2},
-        {"mslotWidth", "15", 2},
-        {"filterAtten", "31731"}}},
-      {"three sections",
-       filter,
-       FilterKind::TriParametric,
-       {{"parCenter", "0.05", 0},
-        {"parRatio", "6", 0},
-        {"parBoost", "-40", 0},
-        {"parCenter", "0.15", 1},
-        {"parRatio", "2.5", 1},
-        {"parBoost", "9", 1},
-        {"parCenter", "0.4", 2},
-        {"parRatio", "3", 2},
-        {"parBoost", "-60", 2},
-        {"parActive", "0", 3},
-        {"parLevel", "172"}},
-       -70,
-       -1},
-      {"a section out",
-       filter,
-       FilterKind::TriParametric,
-       {{"parActive", "0", 2}, {"parLevel", "192"}},
-       -40,
-       9},
-      {"two sections",
-       BlockFamily::Equalizer,
-       EqKind::DualParametric,
-       {{"eqParCenter", "0.3", 0},
-        {"eqParRatio", "1", 0},
-        {"eqParBoost", "-25", 0},
-        {"eqParCenter", "0.01", 1},
-        {"eqParRatio", "4", 1},
-        {"eqParBoost", "16", 1},
-        {"eqParActive", "0", 2},
-        {"eqParActive", "0", 3}},
-       -25,
-       16},
-  };
-  return shapes;
-}
+const std::vector<Shape> FilterShapes{
+    {FilterKind::Lowpass, "lpfCutoff 1000 lpfTransSlope 120 lpfAtten 40", -40, 0, {{1000, 0, -5.93}}},
+    {FilterKind::Lowpass, "lpfCutoff 2500 lpfTransSlope 463 lpfAtten 60", -60},
+    {FilterKind::Highpass, "hpfCutoff 700 hpfTransSlope 200 hpfAtten 30", -30},
+    {FilterKind::Bandpass, "bpfHiCutoff 1800 bpfLoCutoff 600 bpfTransSlope 463 bpfAtten 50", -50},
+    {FilterKind::Bandstop, "bsfHiCutoff 1900 bsfLoCutoff 900 bsfTransSlope 463 bsfAtten 45", -45},
+    {FilterKind::Comb,
+     "combFreq 100 combLimit 1000 combDepth 40",
+     -40,
+     0,
+     {{0, .01, -40}, {0, .02, -40}, {0, .015, 0}, {2000, 0, 0}}},
+    {FilterKind::Comb, "combHarmonic 1 combDepth 10", -10, 0, {{0, .01, -10}, {0, .02, 0}}},
+    {FilterKind::Comb,
+     "combHarmonic 2 combFreq 45 combLimit 2000",
+     -10,
+     0,
+     {{0, 2 / 44.0, -10}, {0, 1 / 44.0, 0}}},
+    {FilterKind::Comb, "combHarmonic 0 combFreq 800 combLimit 2500 combDepth 60", -60, 0, {{0, .0625, -60}}},
+    {FilterKind::Comb, "combHarmonic 1 combFreq 21", -60},
+    {FilterKind::InverseComb,
+     "combHarmonic 0 combFreq 60 combLimit 2000 combDepth 30",
+     -30,
+     0,
+     {{0, 1 / 60.0, 0}, {0, 2 / 60.0, 0}, {0, 1.5 / 60, -30}, {3000, 0, -30}}},
+    {FilterKind::InverseComb, "combHarmonic 1 combDepth 60", -60, 0, {{0, 1 / 60.0, 0}, {0, 2 / 60.0, -60}}},
+    {FilterKind::InverseComb, "combHarmonic 2 combDepth 10", -10, 0, {{0, 2 / 60.0, 0}, {0, 1 / 60.0, -10}}},
+    {FilterKind::Notch,
+     "notchFreq 1000 notchWidth 400 notchAtten 40",
+     -40,
+     0,
+     {{1000, 0, -40}, {1000, -.75 / 401, -5.93}, {1000, .75 / 401, -5.93}}},
+    {FilterKind::Notch, "notchWidth 32767", -40},
+    {FilterKind::Notch, "notchFreq 2000 notchWidth 60 notchAtten 60", -60},
+    {FilterKind::Slot, "slotFreq 1500 slotWidth 300 slotAtten 45", -45, 0, {{1500, 0, 0}}},
+    {FilterKind::MultipleNotch,
+     "mnotchFreq:1 800 mnotchWidth:1 9 mnotchFreq:7 2000 mnotchWidth:7 1 mnotchFreq:16 20 mnotchWidth:16 4 "
+     "filterAtten 32439"},
+    {FilterKind::MultipleNotch, "filterAtten 16384"},
+    {FilterKind::MultipleSlot,
+     "mslotFreq:1 700 mslotWidth:1 40 mslotFreq:2 2500 mslotWidth:2 15 filterAtten 31731"},
+    {FilterKind::TriParametric,
+     "parCenter:0 0.05 parRatio:0 6 parBoost:0 -40 parCenter:1 0.15 parRatio:1 2.5 parBoost:1 9 parCenter:2 "
+     "0.4 "
+     "parRatio:2 3 parBoost:2 -60 parActive:3 0 parLevel 172",
+     -70, -1},
+    {FilterKind::TriParametric, "parActive:2 0 parLevel 192", -40, 9, {{0, .05, -40}, {0, .15, 9}}},
+};
+const std::vector<Shape> EqualizerShapes{
+    {EqKind::DualParametric,
+     "eqParCenter:0 0.3 eqParRatio:0 1 eqParBoost:0 -25 eqParCenter:1 0.01 eqParRatio:1 4 eqParBoost:1 16 "
+     "eqParActive:2 0 eqParActive:3 0",
+     -25,
+     16,
+     {{0, .3, -25}, {0, .01, 16}}},
+};
 
 // Where a block stands, and from which output it is heard.
 struct Place {
@@ -159,23 +108,22 @@ struct Place {
 constexpr Place Places[] = {
     {ConfigMode::Mono, 1, 0}, {ConfigMode::StereoLinked, 1, 1}, {ConfigMode::StereoIndependent, 2, 1}};
 
-int NumberOf(const Shape& shape, const Place& place) {
-  const bool rightFilter = shape.family == BlockFamily::Filter && place.side == 2;
-  return rightFilter ? vc::PairStages + 1 : place.side;
-}
-
-// In place of what stood on that side before.
-void Set(SoundRun& run, const Shape& shape, const Place& place) {
-  const bool filter = shape.family == BlockFamily::Filter;
-  const int stage = place.side == 2 ? vc::PairStages + 1 : 1;
-  const int number = filter ? stage : place.side;
+// In place of what stood on that side before; the number of the block.
+int Set(SoundRun& run, BlockFamily family, const Shape& shape, const Place& place) {
+  const bool filter = family == BlockFamily::Filter;
+  const int stage = place.side == 2 ? vc::PairStages + 1 : 1, number = filter ? stage : place.side;
   run.Edit("filterActive", filter ? "1" : "0", stage);
   run.Edit("eqActive", filter ? "0" : "1", place.side);
   run.Edit(filter ? "filterType" : "eqType", std::to_string(shape.kind), number);
-  for (const FieldEdit& edit : shape.edits) {
-    run.Edit(edit.field, edit.text, filter ? number : number + 8, edit.element);
+  std::istringstream edits(shape.edits);
+  for (std::string field, value; edits >> field >> value;) {
+    const std::size_t colon = field.find(':');
+    const int element = colon == std::string::npos ? 0 : std::stoi(field.substr(colon + 1));
+    run.Edit(field.substr(0, colon), value, filter ? number : number + 8, element);
   }
   if (filter) run.record.filterBuilt[number] = -1;  // as the button sets it
+  run.Take();
+  return number;
 }
 
 Signal Heard(SoundRun& run, int output) {
@@ -187,11 +135,8 @@ Signal Heard(SoundRun& run, int output) {
   return response;
 }
 
-void ExpectHeardAsDrawn(SoundRun& run, const Shape& shape, const Place& place) {
-  const int number = NumberOf(shape, place);
-  const vc::BlockKind block{shape.family, number, shape.kind};
-  Set(run, shape, place);
-  run.Take();
+void ExpectHeardAsDrawn(SoundRun& run, BlockFamily family, const Shape& shape, const Place& place) {
+  const vc::BlockKind block{family, Set(run, family, shape, place), shape.kind};
   std::vector<double> frequencies = vc::support::EvenFrequencies(run.record, 101);
   const std::vector<double> telling = TellingFrequencies(run.record, block);
   frequencies.insert(frequencies.end(), telling.begin(), telling.end());
@@ -205,6 +150,10 @@ void ExpectHeardAsDrawn(SoundRun& run, const Shape& shape, const Place& place) {
   for (std::size_t i = 0; i < drawn.size(); ++i) {
     ASSERT_NEAR(GainAt(response, frequencies[i], run.Rate()), drawn[i], 0.3) << frequencies[i] << " Hz";
   }
+  for (const Point& point : shape.points) {
+    const double hertz = point.hertz + point.rates * run.Rate();
+    EXPECT_NEAR(GainAt(response, hertz, run.Rate()), point.decibels, 0.5) << hertz << " Hz";
+  }
 }
 
 TEST(Sound, EveryKindIsHeardAsItsPictureShowsIt) {
@@ -212,9 +161,13 @@ TEST(Sound, EveryKindIsHeardAsItsPictureShowsIt) {
     for (const char* bandwidth : {"0", "1", "5"}) {
       SoundRun run(place.configMode, bandwidth);
       run.Edit("numFilters", "1");
-      for (const Shape& shape : Shapes()) {
-        SCOPED_TRACE(shape.name + ", bandwidth " + bandwidth + ", mode " + std::to_string(place.configMode));
-        ExpectHeardAsDrawn(run, shape, place);
+      for (const auto& [family, shapes] :
+           {std::pair{BlockFamily::Filter, &FilterShapes}, {BlockFamily::Equalizer, &EqualizerShapes}}) {
+        for (const Shape& shape : *shapes) {
+          SCOPED_TRACE(std::to_string(shape.kind) + " with " + shape.edits + ", bandwidth " + bandwidth +
+                       ", mode " + std::to_string(place.configMode));
+          ExpectHeardAsDrawn(run, family, shape, place);
+        }
       }
     }
   }
