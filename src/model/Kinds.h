@@ -46,6 +46,21 @@ struct CombHarmonic {
   enum : std::int16_t { All, Odd, Even };
 };
 
+// The files that keep one filter's table apart from a setup, by what it is a table of.
+struct IndivFileType {
+  enum : std::int16_t {
+    SpectralEqualizer,
+    BandEqualizer,
+    SpectralInverse,
+    HiResGraphic,
+    BandGraphic,
+    CustomCurve,
+    NoiseEq,
+    RefCanceller,
+    OneChAdaptive
+  };
+};
+
 struct KindRow {
   std::string_view name;   // in the list, and in front of the suffix in the panel's title
   std::string_view panel;  // the form that edits it

@@ -2,7 +2,6 @@
 
 #include <array>
 
-#include "model/Kinds.h"
 #include "text/Convert.h"
 
 namespace vc {

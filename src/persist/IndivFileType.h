@@ -8,24 +8,11 @@
 #include <string_view>
 #include <vector>
 
+#include "model/Kinds.h"
 #include "model/SystemSettings.h"
 #include "persist/LineRuns.h"
 
 namespace vc {
-
-struct IndivFileType {
-  enum : std::int16_t {
-    SpectralEqualizer,
-    BandEqualizer,
-    SpectralInverse,
-    HiResGraphic,
-    BandGraphic,
-    CustomCurve,
-    NoiseEq,
-    RefCanceller,
-    OneChAdaptive
-  };
-};
 
 // What has the tables of a type: equalizer 1 or 2, filter stage 1..6, broadband stage 1 or 2.
 enum class IndivFamily { Equalizer, FilterStage, BroadbandStage };

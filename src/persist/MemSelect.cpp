@@ -20,7 +20,6 @@ constexpr const char* PreviousName = "Previous Filter Settings";
 MemSelect::MemSelect(SetupContext& setupContext)
     : chooser(form, setupContext.files, setupContext.desk, "", "Filter Files", [this] { FollowName(); }),
       context(setupContext) {
-  form.initialFocus = &chooser.txtFileName.core;
   chooser.fileVw.activated = [this] {
     if (direction == Direction::Recall) btnOK.Click();
   };
@@ -56,7 +55,9 @@ void MemSelect::Fill() {
   InitializeWindowTitle();
   chooser.extension = GetIndivSettingsFileExt(type);
   chooser.fileVw.core.SetCaption("Filter Files (*" + chooser.extension + ")");
-  btnPrevious.core.SetVisible(direction == Direction::Recall);
+  const bool recall = direction == Direction::Recall;
+  form.initialFocus = recall ? &chooser.fileVw.core : &chooser.txtFileName.core;
+  btnPrevious.core.SetVisible(recall);
   btnPrevious.core.SetEnabled(context.files.KindOf(PreviousPath()) == FileKind::File);
   const LastFile& last = lastFiles[File().extension];
   std::error_code ignored;

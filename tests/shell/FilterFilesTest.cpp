@@ -291,6 +291,25 @@ TEST_F(FilterFiles, WithoutAUnitTheSettingsOfAnAdaptiveFilterAreTakenAlone) {
   EXPECT_EQ(FilesInFolder(), 1U);
 }
 
+TEST_F(FilterFiles, WhatCannotBeReadBackIsNotLostToARecall) {
+  Learn(64);
+  Store(Type::OneChAdaptive, "room");
+  Edit("ch1Mu", "99", 2);
+  const auto read = session.setups.hooks.readCoefficients;
+  session.setups.hooks.readCoefficients = [](int, CoefSpan) { return false; };
+  Recall(Type::OneChAdaptive, "room");
+  EXPECT_THAT(Boxes(), ElementsAre("1-Channel Adaptive Filter Recall Error: Error storing Previous Filter "
+                                   "Settings.cof file."));
+  EXPECT_EQ(record.ch1Mu[2], 99);
+  session.setups.hooks.readCoefficients = read;
+  unit.FallSilent();  // and the link with it, while it is asked: there is no unit any more
+  EXPECT_EQ(Click("btnOK"), "");
+  EXPECT_FALSE(session.device.comm.CommPortOpen);
+  EXPECT_EQ(LastBox(), std::string("1-Channel Adaptive Filter Recall Error: ") + NotSent);
+  EXPECT_EQ(record.ch1Mu[2], 4);
+  EXPECT_EQ(FilesInFolder(), 1U);
+}
+
 TEST_F(FilterFiles, MoreThanPacketsCanCarryIsNotSent) {
   Learn(4100);
   Store(Type::OneChAdaptive, "hall");
