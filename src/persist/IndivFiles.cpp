@@ -33,14 +33,14 @@ bool IsFitted(const FieldRow& row) {
   return follows != nullptr && follows->asked != nullptr;
 }
 
-// As an edit would be held; what a fit can give counts.
-void HoldToRanges(SystemSettings& settings, Runs runs) {
+// As an edit would be held: what a fit can give to the record as it is now counts.
+void HoldToRanges(SystemSettings& settings, const SystemSettings& now, Runs runs) {
   for (const LineRun& run : runs) {
     if (run.field != nullptr && !FollowsLimits(*run.field)) ApplyRule(settings, *run.field);
   }
   ForEachOfTables(runs, [&](const FieldRow& row, int i, int j) {
     if (!FollowsLimits(row)) return;
-    const Bounds range = *FieldRange(settings, row, i, j);
+    const Bounds range = *FieldRange(now, row, i, j);
     double value = NumberOf(settings, row, i, j);
     Clamp(value, range.lower, range.upper);
     StoreNumber(settings, row, i, j, value);
@@ -54,7 +54,7 @@ std::vector<FieldEdit> EditsTo(const SystemSettings& read, const SystemSettings&
   ForEachOfTables(runs, [&](const FieldRow& row, int i, int j) {
     StoreValue(row.at(*held, i, j), row.value(read, i, j));
   });
-  HoldToRanges(*held, runs);
+  HoldToRanges(*held, now, runs);
   std::vector<FieldEdit> edits;
   ForEachOfTables(runs, [&](const FieldRow& row, int i, int j) {
     if (IsFitted(row) == fitted) edits.push_back({&row, i, j, NumberOf(*held, row, i, j)});
@@ -102,7 +102,7 @@ IndivResult ReadIndivFile(Files& files, const std::string& path, std::int16_t ty
 bool WriteIndivFile(Files& files, const std::string& path, std::int16_t type, int stage,
                     const SystemSettings& settings, const std::vector<std::int32_t>& coefficients) {
   const auto own = std::make_unique<SystemSettings>(OperatorsRecord(settings));
-  HoldToRanges(*own, IndivRuns(IndivFile(type, "Unknown Individual Filter settings type."), stage));
+  HoldToRanges(*own, settings, IndivRuns(IndivFile(type, "Unknown Individual Filter settings type."), stage));
   LineWriter lines;
   return StoreIndivSettings(type, lines, stage, *own, coefficients) &&
          WriteWholeFile(files, path, lines.text);
