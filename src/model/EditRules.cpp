@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "model/BroadbandPresets.h"
+#include "model/BuiltRows.h"
 #include "model/KindChange.h"
 #include "model/Kinds.h"
 #include "model/RecordEdits.h"
@@ -51,7 +52,10 @@ void StagesOrBroadband(SystemSettings& settings, int i) {
 
 namespace finish {
 
-void BuildTable(SystemSettings& settings, int stage) { settings.filterBuilt[stage] = -1; }
+void BuildTable(SystemSettings& settings, int stage) {
+  settings.filterBuilt[stage] = -1;
+  BuildRows(settings, stage);
+}
 
 }  // namespace finish
 

@@ -12,11 +12,16 @@ namespace vc {
 namespace {
 
 // What a stage's table is made of.
-constexpr std::array<std::string_view, 7> TableFields{"filterType", "mnotchFreq", "mnotchWidth", "mslotFreq",
-                                                      "mslotWidth", "hiResCurve", "sifCurve"};
+constexpr std::array<std::string_view, 5> TableFields{"filterType", "builtFreq", "builtWidth", "hiResCurve",
+                                                      "sifCurve"};
 
 bool IsOfASetup(const FieldRow& row) {
   return !IsDerived(row) && row.name != "comPort" && row.name != "baudIndex";
+}
+
+// A setup does not keep what a table was built of, yet the way back leads to it.
+bool IsOfAStep(const FieldRow& row) {
+  return IsOfASetup(row) || row.name == "builtFreq" || row.name == "builtWidth";
 }
 
 const FieldRow& RowAt(FieldChanges::Place place) { return Fields()[static_cast<std::size_t>(place.row)]; }
@@ -81,7 +86,7 @@ FieldChanges ChangesBetween(const SystemSettings& before, const SystemSettings& 
   std::int16_t index = -1;
   for (const FieldRow& row : Fields()) {
     ++index;
-    if (!IsOfASetup(row)) continue;
+    if (!IsOfAStep(row)) continue;
     ForEachDifference(row, before, after, [&](int i, int j, FieldValue was, FieldValue is) {
       const FieldChanges::Place place{index, static_cast<std::int16_t>(i), static_cast<std::int16_t>(j)};
       if (std::holds_alternative<std::string>(was)) {

@@ -1,4 +1,5 @@
-// What differs between two records, element by element, in what a setup keeps.
+// What differs between two records, element by element, in what a setup keeps and in what tables are
+// built of.
 #pragma once
 
 #include <cstdint>

@@ -75,7 +75,7 @@ constexpr Entails Broadband{marks::Broadband, SoonTicks};
 constexpr Entails NoiseBands{marks::Broadband, SoonTicks, RunOfBandsTicks};
 constexpr Entails BroadbandToo{marks::StagesAndBroadband, SoonTicks};
 constexpr Entails PerEntry{marks::StagesOrBroadband, SoonTicks};
-constexpr Entails Rebuild{marks::Stages, SoonTicks, 0, true};
+constexpr Entails Rebuild{marks::Stages, SoonTicks, 0, true, finish::BuildTable};
 
 constexpr Entails With(Entails entails,
                        void (*rule)(RecordEdits& edits, const SystemSettings& before, int i)) {
@@ -275,6 +275,8 @@ constexpr std::array rows{
     Field<&S::stageChanged>("stageChanged", Kept, Derived{}, Nothing),
     Field<&S::filterDirty>("filterDirty", Kept, Derived{}, Stage),
     Field<&S::filterBuilt>("filterBuilt", Kept, Derived{}, Rebuild),
+    Field<&S::builtFreq>("builtFreq", 0, Derived{}, Nothing),
+    Field<&S::builtWidth>("builtWidth", NarrowestWidth, Derived{}, Nothing),
     Field<&S::eqChanged>("eqChanged", Kept, Derived{}, Nothing),
     Field<&S::broadbandChanged>("broadbandChanged", Kept, Derived{}, Nothing),
     Field<&S::broadbandClear>("broadbandClear", Kept, Derived{}, Whole),

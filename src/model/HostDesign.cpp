@@ -100,12 +100,9 @@ void Transform(FilterTransform& transform, Magnitudes& magnitudes, double spectr
 }  // namespace
 
 std::vector<BinRange> ListedBins(const SystemSettings& settings, int stage, std::int16_t kind) {
-  const auto rate = static_cast<double>(settings.sampleRate);
-  if (kind == FilterKind::MultipleNotch)
-    return BinsOfRows(settings.mnotchFreq[stage], settings.mnotchWidth[stage], rate);
-  if (kind == FilterKind::MultipleSlot)
-    return BinsOfRows(settings.mslotFreq[stage], settings.mslotWidth[stage], rate);
-  return {};
+  if (kind != FilterKind::MultipleNotch && kind != FilterKind::MultipleSlot) return {};
+  return BinsOfRows(settings.builtFreq[stage], settings.builtWidth[stage],
+                    static_cast<double>(settings.sampleRate));
 }
 
 std::vector<float> BuildCoefficients(FilterTransform& transform, const SystemSettings& settings, int stage,

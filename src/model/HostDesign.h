@@ -24,14 +24,15 @@ struct BinRange {
   int first;
   int end;
 };
-// What each row in use of the list of filter stage 1..6 covers as filter kind 8 or 10; of any other kind
-// nothing.
+// What each row in use that was built of the list of filter stage 1..6 covers as filter kind 8 or 10; of any
+// other kind nothing.
 std::vector<BinRange> ListedBins(const SystemSettings& settings, int stage, std::int16_t kind);
 
 // The coefficients of filter stage 1..6 as filter kind 8, 10, 11 or 12, linear phase, full scale -1.0..1.0,
-// always finite. Their number is generalStageTaps, at most 1024: the ones in the middle of the design, so
-// that its centre stays the centre. Any other kind gives none. The kind is not taken from the record, since
-// the right side of a linked pair runs with the left's.
+// always finite; of multiple notches and slots the rows that were built count. Their number is
+// generalStageTaps, at most 1024: the ones in the middle of the design, so that its centre stays the centre.
+// Any other kind gives none. The kind is not taken from the record, since the right side of a linked pair
+// runs with the left's.
 std::vector<float> BuildCoefficients(FilterTransform& transform, const SystemSettings& settings, int stage,
                                      std::int16_t kind, std::int16_t generalStageTaps);
 

@@ -1,6 +1,7 @@
 // The rules of a change of kind.
 #include "model/KindChange.h"
 
+#include "model/BuiltRows.h"
 #include "model/Kinds.h"
 #include "model/Stages.h"
 
@@ -46,6 +47,7 @@ bool ChangeFilterKind(SystemSettings& settings, int stage, std::int16_t kind) {
   const std::int16_t listed = ListedOr(FilterKinds(), kind, FilterKind::RefCanceller);
   settings.filterType[stage] = listed;
   if (!settings.loadingSetup) ClearForKind(settings, stage, listed);
+  ForgetRows(settings, stage);
   if (!fitDue) {
     settings.filterDirty[stage] = -1;
     settings.filterBuilt[stage] = 0;

@@ -83,7 +83,6 @@ void RecordEdits::Entail(std::span<const FieldEdit> together, const SystemSettin
     atOnce = atOnce || entails.atOnce;
   }
   CorrectForUnit(settings);  // here, so that it is part of the step
-  if (state == EditState::Draft) return;
   if (const std::int16_t ticks = TicksOf(together); ticks != 0) settings.settingsChanged = ticks;
   if (atOnce && state == EditState::Finished) SendChanges();
 }

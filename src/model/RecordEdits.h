@@ -20,9 +20,9 @@
 
 namespace vc {
 
-// How far an edit has come. A draft is stored, and the unit stays as it is: a row of a table that is built on
-// demand. A settled edit goes out with a tick. A finished one (a drawn curve) goes out at once where its
-// field asks for that.
+// How far an edit has come. A draft is stored and marks nothing, so that the unit stays as it is: a row of a
+// table that is built on demand. A settled edit goes out with a tick. A finished one (a drawn curve) goes out
+// at once where its field asks for that.
 enum class EditState { Draft, Settled, Finished };
 
 // Where an edit comes from: what the step is called, and its source as EditHistory has it. What follows from

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "model/Bandwidth.h"
+#include "model/BuiltRows.h"
 #include "model/KindLaws.h"
 #include "model/Kinds.h"
 #include "model/Stages.h"
@@ -264,7 +265,10 @@ void RefreshImage(RegisterImage& image, SystemSettings& settings) {
   }
   // Marks of the right side stand while it runs with the left's values.
   for (std::size_t i = 0; i < count; ++i) {
-    settings.stageChanged[computed[i].stage] = settings.filterDirty[computed[i].stage] = 0;
+    const int stage = computed[i].stage;
+    // What is cleared and not built anew stands in the unit without a table.
+    if (settings.filterDirty[stage] != 0 && settings.filterBuilt[stage] == 0) ForgetRows(settings, stage);
+    settings.stageChanged[stage] = settings.filterDirty[stage] = 0;
   }
   for (int side = 1; side <= 2; ++side) {
     const bool idle = side == 2 && !IsStereo(settings);

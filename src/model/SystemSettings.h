@@ -211,6 +211,9 @@ struct SystemSettings {
   PerStage<std::int16_t> stageChanged;
   PerStage<std::int16_t> filterDirty;
   PerStage<std::int16_t> filterBuilt;
+  // The rows of notches or slots that the stage's table was built of, whatever has been set since.
+  Grid<std::int16_t, 1, FilterStages, 1, 16> builtFreq;
+  Grid<std::int16_t, 1, FilterStages, 1, 16> builtWidth;
   PerSide<std::int16_t> eqChanged;
   PerSide<std::int16_t> broadbandChanged;
   PerSide<std::int16_t> broadbandClear;

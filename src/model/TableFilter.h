@@ -16,7 +16,7 @@ namespace vc {
 std::vector<double> TableGains(std::span<const float> table, std::int16_t filterAtten,
                                std::span<const double> frequencies);
 
-// Of a filter stage (1..6) run as a kind that the host designs, as it would be built now.
+// Of a filter stage (1..6) run as a kind that the host designs, as it would be sent now.
 std::vector<double> BuiltGains(const SystemSettings& settings, int stage, std::int16_t kind,
                                std::span<const double> frequencies);
 

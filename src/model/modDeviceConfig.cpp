@@ -8,6 +8,7 @@
 
 #include "model/Bandwidth.h"
 #include "model/BroadbandPresets.h"
+#include "model/BuiltRows.h"
 #include "model/Clamp.h"
 #include "model/Kinds.h"
 #include "model/Settings.h"
@@ -123,6 +124,17 @@ void EmptyTables(SystemSettings& settings) {
     settings.mslotFreq[stage].Fill(0);
     settings.mnotchWidth[stage].Fill(NarrowestWidth);
     settings.mslotWidth[stage].Fill(NarrowestWidth);
+    ForgetRows(settings, stage);
+  }
+}
+
+// Rows that the limits move stay built if they were.
+void ClampWithTables(SystemSettings& settings) {
+  PerStage<bool> built;
+  for (int stage = 1; stage <= FilterStages; stage++) built[stage] = RowsAreBuilt(settings, stage);
+  ClampSettingsToLimits(settings);
+  for (int stage = 1; stage <= FilterStages; stage++) {
+    if (built[stage]) BuildRows(settings, stage);
   }
 }
 
@@ -222,7 +234,7 @@ void modDeviceConfig::SettleRecord() {
   const BandwidthLimits limits = GetBandwidthLimits(settings);
   settings.bandwidthHz = limits.bandwidthHz;
   settings.sampleRate = limits.sampleRate;
-  ClampSettingsToLimits(settings);
+  ClampWithTables(settings);
 }
 
 // Tables made for another sample rate mean nothing now. A fit keeps them: they came with the setup.

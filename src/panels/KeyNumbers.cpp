@@ -64,14 +64,14 @@ std::string SingleBand(const S& s, int stage) {
          FixedText(NotchWidthHz((s.*Width)[stage], static_cast<double>(s.sampleRate)), 1) + " Hz wide";
 }
 
-template <auto Freq>
+// The filter as it was built, whatever has been set since.
 std::string ManyBands(const S& s, int stage, const std::string& one) {
-  const auto& rows = (s.*Freq)[stage];
+  const auto& rows = s.builtFreq[stage];
   const auto count = std::ranges::count_if(rows, [](std::int16_t frequency) { return frequency > 0; });
   return Counted(count, one) + ", " + Db(MasterAttenuationDb(s.filterAtten[stage]));
 }
-std::string Notches(const S& s, int stage) { return ManyBands<&S::mnotchFreq>(s, stage, "notch"); }
-std::string Slots(const S& s, int stage) { return ManyBands<&S::mslotFreq>(s, stage, "slot"); }
+std::string Notches(const S& s, int stage) { return ManyBands(s, stage, "notch"); }
+std::string Slots(const S& s, int stage) { return ManyBands(s, stage, "slot"); }
 
 std::string Inverse(const S& s, int stage) {
   const auto rate = static_cast<double>(s.sampleRate);

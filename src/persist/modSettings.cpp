@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "model/BuiltRows.h"
 #include "model/CoefReader.h"
 #include "model/Kinds.h"
 #include "model/Settings.h"
@@ -58,6 +59,7 @@ bool modSettings::LoadSetupFile(const std::string& path, std::int16_t& flag) {
   LearnedStages learned;
   const bool read = ReadSetup(settings, text, takeConnection, learned);
   ValidateSettings(settings);
+  for (int stage = 1; stage <= FilterStages; ++stage) BuildRows(settings, stage);
   if (!read) return false;
   unwritten = Companions(learned);
   WriteCompanions();

@@ -48,8 +48,8 @@ TEST(BuildCoefficients, NotchesTheBinsOfTheList) {
   FilterTransform transform;
   SystemSettings settings = Fresh();  // 7200 Hz, 7.03 Hz a bin
   const auto removed = [&](std::int16_t frequency, std::int16_t width) {
-    settings.mnotchFreq[1][16] = frequency;
-    settings.mnotchWidth[1][16] = width;
+    settings.builtFreq[1][16] = frequency;
+    settings.builtWidth[1][16] = width;
     return RemovedBins(BuildCoefficients(transform, settings, 1, FilterKind::MultipleNotch, AllTaps));
   };
   EXPECT_EQ(removed(0, 5), BinsFrom(0, -1));
@@ -59,8 +59,8 @@ TEST(BuildCoefficients, NotchesTheBinsOfTheList) {
   EXPECT_EQ(removed(225, 1), BinsFrom(32, 32));       // 32.5
   EXPECT_EQ(removed(18, 9), BinsFrom(0, 7));          // bin 3
   EXPECT_EQ(removed(3200, 200), BinsFrom(356, 512));  // nothing stops at the highest bin of the transform
-  settings.mnotchFreq[1][1] = 704;
-  settings.mnotchWidth[1][1] = 3;
+  settings.builtFreq[1][1] = 704;
+  settings.builtWidth[1][1] = 3;
   EXPECT_THAT(removed(750, 1), testing::ElementsAre(100, 101, 102, 107));
 }
 
@@ -76,10 +76,10 @@ TEST(BuildCoefficients, StaysFiniteForAnyRecord) {
   const auto endless = BuildCoefficients(transform, settings, 1, FilterKind::SpectralInverse, AllTaps);
   EXPECT_TRUE(AllFinite(endless));
   EXPECT_LT(endless[512], -1.0F);  // so much gain takes away a negative part
-  settings.mnotchFreq[1].Fill(32767);
-  settings.mnotchWidth[1].Fill(32767);
-  settings.mnotchFreq[1][2] = -32768;
-  settings.mnotchWidth[1][2] = -32768;
+  settings.builtFreq[1].Fill(32767);
+  settings.builtWidth[1].Fill(32767);
+  settings.builtFreq[1][2] = -32768;
+  settings.builtWidth[1][2] = -32768;
   for (const float rate : {0.0F, std::numeric_limits<float>::quiet_NaN(), -7200.0F, 1e-30F}) {
     settings.sampleRate = rate;
     EXPECT_TRUE(AllFinite(BuildCoefficients(transform, settings, 1, FilterKind::MultipleNotch, AllTaps)))

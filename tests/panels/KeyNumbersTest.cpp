@@ -13,7 +13,7 @@
 namespace vc {
 namespace {
 
-// A fresh record at 7200 Hz with some elements set, as in "lpfCutoff(2)=2400 mnotchFreq(2,16)=120".
+// A fresh record at 7200 Hz with some elements set, as in "lpfCutoff(2)=2400 builtFreq(2,16)=120".
 SystemSettings With(const char* elements) {
   SystemSettings record;
   InitSettings(record);
@@ -74,8 +74,8 @@ TEST(KeyNumbers, OfEveryKindOfFilter) {
             "50 Hz, -60 dB, 23.8 Hz wide"},
            {FilterKind::Slot, "slotFreq(2)=1000 slotAtten(2)=20 slotWidth(2)=3",
             "1000 Hz, -20 dB, 2700.5 Hz wide"},
-           {FilterKind::MultipleNotch, "filterAtten(2)=32767 mnotchFreq(2,1)=60", "1 notch, -90.3 dB"},
-           {FilterKind::MultipleNotch, "filterAtten(2)=32767 mnotchFreq(2,1)=60 mnotchFreq(2,16)=120",
+           {FilterKind::MultipleNotch, "filterAtten(2)=32767 builtFreq(2,1)=60", "1 notch, -90.3 dB"},
+           {FilterKind::MultipleNotch, "filterAtten(2)=32767 builtFreq(2,1)=60 builtFreq(2,16)=120",
             "2 notches, -90.3 dB"},
            {FilterKind::MultipleSlot, "filterAtten(2)=16384", "0 slots, -6.0 dB"},
            {FilterKind::SpectralInverse, "sifLoAttack(2)=41 sifHiAttack(2)=426 filterAtten(2)=24575",

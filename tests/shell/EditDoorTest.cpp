@@ -207,6 +207,28 @@ TEST(EditDoor, ADraftStaysHereAndAFinishedCurveGoesOutAtOnce) {
   EXPECT_NE(run.Sent(), "");
 }
 
+// What is built stands until something else is built, whatever is undone or sent anew in between.
+TEST(EditDoor, ADraftStaysHereWhateverElseHappens) {
+  Rested run;
+  run.Edit("filterType", "10", 1);
+  run.Edit("mslotFreq", "700", 1, 4);
+  run.Settle();
+  const auto built = run.Stage(1).coefficients;
+  ASSERT_EQ(built.size(), 1024U);
+  run.Sent();
+  for (const double hertz : {900.0, 1100.0}) {
+    run.session.edits.Apply({{FindField("mslotFreq"), 1, 4, hertz}}, {"Slot 4", "", EditState::Draft});
+  }
+  EXPECT_EQ(run.record.settingsChanged, 5);
+  run.session.history.Undo();
+  run.Settle();
+  EXPECT_EQ(run.Sent(), "");
+  EXPECT_EQ(run.record.mslotFreq[1][4], 900);
+  run.Reconnect();
+  run.Settle();
+  EXPECT_TRUE(run.Stage(1).coefficients == built);
+}
+
 // What a fit can give may be asked for by name, and no more.
 TEST(EditDoor, TapsAreAskedForAsFarAsTheFitCanGiveThem) {
   Rested run;
