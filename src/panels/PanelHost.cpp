@@ -6,6 +6,7 @@
 
 #include "panels/AdaptivePanels.h"
 #include "panels/AuxCtl.h"
+#include "panels/CombPanels.h"
 #include "panels/CutoffPanels.h"
 #include "panels/NotchPanels.h"
 #include "panels/ProcessorPanels.h"
@@ -25,12 +26,14 @@ AnyPanel MakeFrom(const PanelContext& context) {
   return Make<P>(context, Description);
 }
 
-constexpr std::array<PanelRow, 13> Panels{{{"Ctl2CH", MakeFrom<AdaptivePanel, Ctl2CH>},
+constexpr std::array<PanelRow, 15> Panels{{{"Ctl2CH", MakeFrom<AdaptivePanel, Ctl2CH>},
                                            {"Ctl1CH", MakeFrom<AdaptivePanel, Ctl1CH>},
                                            {"CtlLPF", MakeFrom<EdgePanel, CtlLPF>},
                                            {"CtlHPF", MakeFrom<EdgePanel, CtlHPF>},
                                            {"CtlBPF", MakeFrom<BandPanel, CtlBPF>},
                                            {"CtlBSF", MakeFrom<BandPanel, CtlBSF>},
+                                           {"CtlComb", MakeFrom<CombPanel, CtlComb>},
+                                           {"CtlSpcht", MakeFrom<CombPanel, CtlSpcht>},
                                            {"CtlNotch", MakeFrom<NotchPanel, CtlNotch>},
                                            {"CtlSlot", MakeFrom<NotchPanel, CtlSlot>},
                                            {"IHPFSetup", MakeFrom<HighpassPanel, IHPFSetup>},

@@ -98,7 +98,7 @@ void SliderField::TakePosition() {
 void SliderField::Fill() {
   if (panel.IsSource(slider.core)) return;  // the hand has it between two values that are stored
   TakePosition();
-  if (Wished() != parameter.value()) Moved();
+  if (!storedWhenMoved && Wished() != parameter.value()) Moved();
   Redisplay();
 }
 

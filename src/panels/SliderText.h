@@ -59,9 +59,11 @@ struct SliderField {
   // Holds a value to what another parameter leaves it, where there is such a rule; a slider that wants to go
   // beyond is stopped there with a beep.
   std::function<double(double value)> within;
+  // A value outside the range is shown at its end and stays as it is until the slider is moved.
+  bool storedWhenMoved = false;
 
   // Takes range and position from the parameter. A value outside the range moves into it, in the record as
-  // well.
+  // well, but for one that is stored when it is moved.
   void Fill();
 
  private:
