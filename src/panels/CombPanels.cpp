@@ -71,14 +71,7 @@ const CombKind CtlSpcht{"CtlSpcht",
 CombPanel::CombPanel(const PanelContext& context, const CombKind& combKind)
     : kind(combKind),
       panel(context, kind.form, kind.title),
-      response(panel, BlockFamily::Filter, kind.kind,
-               [this] {
-                 const double down = Stored(panel.settings.combDepth);
-                 return ResponseCurve::Setting{
-                     .edges = {{RateOf(panel) / Stored(panel.settings.combFreq), "Fundamental"},
-                               {Stored(panel.settings.combLimit), "Limit"}},
-                     .levelAxis = LevelAxis(down)};
-               }),
+      response(panel, BlockFamily::Filter, kind.kind, [this] { return Around(); }),
       frequency(panel, fraSettings, kind.frequencyCaption, "sldrFreq", "txtFreq", Fundamental(panel),
                 Fixed(0, HighestFrequency), InRecord(panel, OfFilter(RowOf<&SystemSettings::combFreq>()))),
       limit(
@@ -89,11 +82,14 @@ CombPanel::CombPanel(const PanelContext& context, const CombKind& combKind)
       harmonic(panel, fraBelow, "fraHarmonic", kind.harmonicCaption, "optHarmonic", {"All", "Odd", "Even"},
                InRecord(panel, OfFilter(RowOf<&SystemSettings::combHarmonic>()))),
       toothHandle(response.pltResponse, "Fundamental", AlongFundamental(panel, frequency.field.slider),
-                  Downward(depth.field.slider)),
+                  kind.stopsItsSeries ? Downward(depth.field.slider) : HandleAxis(HandleRest::OnCurve)),
       limitHandle(response.pltResponse, "Limit", AlongLimit(limit.field.slider), HandleRest::OnCurve) {
   panel.form.initialFocus = &frequency.field.slider.core;
-  if (kind.limitsItsFrequency) {
+  if (kind.stopsItsSeries) {
     frequency.field.within = [this](double period) { return BelowLimit(period); };
+  } else {
+    stopHandle.emplace(response.pltResponse, "Stopband", HandleRest::AmidStopband,
+                       Downward(depth.field.slider));
   }
   limit.field.within = [this](double hertz) { return AboveFundamental(hertz); };
   limit.field.storedWhenMoved = true;
@@ -101,6 +97,17 @@ CombPanel::CombPanel(const PanelContext& context, const CombKind& combKind)
 
 double CombPanel::Stored(const PerStage<std::int16_t>& field) const {
   return field[panel.settings.curFilter];
+}
+
+ResponseCurve::Setting CombPanel::Around() const {
+  const double down = Stored(panel.settings.combDepth), end = Stored(panel.settings.combLimit);
+  ResponseCurve::Setting around{
+      .edges = {{RateOf(panel) / Stored(panel.settings.combFreq), "Fundamental"}, {end, "Limit"}},
+      .levels = {{-down, kind.stopsItsSeries ? "Depth" : "Stopband"}},
+      .levelAxis = LevelAxis(down)};
+  const double top = panel.settings.bandwidthHz;
+  if (!kind.stopsItsSeries && end < top) around.bands = {{end, top, BandMeaning::Stop}};
+  return around;
 }
 
 SliderRange CombPanel::LimitRange() const {

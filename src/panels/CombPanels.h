@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 
 #include "panels/ResponseCurve.h"
 #include "panels/SliderText.h"
@@ -15,8 +16,8 @@ struct CombKind {
   const char* title;
   std::int16_t kind;
   const char *frequencyCaption, *limitCaption, *depthCaption, *harmonicCaption;
-  double leastLimit;        // position of the limit's slider
-  bool limitsItsFrequency;  // the fundamental stays below the limit
+  double leastLimit;    // position of the limit's slider
+  bool stopsItsSeries;  // rather than all beside it; its fundamental stays below the limit
 };
 extern const CombKind CtlComb, CtlSpcht;
 
@@ -34,6 +35,7 @@ struct CombPanel {
   OptionField harmonic;
   PlotHandle toothHandle;
   PlotHandle limitHandle;
+  std::optional<PlotHandle> stopHandle;  // where the series itself is not what is stopped
   PanelFoot foot{panel, "btnFilterActive", "Active"};
 
  private:
@@ -41,6 +43,7 @@ struct CombPanel {
   double Stored(const PerStage<std::int16_t>& field) const;
   SliderRange LimitRange() const;
   double BelowLimit(double period) const;
+  ResponseCurve::Setting Around() const;
   double AboveFundamental(double hertz) const;
 };
 
