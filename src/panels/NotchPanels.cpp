@@ -1,5 +1,10 @@
 #include "panels/NotchPanels.h"
 
+#include <algorithm>
+#include <vector>
+
+#include "model/Kinds.h"
+#include "panels/ResponsePlot.h"
 #include "panels/ValueLaws.h"
 
 namespace vc {
@@ -34,6 +39,8 @@ DisplayLaw BandWidth(const Panel& panel) {
 
 const NotchFilter CtlNotch{"CtlNotch",
                            "Notch",
+                           FilterKind::Notch,
+                           true,
                            "Notch Frequency",
                            "Notch Width",
                            "Notch Depth",
@@ -42,6 +49,8 @@ const NotchFilter CtlNotch{"CtlNotch",
                            RowOf<&SystemSettings::notchAtten>()};
 const NotchFilter CtlSlot{"CtlSlot",
                           "Slot",
+                          FilterKind::Slot,
+                          false,
                           "Slot Frequency",
                           "Slot Width",
                           "Stopband Attenuation",
@@ -49,8 +58,10 @@ const NotchFilter CtlSlot{"CtlSlot",
                           RowOf<&SystemSettings::slotWidth>(),
                           RowOf<&SystemSettings::slotAtten>()};
 
-NotchPanel::NotchPanel(const PanelContext& context, const NotchFilter& filter)
-    : panel(context, filter.form, filter.title),
+NotchPanel::NotchPanel(const PanelContext& context, const NotchFilter& notchFilter)
+    : filter(notchFilter),
+      panel(context, filter.form, filter.title),
+      response(panel, BlockFamily::Filter, filter.kind, [this] { return Around(); }),
       frequency(
           panel, fraSettings, filter.frequencyCaption, "sldrFreq", "txtFreq", WholeNumber("Hz"),
           [this] {
@@ -60,6 +71,33 @@ NotchPanel::NotchPanel(const PanelContext& context, const NotchFilter& filter)
       width(panel, fraSettings, filter.widthCaption, "sldrWidth", "txtWidth", BandWidth(panel),
             Fixed(LeastWidth, MostWidth), InRecord(panel, OfFilter(filter.width))),
       atten(panel, fraSettings, filter.attenCaption, "sldrAtten", "txtAtten", WholeNumber("dB"),
-            Fixed(LeastAtten, MostAtten), InRecord(panel, OfFilter(filter.atten))) {}
+            Fixed(LeastAtten, MostAtten), InRecord(panel, OfFilter(filter.atten))),
+      bandHandle(response.pltResponse, filter.title, &frequency.field.slider,
+                 filter.stopsItsBand ? Downward(atten.field.slider) : HandleAxis(HandleRest::OnCurve),
+                 &width.field.slider) {
+  panel.form.initialFocus = &frequency.field.slider.core;
+  if (filter.stopsItsBand) return;
+  stopHandle.emplace(response.pltResponse, "Stopband", HandleRest::AmidStopband,
+                     Downward(atten.field.slider));
+}
+
+ResponseCurve::Setting NotchPanel::Around() const {
+  const SystemSettings& settings = panel.settings;
+  const auto stored = [&settings](const FieldRow& row) {
+    return NumberOf(settings, row, settings.curFilter, 0);
+  };
+  const double centre = stored(filter.frequency), level = stored(filter.atten);
+  const double half = NotchWidthHz(static_cast<std::int16_t>(stored(filter.width)),
+                                   static_cast<double>(settings.sampleRate)) /
+                      2;
+  const double top = settings.bandwidthHz, lower = std::max(centre - half, 0.0),
+               upper = std::min(centre + half, top);
+  const auto within = filter.stopsItsBand ? BandMeaning::Stop : BandMeaning::Pass;
+  const auto around = filter.stopsItsBand ? BandMeaning::Pass : BandMeaning::Stop;
+  return {.edges = {{centre, filter.title}},
+          .levels = {{-level, filter.stopsItsBand ? "Depth" : "Stopband"}},
+          .bands = {{0, lower, around}, {lower, upper, within}, {upper, top, around}},
+          .levelAxis = LevelAxis(level)};
+}
 
 }  // namespace vc
