@@ -34,7 +34,10 @@ PlotView::PlotView(vc::Plot& plot, QWidget* parent, Operate carry)
 QSize PlotView::SizeOf(int digits, int lines) const {
   return {DigitsWide(*this, digits), lines * LineHeight(*this)};
 }
-QSize PlotView::sizeHint() const { return small ? SizeOf(8, 5) : SizeOf(56, 18); }
+QSize PlotView::sizeHint() const {
+  if (small) return SizeOf(8, 5);
+  return model.large ? SizeOf(84, 24) : SizeOf(56, 18);
+}
 QSize PlotView::minimumSizeHint() const { return small ? SizeOf(8, 2) : SizeOf(34, 12); }
 
 // The handles go to their places once all that belongs to a change is known.

@@ -8,6 +8,7 @@
 #include "panels/AuxCtl.h"
 #include "panels/CombPanels.h"
 #include "panels/CutoffPanels.h"
+#include "panels/MultipleNotchPanels.h"
 #include "panels/NotchPanels.h"
 #include "panels/ProcessorPanels.h"
 
@@ -26,7 +27,7 @@ AnyPanel MakeFrom(const PanelContext& context) {
   return Make<P>(context, Description);
 }
 
-constexpr std::array<PanelRow, 15> Panels{{{"Ctl2CH", MakeFrom<AdaptivePanel, Ctl2CH>},
+constexpr std::array<PanelRow, 17> Panels{{{"Ctl2CH", MakeFrom<AdaptivePanel, Ctl2CH>},
                                            {"Ctl1CH", MakeFrom<AdaptivePanel, Ctl1CH>},
                                            {"CtlLPF", MakeFrom<EdgePanel, CtlLPF>},
                                            {"CtlHPF", MakeFrom<EdgePanel, CtlHPF>},
@@ -35,7 +36,9 @@ constexpr std::array<PanelRow, 15> Panels{{{"Ctl2CH", MakeFrom<AdaptivePanel, Ct
                                            {"CtlComb", MakeFrom<CombPanel, CtlComb>},
                                            {"CtlSpcht", MakeFrom<CombPanel, CtlSpcht>},
                                            {"CtlNotch", MakeFrom<NotchPanel, CtlNotch>},
+                                           {"CtlMNotch", MakeFrom<MultiplePanel, CtlMNotch>},
                                            {"CtlSlot", MakeFrom<NotchPanel, CtlSlot>},
+                                           {"CtlMSlot", MakeFrom<MultiplePanel, CtlMSlot>},
                                            {"IHPFSetup", MakeFrom<HighpassPanel, IHPFSetup>},
                                            {"OHPFSetup", MakeFrom<HighpassPanel, OHPFSetup>},
                                            {"AGCSetup", Make<AGCSetup>},

@@ -26,7 +26,7 @@ FieldElement OfBroadband(const FieldRow& row, int j) {
   return {&row, [j](const SystemSettings& settings) { return std::array<int, 2>{settings.curBroadband, j}; }};
 }
 
-Parameter InRecord(Panel& panel, const FieldElement& element) {
+Parameter InRecord(Panel& panel, const FieldElement& element, EditState state) {
   const int first = element.row->extent[0].first, second = element.row->extent[1].first;
   const auto read = [element](const SystemSettings& settings) {
     const auto [i, j] = element.index(settings);
@@ -45,9 +45,9 @@ Parameter InRecord(Panel& panel, const FieldElement& element) {
           [fraction = std::holds_alternative<float>(element.row->value(panel.settings, first, second))](
               double number) { return fraction ? static_cast<double>(static_cast<float>(number)) : number; },
       .store =
-          [&panel, element](double value, const ControlCore& source, const std::string& title) {
+          [&panel, element, state](double value, const ControlCore& source, const std::string& title) {
             const auto [i, j] = element.index(panel.settings);
-            panel.Edit(source, title, {{element.row, i, j, value}});
+            panel.Edit(source, title, {{element.row, i, j, value}}, state);
           }};
 }
 

@@ -33,7 +33,8 @@ struct Parameter {
   std::function<void(double value, const ControlCore& source, const std::string& title)> store;
 };
 
-Parameter InRecord(Panel& panel, const FieldElement& element);
+// Edits of it go as far as the state says; a table that waits for its button is made of drafts.
+Parameter InRecord(Panel& panel, const FieldElement& element, EditState state = EditState::Settled);
 // The same, its steps under a title of their own where no caption says it.
 Parameter Titled(Parameter parameter, const std::string& title);
 

@@ -29,7 +29,10 @@ ResponseCurve::ResponseCurve(Panel& owner, BlockFamily family, std::int16_t kind
           std::move(around)) {}
 
 ResponseCurve::ResponseCurve(Panel& owner, Curves drawn, std::function<Setting()> around)
-    : pltResponse(owner.form, "pltResponse", "Computed Response"),
+    : ResponseCurve(owner, owner.form, std::move(drawn), std::move(around)) {}
+
+ResponseCurve::ResponseCurve(Panel& owner, Place place, Curves drawn, std::function<Setting()> around)
+    : pltResponse(place, "pltResponse", "Computed Response"),
       panel(owner),
       curvesOver(std::move(drawn)),
       settingNow(std::move(around)) {

@@ -31,6 +31,7 @@ struct ResponseCurve {
   // Of the block that is edited, by FilterResponse.
   ResponseCurve(Panel& owner, BlockFamily family, std::int16_t kind, std::function<Setting()> around);
   ResponseCurve(Panel& owner, Curves drawn, std::function<Setting()> around);
+  ResponseCurve(Panel& owner, Place place, Curves drawn, std::function<Setting()> around);
   ResponseCurve(const ResponseCurve&) = delete;
   ResponseCurve& operator=(const ResponseCurve&) = delete;
 

@@ -1,5 +1,6 @@
 #include "panels/ValueLaws.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "text/Convert.h"
@@ -43,6 +44,11 @@ double LineHz(int line, double sampleRate) {
 double MasterAttenuationDb(std::int16_t code) { return 20 * std::log10(1 - code / 32768.0); }
 
 double AttenuationFractionDb(double fraction) { return MasterAttenuationDb(Nearest(fraction * 32767)); }
+
+double AttenuationFraction(double decibels) {
+  const double kept = std::pow(10.0, -std::abs(decibels) / 20);
+  return std::min(std::round(32768 * (1 - kept)), 32767.0) / 32767;
+}
 
 double OutputGainDb(std::int16_t code) {
   constexpr double unity = 16;

@@ -23,6 +23,8 @@ double LineHz(int line, double sampleRate);
 double MasterAttenuationDb(std::int16_t code);
 // A fraction 0.0..1.0 of the same.
 double AttenuationFractionDb(double fraction);
+// The fraction 0.0..1.0 that takes so many dB away, whichever sign they are given.
+double AttenuationFraction(double decibels);
 // A linear output gain of which 16 is 0 dB; minus infinity for 0.
 double OutputGainDb(std::int16_t code);
 

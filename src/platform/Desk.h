@@ -12,6 +12,7 @@ inline constexpr int AskOkCancel = 1;
 inline constexpr int Critical = 16;
 inline constexpr int CriticalYesNo = 20;
 inline constexpr int Exclamation = 48;
+inline constexpr int ExclamationYesNo = 52;
 inline constexpr int Information = 64;
 inline constexpr int InformationYesNo = 0x44;
 

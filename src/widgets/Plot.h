@@ -70,6 +70,7 @@ struct Plot {
   Plot(Place place, const std::string& name, const std::string& caption, int index = NoIndex);
   ControlCore core;
   bool small = false;  // a glance at the curve, without numbers and names
+  bool large = false;  // so much is to be taken in it that it wants the room
 
   // As `Corrected` has them.
   void SetAxes(PlotAxis x, PlotAxis y);
