@@ -46,7 +46,9 @@ void HandleView::paintEvent(QPaintEvent* /*event*/) {
   const bool lit = hovered || hasFocus() || model.Held();
   const double radius = LineHeight(*this) * (lit ? HoveredKnobInLines : KnobInLines);
   painter.translate(place - QPointF(pos()));
-  const QColor ink = palette().color(QPalette::Link), back = palette().color(QPalette::Base);
+  const bool faint = model.faint && model.faint();
+  const QColor ink = palette().color(faint ? QPalette::PlaceholderText : QPalette::Link);
+  const QColor back = palette().color(QPalette::Base);
   if (hasFocus()) {
     constexpr double ring = 3.0;
     painter.setPen(QPen(palette().color(QPalette::Text), 1.5));

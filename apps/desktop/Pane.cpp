@@ -234,6 +234,8 @@ void Pane::AddTall(QLabel* caption, QWidget* text, int share) {
 void Pane::AddWide(QWidget* widget) {
   onlyWords = onlyFrames = false;
   AddFrame(widget);
+  const bool wide = widget->sizePolicy().expandingDirections().testFlag(Qt::Horizontal);
+  if (Columns() && wide && tableRow == nullptr) columns->setStretchFactor(widget, 1);
   const bool tall = widget->sizePolicy().expandingDirections().testFlag(Qt::Vertical);
   if (!Is(vc::FrameLook::Card) || grid == nullptr || !tall) return;
   spread = true;

@@ -21,15 +21,16 @@ BlockKind EditedBlock(const SystemSettings& settings, BlockFamily family, std::i
 
 ResponseCurve::ResponseCurve(Panel& owner, BlockFamily family, std::int16_t kind,
                              std::function<Setting()> around)
+    : ResponseCurve(owner, owner.form, family, kind, std::move(around)) {}
+
+ResponseCurve::ResponseCurve(Panel& owner, Place place, BlockFamily family, std::int16_t kind,
+                             std::function<Setting()> around)
     : ResponseCurve(
-          owner,
+          owner, place,
           [&settings = owner.settings, family, kind](const PlotAxis& frequencies) {
             return ResponseTraces(settings, EditedBlock(settings, family, kind), frequencies, Points);
           },
           std::move(around)) {}
-
-ResponseCurve::ResponseCurve(Panel& owner, Curves drawn, std::function<Setting()> around)
-    : ResponseCurve(owner, owner.form, std::move(drawn), std::move(around)) {}
 
 ResponseCurve::ResponseCurve(Panel& owner, Place place, Curves drawn, std::function<Setting()> around)
     : pltResponse(place, "pltResponse", "Computed Response"),

@@ -28,9 +28,10 @@ struct ResponseCurve {
   // The curves over an axis of frequencies, the response first.
   using Curves = std::function<std::vector<PlotTrace>(const PlotAxis& frequencies)>;
 
-  // Of the block that is edited, by FilterResponse.
+  // Of the block that is edited, by FilterResponse. It lies in the form itself, or in one of its frames.
   ResponseCurve(Panel& owner, BlockFamily family, std::int16_t kind, std::function<Setting()> around);
-  ResponseCurve(Panel& owner, Curves drawn, std::function<Setting()> around);
+  ResponseCurve(Panel& owner, Place place, BlockFamily family, std::int16_t kind,
+                std::function<Setting()> around);
   ResponseCurve(Panel& owner, Place place, Curves drawn, std::function<Setting()> around);
   ResponseCurve(const ResponseCurve&) = delete;
   ResponseCurve& operator=(const ResponseCurve&) = delete;

@@ -48,6 +48,8 @@ struct PlotHandle {
   const std::string name;
   // Whether there is something to take now, where that is not always so.
   std::function<bool()> offered;
+  // Whether what it moves has no effect now: it is drawn faint, and can be taken all the same.
+  std::function<bool()> faint;
 
   // The slider that stands for it where one is asked for: that of the x axis, where it has one.
   Slider& Main() const { return x.slider != nullptr ? *x.slider : *y.slider; }
