@@ -53,6 +53,8 @@ struct PanelContext {
   Wire<bool(int memory, int function)> storeInMemory;
   // Opens the window for that over the panel, which asks by one of its controls, and returns.
   Wire<void(const TableExchange& exchange)> exchangeTable;
+  // Whether the unit is asked for the levels of the equalizers; see AskForEqualizerLevels.
+  Wire<void(bool asked)> askForEqualizerLevels;
 };
 
 struct Panel {

@@ -10,6 +10,7 @@
 #include "panels/CutoffPanels.h"
 #include "panels/MultipleNotchPanels.h"
 #include "panels/NotchPanels.h"
+#include "panels/ParametricPanels.h"
 #include "panels/ProcessorPanels.h"
 
 namespace vc {
@@ -27,23 +28,25 @@ AnyPanel MakeFrom(const PanelContext& context) {
   return Make<P>(context, Description);
 }
 
-constexpr std::array<PanelRow, 17> Panels{{{"Ctl2CH", MakeFrom<AdaptivePanel, Ctl2CH>},
-                                           {"Ctl1CH", MakeFrom<AdaptivePanel, Ctl1CH>},
-                                           {"CtlLPF", MakeFrom<EdgePanel, CtlLPF>},
-                                           {"CtlHPF", MakeFrom<EdgePanel, CtlHPF>},
-                                           {"CtlBPF", MakeFrom<BandPanel, CtlBPF>},
-                                           {"CtlBSF", MakeFrom<BandPanel, CtlBSF>},
-                                           {"CtlComb", MakeFrom<CombPanel, CtlComb>},
-                                           {"CtlSpcht", MakeFrom<CombPanel, CtlSpcht>},
-                                           {"CtlNotch", MakeFrom<NotchPanel, CtlNotch>},
-                                           {"CtlMNotch", MakeFrom<MultiplePanel, CtlMNotch>},
-                                           {"CtlSlot", MakeFrom<NotchPanel, CtlSlot>},
-                                           {"CtlMSlot", MakeFrom<MultiplePanel, CtlMSlot>},
-                                           {"IHPFSetup", MakeFrom<HighpassPanel, IHPFSetup>},
-                                           {"OHPFSetup", MakeFrom<HighpassPanel, OHPFSetup>},
-                                           {"AGCSetup", Make<AGCSetup>},
-                                           {"LimiterSetup", Make<LimiterSetup>},
-                                           {"AuxCtl", Make<AuxCtl>}}};
+constexpr auto Panels = std::to_array<PanelRow>({{"Ctl2CH", MakeFrom<AdaptivePanel, Ctl2CH>},
+                                                 {"Ctl1CH", MakeFrom<AdaptivePanel, Ctl1CH>},
+                                                 {"CtlLPF", MakeFrom<EdgePanel, CtlLPF>},
+                                                 {"CtlHPF", MakeFrom<EdgePanel, CtlHPF>},
+                                                 {"CtlBPF", MakeFrom<BandPanel, CtlBPF>},
+                                                 {"CtlBSF", MakeFrom<BandPanel, CtlBSF>},
+                                                 {"CtlComb", MakeFrom<CombPanel, CtlComb>},
+                                                 {"CtlSpcht", MakeFrom<CombPanel, CtlSpcht>},
+                                                 {"CtlNotch", MakeFrom<NotchPanel, CtlNotch>},
+                                                 {"CtlMNotch", MakeFrom<MultiplePanel, CtlMNotch>},
+                                                 {"CtlSlot", MakeFrom<NotchPanel, CtlSlot>},
+                                                 {"CtlMSlot", MakeFrom<MultiplePanel, CtlMSlot>},
+                                                 {"CtlParEq", MakeFrom<ParametricPanel, CtlParEq>},
+                                                 {"CtPar2Eq", MakeFrom<ParametricPanel, CtPar2Eq>},
+                                                 {"IHPFSetup", MakeFrom<HighpassPanel, IHPFSetup>},
+                                                 {"OHPFSetup", MakeFrom<HighpassPanel, OHPFSetup>},
+                                                 {"AGCSetup", Make<AGCSetup>},
+                                                 {"LimiterSetup", Make<LimiterSetup>},
+                                                 {"AuxCtl", Make<AuxCtl>}});
 
 const PanelRow* FindPanel(std::string_view name) {
   const auto* row = std::ranges::find(Panels, name, &PanelRow::name);

@@ -57,4 +57,15 @@ bool StageLevels::PanelOnShow() const {
   });
 }
 
+void AskForEqualizerLevels(Panel& panel) {
+  panel.form.activated = [&panel, others = std::move(panel.form.activated)] {
+    panel.context.askForEqualizerLevels(true);
+    if (others) others();
+  };
+  panel.form.unloaded = [&panel, others = std::move(panel.form.unloaded)] {
+    panel.context.askForEqualizerLevels(false);
+    if (others) others();
+  };
+}
+
 }  // namespace vc

@@ -36,4 +36,8 @@ struct StageLevels {
   std::int64_t ticks = 0;
 };
 
+// The levels of the equalizers come with a request of their own, which is made for as long as the panel is
+// open, however it ends.
+void AskForEqualizerLevels(Panel& panel);
+
 }  // namespace vc

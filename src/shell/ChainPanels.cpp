@@ -48,7 +48,8 @@ PanelContext ChainPanels::ContextFor(const Block& block) {
           .turnFrequencyAxis = [this] { around.master.menus.mnuFrequencyAxis.Click(); },
           .storeOpenSetup = [this] { around.master.actions.StoreOpenSetup(); },
           .storeInMemory = [this](int memory, int function) { return StoreInMemory(memory, function); },
-          .exchangeTable = [this](const TableExchange& exchange) { ExchangeTable(exchange); }};
+          .exchangeTable = [this](const TableExchange& exchange) { ExchangeTable(exchange); },
+          .askForEqualizerLevels = [this](bool asked) { around.periodic.eqLevelsWanted = asked; }};
 }
 
 void ChainPanels::Open(const std::function<Block()>& blockNow, bool besideDisplay) {

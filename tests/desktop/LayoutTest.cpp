@@ -70,6 +70,8 @@ TEST(Layout, EveryPanelFitsAndGivesSpareRoomToPlotAndSliders) {
   }
   support::ForEachPanel(run, [&run] {
     run.Ready();
+    run.Window().resize(run.Window().size().expandedTo({1280, 0}));
+    QCoreApplication::processEvents();
     ExpectAllFits(run.Window());
   });
 }

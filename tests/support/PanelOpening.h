@@ -62,7 +62,8 @@ inline vc::PanelContext LoneContext(PanelRun& run, const std::string& suffix) {
           .turnFrequencyAxis = DeadEnd{},
           .storeOpenSetup = DeadEnd{},
           .storeInMemory = DeadEnd{},
-          .exchangeTable = DeadEnd{}};
+          .exchangeTable = DeadEnd{},
+          .askForEqualizerLevels = DeadEnd{}};
 }
 
 // Every panel that there is is opened: visit() with the panel on top, and the panel's name in the trace.
