@@ -26,7 +26,8 @@ int StepsIn(double distance, double step) {
 SliderView::SliderView(vc::Slider& slider, Qt::Orientation direction, QWidget* parent, Operate carry)
     : QSlider(direction, parent), model(slider), operate(std::move(carry)) {
   setFocusPolicy(Qt::StrongFocus);
-  connect(this, &QSlider::valueChanged, this, [this](int steps) {
+  connect(this, &QSlider::valueChanged, this, [this](int value) {
+    const int steps = StepsAt(value);
     FollowHand(steps == maximum() ? model.PositionMax() : model.PositionMin() + steps * StepSize());
   });
   clicked.setSingleShot(true);
@@ -92,14 +93,16 @@ double SliderView::StepSize() const {
   return std::max(step, range / MostSteps);
 }
 
+// A scale that is reversed counts from its other end, so that the groove is filled up to the handle.
+int SliderView::StepsAt(int value) const { return model.ReverseScale ? maximum() - value : value; }
+
 void SliderView::ShowModel() {
   const QSignalBlocker silent(this);  // only the operator moves the model
   const double step = StepSize();
-  setInvertedAppearance(model.ReverseScale);
   setRange(0, StepsIn(std::ceil((model.PositionMax() - model.PositionMin()) / step) * step, step));
   setSingleStep(1);
   setPageStep(std::max(1, StepsIn(model.KeyPageStepSize, step)));
-  setValue(StepsIn(model.Position() - model.PositionMin(), step));
+  setValue(StepsAt(StepsIn(model.Position() - model.PositionMin(), step)));
 }
 
 void SliderView::keyPressEvent(QKeyEvent* event) {

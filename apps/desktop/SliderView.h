@@ -38,6 +38,8 @@ class SliderView : public QSlider {
   void EndClick();
   double StepSize() const;
   void FollowHand(double position);
+  // Steps from the least position at a value of the widget, and the other way round.
+  int StepsAt(int value) const;
   void MoveTo(double position);
 
   vc::Slider& model;
