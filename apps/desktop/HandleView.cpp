@@ -27,7 +27,8 @@ HandleView::HandleView(vc::PlotHandle& handle, PlotView& plot) : QWidget(&plot),
   setAccessibleName(ToQt(model.name));
   setFocusPolicy(Qt::StrongFocus);
   setCursor(ShapeOf(model));
-  hide();  // until it has a place
+  lower();  // of those that lie on each other the first is taken
+  hide();   // until it has a place
 }
 
 void HandleView::Place() {
