@@ -209,7 +209,8 @@ void modDeviceConfig::BeginFit() {
   const Codes codes = ListedCodes(settings);
   settings.bandwidthIndex = codes.bandwidthIndex;
   settings.configMode = codes.configMode;
-  RebuildBroadbandPresets(settings);
+  // A preset that the operator has edited lives as long as the bandwidth, through any other fit.
+  if (settings.sampleRate != static_cast<float>(GetSampleRate(settings))) RebuildBroadbandPresets(settings);
 }
 
 void modDeviceConfig::WarnIfTooLarge(bool fit) {

@@ -155,6 +155,21 @@ TEST_F(Fit, BoundsItsCodesAndLatchesTheOption) {
   EXPECT_EQ(s.unitOptionLatched, 0);
 }
 
+TEST_F(Fit, LeavesAnEditedPresetAloneAtTheSameBandwidth) {
+  Chain(ConfigMode::Mono, 3, 2);
+  config.ConfigureStages(false);
+  s.broadbandPresets[1].span = 77;
+  s.broadbandParms[1] = s.broadbandPresets[1];
+  s.broadbandType[1] = 1;
+  config.ConfigureStages(true);
+  EXPECT_EQ(s.broadbandPresets[1].span, 77);
+  EXPECT_EQ(s.broadbandParms[1].span, 77);
+  s.bandwidthIndex = 5;
+  config.ConfigureStages(false);
+  EXPECT_EQ(s.broadbandPresets[1].span, 72);
+  EXPECT_EQ(s.broadbandParms[1].span, 72);
+}
+
 TEST_F(Fit, MonoLinksBothSides) {
   Chain(ConfigMode::StereoIndependent, 0, 1);
   config.ConfigureStages(true);
