@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "panels/ValueLaws.h"
+
 namespace vc {
 
 double TypedNumber(const std::string& text) {
@@ -37,6 +39,14 @@ DisplayLaw InputLevel() {
   };
   const auto parse = [](const std::string& text) { return Nearest(TypedNumber(text) * halves) + zero; };
   return {.unit = "dB", .show = show, .parse = parse};
+}
+
+DisplayLaw OutputGain() {
+  return {.unit = "dB",
+          .show = [](double position) { return FixedText(OutputGainDb(OutputGainCode(position)), 1); },
+          .parse = TypedNumber,
+          .stored = [](double position) -> double { return OutputGainCode(position); },
+          .position = [](double code) { return OutputGainDb(Nearest(code)); }};
 }
 
 DisplayLaw TransitionSlope(SlopeLaw law) {

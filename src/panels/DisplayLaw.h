@@ -1,6 +1,7 @@
 // How a slider's position is shown, typed and stored. A law is a value: a new one is one more function here.
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <string>
 
@@ -33,6 +34,10 @@ DisplayLaw WholeNumber(const std::string& unit);
 DisplayLaw WholeTens(const std::string& unit);
 // An input level in half decibels around 192: "0", "+2.5", "-48.0". It ends at 96 and 255.
 DisplayLaw InputLevel();
+
+// A linear output gain in dB, for which its code stands; it ends at the codes 16 and 506.
+DisplayLaw OutputGain();
+inline constexpr std::int16_t LeastGain = 16, MostGain = 506;
 
 // Steepness of a cut-off edge in dB per octave, of a slope parameter n: (2n - 1) * 37 * E / (3 Fs) + 0.5 for
 // an effective edge of E Hz, which is the edge itself where what lies below it passes and half of it where

@@ -9,6 +9,7 @@
 #include "panels/CombPanels.h"
 #include "panels/CutoffPanels.h"
 #include "panels/MultipleNotchPanels.h"
+#include "panels/NoisePanels.h"
 #include "panels/NotchPanels.h"
 #include "panels/ParametricPanels.h"
 #include "panels/ProcessorPanels.h"
@@ -42,6 +43,8 @@ constexpr auto Panels = std::to_array<PanelRow>({{"Ctl2CH", MakeFrom<AdaptivePan
                                                  {"CtlMSlot", MakeFrom<MultiplePanel, CtlMSlot>},
                                                  {"CtlParEq", MakeFrom<ParametricPanel, CtlParEq>},
                                                  {"CtPar2Eq", MakeFrom<ParametricPanel, CtPar2Eq>},
+                                                 {"CtlNoiseReducer", Make<CtlNoiseReducer>},
+                                                 {"CtlNoiseEq", Make<CtlNoiseEq>},
                                                  {"IHPFSetup", MakeFrom<HighpassPanel, IHPFSetup>},
                                                  {"OHPFSetup", MakeFrom<HighpassPanel, OHPFSetup>},
                                                  {"AGCSetup", Make<AGCSetup>},

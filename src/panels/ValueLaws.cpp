@@ -6,6 +6,11 @@
 #include "text/Convert.h"
 
 namespace vc {
+namespace {
+
+constexpr double UnityGain = 16;
+
+}  // namespace
 
 namespace {
 
@@ -50,9 +55,8 @@ double AttenuationFraction(double decibels) {
   return std::min(std::round(32768 * (1 - kept)), 32767.0) / 32767;
 }
 
-double OutputGainDb(std::int16_t code) {
-  constexpr double unity = 16;
-  return 20 * std::log10(code / unity);
-}
+double OutputGainDb(std::int16_t code) { return 20 * std::log10(code / UnityGain); }
+
+std::int16_t OutputGainCode(double decibels) { return Nearest(UnityGain * std::pow(10, decibels / 20)); }
 
 }  // namespace vc

@@ -27,5 +27,7 @@ double AttenuationFractionDb(double fraction);
 double AttenuationFraction(double decibels);
 // A linear output gain of which 16 is 0 dB; minus infinity for 0.
 double OutputGainDb(std::int16_t code);
+// The nearest gain to so many dB; a Fault beyond 66 dB.
+std::int16_t OutputGainCode(double decibels);
 
 }  // namespace vc

@@ -26,22 +26,27 @@ void Open(support::PanelRun& run, const std::string& form) {
 
 // What is shown, typed again, may be stored as another value, by the end of its name and why.
 struct Exemption {
-  const char* boxEnd;
+  const char* box;  // the end of "CtlLPF.txtTransSlope"
   const char* why;
   bool showsTheSame;
 };
-constexpr std::array<Exemption, 6> Exemptions{
-    {{"CtlMNotch.txtAtten", "a tenth of a dB is coarser than the code where little is taken away", true},
-     {"CtlMSlot.txtAtten", "as there", true},
+constexpr const char* coarse = "shown to a tenth of a decibel, which is coarser than what is stored";
+constexpr std::array<Exemption, 10> Exemptions{
+    {{"CtlMNotch.txtAtten", coarse, true},
+     {"CtlMSlot.txtAtten", coarse, true},
+     {"CtlNoiseReducer.txtAtten", coarse, true},
+     {"CtlNoiseEq.txtAtten", coarse, true},
+     {"txtFilterGain", coarse, true},
+     {"CtlNoiseEq.txtGain", coarse, true},
      {"TransSlope", "shown to a tenth, which is coarser than the parameter where the edge is low", true},
      {"txtWidth", "what is typed is half a parameter away from what is shown", false},
      {"txtAdapt", "what is typed is graded otherwise than what is shown", false},
      {"txtPredSpan", "the largest span cannot be typed", false}}};
 
-const Exemption* ExemptionOf(const ControlCore& core) {
-  const std::string box = core.form.name + "." + core.FullName();
+const Exemption* ExemptionOf(const ControlCore& box) {
+  const std::string name = box.form.name + "." + box.name;
   const auto* found =
-      std::ranges::find_if(Exemptions, [&box](const Exemption& one) { return box.ends_with(one.boxEnd); });
+      std::ranges::find_if(Exemptions, [&name](const Exemption& one) { return name.ends_with(one.box); });
   return found == Exemptions.end() ? nullptr : found;
 }
 

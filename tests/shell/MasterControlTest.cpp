@@ -240,8 +240,7 @@ TEST(MasterPanel, EveryEntryDoesSomething) {
                                      {"mnuHelpContents", "Help"},
                                      {"mnuFastStart", "Help"},
                                      {"btnFilterConfig(1)", "1-Ch Adaptive (Filter 1)"},
-                                     {"btnEqConfig(1)", "20-Band Graphic (Mono Equalizer)"},
-                                     {"btnBroadbandConfig(1)", "Noise Reducer (Filter)"}}) {
+                                     {"btnEqConfig(1)", "20-Band Graphic (Mono Equalizer)"}}) {
     run.test.desk.boxes.clear();
     EXPECT_EQ(run.Click(entry), "");
     ASSERT_EQ(run.test.desk.boxes.size(), 1U) << entry;
