@@ -101,6 +101,7 @@ NoiseControls::NoiseControls(Panel& owner, std::int16_t kindOfStage)
     panel.Edit(btnClear.core, btnClear.core.Caption(),
                {{&RowOf<&SystemSettings::broadbandClear>(), panel.settings.curBroadband, 0, -1.0}});
   };
+  panel.form.keys["Ctrl+N"] = [this] { parms.Open(); };
 }
 
 CtlNoiseReducer::CtlNoiseReducer(const PanelContext& context)

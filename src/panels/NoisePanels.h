@@ -27,6 +27,7 @@ struct NoiseControls {
   SliderText filterGain;
   LevelBar lbOutput{fraOutput, "lbOutput", "Output"};
   StageLevels tmrBargraph{panel, EntriesOfCurBroadband, lbOutput};
+  CtlNoiseParms parms{panel, kind};
 };
 
 struct CtlNoiseReducer {

@@ -179,6 +179,102 @@ TEST_F(Noise, SmoothingIsOnWhileTheStageHoldsThePresetOfItsKind) {
   EXPECT_EQ(record.broadbandParms[1], record.broadbandPresets[BroadbandKind::NoiseEq]);
 }
 
+struct NoiseParms : Noise {
+  NoiseParms() {
+    Edit("broadbandType", "1", 1);
+    session.panels.OpenBroadband(1);
+    Press("Ctrl+N");
+    Marks();
+  }
+  BroadbandParms& Stage() { return record.broadbandParms[1]; }
+  BroadbandParms& Preset(int which) { return record.broadbandPresets[which]; }
+};
+
+TEST_F(NoiseParms, OpenByTheirKeyAndShowTheStagesRecord) {
+  EXPECT_EQ(Top().name, "CtlNoiseParms");
+  EXPECT_FALSE(session.forms.Operable(*session.forms.Find("CtlNoiseEq")));
+  EXPECT_EQ(Get("txtNoiseFloor") + " " + Get("txtNoiseEst") + " " + Get("txtMinimBufs"), "1e-05 0.7 14");
+  EXPECT_EQ(Get("txtNoiseAvg") + Get("btnActive"), "01");
+  EXPECT_EQ(Get("txtAvgSpec"), Get("txtSigAvg"));
+  Click("btnClose");
+  EXPECT_EQ(Top().name, "CtlNoiseEq");
+  EXPECT_NE(Top().Press("n"), "");
+  EXPECT_EQ(Top().name, "CtlNoiseEq");
+}
+
+TEST_F(NoiseParms, TakeNothingWhereOneTextSaysNothing) {
+  const SystemSettings before = record;
+  Type("txtNoiseFloor", "0.5");
+  for (const auto& [text, bad] : {std::pair{"txtSigAvg", "abc"},
+                                  {"txtSigAvg", "1e39"},
+                                  {"txtSigAvg", ""},
+                                  {"txtMinimBufs", "3000000000"}}) {
+    const std::string good = Get(text);
+    Type(text, bad);
+    Click("btnActivate");
+    EXPECT_EQ(test.desk.boxes.back().text, "Invalid Paramter");
+    EXPECT_EQ(test.desk.boxes.back().title, "Noise Filter Parameters");
+    EXPECT_TRUE(record == before) << bad;
+    EXPECT_EQ(Get(text), bad);
+    Type(text, good);
+  }
+  EXPECT_EQ(test.desk.boxes.size(), 4U);
+}
+
+TEST_F(NoiseParms, EditThePresetThatIsChosenAndTheStageWithIt) {
+  const BroadbandParms reducer = Preset(0), off = Preset(OffPreset), before = Stage();
+  Type("txtSigAvg", "0.25");
+  Type("txtAvgSpec", "7");
+  Type("txtMinimBufs", "33.4");
+  Click("btnActivate");
+  EXPECT_EQ(Stage(), (BroadbandParms{0, 33, 0.25F, 1, 0, 0.7F, 1e-5F, {}}));
+  EXPECT_EQ(Preset(1), Stage());
+  EXPECT_EQ(Get("txtAvgSpec"), "1");  // as it was bounded
+  EXPECT_EQ(Preset(0), reducer);
+  EXPECT_EQ(Preset(OffPreset), off);
+  Settle();
+  EXPECT_EQ(Held<float>(1, 0, 2), 0.25F);
+  session.edits.Fit();
+  EXPECT_EQ(Preset(1).span, 33);  // it lives through a fit
+  Press("Ctrl+Z");
+  EXPECT_EQ(Stage(), before);
+  EXPECT_EQ(Get("txtSigAvg") + Get("btnActive"), ShortestText(before.coefA) + "0");
+  Press("Ctrl+Y");
+  EXPECT_EQ(Get("txtSigAvg") + Get("btnActive"), "0.251");
+  Edit("bandwidthIndex", "5");
+  EXPECT_EQ(Preset(1).span, 72);
+  EXPECT_EQ(Stage(), Preset(1));
+  EXPECT_EQ(Get("txtMinimBufs"), "72");
+}
+
+TEST_F(NoiseParms, TakeTheOffRecordAsItIsTypedAndFindTheWayBack) {
+  Set("btnActive", "0");
+  EXPECT_EQ(Marks(), "0");
+  Type("txtNoiseEst", "12.5");
+  Type("txtMinimBufs", "-3");
+  Click("btnActivate");
+  EXPECT_EQ(Stage().mode, 9999);
+  EXPECT_EQ(Stage().coefD, 12.5F);
+  EXPECT_EQ(Stage().span, -3);
+  EXPECT_EQ(Preset(OffPreset), Stage());
+  Set("btnActive", "1");
+  Click("btnActivate");
+  EXPECT_EQ(Stage().mode, 0);
+  EXPECT_EQ(Stage().coefD, 1);
+  EXPECT_EQ(Stage().span, 0);
+  Click("btnReset");
+  EXPECT_EQ(Marks(), "5 B1");
+  EXPECT_EQ(Stage(), Preset(1));
+  EXPECT_EQ(Stage().span, 14);
+  EXPECT_EQ(Preset(OffPreset).span, 9999);
+  EXPECT_EQ(Get("txtMinimBufs") + Get("btnActive"), "141");
+  Set("btnActive", "0");
+  Click("btnReset");
+  EXPECT_EQ(Stage(), Preset(OffPreset));
+  Click("btnClose");
+  EXPECT_EQ(Get("btnActive"), "0");
+}
+
 TEST_F(Noise, HandlesStandOnTheCurveAndDragAsOneStep) {
   Open(BroadbandKind::NoiseEq);
   Type("txtAtten", "-6");
