@@ -194,6 +194,7 @@ bool MemSelect::KeepPrevious() {
 MemSelect::Outcome MemSelect::SendLearned(const std::vector<std::int32_t>& coefficients) {
   const auto taps = static_cast<std::size_t>(CoefficientCount(context.settings, stage));
   const auto fitting = std::span(coefficients).first(std::min(coefficients.size(), taps));
+  context.desk.SetHourglass(true);  // a fit has put the pointer back
   return context.sendLearned(stage, fitting) == Transmission::Impossible ? Outcome::NotSent : Outcome::Taken;
 }
 
