@@ -175,7 +175,8 @@ TEST_F(FilterFiles, ABadFileChangesNothing) {
     }
     std::filesystem::remove(Path(name));
     Recall(type, name);
-    EXPECT_EQ(LastBox(), error + "Error recalling " + name + " file.");
+    const std::string missing = "Error recalling " + name + " file.";
+    EXPECT_EQ(LastBox(), error + missing);
     Press("Escape");
   }
   EXPECT_TRUE(record == before);
