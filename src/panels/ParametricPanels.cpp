@@ -46,15 +46,6 @@ double LeastRatioAt(double center) {
 double LevelDb(double position) { return (position - ZeroLevel) / LevelSteps; }
 double LevelPosition(double decibels) { return ZeroLevel + std::nearbyint(LevelSteps * decibels); }
 
-// The steps of a parameter under a title of their own: its caption has a colon.
-Parameter WithTitle(Parameter parameter, const std::string& title) {
-  parameter.store = [store = std::move(parameter.store), title](double value, const ControlCore& source,
-                                                                const std::string&) {
-    store(value, source, title);
-  };
-  return parameter;
-}
-
 // A section that goes up may not stay as narrow a part of its centre as it was.
 Parameter CenterWithRatio(Panel& panel, const FieldElement& center, const FieldElement& ratio) {
   Parameter edited = InRecord(panel, center);
@@ -199,10 +190,10 @@ SubstageRow::SubstageRow(Panel& owner, Plot& plot, Frame& table, const Parametri
             WidthLaw(panel, InRecord(panel, stage.element(stage.center, number)),
                      InRecord(panel, stage.element(stage.ratio, number))),
             RatioRange(InRecord(panel, stage.element(stage.center, number))),
-            WithTitle(InRecord(panel, stage.element(stage.ratio, number)), "Width"), number),
+            Titled(InRecord(panel, stage.element(stage.ratio, number)), "Width"), number),
       boost(panel, fraSubstage, "Boost/Cut:", "sldrBoost", "BoostText", BoostLaw(),
             Fixed(LeastBoost, MostBoost),
-            WithTitle(InRecord(panel, stage.element(stage.boost, number)), "Boost/Cut"), number),
+            Titled(InRecord(panel, stage.element(stage.boost, number)), "Boost/Cut"), number),
       handle(plot, fraSubstage.core.Caption(), &center.field.slider, &boost.field.slider,
              &ratio.field.slider) {
   ratio.field.slider.ReverseScale = true;
@@ -224,7 +215,7 @@ ParametricPanel::ParametricPanel(const PanelContext& context, const ParametricSt
       response(panel, fraPicture, stage.family, stage.kind, [this] { return AroundCurve(); }),
       level(panel, fraLevel, stage.levelCaption, "sldrAtten", "txtAtten", LevelLaw(),
             LevelRange(InRecord(panel, stage.element(stage.level, 0))),
-            WithTitle(InRecord(panel, stage.element(stage.level, 0)), stage.levelName)),
+            Titled(InRecord(panel, stage.element(stage.level, 0)), stage.levelName)),
       substages(MakeSubstages()),
       levelHandle(response.pltResponse, stage.levelName,
                   HandleAxis::Standing([this] { return NearTheEnd(response.pltResponse.XAxis()); }),
@@ -242,6 +233,7 @@ ParametricPanel::ParametricPanel(const PanelContext& context, const ParametricSt
 std::vector<std::unique_ptr<SubstageRow>> ParametricPanel::MakeSubstages() {
   fraSubstages.headings = {"", "", "Center Freq:", "Width:", "Boost/Cut:"};
   std::vector<std::unique_ptr<SubstageRow>> made;
+  made.reserve(stage.substages.size());
   for (int number = 0; number < static_cast<int>(stage.substages.size()); ++number) {
     made.push_back(std::make_unique<SubstageRow>(panel, response.pltResponse, fraSubstages, stage, number));
   }
