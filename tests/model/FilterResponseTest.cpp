@@ -206,9 +206,11 @@ TEST(FilterResponse, OfATableIsWhatADirectSumGives) {
        {std::vector{0.5F, 0.25F, -0.125F}, std::vector{0.3F, -0.2F, 0.9F, -0.2F}, std::vector<float>{}}) {
     const std::vector<float> response = TableResponse(s, table, 16384, frequencies);
     for (std::size_t i = 0; i < frequencies.size(); i++) {
+      const std::size_t before = table.size() / 2;
+      const auto middle = static_cast<double>(before);
       std::complex<double> sum = 1;
       for (std::size_t k = 0; k < table.size(); k++) {
-        const double late = static_cast<double>(k) - static_cast<double>(table.size() / 2);
+        const double late = static_cast<double>(k) - middle;
         const double word = std::nearbyint(static_cast<double>(table[k]) * 8388607) / 8388607;
         sum -= 16384 / 32767.0 * word * std::polar(1.0, -2 * std::numbers::pi * frequencies[i] / 8000 * late);
       }
