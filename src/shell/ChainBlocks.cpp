@@ -1,5 +1,6 @@
 #include "shell/ChainBlocks.h"
 
+#include <algorithm>
 #include <array>
 
 #include "model/Kinds.h"
@@ -145,14 +146,15 @@ void ChainBlocks::ComputeResponses() {
 }
 
 void ChainBlocks::ShowResponses() {
-  constexpr double highestDb = 5, lowestDb = -65;
+  constexpr double highestDb = 5, boostedDb = 20, lowestDb = -65;
   auto curve = responses.begin();
   for (const auto& [block, plot, frame] : PicturedBlocks()) {
     PlotTrace trace = *curve++;
     plot.core.SetVisible(!trace.values.empty());
     if (trace.values.empty()) continue;
     trace.colour = frame.InTheWay() == Standing::In ? TraceColours[0] : GrayText;
-    plot.SetAxes(FrequencyAxis(settings, frequencyAxis), {lowestDb, highestDb, "dB"});
+    const bool boosts = std::ranges::max(trace.values) > static_cast<float>(highestDb);
+    plot.SetAxes(FrequencyAxis(settings, frequencyAxis), {lowestDb, boosts ? boostedDb : highestDb, "dB"});
     plot.SetTraces({trace});
   }
 }
