@@ -13,7 +13,6 @@ namespace {
 
 constexpr int StagesBefore = 6;  // of the arrays that filter and broadband stages have together
 constexpr const char* Note = "How far steady noise falls: computed from these settings, not measured.";
-constexpr std::int16_t NoiseTable = 6;  // the IndivFileType of the bands
 
 FieldElement OfStage(const FieldRow& row) {
   return {&row, [](const SystemSettings& settings) {
@@ -24,12 +23,14 @@ FieldElement OfStage(const FieldRow& row) {
 // A position is what is left of the noise, 0.0..1.0; it is shown as what that takes away.
 DisplayLaw Attenuation() {
   constexpr double hundredth = 0.01;
-  return {.unit = "dB",
-          .show = [](double position) { return FixedText(AttenuationFractionDb(1 - position), 1); },
-          .parse = [](const std::string& text) { return 1 - AttenuationFraction(TypedNumber(text)); },
-          .stored = [](double position) { return 1 - position; },
-          .position = [](double fraction) { return 1 - fraction; },
-          .step = hundredth};
+  return {
+      .unit = "dB",
+      .show = [](double position) { return FixedText(AttenuationFractionDb(1 - position), 1); },
+      .parse =
+          [](const std::string& text) { return 1 - AttenuationFraction(std::min(TypedNumber(text), 0.0)); },
+      .stored = [](double position) { return 1 - position; },
+      .position = [](double fraction) { return 1 - fraction; },
+      .step = hundredth};
 }
 
 // The same, kept as a code of which the greatest is all of the noise.
@@ -48,7 +49,7 @@ BandTable NoiseBands() {
           .law = Attenuation(),
           .range = {0.0, 1.0},
           .scale = {"0", "-3", "-6", "-12", "-20", "-90"},
-          .fileType = NoiseTable,
+          .fileType = IndivFileType::NoiseEq,
           .reduces = false};
 }
 

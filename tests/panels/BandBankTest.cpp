@@ -34,7 +34,7 @@ BandTable OfEqualizers() {
           .law = AttenuationCode(),
           .range = {0, Most},
           .scale = {"0", "-10", "-20", "-30", "-40"},
-          .fileType = 4,
+          .fileType = IndivFileType::BandGraphic,
           .reduces = true};
 }
 
