@@ -77,6 +77,7 @@ CtlNoiseParms::CtlNoiseParms(Panel& owner, std::int16_t kindOfStage) : panel(own
     texts.push_back(std::make_unique<TextBox>(fraValues, row.name, row.caption));
   }
   for (const char* keys : {"Ctrl+Z", "Ctrl+Shift+Z", "Ctrl+Y"}) form.keys[keys] = panel.form.keys.at(keys);
+  form.initialFocus = &texts.front()->core;
   form.cancelButton = &btnClose;
   btnActivate.clicked = [this] { Activate(); };
   btnReset.clicked = [this] { Reset(); };

@@ -27,17 +27,19 @@ struct Action {
   const char* control;
   std::string_view typed{};
 };
-constexpr Action Actions[]{{"CtlLPF", "txtCutoff", "1250"},       {"CtlLPF", "txtAtten", "40"},
-                           {"CtlHPF", "txtCutoff", "1250"},       {"CtlHPF", "txtTransSlope", "100.0"},
-                           {"CtlBPF", "txtHiCutoff", "2100"},     {"CtlBPF", "txtLoCutoff", "600"},
-                           {"CtlBPF", "txtLoTransSlope", "60.0"}, {"CtlBSF", "txtHiCutoff", "2100"},
-                           {"CtlBSF", "txtLoCutoff", "600"},      {"CtlBSF", "txtAtten", "50"},
-                           {"CtlParEq", "CenterText(0)", "400"},  {"CtlParEq", "RatioText(0)", "150.00"},
-                           {"CtlParEq", "BoostText(0)", "+9.0"},  {"CtlParEq", "CenterText(1)", "1200"},
-                           {"CtlParEq", "BoostText(1)", "-14.0"}, {"CtlParEq", "BoostText(2)", "+6.0"},
-                           {"CtlParEq", "CenterText(2)", "2500"}, {"CtlParEq", "btnActive(2)"},
-                           {"CtPar2Eq", "CenterText(0)", "250"},  {"CtPar2Eq", "BoostText(0)", "-24.0"},
-                           {"CtPar2Eq", "BoostText(1)", "+12.0"}, {"CtPar2Eq", "txtAtten", "-6.0"}};
+constexpr Action Actions[]{{"CtlLPF", "txtCutoff", "1250"},          {"CtlLPF", "txtAtten", "40"},
+                           {"CtlHPF", "txtCutoff", "1250"},          {"CtlHPF", "txtTransSlope", "100.0"},
+                           {"CtlBPF", "txtHiCutoff", "2100"},        {"CtlBPF", "txtLoCutoff", "600"},
+                           {"CtlBPF", "txtLoTransSlope", "60.0"},    {"CtlBSF", "txtHiCutoff", "2100"},
+                           {"CtlBSF", "txtLoCutoff", "600"},         {"CtlBSF", "txtAtten", "50"},
+                           {"CtlParEq", "CenterText(0)", "400"},     {"CtlParEq", "RatioText(0)", "150.00"},
+                           {"CtlParEq", "BoostText(0)", "+9.0"},     {"CtlParEq", "CenterText(1)", "1200"},
+                           {"CtlParEq", "BoostText(1)", "-14.0"},    {"CtlParEq", "BoostText(2)", "+6.0"},
+                           {"CtlParEq", "CenterText(2)", "2500"},    {"CtlParEq", "btnActive(2)"},
+                           {"CtPar2Eq", "CenterText(0)", "250"},     {"CtPar2Eq", "BoostText(0)", "-24.0"},
+                           {"CtPar2Eq", "BoostText(1)", "+12.0"},    {"CtPar2Eq", "txtAtten", "-6.0"},
+                           {"CtlNoiseReducer", "txtAtten", "-18.0"}, {"CtlNoiseEq", "txtGain(4)", "-12.0"},
+                           {"CtlNoiseEq", "txtGain(12)", "-6.0"}};
 
 void Press(desktop::FormWindow& window, const char* control) {
   QTest::mouseClick(window.findChild<QWidget*>(control), Qt::LeftButton);
