@@ -99,6 +99,21 @@ DisplayLaw Threshold() {
           .position = [](double value) { return -value; }};
 }
 
+// From there to the limit that the fit has left to the stage.
+std::function<SliderRange()> UpTo(const Panel& panel, double least, const PerStage<std::int16_t>& limits) {
+  return [&panel, least, &limits] {
+    return SliderRange{least, static_cast<double>(limits[panel.settings.curFilter])};
+  };
+}
+
+// None for a filter with one input.
+std::unique_ptr<OptionField> DelayChannel(Panel& panel, Place place, const FieldRow* row) {
+  if (row == nullptr) return nullptr;
+  return std::make_unique<OptionField>(panel, place, "fraDelayChan", "Delay Channel", "DelayChan",
+                                       std::vector<std::string>{"Input", "Reference"},
+                                       InRecord(panel, OfFilter(*row)));
+}
+
 // A lamp is told by its shape as well as by its colour: lit it is full, else a ring.
 template <bool Lit>
 void DrawLamp(Surface& surface, const Rectangle& area, int /*image*/) {
@@ -143,80 +158,90 @@ const AdaptiveFilter Ctl2CH{"Ctl2CH",
                             &RowOf<&SystemSettings::ch2DelayChan>(),
                             &RowOf<&SystemSettings::ch2RightChannel>()};
 
+LengthField::LengthField(Panel& panel, Place place, const std::string& sliderName, const std::string& name,
+                         const DisplayLaw& inSamples, const DisplayLaw& inTime,
+                         const std::function<SliderRange()>& range, const Parameter& parameter)
+    : field(panel, place, "", sliderName, inSamples, range, parameter),
+      samples(place, "", name, inSamples, field.slider),
+      time(place, "", name + "Time", inTime, field.slider) {
+  field.texts = {[this] { samples.Redisplay(); }, [this] { time.Redisplay(); }};
+}
+
+AdaptCondition::AdaptCondition(Panel& owner, Place place, const AdaptiveFilter& filter)
+    : fraCondition(place, "fraCondition", "Conditional Adaptation"),
+      imgLedOn(fraAdapting, "imgLedOn", "Adapting", 1, DrawLamp<true>),
+      imgLedOff(fraAdapting, "imgLedOff", "Not adapting", 1, DrawLamp<false>),
+      adaptSelect(owner, fraWhen, "fraAdaptSelect", "Filter will adapt:", "AdaptSelect",
+                  CaptionsOf(filter.conditions),
+                  Titled(InRecord(owner, OfFilter(filter.adaptSelect)), fraCondition.core.Caption())),
+      thresh(owner, fraWhen, "Threshold", "sldrThresh", "txtThresh", Threshold(),
+             Fixed(HighestThresh, LowestThresh), InRecord(owner, OfFilter(filter.thresh))),
+      tmrInputLevel(owner, EntriesOfCurFilter, lbInput) {
+  adaptSelect.frame.look = FrameLook::Flat;
+  adaptSelect.nearest = true;
+  thresh.field.slider.ReverseScale = true;
+  imgLedOn.lines = imgLedOff.lines = {1, 1};
+  tmrInputLevel.told = [this](const StageReading& reading) { ShowAdapting(reading.adapting); };
+  owner.shown.emplace_back([this] { Show(); });
+  PrepareBar(filter.lblThreshBargraph);
+  ShowAdapting(false);
+}
+
+void AdaptCondition::PrepareBar(std::span<const int> scale) {
+  constexpr int fromBelow = 1;
+  constexpr double fullScale = 0;  // dB
+  std::vector<ScaleTick> ticks{{DbToBarPosition(fullScale), "OL"}};
+  for (const int decibels : scale) ticks.push_back({DbToBarPosition(decibels), std::to_string(decibels)});
+  lbInput.SetScale(ticks);
+  lbInput.SetOrientation(fromBelow);
+  lbInput.captioned = false;  // the label above it tells the signal
+}
+
+void AdaptCondition::Show() {
+  const int choice = adaptSelect.options.Selected();
+  const double position = thresh.field.slider.Position();
+  const std::string shown = thresh.entry.law.show(position) + " dB";
+  lblInput.core.SetCaption(Conditions.at(static_cast<std::size_t>(choice)).signal);
+  lblThreshVal.core.SetCaption(shown);
+  lbInput.SetMarkerValue(1, DbToBarPosition(-position));
+  lbInput.SetMarkerText("Threshold " + shown);
+  for (ControlCore* core : {&thresh.entry.text.core, &thresh.field.slider.core, &lblThreshold.core,
+                            &lblThreshVal.core, &lblInput.core, &lbInput.core}) {
+    core->SetEnabled(choice != 0);
+  }
+}
+
+void AdaptCondition::ShowAdapting(bool adapting) {
+  imgLedOn.core.SetVisible(adapting);
+  imgLedOff.core.SetVisible(!adapting);
+}
+
 AdaptivePanel::AdaptivePanel(const PanelContext& context, const AdaptiveFilter& description)
     : filter(description),
       panel(context, filter.form, filter.title),
-      taps(
-          panel, fraTaps, "", "sldrTaps", SizeInTaps(panel, filter.taps),
-          [this] {
-            return SliderRange{LeastTaps,
-                               static_cast<double>(panel.settings.maxTaps[panel.settings.curFilter])};
-          },
-          Titled(InRecord(panel, OfFilter(filter.taps)), "Filter Size")),
-      tapsCount(fraTaps, "", "txtTaps", SizeInTaps(panel, filter.taps), taps.slider),
-      tapsTime(fraTaps, "", "txtTapsTime", SizeInTime(panel), taps.slider),
-      fraPredSpan(fraFilter, "fraPredSpan", filter.spanCaption),
-      span(
-          panel, fraPredSpan, "", "sldrPredSpan", SpanInSamples(panel),
-          [this] {
-            return SliderRange{0.0, static_cast<double>(panel.settings.maxSpan[panel.settings.curFilter])};
-          },
-          Titled(InRecord(panel, OfFilter(filter.span)), filter.spanCaption)),
-      spanCount(fraPredSpan, "", "txtPredSpan", SpanInSamples(panel), span.slider),
-      spanTime(fraPredSpan, "", "txtPredSpanTime", SpanInTime(panel), span.slider),
+      taps(panel, fraTaps, "sldrTaps", "txtTaps", SizeInTaps(panel, filter.taps), SizeInTime(panel),
+           UpTo(panel, LeastTaps, panel.settings.maxTaps),
+           Titled(InRecord(panel, OfFilter(filter.taps)), "Filter Size")),
+      span(panel, fraPredSpan, "sldrPredSpan", "txtPredSpan", SpanInSamples(panel), SpanInTime(panel),
+           UpTo(panel, 0, panel.settings.maxSpan),
+           Titled(InRecord(panel, OfFilter(filter.span)), filter.spanCaption)),
       mu(panel, fraAdapt, "", "sldrAdapt", Mu(), Fixed(LeastMu, MostMu),
          Titled(InRecord(panel, OfFilter(filter.mu)), fraAdapt.core.Caption())),
       shownMu(fraAdapt, "Mu =", "txtAdapt", Mu(), mu.slider),
       processOutput(panel, fraChannels, "fraProcessOutput", "Processor Output", "ProcessOutput",
                     {"Normal", "Rejected"}, InRecord(panel, OfFilter(filter.processOutput))),
-      delayChan(filter.delayChan == nullptr ? nullptr
-                                            : std::make_unique<OptionField>(
-                                                  panel, fraChannels, "fraDelayChan", "Delay Channel",
-                                                  "DelayChan", std::vector<std::string>{"Input", "Reference"},
-                                                  InRecord(panel, OfFilter(*filter.delayChan)))),
-      imgLedOn(fraAdapting, "imgLedOn", "Adapting", 1, DrawLamp<true>),
-      imgLedOff(fraAdapting, "imgLedOff", "Not adapting", 1, DrawLamp<false>),
-      adaptSelect(panel, fraChoices, "fraAdaptSelect", "Filter will adapt:", "AdaptSelect",
-                  CaptionsOf(filter.conditions),
-                  Titled(InRecord(panel, OfFilter(filter.adaptSelect)), fraCondition.core.Caption())),
-      thresh(panel, fraWhen, "Threshold", "sldrThresh", "txtThresh", Threshold(),
-             Fixed(HighestThresh, LowestThresh), InRecord(panel, OfFilter(filter.thresh))),
+      delayChan(DelayChannel(panel, fraChannels, filter.delayChan)),
       adapt(panel, panel.form, "btnAdapt", "Adapt", GraphicButton::Style::Latching, context.adaptSwitch),
-      clear(panel, panel.form, "btnClear", "Clear", GraphicButton::Style::Push, context.clearButton),
-      adjust(panel, filter.taps) {
-  panel.form.initialFocus = &taps.slider.core;
-  taps.texts = {[this] { tapsCount.Redisplay(); }, [this] { tapsTime.Redisplay(); }};
-  span.texts = {[this] { spanCount.Redisplay(); }, [this] { spanTime.Redisplay(); }};
+      clear(panel, panel.form, "btnClear", "Clear", GraphicButton::Style::Push, context.clearButton) {
+  panel.form.initialFocus = &taps.field.slider.core;
   mu.texts = {[this] { shownMu.Redisplay(); }};
-  adaptSelect.otherwise = [this](double stored) {
-    return stored < 0 ? 0 : static_cast<int>(filter.conditions) - 1;
-  };
-  thresh.field.slider.ReverseScale = true;
-  tmrInputLevel.told = [this](const StageReading& reading) { ShowAdapting(reading.adapting); };
-  panel.shown.emplace_back([this] {
-    ShowLimits();
-    ShowCondition();
-  });
-  PrepareBar();
+  panel.parameters.emplace_back([this] { TellRightChannel(); });
+  panel.shown.emplace_back([this] { ShowLimits(); });
+  BindAutoNormalize();
   BindButtons();
 }
 
-void AdaptivePanel::PrepareBar() {
-  constexpr int fromBelow = 1;
-  constexpr double fullScale = 0;  // dB
-  lbInput.captioned = false;       // the label above it tells the signal
-  lbInput.SetOrientation(fromBelow);
-  std::vector<ScaleTick> ticks{{DbToBarPosition(fullScale), "OL"}};
-  for (const int decibels : filter.lblThreshBargraph) {
-    ticks.push_back({DbToBarPosition(decibels), std::to_string(decibels)});
-  }
-  lbInput.SetScale(ticks);
-  adaptSelect.frame.look = FrameLook::Flat;
-  imgLedOn.lines = imgLedOff.lines = {1, 1};
-  ShowAdapting(false);
-}
-
-void AdaptivePanel::BindButtons() {
+void AdaptivePanel::BindAutoNormalize() {
   const FieldRow& row = filter.autoNormalize;
   btnAutoNormalize.clicked = [this, &row] {
     const double on = btnAutoNormalize.Value() != 0 ? 1 : 0;
@@ -225,14 +250,16 @@ void AdaptivePanel::BindButtons() {
   };
   panel.parameters.emplace_back(
       [this, &row] { btnAutoNormalize.SetValue(StageValue(panel, row) == 1 ? 1 : 0); });
-  panel.parameters.emplace_back([this] { TellRightChannel(); });
+}
+
+void AdaptivePanel::BindButtons() {
   btnAdjustMaximum.clicked = [this] {
-    tmrInputLevel.Stop();
+    condition.tmrInputLevel.Stop();
     adjust.Ask();
   };
   adjust.form.unloaded = [this] {
     panel.Fill();
-    tmrInputLevel.Start();
+    condition.tmrInputLevel.Start();
   };
   btnStore.clicked = [this] { Exchange(TableExchange::Store); };
   btnRecall.clicked = [this] { Exchange(TableExchange::Recall); };
@@ -257,25 +284,6 @@ void AdaptivePanel::ShowLimits() {
   fraTaps.core.SetCaption("Filter Size (" + std::to_string(settings.maxTaps[settings.curFilter]) +
                           " taps max)");
   for (Button* button : {&btnStore, &btnRecall}) button->core.SetEnabled(!IsLinked(settings.configMode));
-}
-
-void AdaptivePanel::ShowCondition() {
-  const int choice = adaptSelect.options.Selected();
-  const double decibels = StageValue(panel, filter.thresh);
-  const std::string shown = FixedText(decibels, 0) + " dB";
-  lblInput.core.SetCaption(Conditions.at(static_cast<std::size_t>(choice)).signal);
-  lblThreshVal.core.SetCaption(shown);
-  lbInput.SetMarkerValue(1, DbToBarPosition(decibels));
-  lbInput.SetMarkerText("Threshold " + shown);
-  for (ControlCore* core : {&thresh.entry.text.core, &thresh.field.slider.core, &lblThreshold.core,
-                            &lblThreshVal.core, &lblInput.core, &lbInput.core}) {
-    core->SetEnabled(choice != 0);
-  }
-}
-
-void AdaptivePanel::ShowAdapting(bool adapting) {
-  imgLedOn.core.SetVisible(adapting);
-  imgLedOff.core.SetVisible(!adapting);
 }
 
 }  // namespace vc

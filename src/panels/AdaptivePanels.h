@@ -22,6 +22,41 @@ struct AdaptiveFilter {
 };
 extern const AdaptiveFilter Ctl1CH, Ctl2CH;
 
+// A length in samples on a slider, told in samples and in milliseconds.
+struct LengthField {
+  // The texts are named name and name with "Time" behind it.
+  LengthField(Panel& panel, Place place, const std::string& sliderName, const std::string& name,
+              const DisplayLaw& inSamples, const DisplayLaw& inTime,
+              const std::function<SliderRange()>& range, const Parameter& parameter);
+  SliderField field;
+  SliderEntry samples, time;
+};
+
+// When a filter adapts: on which condition, by the level of which signal, and whether it does so now.
+struct AdaptCondition {
+  AdaptCondition(Panel& owner, Place place, const AdaptiveFilter& filter);
+
+  Frame fraCondition;
+  Frame fraAdapting{fraCondition, "fraAdapting", "", Arrangement::Columns};
+  Picture imgLedOn, imgLedOff;
+  Label lblAdapting{fraAdapting, "lblAdapting", "Adapting"};
+  Frame fraWhen{fraCondition, "fraWhen", "", Arrangement::Columns};
+  OptionField adaptSelect;
+  Frame fraLevel{fraWhen, "fraLevel", ""};
+  Label lblInput{fraLevel, "lblInput", "Input"};
+  LevelBar lbInput{fraLevel, "lbInput", "Level"};
+  SliderText thresh;
+  Frame fraLegend{fraCondition, "fraLegend", "", Arrangement::Columns};
+  Label lblThreshold{fraLegend, "lblThreshold", "Line in the bar: threshold"};
+  Label lblThreshVal{fraLegend, "lblThreshVal", ""};
+  StageLevels tmrInputLevel;
+
+ private:
+  void PrepareBar(std::span<const int> scale);
+  void Show();
+  void ShowAdapting(bool adapting);
+};
+
 struct AdaptivePanel {
   AdaptivePanel(const PanelContext& context, const AdaptiveFilter& description);
 
@@ -29,56 +64,31 @@ struct AdaptivePanel {
   Panel panel;
   Frame fraSettings{panel.form, "fraSettings", "", Arrangement::Columns};
   Frame fraFilter{fraSettings, "fraFilter", ""};
-
   Frame fraTaps{fraFilter, "fraTaps", ""};
-  SliderField taps;
-  SliderEntry tapsCount, tapsTime;
+  LengthField taps;
   Button btnAdjustMaximum{fraTaps, "btnAdjustMaximum", "Adjust Maximum..."};
-
-  Frame fraPredSpan;
-  SliderField span;
-  SliderEntry spanCount, spanTime;
-
+  Frame fraPredSpan{fraFilter, "fraPredSpan", filter.spanCaption};
+  LengthField span;
   Frame fraAdapt{fraFilter, "fraAdapt", "Adapt Rate"};
   SliderField mu;
   SliderEntry shownMu;
   GraphicButton btnAutoNormalize{fraAdapt, "btnAutoNormalize", "Auto Normalize",
                                  GraphicButton::Style::Latching};
-
   Frame fraChannels{fraFilter, "fraChannels", "", Arrangement::Columns};
   OptionField processOutput;
   std::unique_ptr<OptionField> delayChan;
-
-  Frame fraCondition{fraSettings, "fraCondition", "Conditional Adaptation"};
-  Frame fraAdapting{fraCondition, "fraAdapting", "", Arrangement::Columns};
-  Picture imgLedOn, imgLedOff;
-  Label lblAdapting{fraAdapting, "lblAdapting", "Adapting"};
-  Frame fraWhen{fraCondition, "fraWhen", "", Arrangement::Columns};
-  Frame fraChoices{fraWhen, "fraChoices", ""};
-  OptionField adaptSelect;
-  Frame fraLegend{fraChoices, "fraLegend", "", Arrangement::Columns};
-  Label lblThreshold{fraLegend, "lblThreshold", "Line in the bar: threshold"};
-  Label lblThreshVal{fraLegend, "lblThreshVal", ""};
-  Frame fraLevel{fraWhen, "fraLevel", ""};
-  Label lblInput{fraLevel, "lblInput", "Input"};
-  LevelBar lbInput{fraLevel, "lbInput", "Level"};
-  SliderText thresh;
-
+  AdaptCondition condition{panel, fraSettings, filter};
   MirroredButton adapt, clear;
   Button btnStore{panel.form, "btnStore", "Store..."}, btnRecall{panel.form, "btnRecall", "Recall..."};
   PanelFoot foot{panel, "btnFilterActive", "Active"};
-
-  StageLevels tmrInputLevel{panel, EntriesOfCurFilter, lbInput};
-  FSAdjust adjust;
+  FSAdjust adjust{panel, filter.taps};
 
  private:
-  void PrepareBar();
+  void BindAutoNormalize();
   void BindButtons();
   void Exchange(TableExchange::Direction direction);
   void TellRightChannel();
   void ShowLimits();
-  void ShowCondition();
-  void ShowAdapting(bool adapting);
 };
 
 }  // namespace vc

@@ -125,7 +125,7 @@ void OptionField::Fill() {
   const bool known = choice >= 0 && choice < listed;
   {
     const Mute inert(frame.core.form);
-    options.Select(known ? static_cast<int>(choice) : otherwise(choice));
+    options.Select(known || nearest ? static_cast<int>(std::clamp(choice, 0.0, listed - 1.0)) : 0);
   }
   if (!known) options.changed();
 }

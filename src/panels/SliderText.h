@@ -99,8 +99,8 @@ struct OptionField {
 
   Frame frame;
   OptionGroup options;
-  // What a stored number that is no choice becomes; the first one where nothing else is said.
-  std::function<int(double stored)> otherwise = [](double) { return 0; };
+  // What a stored number that is no choice becomes: the first one, or the nearest.
+  bool nearest = false;
 
  private:
   void Fill();

@@ -239,7 +239,6 @@ TEST(MasterPanel, EveryEntryDoesSomething) {
                                      {"mnuHelpPrintScreen", "How To Print Screens"},
                                      {"mnuHelpContents", "Help"},
                                      {"mnuFastStart", "Help"},
-                                     {"btnFilterConfig(1)", "1-Ch Adaptive (Filter 1)"},
                                      {"btnEqConfig(1)", "20-Band Graphic (Mono Equalizer)"}}) {
     run.test.desk.boxes.clear();
     EXPECT_EQ(run.Click(entry), "");
