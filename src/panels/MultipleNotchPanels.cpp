@@ -158,9 +158,22 @@ ResponseCurve::Setting MultiplePanel::Around() const {
   return {.levels = {{level, ""}}, .levelAxis = LevelAxis(std::min(-level, DeepestDrawn))};
 }
 
-std::vector<PlotTrace> MultiplePanel::Curves(const PlotAxis& frequencies) const {
+PlotTrace MultiplePanel::BuiltCurve(const PlotAxis& frequencies) {
+  const SystemSettings& settings = panel.settings;
+  const int stage = settings.curFilter;
+  const Built now{settings.builtFreq[stage], settings.builtWidth[stage], settings.filterAtten[stage],
+                  settings.generalStageTaps, settings.sampleRate,        frequencies};
+  if (drawn != now) {
+    drawnCurve = ResponseTrace(settings, EditedBlock(settings, BlockFamily::Filter, kind.kind), frequencies,
+                               ResponseCurve::Points);
+    drawn = now;
+  }
+  return drawnCurve;
+}
+
+std::vector<PlotTrace> MultiplePanel::Curves(const PlotAxis& frequencies) {
   const BlockKind block = EditedBlock(panel.settings, BlockFamily::Filter, kind.kind);
-  std::vector<PlotTrace> traces{ResponseTrace(panel.settings, block, frequencies, ResponseCurve::Points)};
+  std::vector<PlotTrace> traces{BuiltCurve(frequencies)};
   traces.front().name = "As Built";
   if (RowsAreBuilt(panel.settings, block.number)) return traces;
   const auto planned = std::make_unique<SystemSettings>(panel.settings);

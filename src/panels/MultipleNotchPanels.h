@@ -63,10 +63,22 @@ struct MultiplePanel {
   ResponseCurve::Setting Around() const;
   double AttenuationDb() const;
   // As it is built and, where the rows that are set would make another one, that one behind it.
-  std::vector<PlotTrace> Curves(const PlotAxis& frequencies) const;
+  std::vector<PlotTrace> Curves(const PlotAxis& frequencies);
+  PlotTrace BuiltCurve(const PlotAxis& frequencies);
   void Build();
   void Destroy();
   void ShowWhetherBuilt();
+
+  // All that the curve of the built filter depends on, and the curve: while rows are moved it stays.
+  struct Built {
+    Row<std::int16_t, 1, Rows> frequency, width;
+    std::int16_t atten, taps;
+    float sampleRate;
+    PlotAxis frequencies;
+    bool operator==(const Built&) const = default;
+  };
+  std::optional<Built> drawn;
+  PlotTrace drawnCurve;
 };
 
 }  // namespace vc
