@@ -210,6 +210,36 @@ TEST(PlotHandles, AreReachedByTabAndMovedByArrows) {
   EXPECT_EQ(QApplication::focusWidget(), &run.At("sldrCutoff"));
 }
 
+TEST(PlotHandles, ANotchIsDraggedInAndWidenedByTheMouse) {
+  MasterWindow run;
+  run.OpenFilter(1, vc::FilterKind::MultipleNotch);
+  run.Ready();
+  auto& view = run.At<PlotView>("pltResponse");
+  QWidget &first = run.At("pltResponse.Notch 1"), &second = run.At("pltResponse.Notch 2");
+  EXPECT_TRUE(first.isVisible());
+  EXPECT_FALSE(second.isVisible());
+  QWindow* window = run.Window().windowHandle();
+  const QPoint from = first.mapTo(&run.Window(), first.rect().center());
+  QTest::mousePress(window, Qt::LeftButton, {}, from);
+  for (int i = 1; i <= 60; ++i) QTest::mouseMove(window, from + QPoint(i, 0));
+  QTest::mouseRelease(window, Qt::LeftButton, {}, from + QPoint(60, 0));
+  QCoreApplication::processEvents();
+  const std::int16_t hertz = run.record.mnotchFreq[1][1];
+  EXPECT_NEAR(hertz, 60.0 * 3200 / view.Layout().frame.width, 15);
+  EXPECT_NEAR(first.mapTo(&run.Window(), first.rect().center()).x(), from.x() + 60, 2);
+  EXPECT_TRUE(second.isVisible());
+  TurnWheel(first, 120);
+  EXPECT_EQ(run.record.mnotchWidth[1][1], 3);
+  EXPECT_EQ(run.At<QLabel>("lblBuilt").text(), "Not built yet: the filter stays as it is.");
+  run.Hit("btnBuild");
+  EXPECT_EQ(run.At<QLabel>("lblBuilt").text(), "Built as set.");
+  EXPECT_EQ(run.record.builtFreq[1][1], hertz);
+  for (int steps = 0; steps < 3; ++steps) run.Press("Ctrl+Z");
+  EXPECT_EQ(run.record.mnotchFreq[1][1], 0);
+  QCoreApplication::processEvents();
+  EXPECT_FALSE(second.isVisible());
+}
+
 // How thick the lines of one colour are that a row of pixels crosses.
 std::vector<int> Thicknesses(const QImage& image, int row, const QColor& colour) {
   std::vector<int> found;

@@ -114,6 +114,11 @@ Edited OnlyDifference(const SystemSettings& before, const SystemSettings& after)
   return {&Fields()[static_cast<std::size_t>(place.row)], place.i, place.j};
 }
 
+// On their panel they wait for a button; by name they are built at once.
+bool WaitsToBeBuilt(const FieldRow& row) {
+  return row.name.starts_with("mnotch") || row.name.starts_with("mslot");
+}
+
 TEST(EditDoor, EveryControlEntailsWhatItsFieldEntailsByName) {
   std::vector<std::string> forms{""};  // the master panel
   for (const PanelRow& row : PanelHost::Rows()) forms.emplace_back(row.name);
@@ -129,7 +134,7 @@ TEST(EditDoor, EveryControlEntailsWhatItsFieldEntailsByName) {
       bool moved = false;
       const Outcome byControl = worked.After([&] { moved = Work(control); });
       const auto [row, i, j] = OnlyDifference(before, byControl.record);
-      if (!moved || row == nullptr) continue;
+      if (!moved || row == nullptr || WaitsToBeBuilt(*row)) continue;
       Rested named(form);
       const Outcome byName = named.ByName(*row, i, j, FieldText(byControl.record, *row, i, j));
       EXPECT_TRUE(byName == byControl) << Difference(byName, byControl);
