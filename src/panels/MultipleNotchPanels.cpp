@@ -72,7 +72,7 @@ HandleAxis OnRowsCurve(const Plot& plot, const Slider& frequency) {
 }
 
 HandleAxis NearTheEnd(const Plot& plot) {
-  constexpr double part = 0.97;
+  constexpr double part = 0.9;
   return HandleAxis::Standing([&plot] { return plot.XAxis().to * part; });
 }
 
