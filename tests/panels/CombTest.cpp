@@ -1,7 +1,6 @@
 // The panels of comb and inverse comb, and of single notch and slot, worked by the names of their controls.
 #include "PanelRun.h"
 #include "model/Kinds.h"
-#include "model/modDTMF.h"
 #include "widgets/PlotHandle.h"
 
 namespace vc {
@@ -95,10 +94,6 @@ TEST_F(Combs, HandlesMoveFundamentalDepthAndLimit) {
   limit.MoveTo(2010, 0);
   limit.Release();
   EXPECT_EQ(run.record.combLimit[2], 2000);
-  tooth.SetDefault();
-  EXPECT_EQ(run.record.combFreq[2] * 100 + run.record.combDepth[2], 510);
-  run.Press("Ctrl+Z");
-  EXPECT_EQ(run.record.combDepth[2], 30);
 }
 
 TEST(SingleBands, AreDraggedAndWidenedByTheWheel) {
@@ -126,13 +121,6 @@ TEST(SingleBands, AreDraggedAndWidenedByTheWheel) {
     const PlotTrace& curve = plot.Traces().front();
     EXPECT_NEAR(*plot.LevelAt(curve, 1234), notch ? -25 : 0, 0.5);
     EXPECT_NEAR(*plot.LevelAt(curve, 3000), notch ? 0 : -25, 0.5);
-  }
-}
-
-TEST(Dialling, TonesAreRowsThenColumns) {
-  for (const auto& [tone, hertz] :
-       {std::pair{1, 697}, {4, 941}, {5, 1209}, {7, 1477}, {8, 1633}, {0, 1633}, {-1, 1633}, {9, 1633}}) {
-    EXPECT_EQ(DtmfFrequency(tone), hertz);
   }
 }
 

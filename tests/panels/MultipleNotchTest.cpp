@@ -200,6 +200,21 @@ TEST_P(Multiples, OfferAHandleForEachRowAndOneToDragIn) {
   EXPECT_EQ(Hertz(2), 0);
 }
 
+// The right side ran with the left's table, and has none of its own when it is let go.
+TEST(MultipleNotch, IsNotBuiltWhereTheUnitHasNoTable) {
+  PanelRun run(ConfigMode::StereoLinked);
+  for (const int stage : {1, 4}) {
+    run.Edit("filterType", "8", stage);
+    run.Edit("mnotchFreq", "1000", stage, 1);
+  }
+  run.Settle();
+  run.Edit("configMode", std::to_string(ConfigMode::StereoIndependent));
+  run.Settle();
+  EXPECT_EQ(run.record.mnotchFreq[4][1], 1000);
+  EXPECT_EQ(run.record.builtFreq[4][1], run.Stage(2).coefficients.empty() ? 0 : 1000);
+  EXPECT_EQ(run.record.builtFreq[1][1], 1000);
+}
+
 INSTANTIATE_TEST_SUITE_P(Kinds, Multiples, testing::Values(Notches, Slots), [](const auto& tested) {
   return tested.param.kind == FilterKind::MultipleNotch ? "Notches" : "Slots";
 });
