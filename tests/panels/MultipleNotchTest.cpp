@@ -186,8 +186,9 @@ TEST_P(Multiples, OfferAHandleForEachRowAndOneToDragIn) {
   EXPECT_EQ(offered(), "1 2 3 ");
   waiting.Release();
   EXPECT_EQ(Hertz(1), 500);
+  run.Type("txtFreq(0)", "0");
   second.Hold();
-  second.MoveTo(0, 0);
+  second.MoveTo(0, 0);  // what is in the hand stays there
   EXPECT_EQ(offered(), "1 2 ");
   second.MoveTo(700, 0);
   second.Release();
@@ -200,19 +201,13 @@ TEST_P(Multiples, OfferAHandleForEachRowAndOneToDragIn) {
   EXPECT_EQ(Hertz(2), 0);
 }
 
-// The right side ran with the left's table, and has none of its own when it is let go.
-TEST(MultipleNotch, IsNotBuiltWhereTheUnitHasNoTable) {
-  PanelRun run(ConfigMode::StereoLinked);
-  for (const int stage : {1, 4}) {
-    run.Edit("filterType", "8", stage);
-    run.Edit("mnotchFreq", "1000", stage, 1);
-  }
+TEST_P(Multiples, AreNotBuiltWhereTheUnitHasClearedTheirStage) {
+  run.Type("txtFreq(0)", "1000");
+  run.Click("btnBuild");
+  run.session.edits.Apply({{FindField("filterDirty"), 2, 0, -1.0}}, {"Clear"});
   run.Settle();
-  run.Edit("configMode", std::to_string(ConfigMode::StereoIndependent));
-  run.Settle();
-  EXPECT_EQ(run.record.mnotchFreq[4][1], 1000);
-  EXPECT_EQ(run.record.builtFreq[4][1], run.Stage(2).coefficients.empty() ? 0 : 1000);
-  EXPECT_EQ(run.record.builtFreq[1][1], 1000);
+  EXPECT_TRUE(std::ranges::all_of(Held(), [](std::int32_t tap) { return tap == 0; }));
+  EXPECT_EQ(run.record.builtFreq[2][1], 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, Multiples, testing::Values(Notches, Slots), [](const auto& tested) {
