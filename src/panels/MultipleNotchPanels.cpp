@@ -204,6 +204,8 @@ void MultiplePanel::Destroy() {
   edits.push_back({&RowOf<&SystemSettings::filterDirty>(), stage, 0, -1.0});
   edits.push_back({&RowOf<&SystemSettings::filterBuilt>(), stage, 0, -1.0});
   panel.Edit(btnDestroy.core, "Destroy", edits, EditState::Finished);
+  // With no unit the table has not gone out, and there is none: what connects later sends all tables.
+  panel.context.edits.history.Amend([&] { panel.settings.filterBuilt[stage] = 0; });
 }
 
 void MultiplePanel::ShowWhetherBuilt() {

@@ -169,6 +169,14 @@ TEST_P(Multiples, StandAsBuiltWithoutAUnitToo) {
   run.Type("txtFreq(0)", "1000");
   run.Click("btnBuild");
   EXPECT_TRUE(Held() == sent);
+  run.session.master.menus.mnuDisconnect.Click();
+  run.test.desk.answers = {Answer::Yes};
+  run.Click("btnDestroy");
+  EXPECT_EQ(run.record.filterBuilt[2], 0);
+  EXPECT_EQ(Said(), "Nothing is built.");
+  run.session.master.menus.mnuConnect.Click();
+  run.Settle();
+  EXPECT_EQ(Held(), std::vector<std::int32_t>(1024, 0));
 }
 
 TEST_P(Multiples, OfferAHandleForEachRowAndOneToDragIn) {
