@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <ranges>
 #include <span>
 #include <utility>
 
@@ -209,8 +208,8 @@ void Plot::DrawGrid(Surface& surface, const PlotLayout& layout) const {
 }
 
 void Plot::DrawTraces(Surface& surface, const PlotLayout& layout) const {
-  for (const PlotTrace& trace : std::views::reverse(traces)) {
-    if (!trace.values.empty()) DrawTrace(surface, trace, xAxis, layout);
+  for (auto trace = traces.rbegin(); trace != traces.rend(); ++trace) {
+    if (!trace->values.empty()) DrawTrace(surface, *trace, xAxis, layout);
   }
 }
 

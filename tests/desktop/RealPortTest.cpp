@@ -1,8 +1,12 @@
 // The whole desktop program at a real port with the unit's own program on the other end: what the operator
 // does with mouse and keys is in the record and, told by the unit itself, in the unit.
+#include <array>
+#include <bit>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
+#include <functional>
+#include <span>
 #include <sstream>
 
 #include <gtest/gtest.h>
@@ -11,8 +15,10 @@
 #include <QComboBox>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QStyleOptionSlider>
 #include <QTest>
 #include <QTimer>
+#include <QWindow>
 
 #include "Installed.h"
 #include "desktop/Program.h"
@@ -36,7 +42,11 @@ struct RealPort : testing::Test {
 
   const vc::SystemSettings& Record() const { return program->session.settings; }
   FormWindow& Window() const { return *program->windows.WindowOf(*program->session.forms.Top()); }
-  QWidget& At(const char* name) const { return *Window().findChild<QWidget*>(name); }
+  QWidget& At(const char* name) const {
+    auto* widget = Window().findChild<QWidget*>(name);
+    if (widget == nullptr) throw vc::Fault{std::string("no ") + name};
+    return *widget;
+  }
   void Hit(const char* name) const { QTest::mouseClick(&At(name), Qt::LeftButton); }
   void Ready() const { EXPECT_TRUE(QTest::qWaitForWindowActive(&Window())); }
   void Write(const char* name, const char* text, Qt::Key end) const {
@@ -46,6 +56,31 @@ struct RealPort : testing::Test {
     QTest::keyClick(&At(name), end);
   }
 
+  // From the handle of a slider, or the middle of anything else, in twenty events.
+  static void Drag(QWidget& what, QPoint way) {
+    QPoint from = what.rect().center();
+    if (auto* slider = qobject_cast<QSlider*>(&what)) {
+      QStyleOptionSlider option;
+      option.initFrom(slider);
+      option.orientation = slider->orientation();
+      option.minimum = slider->minimum();
+      option.maximum = slider->maximum();
+      option.sliderPosition = slider->value();
+      option.upsideDown = slider->invertedAppearance() != (option.orientation == Qt::Vertical);
+      from = slider->style()
+                 ->subControlRect(QStyle::CC_Slider, &option, QStyle::SC_SliderHandle, slider)
+                 .center();
+    }
+    constexpr int events = 20;
+    const QPoint start = what.mapTo(what.window(), from);
+    QWindow* window = what.window()->windowHandle();
+    QTest::mousePress(window, Qt::LeftButton, {}, start);
+    for (int part = 1; part <= events; ++part) {
+      QTest::mouseMove(window, start + way * part / events);
+      QTest::qWait(17);
+    }
+    QTest::mouseRelease(window, Qt::LeftButton, {}, start + way);
+  }
   // What the unit says of itself, once the line is quiet.
   std::string Dump() const {
     std::filesystem::remove(dump);
@@ -100,6 +135,123 @@ TEST_F(RealPort, TheOperatorsHandReachesTheUnit) {
   Window().findChild<QAction*>("mnuNew")->trigger();
   EXPECT_EQ(Record().filterType[1], vc::FilterKind::OneChAdaptive);
   EXPECT_NE(Dump().find("stage 1 class 0 "), std::string::npos);
+}
+
+std::string Bytes(std::span<const std::uint8_t> bytes) {
+  std::string text;
+  for (const std::uint8_t byte : bytes) text += QString::asprintf(" %02X", byte).toStdString();
+  return text;
+}
+
+// What the unit's dump says of a panel's settings, which are seen in the record first.
+std::string CombTold(const vc::Session& session) {
+  EXPECT_LT(session.settings.combFreq[1], 36);
+  EXPECT_GT(session.settings.combDepth[1], 10);
+  return "block 1 " + Low(session.settings.combFreq[1]) + " " + Low(session.settings.combLimit[1]);
+}
+std::string NotchesTold(const vc::Session& session) {
+  EXPECT_EQ(session.settings.mnotchFreq[1][1], 1000);
+  EXPECT_GT(session.settings.mnotchFreq[1][2], 0);
+  return "table 1 1024 ";
+}
+std::string AdaptiveTold(const vc::Session& session) {
+  EXPECT_EQ(session.settings.ch1Taps[1], 304);
+  EXPECT_GT(session.settings.ch1PredSpan[1], 0);
+  return "register 43 " + std::to_string(session.settings.ch1PredSpan[1]) + " ";
+}
+std::string SectionsTold(const vc::Session& session) {
+  EXPECT_GT(session.settings.parCenter[1][0] * session.settings.sampleRate, 420);
+  return "block 1" + Bytes(session.download.image.stageBlock[1]);
+}
+std::string EqualizerTold(const vc::Session& session) {
+  EXPECT_EQ(session.settings.eqParLevel[9], 180);
+  EXPECT_GT(session.settings.eqParCenter[9][1] * session.settings.sampleRate, 1450);
+  return "block 9" + Bytes(session.download.image.stageBlock[9]);
+}
+std::string NoiseTold(const vc::Session& session) {
+  const float band = session.settings.noiseEqVals[1][2];
+  EXPECT_GT(band, 0.1F);
+  return "broadband 1 2" + Bytes(std::bit_cast<std::array<std::uint8_t, sizeof band>>(band));
+}
+
+// A panel of each family: what is typed, what the mouse drags (a handle or a slider, so many pixels) and the
+// button that is then pressed, where one is needed.
+struct Handled {
+  const char *list, *kind, *open;
+  std::array<std::pair<const char*, const char*>, 2> typed;
+  const char* dragged;
+  QPoint way;
+  const char* pressed;
+  std::string (*told)(const vc::Session& session);
+};
+constexpr const char *Filters = "cmbFilter(1)", *FilterSetup = "btnFilterConfig(1)";
+const Handled Families[]{{Filters,
+                          "Comb",
+                          FilterSetup,
+                          {{{"txtLimit", "2000"}, {"txtFreq", "200"}}},
+                          "pltResponse.Fundamental",
+                          {40, 25},
+                          nullptr,
+                          CombTold},
+                         {Filters,
+                          "Multiple N",
+                          FilterSetup,
+                          {{{"txtFreq(0)", "1000"}, {"txtWidth(0)", "60"}}},
+                          "pltResponse.Notch 2",
+                          {60, 0},
+                          "btnBuild",
+                          NotchesTold},
+                         {Filters,
+                          "1-Ch",
+                          FilterSetup,
+                          {{{"txtTaps", "300"}, {"txtAdapt", "200"}}},
+                          "sldrPredSpan",
+                          {30, 0},
+                          nullptr,
+                          AdaptiveTold},
+                         {Filters,
+                          "Tri",
+                          FilterSetup,
+                          {{{"CenterText(0)", "400"}, {"BoostText(0)", "9"}}},
+                          "pltResponse.Substage 1 (Wide)",
+                          {40, -10},
+                          nullptr,
+                          SectionsTold},
+                         {"cmbEq(1)",
+                          "Dual",
+                          "btnEqConfig(1)",
+                          {{{"CenterText(1)", "1400"}, {"txtAtten", "-6"}}},
+                          "sldrCenter(1)",
+                          {30, 0},
+                          nullptr,
+                          EqualizerTold},
+                         {"cmbBroadband(1)",
+                          "Noise E",
+                          "btnBroadbandConfig(1)",
+                          {{{"txtGain(3)", "-12"}, {"txtAtten", "-20"}}},
+                          "sldrGain(2)",
+                          {0, 60},
+                          nullptr,
+                          NoiseTold}};
+
+TEST_F(RealPort, AHandOnAPanelOfEachFamilyReachesTheUnit) {
+  for (const Handled& one : Families) {
+    SCOPED_TRACE(one.kind);
+    auto* list = Window().findChild<QComboBox*>(one.list);
+    ASSERT_NE(list, nullptr);
+    list->setFocus();
+    QTest::keyClicks(list, one.kind);
+    Hit(one.open);
+    Ready();
+    for (const auto& [box, text] : one.typed) Write(box, text, Qt::Key_Return);
+    QCoreApplication::processEvents();  // a handle goes to its place behind a change
+    Drag(At(one.dragged), one.way);
+    if (one.pressed != nullptr) Hit(one.pressed);
+    const std::string dumped = Dump(), told = one.told(program->session);
+    EXPECT_NE(dumped.find(told), std::string::npos) << told;
+    Hit("btnOK");
+    Ready();
+  }
 }
 
 }  // namespace
