@@ -4,17 +4,17 @@
 #include <algorithm>
 #include <bit>
 
+#include "model/BandFrequencies.h"
 #include "model/Kinds.h"
 #include "text/Convert.h"
 
 namespace vc {
 namespace {
 
-constexpr int BandCount = static_cast<int>(BroadbandBands);
-constexpr int SpectrumBands = 128;  // those above serve no frequency
-constexpr int BandsPerSlider = 6;
-constexpr int LastSlider = 19;
-using BandScratch = Row<float, 0, BandCount>;  // InitBbData asks for one entry more than it copies
+constexpr int Entries = static_cast<int>(BroadbandBands);
+constexpr int EntriesUsed = 128;  // those above serve no frequency
+constexpr int EntriesPerBand = 6;
+using BandScratch = Row<float, 0, Entries>;  // InitBbData asks for one entry more than it copies
 
 void StoreFloat(std::span<std::uint8_t> bytes, std::size_t place, float value) {
   StoreLittleEndian(bytes, place, std::bit_cast<std::uint32_t>(value));
@@ -23,7 +23,7 @@ void StoreFloat(std::span<std::uint8_t> bytes, std::size_t place, float value) {
 }  // namespace
 
 void InitBbData(BroadbandBlock& block, const BroadbandParms& record, const BoundedFloats& values, int n) {
-  if (values.lower != 0 || values.Upper() < BandCount || n < 0 || n > BandCount) {
+  if (values.lower != 0 || values.Upper() < Entries || n < 0 || n > Entries) {
     throw Fault{.description = "Invalid noiseEqVals array bounds passed to InitBbData",
                 .source = "InitBbData in modBroadBand"};
   }
@@ -33,17 +33,18 @@ void InitBbData(BroadbandBlock& block, const BroadbandParms& record, const Bound
 
 float BandReduction(const SystemSettings& settings, int stage, std::int16_t kind, int band) {
   if (kind == BroadbandKind::NoiseReducer) return 1;
-  return settings.noiseEqVals[stage][std::min(band / BandsPerSlider, LastSlider)];
+  return settings.noiseEqVals[stage][band];
 }
 
 void FillBroadbandBlock(BroadbandBlock& block, const SystemSettings& settings, int stage) {
   const std::int16_t type = settings.broadbandType[stage];
   if (type != BroadbandKind::NoiseReducer && type != BroadbandKind::NoiseEq) return;
   BandScratch scratch;
-  for (int band = 0; band < SpectrumBands; band++) {
-    scratch[band] = BandReduction(settings, stage, type, band);
+  for (int entry = 0; entry < EntriesUsed; entry++) {
+    const int band = std::min(entry / EntriesPerBand, BandCount - 1);
+    scratch[entry] = BandReduction(settings, stage, type, band);
   }
-  InitBbData(block, settings.broadbandParms[stage], WithBounds(scratch), BandCount);
+  InitBbData(block, settings.broadbandParms[stage], WithBounds(scratch), Entries);
 }
 
 PacketContent RecordContent(const BroadbandBlock& block) {

@@ -1,4 +1,5 @@
-// What a broadband stage of the unit works with: its smoothing record and the reduction of its bands.
+// What a broadband stage of the unit works with: its smoothing record and the reduction of its bands, six
+// entries each.
 #pragma once
 
 #include <array>
@@ -18,7 +19,7 @@ inline constexpr std::size_t BroadbandReserve = 192;
 
 struct BroadbandBlock {
   BroadbandParms record;
-  std::array<float, BroadbandBands> bands{};  // reduction, 0.0 none to 1.0 full
+  std::array<float, BroadbandBands> bands{};  // reduction by entry, 0.0 none to 1.0 full
   std::array<std::uint8_t, BroadbandReserve> reserve{};
 
   bool operator==(const BroadbandBlock&) const = default;
@@ -41,19 +42,21 @@ BoundedFloats WithBounds(const Row<float, First, Last>& row) {
   return {First, row.items};
 }
 
-// The block with a copy of the record and of the first n values; the other bands and the reserve become 0.
+// The block with a copy of the record and of the first n values; the other entries and the reserve become 0.
 // Raises a Fault and leaves the block alone unless the array's bounds are 0 and at least 132, and n is
 // 0..132.
 void InitBbData(BroadbandBlock& block, const BroadbandParms& record, const BoundedFloats& values, int n);
 
-// What broadband stage 1 or 2 run as a kind is asked to take out of a band, 0..127, 0.0 none to 1.0 all.
+// What broadband stage 1 or 2 run as a kind is asked to take out of one of the twenty bands, 0..19
+// (BandFrequencies), 0.0 none to 1.0 all.
 float BandReduction(const SystemSettings& settings, int stage, std::int16_t kind, int band);
 
-// The block of broadband stage 1 or 2: "Noise Reducer" reduces bands 0..127 fully, "Noise EQ" six bands each
-// by a slider and the last eight by the last. Any other type leaves the block as it is.
+// The block of broadband stage 1 or 2: the "Noise Reducer" has 1.0 in entries 0..127, the "Noise EQ" the
+// reduction of each of the twenty bands in six of them and that of the last in the eight behind. Any other
+// type leaves the block as it is.
 void FillBroadbandBlock(BroadbandBlock& block, const SystemSettings& settings, int stage);
 
-// Packet contents, low byte first: the record, and the bands 12 * packet to 12 * packet + 11 for packet
+// Packet contents, low byte first: the record, and the entries 12 * packet to 12 * packet + 11 for packet
 // 0..10.
 PacketContent RecordContent(const BroadbandBlock& block);
 PacketContent BandContent(const BroadbandBlock& block, std::size_t packet);

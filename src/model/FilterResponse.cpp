@@ -5,6 +5,7 @@
 #include <array>
 #include <cmath>
 
+#include "model/BandFrequencies.h"
 #include "model/CombFilter.h"
 #include "model/CutOffFilter.h"
 #include "model/Kinds.h"
@@ -56,6 +57,11 @@ std::vector<Amplitudes> PartsOf(const SystemSettings& settings, int number, cons
   return PartsAt(FilterOf(settings, number), frequencies);
 }
 
+std::vector<double> NoiseCentres(const SystemSettings& settings, int /*stage*/) {
+  const auto bands = BandFrequencies(settings.bandwidthIndex);
+  return {bands.begin(), bands.end()};
+}
+
 struct ResponseRow {
   BlockFamily family;
   std::int16_t kind;
@@ -83,7 +89,7 @@ constexpr std::array responses{
     ResponseRow{BlockFamily::Equalizer, EqKind::DualParametric, GainsOf<DualParametricOf>,
                 PartsOf<DualParametricOf>, TellingOf<DualParametricOf>},
     ResponseRow{BlockFamily::Broadband, BroadbandKind::NoiseReducer, GainsOf<NoiseReducerOf>},
-    ResponseRow{BlockFamily::Broadband, BroadbandKind::NoiseEq, GainsOf<NoiseEqOf>},
+    ResponseRow{BlockFamily::Broadband, BroadbandKind::NoiseEq, GainsOf<NoiseEqOf>, nullptr, NoiseCentres},
 };
 
 const ResponseRow* RowOf(const BlockKind& block) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <numbers>
 
+#include "model/BandFrequencies.h"
 #include "model/BroadbandBlock.h"
 #include "model/BroadbandPresets.h"
 #include "model/Kinds.h"
@@ -37,6 +38,13 @@ double LeastKept(const S& s, int stage, std::int16_t kind) {
   return AmplitudeRatio(-row->fall.at(static_cast<std::size_t>(preset)));
 }
 
+// The band that a frequency in Hz belongs to: the nearest.
+int BandAt(std::int16_t bandwidthIndex, double hertz) {
+  const auto bands = BandFrequencies(bandwidthIndex);
+  const auto distance = [hertz](double frequency) { return std::abs(frequency - hertz); };
+  return static_cast<int>(std::ranges::min_element(bands, {}, distance) - bands.begin());
+}
+
 template <std::int16_t Kind>
 NoiseBands BandsOf(const S& s, int stage) {
   constexpr double attenuationUnity = 32768, gainUnity = 16;
@@ -45,7 +53,7 @@ NoiseBands BandsOf(const S& s, int stage) {
   const double least = LeastKept(s, stage, Kind);
   NoiseBands bands{.gain = std::max<std::int16_t>(s.filterGain[entry], 0) / gainUnity};
   for (int line = 0; line <= LastLine; line++) {
-    const int band = std::min(line, LastLine - 1);  // the last line has none of its own
+    const int band = BandAt(s.bandwidthIndex, line * static_cast<double>(s.sampleRate) / Frame);
     const double asked = attenuation * Bounded(BandReduction(s, stage, Kind, band), 0, 1);
     bands.kept[static_cast<std::size_t>(line)] = std::max(1 - asked, least);
   }

@@ -17,7 +17,8 @@ struct NoiseBands {
   double gain = 1;                        // of what leaves
 };
 
-// Of broadband stage 1, 2 run as each kind. What is kept is what the attenuation and the bands ask for, but
+// Of broadband stage 1, 2 run as each kind. A line belongs to the band of the nearest frequency
+// (BandFrequencies). What is kept is what the attenuation and the bands ask for, but
 // not less than the smoothing leaves: with a record that is none of the presets that is a rough value.
 NoiseBands NoiseReducerOf(const SystemSettings& settings, int stage);
 NoiseBands NoiseEqOf(const SystemSettings& settings, int stage);

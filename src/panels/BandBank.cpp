@@ -4,6 +4,8 @@
 #include <cmath>
 #include <utility>
 
+#include "panels/BandCaptions.h"
+
 namespace vc {
 
 BandBank::BandBank(Panel& owner, BandTable edited)
@@ -60,11 +62,15 @@ void BandBank::BindButtons() {
 
 void BandBank::ShowCaptions() {
   for (int band = 0; band < BandCount; ++band) {
-    const std::string caption(BandCaption(panel.settings.bandwidthIndex, band));
+    const std::string caption = BandCaption(FrequencyOf(band));
     SliderText& shown = *bands.at(static_cast<std::size_t>(band));
     shown.field.slider.core.SetCaption(caption);
     shown.entry.text.core.SetCaption(caption);
   }
+}
+
+double BandBank::FrequencyOf(int band) const {
+  return BandFrequencies(panel.settings.bandwidthIndex)[static_cast<std::size_t>(band)];
 }
 
 double BandBank::PositionOf(int band) const {
@@ -115,12 +121,12 @@ void BandBank::SwitchIn() const {
   if (blockSwitch != nullptr && blockSwitch->core.Usable() && blockSwitch->Value() == 0) blockSwitch->Click();
 }
 
-BandHandles::BandHandles(Plot& plot, BandBank& bank, const std::function<double(int band)>& centre,
-                         const HandleAxis::Law& level, const HandleAxis::Law& position) {
+BandHandles::BandHandles(Plot& plot, BandBank& bank, const HandleAxis::Law& level,
+                         const HandleAxis::Law& position) {
   for (int band = 0; band < BandCount; ++band) {
     handles.push_back(
         std::make_unique<PlotHandle>(plot, "Band " + std::to_string(band + 1),
-                                     HandleAxis::Standing([centre, band] { return centre(band); }),
+                                     HandleAxis::Standing([&bank, band] { return bank.FrequencyOf(band); }),
                                      HandleAxis(&bank.SliderOf(band), level, position)));
   }
 }

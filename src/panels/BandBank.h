@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "panels/BandCaptions.h"
+#include "model/BandFrequencies.h"
 #include "panels/SliderText.h"
 #include "widgets/Plot.h"
 #include "widgets/PlotHandle.h"
@@ -45,6 +45,8 @@ struct BandBank {
   Button btnRecall{fraTogether, "btnRecall", "Recall..."};
 
   Slider& SliderOf(int band) { return bands.at(static_cast<std::size_t>(band))->field.slider; }
+  // In Hz, of band 0..19.
+  double FrequencyOf(int band) const;
 
  private:
   enum class Heard { AsItIs, SwitchedIn };
@@ -68,9 +70,8 @@ struct BandBank {
 
 // A point of a plot for each band, which stands at its frequency and moves it by its level.
 struct BandHandles {
-  // centre: of band 0..19 on the plot's x axis. level: of a position, on its y axis, and back.
-  BandHandles(Plot& plot, BandBank& bank, const std::function<double(int band)>& centre,
-              const HandleAxis::Law& level, const HandleAxis::Law& position);
+  // level: of a position, on the plot's y axis, and back; its x axis is in Hz.
+  BandHandles(Plot& plot, BandBank& bank, const HandleAxis::Law& level, const HandleAxis::Law& position);
 
   std::vector<std::unique_ptr<PlotHandle>> handles;
 };

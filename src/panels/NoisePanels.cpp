@@ -80,12 +80,6 @@ double PositionOfBand(const Panel& panel, double decibels) {
   return share == 0 ? 1.0 : 1 - (1 - std::pow(10, (decibels - GainDb(panel)) / 20)) / share;
 }
 
-// The middle of the six lines of the unit's spectrum that a band reduces, Hz.
-double CentreOfBand(const SystemSettings& settings, int band) {
-  constexpr double lines = 6, middle = 2.5, frame = 256;
-  return (lines * band + middle) * static_cast<double>(settings.sampleRate) / frame;
-}
-
 }  // namespace
 
 NoiseControls::NoiseControls(Panel& owner, std::int16_t kindOfStage)
@@ -126,8 +120,7 @@ CtlNoiseEq::CtlNoiseEq(const PanelContext& context)
       bank(panel, NoiseBands()),
       controls(panel, BroadbandKind::NoiseEq),
       bandHandles(
-          response.pltResponse, bank, [this](int band) { return CentreOfBand(panel.settings, band); },
-          [this](double position) { return LevelOfBand(panel, position); },
+          response.pltResponse, bank, [this](double position) { return LevelOfBand(panel, position); },
           [this](double decibels) { return PositionOfBand(panel, decibels); }) {
   response.pltResponse.SetNote(Note);
   panel.form.initialFocus = &bank.SliderOf(0).core;

@@ -43,8 +43,7 @@ struct GraphicPanel {
   Panel panel;
   Plot plot{panel.form, "plot", "Plot"};
   BandBank bank{panel, OfEqualizers()};
-  BandHandles handles{plot, bank, [](int band) { return 100.0 * band; },
-                      [](double position) { return position - Most; },
+  BandHandles handles{plot, bank, [](double position) { return position - Most; },
                       [](double level) { return level + Most; }};
 };
 

@@ -9,13 +9,18 @@
 #include "PanelRun.h"
 #include "link/Status.h"
 #include "model/BroadbandPresets.h"
+#include "model/FilterResponse.h"
 #include "model/Kinds.h"
 #include "widgets/PlotHandle.h"
+#include "widgets/PlotLayout.h"
 
 namespace vc {
 namespace {
 
+using testing::Contains;
+using testing::DoubleNear;
 using testing::Each;
+using testing::FloatNear;
 
 struct Noise : testing::Test, support::PanelRun {
   explicit Noise(std::int16_t mode = ConfigMode::Mono) : PanelRun(mode) {}
@@ -312,6 +317,34 @@ TEST_F(Noise, HandlesStandOnTheCurveAndDragAsOneStep) {
   EXPECT_EQ(Get("txtAtten"), "-12.0");
   master.SetDefault();
   EXPECT_EQ(record.filterAtten[7], 32767);
+}
+
+// At every bandwidth; a caption has two or three digits of its frequency.
+TEST_F(Noise, ABandActsWhereItsCaptionAndItsHandleSay) {
+  Open(BroadbandKind::NoiseEq);
+  const BlockKind block{BlockFamily::Broadband, 1, BroadbandKind::NoiseEq};
+  for (int bandwidth = 0; bandwidth < 6; ++bandwidth) {
+    Edit("bandwidthIndex", std::to_string(bandwidth));
+    const PlotScale scale(Picture().XAxis(), 0, 1e6);
+    const PlotLayout layout{{}, {0, 0, 1000001, 100}, scale, scale, {}, {}, {}, {}};
+    std::vector<double> said, stand;
+    for (int band = 0; band < 20; ++band) {
+      const std::string& caption = Band(band).core.Caption();
+      const bool kilo = caption.back() == 'K', tenths = caption.find('.') != std::string::npos;
+      said.push_back(std::stod(caption) * (kilo ? 1000 : 1));
+      stand.push_back(scale.ValueAt(Picture().handles[said.size() - 1]->Place(layout).x));
+      EXPECT_NEAR(stand.back(), said.back(), tenths ? 50 : kilo ? 500 : 0.5);
+      EXPECT_THAT(TellingFrequencies(record, block), Contains(DoubleNear(stand.back(), 0.01)));
+    }
+    for (std::size_t band = 0; band < said.size(); ++band) {
+      Bands() = {};
+      Bands()[band] = 1;
+      EXPECT_LT(FilterResponse(record, block, std::span(said).subspan(band, 1))[0], -6);
+      std::vector<float> levels = FilterResponse(record, block, stand);
+      EXPECT_LT(std::exchange(levels[band], 0.0F), -7) << said[band] << " Hz";
+      EXPECT_THAT(levels, Each(FloatNear(0, 0.2F))) << said[band] << " Hz";
+    }
+  }
 }
 
 TEST_F(Noise, TheBarIsTheStagesOwn) {

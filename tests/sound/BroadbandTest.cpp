@@ -43,12 +43,12 @@ Piece Record(double rate, double averaging, std::uint32_t mode = 0) {
 }
 const Piece OffRecord = RecordPiece(9999, 9999, {9999, 9999, 9999, 9999, 9999});
 
-void SetBands(Broadband& stage, unsigned first, unsigned end, float value) {
+void SetValues(Broadband& stage, unsigned first, unsigned end, float value) {
   for (unsigned piece = 0; piece < 11; ++piece) {
     Piece bytes{};
     for (unsigned i = 0; i < 12; ++i) {
-      const unsigned band = 12 * piece + i;
-      if (band >= first && band < end) Put(bytes, std::size_t{4} * i, value);
+      const unsigned index = 12 * piece + i;
+      if (index >= first && index < end) Put(bytes, std::size_t{4} * i, value);
     }
     stage.TakePiece(piece + 1, bytes);
   }
@@ -57,7 +57,7 @@ void SetBands(Broadband& stage, unsigned first, unsigned end, float value) {
 Broadband Reducer(double rate, const Piece& record) {
   Broadband stage(rate);
   stage.TakePiece(0, record);
-  SetBands(stage, 0, 128, 1);
+  SetValues(stage, 0, 128, 1);
   return stage;
 }
 
@@ -97,12 +97,14 @@ TEST(Broadband, PassesEverythingWithoutBandsOrAttenuation) {
 }
 
 // By how many dB a steady noise falls between two frequencies, once it is found.
-double Fall(Broadband& stage, double from, double to) {
+double Fall(Broadband& stage, double from, double to, double rate = Rate) {
+  constexpr int places = 150;
   const Sound noise = Noise(60000, 0.1, 2), out = Through(stage, noise);
   double before = 0, after = 0;
-  for (double frequency = from; frequency < to; frequency += 37) {
-    before += std::pow(AmplitudeAt(LastOf(noise, 30000), frequency, Rate), 2);
-    after += std::pow(AmplitudeAt(LastOf(out, 30000), frequency, Rate), 2);
+  for (int i = 0; i < places; ++i) {
+    const double frequency = from + (to - from) * i / places;
+    before += std::pow(AmplitudeAt(LastOf(noise, 30000), frequency, rate), 2);
+    after += std::pow(AmplitudeAt(LastOf(out, 30000), frequency, rate), 2);
   }
   return Decibels(std::sqrt(after / before));
 }
@@ -118,11 +120,31 @@ TEST(Broadband, ReducesTheNoiseWhereAndAsFarAsItIsAsked) {
   EXPECT_NEAR(Fall(half, 100, 5900), 0, 0.5);
 
   Broadband low = Reducer(Rate, Record(Rate, 0.97));
-  SetBands(low, 0, 60, 1);  // up to 2800 Hz
-  EXPECT_LT(Fall(low, 100, 2600), -18);
-  EXPECT_NEAR(Fall(low, 3000, 5900), 0, 0.1);
-  SetBands(low, 60, 128, 0.75F);
-  EXPECT_NEAR(Fall(low, 3000, 5900), -12, 1.5);
+  SetValues(low, 0, 75, 1);  // up to the middle of the band around 2133 Hz
+  EXPECT_LT(Fall(low, 100, 2060), -18);
+  EXPECT_NEAR(Fall(low, 2230, 5900), 0, 0.1);
+  SetValues(low, 75, 128, 0.75F);
+  EXPECT_NEAR(Fall(low, 2230, 5900), -12, 1.5);
+}
+
+TEST(Broadband, ReducesTheNoiseAroundTheCentreOfABand) {
+  struct Band {
+    double rate;
+    unsigned number;
+    double centre, below, above;  // Hz
+  };
+  for (const Band& band :
+       {Band{7200, 4, 360, 280, 440}, Band{7200, 9, 740, 680, 880}, Band{12000, 1, 200, 67, 333},
+        Band{14400, 16, 4400, 4000, 4960}, Band{36000, 19, 14800, 13600, 16000}}) {
+    Broadband stage(12000);
+    stage.TakePiece(0, Record(band.rate, 0.97));
+    SetValues(stage, 6 * band.number, 6 * band.number + 6, 1);
+    stage.Configure(band.rate);
+    const auto fall = [&](double hertz) { return Fall(stage, hertz - 10, hertz + 10, band.rate); };
+    EXPECT_LT(fall(band.centre), -12) << band.centre;
+    EXPECT_NEAR(fall(band.below), 0, 0.3) << band.centre;
+    EXPECT_NEAR(fall(band.above), 0, 0.3) << band.centre;
+  }
 }
 
 // The attenuation as the host has it for a reduction in dB.

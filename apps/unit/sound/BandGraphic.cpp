@@ -76,9 +76,19 @@ BandValues Solve(Matrix a, BandValues x) {
 
 BandValues BandCentres(double sampleRate) {
   constexpr double Rate = 18000.0;
+  // Those that do not follow the rate.
+  struct Centre {
+    double sampleRate;
+    std::size_t band;
+    double hertz;
+  };
+  constexpr Centre moved[] = {{7200, 9, 740}, {14400, 16, 4400}};
   BandValues centres{100,  300,  500,  700,  900,  1100, 1300, 1500, 1700, 1900,
                      2200, 2700, 3200, 3800, 4400, 5000, 5600, 6200, 6800, 7400};
   for (double& centre : centres) centre *= sampleRate / Rate;
+  for (const Centre& one : moved) {
+    if (one.sampleRate == sampleRate) centres[one.band] = one.hertz;
+  }
   return centres;
 }
 

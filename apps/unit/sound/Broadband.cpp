@@ -53,7 +53,8 @@ Broadband::Broadband(double rate)
     : forward(kiss_fftr_alloc(FrameSize, 0, nullptr, nullptr)),
       inverse(kiss_fftr_alloc(FrameSize, 1, nullptr, nullptr)),
       sampleRate(rate),
-      sent(UsualRecord(rate)) {
+      sent(UsualRecord(rate)),
+      valueOf(ValuesOfLines(rate)) {
   // The squares of four windows, 64 apart, add up to 2; the transforms to 256.
   for (std::size_t i = 0; i < FrameSize; ++i) {
     window[i] = static_cast<float>(std::sin(std::numbers::pi * static_cast<double>(i) / FrameSize));
@@ -64,20 +65,21 @@ Broadband::Broadband(double rate)
 
 void Broadband::Configure(double rate) {
   sampleRate = rate;
+  valueOf = ValuesOfLines(rate);
   UseRecord();
   Forget();
 }
 
 void Broadband::TakePiece(unsigned piece, std::span<const std::uint8_t> bytes) {
-  constexpr std::size_t bandsPerPiece = PieceSize / sizeof(float);
+  constexpr std::size_t valuesPerPiece = PieceSize / sizeof(float);
   if (piece >= PieceCount || bytes.size() < PieceSize) return;
   if (piece == 0) {
     TakeRecord(bytes);
     return;
   }
-  for (std::size_t i = 0; i < bandsPerPiece; ++i) {
+  for (std::size_t i = 0; i < valuesPerPiece; ++i) {
     const float value = Float(bytes, i * sizeof(float));
-    bands[(piece - 1) * bandsPerPiece + i] = std::isnan(value) ? 0.0F : std::clamp(value, 0.0F, 1.0F);
+    values[(piece - 1) * valuesPerPiece + i] = std::isnan(value) ? 0.0F : std::clamp(value, 0.0F, 1.0F);
   }
   sharesKnown = false;
 }
@@ -133,7 +135,7 @@ void Broadband::SetAttenuation(std::uint16_t word) {
 void Broadband::FindShares() {
   constexpr float reachable = 0.999F;  // no gain takes more of a noise
   for (std::size_t k = 0; k < Lines; ++k) {
-    const float asked = attenuation * bands[std::min(k, Lines - 2)];  // the last line has no band of its own
+    const float asked = attenuation * values[valueOf[k]];
     shares[k] = asked < reachable ? 0.0F : 1.0F;
     if (asked <= 0 || asked >= reachable) continue;
     if (!taken) taken = TakenOfNoise(FloorSettings(), GainSettings(), window, forward.get());

@@ -11,6 +11,7 @@
 
 #include <kissfft/kiss_fftr.h>
 
+#include "unit/sound/BroadbandGrid.h"
 #include "unit/sound/NoiseFloor.h"
 #include "unit/sound/NoiseGains.h"
 #include "unit/sound/NoiseTaken.h"
@@ -34,26 +35,25 @@ BroadbandRecord UsualRecord(double sampleRate);
 
 // A sound is cut into frames of 256 samples, 64 apart, under a root of a Hann window, and put together again.
 // A line of the spectrum keeps 1 - x (1 - G) of itself: G is the gain for the noise that was found
-// (NoiseGains). x is such that a steady noise falls to 1 - a v, with v the value of the line's band (0..1,
-// the reduction that the host asks for) and a the stage's attenuation; 1 where that is further than the gains
-// go. What leaves has the stage's gain.
+// (NoiseGains). x is such that a steady noise falls to 1 - a v, with v the value of the block that serves
+// the line (0..1, the reduction that the host asks for) and a the stage's attenuation; 1 where that is
+// further than the gains go. What leaves has the stage's gain.
 class Broadband {
  public:
   static constexpr std::size_t FrameSize = NoiseFrame::Size;
   static constexpr std::size_t Hop = NoiseFrame::Hop;
   static constexpr std::size_t LatencySamples = FrameSize;
-  static constexpr std::size_t PieceSize = 48;   // bytes
-  static constexpr unsigned PieceCount = 12;     // the record, then twelve bands a piece
-  static constexpr std::size_t BandCount = 132;  // of which the first 128 are lines of the spectrum
+  static constexpr std::size_t PieceSize = 48;  // bytes
+  static constexpr unsigned PieceCount = 12;    // the record, then twelve values a piece
   static constexpr std::uint16_t UnityGain = 16;
 
-  // No band is reduced before its piece comes.
+  // No line is reduced before its piece comes.
   explicit Broadband(double rate);
 
-  // rate in Hz. Record, bands and words stay; the noise is to be found anew.
+  // rate in Hz. Record, values and words stay; the noise is to be found anew.
   void Configure(double rate);
   // piece: 0..11; bytes: 48. A field of the record that is out of its range, as all are in the record that
-  // switches smoothing off, is as the usual record has it; a band is bounded to 0..1.
+  // switches smoothing off, is as the usual record has it; a value is bounded to 0..1.
   void TakePiece(unsigned piece, std::span<const std::uint8_t> bytes);
   // 0..32767: the part of the noise that is taken out, of 32768.
   void SetAttenuation(std::uint16_t word);
@@ -85,7 +85,8 @@ class Broadband {
   double sampleRate;
   BroadbandRecord sent;    // as it came
   BroadbandRecord record;  // with the usual fields in the place of those out of range
-  std::array<float, BandCount> bands{};
+  std::array<float, BroadbandValues> values{};
+  std::array<std::uint8_t, NoiseFloor::Lines> valueOf;  // by line
   float attenuation = 1, gain = 1;
   std::array<float, NoiseFloor::Lines> shares{};  // x
   bool sharesKnown = false;
