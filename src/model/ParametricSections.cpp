@@ -102,7 +102,7 @@ std::vector<std::vector<double>> PartsAt(const ParametricFilter& filter,
                                          std::span<const double> frequencies) {
   std::vector<std::vector<double>> parts;
   for (const ParametricSection& section : filter.sections) {
-    if (section.in) parts.push_back(GainsAt(section, frequencies));
+    if (section.in && section.gain != 0) parts.push_back(GainsAt(section, frequencies));
   }
   return parts;
 }

@@ -33,7 +33,7 @@ ParametricFilter DualParametricOf(const SystemSettings& settings, int equalizer)
 std::vector<double> GainsAt(const ParametricSection& section, std::span<const double> frequencies);
 std::vector<double> GainsAt(const ParametricFilter& filter, std::span<const double> frequencies);
 
-// The gains of each section that is in, alone.
+// The gains of each section that is in and does something, alone.
 std::vector<std::vector<double>> PartsAt(const ParametricFilter& filter, std::span<const double> frequencies);
 
 // The centres of the sections that are in, in cycles per sample.
