@@ -63,24 +63,6 @@ TEST(Bands, HaveAPointOnThePlotThatFollowsTheMouse) {
   EXPECT_EQ(HeardOf(knob), run.Get("txtGain(9)") + " dB");
   QTest::mouseDClick(&knob, Qt::LeftButton);
   EXPECT_EQ(run.Bands()[9], 0.0F);
-  run.Press("Ctrl+Z");
-  EXPECT_GT(run.Bands()[9], 0.0F);
-}
-
-TEST(Bands, AreLookedAfterByAWindowOverThem) {
-  NoiseWindow run;
-  run.Press("Ctrl+N");
-  run.Ready();
-  ASSERT_EQ(run.Top().name, "CtlNoiseParms");
-  ExpectAllFits(run.Window());
-  run.Write("txtMinimBufs", "40", Qt::Key_Tab);
-  run.Hit("btnActivate");
-  EXPECT_EQ(run.record.broadbandParms[1].span, 40);
-  run.Press("Ctrl+Z");
-  EXPECT_EQ(run.record.broadbandParms[1].span, 14);
-  EXPECT_EQ(run.Says("txtMinimBufs"), "14");
-  run.Press("Escape");
-  EXPECT_EQ(run.Top().name, "CtlNoiseEq");
 }
 
 }  // namespace

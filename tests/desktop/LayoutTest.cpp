@@ -93,6 +93,12 @@ TEST(Layout, EveryOtherWindowFitsASmallScreen) {
   }
   run.Press("Alt+D");
   expectRoom();
+  run.CloseTop();
+  run.session.panels.OpenBroadband(1);
+  run.Ready();
+  run.Press("Ctrl+N");
+  ASSERT_EQ(run.Top().name, "CtlNoiseParms");
+  expectRoom();
 }
 
 // How many lines of the way's ink leave a block at its right.
