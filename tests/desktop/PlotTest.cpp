@@ -183,6 +183,40 @@ TEST(PlotHandles, ADragIsDrawnAtEveryEventAndIsOneStep) {
   EXPECT_EQ(run.record.lpfCutoff[1], 1000);
 }
 
+TEST(PlotHandles, OfEveryFamilyAreDrawnAtEachOfFiftyEventsASecond) {
+  MasterWindow run;
+  run.record.combFreq[1] = 300;
+  run.record.combLimit[1] = 3000;
+  for (const auto& [kind, handle] :
+       {std::pair{vc::FilterKind::Comb, "Fundamental"}, std::pair{vc::FilterKind::Notch, "Notch"},
+        std::pair{vc::FilterKind::MultipleNotch, "Notch 1"},
+        std::pair{vc::FilterKind::TriParametric, "Substage 1 (Wide)"}}) {
+    SCOPED_TRACE(handle);
+    run.OpenFilter(1, kind);
+    run.Ready();
+    PaintCount count;
+    auto& view = run.At<PlotView>("pltResponse");
+    view.installEventFilter(&count);
+    auto& knob = run.At(std::string("pltResponse.") + handle);
+    int moved = 0;
+    QWindow* window = run.Window().windowHandle();
+    const QPoint from = knob.mapTo(&run.Window(), knob.rect().center());
+    QTest::mousePress(window, Qt::LeftButton, {}, from);
+    for (int i = 1; i <= 25; ++i) {
+      const int before = count.paints;
+      const auto shown = view.Model().Traces();
+      QTest::mouseMove(window, from + QPoint(i, 0));
+      QTest::qWait(20);
+      if (view.Model().Traces() == shown) continue;  // its steps may be wider than a pixel
+      ++moved;
+      EXPECT_GT(count.paints, before) << i;
+    }
+    EXPECT_GE(moved, 20);
+    QTest::mouseRelease(window, Qt::LeftButton, {}, from + QPoint(25, 0));
+    run.CloseTop();
+  }
+}
+
 TEST(PlotHandles, AreReachedByTabAndMovedByArrows) {
   MasterWindow run;
   run.record.lpfAtten[1] = 30;
