@@ -10,6 +10,7 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <variant>
 
 #include "model/Download.h"
@@ -36,8 +37,13 @@ struct EditOrigin {
 // A new value for an element. What a panel may set is its own matter: a number is held only to what the
 // element can hold.
 struct FieldEdit {
+  FieldEdit(const FieldRow* edited, int first, int second, double number)
+      : row(edited), i(first), j(second), value(number) {}
+  FieldEdit(const FieldRow* edited, int first, int second, std::string text)
+      : row(edited), i(first), j(second), value(std::move(text)) {}
+
   const FieldRow* row;
-  int i = 0, j = 0;
+  int i, j;
   std::variant<double, std::string> value;
 };
 

@@ -84,12 +84,12 @@ void BandBank::Add(std::vector<FieldEdit>& edits, int band, double position) con
   constexpr double fine = 1e6;
   const double rounded = std::round(position * fine) / fine;
   const double value = table.law.stored(std::clamp(rounded, table.range.lower, table.range.upper));
-  for (const int entry : table.entries(panel.settings)) edits.push_back({&table.row, entry, band, value});
+  for (const int entry : table.entries(panel.settings)) edits.emplace_back(&table.row, entry, band, value);
 }
 
 void BandBank::Move(int band, double value, const ControlCore& source) {
   std::vector<FieldEdit> edits;
-  for (const int entry : table.entries(panel.settings)) edits.push_back({&table.row, entry, band, value});
+  for (const int entry : table.entries(panel.settings)) edits.emplace_back(&table.row, entry, band, value);
   const bool linked = chkLinkSliders.Value();
   const double distance = table.law.position(value) - PositionOf(band);
   for (int other = 0; linked && other < BandCount; ++other) {

@@ -198,11 +198,11 @@ void MultiplePanel::Destroy() {
   const int stage = panel.settings.curFilter;
   std::vector<FieldEdit> edits;
   for (int number = 1; number <= Rows; ++number) {
-    edits.push_back({&kind.frequency, stage, number, 0.0});
-    edits.push_back({&kind.width, stage, number, LeastWidth});
+    edits.emplace_back(&kind.frequency, stage, number, 0.0);
+    edits.emplace_back(&kind.width, stage, number, LeastWidth);
   }
-  edits.push_back({&RowOf<&SystemSettings::filterDirty>(), stage, 0, -1.0});
-  edits.push_back({&RowOf<&SystemSettings::filterBuilt>(), stage, 0, -1.0});
+  edits.emplace_back(&RowOf<&SystemSettings::filterDirty>(), stage, 0, -1.0);
+  edits.emplace_back(&RowOf<&SystemSettings::filterBuilt>(), stage, 0, -1.0);
   panel.Edit(btnDestroy.core, "Destroy", edits, EditState::Finished);
   // With no unit the table has not gone out, and there is none: what connects later sends all tables.
   panel.context.edits.history.Amend([&] { panel.settings.filterBuilt[stage] = 0; });

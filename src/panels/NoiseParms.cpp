@@ -53,7 +53,7 @@ void ForEachFieldOf(std::string_view records, Visit visit) {
 void Add(std::vector<FieldEdit>& edits, std::string_view records, int i, const SystemSettings& wanted) {
   ForEachFieldOf(records, [&](const FieldRow& row) {
     for (int j = row.extent[1].first; j <= row.extent[1].last; ++j) {
-      edits.push_back({&row, i, j, NumberOf(wanted, row, i, j)});
+      edits.emplace_back(&row, i, j, NumberOf(wanted, row, i, j));
     }
   });
 }

@@ -57,7 +57,7 @@ std::vector<FieldEdit> EditsTo(const SystemSettings& read, const SystemSettings&
   HoldToRanges(*held, now, runs);
   std::vector<FieldEdit> edits;
   ForEachOfTables(runs, [&](const FieldRow& row, int i, int j) {
-    if (IsFitted(row) == fitted) edits.push_back({&row, i, j, NumberOf(*held, row, i, j)});
+    if (IsFitted(row) == fitted) edits.emplace_back(&row, i, j, NumberOf(*held, row, i, j));
   });
   return edits;
 }
