@@ -208,9 +208,9 @@ void Plot::DrawGrid(Surface& surface, const PlotLayout& layout) const {
 }
 
 void Plot::DrawTraces(Surface& surface, const PlotLayout& layout) const {
-  for (auto trace = traces.rbegin(); trace != traces.rend(); ++trace) {
-    if (!trace->values.empty()) DrawTrace(surface, *trace, xAxis, layout);
-  }
+  std::for_each(traces.rbegin(), traces.rend(), [&](const PlotTrace& trace) {
+    if (!trace.values.empty()) DrawTrace(surface, trace, xAxis, layout);
+  });
 }
 
 void Plot::DrawCursor(Surface& surface, const PlotLayout& layout) const {
