@@ -56,7 +56,7 @@ std::vector<double> GainsAt(const CombFilter& filter, std::span<const double> fr
   gains.reserve(frequencies.size());
   for (std::size_t i = 0; i < frequencies.size(); i++) {
     const double angle = -2 * std::numbers::pi * frequencies[i] * filter.period;
-    const std::complex<double> comb = filter.now + std::polar(filter.later, angle);
+    const std::complex<double> comb = filter.now + filter.later * std::polar(1.0, angle);
     gains.push_back(std::abs(filter.beyond + below[i] * (comb - filter.beyond)));
   }
   return gains;
