@@ -127,11 +127,6 @@ std::vector<float> FilterResponse(const SystemSettings& settings, const BlockKin
   return InDecibels(row->law(settings, block.number, InCycles(settings, frequencies)));
 }
 
-std::vector<float> TableResponse(const SystemSettings& settings, std::span<const float> table,
-                                 std::int16_t filterAtten, std::span<const double> frequencies) {
-  return InDecibels(TableGains(table, filterAtten, InCycles(settings, frequencies)));
-}
-
 std::vector<std::vector<float>> ResponseParts(const SystemSettings& settings, const BlockKind& block,
                                               std::span<const double> frequencies) {
   const ResponseRow* row = RowOf(block);

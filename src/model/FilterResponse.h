@@ -30,10 +30,6 @@ bool HasResponse(const BlockKind& block);
 std::vector<float> FilterResponse(const SystemSettings& settings, const BlockKind& block,
                                   std::span<const double> frequencies);
 
-// The same of a filter stage that works with a table which has been built, by TableGains.
-std::vector<float> TableResponse(const SystemSettings& settings, std::span<const float> table,
-                                 std::int16_t filterAtten, std::span<const double> frequencies);
-
 // Of what the whole is made, such as the sections of a parametric equalizer that are in, each as
 // FilterResponse; empty where it is made of nothing else.
 std::vector<std::vector<float>> ResponseParts(const SystemSettings& settings, const BlockKind& block,
