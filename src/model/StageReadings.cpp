@@ -10,13 +10,6 @@ namespace {
 
 constexpr int FirstBroadbandEntry = 6, FirstEqualizerEntry = 8;
 
-// Of two stages, one a side, that a linked pair takes together.
-StageEntries EntriesOfSide(std::int16_t configMode, int first, int number) {
-  if (IsLinked(configMode)) return {first, first + 1};
-  const int entry = first + number - 1;
-  return {entry, entry};
-}
-
 }  // namespace
 
 StageEntries EntriesOfFilter(std::int16_t configMode, int stage) {
@@ -26,21 +19,22 @@ StageEntries EntriesOfFilter(std::int16_t configMode, int stage) {
   return {entry, entry};
 }
 
-StageEntries EntriesOfEqualizer(std::int16_t configMode, int equalizer) {
-  return EntriesOfSide(configMode, FirstEqualizerEntry, equalizer);
+StageEntries EntriesOfEqualizer(int equalizer) {
+  const int entry = FirstEqualizerEntry + equalizer - 1;
+  return {entry, entry};
 }
 
 StageEntries EntriesOfBroadband(std::int16_t configMode, int number) {
-  return EntriesOfSide(configMode, FirstBroadbandEntry, number);
+  if (IsLinked(configMode)) return {FirstBroadbandEntry, FirstBroadbandEntry + 1};
+  const int entry = FirstBroadbandEntry + number - 1;
+  return {entry, entry};
 }
 
 StageEntries EntriesOfCurFilter(const SystemSettings& settings) {
   return EntriesOfFilter(settings.configMode, settings.curFilter);
 }
 
-StageEntries EntriesOfCurEq(const SystemSettings& settings) {
-  return EntriesOfEqualizer(settings.configMode, settings.curEq);
-}
+StageEntries EntriesOfCurEq(const SystemSettings& settings) { return EntriesOfEqualizer(settings.curEq); }
 
 StageEntries EntriesOfCurBroadband(const SystemSettings& settings) {
   return EntriesOfBroadband(settings.configMode, settings.curBroadband);

@@ -13,9 +13,10 @@ namespace vc {
 struct StageEntries {
   int left, right;
 };
-// Filter stage 1..6, by the layout of the chain; equalizer 1 or 2; broadband stage 1 or 2.
+// Filter stage 1..6 and broadband stage 1 or 2, by the layout of the chain; equalizer 1 or 2, which is read
+// alone in every layout.
 StageEntries EntriesOfFilter(std::int16_t configMode, int stage);
-StageEntries EntriesOfEqualizer(std::int16_t configMode, int equalizer);
+StageEntries EntriesOfEqualizer(int equalizer);
 StageEntries EntriesOfBroadband(std::int16_t configMode, int number);
 // Of the stage of each family that is edited.
 StageEntries EntriesOfCurFilter(const SystemSettings& settings);

@@ -19,11 +19,6 @@ constexpr double LeastLevel = 72, ZeroLevel = 192, LevelSteps = 2;  // half deci
 constexpr std::array Wide{"Substage 1 (Wide)", "Substage 2 (Wide)"};
 constexpr std::array WideMidWide{"Substage 1 (Wide)", "Substage 2 (Mid)", "Substage 3 (Wide)"};
 
-StageEntries OwnEntryOfCurEq(const SystemSettings& settings) {
-  const int entry = EntriesOfEqualizer(ConfigMode::StereoIndependent, settings.curEq).left;
-  return {entry, entry};
-}
-
 FieldElement EqualizerElement(const FieldRow& row, int substage) { return OfEqualizer(row, substage); }
 FieldElement FilterElement(const FieldRow& row, int substage) { return OfFilter(row, substage); }
 
@@ -168,7 +163,7 @@ const ParametricStage CtPar2Eq{"CtPar2Eq",
                                "Input Atten",
                                "btnEqActive",
                                EqualizerElement,
-                               OwnEntryOfCurEq,
+                               EntriesOfCurEq,
                                true,
                                RowOf<&SystemSettings::eqParCenter>(),
                                RowOf<&SystemSettings::eqParRatio>(),

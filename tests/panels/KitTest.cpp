@@ -119,7 +119,7 @@ TEST_F(Kit, LevelsComeFromTheStagesOwnEntries) {
        {Mode::StereoLinked, 1, EntriesOfCurBroadband, "1000/15"},
        {Mode::StereoIndependent, 2, EntriesOfCurBroadband, "1000/15"},
        {Mode::Mono, 1, EntriesOfCurEq, "77/0"},
-       {Mode::StereoLinked, 1, EntriesOfCurEq, "32767/0"}};
+       {Mode::StereoLinked, 1, EntriesOfCurEq, "77/0"}};
   for (const auto& [configMode, number, entriesOf, told] : rows) {
     run.record.configMode = configMode;
     run.record.curFilter = run.record.curEq = run.record.curBroadband = number;
