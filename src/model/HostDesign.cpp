@@ -23,12 +23,12 @@ float& At(Magnitudes& magnitudes, int bin) { return magnitudes[static_cast<std::
 
 // A spectral inverse has no upper end. Bounded far beyond what saturates every coefficient, yet low enough
 // that the sum over all bins stays finite.
-double Gain(float decibels) {
+double Gain(double decibels) {
   constexpr double highest = 1e30;
-  return Bounded(AmplitudeRatio(static_cast<double>(decibels)), 0.0, highest);
+  return Bounded(AmplitudeRatio(decibels), 0.0, highest);
 }
 
-float Removed(float decibels) { return static_cast<float>(1.0 - Gain(decibels)); }
+float Removed(float decibels) { return static_cast<float>(1.0 - Gain(static_cast<double>(decibels))); }
 
 Magnitudes HiResMagnitudes(const Curve& curve) {
   Magnitudes magnitudes(IfftCapacity, 1.0F);
@@ -92,6 +92,15 @@ std::optional<Magnitudes> StageMagnitudes(const SystemSettings& settings, int st
   }
 }
 
+// Of a drawn equalizer at a place in lines, in dB.
+double EdgeLevel(const Row<float, 0, 128>& curve, double place) {
+  constexpr int last = EdgeLines - 1;
+  const double held = std::min<double>(place, last);
+  const int line = std::min(static_cast<int>(held), last - 1);
+  const auto below = static_cast<double>(curve[line]), above = static_cast<double>(curve[line + 1]);
+  return below + (above - below) * (held - line);
+}
+
 void Transform(FilterTransform& transform, Magnitudes& magnitudes, double spectrumScale) {
   transform.CalculateIFFT(static_cast<std::int16_t>(spectrumScale), 1,
                           std::span<float, IfftCapacity>(magnitudes.data(), IfftCapacity));
@@ -117,9 +126,10 @@ std::vector<float> BuildCoefficients(FilterTransform& transform, const SystemSet
 
 std::vector<float> DesignEdgeFilter(FilterTransform& transform, const SystemSettings& settings,
                                     int equalizer) {
+  constexpr double linesPerBin = EdgeCurveScale / EqualizerSpectrumScale;
   Magnitudes buffer(IfftCapacity, 0.0F);
-  for (int i = 0; i < EdgeLines; i++) {
-    At(buffer, i) = static_cast<float>(Gain(settings.edgeCurve[equalizer][i]));
+  for (int bin = 0; bin < EdgeLines; bin++) {
+    At(buffer, bin) = static_cast<float>(Gain(EdgeLevel(settings.edgeCurve[equalizer], bin * linesPerBin)));
   }
   Transform(transform, buffer, EqualizerSpectrumScale);
   buffer.resize(EdgeFilterTaps);

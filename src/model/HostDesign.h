@@ -16,6 +16,10 @@ namespace vc {
 inline constexpr double FilterSpectrumScale = 1024.0;    // stages 1..8
 inline constexpr double EqualizerSpectrumScale = 246.0;  // stages 9 and 10
 
+// Lines a sample rate of the curve that is drawn for a "Spectral Graphic": they do not lie on the bins of its
+// transform. Those of the curves of a filter stage do.
+inline constexpr double EdgeCurveScale = 256.0;
+
 inline constexpr std::size_t FilterDesignTaps = 1024;
 inline constexpr std::size_t EdgeFilterTaps = 256;  // sent; the transform fills the first 246
 
@@ -36,7 +40,9 @@ std::vector<BinRange> ListedBins(const SystemSettings& settings, int stage, std:
 std::vector<float> BuildCoefficients(FilterTransform& transform, const SystemSettings& settings, int stage,
                                      std::int16_t kind, std::int16_t generalStageTaps);
 
-// The 256 coefficients of the "Spectral Graphic" of equalizer 1 or 2, like those of a filter stage.
+// The 256 coefficients of the "Spectral Graphic" of equalizer 1 or 2, like those of a filter stage. The gain
+// at a bin is that of the curve at its frequency, straight in dB between two lines, up to that of the last
+// bin (114) at the end of the curve; above it nothing passes.
 std::vector<float> DesignEdgeFilter(FilterTransform& transform, const SystemSettings& settings,
                                     int equalizer);
 
