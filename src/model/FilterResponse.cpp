@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include "model/BandFrequencies.h"
 #include "model/CombFilter.h"
@@ -37,6 +38,10 @@ Amplitudes BuiltOf(const SystemSettings& settings, int number, const Frequencies
   return BuiltGains(settings, number, Kind, frequencies);
 }
 
+Amplitudes EdgeOf(const SystemSettings& settings, int equalizer, const Frequencies& frequencies) {
+  return EdgeGains(settings, equalizer, frequencies);
+}
+
 std::vector<double> InHertz(const SystemSettings& settings, std::vector<double> frequencies) {
   for (double& frequency : frequencies) frequency *= static_cast<double>(settings.sampleRate);
   return frequencies;
@@ -45,6 +50,18 @@ std::vector<double> InHertz(const SystemSettings& settings, std::vector<double> 
 template <std::int16_t Kind>
 std::vector<double> RowsOf(const SystemSettings& settings, int number) {
   return InHertz(settings, TellingOfList(settings, number, Kind));
+}
+
+template <auto Curve, int LinesBefore>
+std::vector<double> TurnsOf(const SystemSettings& settings, int stage) {
+  std::vector<double> turns = SharpTurns(DrawnLines((settings.*Curve)[stage]), FilterSpectrumScale);
+  for (double& turn : turns) turn += LinesBefore / FilterSpectrumScale;
+  return InHertz(settings, std::move(turns));
+}
+
+std::vector<double> EdgeTurns(const SystemSettings& settings, int equalizer) {
+  const std::span<const float> lines(settings.edgeCurve[equalizer].items);
+  return InHertz(settings, SharpTurns(lines.first(EdgeLines), EdgeCurveScale));
 }
 
 template <auto FilterOf>
@@ -82,10 +99,15 @@ constexpr std::array responses{
     ResponseRow{BlockFamily::Filter, FilterKind::MultipleSlot, BuiltOf<FilterKind::MultipleSlot>, nullptr,
                 RowsOf<FilterKind::MultipleSlot>},
     ResponseRow{BlockFamily::Filter, FilterKind::Slot, GainsOf<SlotOf>, nullptr, TellingOf<SlotOf>},
+    ResponseRow{BlockFamily::Filter, FilterKind::SpectralInverse, BuiltOf<FilterKind::SpectralInverse>,
+                nullptr, TurnsOf<&SystemSettings::sifCurve, 1>},
+    ResponseRow{BlockFamily::Filter, FilterKind::HiResGraphic, BuiltOf<FilterKind::HiResGraphic>, nullptr,
+                TurnsOf<&SystemSettings::hiResCurve, 0>},
     ResponseRow{BlockFamily::Filter, FilterKind::TriParametric, GainsOf<TriParametricOf>,
                 PartsOf<TriParametricOf>, TellingOf<TriParametricOf>},
     ResponseRow{BlockFamily::Filter, FilterKind::InverseComb, GainsOf<InverseCombOf>, nullptr,
                 TellingOf<InverseCombOf>},
+    ResponseRow{BlockFamily::Equalizer, EqKind::SpectralGraphic, EdgeOf, nullptr, EdgeTurns},
     ResponseRow{BlockFamily::Equalizer, EqKind::DualParametric, GainsOf<DualParametricOf>,
                 PartsOf<DualParametricOf>, TellingOf<DualParametricOf>},
     ResponseRow{BlockFamily::Broadband, BroadbandKind::NoiseReducer, GainsOf<NoiseReducerOf>},
@@ -116,6 +138,11 @@ std::vector<float> InDecibels(const Amplitudes& amplitudes) {
   return decibels;
 }
 
+std::vector<double> WithinBand(const SystemSettings& settings, std::vector<double> hertz) {
+  std::erase_if(hertz, [&](double one) { return !(one >= 0 && one <= settings.bandwidthHz); });
+  return hertz;
+}
+
 }  // namespace
 
 bool HasResponse(const BlockKind& block) { return RowOf(block) != nullptr; }
@@ -125,6 +152,15 @@ std::vector<float> FilterResponse(const SystemSettings& settings, const BlockKin
   const ResponseRow* row = RowOf(block);
   if (row == nullptr) return {};
   return InDecibels(row->law(settings, block.number, InCycles(settings, frequencies)));
+}
+
+std::vector<float> CurveResponse(const SystemSettings& settings, DrawnCurve curve,
+                                 std::span<const double> frequencies) {
+  return InDecibels(CurveGains(settings, curve, InCycles(settings, frequencies)));
+}
+
+std::vector<double> CurveTurns(const SystemSettings& settings, DrawnCurve curve) {
+  return WithinBand(settings, InHertz(settings, SharpTurns(curve, FilterSpectrumScale)));
 }
 
 std::vector<std::vector<float>> ResponseParts(const SystemSettings& settings, const BlockKind& block,
@@ -141,9 +177,7 @@ std::vector<std::vector<float>> ResponseParts(const SystemSettings& settings, co
 std::vector<double> TellingFrequencies(const SystemSettings& settings, const BlockKind& block) {
   const ResponseRow* row = RowOf(block);
   if (row == nullptr || row->telling == nullptr) return {};
-  std::vector<double> telling = row->telling(settings, block.number);
-  std::erase_if(telling, [&](double hertz) { return !(hertz >= 0 && hertz <= settings.bandwidthHz); });
-  return telling;
+  return WithinBand(settings, row->telling(settings, block.number));
 }
 
 }  // namespace vc

@@ -5,6 +5,7 @@
 #include <span>
 #include <vector>
 
+#include "model/HostDesign.h"
 #include "model/SystemSettings.h"
 
 namespace vc {
@@ -38,5 +39,11 @@ std::vector<std::vector<float>> ResponseParts(const SystemSettings& settings, co
 // Frequencies in Hz that a picture of the response must not miss, in no order: the middle of what may be
 // narrower than the distance of two points. Within 0..bandwidthHz.
 std::vector<double> TellingFrequencies(const SystemSettings& settings, const BlockKind& block);
+
+// As FilterResponse and TellingFrequencies, of a curve that is drawn for no block of its own, as the
+// coefficients that a filter stage would get of it: line i stands at i sampleRate / 1024.
+std::vector<float> CurveResponse(const SystemSettings& settings, DrawnCurve curve,
+                                 std::span<const double> frequencies);
+std::vector<double> CurveTurns(const SystemSettings& settings, DrawnCurve curve);
 
 }  // namespace vc

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "model/Kinds.h"
 #include "model/modNumerical.h"
@@ -11,12 +12,9 @@
 namespace vc {
 namespace {
 
-using Curve = Row<float, 0, 512>;  // dB
 using List = Row<std::int16_t, 1, 16>;
 using Magnitudes = std::vector<float>;  // IfftCapacity entries, bin k first
 
-constexpr int CurveLines = 460;
-constexpr int EdgeLines = 115;
 constexpr int HighestBin = static_cast<int>(IfftCapacity) - 1;
 
 float& At(Magnitudes& magnitudes, int bin) { return magnitudes[static_cast<std::size_t>(bin)]; }
@@ -30,16 +28,16 @@ double Gain(double decibels) {
 
 float Removed(float decibels) { return static_cast<float>(1.0 - Gain(static_cast<double>(decibels))); }
 
-Magnitudes HiResMagnitudes(const Curve& curve) {
+// The lines are bins, from `first` on; above them nothing is left.
+Magnitudes CurveMagnitudes(DrawnCurve curve, std::size_t first) {
   Magnitudes magnitudes(IfftCapacity, 1.0F);
-  for (int i = 0; i < CurveLines; i++) At(magnitudes, i) = Removed(curve[i]);
+  std::ranges::transform(curve, magnitudes.begin() + static_cast<std::ptrdiff_t>(first), Removed);
   return magnitudes;
 }
 
 // Line i of a measured spectrum is bin i + 1.
-Magnitudes SpectralInverseMagnitudes(const Curve& curve) {
-  Magnitudes magnitudes(IfftCapacity, 1.0F);
-  for (int i = 0; i < CurveLines; i++) At(magnitudes, i + 1) = Removed(curve[i]);
+Magnitudes SpectralInverseMagnitudes(DrawnCurve curve) {
+  Magnitudes magnitudes = CurveMagnitudes(curve, 1);
   At(magnitudes, 0) = At(magnitudes, 1);
   return magnitudes;
 }
@@ -84,9 +82,9 @@ std::optional<Magnitudes> StageMagnitudes(const SystemSettings& settings, int st
     case FilterKind::MultipleSlot:
       return SlotMagnitudes(ListedBins(settings, stage, kind));
     case FilterKind::SpectralInverse:
-      return SpectralInverseMagnitudes(settings.sifCurve[stage]);
+      return SpectralInverseMagnitudes(DrawnLines(settings.sifCurve[stage]));
     case FilterKind::HiResGraphic:
-      return HiResMagnitudes(settings.hiResCurve[stage]);
+      return CurveMagnitudes(DrawnLines(settings.hiResCurve[stage]), 0);
     default:
       return std::nullopt;
   }
@@ -94,7 +92,7 @@ std::optional<Magnitudes> StageMagnitudes(const SystemSettings& settings, int st
 
 // Of a drawn equalizer at a place in lines, in dB.
 double EdgeLevel(const Row<float, 0, 128>& curve, double place) {
-  constexpr int last = EdgeLines - 1;
+  constexpr int last = static_cast<int>(EdgeLines) - 1;
   const double held = std::min<double>(place, last);
   const int line = std::min(static_cast<int>(held), last - 1);
   const auto below = static_cast<double>(curve[line]), above = static_cast<double>(curve[line + 1]);
@@ -104,6 +102,13 @@ double EdgeLevel(const Row<float, 0, 128>& curve, double place) {
 void Transform(FilterTransform& transform, Magnitudes& magnitudes, double spectrumScale) {
   transform.CalculateIFFT(static_cast<std::int16_t>(spectrumScale), 1,
                           std::span<float, IfftCapacity>(magnitudes.data(), IfftCapacity));
+}
+
+std::vector<float> StageTaps(FilterTransform& transform, Magnitudes magnitudes, std::int16_t number) {
+  Transform(transform, magnitudes, FilterSpectrumScale);
+  const int taps = std::clamp<int>(number, 0, FilterDesignTaps);
+  const auto first = magnitudes.begin() + (static_cast<int>(FilterDesignTaps) - taps) / 2;
+  return {first, first + taps};
 }
 
 }  // namespace
@@ -116,19 +121,20 @@ std::vector<BinRange> ListedBins(const SystemSettings& settings, int stage, std:
 
 std::vector<float> BuildCoefficients(FilterTransform& transform, const SystemSettings& settings, int stage,
                                      std::int16_t kind, std::int16_t generalStageTaps) {
-  std::optional<Magnitudes> buffer = StageMagnitudes(settings, stage, kind);
-  if (!buffer) return {};
-  Transform(transform, *buffer, FilterSpectrumScale);
-  const int taps = std::clamp<int>(generalStageTaps, 0, FilterDesignTaps);
-  const auto first = buffer->begin() + (static_cast<int>(FilterDesignTaps) - taps) / 2;
-  return {first, first + taps};
+  std::optional<Magnitudes> magnitudes = StageMagnitudes(settings, stage, kind);
+  if (!magnitudes) return {};
+  return StageTaps(transform, std::move(*magnitudes), generalStageTaps);
+}
+
+std::vector<float> DesignCurve(FilterTransform& transform, DrawnCurve curve, std::int16_t generalStageTaps) {
+  return StageTaps(transform, CurveMagnitudes(curve, 0), generalStageTaps);
 }
 
 std::vector<float> DesignEdgeFilter(FilterTransform& transform, const SystemSettings& settings,
                                     int equalizer) {
   constexpr double linesPerBin = EdgeCurveScale / EqualizerSpectrumScale;
   Magnitudes buffer(IfftCapacity, 0.0F);
-  for (int bin = 0; bin < EdgeLines; bin++) {
+  for (int bin = 0; bin < static_cast<int>(EdgeLines); bin++) {
     At(buffer, bin) = static_cast<float>(Gain(EdgeLevel(settings.edgeCurve[equalizer], bin * linesPerBin)));
   }
   Transform(transform, buffer, EqualizerSpectrumScale);

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "link/FilterTransform.h"
@@ -19,6 +20,14 @@ inline constexpr double EqualizerSpectrumScale = 246.0;  // stages 9 and 10
 // Lines a sample rate of the curve that is drawn for a "Spectral Graphic": they do not lie on the bins of its
 // transform. Those of the curves of a filter stage do.
 inline constexpr double EdgeCurveScale = 256.0;
+inline constexpr std::size_t CurveLines = 460;
+inline constexpr std::size_t EdgeLines = 115;
+
+// What is left at each line, in dB. The record's curves have more than that, which nothing is designed from.
+using DrawnCurve = std::span<const float, CurveLines>;
+inline DrawnCurve DrawnLines(const Row<float, 0, 512>& curve) {
+  return std::span<const float>(curve.items).first<CurveLines>();
+}
 
 inline constexpr std::size_t FilterDesignTaps = 1024;
 inline constexpr std::size_t EdgeFilterTaps = 256;  // sent; the transform fills the first 246
@@ -39,6 +48,9 @@ std::vector<BinRange> ListedBins(const SystemSettings& settings, int stage, std:
 // runs with the left's.
 std::vector<float> BuildCoefficients(FilterTransform& transform, const SystemSettings& settings, int stage,
                                      std::int16_t kind, std::int16_t generalStageTaps);
+
+// Likewise of any curve, as filter kind 12 has them of its own.
+std::vector<float> DesignCurve(FilterTransform& transform, DrawnCurve curve, std::int16_t generalStageTaps);
 
 // The 256 coefficients of the "Spectral Graphic" of equalizer 1 or 2, like those of a filter stage. The gain
 // at a bin is that of the curve at its frequency, straight in dB between two lines, up to that of the last

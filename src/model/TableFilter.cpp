@@ -7,11 +7,14 @@
 
 #include "model/CoefficientPacking.h"
 #include "model/HostDesign.h"
+#include "model/KindLaws.h"
 #include "model/Kinds.h"
 #include "model/SymmetricTaps.h"
 
 namespace vc {
 namespace {
+
+constexpr double OutputGainUnity = 16;
 
 // What a tap so many samples before the middle has more than the one as many behind it.
 struct Uneven {
@@ -40,21 +43,27 @@ TableHalves HalvesOf(std::span<const float> table) {
   return halves;
 }
 
-}  // namespace
-
-std::vector<double> TableGains(std::span<const float> table, std::int16_t filterAtten,
-                               std::span<const double> frequencies) {
+// Of direct + passed h, h being the table.
+std::vector<double> GainsWith(std::span<const float> table, double direct, double passed,
+                              std::span<const double> frequencies) {
   const TableHalves halves = HalvesOf(table);
-  const double subtracted = std::max<std::int16_t>(filterAtten, 0) / static_cast<double>(FullEffect);
   std::vector<double> gains = AmplitudesAt(halves.even, frequencies);
   for (std::size_t i = 0; i < gains.size(); i++) {
     double aside = 0;
     for (const Uneven& tap : halves.uneven) {
       aside += tap.difference * std::sin(2 * std::numbers::pi * frequencies[i] * tap.samples);
     }
-    gains[i] = std::hypot(1 - subtracted * gains[i], subtracted * aside);
+    gains[i] = std::hypot(direct + passed * gains[i], passed * aside);
   }
   return gains;
+}
+
+}  // namespace
+
+std::vector<double> TableGains(std::span<const float> table, std::int16_t filterAtten,
+                               std::span<const double> frequencies) {
+  const double subtracted = std::max<std::int16_t>(filterAtten, 0) / static_cast<double>(FullEffect);
+  return GainsWith(table, 1, -subtracted, frequencies);
 }
 
 std::vector<double> BuiltGains(const SystemSettings& settings, int stage, std::int16_t kind,
@@ -62,7 +71,28 @@ std::vector<double> BuiltGains(const SystemSettings& settings, int stage, std::i
   FilterTransform transform;
   const std::vector<float> table =
       BuildCoefficients(transform, settings, stage, kind, settings.generalStageTaps);
-  return TableGains(table, settings.filterAtten[stage], frequencies);
+  const KindLaw& law = FilterLaw(kind);
+  const std::int16_t atten = law.masterAtten ? settings.filterAtten[stage] : law.plainAtten;
+  std::vector<double> gains = TableGains(table, atten, frequencies);
+  if (!law.outputGain) return gains;
+  const double gain = std::max<std::int16_t>(settings.filterGain[stage], 0) / OutputGainUnity;
+  for (double& one : gains) one *= gain;
+  return gains;
+}
+
+std::vector<double> CurveGains(const SystemSettings& settings, DrawnCurve curve,
+                               std::span<const double> frequencies) {
+  FilterTransform transform;
+  return TableGains(DesignCurve(transform, curve, settings.generalStageTaps), FullEffect, frequencies);
+}
+
+// The transform fills fewer taps than are sent, which are symmetric about their own middle.
+std::vector<double> EdgeGains(const SystemSettings& settings, int equalizer,
+                              std::span<const double> frequencies) {
+  constexpr auto designed = static_cast<std::size_t>(EqualizerSpectrumScale);
+  FilterTransform transform;
+  const std::vector<float> table = DesignEdgeFilter(transform, settings, equalizer);
+  return GainsWith(std::span(table).first(designed), 0, 1, frequencies);
 }
 
 std::vector<double> TellingOfList(const SystemSettings& settings, int stage, std::int16_t kind) {
@@ -74,6 +104,17 @@ std::vector<double> TellingOfList(const SystemSettings& settings, int stage, std
     }
   }
   return telling;
+}
+
+std::vector<double> SharpTurns(std::span<const float> lines, double linesPerRate) {
+  constexpr float sharp = 3;  // dB, from one step to the next
+  std::vector<double> turns;
+  for (std::size_t i = 1; i + 1 < lines.size(); i++) {
+    const float before = lines[i] - lines[i - 1], behind = lines[i + 1] - lines[i];
+    const bool extreme = std::min(before, behind) <= 0 && std::max(before, behind) >= 0;
+    if (extreme && std::abs(behind - before) > sharp) turns.push_back(static_cast<double>(i) / linesPerRate);
+  }
+  return turns;
 }
 
 }  // namespace vc

@@ -166,7 +166,7 @@ TEST(FilterResponse, TakesEdgesAtTheEndsForNoEdge) {
 TEST(FilterResponse, IsEmptyWithoutALawOrPoints) {
   const SystemSettings s = At({Highpass, 0, 1500, 100, 60});
   for (const std::int16_t kind :
-       {FilterKind::OneChAdaptive, FilterKind::HiResGraphic, FilterKind::Compressor}) {
+       {FilterKind::OneChAdaptive, FilterKind::RefCanceller, FilterKind::Compressor}) {
     EXPECT_THAT(ResponseOf(s, kind, 10), testing::IsEmpty());
   }
   for (const std::int16_t kind : {std::int16_t{-1}, std::int16_t{17}}) {
@@ -238,7 +238,8 @@ TEST(FilterResponse, OfEveryKindIsFiniteForAnyRecord) {
     scatter(s.combFreq, s.combLimit, s.combDepth, s.combHarmonic, s.notchFreq, s.notchWidth, s.notchAtten,
             s.slotFreq, s.slotWidth, s.slotAtten, s.mnotchFreq, s.mnotchWidth, s.mslotFreq, s.mslotWidth,
             s.filterAtten, s.filterGain, s.parCenter, s.parRatio, s.parBoost, s.parLevel, s.eqParCenter,
-            s.eqParRatio, s.eqParBoost, s.noiseEqVals, s.maxFilterSize, s.generalStageTaps);
+            s.eqParRatio, s.eqParBoost, s.noiseEqVals, s.maxFilterSize, s.generalStageTaps, s.hiResCurve,
+            s.sifCurve, s.edgeCurve);
     if (round % 2 == 0) Scatter(s.sampleRate, random);
     for (const auto& [family, kinds] :
          {std::pair{BlockFamily::Filter, 17}, {BlockFamily::Equalizer, 4}, {BlockFamily::Broadband, 2}}) {

@@ -32,6 +32,8 @@ TEST_F(MasterBlocks, NumbersAndPictureFollowAPanelAtOnce) {
   EXPECT_EQ(Keys(1), "1500 Hz, -10 dB");
   CloseTop();
   EXPECT_EQ(Set("cmbFilter(1)", "Hi-Res Graphic"), "");
+  EXPECT_TRUE(chain.Filter(1).response.core.Visible());
+  EXPECT_EQ(Set("cmbFilter(1)", "1-Ch Adaptive"), "");
   EXPECT_FALSE(chain.Filter(1).response.core.Visible());
   EXPECT_NE(Keys(1), "");
   Edit("agcGain", "2");

@@ -41,7 +41,20 @@ struct Shape {
   std::optional<double> bottom = {};  // none where it is what the transform makes of it
   double top = 0;
   std::vector<Point> points = {};
+  void (*draw)(vc::SystemSettings& record, int number) = nullptr;
 };
+
+// Waves, and a line alone that is far below its neighbours.
+float Drawn(int line, int lines) {
+  if (line == lines * 2 / 3) return -60;
+  return static_cast<float>(-12 + 8 * std::sin(line * 25.0 / lines) - (line % 7 == 0 ? 2 : 0));
+}
+constexpr int CurveLines = 460, EdgeLines = 115;
+
+template <auto Curve, int Lines>
+void Draw(vc::SystemSettings& record, int number) {
+  for (int line = 0; line < Lines; ++line) (record.*Curve)[number][line] = Drawn(line, Lines);
+}
 
 const std::vector<Shape> FilterShapes{
     {FilterKind::Lowpass, "lpfCutoff 1000 lpfTransSlope 120 lpfAtten 40", -40, 0, {{1000, 0, -5.93}}},
@@ -89,8 +102,26 @@ const std::vector<Shape> FilterShapes{
      "parRatio:2 3 parBoost:2 -60 parActive:3 0 parLevel 172",
      -70, -1},
     {FilterKind::TriParametric, "parActive:2 0 parLevel 192", -40, 9, {{0, .05, -40}, {0, .15, 9}}},
+    {FilterKind::HiResGraphic,
+     "hiResCurve -12.5",
+     {},
+     0,
+     {{0, 100 / 1024.0, Drawn(100, CurveLines)}, {0, 403 / 1024.0, Drawn(403, CurveLines)}},
+     Draw<&vc::SystemSettings::hiResCurve, CurveLines>},
+    {FilterKind::SpectralInverse,
+     "sifCurve -12.5 filterAtten 32767 filterGain 32",
+     {},
+     0,
+     {{0, 101 / 1024.0, Drawn(100, CurveLines) + 6.02}},
+     Draw<&vc::SystemSettings::sifCurve, CurveLines>},
 };
 const std::vector<Shape> EqualizerShapes{
+    {EqKind::SpectralGraphic,
+     "edgeCurve -12.5",
+     {},
+     0,
+     {{0, 12 / 256.0, Drawn(12, EdgeLines)}, {0, 109 / 256.0, Drawn(109, EdgeLines)}},
+     Draw<&vc::SystemSettings::edgeCurve, EdgeLines>},
     {EqKind::DualParametric,
      "eqParCenter:0 0.3 eqParRatio:0 1 eqParBoost:0 -25 eqParCenter:1 0.01 eqParRatio:1 4 eqParBoost:1 16 "
      "eqParActive:2 0 eqParActive:3 0",
@@ -115,11 +146,13 @@ int Set(SoundRun& run, BlockFamily family, const Shape& shape, const Place& plac
   run.Edit("filterActive", filter ? "1" : "0", stage);
   run.Edit("eqActive", filter ? "0" : "1", place.side);
   run.Edit(filter ? "filterType" : "eqType", std::to_string(shape.kind), number);
+  if (shape.draw != nullptr) shape.draw(run.record, number);
   std::istringstream edits(shape.edits);
   for (std::string field, value; edits >> field >> value;) {
     const std::size_t colon = field.find(':');
     const int element = colon == std::string::npos ? 0 : std::stoi(field.substr(colon + 1));
-    run.Edit(field.substr(0, colon), value, filter ? number : number + 8, element);
+    const bool bySide = filter || field == "edgeCurve";
+    run.Edit(field.substr(0, colon), value, bySide ? number : number + 8, element);
   }
   if (filter) run.record.filterBuilt[number] = -1;  // as the button sets it
   run.Take();
