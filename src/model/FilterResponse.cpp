@@ -6,6 +6,7 @@
 #include <cmath>
 #include <utility>
 
+#include "model/BandFilter.h"
 #include "model/BandFrequencies.h"
 #include "model/CombFilter.h"
 #include "model/CutOffFilter.h"
@@ -74,7 +75,7 @@ std::vector<Amplitudes> PartsOf(const SystemSettings& settings, int number, cons
   return PartsAt(FilterOf(settings, number), frequencies);
 }
 
-std::vector<double> NoiseCentres(const SystemSettings& settings, int /*stage*/) {
+std::vector<double> BandCentres(const SystemSettings& settings, int /*stage*/) {
   const auto bands = BandFrequencies(settings.bandwidthIndex);
   return {bands.begin(), bands.end()};
 }
@@ -103,15 +104,18 @@ constexpr std::array responses{
                 nullptr, TurnsOf<&SystemSettings::sifCurve, 1>},
     ResponseRow{BlockFamily::Filter, FilterKind::HiResGraphic, BuiltOf<FilterKind::HiResGraphic>, nullptr,
                 TurnsOf<&SystemSettings::hiResCurve, 0>},
+    ResponseRow{BlockFamily::Filter, FilterKind::BandGraphic, GainsOf<GraphicFilterOf>, nullptr, BandCentres},
     ResponseRow{BlockFamily::Filter, FilterKind::TriParametric, GainsOf<TriParametricOf>,
                 PartsOf<TriParametricOf>, TellingOf<TriParametricOf>},
     ResponseRow{BlockFamily::Filter, FilterKind::InverseComb, GainsOf<InverseCombOf>, nullptr,
                 TellingOf<InverseCombOf>},
+    ResponseRow{BlockFamily::Equalizer, EqKind::BandGraphic, GainsOf<GraphicEqualizerOf>, nullptr,
+                BandCentres},
     ResponseRow{BlockFamily::Equalizer, EqKind::SpectralGraphic, EdgeOf, nullptr, EdgeTurns},
     ResponseRow{BlockFamily::Equalizer, EqKind::DualParametric, GainsOf<DualParametricOf>,
                 PartsOf<DualParametricOf>, TellingOf<DualParametricOf>},
     ResponseRow{BlockFamily::Broadband, BroadbandKind::NoiseReducer, GainsOf<NoiseReducerOf>},
-    ResponseRow{BlockFamily::Broadband, BroadbandKind::NoiseEq, GainsOf<NoiseEqOf>, nullptr, NoiseCentres},
+    ResponseRow{BlockFamily::Broadband, BroadbandKind::NoiseEq, GainsOf<NoiseEqOf>, nullptr, BandCentres},
 };
 
 const ResponseRow* RowOf(const BlockKind& block) {

@@ -16,10 +16,6 @@ constexpr double GainUnity = 4096;
 constexpr double LevelUnity = 32767;
 constexpr std::size_t WordsPerSection = 7;
 
-std::uint16_t WordAt(const StageBlock& block, std::size_t word) {
-  return static_cast<std::uint16_t>(block[2 * word] | block[2 * word + 1] << 8);
-}
-
 double Signed(std::uint16_t word) { return static_cast<std::int16_t>(word); }
 
 double Coefficient(std::uint16_t low, std::uint16_t high) {
@@ -39,7 +35,7 @@ bool IsStable(const ParametricSection& section) {
 }
 
 ParametricSection SectionAt(const StageBlock& block, std::size_t first) {
-  const auto word = [&](std::size_t number) { return WordAt(block, first + number); };
+  const auto word = [&](std::size_t number) { return BlockWord(block, first + number); };
   ParametricSection section{.feedback1 = 2 * Coefficient(word(3), word(4)),  // sent as half
                             .feedback2 = Coefficient(word(1), word(2)),
                             .gain = Signed(word(6)) / GainUnity};
@@ -64,7 +60,7 @@ ParametricFilter FilterOf(const KindLaw& law, const SystemSettings& settings, in
   RegisterImage image;
   law.fillBlock(image, settings, entry, anywhere);
   const StageBlock& block = image.stageBlock[anywhere];
-  ParametricFilter filter{.level = WordAt(block, 0) / LevelUnity, .sections = {}};
+  ParametricFilter filter{.level = BlockWord(block, 0) / LevelUnity, .sections = {}};
   for (std::size_t j = 0; j < filter.sections.size(); j++) {
     filter.sections[j] = SectionAt(block, 1 + WordsPerSection * j);
     filter.sections[j].in = active[static_cast<int>(j)] != 0;

@@ -10,6 +10,10 @@ namespace vc {
 
 // Words in a block are 16 bits, low byte first; what a block does not use is 0.
 using StageBlock = std::array<std::uint8_t, 96>;
+// Word number `word` (0..47).
+inline std::uint16_t BlockWord(const StageBlock& block, std::size_t word) {
+  return static_cast<std::uint16_t>(block[2 * word] | block[2 * word + 1] << 8);
+}
 
 inline constexpr std::size_t GraphicBands = 20;
 inline constexpr std::size_t ParametricSubstages = 4;

@@ -239,7 +239,7 @@ TEST(FilterResponse, OfEveryKindIsFiniteForAnyRecord) {
             s.slotFreq, s.slotWidth, s.slotAtten, s.mnotchFreq, s.mnotchWidth, s.mslotFreq, s.mslotWidth,
             s.filterAtten, s.filterGain, s.parCenter, s.parRatio, s.parBoost, s.parLevel, s.eqParCenter,
             s.eqParRatio, s.eqParBoost, s.noiseEqVals, s.maxFilterSize, s.generalStageTaps, s.hiResCurve,
-            s.sifCurve, s.edgeCurve);
+            s.sifCurve, s.edgeCurve, s.bandGain, s.eqBandGain, s.bandwidthIndex);
     if (round % 2 == 0) Scatter(s.sampleRate, random);
     for (const auto& [family, kinds] :
          {std::pair{BlockFamily::Filter, 17}, {BlockFamily::Equalizer, 4}, {BlockFamily::Broadband, 2}}) {

@@ -15,6 +15,7 @@
 
 #include "EvenFrequencies.h"
 #include "SoundRun.h"
+#include "model/BandFrequencies.h"
 #include "model/FilterResponse.h"
 #include "model/Kinds.h"
 
@@ -50,6 +51,16 @@ float Drawn(int line, int lines) {
   return static_cast<float>(-12 + 8 * std::sin(line * 25.0 / lines) - (line % 7 == 0 ? 2 : 0));
 }
 constexpr int CurveLines = 460, EdgeLines = 115;
+
+// The edits of twenty bands.
+std::string Bands(const std::string& field, int (*attenuation)(int band)) {
+  std::string edits;
+  for (int band = 0; band < vc::BandCount; ++band) {
+    edits += field + ":" + std::to_string(band) + " " + std::to_string(attenuation(band)) + " ";
+  }
+  return edits;
+}
+int Scattered(int band) { return band * 27 % 41; }
 
 template <auto Curve, int Lines>
 void Draw(vc::SystemSettings& record, int number) {
@@ -102,6 +113,7 @@ const std::vector<Shape> FilterShapes{
      "parRatio:2 3 parBoost:2 -60 parActive:3 0 parLevel 172",
      -70, -1},
     {FilterKind::TriParametric, "parActive:2 0 parLevel 192", -40, 9, {{0, .05, -40}, {0, .15, 9}}},
+    {FilterKind::BandGraphic, Bands("bandGain", Scattered)},
     {FilterKind::HiResGraphic,
      "hiResCurve -12.5",
      {},
@@ -116,6 +128,7 @@ const std::vector<Shape> FilterShapes{
      Draw<&vc::SystemSettings::sifCurve, CurveLines>},
 };
 const std::vector<Shape> EqualizerShapes{
+    {EqKind::BandGraphic, Bands("eqBandGain", Scattered)},
     {EqKind::SpectralGraphic,
      "edgeCurve -12.5",
      {},
@@ -200,6 +213,34 @@ TEST(Sound, EveryKindIsHeardAsItsPictureShowsIt) {
           SCOPED_TRACE(std::to_string(shape.kind) + " with " + shape.edits + ", bandwidth " + bandwidth +
                        ", mode " + std::to_string(place.configMode));
           ExpectHeardAsDrawn(run, family, shape, place);
+        }
+      }
+    }
+  }
+}
+
+TEST(Sound, EveryOfTwentyBandsIsHeardAsItIsSet) {
+  constexpr int (*settings[])(int) = {[](int) { return 40; },
+                                      Scattered,
+                                      [](int band) { return band == 0 || band == 7 ? 40 : 0; },
+                                      [](int band) { return band == 10 || band == 19 ? 40 : 0; },
+                                      [](int band) { return band == 9 ? 0 : 40; },
+                                      [](int band) { return band % 2 == 0 ? 40 : 0; },
+                                      [](int band) { return band % 2 == 1 ? 40 : 0; }};
+  const Place& place = Places[0];
+  for (int bandwidth = 0; bandwidth < 6; ++bandwidth) {
+    SoundRun run(place.configMode, std::to_string(bandwidth));
+    run.Edit("numFilters", "1");
+    for (const bool filter : {true, false}) {
+      for (const auto& setting : settings) {
+        const Shape shape{filter ? std::int16_t{FilterKind::BandGraphic} : std::int16_t{EqKind::BandGraphic},
+                          Bands(filter ? "bandGain" : "eqBandGain", setting)};
+        Set(run, filter ? BlockFamily::Filter : BlockFamily::Equalizer, shape, place);
+        const Signal response = Heard(run, place.heard);
+        for (int band = 0; band < vc::BandCount; ++band) {
+          const double hertz = vc::BandFrequencies(run.record.bandwidthIndex)[static_cast<std::size_t>(band)];
+          EXPECT_NEAR(GainAt(response, hertz, run.Rate()), -setting(band), 0.1)
+              << band << " of " << shape.edits << ", " << run.Rate();
         }
       }
     }

@@ -1,0 +1,34 @@
+// The law of the twenty-band graphic filters: from the words of a stage to the taps that the unit makes of
+// them.
+#pragma once
+
+#include <array>
+#include <span>
+#include <vector>
+
+#include "model/BandFrequencies.h"
+#include "model/SymmetricTaps.h"
+#include "model/SystemSettings.h"
+
+namespace vc {
+
+struct BandFilter {
+  std::array<int, BandCount> places{};    // BandPlaces
+  std::array<double, BandCount> gains{};  // asked for there, 0.0..1.0
+  int halfLength = 512;                   // n: the filter has 2n - 1 taps
+};
+
+// The filter of stage 1..6, and that of equalizer 1, 2, by the words that go to the unit. As many taps as a
+// stage holds at that bandwidth.
+BandFilter GraphicFilterOf(const SystemSettings& settings, int stage);
+BandFilter GraphicEqualizerOf(const SystemSettings& settings, int equalizer);
+
+// Half of the impulse response, n taps. Between two bands the gain goes straight from one to the other,
+// outside of them it stays; Kaiser's window for 50 dB rounds the bends, and the line is drawn so that the
+// gains come out right at the bands.
+HalfTaps BandTaps(const BandFilter& filter);
+
+// The gain at each frequency (cycles per sample), of either sign.
+std::vector<double> GainsAt(const BandFilter& filter, std::span<const double> frequencies);
+
+}  // namespace vc
