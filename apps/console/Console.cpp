@@ -63,14 +63,15 @@ std::string IndexText(const vc::FieldRow& row) {
 }  // namespace
 
 std::span<const Console::Command> Console::Commands() {
-  static constexpr std::array<Command, 17> table{{{"forms", "forms", &Console::ListForms},
+  static constexpr std::array<Command, 18> table{{{"forms", "forms", &Console::ListForms},
                                                   {"show", "show [FORM]", &Console::ShowForm},
                                                   {"get", "get CONTROL", &Console::GetControl},
                                                   {"set", "set CONTROL VALUE", &Console::SetControl},
                                                   {"type", "type CONTROL TEXT", &Console::TypeText},
                                                   {"enter", "enter CONTROL TEXT", &Console::EnterText},
                                                   {"click", "click CONTROL", &Console::Click},
-                                                  {"press", "press SLIDER KEY", &Console::Press},
+                                                  {"press", "press CONTROL KEY", &Console::Press},
+                                                  {"point", "point PLOT X Y", &Console::Point},
                                                   {"default", "default SLIDER", &Console::Default},
                                                   {"menu", "menu ENTRY", &Console::Menu},
                                                   {"key", "key COMBINATION", &Console::Key},
@@ -160,6 +161,8 @@ void Console::Click(const std::string& arguments) {
 }
 
 void Console::Press(const std::string& arguments) { Operate(arguments, vc::PressKey); }
+
+void Console::Point(const std::string& arguments) { Operate(arguments, vc::PointAt); }
 
 void Console::Default(const std::string& arguments) {
   Operate(arguments, [](const auto& control, const auto& /*rest*/) { return vc::SetToDefault(control); });

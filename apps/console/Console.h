@@ -39,6 +39,7 @@ class Console {
   void EnterText(const std::string& arguments);
   void Click(const std::string& arguments);
   void Press(const std::string& arguments);
+  void Point(const std::string& arguments);
   void Default(const std::string& arguments);
   void Menu(const std::string& arguments);
   void Key(const std::string& arguments);

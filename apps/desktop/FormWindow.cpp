@@ -67,6 +67,7 @@ FormWindow::~FormWindow() {
 void FormWindow::Join() {
   setWindowTitle(ToQt(form->Caption()));
   form->captionChanged = [this] { setWindowTitle(ToQt(form->Caption())); };
+  form->focusWanted = [this](const vc::ControlCore& core) { binder->Focus(core); };
   form->controlChanged = [this](const vc::ControlCore& core, std::string_view property) {
     if (isVisible()) {
       binder->Follow(core, property);
@@ -115,6 +116,7 @@ void FormWindow::Release() {
   if (form == nullptr) return;
   form->controlChanged = nullptr;
   form->captionChanged = nullptr;
+  form->focusWanted = nullptr;
   form = nullptr;
   binder->Release();
   FallSilent();

@@ -114,6 +114,7 @@ void PlotView::DrawCurves(QPainter& painter, const Pixels& pixels, const QRect& 
       QRect(layout.frame.left, layout.frame.top, layout.frame.width, layout.frame.height) & part;
   visible.frame = {frame.left(), frame.top(), frame.width(), frame.height()};
   model.DrawTraces(surface, visible);
+  if (!small) model.DrawRubber(surface, visible);
 }
 
 void PlotView::paintEvent(QPaintEvent* event) {
@@ -135,7 +136,7 @@ void PlotView::paintEvent(QPaintEvent* event) {
   }
   if (small) return;
   PainterSurface surface(painter, palette(), rect());
-  model.DrawCursor(surface, layout);
+  model.DrawMarks(surface, layout);
   if (!hasFocus()) return;
   const vc::Rectangle& frame = layout.frame;
   painter.setPen(palette().color(QPalette::Highlight));
@@ -148,6 +149,7 @@ void PlotView::PlaceHandles() {
 }
 
 void PlotView::PointAt(std::optional<double> column) {
+  if (model.cursorPlaced) return;
   if (column) column = layout.x.ValueAt(*column);
   if (column.has_value() == model.Cursor().has_value() && (!column || *column == *model.Cursor())) return;
   operate(model.core, [this, &column] { model.SetCursor(column); });
@@ -180,7 +182,8 @@ void PlotView::leaveEvent(QEvent* /*event*/) {
 }
 
 void PlotView::keyPressEvent(QKeyEvent* event) {
-  const std::string combination = CombinationOf(*event);
+  const bool enters = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  const std::string combination = enters ? "Enter" : CombinationOf(*event);
   bool known = false;
   if (model.keyPressed) operate(model.core, [&] { known = model.keyPressed(combination); });
   if (!known && !MoveCursor(combination)) QWidget::keyPressEvent(event);
@@ -188,6 +191,7 @@ void PlotView::keyPressEvent(QKeyEvent* event) {
 
 // By pixels, with Shift by ten and with Ctrl by a hundred of them, as an arrow moves a slider.
 bool PlotView::MoveCursor(const std::string& combination) {
+  if (model.cursorPlaced) return false;
   struct Stroke {
     const char* keys;
     int pixels;

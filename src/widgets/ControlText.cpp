@@ -55,7 +55,7 @@ std::string Value(const LevelBar& control) {
   return text;
 }
 std::string Value(const ProgressBar& control) { return control.Reading(); }
-std::string Value(const Plot& control) { return control.Summary(); }
+std::string Value(const Plot& control) { return control.Reading(); }
 std::string Value(const Picture& control) { return std::to_string(control.Image()); }
 std::string Value(const MenuEntry& control) {
   return control.checkable ? OnOff(control.Checked()) : std::string{};
@@ -204,9 +204,26 @@ std::string ClickControl(const AnyControl& control) {
 
 std::string PressKey(const AnyControl& control, const std::string& combination) {
   if (auto refusal = Refusal(control); !refusal.empty()) return refusal;
-  Slider* const* slider = std::get_if<Slider*>(&control);
-  if (slider == nullptr) return "it takes no keys";
-  return (*slider)->Press(combination) ? std::string{} : "a slider knows no such key";
+  if (Slider* const* slider = std::get_if<Slider*>(&control)) {
+    return (*slider)->Press(combination) ? std::string{} : "a slider knows no such key";
+  }
+  Plot* const* plot = std::get_if<Plot*>(&control);
+  if (plot == nullptr || !(*plot)->keyPressed) return "it takes no keys";
+  return (*plot)->keyPressed(combination) ? std::string{} : "it knows no such key now";
+}
+
+std::string PointAt(const AnyControl& control, const std::string& place) {
+  if (auto refusal = Refusal(control); !refusal.empty()) return refusal;
+  Plot* const* plot = std::get_if<Plot*>(&control);
+  if (plot == nullptr || !(*plot)->pointer) return "there is nothing to point at";
+  const auto blank = place.find(' ');
+  const auto x = ParseNumber(place.substr(0, blank));
+  const auto y = blank == std::string::npos ? std::nullopt : ParseNumber(place.substr(blank + 1));
+  if (!x || !y) return "say a place of its axes, x and y";
+  for (const PointerAction action : {PointerAction::Move, PointerAction::Press, PointerAction::Release}) {
+    (*plot)->pointer({action, *x, *y});
+  }
+  return {};
 }
 
 std::string SetToDefault(const AnyControl& control) {

@@ -22,8 +22,10 @@ std::string SetControl(const AnyControl& control, const std::string& value);
 std::string TypeInto(const AnyControl& control, const std::string& text, bool enter);
 // Press and release.
 std::string ClickControl(const AnyControl& control);
-// "Left", "Shift+Left", "PgUp", "Home", on a slider.
+// "Left", "Shift+Left", "PgUp", "Home", on a slider or on a plot that knows keys.
 std::string PressKey(const AnyControl& control, const std::string& combination);
+// The left button at a place of a plot's axes, "1000 -6.5": the pointer comes, presses and releases.
+std::string PointAt(const AnyControl& control, const std::string& place);
 // As a double click on a slider does.
 std::string SetToDefault(const AnyControl& control);
 

@@ -78,6 +78,10 @@ void Form::TakeTyped() {
   }
 }
 
+void Form::Focus(const ControlCore& control) const {
+  if (focusWanted) focusWanted(control);
+}
+
 void Form::Escape() {
   for (const AnyControl& control : controls) {
     auto* const* text = std::get_if<TextBox*>(&control);

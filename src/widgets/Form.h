@@ -110,6 +110,8 @@ struct Form {
 
   // Where the keyboard is when the form opens; its first control where there is none.
   const ControlCore* initialFocus = nullptr;
+  // Takes the keyboard to a control of the open form.
+  void Focus(const ControlCore& control) const;
 
   // What ends the form: the button that leaves everything as it was, where it has one, and the one that takes
   // what was set.
@@ -134,6 +136,7 @@ struct Form {
   // Set by the one view that shows the form.
   std::function<void(const ControlCore& control, std::string_view property)> controlChanged;
   std::function<void()> captionChanged;
+  std::function<void(const ControlCore& control)> focusWanted;
 
   // While it is above 0 no control raises an event.
   int muted = 0;

@@ -1,6 +1,7 @@
 #include "widgets/Plot.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <span>
 #include <utility>
@@ -97,6 +98,21 @@ std::string WithUnit(const std::string& number, const std::string& unit) {
   return unit.empty() ? number : number + " " + unit;
 }
 
+constexpr Colour RubberColour = TraceColours[3];
+constexpr int KnobSize = 7, DotSize = 13;
+
+Rectangle Around(int column, int row, int size) { return {column - size / 2, row - size / 2, size, size}; }
+
+// Held at the border of the frame; what is not a number is nowhere.
+void DrawSpot(Surface& surface, const PlotLayout& layout, const Point& at, Colour colour, int size) {
+  const double column = layout.x.PixelOf(at.x), row = layout.y.PixelOf(at.y);
+  const Rectangle& frame = layout.frame;
+  if (std::isnan(column) || std::isnan(row) || frame.width <= 0 || frame.height <= 0) return;
+  surface.FillEllipse(Around(std::clamp(static_cast<int>(column), frame.left, frame.Right() - 1),
+                             std::clamp(static_cast<int>(row), frame.top, frame.Bottom() - 1), size),
+                      colour);
+}
+
 // A place of the x axis; whole numbers without a point.
 std::string PlaceText(double place) {
   constexpr double tenths = 10.0;
@@ -120,6 +136,7 @@ void Plot::SetTraces(const std::vector<PlotTrace>& curves) {
     return a.name == b.name && a.colour == b.colour && a.yAxis == b.yAxis;
   });
   if (!named) ++revision;
+  if (traces != curves) ++curveRevision;
   if (core.Store(traces, curves, "Traces") && !named) core.Changed("Legend");
 }
 
@@ -163,6 +180,12 @@ std::string Plot::CursorText() const {
     text += between + (several ? trace.name + " " : "") + WithUnit(FixedText(*level, 1), unit);
     between = ", ";
   }
+  return text;
+}
+
+std::string Plot::Reading() const {
+  std::string text = cursor ? CursorText() : Summary();
+  if (dot && !dot->reading.empty()) text += (text.empty() ? "" : "; ") + dot->reading;
   return text;
 }
 
@@ -213,18 +236,40 @@ void Plot::DrawTraces(Surface& surface, const PlotLayout& layout) const {
   });
 }
 
+void Plot::DrawRubber(Surface& surface, const PlotLayout& layout) const {
+  if (!rubber) return;
+  const std::array<Point, 2> ends{{{layout.x.PixelOf(rubber->fromX), layout.y.PixelOf(rubber->fromY)},
+                                   {layout.x.PixelOf(rubber->toX), layout.y.PixelOf(rubber->toY)}}};
+  surface.DrawPolyline(ends, RubberColour, layout.frame);
+}
+
+void Plot::DrawMarks(Surface& surface, const PlotLayout& layout) const {
+  if (rubber) {
+    DrawSpot(surface, layout, {rubber->fromX, rubber->fromY}, RubberColour, KnobSize);
+    DrawSpot(surface, layout, {rubber->toX, rubber->toY}, RubberColour, KnobSize);
+  }
+  if (cursor) DrawCursor(surface, layout);
+  if (!dot) return;
+  constexpr int rim = 2;
+  DrawSpot(surface, layout, {dot->x, dot->y}, WindowBack, DotSize + 2 * rim);
+  DrawSpot(surface, layout, {dot->x, dot->y}, dot->colour, DotSize);
+}
+
 void Plot::DrawCursor(Surface& surface, const PlotLayout& layout) const {
-  if (!cursor) return;
   const Rectangle& frame = layout.frame;
   const int column = static_cast<int>(layout.x.PixelOf(*cursor));
   surface.DrawDown(column, frame.top, frame.height, LineStyle::Solid, GrayText);
-  constexpr int dot = 7;
   for (const PlotTrace& trace : traces) {
     const auto level = IsTold(trace) ? LevelAt(trace, *cursor) : std::nullopt;
     const int row = level ? static_cast<int>(layout.ScaleFor(trace).PixelOf(*level)) : -1;
     if (row < frame.top || row >= frame.Bottom()) continue;
-    surface.FillEllipse({column - dot / 2, row - dot / 2, dot, dot}, trace.colour);
+    surface.FillEllipse(Around(column, row, KnobSize), trace.colour);
   }
+  if (!cursorPlaced) DrawCursorText(surface, layout, column);
+}
+
+void Plot::DrawCursorText(Surface& surface, const PlotLayout& layout, int column) const {
+  const Rectangle& frame = layout.frame;
   const std::string text = CursorText();
   const Size size = surface.TextSize(text);
   const int gap = std::max(size.height / 3, 1), wide = size.width + 2 * gap;

@@ -55,6 +55,20 @@ struct PlotImage {
   bool operator==(const PlotImage&) const = default;
 };
 
+// A line that is no part of a curve yet, from a point of the axes to another one.
+struct PlotRubber {
+  double fromX = 0.0, fromY = 0.0, toX = 0.0, toY = 0.0;
+  bool operator==(const PlotRubber&) const = default;
+};
+
+// A point of the axes that stands out over the curves, at the border where it lies outside; and what it says.
+struct PlotDot {
+  double x = 0.0, y = 0.0;
+  std::string reading{};  // "Level: Input -30.0 dB, Output -20.0 dB"
+  Colour colour = TraceColours[1];
+  bool operator==(const PlotDot&) const = default;
+};
+
 // What the pointer does over the picture, and where, on the axes; a place outside the frame lies beyond their
 // ends.
 enum class PointerAction { Press, Move, Release, Leave };
@@ -71,6 +85,8 @@ struct Plot {
   ControlCore core;
   bool small = false;  // a glance at the curve, without numbers and names
   bool large = false;  // so much is to be taken in it that it wants the room
+  // Whoever hears pointer and keys places the cursor, and shows beside the plot what the curves have there.
+  bool cursorPlaced = false;
 
   // As `Corrected` has them.
   void SetAxes(PlotAxis x, PlotAxis y);
@@ -97,6 +113,11 @@ struct Plot {
   const std::optional<double>& Cursor() const { return cursor; }
   // "1000 Hz: -6.0 dB", of several curves "1000 Hz: Input -6.0 dB, Output -7.5 dB"; empty without a cursor.
   std::string CursorText() const;
+  // Over the curves; each is there or not.
+  void SetRubber(const std::optional<PlotRubber>& line) { core.Store(rubber, line, "Rubber"); }
+  const std::optional<PlotRubber>& Rubber() const { return rubber; }
+  void SetDot(const std::optional<PlotDot>& mark) { core.Store(dot, mark, "Dot"); }
+  const std::optional<PlotDot>& Dot() const { return dot; }
   // What a curve has at a place of the x axis, between two points on the line that joins them; none where it
   // has nothing.
   std::optional<double> LevelAt(const PlotTrace& trace, double x) const;
@@ -107,7 +128,8 @@ struct Plot {
   // A handle was let go. And: what a handle does to two sliders at once is to be one edit under its name.
   std::function<void()> released;
   std::function<void(const std::string& handle, const std::function<void()>& action)> together;
-  // Whoever wants what pointer and keys do over the picture sets these; a key that is not known goes on.
+  // Whoever wants what pointer and keys do over the picture sets these; a key that is not known goes on. The
+  // key that enters is "Enter", wherever it lies.
   std::function<void(const PlotPointer& event)> pointer;
   std::function<bool(std::string_view combination)> keyPressed;
   // What the operator may choose in the plot's menu: an entry that is checked or not, and what a choice does.
@@ -121,16 +143,21 @@ struct Plot {
   // The first curve in words: "3 points: 0 Hz 0.0 dB | 800 Hz -6.0 dB | 1600 Hz -12.0 dB". Of many points a
   // few evenly spaced ones are told; it is empty where there is no curve.
   std::string Summary() const;
+  // What is told of the plot: the cursor's text, or the summary without one; and behind it the dot's.
+  std::string Reading() const;
 
-  // Counts the changes of all that a layout depends on, but for the caption.
+  // Counts the changes of all that a layout depends on, but for the caption; and those of the curves.
   unsigned Revision() const { return revision; }
+  unsigned CurveRevision() const { return curveRevision; }
 
-  // Everything. The two others are its parts: what changes seldom, and the curves upon it.
+  // All that lasts. The two that follow are its parts: what changes seldom, and the curves upon it.
   void Draw(Surface& surface, const Rectangle& area) const;
   void DrawGrid(Surface& surface, const PlotLayout& layout) const;
   void DrawTraces(Surface& surface, const PlotLayout& layout) const;
-  // The cursor, over the curves.
-  void DrawCursor(Surface& surface, const PlotLayout& layout) const;
+  // Over the curves: the line that is none of them yet, as smooth as they are; and then what ends it, the cursor
+  // and the dot.
+  void DrawRubber(Surface& surface, const PlotLayout& layout) const;
+  void DrawMarks(Surface& surface, const PlotLayout& layout) const;
 
  private:
   // Stores what the layout depends on.
@@ -141,7 +168,10 @@ struct Plot {
     core.Store(property, value, propertyName);
   }
 
-  unsigned revision = 0;
+  void DrawCursor(Surface& surface, const PlotLayout& layout) const;
+  void DrawCursorText(Surface& surface, const PlotLayout& layout, int column) const;
+
+  unsigned revision = 0, curveRevision = 0;
   PlotAxis xAxis, yAxis;
   std::vector<PlotTrace> traces;
   std::vector<PlotMarker> verticalMarkers, horizontalMarkers;
@@ -149,6 +179,8 @@ struct Plot {
   PlotImage image;
   std::string note;
   std::optional<double> cursor;
+  std::optional<PlotRubber> rubber;
+  std::optional<PlotDot> dot;
 };
 
 }  // namespace vc
