@@ -1,9 +1,12 @@
 // What a redraw of a plot with two curves that change every time costs, beside a plain copy of its picture
-// and beside the same curves in QCustomPlot. All three draw into a picture of 900 x 500 pixels.
+// and beside the same curves in QCustomPlot. All three draw into a picture of 900 x 500 pixels. And what a
+// plot costs over whose curves something moves, in copies of its picture.
 #undef QT_NO_KEYWORDS  // which the header of QCustomPlot writes
 
 #include <array>
 #include <cmath>
+#include <ctime>
+#include <functional>
 #include <random>
 #include <vector>
 
@@ -110,6 +113,89 @@ void QCustomPlotPlain(benchmark::State& state) {
   }
 }
 BENCHMARK(QCustomPlotPlain)->ArgsProduct({{460, 8192}, {5, 15}})->Unit(benchmark::kMicrosecond);
+
+double ProcessorSeconds() {
+  timespec now{};
+  clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
+  return static_cast<double>(now.tv_sec) + 1e-9 * static_cast<double>(now.tv_nsec);
+}
+
+// A plot in a view of its own, on the screen.
+struct ShownPlot {
+  vc::Form form{"F", "Form"};
+  vc::Plot plot{form, "plt", "Curve"};
+  desktop::PlotView view{plot, nullptr, [](const vc::ControlCore&, const auto& action) { action(); }};
+
+  ShownPlot() {
+    form.controlChanged = [this](const vc::ControlCore&, std::string_view) { view.Follow(); };
+    view.resize(Width, Height);
+    view.show();
+    QCoreApplication::processEvents();
+  }
+};
+
+// What is asked for, what the filter makes of it and what is left alone, of a region that is being drawn.
+void FillCurveEditor(vc::Plot& plot) {
+  const auto curve = [](std::size_t points, double ripple) {
+    std::vector<float> levels(points);
+    for (std::size_t i = 0; i < points; ++i) {
+      const double x = static_cast<double>(i) / static_cast<double>(points);
+      levels[i] = static_cast<float>(-25 + 20 * std::sin(9 * x) + ripple * std::sin(400 * x));
+    }
+    return levels;
+  };
+  plot.cursorPlaced = true;
+  plot.SetAxes({0, 16384, "Hz"}, {-60, 0, "dB"});
+  plot.SetBands({{3000, 9000, vc::BandMeaning::Pass}});
+  plot.SetTraces({{"Asked for", curve(460, 0)},
+                  {"Filter", curve(600, 1), vc::TraceColours[1]},
+                  {"", curve(460, 0.3), vc::FaintCurve}});
+}
+
+void MovePen(vc::Plot& plot, double part) {
+  const double hertz = 5000 + 3000 * part;
+  plot.SetCursor(hertz);
+  plot.SetRubber(vc::PlotRubber{4500, -20, hertz, -30 - 20 * std::sin(20 * part)});
+}
+
+// By the level that a dynamics processor shows 20 times a second.
+void FillDynamics(vc::Plot& plot) {
+  plot.SetAxes({-100, 0, "dB"}, {-100, 0, "dB"});
+  plot.SetTraces({{"Output", {-100.0F, -60.0F, -20.0F, -20.0F}, vc::TraceColours[0], {-100, -70, -20, 0}}});
+}
+
+void MoveDot(vc::Plot& plot, double part) {
+  const double level = -50 + 40 * std::sin(12 * part);
+  plot.SetDot(vc::PlotDot{level, level - 3});
+}
+
+// A frame and a copy by turns, so that what else the machine does falls on both.
+void Copies(benchmark::State& state, void (*fill)(vc::Plot&), void (*move)(vc::Plot&, double),
+            const std::function<void(ShownPlot&, QImage&)>& paint) {
+  ShownPlot shown;
+  fill(shown.plot);
+  QCoreApplication::processEvents();
+  const QImage picture = Target();
+  QImage target = Target();
+  double painting = 0, copying = 0;
+  for (int frame = 0; auto unused : state) {
+    move(shown.plot, (frame++ % 100) / 100.0);
+    const double start = ProcessorSeconds();
+    paint(shown, target);
+    const double between = ProcessorSeconds();
+    QPainter(&target).drawImage(0, 0, picture);
+    copying += ProcessorSeconds() - between;
+    painting += between - start;
+  }
+  state.counters["copies"] = painting / copying;
+}
+
+void Whole(ShownPlot& shown, QImage& target) { shown.view.render(&target, {}, {}, QWidget::RenderFlags()); }
+void Moved(ShownPlot& /*shown*/, QImage& /*target*/) { QCoreApplication::processEvents(); }
+BENCHMARK_CAPTURE(Copies, CurveEditorWhole, FillCurveEditor, MovePen, Whole);
+BENCHMARK_CAPTURE(Copies, CurveEditorMoved, FillCurveEditor, MovePen, Moved);
+BENCHMARK_CAPTURE(Copies, DynamicsWhole, FillDynamics, MoveDot, Whole);
+BENCHMARK_CAPTURE(Copies, DynamicsMoved, FillDynamics, MoveDot, Moved);
 
 }  // namespace
 

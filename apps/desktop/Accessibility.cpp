@@ -155,6 +155,20 @@ class ProgressInterface : public NumberInterface {
   const vc::ProgressBar& model;
 };
 
+// What stands over its curves may move many times a second: it is told when it is asked for.
+class PlotInterface : public QAccessibleWidget {
+ public:
+  explicit PlotInterface(PlotView* plot) : QAccessibleWidget(plot, QAccessible::Graphic), view(plot) {}
+
+  QString text(QAccessible::Text what) const override {
+    if (what != QAccessible::Description) return QAccessibleWidget::text(what);
+    return view->isVisible() ? ToQt(view->Model().Reading()) : QString();
+  }
+
+ private:
+  PlotView* view;
+};
+
 // A block that is not there shows its title at most: what lies in it is not drawn, and not told.
 class FrameInterface : public QAccessibleWidget {
  public:
@@ -178,9 +192,9 @@ QAccessibleInterface* InterfaceOf(const QString& /*className*/, QObject* object)
   if (auto* progress = dynamic_cast<ProgressBarView*>(object)) return new ProgressInterface(progress);
   if (auto* frame = dynamic_cast<FrameView*>(object)) return new FrameInterface(frame);
   if (auto* row = dynamic_cast<TableRow*>(object)) return new QAccessibleWidget(row, QAccessible::Grouping);
-  const bool drawn =
-      dynamic_cast<PlotView*>(object) != nullptr || dynamic_cast<PictureView*>(object) != nullptr;
-  return drawn ? new QAccessibleWidget(static_cast<QWidget*>(object), QAccessible::Graphic) : nullptr;
+  if (auto* plot = dynamic_cast<PlotView*>(object)) return new PlotInterface(plot);
+  auto* picture = dynamic_cast<PictureView*>(object);
+  return picture == nullptr ? nullptr : new QAccessibleWidget(picture, QAccessible::Graphic);
 }
 
 }  // namespace

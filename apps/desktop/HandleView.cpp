@@ -34,11 +34,13 @@ HandleView::HandleView(vc::PlotHandle& handle, PlotView& plot) : QWidget(&plot),
 void HandleView::Place() {
   const int wide = std::max(LeastSize, LineHeight(*this) * 2);
   const vc::Point at = model.Place(view.Layout());
+  const bool faint = model.faint && model.faint();
+  if (QPointF(at.x, at.y) != place || faint != shownFaint) update();
   place = {at.x, at.y};
+  shownFaint = faint;
   setGeometry(static_cast<int>(at.x) - wide / 2, static_cast<int>(at.y) - wide / 2, wide, wide);
   setVisible(model.Usable());
   Binder::Speak(this, model.Reading(), {});
-  update();
 }
 
 void HandleView::paintEvent(QPaintEvent* /*event*/) {
@@ -47,8 +49,7 @@ void HandleView::paintEvent(QPaintEvent* /*event*/) {
   const bool lit = hovered || hasFocus() || model.Held();
   const double radius = LineHeight(*this) * (lit ? HoveredKnobInLines : KnobInLines);
   painter.translate(place - QPointF(pos()));
-  const bool faint = model.faint && model.faint();
-  const QColor ink = palette().color(faint ? QPalette::PlaceholderText : QPalette::Link);
+  const QColor ink = palette().color(shownFaint ? QPalette::PlaceholderText : QPalette::Link);
   const QColor back = palette().color(QPalette::Base);
   if (hasFocus()) {
     constexpr double ring = 3.0;

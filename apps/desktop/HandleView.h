@@ -42,6 +42,7 @@ class HandleView : public QWidget {
   QPointF place;  // on the plot
   QPointF grip;   // from the pointer to the place, while it is held
   bool hovered = false;
+  bool shownFaint = false;
   int wheelRest = 0;  // of a notch
 };
 

@@ -40,10 +40,34 @@ QSize PlotView::sizeHint() const {
 }
 QSize PlotView::minimumSizeHint() const { return small ? SizeOf(8, 2) : SizeOf(34, 12); }
 
+PlotView::Ground PlotView::GroundNow() const {
+  return {model.Revision(), model.CurveRevision(), model.core.Caption()};
+}
+
 // The handles go to their places once all that belongs to a change is known.
 void PlotView::Follow() {
   if (!handles.empty()) QCoreApplication::postEvent(this, new QEvent(QEvent::LayoutRequest));
-  update();
+  if (Ground now = GroundNow(); grid.isNull() || now != followed) {
+    followed = std::move(now);
+    update();
+  } else if (!small) {
+    FollowMarks();
+  }
+}
+
+std::vector<DrawnThing> PlotView::MarksNow() const {
+  DrawnAreas areas(font());
+  model.DrawRubber(areas, layout);
+  model.DrawMarks(areas, layout);
+  return areas.Things();
+}
+
+// Pixels of the view that are no whole ones of the screen cannot be painted one without the other.
+void PlotView::FollowMarks() {
+  const std::vector<DrawnThing> before = std::exchange(marks, MarksNow());
+  const QRegion changed = Differing(before, marks);
+  const bool whole = devicePixelRatioF() == std::floor(devicePixelRatioF());
+  if (!changed.isEmpty()) update(whole ? changed : QRegion(rect()));
 }
 
 // Once its window has gone the model may be gone too, and is not asked.
@@ -65,13 +89,13 @@ void PlotView::showEvent(QShowEvent* /*event*/) { Follow(); }
 
 void PlotView::KeepUp() {
   const QSize wanted = (QSizeF(size()) * devicePixelRatioF()).toSize();
-  const bool stands = revision == model.Revision() && caption == model.core.Caption();
+  const bool stands = drawn.grid == model.Revision() && drawn.caption == model.core.Caption();
   if (grid.size() != wanted || !stands) DrawGrid(wanted);
 }
 
 void PlotView::DrawGrid(const QSize& pixels) {
-  revision = model.Revision();
-  caption = model.core.Caption();
+  drawn = GroundNow();
+  curvesPainted.reset();
   if (grid.size() != pixels) {
     raster = CurveRaster(devicePixelRatioF());
     grid = QImage(pixels, QImage::Format_RGB32);
@@ -85,11 +109,11 @@ void PlotView::DrawGrid(const QSize& pixels) {
   ++gridsDrawn;
 }
 
-// The pixels behind a painter that draws into a picture in memory, one to one, within one rectangle: there
-// curves go straight to their place. Empty where it is another one.
-Pixels PlotView::PixelsBehind(const QPainter& painter, const QRegion& region) const {
+// The pixels behind a painter that draws into a picture in memory, one to one: there curves go straight to
+// their place. Empty where it is another one.
+Pixels PlotView::PixelsBehind(const QPainter& painter) const {
   QPaintDevice* device = painter.paintEngine()->paintDevice();
-  if (device == nullptr || device->devType() != QInternal::Image || region.rectCount() != 1) return {};
+  if (device == nullptr || device->devType() != QInternal::Image) return {};
   auto& image = *static_cast<QImage*>(device);
   const QTransform& transform = painter.deviceTransform();
   const QPointF corner = transform.map(QPointF());
@@ -105,7 +129,7 @@ Pixels PlotView::PixelsBehind(const QPainter& painter, const QRegion& region) co
       image.bytesPerLine() / 4, room.width(), room.height()};
 }
 
-void PlotView::DrawCurves(QPainter& painter, const Pixels& pixels, const QRect& part) {
+void PlotView::Stroke(QPainter& painter, const Pixels& pixels, const QRect& part, Lines lines) {
   ReleaseUpperHalves();
   PainterSurface surface(painter, palette(), rect());
   surface.StrokeBy(raster, pixels);
@@ -113,30 +137,47 @@ void PlotView::DrawCurves(QPainter& painter, const Pixels& pixels, const QRect& 
   const QRect frame =
       QRect(layout.frame.left, layout.frame.top, layout.frame.width, layout.frame.height) & part;
   visible.frame = {frame.left(), frame.top(), frame.width(), frame.height()};
-  model.DrawTraces(surface, visible);
-  if (!small) model.DrawRubber(surface, visible);
+  if (lines.curves) model.DrawTraces(surface, visible);
+  if (lines.rubber && !small) model.DrawRubber(surface, visible);
+}
+
+QImage PlotView::Stroked(const QImage& ground, Lines lines) {
+  QImage picture = ground.copy();
+  QPainter painter(&picture);
+  Stroke(painter,
+         {reinterpret_cast<std::uint32_t*>(picture.bits()), picture.bytesPerLine() / 4, picture.width(),
+          picture.height()},
+         rect(), lines);
+  return picture;
+}
+
+// Where curves stand, as while a pen moves over them, they are kept with the grid; a picture of curves that
+// are others every time would cost more than it saves.
+bool PlotView::KeepCurves() {
+  const bool stand = curvesPainted == model.CurveRevision();
+  curvesPainted = model.CurveRevision();
+  if (!stand) kept = {};
+  if (stand && kept.isNull()) kept = Stroked(grid, {.curves = true});
+  return stand;
 }
 
 void PlotView::paintEvent(QPaintEvent* event) {
   KeepUp();
+  const bool stand = KeepCurves();
+  const QImage& ground = stand ? kept : grid;
+  const Lines lines{.curves = !stand, .rubber = true};
   QPainter painter(this);
   painter.setClipRegion(event->region());
-  if (const Pixels pixels = PixelsBehind(painter, event->region()); pixels.first != nullptr) {
-    painter.drawImage(0, 0, grid);
-    DrawCurves(painter, pixels, event->region().boundingRect());
+  if (const Pixels pixels = PixelsBehind(painter); pixels.first != nullptr) {
+    painter.drawImage(0, 0, ground);
+    for (const QRect& part : event->region()) Stroke(painter, pixels, part, lines);
   } else {
-    QImage picture = grid.copy();
-    QPainter inMemory(&picture);
-    DrawCurves(inMemory,
-               {reinterpret_cast<std::uint32_t*>(picture.bits()), picture.bytesPerLine() / 4, picture.width(),
-                picture.height()},
-               rect());
-    inMemory.end();
-    painter.drawImage(0, 0, picture);
+    painter.drawImage(0, 0, Stroked(ground, lines));
   }
   if (small) return;
   PainterSurface surface(painter, palette(), rect());
   model.DrawMarks(surface, layout);
+  marks = MarksNow();
   if (!hasFocus()) return;
   const vc::Rectangle& frame = layout.frame;
   painter.setPen(palette().color(QPalette::Highlight));

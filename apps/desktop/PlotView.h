@@ -10,6 +10,7 @@
 #include <QWidget>
 
 #include "desktop/CurveRaster.h"
+#include "desktop/DrawnAreas.h"
 #include "widgets/PlotLayout.h"
 
 namespace desktop {
@@ -22,7 +23,7 @@ class PlotView : public QWidget {
   using Operate = std::function<void(const vc::ControlCore& core, const std::function<void()>& action)>;
   PlotView(vc::Plot& plot, QWidget* parent, Operate carry);
 
-  // Repaints after a change of the model.
+  // Repaints what a change of the model has really changed.
   void Follow();
   int GridsDrawn() const { return gridsDrawn; }  // how often so far
 
@@ -56,12 +57,28 @@ class PlotView : public QWidget {
 
  private:
   QSize SizeOf(int digits, int lines) const;
+  // What the picture depends on, under what lies over its curves.
+  struct Ground {
+    unsigned grid = 0, curves = 0;
+    std::string caption;
+    bool operator==(const Ground&) const = default;
+  };
+  Ground GroundNow() const;
+  // What lies over the curves.
+  std::vector<DrawnThing> MarksNow() const;
+  void FollowMarks();
   // Lays the plot out and draws its grid anew where something that they depend on has changed.
   void KeepUp();
   void DrawGrid(const QSize& pixels);
-  Pixels PixelsBehind(const QPainter& painter, const QRegion& region) const;
+  Pixels PixelsBehind(const QPainter& painter) const;
+  struct Lines {
+    bool curves = false, rubber = false;
+  };
   // What of them lies in a part of the view.
-  void DrawCurves(QPainter& painter, const Pixels& pixels, const QRect& part);
+  void Stroke(QPainter& painter, const Pixels& pixels, const QRect& part, Lines lines);
+  QImage Stroked(const QImage& ground, Lines lines);
+  // True where the curves are those of the last painting; then they are kept.
+  bool KeepCurves();
   void PlaceHandles();
   void Tell(vc::PointerAction action, const QPointF& at);
   bool MoveCursor(const std::string& combination);
@@ -70,11 +87,14 @@ class PlotView : public QWidget {
   Operate operate;
   const bool small;
   std::vector<HandleView*> handles;
-  QImage grid;  // none while it has to be drawn anew
+  QImage grid;                            // none while it has to be drawn anew
+  QImage kept;                            // the same with the curves; none while they change
+  std::optional<unsigned> curvesPainted;  // which of them, over this grid
   CurveRaster raster{1.0};
   vc::PlotLayout layout;
-  unsigned revision = 0;  // of the plot that the grid shows
-  std::string caption;
+  Ground drawn;                   // that the grid shows
+  Ground followed;                // for which everything is painted, or will be
+  std::vector<DrawnThing> marks;  // of which the same holds
   int gridsDrawn = 0;
 };
 

@@ -154,8 +154,8 @@ struct Plot {
   void Draw(Surface& surface, const Rectangle& area) const;
   void DrawGrid(Surface& surface, const PlotLayout& layout) const;
   void DrawTraces(Surface& surface, const PlotLayout& layout) const;
-  // Over the curves: the line that is none of them yet, as smooth as they are; and then what ends it, the cursor
-  // and the dot.
+  // Over the curves: the line that is none of them yet, as smooth as they are; and then what ends it, the
+  // cursor and the dot.
   void DrawRubber(Surface& surface, const PlotLayout& layout) const;
   void DrawMarks(Surface& surface, const PlotLayout& layout) const;
 

@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <QImage>
-#include <QPaintEvent>
 #include <QTest>
 
 #include "Shown.h"
@@ -12,16 +11,6 @@
 
 namespace desktop {
 namespace {
-
-// Counts what a widget paints.
-class PaintWatch : public QObject {
- public:
-  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-    if (event->type() == QEvent::Paint) painted |= static_cast<QPaintEvent*>(event)->rect();
-    return false;
-  }
-  QRect painted;
-};
 
 struct Bar {
   vc::Form form{"Levels", "Levels"};
@@ -56,7 +45,7 @@ struct Bar {
     watch.painted = {};
     change();
     QTest::qWait(1);
-    return watch.painted;
+    return watch.painted.boundingRect();
   }
 };
 

@@ -59,8 +59,10 @@ TEST(PlotView, DrawsItsGridForOtherAxesAndNotForOtherCurves) {
            },
            [&] { plot.core.SetCaption("Other"); }, [&] { view.resize(view.width() + 40, view.height()); },
            [&] { plot.core.SetEnabled(false); }}) {
-    change();
     view.grab();
+    const QImage was = view.grab().toImage();  // of curves that stand
+    change();
+    EXPECT_NE(view.grab().toImage(), was);
     EXPECT_GT(view.GridsDrawn(), grids);
     grids = view.GridsDrawn();
   }
@@ -114,6 +116,67 @@ TEST(PlotView, DrawsTheSameWhateverItDrawsOn) {
   EXPECT_EQ(window, straight.copy(part));
 }
 
+TEST(PlotView, WhatMovesOverTheCurvesIsPaintedInPartsThatEqualTheWhole) {
+  Shown shown;
+  QWidget& view = shown.At("pltCurve");
+  vc::Plot& plot = shown.sample.pltCurve;
+  std::vector<float> noise(300);
+  for (std::size_t i = 0; i < noise.size(); ++i) noise[i] = static_cast<float>(i * 7919 % 200) * -0.1F;
+  plot.SetTraces({{"Curve", {0.0F, -6.0F, -12.0F}}, {"Noise", noise, vc::TraceColours[1]}});
+  PaintWatch watch;
+  view.installEventFilter(&watch);
+  const auto change = [&](int step, bool placed) {
+    const double x = step * 389 % 1700, y = -(step * 7 % 23);
+    plot.cursorPlaced = placed;
+    if (step % 2 == 0) plot.SetCursor(step % 10 == 0 ? std::nullopt : std::optional(x));
+    if (step % 3 == 0) plot.SetDot(step % 15 == 0 ? std::nullopt : std::optional(vc::PlotDot{x - 50, y}));
+    if (step % 3 == 1) plot.SetRubber(vc::PlotRubber{x / 2, y, 1600 - x, -10});
+    if (step % 17 == 0) plot.SetTraces({{"Curve", {0.0F, -6.0F, -3.0F}}, {"Noise", noise}});
+  };
+  for (int step = 1; step < 60; ++step) {
+    QCoreApplication::processEvents();
+    watch.painted = {};
+    change(step, step > 30);
+    QCoreApplication::processEvents();
+    const QRect painted = watch.painted.boundingRect();
+    const bool dotAlone = step % 6 == 3 && step % 17 != 0;
+    EXPECT_TRUE(!dotAlone || painted.width() < view.width()) << step;
+    const QImage onScreen = shown.Window().screen()->grabWindow(shown.Window().winId()).toImage();
+    if (onScreen.isNull()) GTEST_SKIP() << "the platform keeps no picture of its windows";
+    EXPECT_EQ(onScreen, shown.Window().grab().toImage()) << step;
+  }
+  plot.SetDot(vc::PlotDot{800, -10, "Level: -10.0 dB"});
+  QCoreApplication::processEvents();
+  watch.painted = {};
+  plot.SetDot(vc::PlotDot{810, -10, "Level: -10.0 dB"});
+  QCoreApplication::processEvents();
+  EXPECT_LT(watch.painted.boundingRect().width(), 40);
+  EXPECT_LT(watch.painted.boundingRect().height(), 40);
+  EXPECT_TRUE(shown.Says("pltCurve").ends_with("; Level: -10.0 dB"));
+}
+
+TEST(PlotView, LeavesCursorAndKeysToWhoeverHearsThem) {
+  Shown shown;
+  auto& view = dynamic_cast<PlotView&>(shown.At("pltCurve"));
+  vc::Plot& plot = shown.sample.pltCurve;
+  std::string keys;
+  plot.keyPressed = [&keys](std::string_view combination) {
+    keys += std::string(combination) + " ";
+    return combination == "Enter";
+  };
+  plot.cursorPlaced = true;
+  plot.SetCursor(800);
+  view.grab();
+  QTest::mouseMove(&view, {view.Layout().frame.left + 9, view.Layout().frame.top + 20});
+  shown.sample.form.Focus(plot.core);
+  EXPECT_EQ(QApplication::focusWidget(), &view);
+  for (const Qt::Key key : {Qt::Key_Home, Qt::Key_Return, Qt::Key_Enter}) QTest::keyClick(&view, key);
+  shown.Focus("btnOK");
+  EXPECT_EQ(keys, "Home Enter Enter ");
+  EXPECT_EQ(plot.Cursor(), 800.0);
+  EXPECT_EQ(shown.Says("pltCurve"), "800 Hz: -6.0 dB");
+}
+
 TEST(PlotView, OffersItsChoicesInAMenu) {
   MasterWindow run;
   run.OpenFilter(1, vc::FilterKind::Lowpass);
@@ -135,15 +198,6 @@ TEST(PlotView, OffersItsChoicesInAMenu) {
   EXPECT_EQ(plot.XAxis().law, vc::AxisLaw::Linear);
 }
 
-// Counts what an object is sent.
-struct PaintCount : QObject {
-  int paints = 0;
-  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
-    paints += event->type() == QEvent::Paint ? 1 : 0;
-    return false;
-  }
-};
-
 TEST(PlotHandles, ADragIsDrawnAtEveryEventAndIsOneStep) {
   MasterWindow run;
   run.record.lpfCutoff[1] = 1000;
@@ -151,7 +205,7 @@ TEST(PlotHandles, ADragIsDrawnAtEveryEventAndIsOneStep) {
   run.Ready();
   auto& view = run.At<PlotView>("pltResponse");
   auto& knob = run.At<HandleView>("pltResponse.Cutoff");
-  PaintCount count;
+  PaintWatch count;
   view.installEventFilter(&count);
   QWindow* window = run.Window().windowHandle();
   const QPoint from = knob.mapTo(&run.Window(), knob.rect().center());
@@ -194,7 +248,7 @@ TEST(PlotHandles, OfEveryFamilyAreDrawnAtEachOfFiftyEventsASecond) {
     SCOPED_TRACE(handle);
     run.OpenFilter(1, kind);
     run.Ready();
-    PaintCount count;
+    PaintWatch count;
     auto& view = run.At<PlotView>("pltResponse");
     view.installEventFilter(&count);
     auto& knob = run.At(std::string("pltResponse.") + handle);

@@ -5,6 +5,8 @@
 
 #include <QAccessible>
 #include <QListWidget>
+#include <QPaintEvent>
+#include <QScreen>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -32,6 +34,18 @@ inline void TurnWheel(QWidget& widget, int eighthsOfDegree) {
                     Qt::NoScrollPhase, false);
   QCoreApplication::sendEvent(&widget, &event);
 }
+
+// What a widget paints, and how often.
+struct PaintWatch : QObject {
+  QRegion painted;
+  int paints = 0;
+  bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+    if (event->type() != QEvent::Paint) return false;
+    painted |= static_cast<QPaintEvent*>(event)->region();
+    ++paints;
+    return false;
+  }
+};
 
 struct Shown {
   support::SampleForm sample;

@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include "RecordingSurface.h"
+#include "text/Convert.h"
 #include "widgets/ControlText.h"
 #include "widgets/PlotHandle.h"
 #include "widgets/PlotLayout.h"
@@ -213,6 +214,52 @@ TEST_F(Plots, BandsAndAnImageLieBehindTheGrid) {
   EXPECT_NEAR(stop->area.left, frame.left + frame.width / 2, 1);
   plot.SetImage({2, 2, {1, 2, 3}, 0, 1, 0, 1});
   EXPECT_EQ(plot.Image().width, 0);
+}
+
+TEST_F(Plots, WhatLiesOverTheCurvesIsHeldWithinTheFrame) {
+  const PlotLayout layout = LayOut(plot, surface, Area);
+  plot.SetRubber(PlotRubber{400, -5, 5000, -20});
+  plot.SetDot(PlotDot{-200, -70, "Level: -70.0 dB"});
+  plot.SetCursor(800);
+  plot.cursorPlaced = true;
+  EXPECT_EQ(plot.Reading(), "800 Hz: -6.0 dB; Level: -70.0 dB");
+  surface.drawn.clear();
+  plot.DrawRubber(surface, layout);
+  plot.DrawMarks(surface, layout);
+  EXPECT_EQ(surface.Of("curve")[0].area, layout.frame);
+  EXPECT_TRUE(surface.Of("text").empty());
+  const auto spots = surface.Of("ellipse");
+  ASSERT_EQ(spots.size(), 5U);
+  const auto middle = [](const support::Drawn& spot) {
+    return Point{spot.area.left + spot.area.width / 2.0, spot.area.top + spot.area.height / 2.0};
+  };
+  EXPECT_NEAR(middle(spots[0]).x, layout.x.PixelOf(400), 1);
+  EXPECT_NEAR(middle(spots[1]).x, layout.frame.Right(), 1);
+  EXPECT_NEAR(middle(spots[4]).x, layout.frame.left, 1);
+  EXPECT_NEAR(middle(spots[4]).y, layout.frame.Bottom(), 1);
+  plot.SetDot(PlotDot{std::nan(""), 0});
+  plot.SetRubber(std::nullopt);
+  surface.drawn.clear();
+  plot.DrawMarks(surface, layout);
+  EXPECT_EQ(surface.Of("ellipse").size(), 1U);
+}
+
+TEST_F(Plots, AreDrawnOnByText) {
+  std::string told;
+  EXPECT_EQ(PointAt(&plot, "1 2"), "there is nothing to point at");
+  EXPECT_EQ(PressKey(&plot, "Left"), "it takes no keys");
+  plot.pointer = [&told](const PlotPointer& event) {
+    told += std::to_string(static_cast<int>(event.action)) + "@" + FixedText(event.x, 1) + "," +
+            FixedText(event.y, 1) + " ";
+  };
+  plot.keyPressed = [](std::string_view combination) { return combination == "Enter"; };
+  EXPECT_EQ(PointAt(&plot, "400.5 -6"), "");
+  EXPECT_EQ(told, "1@400.5,-6.0 0@400.5,-6.0 2@400.5,-6.0 ");
+  for (const char* bad : {"", "400", "400 x", "x 3", "1 2 3"}) EXPECT_NE(PointAt(&plot, bad), "") << bad;
+  EXPECT_EQ(PressKey(&plot, "Enter"), "");
+  EXPECT_NE(PressKey(&plot, "F7"), "");
+  plot.core.SetEnabled(false);
+  EXPECT_NE(PointAt(&plot, "1 2"), "");
 }
 
 struct Handles : Plots {
