@@ -1,6 +1,7 @@
 #include "model/StageReadings.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "model/Kinds.h"
 #include "model/Stages.h"
@@ -52,6 +53,19 @@ StageReading ReadStage(const UnitStatus& status, const StageEntries& entries) {
           .overload = static_cast<std::int16_t>(flags(entries.left) | flags(entries.right)),
           .adapting =
               entries.left < FilterStages && (status.unitMode >> (firstFilterBit - entries.left) & 1) != 0};
+}
+
+DynamicsReading ReadDynamics(const UnitStatus& status, int entry) {
+  constexpr double eighths = 8, fullScaleOctaves = 15;  // full scale is 32768
+  const double decibelsAnOctave = 20 * std::log10(2.0);
+  const auto word = static_cast<std::uint32_t>(status.stageStatus.at(static_cast<std::size_t>(entry)));
+  const auto level = static_cast<std::uint8_t>(word & 0xFFU);
+  const auto gain = static_cast<std::int8_t>(word >> 8U & 0xFFU);
+  DynamicsReading reading;
+  reading.input = decibelsAnOctave * (level / eighths - fullScaleOctaves);
+  reading.gain = decibelsAnOctave * (gain / eighths);
+  reading.output = reading.input + reading.gain;
+  return reading;
 }
 
 }  // namespace vc

@@ -34,4 +34,13 @@ struct StageReading {
 };
 StageReading ReadStage(const UnitStatus& status, const StageEntries& entries);
 
+// What a limiter, compressor and expander tells in place of a level; where nothing is told, as it stands
+// here.
+struct DynamicsReading {
+  double input = -100, gain = 0, output = -100;  // dB
+};
+// In eighths of an octave, 0.75 dB: the level that goes in, in the low byte, and the gain with its sign above
+// it.
+DynamicsReading ReadDynamics(const UnitStatus& status, int entry);
+
 }  // namespace vc
