@@ -14,6 +14,7 @@
 #include "desktop/QtText.h"
 #include "desktop/SliderView.h"
 #include "desktop/TableView.h"
+#include "desktop/UpDownView.h"
 #include "desktop/WrappedLabel.h"
 #include "text/Convert.h"
 #include "widgets/Controls.h"
@@ -156,7 +157,32 @@ void BindKind(Binder& binder, vc::Slider& slider) {
                  view->ShowModel();
                  describe();
                }});
-  for (vc::TextBox* text : texts) BindNumber(binder, *text, view, describe);
+  const auto place = [&pane, view](const Number& number) { pane.AddNumber(view, number); };
+  for (vc::TextBox* text : texts) BindNumber(binder, *text, {place, describe});
+}
+
+void BindKind(Binder& binder, vc::UpDown& upDown) {
+  Pane& pane = binder.PaneOf(upDown.core);
+  auto* view = new UpDownView(upDown, pane.Container(), [&binder, &upDown](const auto& action) {
+    binder.Operate(upDown.core, action);
+  });
+  QLabel* caption = CaptionOf(pane, view);
+  view->SetCaption(caption);
+  const std::vector<vc::TextBox*> texts = vc::TextsOf(upDown.slider);
+  const auto describe = [view, &upDown, texts] { Describe(view, upDown.slider, texts); };
+  pane.AddField({.caption = caption, .field = view});
+  binder.Bind(upDown.core,
+              {.widget = view, .caption = caption, .showValue = [view, describe](std::string_view) {
+                 view->update();
+                 describe();
+               }});
+  for (vc::TextBox* text : texts) {
+    const auto take = [&binder, text] {
+      if (text->Typed()) binder.Operate(text->core, [text] { text->LostFocus(); });
+    };
+    const auto place = [view, take](const Number& number) { view->AddNumber(number, take); };
+    BindNumber(binder, *text, {place, describe});
+  }
 }
 
 void BindKind(Binder& binder, vc::OptionButton& option) {

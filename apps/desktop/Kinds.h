@@ -8,9 +8,13 @@ namespace desktop {
 // An empty label beside a field or above it, for the control's caption; null where the pane takes none.
 QLabel* CaptionOf(Pane& pane, QWidget* field);
 
-// A text that shows a slider's number, beside the slider's view; the slider is described anew when it
-// changes.
-void BindNumber(Binder& binder, vc::TextBox& text, QWidget* slider, const std::function<void()>& describe);
+// The widgets of a text that shows a slider's number. Whoever shows the slider places them, and describes it
+// anew when the text changes.
+struct NumberStand {
+  std::function<void(const Number& number)> place;
+  std::function<void()> describe;
+};
+void BindNumber(Binder& binder, vc::TextBox& text, const NumberStand& stand);
 
 void BindKind(Binder& binder, vc::Frame& frame);
 void BindKind(Binder& binder, vc::Label& label);
@@ -18,6 +22,7 @@ void BindKind(Binder& binder, vc::TextBox& text);
 void BindKind(Binder& binder, vc::Button& button);
 void BindKind(Binder& binder, vc::GraphicButton& button);
 void BindKind(Binder& binder, vc::Slider& slider);
+void BindKind(Binder& binder, vc::UpDown& upDown);
 void BindKind(Binder& binder, vc::ListBox& list);
 void BindKind(Binder& binder, vc::OptionButton& option);
 void BindKind(Binder& binder, vc::CheckBox& check);

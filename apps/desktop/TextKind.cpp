@@ -1,5 +1,6 @@
 // The text boxes: a line, several lines, or words that are only read.
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include <QLineEdit>
@@ -81,11 +82,13 @@ QLabel* WordsBeside(QWidget* view, const std::string& words) {
   return label;
 }
 
-// Where a text stands: beside the slider whose number it is, else in a row of its own.
+// Where a text stands: with the slider whose number it is, else in a row of its own.
 struct Stand {
   Pane& pane;
-  QWidget* slider = nullptr;
-  std::function<void()> describe = [] {};
+  std::optional<NumberStand> number{};
+  void Describe() const {
+    if (number) number->describe();
+  }
 };
 
 // The labels around a text.
@@ -95,15 +98,15 @@ struct Around {
 };
 
 Around Place(const Stand& stand, const vc::TextBox& text, QWidget* view) {
-  const bool repeats = stand.slider != nullptr && text.core.Caption() == text.shows->core.Caption();
-  const bool withUnit = !text.unit.empty() && (stand.slider == nullptr || stand.pane.TakesUnit());
-  const bool captioned = !repeats && (stand.slider != nullptr || stand.pane.TakesCaption());
+  const bool repeats = stand.number && text.core.Caption() == text.shows->core.Caption();
+  const bool withUnit = !text.unit.empty() && (!stand.number || stand.pane.TakesUnit());
+  const bool captioned = !repeats && (stand.number || stand.pane.TakesCaption());
   QLabel* caption = !captioned ? nullptr : WordsBeside(view, text.core.Caption());
   QLabel* unit = withUnit ? WordsBeside(view, text.unit) : nullptr;
-  if (stand.slider == nullptr) {
-    stand.pane.AddField({.caption = caption, .field = view, .unit = unit});
+  if (stand.number) {
+    stand.number->place({caption, view, unit, ToQt(text.widest)});
   } else {
-    stand.pane.AddNumber(stand.slider, {caption, view, unit, ToQt(text.widest)});
+    stand.pane.AddField({.caption = caption, .field = view, .unit = unit});
   }
   return {caption, unit};
 }
@@ -111,15 +114,15 @@ Around Place(const Stand& stand, const vc::TextBox& text, QWidget* view) {
 void BindStatus(Binder& binder, vc::TextBox& text, const Stand& stand) {
   auto* view = new WrappedLabel(stand.pane.Container());
   view->setTextInteractionFlags(Qt::TextSelectableByMouse);
-  const bool number = stand.slider != nullptr || !text.unit.empty();
+  const bool number = stand.number || !text.unit.empty();
   const int words = stand.pane.Dense() ? DenseStatusDigits : StatusDigits;
   view->setMinimumWidth(DigitsWide(*view, number ? NumberDigits : words));
   const auto aside = stand.pane.Banked() ? Qt::AlignHCenter : Qt::AlignRight;
-  if (stand.slider != nullptr) view->setAlignment(aside | Qt::AlignVCenter);
+  if (stand.number) view->setAlignment(aside | Qt::AlignVCenter);
   view->Reserve(ToQt(text.widest));
   const auto [caption, unit] = Place(stand, text, view);
-  const auto show = [view, &text, describe = stand.describe](std::string_view) {
-    describe();
+  const auto show = [view, &text, stand](std::string_view) {
+    stand.Describe();
     if (view->text() != ToQt(text.Text())) view->setText(ToQt(text.Text()));
     Binder::Speak(view, text.Text(), text.unit);
   };
@@ -171,7 +174,7 @@ void KeepTyping(QLineEdit& view) {
 
 void BindLine(Binder& binder, vc::TextBox& text, const Stand& stand) {
   auto* view = new QLineEdit(stand.pane.Container());
-  if (stand.slider != nullptr || !text.unit.empty()) {
+  if (stand.number || !text.unit.empty()) {
     view->setFixedWidth(DigitsWide(*view, stand.pane.Dense() ? DenseNumberDigits : NumberDigits));
     view->setAlignment(stand.pane.Banked() ? Qt::AlignHCenter : Qt::AlignRight);
   }
@@ -183,8 +186,8 @@ void BindLine(Binder& binder, vc::TextBox& text, const Stand& stand) {
   QObject::connect(view, &QLineEdit::textEdited, view, [&binder, &text, pictured](const QString& typed) {
     binder.Operate(text.core, [&] { text.Type(pictured->TextFor(typed)); });
   });
-  const auto show = [view, &text, pictured, describe = stand.describe](std::string_view) {
-    describe();
+  const auto show = [view, &text, pictured, stand](std::string_view) {
+    stand.Describe();
     ShowLine(*view, text.Text(), *pictured);
     Binder::Speak(view, text.Text(), text.unit);
   };
@@ -193,8 +196,8 @@ void BindLine(Binder& binder, vc::TextBox& text, const Stand& stand) {
 
 }  // namespace
 
-void BindNumber(Binder& binder, vc::TextBox& text, QWidget* slider, const std::function<void()>& describe) {
-  const Stand stand{binder.PaneOf(text.shows->core), slider, describe};
+void BindNumber(Binder& binder, vc::TextBox& text, const NumberStand& numberStand) {
+  const Stand stand{binder.PaneOf(text.shows->core), numberStand};
   if (text.readOnly) {
     BindStatus(binder, text, stand);
   } else {

@@ -25,6 +25,7 @@ const char* Kind(const GraphicButton& control) {
   return control.style == GraphicButton::Style::Latching ? "latch" : "button";
 }
 const char* Kind(const Slider& /*control*/) { return "slider"; }
+const char* Kind(const UpDown& /*control*/) { return "updown"; }
 const char* Kind(const ListBox& /*control*/) { return "list"; }
 const char* Kind(const OptionButton& /*control*/) { return "option"; }
 const char* Kind(const CheckBox& /*control*/) { return "check"; }
@@ -44,6 +45,7 @@ std::string Value(const GraphicButton& control) {
   return control.style == GraphicButton::Style::Push ? std::string{} : std::to_string(control.Value());
 }
 std::string Value(const Slider& control) { return ShortestText(control.Position()); }
+std::string Value(const UpDown& control) { return std::to_string(control.Value()); }
 std::string Value(const ListBox& control) { return control.Text(); }
 std::string Value(const OptionButton& control) { return OnOff(control.Value()); }
 std::string Value(const CheckBox& control) { return OnOff(control.Value()); }
@@ -80,6 +82,7 @@ std::string Range(const GraphicButton& control) {
 std::string Range(const Slider& control) {
   return ShortestText(control.PositionMin()) + ".." + ShortestText(control.PositionMax());
 }
+std::string Range(const UpDown& control) { return Range(control.slider); }
 std::string Range(const ListBox& control) {
   std::string rows;
   for (const std::string& item : control.Items()) rows = Joined(rows, item);
@@ -112,6 +115,9 @@ std::string Set(Slider& control, const std::string& value) {
   control.SetPosition(*number);
   control.Release();
   return {};
+}
+std::string Set(UpDown& control, const std::string& value) {
+  return ParseInteger(value) ? Set(control.slider, value) : value + " is no whole number";
 }
 std::string Set(ListBox& control, const std::string& value) {
   const auto& items = control.Items();
@@ -204,8 +210,8 @@ std::string ClickControl(const AnyControl& control) {
 
 std::string PressKey(const AnyControl& control, const std::string& combination) {
   if (auto refusal = Refusal(control); !refusal.empty()) return refusal;
-  if (Slider* const* slider = std::get_if<Slider*>(&control)) {
-    return (*slider)->Press(combination) ? std::string{} : "a slider knows no such key";
+  if (Slider* slider = SliderIn(control); slider != nullptr) {
+    return slider->Press(combination) ? std::string{} : "it knows no such key";
   }
   Plot* const* plot = std::get_if<Plot*>(&control);
   if (plot == nullptr || !(*plot)->keyPressed) return "it takes no keys";
@@ -228,9 +234,9 @@ std::string PointAt(const AnyControl& control, const std::string& place) {
 
 std::string SetToDefault(const AnyControl& control) {
   if (auto refusal = Refusal(control); !refusal.empty()) return refusal;
-  Slider* const* slider = std::get_if<Slider*>(&control);
-  if (slider == nullptr || !(*slider)->defaultPosition) return "it has no default";
-  return (*slider)->SetDefault(), std::string{};
+  Slider* slider = SliderIn(control);
+  if (slider == nullptr || !slider->defaultPosition) return "it has no default";
+  return slider->SetDefault(), std::string{};
 }
 
 }  // namespace vc

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <iterator>
 
 #include "text/Convert.h"
@@ -59,7 +60,8 @@ Slider::Slider(Place place, const std::string& name, const std::string& caption,
 }
 
 void Slider::SetPosition(double value) {
-  const double bounded = std::max(positionMin, std::min(value, positionMax));
+  const double wanted = whole ? std::nearbyint(value) : value;
+  const double bounded = std::max(positionMin, std::min(wanted, positionMax));
   if (!core.Store(position, bounded, "Position")) return;
   for (const ControlCore* other : alsoShownBy) other->Changed("Handles");
   core.Raise(changed);
@@ -124,6 +126,20 @@ void Slider::SetRange(double lower, double upper) {
   SetPosition(position);
 }
 
+UpDown::UpDown(Place place, const std::string& name, const std::string& caption, int index)
+    : slider(place, name, caption, index) {
+  core.form.controls.back() = this;  // in the place of its slider
+  constexpr double page = 10;
+  slider.KeyPageStepSize = page;
+  slider.whole = true;
+}
+
+Slider* SliderIn(const AnyControl& control) {
+  if (auto* const* slider = std::get_if<Slider*>(&control)) return *slider;
+  auto* const* upDown = std::get_if<UpDown*>(&control);
+  return upDown == nullptr ? nullptr : &(*upDown)->slider;
+}
+
 std::vector<TextBox*> TextsOf(const Slider& slider) {
   std::vector<TextBox*> texts;
   for (const AnyControl& control : slider.core.form.controls) {
@@ -139,8 +155,8 @@ std::vector<AnyControl> ReadingOrder(const Form& form) {
     auto* const* text = std::get_if<TextBox*>(&control);
     if (text != nullptr && (*text)->shows != nullptr) continue;
     order.push_back(control);
-    auto* const* slider = std::get_if<Slider*>(&control);
-    if (slider != nullptr) std::ranges::copy(TextsOf(**slider), std::back_inserter(order));
+    const Slider* slider = SliderIn(control);
+    if (slider != nullptr) std::ranges::copy(TextsOf(*slider), std::back_inserter(order));
   }
   return order;
 }

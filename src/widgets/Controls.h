@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -70,6 +71,7 @@ struct Slider {
   ControlCore core;
   double KeyArrowStepSize = 1.0, KeyPageStepSize = 1.0, MouseWheelStepSize = 1.0;
   bool ReverseScale = false;
+  bool whole = false;  // it stands at whole numbers only
   bool snaps = false;  // whoever hears of a new position may move it on to one of its own
   std::function<void()> changed;
   // How a position reads and how it is read, where something shows it; see SliderEntry.
@@ -111,6 +113,25 @@ struct Slider {
   double position = 0.0, positionMin = 0.0, positionMax = 100.0;
 };
 
+// Two arrows that step a whole number beside the text that shows it: a slider without a groove. Whatever
+// moves a slider moves this one: keys, a hold, its default, texts and handles.
+struct UpDown {
+  UpDown(Place place, const std::string& name, const std::string& caption, int index = NoIndex);
+  Slider slider;  // at whole numbers; it is no control of the form by itself
+  ControlCore& core = slider.core;
+
+  std::int32_t Value() const { return static_cast<std::int32_t>(slider.Position()); }
+  std::int32_t Min() const { return static_cast<std::int32_t>(slider.PositionMin()); }
+  std::int32_t Max() const { return static_cast<std::int32_t>(slider.PositionMax()); }
+  std::int32_t Increment() const { return static_cast<std::int32_t>(slider.KeyArrowStepSize); }
+  // Bounded to the range; another value raises the slider's event.
+  void SetValue(std::int32_t value) { slider.SetPosition(value); }
+  // Moves the value into the new range.
+  void SetRange(std::int32_t least, std::int32_t most) { slider.SetRange(least, most); }
+};
+
+// The slider that a slider or an up-down control is moved by; null for any other kind.
+Slider* SliderIn(const AnyControl& control);
 // The texts that show the slider's number, in declared order.
 std::vector<TextBox*> TextsOf(const Slider& slider);
 // The controls of a form as declared, but the texts of a slider right behind it.

@@ -19,6 +19,7 @@ struct TextBox;
 struct Button;
 struct GraphicButton;
 struct Slider;
+struct UpDown;
 struct ListBox;
 struct OptionButton;
 struct CheckBox;
@@ -30,7 +31,7 @@ struct MenuEntry;
 
 // One of the kinds of control. Faces dispatch on the kind, never on which control it is.
 using AnyControl =
-    std::variant<Frame*, Label*, TextBox*, Button*, GraphicButton*, Slider*, ListBox*, OptionButton*,
+    std::variant<Frame*, Label*, TextBox*, Button*, GraphicButton*, Slider*, UpDown*, ListBox*, OptionButton*,
                  CheckBox*, LevelBar*, ProgressBar*, Plot*, Picture*, MenuEntry*>;
 
 // Where a control is declared: in a form, in one of its frames, or in a menu.

@@ -193,6 +193,45 @@ TEST(Controls, SlidersTakeKeysAndTheirDefault) {
   EXPECT_EQ(panel.sldrCutoff.Position(), 440.0);
 }
 
+TEST(Controls, UpDownsStandAtWholeNumbersOfTheirRange) {
+  Form form{"Dynamics", ""};
+  TextBox text{form, "txtThresh", "Threshold"};
+  Label between{form, "lblBetween", ""};
+  UpDown upDown{form, "udThresh", "Threshold"};
+  text.shows = &upDown.slider;
+  std::string events;
+  upDown.slider.changed = [&] { events += std::to_string(upDown.Value()) + " "; };
+  const auto heard = [&events] { return std::exchange(events, {}); };
+  upDown.SetRange(-90, 0);
+  upDown.SetRange(-90, -40);  // it is moved into the new range
+  upDown.SetValue(-40);
+  upDown.SetValue(-2147483647);
+  EXPECT_EQ(heard(), "-40 -90 ");
+  const AnyControl& control = *FindControl(form, "udThresh");
+  for (const auto& [key, value] : {std::pair{"Up", -89},
+                                   {"PgUp", -79},
+                                   {"Shift+Down", -89},
+                                   {"PgDown", -90},
+                                   {"End", -40},
+                                   {"Up", -40},
+                                   {"Home", -90}}) {
+    EXPECT_EQ(PressKey(control, key), "") << key;
+    EXPECT_EQ(upDown.Value(), value) << key;
+  }
+  upDown.slider.SetShown(-60.6);  // as a screen reader may want it
+  EXPECT_EQ(KindOf(control) + " " + ValueOf(control) + " " + RangeOf(control), "updown -61 -90..-40");
+  for (const char* refused : {"-60.5", "-39", "x"}) EXPECT_NE(SetControl(control, refused), "") << refused;
+  EXPECT_NE(SetToDefault(control), "");
+  upDown.slider.defaultPosition = [] { return -50.0; };
+  heard();
+  EXPECT_EQ(SetControl(control, "-70"), "");
+  EXPECT_EQ(SetToDefault(control), "");
+  EXPECT_EQ(heard(), "-70 -50 ");
+  std::string order;
+  for (const AnyControl& one : ReadingOrder(form)) order += CoreOf(one).name + " ";
+  EXPECT_EQ(order, "lblBetween udThresh txtThresh ");
+}
+
 TEST(FormStack, ModalFormsBlockWhatLiesBelow) {
   Panel first;
   Form second{"Second", ""};
