@@ -161,9 +161,10 @@ const AdaptiveFilter Ctl2CH{"Ctl2CH",
 LengthField::LengthField(Panel& panel, Place place, const std::string& sliderName, const std::string& name,
                          const DisplayLaw& inSamples, const DisplayLaw& inTime,
                          const std::function<SliderRange()>& range, const Parameter& parameter)
-    : field(panel, place, "", sliderName, inSamples, range, parameter),
-      samples(place, "", name, inSamples, field.slider),
-      time(place, "", name + "Time", inTime, field.slider) {
+    : slider(place, sliderName, ""),
+      field(panel, slider, inSamples, range, parameter),
+      samples(place, "", name, inSamples, slider),
+      time(place, "", name + "Time", inTime, slider) {
   field.texts = {[this] { samples.Redisplay(); }, [this] { time.Redisplay(); }};
 }
 
@@ -225,9 +226,9 @@ AdaptivePanel::AdaptivePanel(const PanelContext& context, const AdaptiveFilter& 
       span(panel, fraPredSpan, "sldrPredSpan", "txtPredSpan", SpanInSamples(panel), SpanInTime(panel),
            UpTo(panel, 0, panel.settings.maxSpan),
            Titled(InRecord(panel, OfFilter(filter.span)), filter.spanCaption)),
-      mu(panel, fraAdapt, "", "sldrAdapt", Mu(), Fixed(LeastMu, MostMu),
+      mu(panel, sldrAdapt, Mu(), Fixed(LeastMu, MostMu),
          Titled(InRecord(panel, OfFilter(filter.mu)), fraAdapt.core.Caption())),
-      shownMu(fraAdapt, "Mu =", "txtAdapt", Mu(), mu.slider),
+      shownMu(fraAdapt, "Mu =", "txtAdapt", Mu(), sldrAdapt),
       processOutput(panel, fraChannels, "fraProcessOutput", "Processor Output", "ProcessOutput",
                     {"Normal", "Rejected"}, InRecord(panel, OfFilter(filter.processOutput))),
       delayChan(DelayChannel(panel, fraChannels, filter.delayChan)),

@@ -28,6 +28,7 @@ struct LengthField {
   LengthField(Panel& panel, Place place, const std::string& sliderName, const std::string& name,
               const DisplayLaw& inSamples, const DisplayLaw& inTime,
               const std::function<SliderRange()>& range, const Parameter& parameter);
+  Slider slider;
   SliderField field;
   SliderEntry samples, time;
 };
@@ -70,6 +71,7 @@ struct AdaptivePanel {
   Frame fraPredSpan{fraFilter, "fraPredSpan", filter.spanCaption};
   LengthField span;
   Frame fraAdapt{fraFilter, "fraAdapt", "Adapt Rate"};
+  Slider sldrAdapt{fraAdapt, "sldrAdapt", ""};
   SliderField mu;
   SliderEntry shownMu;
   GraphicButton btnAutoNormalize{fraAdapt, "btnAutoNormalize", "Auto Normalize",

@@ -56,6 +56,7 @@ struct BandPanel {
   Frame fraSettings{panel.form, "fraSettings", ""};
   SliderText loCutoff;
   SliderText hiCutoff;
+  Slider sldrTransSlope;
   SliderField slope;
   SliderEntry loSlope;
   SliderEntry hiSlope;

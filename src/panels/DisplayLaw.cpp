@@ -31,6 +31,15 @@ DisplayLaw WholeTens(const std::string& unit) {
           .step = ten};
 }
 
+DisplayLaw Tenths(const std::string& unit) {
+  constexpr double ten = 10;
+  return {.unit = unit,
+          .show = [](double position) { return FixedText(position / ten, 1); },
+          .parse = [](const std::string& text) -> double { return Nearest32(TypedNumber(text) * ten); },
+          .stored = [](double position) { return position / ten; },
+          .position = [](double value) { return value * ten; }};
+}
+
 DisplayLaw InputLevel() {
   constexpr double zero = 192, halves = 2;
   const auto show = [](double position) {

@@ -32,6 +32,8 @@ double TypedNumber(const std::string& text);
 DisplayLaw WholeNumber(const std::string& unit);
 // The position in whole tens, 100..500.
 DisplayLaw WholeTens(const std::string& unit);
+// The position in tenths, with one decimal: "2.5" at 25. What is kept is what is shown.
+DisplayLaw Tenths(const std::string& unit);
 // An input level in half decibels around 192: "0", "+2.5", "-48.0". It ends at 96 and 255.
 DisplayLaw InputLevel();
 

@@ -1,6 +1,7 @@
 #include "panels/SliderText.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace vc {
@@ -49,17 +50,18 @@ void SliderEntry::Take() {
   Redisplay();
 }
 
-SliderField::SliderField(Panel& owner, Place place, const std::string& caption, const std::string& name,
-                         const DisplayLaw& law, std::function<SliderRange()> sliderRange, Parameter edited,
-                         int index)
-    : slider(place, name, caption, index),
+SliderField::SliderField(Panel& owner, Slider& moved, const DisplayLaw& law,
+                         std::function<SliderRange()> sliderRange, Parameter edited)
+    : slider(moved),
       panel(owner),
       range(std::move(sliderRange)),
       parameter(std::move(edited)),
       stored(law.stored),
       positionOf(law.position) {
   slider.snaps = law.snaps;
-  slider.KeyArrowStepSize = slider.KeyPageStepSize = slider.MouseWheelStepSize = law.step;
+  for (double* size : {&slider.KeyArrowStepSize, &slider.KeyPageStepSize, &slider.MouseWheelStepSize}) {
+    *size *= law.step;
+  }
   slider.defaultPosition = [this] { return positionOf(parameter.factory()); };
   slider.changed = [this] { Moved(); };
   slider.released = [this] { panel.context.edits.history.CloseStep(); };
@@ -87,6 +89,11 @@ void SliderField::Store(double wished) {
 
 double SliderField::Wished() const { return parameter.kept(stored(slider.Position())); }
 
+bool SliderField::ShowsValue() const {
+  const double value = parameter.value();
+  return slider.whole ? slider.Position() == std::nearbyint(positionOf(value)) : Wished() == value;
+}
+
 void SliderField::TakePosition() {
   filling = true;
   const auto [lower, upper] = range();
@@ -98,15 +105,25 @@ void SliderField::TakePosition() {
 void SliderField::Fill() {
   if (panel.IsSource(slider.core)) return;  // the hand has it between two values that are stored
   TakePosition();
-  if (!storedWhenMoved && Wished() != parameter.value()) Moved();
+  if (!storedWhenMoved && !ShowsValue()) Moved();
   Redisplay();
 }
 
 SliderText::SliderText(Panel& panel, Place place, const std::string& caption, const std::string& sliderName,
                        const std::string& textName, const DisplayLaw& law,
                        const std::function<SliderRange()>& range, const Parameter& parameter, int index)
-    : field(panel, place, caption, sliderName, law, range, parameter, index),
-      entry(place, caption, textName, law, field.slider, index) {
+    : slider(place, sliderName, caption, index),
+      field(panel, slider, law, range, parameter),
+      entry(place, caption, textName, law, slider, index) {
+  field.texts.emplace_back([this] { entry.Redisplay(); });
+}
+
+UpDownText::UpDownText(Panel& panel, Place place, const std::string& caption, const std::string& upDownName,
+                       const std::string& textName, const DisplayLaw& law,
+                       const std::function<SliderRange()>& range, const Parameter& parameter, int index)
+    : upDown(place, upDownName, caption, index),
+      field(panel, upDown.slider, law, range, parameter),
+      entry(place, caption, textName, law, upDown.slider, index) {
   field.texts.emplace_back([this] { entry.Redisplay(); });
 }
 

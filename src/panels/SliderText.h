@@ -1,5 +1,5 @@
 // The one place that knows how an edit travels between a slider, its text box and the record: rounding,
-// clamping, bad text, Enter, the change mark.
+// clamping, bad text, Enter, the change mark. An up-down control is moved by a slider, too.
 #pragma once
 
 #include <functional>
@@ -45,15 +45,14 @@ struct SliderEntry {
   std::string written;
 };
 
-// A slider over a parameter, without a text of its own.
+// What a slider edits: a parameter, by a law and within a range.
 struct SliderField {
-  SliderField(Panel& owner, Place place, const std::string& caption, const std::string& name,
-              const DisplayLaw& law, std::function<SliderRange()> sliderRange, Parameter edited,
-              int index = NoIndex);
+  SliderField(Panel& owner, Slider& moved, const DisplayLaw& law, std::function<SliderRange()> sliderRange,
+              Parameter edited);
   SliderField(const SliderField&) = delete;
   SliderField& operator=(const SliderField&) = delete;
 
-  Slider slider;
+  Slider& slider;
   // What depends on the position, in the order in which it is shown anew.
   std::vector<std::function<void()>> texts;
   // Holds a value to what another parameter leaves it, where there is such a rule; a slider that wants to go
@@ -63,13 +62,15 @@ struct SliderField {
   bool storedWhenMoved = false;
 
   // Takes range and position from the parameter. A value outside the range moves into it, in the record as
-  // well, but for one that is stored when it is moved.
+  // well, but for one that is stored when it is moved. One between the whole numbers of an up-down control
+  // stays what it is.
   void Fill();
 
  private:
   void Moved();
   void Store(double wished);
   double Wished() const;  // the value of the position
+  bool ShowsValue() const;
   void TakePosition();
   void Redisplay() const;
 
@@ -80,12 +81,24 @@ struct SliderField {
   bool filling = false;
 };
 
-// The two of them side by side, as most parameters have them.
+// A slider and its number side by side, as most parameters have them.
 struct SliderText {
   SliderText(Panel& panel, Place place, const std::string& caption, const std::string& sliderName,
              const std::string& textName, const DisplayLaw& law, const std::function<SliderRange()>& range,
              const Parameter& parameter, int index = NoIndex);
 
+  Slider slider;
+  SliderField field;
+  SliderEntry entry;
+};
+
+// The same with an up-down control.
+struct UpDownText {
+  UpDownText(Panel& panel, Place place, const std::string& caption, const std::string& upDownName,
+             const std::string& textName, const DisplayLaw& law, const std::function<SliderRange()>& range,
+             const Parameter& parameter, int index = NoIndex);
+
+  UpDown upDown;
   SliderField field;
   SliderEntry entry;
 };

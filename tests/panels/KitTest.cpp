@@ -43,7 +43,14 @@ struct Everything {
         span(panel, panel.form, "Span", "sldrSpan", "txtSpan", Whole("points"), Fixed(0, 100),
              InRecord(panel, OfBroadband(*FindField("broadbandParms.span")))),
         ratio(panel, panel.form, "Ratio", "sldrRatio", "txtRatio", Whole(""), Fixed(1, 100),
-              InCopy(workRatio, 1.0F, [this] { ++copied; })) {
+              InCopy(workRatio, 1.0F, [this] { ++copied; })),
+        thresh(panel, panel.form, "Threshold", "udThresh", "txtThresh", WholeNumber("dB"), Fixed(-90, 0),
+               InRecord(panel, OfFilter(RowOf<&SystemSettings::lceCompThresh>()))),
+        expansion(panel, panel.form, "Expansion", "udExp", "txtExp", Tenths(""), Fixed(10, 1000),
+                  InRecord(panel, OfFilter(RowOf<&SystemSettings::lceExpRatio>()))) {
+    thresh.field.within = [this](double value) {
+      return std::min<double>(value, panel.settings.lceLimitThresh[panel.settings.curFilter]);
+    };
     for (int i = 0; i < 2; ++i) panel.shown.emplace_back([this] { ++shown; });
     levels.told = [this](const StageReading& reading) {
       ++told;
@@ -57,6 +64,7 @@ struct Everything {
   Panel panel;
   std::array<Substage, 2> substages{Substage{panel, panel.form, 0}, Substage{panel, panel.form, 1}};
   SliderText span, ratio;
+  UpDownText thresh, expansion;
   LevelBar lbInput{panel.form, "lbInput", "Level"};
   StageLevels levels{panel, EntriesOfCurFilter, lbInput};
   Form question{"Question", "Question"};
@@ -97,6 +105,35 @@ TEST_F(Kit, AWorkCopyIsNobodyElsesBeforeItIsTaken) {
   EXPECT_TRUE(run.record == before);
   all.ratio.field.slider.SetDefault();
   EXPECT_EQ(all.workRatio, 1.0F);
+}
+
+TEST_F(Kit, UpDownsEditAsSlidersDo) {
+  auto& stored = run.record.lceExpRatio[2];
+  stored = 1.73F;
+  all.panel.Fill();
+  EXPECT_EQ(run.Get("udExp") + " " + run.Get("txtExp"), "17 1.7");
+  EXPECT_EQ(run.Type("txtExp", " 1.7"), "");
+  EXPECT_EQ(stored, 1.73F);  // nobody has stepped it
+  for (const auto& [typed, shown] :
+       {std::pair{"2,25", "2.2"}, {"5000", "100.0"}, {"1e99", "100.0"}, {"x", "100.0"}, {"-3", "1.0"}}) {
+    EXPECT_EQ(run.Type("txtExp", typed), "");
+    EXPECT_EQ(run.Get("txtExp"), shown) << typed;
+    EXPECT_EQ(stored, static_cast<float>(ParseNumber(shown).value()));
+  }
+  for (const char* key : {"PgUp", "Up", "Shift+Up"}) EXPECT_EQ(PressKey(run.Find("udExp"), key), "");
+  EXPECT_EQ(stored, 3.1F);
+  run.session.history.Undo();
+  EXPECT_EQ(stored, 1.0F);
+  stored = 0.5F;
+  all.panel.Fill();
+  EXPECT_EQ(stored, 1.0F);
+
+  run.record.lceLimitThresh[2] = -20;
+  const int beeps = run.test.desk.beeps;
+  EXPECT_EQ(run.Set("udThresh", "-10"), "");
+  EXPECT_EQ(run.Get("udThresh") + run.Get("txtThresh"), "-20-20");
+  EXPECT_EQ(run.record.lceCompThresh[2], -20);
+  EXPECT_EQ(run.test.desk.beeps, beeps + 1);
 }
 
 TEST_F(Kit, SeveralThingsHangOnWhatIsShown) {

@@ -83,11 +83,11 @@ TEST(EditDoor, EveryFieldEntailsTheSameByNameAndFromAPanel) {
 
 // What an operator does to a control; false where that changes nothing.
 bool Work(const AnyControl& control) {
-  if (auto* const* slider = std::get_if<Slider*>(&control)) {
-    const double before = (*slider)->Position();
-    const bool atEnd = before == (*slider)->PositionMax();
-    (*slider)->SetPosition(before + (atEnd ? -1 : 1) * (*slider)->KeyArrowStepSize);
-    return (*slider)->Position() != before;
+  if (Slider* slider = SliderIn(control)) {
+    const double before = slider->Position();
+    const bool atEnd = before == slider->PositionMax();
+    slider->SetPosition(before + (atEnd ? -1 : 1) * slider->KeyArrowStepSize);
+    return slider->Position() != before;
   }
   if (auto* const* option = std::get_if<OptionButton*>(&control)) {
     return !(*option)->Value() && ClickControl(control).empty();
