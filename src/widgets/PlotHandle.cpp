@@ -13,6 +13,19 @@ std::string ReadingOf(const Slider& slider) {
   return slider.show ? slider.show(slider.Position()) : ShortestText(slider.Position());
 }
 
+// "Width 55.2 Hz"
+std::string WithCaption(const Slider& slider) {
+  const auto texts = TextsOf(slider);
+  const std::string unit = texts.empty() || texts.front()->unit.empty() ? "" : " " + texts.front()->unit;
+  return WithoutAccessKey(slider.core.Caption()) + " " + ReadingOf(slider) + unit;
+}
+
+// On the grid of the slider's steps.
+void MoveOnGrid(Slider& slider, double position) {
+  const double step = slider.KeyArrowStepSize, least = slider.PositionMin();
+  slider.SetPosition(step > 0.0 ? least + std::round((position - least) / step) * step : position);
+}
+
 // The pixel in the middle of the widest stopped part, as it is seen.
 double AmidStopband(const Plot& plot, const PlotLayout& layout) {
   double widest = 0.0, middle = layout.frame.left + layout.frame.width / 2.0;
@@ -71,6 +84,19 @@ PlotHandle::PlotHandle(Plot& shownIn, std::string handleName, HandleAxis along, 
       x(std::move(along)),
       y(std::move(upright)),
       wheel(turnedByWheel) {
+  JoinSliders();
+}
+
+PlotHandle::PlotHandle(Plot& shownIn, std::string handleName, HandleLaw turned)
+    : plot(shownIn),
+      name(std::move(handleName)),
+      x(HandleAxis::Standing([stands = turned.standsAt] { return stands().x; })),
+      y(HandleAxis::Standing([stands = turned.standsAt] { return stands().y; })),
+      law(std::move(turned)) {
+  JoinSliders();
+}
+
+void PlotHandle::JoinSliders() {
   plot.handles.push_back(this);
   for (Slider* slider : Sliders()) {
     auto& others = slider->alsoShownBy;
@@ -78,17 +104,21 @@ PlotHandle::PlotHandle(Plot& shownIn, std::string handleName, HandleAxis along, 
   }
 }
 
-std::vector<Slider*> PlotHandle::Sliders() const {
-  std::vector<Slider*> sliders{x.slider, y.slider, wheel};
+std::vector<Slider*> PlotHandle::Moved() const {
+  std::vector<Slider*> sliders{x.slider, y.slider, law ? law->slider : nullptr};
   std::erase(sliders, nullptr);
   return sliders;
 }
 
+std::vector<Slider*> PlotHandle::Sliders() const {
+  std::vector<Slider*> sliders = Moved();
+  if (wheel != nullptr) sliders.push_back(wheel);
+  return sliders;
+}
+
 bool PlotHandle::Usable() const {
-  const auto usable = [](const HandleAxis& axis) {
-    return axis.slider == nullptr || axis.slider->core.Usable();
-  };
-  return plot.core.Usable() && usable(x) && usable(y) && (!offered || offered());
+  const auto usable = [](const Slider* slider) { return slider->core.Usable(); };
+  return plot.core.Usable() && std::ranges::all_of(Moved(), usable) && (!offered || offered());
 }
 
 Point PlotHandle::Place(const PlotLayout& layout) const {
@@ -109,26 +139,21 @@ std::string PlotHandle::Reading() const {
     if (axis->slider == nullptr) continue;
     text += (text.empty() ? "" : ", ") + ReadingOf(*axis->slider) + (unit->empty() ? "" : " " + *unit);
   }
-  if (wheel == nullptr) return text;
-  const auto texts = TextsOf(*wheel);
-  const std::string unit = texts.empty() || texts.front()->unit.empty() ? "" : " " + texts.front()->unit;
-  return text + ", " + WithoutAccessKey(wheel->core.Caption()) + " " + ReadingOf(*wheel) + unit;
+  for (const Slider* slider : {law ? law->slider : nullptr, wheel}) {
+    if (slider != nullptr) text += (text.empty() ? "" : ", ") + WithCaption(*slider);
+  }
+  return text;
 }
 
 void PlotHandle::Hold() {
   held = true;
-  for (const HandleAxis* axis : {&x, &y}) {
-    if (axis->slider != nullptr) axis->slider->Hold();
-  }
+  for (Slider* slider : Moved()) slider->Hold();
 }
 
 void PlotHandle::MoveTo(double atX, double atY) {
+  if (law) return MoveByLaw(atX, atY);
   const auto move = [](const HandleAxis& axis, double value) {
-    if (axis.slider == nullptr) return;
-    const double step = axis.slider->KeyArrowStepSize, least = axis.slider->PositionMin();
-    const double position = axis.positionOf(value);
-    const double steps = step > 0.0 ? std::round((position - least) / step) : 0.0;
-    axis.slider->SetPosition(step > 0.0 ? least + steps * step : position);
+    if (axis.slider != nullptr) MoveOnGrid(*axis.slider, axis.positionOf(value));
   };
   const auto moveBoth = [&] {
     move(x, atX);
@@ -139,6 +164,16 @@ void PlotHandle::MoveTo(double atX, double atY) {
   } else {
     moveBoth();
   }
+}
+
+void PlotHandle::MoveByLaw(double atX, double atY) const {
+  double position = 0.0;
+  try {
+    position = law->positionOf(atX, atY);
+  } catch (const Fault&) {
+    return;
+  }
+  if (std::isfinite(position)) MoveOnGrid(*law->slider, position);
 }
 
 void PlotHandle::Together(const std::function<void()>& action) {
@@ -171,13 +206,12 @@ void PlotHandle::SetDefault() {
 
 void PlotHandle::Release() {
   if (!std::exchange(held, false)) return;
-  for (const HandleAxis* axis : {&x, &y}) {
-    if (axis->slider != nullptr) axis->slider->Release();
-  }
+  for (Slider* slider : Moved()) slider->Release();
   plot.core.Raise(plot.released);
 }
 
 bool PlotHandle::Press(std::string_view combination) {
+  if (law) return law->slider->Press(combination);
   const std::string_view key = combination.substr(combination.find('+') + 1);
   const bool lying = key == "Left" || key == "Right";
   const bool upright = key == "Up" || key == "Down" || key.starts_with("Pg");

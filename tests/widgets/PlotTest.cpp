@@ -342,6 +342,47 @@ TEST_F(Handles, FollowTheArrowsOfTheScreen) {
   EXPECT_EQ(both.Reading(), "110 Hz, 10 dB");
 }
 
+TEST_F(Handles, ALawMakesOnePositionOfBothCoordinates) {
+  UpDown ratio{form, "udRatio", "&Ratio"};
+  TextBox text{form, "txtRatio", "Ratio"};
+  text.unit = ": 1";
+  text.shows = &ratio.slider;
+  ratio.slider.show = [](double position) { return FixedText(position / 10, 1); };
+  ratio.SetRange(10, 1000);
+  // The line through 800 Hz and -10 dB, by Hz per tenth of a decibel.
+  PlotHandle line{plot,
+                  "Line",
+                  {&ratio.slider,
+                   [&] {
+                     return PlotSpot{1000.0, -10 + 200.0 / ratio.Value()};
+                   },
+                   [](double x, double y) {
+                     if (x > 1500) throw Fault{"Beyond the plot"};
+                     return (x - 800) / (y + 10);
+                   }}};
+  line.Hold();
+  EXPECT_TRUE(ratio.slider.Held());
+  for (const auto& [x, y, value] : {std::tuple{1000, -6.0, 50},
+                                    {1200, -6.0, 100},
+                                    {1200, -2.0, 50},
+                                    {1200, -10.0, 50},
+                                    {800, -10.0, 50},
+                                    {1501, -6.0, 50},
+                                    {801, -2.0, 10}}) {
+    line.MoveTo(x, y);
+    EXPECT_EQ(ratio.Value(), value) << x << ' ' << y;
+  }
+  line.Release();
+  EXPECT_FALSE(ratio.slider.Held() || along.Held());
+  for (const char* key : {"Right", "Up", "PgUp", "Left"}) EXPECT_TRUE(line.Press(key));
+  EXPECT_EQ(ratio.Value(), 21);
+  EXPECT_EQ(line.Reading(), "Ratio 2.1 : 1");
+  EXPECT_NEAR(At(line).y, -10 + 200.0 / 21, 1e-6);
+  EXPECT_EQ(&line.Main(), &ratio.slider);
+  ratio.core.SetEnabled(false);
+  EXPECT_FALSE(line.Usable());
+}
+
 TEST_F(Handles, TheWheelTurnsOneMoreSliderAndADoubleClickPutsAllBack) {
   Slider width{form, "sldrWidth", "&Width"};
   width.SetRange(3, 463);
