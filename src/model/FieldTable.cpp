@@ -190,7 +190,7 @@ constexpr std::array rows{
     Field<&S::hiResCurve>("hiResCurve", 0, Within{-60, 0}, Table),
     Field<&S::edgeCurve>("edgeCurve", 0, Within{-60, 0}, EqualizerCurve),
     Field<&S::sifCurve>("sifCurve", 0, Within{-60, LargestFloat}, Table),
-    Field<&S::customCurve>("customCurve", 0, Within{-60, 0}, Stage),
+    Field<&S::customCurve>("customCurve", 0, Within{-60, 0}, Nothing),
     Field<&S::sifLoAttack>("sifLoAttack", 0, Within{0, 449}, Stage),
     Field<&S::sifHiAttack>("sifHiAttack", 10, FollowsField{TenAboveLoAttack}, Stage),
     Field<&S::sifROSSelect>("sifROSSelect", 0, Within{0, 3}, Stage),
