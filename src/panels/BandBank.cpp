@@ -105,20 +105,15 @@ void BandBank::MoveAll(const Button& button, Heard heard,
     std::vector<FieldEdit> edits;
     for (int band = 0; band < BandCount; ++band) Add(edits, band, moved(PositionOf(band)));
     panel.Edit(button.core, title, edits);
-    if (heard == Heard::SwitchedIn) SwitchIn();
+    if (heard == Heard::SwitchedIn) panel.SwitchIn();
   });
 }
 
 void BandBank::Exchange(TableExchange::Direction direction) {
   panel.context.exchangeTable({direction, table.fileType, [this] {
                                  panel.Fill();
-                                 SwitchIn();
+                                 panel.SwitchIn();
                                }});
-}
-
-void BandBank::SwitchIn() const {
-  GraphicButton* blockSwitch = panel.context.blockSwitch;
-  if (blockSwitch != nullptr && blockSwitch->core.Usable() && blockSwitch->Value() == 0) blockSwitch->Click();
 }
 
 BandHandles::BandHandles(Plot& plot, BandBank& bank, const HandleAxis::Law& level,

@@ -62,8 +62,6 @@ struct BandBank {
   void Move(int band, double value, const ControlCore& source);
   void MoveAll(const Button& button, Heard heard, const std::function<double(double position)>& moved);
   void Exchange(TableExchange::Direction direction);
-  // So that what was done is heard.
-  void SwitchIn() const;
 
   Panel& panel;
 };

@@ -37,6 +37,11 @@ void Panel::Fill() {
   for (const auto& show : shown) show();
 }
 
+void Panel::SwitchIn() const {
+  GraphicButton* blockSwitch = context.blockSwitch;
+  if (blockSwitch != nullptr && blockSwitch->core.Usable() && blockSwitch->Value() == 0) blockSwitch->Click();
+}
+
 MirroredButton::MirroredButton(Panel& owner, Place place, const std::string& name, const std::string& caption,
                                GraphicButton::Style style, GraphicButton* shown)
     : button(place, name, caption, style), master(shown) {
@@ -48,13 +53,20 @@ MirroredButton::MirroredButton(Panel& owner, Place place, const std::string& nam
 }
 
 void MirroredButton::Show() {
-  button.core.SetEnabled(master != nullptr && master->core.Usable());
+  button.core.SetEnabled(master != nullptr && master->core.Usable() && !withheld);
   button.SetValue(master == nullptr ? 0 : master->Value());
 }
 
-PanelFoot::PanelFoot(Panel& owner, const std::string& switchName, const std::string& switchCaption)
-    : blockSwitch(owner, owner.form, switchName, switchCaption, GraphicButton::Style::Latching,
-                  owner.context.blockSwitch),
+void MirroredButton::Withhold(bool on) {
+  withheld = on;
+  Show();
+}
+
+PanelFoot::PanelFoot(Panel& owner, const char* switchName, const char* switchCaption)
+    : blockSwitch(switchName == nullptr ? nullptr
+                                        : std::make_unique<MirroredButton>(
+                                              owner, owner.form, switchName, switchCaption,
+                                              GraphicButton::Style::Latching, owner.context.blockSwitch)),
       btnOK(owner.form, "btnOK", "OK") {
   btnOK.clicked = [&owner] { owner.Close(); };
   owner.form.okButton = &btnOK;

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -83,6 +84,8 @@ struct Panel {
   // Whether this control's own edit is under way.
   bool IsSource(const ControlCore& control) const { return source == &control; }
   void Close() { context.forms.Unload(form); }
+  // Clicks the switch of the block where that is out, so that what was done is heard.
+  void SwitchIn() const;
 
  private:
   bool filling = false, again = false;
@@ -97,16 +100,20 @@ struct MirroredButton {
   MirroredButton(const MirroredButton&) = delete;
   MirroredButton& operator=(const MirroredButton&) = delete;
   GraphicButton button;
+  // While it is withheld it cannot be used.
+  void Withhold(bool on);
 
  private:
   void Show();
   GraphicButton* master;
+  bool withheld = false;
 };
 
-// The end of a panel: the switch of its block, which is the master panel's, and OK.
+// The end of a panel: the switch of its block, which is the master panel's, and OK. Without a name there is
+// no switch.
 struct PanelFoot {
-  PanelFoot(Panel& owner, const std::string& switchName, const std::string& switchCaption);
-  MirroredButton blockSwitch;
+  PanelFoot(Panel& owner, const char* switchName, const char* switchCaption);
+  std::unique_ptr<MirroredButton> blockSwitch;
   Button btnOK;
 };
 
