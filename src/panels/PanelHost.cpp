@@ -7,6 +7,7 @@
 #include "panels/AdaptivePanels.h"
 #include "panels/AuxCtl.h"
 #include "panels/CombPanels.h"
+#include "panels/CurvePanels.h"
 #include "panels/CutoffPanels.h"
 #include "panels/MultipleNotchPanels.h"
 #include "panels/NoisePanels.h"
@@ -43,6 +44,9 @@ constexpr auto Panels = std::to_array<PanelRow>({{"Ctl2CH", MakeFrom<AdaptivePan
                                                  {"CtlMSlot", MakeFrom<MultiplePanel, CtlMSlot>},
                                                  {"CtlParEq", MakeFrom<ParametricPanel, CtlParEq>},
                                                  {"CtPar2Eq", MakeFrom<ParametricPanel, CtPar2Eq>},
+                                                 {"CtlHiRes", MakeFrom<CurvePanel, CtlHiRes>},
+                                                 {"CtlCustomCurve", MakeFrom<CurvePanel, CtlCustomCurve>},
+                                                 {"CtlEDGE", MakeFrom<CurvePanel, CtlEDGE>},
                                                  {"CtlNoiseReducer", Make<CtlNoiseReducer>},
                                                  {"CtlNoiseEq", Make<CtlNoiseEq>},
                                                  {"IHPFSetup", MakeFrom<HighpassPanel, IHPFSetup>},

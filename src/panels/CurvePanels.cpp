@@ -1,0 +1,335 @@
+#include "panels/CurvePanels.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+
+#include "model/FieldAccess.h"
+#include "model/Kinds.h"
+#include "panels/ResponsePlot.h"
+
+namespace vc {
+namespace {
+
+constexpr double StageRatePerLine = 1024, EqualizerRatePerLine = 256;
+constexpr int StageLines = 460, EqualizerLines = 115;
+constexpr const char *NoFrequency = "-----", *NoLevel = "----";
+
+// Without a sign where it is rounded to nothing.
+std::string LevelText(double decibels) {
+  constexpr double tenths = 10;
+  return FixedText(std::nearbyint(decibels * tenths) / tenths + 0.0, 1);
+}
+
+struct Stroke {
+  std::string_view keys;
+  double distance;
+};
+constexpr double ToTheEnd = 1000;
+constexpr std::array<Stroke, 8> AlongLines{{{"Left", -1},
+                                            {"Right", 1},
+                                            {"Shift+Left", -10},
+                                            {"Shift+Right", 10},
+                                            {"Ctrl+Left", -100},
+                                            {"Ctrl+Right", 100},
+                                            {"Home", -ToTheEnd},
+                                            {"End", ToTheEnd}}};
+constexpr std::array<Stroke, 8> AlongLevels{{{"Up", 1},
+                                             {"Down", -1},
+                                             {"Shift+Up", 10},
+                                             {"Shift+Down", -10},
+                                             {"Ctrl+Up", 0.1},
+                                             {"Ctrl+Down", -0.1},
+                                             {"PgUp", 10},
+                                             {"PgDown", -10}}};
+
+const Stroke* StrokeOf(const std::array<Stroke, 8>& strokes, std::string_view combination) {
+  const auto* found = std::ranges::find(strokes, combination, &Stroke::keys);
+  return found == strokes.end() ? nullptr : found;
+}
+
+FieldElement InStage(const FieldRow& row, int line) { return OfFilter(row, line); }
+FieldElement InEqualizer(const FieldRow& row, int line) { return OfEqualizer(row, line); }
+
+}  // namespace
+
+const CurveKind CtlHiRes{"CtlHiRes",
+                         "Hi-Res Graphic",
+                         "Hi-Res Graphic Edit",
+                         RowOf<&SystemSettings::hiResCurve>(),
+                         InStage,
+                         StageLines,
+                         StageRatePerLine,
+                         false,
+                         "btnFilterActive",
+                         IndivFileType::HiResGraphic,
+                         BlockFamily::Filter,
+                         FilterKind::HiResGraphic,
+                         nullptr};
+const CurveKind CtlEDGE{"CtlEDGE",
+                        "Spectral Graphic",
+                        "Spectral Graphic Edit",
+                        RowOf<&SystemSettings::edgeCurve>(),
+                        InEqualizer,
+                        EqualizerLines,
+                        EqualizerRatePerLine,
+                        false,
+                        "btnEqActive",
+                        IndivFileType::SpectralEqualizer,
+                        BlockFamily::Equalizer,
+                        EqKind::SpectralGraphic,
+                        nullptr};
+const CurveKind CtlCustomCurve{
+    "CtlCustomCurve",
+    "SIF Custom Curve",
+    "SIF Custom Curve Edit",
+    RowOf<&SystemSettings::customCurve>(),
+    InStage,
+    StageLines,
+    StageRatePerLine,
+    true,
+    nullptr,
+    IndivFileType::CustomCurve,
+    BlockFamily::Filter,
+    FilterKind::SpectralInverse,
+    "The spectral inverse filter takes this curve when it is built with the output shape \"Custom\"."};
+
+CurvePanel::CurvePanel(const PanelContext& context, const CurveKind& curveKind)
+    : kind(curveKind),
+      panel(context, kind.form, kind.title),
+      lblPurpose(kind.note == nullptr ? nullptr
+                                      : std::make_unique<Label>(panel.form, "lblPurpose", kind.note)),
+      foot(panel, kind.switchName, "Active"),
+      drop(panel, kind.editTitle) {
+  FilterDisplay.large = true;
+  for (TextBox* reading : {&MarkerXLabel, &MarkerYLabel, &Bandwidth}) reading->readOnly = true;
+  MarkerXLabel.unit = Bandwidth.unit = "Hz";
+  MarkerYLabel.unit = "dB";
+  MarkerXLabel.widest = "88888.8";
+  MarkerYLabel.widest = "-88.8";
+  lblNext.keepsRoom = true;
+  panel.form.initialFocus = &FilterDisplay.core;
+  panel.form.closeRequested = [this] {
+    Abort();
+    panel.Close();
+  };
+  BindButtons();
+  BindPlot();
+  panel.parameters.emplace_back([this] { FollowRecord(); });
+  panel.shown.emplace_back([this] { Show(); });
+}
+
+void CurvePanel::BindButtons() {
+  btnEdit.clicked = [this] { drop.Ask(); };
+  drop.form.unloaded = [this] {
+    if (drop.dropProceed == 0) return;
+    edit.BeginRegion(standing, drop.dropAmount);
+    Begin();
+  };
+  btnNew.clicked = [this] {
+    edit.BeginNew(standing);
+    Begin();
+  };
+  btnAbort.clicked = [this] { Abort(); };
+  btnNormalize.clicked = [this] { Normalize(); };
+  btnStore.clicked = [this] { Exchange(TableExchange::Store); };
+  btnRecall.clicked = [this] { Exchange(TableExchange::Recall); };
+}
+
+void CurvePanel::BindPlot() {
+  FilterDisplay.pointer = [this](const PlotPointer& event) { Hear(event); };
+  FilterDisplay.keyPressed = [this](std::string_view combination) { return Press(combination); };
+}
+
+double CurvePanel::FrequencyOf(int line) const {
+  return line * static_cast<double>(panel.settings.sampleRate) / kind.ratePerLine;
+}
+
+// The line at the beginning of whose place it lies, or behind that; a place outside is held at the edge.
+int CurvePanel::LineAt(double hertz) const {
+  constexpr double rounding = 1e-6;  // what comes from pixels may fall short of a line
+  const double part = std::clamp(hertz / FilterDisplay.XAxis().to, 0.0, 1.0);
+  return static_cast<int>(std::floor(part * (kind.lines - 1) + rounding));
+}
+
+FieldEdit CurvePanel::EditOf(int line, float level) const {
+  const auto [i, j] = kind.element(kind.row, line).index(panel.settings);
+  return {&kind.row, i, j, static_cast<double>(level)};
+}
+
+std::vector<float> CurvePanel::Standing() const {
+  std::vector<float> curve;
+  for (int line = 0; line < kind.lines; ++line) {
+    const auto [i, j] = kind.element(kind.row, line).index(panel.settings);
+    curve.push_back(static_cast<float>(NumberOf(panel.settings, kind.row, i, j)));
+  }
+  return curve;
+}
+
+void CurvePanel::Begin() {
+  pointed.reset();
+  Show();
+}
+
+void CurvePanel::Abort() {
+  if (edit.editing == 0) return;
+  edit.Abort();
+  pointed.reset();
+  Show();
+}
+
+void CurvePanel::Take() {
+  if (edit.Point(pointed->line, pointed->level)) {
+    Commit(FilterDisplay.core, kind.editTitle, edit.curve);
+  } else {
+    Show();
+  }
+}
+
+void CurvePanel::Commit(const ControlCore& control, const std::string& title,
+                        const std::vector<float>& curve) {
+  std::vector<FieldEdit> edits;
+  for (int line = 0; line < kind.lines; ++line) {
+    edits.push_back(EditOf(line, curve[static_cast<std::size_t>(line)]));
+  }
+  if (kind.lastIsRepeated) edits.push_back(EditOf(kind.lines, curve.back()));
+  panel.context.edits.history.CloseStep();
+  panel.Edit(control, title, edits, EditState::Finished);
+  panel.context.edits.history.CloseStep();
+}
+
+void CurvePanel::Normalize() {
+  pointed.reset();
+  std::vector<float> curve = standing;
+  const float greatest = std::ranges::max(curve);
+  for (float& level : curve) level -= greatest;
+  Commit(btnNormalize.core, btnNormalize.core.Caption(), curve);
+}
+
+// A recalled table is finished when it is stored; it is to be heard, too.
+void CurvePanel::Exchange(TableExchange::Direction direction) {
+  panel.context.exchangeTable({direction, kind.fileType, [this] {
+                                 pointed.reset();
+                                 Show();
+                                 if (kind.switchName != nullptr) panel.SwitchIn();
+                               }});
+}
+
+void CurvePanel::Hear(const PlotPointer& event) {
+  if (event.action == PointerAction::Leave) {
+    pointed.reset();
+  } else {
+    pointed = {LineAt(event.x),
+               std::clamp(event.y, static_cast<double>(LowestCurve), static_cast<double>(HighestCurve))};
+  }
+  if (event.action == PointerAction::Release && edit.editing != 0) Take();
+  ShowPointed();
+}
+
+bool CurvePanel::Press(std::string_view combination) {
+  const bool takes = combination == "Enter" && edit.editing != 0;
+  if (!takes && !MoveLine(combination) && !MoveLevel(combination)) return false;
+  if (takes) {
+    pointed = PointedNow();
+    Take();
+  }
+  ShowPointed();
+  return true;
+}
+
+bool CurvePanel::MoveLine(std::string_view combination) {
+  const Stroke* stroke = StrokeOf(AlongLines, combination);
+  if (stroke == nullptr) return false;
+  pointed = PointedNow();
+  pointed->line = std::clamp(pointed->line + static_cast<int>(stroke->distance), 0, kind.lines - 1);
+  return true;
+}
+
+// By keys a level comes to rest at tenths, as it is shown.
+bool CurvePanel::MoveLevel(std::string_view combination) {
+  constexpr double tenths = 10;
+  const Stroke* stroke = StrokeOf(AlongLevels, combination);
+  if (stroke == nullptr || edit.editing == 0) return false;
+  pointed = PointedNow();
+  const double level = std::nearbyint((pointed->level + stroke->distance) * tenths) / tenths;
+  pointed->level = std::clamp(level, static_cast<double>(LowestCurve), static_cast<double>(HighestCurve));
+  return true;
+}
+
+// Keys begin where the curve has been drawn up to, or in its middle.
+CurvePanel::Pointed CurvePanel::PointedNow() const {
+  if (pointed) return *pointed;
+  const bool drawing = edit.editing != 0 && edit.choosingRegion == 0;
+  const int line = drawing ? edit.lastPoint : kind.lines / 2;
+  const std::vector<float>& curve = edit.editing != 0 ? edit.curve : standing;
+  return {line, static_cast<double>(curve[static_cast<std::size_t>(line)])};
+}
+
+void CurvePanel::FollowRecord() {
+  standing = Standing();
+  if (edit.editing == 0 || edit.curveBackup == standing) return;
+  edit.Abort();
+  pointed.reset();
+}
+
+void CurvePanel::Show() {
+  Bandwidth.SetText(FixedText(FrequencyOf(kind.lines), 1));
+  lblNext.core.SetCaption(edit.Next());
+  DCClickLabel.core.SetVisible(edit.dcClick != 0);
+  ShowUse();
+  ShowCurves();
+  ShowPointed();
+}
+
+// While the curve is drawn there are two ways out of it: to its end, or to what it was.
+void CurvePanel::ShowUse() {
+  const bool editing = edit.editing != 0;
+  for (Button* button : {&btnEdit, &btnNew, &btnNormalize, &btnStore, &btnRecall, &foot.btnOK}) {
+    button->core.SetEnabled(!editing);
+  }
+  btnAbort.core.SetEnabled(editing);
+  if (foot.blockSwitch) foot.blockSwitch->Withhold(editing);
+  panel.form.cancelButton = editing ? &btnAbort : nullptr;
+}
+
+void CurvePanel::ShowCurves() {
+  FilterDisplay.SetAxes({0.0, FrequencyOf(kind.lines - 1), "Hz"},
+                        {static_cast<double>(LowestCurve), static_cast<double>(HighestCurve), "dB"});
+  std::vector<PlotTrace> traces;
+  if (edit.editing == 0) {
+    traces.push_back({.name = "Curve", .values = standing});
+  } else {
+    for (const CurvePart& part : edit.Drawn()) {
+      if (part.last > part.first) traces.push_back(Stretch(part, "Curve", TraceColours[0]));
+    }
+    if (const auto rest = edit.ToCome()) traces.push_back(Stretch(*rest, "", FaintCurve));
+  }
+  FilterDisplay.SetTraces(traces);
+}
+
+PlotTrace CurvePanel::Stretch(const CurvePart& part, const char* name, Colour colour) const {
+  PlotTrace trace{.name = name,
+                  .values = {edit.curve.begin() + part.first, edit.curve.begin() + part.last + 1},
+                  .colour = colour};
+  for (int line = part.first; line <= part.last; ++line) trace.places.push_back(FrequencyOf(line));
+  return trace;
+}
+
+// What a point there would be while the curve is drawn, what the curve has there else.
+void CurvePanel::ShowPointed() {
+  std::vector<PlotBand> bands;
+  const auto line = pointed ? std::optional(edit.Held(pointed->line)) : std::nullopt;
+  if (const auto region = edit.Region(line)) {
+    bands.push_back({FrequencyOf(region->first), FrequencyOf(region->last)});
+  }
+  FilterDisplay.SetBands(bands);
+  FilterDisplay.SetCursor(line ? std::optional(FrequencyOf(*line)) : std::nullopt);
+  MarkerXLabel.SetText(line ? FixedText(FrequencyOf(*line), 1) : NoFrequency);
+  if (!line) return MarkerYLabel.SetText(NoLevel);
+  const bool takesLevel = edit.editing != 0 && edit.choosingRegion == 0;
+  const std::vector<float>& curve = edit.editing != 0 ? edit.curve : standing;
+  MarkerYLabel.SetText(
+      LevelText(takesLevel ? pointed->level : static_cast<double>(curve[static_cast<std::size_t>(*line)])));
+}
+
+}  // namespace vc

@@ -1,0 +1,100 @@
+// The panels on which a curve is drawn by hand: over the frequencies of a filter stage (CtlHiRes), of an
+// equalizer (CtlEDGE), and as the output shape of a spectral inverse filter (CtlCustomCurve).
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "model/FilterResponse.h"
+#include "panels/CurveEdit.h"
+#include "panels/EDGEDrop.h"
+#include "panels/Parameter.h"
+#include "panels/ResponseCurve.h"
+
+namespace vc {
+
+struct CurveKind {
+  const char *form, *title, *editTitle;
+  const FieldRow& row;  // of the curve, by the line
+  FieldElement (*element)(const FieldRow& row, int line);
+  int lines;               // that are edited
+  double ratePerLine;      // line i lies at i * sampleRate / ratePerLine
+  bool lastIsRepeated;     // in the entry behind it
+  const char* switchName;  // null where the panel has none
+  std::int16_t fileType;   // IndivFileType of the curve
+  BlockFamily family;
+  std::int16_t kind;  // of the block whose response it makes
+  const char* note;   // what the curve is for, where the title does not say it
+};
+extern const CurveKind CtlHiRes, CtlEDGE, CtlCustomCurve;
+
+struct CurvePanel {
+  CurvePanel(const PanelContext& context, const CurveKind& curveKind);
+
+  const CurveKind& kind;
+  Panel panel;
+  CurveEdit edit;
+  std::unique_ptr<Label> lblPurpose;
+  Plot FilterDisplay{panel.form, "FilterDisplay", "Curve"};
+  Label lblNext{panel.form, "lblNext", ""};
+  Label DCClickLabel{panel.form, "DCClickLabel",
+                     "The first mouse click in the graph region determines the DC (O Hz) level."};
+  Frame fraReadings{panel.form, "fraReadings", "", Arrangement::Columns};
+  TextBox MarkerXLabel{fraReadings, "MarkerXLabel", "Frequency"};
+  TextBox MarkerYLabel{fraReadings, "MarkerYLabel", "Attenuation"};
+  TextBox Bandwidth{fraReadings, "Bandwidth", "Bandwidth"};
+  Frame fraCurve{panel.form, "fraCurve", "", Arrangement::Columns};
+  Button btnEdit{fraCurve, "btnEdit", "Edit..."};
+  Button btnNew{fraCurve, "btnNew", "New"};
+  Button btnAbort{fraCurve, "btnAbort", "Abort"};
+  Button btnNormalize{fraCurve, "btnNormalize", "Normalize"};
+  Button btnStore{fraCurve, "btnStore", "Store..."};
+  Button btnRecall{fraCurve, "btnRecall", "Recall..."};
+  PanelFoot foot;
+  EDGEDrop drop;
+
+ private:
+  // Where pointer or keys are: on a line, at a level in dB.
+  struct Pointed {
+    int line;
+    double level;
+  };
+
+  void BindButtons();
+  void BindPlot();
+  double FrequencyOf(int line) const;
+  int LineAt(double hertz) const;
+  FieldEdit EditOf(int line, float level) const;
+  // Of the record, the lines that are edited.
+  std::vector<float> Standing() const;
+
+  void Begin();
+  void Abort();
+  void Take();
+  // The curve as it is to stand, in one step.
+  void Commit(const ControlCore& control, const std::string& title, const std::vector<float>& curve);
+  void Normalize();
+  void Exchange(TableExchange::Direction direction);
+
+  void Hear(const PlotPointer& event);
+  bool Press(std::string_view combination);
+  bool MoveLine(std::string_view combination);
+  bool MoveLevel(std::string_view combination);
+  Pointed PointedNow() const;
+
+  // The record may have become another one: an edit of a curve that is no more ends.
+  void FollowRecord();
+  void Show();
+  void ShowCurves();
+  void ShowUse();
+  void ShowPointed();
+  PlotTrace Stretch(const CurvePart& part, const char* name, Colour colour) const;
+
+  std::vector<float> standing;  // as the record has it
+  std::optional<Pointed> pointed;
+};
+
+}  // namespace vc
