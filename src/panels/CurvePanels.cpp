@@ -229,12 +229,19 @@ void CurvePanel::Hear(const PlotPointer& event) {
 bool CurvePanel::Press(std::string_view combination) {
   const bool takes = combination == "Enter" && edit.editing != 0;
   if (!takes && !MoveLine(combination) && !MoveLevel(combination)) return false;
-  if (takes) {
-    pointed = PointedNow();
-    Take();
-  }
+  if (takes) TakeByKey();
   ShowPointed();
   return true;
+}
+
+// Where the region has been chosen, keys go on from its left edge.
+void CurvePanel::TakeByKey() {
+  const bool choosing = edit.choosingRegion != 0;
+  pointed = PointedNow();
+  Take();
+  if (!choosing || edit.choosingRegion != 0) return;
+  pointed.reset();
+  pointed = PointedNow();
 }
 
 bool CurvePanel::MoveLine(std::string_view combination) {

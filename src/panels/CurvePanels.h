@@ -81,6 +81,7 @@ struct CurvePanel {
 
   void Hear(const PlotPointer& event);
   bool Press(std::string_view combination);
+  void TakeByKey();
   bool MoveLine(std::string_view combination);
   bool MoveLevel(std::string_view combination);
   Pointed PointedNow() const;
