@@ -114,6 +114,7 @@ void Tour::ShowPanels() {
     desktop::FormWindow* window = OpenedByName(form);
     if (window == nullptr) continue;
     UsePanel(*window, form);
+    if (window->findChild<QWidget*>("FilterDisplay") != nullptr) DrawCurve(*window, form);
     Press(*window, "btnOK");
     Await([this, &form] { return program.session.forms.Find(form) == nullptr; }, "OK closes it");
   }

@@ -46,6 +46,8 @@ class Tour {
                 const char* button);
   // Does in a panel what an operator would, and takes a picture of it where there is such a thing.
   void UsePanel(desktop::FormWindow& window, const std::string& form);
+  // Draws a curve in a panel that has one, and leaves the drawing of a part of it.
+  void DrawCurve(desktop::FormWindow& window, const std::string& form);
   void StoreInMemory();
   void UndoSteps();
   // Chooses a row of a list of the master panel.
