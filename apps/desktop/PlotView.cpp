@@ -196,9 +196,13 @@ void PlotView::PointAt(std::optional<double> column) {
   operate(model.core, [this, &column] { model.SetCursor(column); });
 }
 
+// The pointer stands for the middle of its pixel, as the axes begin and end in the middle of one.
 void PlotView::Tell(vc::PointerAction action, const QPointF& at) {
   if (!model.pointer) return;
-  operate(model.core, [&] { model.pointer({action, layout.x.ValueAt(at.x()), layout.y.ValueAt(at.y())}); });
+  const QPointF middle = at + QPointF(0.5, 0.5) / devicePixelRatioF();
+  operate(model.core, [&] {
+    model.pointer({action, layout.x.ValueAt(middle.x()), layout.y.ValueAt(middle.y())});
+  });
 }
 
 void PlotView::mousePressEvent(QMouseEvent* event) {

@@ -77,11 +77,12 @@ void CurveEdit::Interpolate(int start, int index, int end) {
   At(index) = static_cast<float>(from + (index - start) * (to - from) / (end - start));
 }
 
-int CurveEdit::Held(int line) const { return editing == No ? line : std::min<int>(line, rightIndex); }
-
-bool CurveEdit::Draws(int line) const {
-  return editing != No && choosingRegion == No && dcClick == No && Held(line) > lastPoint;
+int CurveEdit::Held(int line) const {
+  if (dcClick != No) return 0;
+  return editing == No ? line : std::min<int>(line, rightIndex);
 }
+
+bool CurveEdit::Draws(int line) const { return TakesLevel() && dcClick == No && Held(line) > lastPoint; }
 
 std::string CurveEdit::Next() const {
   if (editing == No) return {};

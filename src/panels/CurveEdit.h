@@ -37,9 +37,11 @@ struct CurveEdit {
   // not lie to the right of the last one is ignored; a level is held within the curve's range. True where
   // that was the last point: the edit is at its end, and curve is what has become of it.
   bool Point(int line, double level);
+  // Whether the next point is one of the curve, and its level counts.
+  bool TakesLevel() const { return editing != 0 && choosingRegion == 0; }
   // Where a point at a line comes to lie.
   int Held(int line) const;
-  // Whether a point at a line would be one of the curve.
+  // Whether a point at a line would take the curve further.
   bool Draws(int line) const;
 
   // What to do next, in words; empty while nothing is edited.

@@ -14,6 +14,7 @@ namespace {
 constexpr double StageRatePerLine = 1024, EqualizerRatePerLine = 256;
 constexpr int StageLines = 460, EqualizerLines = 115;
 constexpr const char *NoFrequency = "-----", *NoLevel = "----";
+constexpr const char* Idle = "Edit draws a part of the curve anew, New the whole of it.";
 
 // Without a sign where it is rounded to nothing.
 std::string LevelText(double decibels) {
@@ -48,16 +49,13 @@ const Stroke* StrokeOf(const std::array<Stroke, 8>& strokes, std::string_view co
   return found == strokes.end() ? nullptr : found;
 }
 
-FieldElement InStage(const FieldRow& row, int line) { return OfFilter(row, line); }
-FieldElement InEqualizer(const FieldRow& row, int line) { return OfEqualizer(row, line); }
-
 }  // namespace
 
 const CurveKind CtlHiRes{"CtlHiRes",
                          "Hi-Res Graphic",
                          "Hi-Res Graphic Edit",
                          RowOf<&SystemSettings::hiResCurve>(),
-                         InStage,
+                         &SystemSettings::curFilter,
                          StageLines,
                          StageRatePerLine,
                          false,
@@ -70,7 +68,7 @@ const CurveKind CtlEDGE{"CtlEDGE",
                         "Spectral Graphic",
                         "Spectral Graphic Edit",
                         RowOf<&SystemSettings::edgeCurve>(),
-                        InEqualizer,
+                        &SystemSettings::curEq,
                         EqualizerLines,
                         EqualizerRatePerLine,
                         false,
@@ -84,7 +82,7 @@ const CurveKind CtlCustomCurve{
     "SIF Custom Curve",
     "SIF Custom Curve Edit",
     RowOf<&SystemSettings::customCurve>(),
-    InStage,
+    &SystemSettings::curFilter,
     StageLines,
     StageRatePerLine,
     true,
@@ -107,7 +105,9 @@ CurvePanel::CurvePanel(const PanelContext& context, const CurveKind& curveKind)
   MarkerYLabel.unit = "dB";
   MarkerXLabel.widest = "88888.8";
   MarkerYLabel.widest = "-88.8";
-  lblNext.keepsRoom = true;
+  FilterDisplay.cursorPlaced = true;
+  constexpr int buttonsPerRow = 3;
+  fraCurve.buttonsPerRow = buttonsPerRow;
   panel.form.initialFocus = &FilterDisplay.core;
   panel.form.closeRequested = [this] {
     Abort();
@@ -152,16 +152,11 @@ int CurvePanel::LineAt(double hertz) const {
   return static_cast<int>(std::floor(part * (kind.lines - 1) + rounding));
 }
 
-FieldEdit CurvePanel::EditOf(int line, float level) const {
-  const auto [i, j] = kind.element(kind.row, line).index(panel.settings);
-  return {&kind.row, i, j, static_cast<double>(level)};
-}
-
 std::vector<float> CurvePanel::Standing() const {
+  const int block = panel.settings.*kind.block;
   std::vector<float> curve;
   for (int line = 0; line < kind.lines; ++line) {
-    const auto [i, j] = kind.element(kind.row, line).index(panel.settings);
-    curve.push_back(static_cast<float>(NumberOf(panel.settings, kind.row, i, j)));
+    curve.push_back(static_cast<float>(NumberOf(panel.settings, kind.row, block, line)));
   }
   return curve;
 }
@@ -169,6 +164,7 @@ std::vector<float> CurvePanel::Standing() const {
 void CurvePanel::Begin() {
   pointed.reset();
   Show();
+  panel.form.Focus(FilterDisplay.core);
 }
 
 void CurvePanel::Abort() {
@@ -188,11 +184,13 @@ void CurvePanel::Take() {
 
 void CurvePanel::Commit(const ControlCore& control, const std::string& title,
                         const std::vector<float>& curve) {
+  const int block = panel.settings.*kind.block;
   std::vector<FieldEdit> edits;
-  for (int line = 0; line < kind.lines; ++line) {
-    edits.push_back(EditOf(line, curve[static_cast<std::size_t>(line)]));
-  }
-  if (kind.lastIsRepeated) edits.push_back(EditOf(kind.lines, curve.back()));
+  const auto add = [&](int line, float level) {
+    edits.emplace_back(&kind.row, block, line, static_cast<double>(level));
+  };
+  for (int line = 0; line < kind.lines; ++line) add(line, curve[static_cast<std::size_t>(line)]);
+  if (kind.lastIsRepeated) add(kind.lines, curve.back());
   panel.context.edits.history.CloseStep();
   panel.Edit(control, title, edits, EditState::Finished);
   panel.context.edits.history.CloseStep();
@@ -266,10 +264,8 @@ bool CurvePanel::MoveLevel(std::string_view combination) {
 // Keys begin where the curve has been drawn up to, or in its middle.
 CurvePanel::Pointed CurvePanel::PointedNow() const {
   if (pointed) return *pointed;
-  const bool drawing = edit.editing != 0 && edit.choosingRegion == 0;
-  const int line = drawing ? edit.lastPoint : kind.lines / 2;
-  const std::vector<float>& curve = edit.editing != 0 ? edit.curve : standing;
-  return {line, static_cast<double>(curve[static_cast<std::size_t>(line)])};
+  const int line = edit.TakesLevel() ? edit.lastPoint : kind.lines / 2;
+  return {line, LevelShown(line)};
 }
 
 void CurvePanel::FollowRecord() {
@@ -281,7 +277,10 @@ void CurvePanel::FollowRecord() {
 
 void CurvePanel::Show() {
   Bandwidth.SetText(FixedText(FrequencyOf(kind.lines), 1));
-  lblNext.core.SetCaption(edit.Next());
+  lblNext.core.SetCaption(edit.editing != 0 ? edit.Next() : Idle);
+  lblNext.core.SetVisible(edit.dcClick == 0);  // one of the two: the picture stays under the pointer
+  ControlCore& display = FilterDisplay.core;
+  if (display.Store(display.spokenBehind, edit.Next(), "Next")) display.Changed("Caption");  // spoken with it
   DCClickLabel.core.SetVisible(edit.dcClick != 0);
   ShowUse();
   ShowCurves();
@@ -307,7 +306,8 @@ void CurvePanel::ShowCurves() {
     traces.push_back({.name = "Curve", .values = standing});
   } else {
     for (const CurvePart& part : edit.Drawn()) {
-      if (part.last > part.first) traces.push_back(Stretch(part, "Curve", TraceColours[0]));
+      const char* name = part.first == 0 ? "Curve" : "";
+      if (part.last > part.first) traces.push_back(Stretch(part, name, TraceColours[0]));
     }
     if (const auto rest = edit.ToCome()) traces.push_back(Stretch(*rest, "", FaintCurve));
   }
@@ -331,12 +331,31 @@ void CurvePanel::ShowPointed() {
   }
   FilterDisplay.SetBands(bands);
   FilterDisplay.SetCursor(line ? std::optional(FrequencyOf(*line)) : std::nullopt);
+  FilterDisplay.SetRubber(RubberNow());
+  FilterDisplay.SetDot(DotNow());
   MarkerXLabel.SetText(line ? FixedText(FrequencyOf(*line), 1) : NoFrequency);
-  if (!line) return MarkerYLabel.SetText(NoLevel);
-  const bool takesLevel = edit.editing != 0 && edit.choosingRegion == 0;
+  MarkerYLabel.SetText(line ? LevelText(edit.TakesLevel() ? pointed->level : LevelShown(*line)) : NoLevel);
+}
+
+double CurvePanel::LevelShown(int line) const {
   const std::vector<float>& curve = edit.editing != 0 ? edit.curve : standing;
-  MarkerYLabel.SetText(
-      LevelText(takesLevel ? pointed->level : static_cast<double>(curve[static_cast<std::size_t>(*line)])));
+  return static_cast<double>(curve[static_cast<std::size_t>(line)]);
+}
+
+std::optional<PlotRubber> CurvePanel::RubberNow() const {
+  if (!pointed || !edit.Draws(pointed->line)) return std::nullopt;
+  return PlotRubber{FrequencyOf(edit.lastPoint), LevelShown(edit.lastPoint),
+                    FrequencyOf(edit.Held(pointed->line)), pointed->level};
+}
+
+// The last point; before there is one, where it would be.
+std::optional<PlotDot> CurvePanel::DotNow() const {
+  if (!edit.TakesLevel() || (edit.dcClick != 0 && !pointed)) return std::nullopt;
+  const double level = edit.dcClick != 0 ? pointed->level : LevelShown(edit.lastPoint);
+  return PlotDot{.x = FrequencyOf(edit.lastPoint),
+                 .y = level,
+                 .reading = pointed ? "next point " + LevelText(pointed->level) + " dB" : "",
+                 .colour = TraceColours[0]};
 }
 
 }  // namespace vc

@@ -11,20 +11,19 @@
 #include "model/FilterResponse.h"
 #include "panels/CurveEdit.h"
 #include "panels/EDGEDrop.h"
-#include "panels/Parameter.h"
 #include "panels/ResponseCurve.h"
 
 namespace vc {
 
 struct CurveKind {
   const char *form, *title, *editTitle;
-  const FieldRow& row;  // of the curve, by the line
-  FieldElement (*element)(const FieldRow& row, int line);
-  int lines;               // that are edited
-  double ratePerLine;      // line i lies at i * sampleRate / ratePerLine
-  bool lastIsRepeated;     // in the entry behind it
-  const char* switchName;  // null where the panel has none
-  std::int16_t fileType;   // IndivFileType of the curve
+  const FieldRow& row;                  // of the curve, by the block and the line
+  std::int16_t SystemSettings::*block;  // the number of the one that is edited
+  int lines;                            // that are edited
+  double ratePerLine;                   // line i lies at i * sampleRate / ratePerLine
+  bool lastIsRepeated;                  // in the entry behind it
+  const char* switchName;               // null where the panel has none
+  std::int16_t fileType;                // IndivFileType of the curve
   BlockFamily family;
   std::int16_t kind;  // of the block whose response it makes
   const char* note;   // what the curve is for, where the title does not say it
@@ -42,11 +41,12 @@ struct CurvePanel {
   Label lblNext{panel.form, "lblNext", ""};
   Label DCClickLabel{panel.form, "DCClickLabel",
                      "The first mouse click in the graph region determines the DC (O Hz) level."};
-  Frame fraReadings{panel.form, "fraReadings", "", Arrangement::Columns};
+  Frame fraBelow{panel.form, "fraBelow", "", Arrangement::Columns};
+  Frame fraReadings{fraBelow, "fraReadings", ""};
   TextBox MarkerXLabel{fraReadings, "MarkerXLabel", "Frequency"};
   TextBox MarkerYLabel{fraReadings, "MarkerYLabel", "Attenuation"};
   TextBox Bandwidth{fraReadings, "Bandwidth", "Bandwidth"};
-  Frame fraCurve{panel.form, "fraCurve", "", Arrangement::Columns};
+  Frame fraCurve{fraBelow, "fraCurve", ""};
   Button btnEdit{fraCurve, "btnEdit", "Edit..."};
   Button btnNew{fraCurve, "btnNew", "New"};
   Button btnAbort{fraCurve, "btnAbort", "Abort"};
@@ -67,7 +67,6 @@ struct CurvePanel {
   void BindPlot();
   double FrequencyOf(int line) const;
   int LineAt(double hertz) const;
-  FieldEdit EditOf(int line, float level) const;
   // Of the record, the lines that are edited.
   std::vector<float> Standing() const;
 
@@ -92,6 +91,9 @@ struct CurvePanel {
   void ShowCurves();
   void ShowUse();
   void ShowPointed();
+  double LevelShown(int line) const;
+  std::optional<PlotRubber> RubberNow() const;
+  std::optional<PlotDot> DotNow() const;
   PlotTrace Stretch(const CurvePart& part, const char* name, Colour colour) const;
 
   std::vector<float> standing;  // as the record has it

@@ -1,6 +1,7 @@
 // The part of the walk that draws a curve by the mouse.
 #include <cmath>
 
+#include <QMouseEvent>
 #include <QTest>
 
 #include "desktop/PlotView.h"
@@ -33,6 +34,14 @@ void Click(desktop::PlotView& display, std::span<const Spot> spots) {
   for (const Spot& spot : spots) QTest::mouseClick(&display, Qt::LeftButton, {}, PlaceOf(display, spot));
 }
 
+// To the view itself: where the mouse is on this screen is not the walk's.
+void Move(desktop::PlotView& display, const Spot& spot) {
+  const QPointF place = PlaceOf(display, spot);
+  QMouseEvent event(QEvent::MouseMove, place, display.mapToGlobal(place), Qt::NoButton, Qt::NoButton,
+                    Qt::NoModifier);
+  QCoreApplication::sendEvent(&display, &event);
+}
+
 }  // namespace
 
 void Tour::DrawCurve(desktop::FormWindow& window, const std::string& form) {
@@ -43,7 +52,7 @@ void Tour::DrawCurve(desktop::FormWindow& window, const std::string& form) {
   Click(display, Voice);
   Expect(!window.findChild<QWidget*>("btnAbort")->isEnabled() && points() != before,
          form + " has the curve that was drawn");
-  QTest::mouseMove(&display, PlaceOf(display, Voice[3]));
+  Move(display, Voice[3]);
   Photograph(&window, form);
   const auto drawn = points();
   Press(window, "btnEdit");
@@ -52,7 +61,7 @@ void Tour::DrawCurve(desktop::FormWindow& window, const std::string& form) {
   Press(*question, "optDropSelect(2)");
   Press(*question, "btnProceed");
   Click(display, Region);
-  QTest::mouseMove(&display, PlaceOf(display, Pointed));
+  Move(display, Pointed);
   Photograph(&window, form + "-editing");
   Press(window, "btnAbort");
   Expect(points() == drawn, form + " has the curve again that stood when it was left");
