@@ -5,14 +5,14 @@
 #include <cmath>
 
 #include "model/FieldAccess.h"
+#include "model/HostDesign.h"
 #include "model/Kinds.h"
 #include "panels/ResponsePlot.h"
 
 namespace vc {
 namespace {
 
-constexpr double StageRatePerLine = 1024, EqualizerRatePerLine = 256;
-constexpr int StageLines = 460, EqualizerLines = 115;
+constexpr double EqualizerRatePerLine = 256;
 constexpr const char *NoFrequency = "-----", *NoLevel = "----";
 constexpr const char* Idle = "Edit draws a part of the curve anew, New the whole of it.";
 
@@ -49,6 +49,26 @@ const Stroke* StrokeOf(const std::array<Stroke, 8>& strokes, std::string_view co
   return found == strokes.end() ? nullptr : found;
 }
 
+PlotTrace OfHiRes(const SystemSettings& settings, const PlotAxis& frequencies, std::size_t points) {
+  return ResponseTrace(settings, {BlockFamily::Filter, settings.curFilter, FilterKind::HiResGraphic},
+                       frequencies, points);
+}
+
+PlotTrace OfSpectral(const SystemSettings& settings, const PlotAxis& frequencies, std::size_t points) {
+  return ResponseTrace(settings, {BlockFamily::Equalizer, settings.curEq, EqKind::SpectralGraphic},
+                       frequencies, points);
+}
+
+// As a filter stage would have it of this curve alone.
+PlotTrace OfCustomCurve(const SystemSettings& settings, const PlotAxis& frequencies, std::size_t points) {
+  const auto lines = std::span<const float>(settings.customCurve[settings.curFilter].items);
+  PlotTrace trace{.name = "Response", .values = {}};
+  const PlotScale scale(frequencies, 0.0, static_cast<double>(points - 1));
+  for (std::size_t i = 0; i < points; ++i) trace.places.push_back(scale.ValueAt(static_cast<double>(i)));
+  trace.values = CurveResponse(settings, lines.first<CurveLines>(), trace.places);
+  return trace;
+}
+
 }  // namespace
 
 const CurveKind CtlHiRes{"CtlHiRes",
@@ -56,26 +76,24 @@ const CurveKind CtlHiRes{"CtlHiRes",
                          "Hi-Res Graphic Edit",
                          RowOf<&SystemSettings::hiResCurve>(),
                          &SystemSettings::curFilter,
-                         StageLines,
-                         StageRatePerLine,
+                         CurveLines,
+                         FilterSpectrumScale,
                          false,
                          "btnFilterActive",
                          IndivFileType::HiResGraphic,
-                         BlockFamily::Filter,
-                         FilterKind::HiResGraphic,
+                         OfHiRes,
                          nullptr};
 const CurveKind CtlEDGE{"CtlEDGE",
                         "Spectral Graphic",
                         "Spectral Graphic Edit",
                         RowOf<&SystemSettings::edgeCurve>(),
                         &SystemSettings::curEq,
-                        EqualizerLines,
+                        EdgeLines,
                         EqualizerRatePerLine,
                         false,
                         "btnEqActive",
                         IndivFileType::SpectralEqualizer,
-                        BlockFamily::Equalizer,
-                        EqKind::SpectralGraphic,
+                        OfSpectral,
                         nullptr};
 const CurveKind CtlCustomCurve{
     "CtlCustomCurve",
@@ -83,13 +101,12 @@ const CurveKind CtlCustomCurve{
     "SIF Custom Curve Edit",
     RowOf<&SystemSettings::customCurve>(),
     &SystemSettings::curFilter,
-    StageLines,
-    StageRatePerLine,
+    CurveLines,
+    FilterSpectrumScale,
     true,
     nullptr,
     IndivFileType::CustomCurve,
-    BlockFamily::Filter,
-    FilterKind::SpectralInverse,
+    OfCustomCurve,
     "The spectral inverse filter takes this curve when it is built with the output shape \"Custom\"."};
 
 CurvePanel::CurvePanel(const PanelContext& context, const CurveKind& curveKind)
@@ -303,10 +320,14 @@ void CurvePanel::ShowCurves() {
                         {static_cast<double>(LowestCurve), static_cast<double>(HighestCurve), "dB"});
   std::vector<PlotTrace> traces;
   if (edit.editing == 0) {
-    traces.push_back({.name = "Curve", .values = standing});
+    constexpr std::size_t pointsPerLine = 2;  // each line, and what is heard between two of them
+    traces.push_back({.name = "As Drawn", .values = standing});
+    traces.push_back(
+        kind.response(panel.settings, FilterDisplay.XAxis(), pointsPerLine * (standing.size() - 1) + 1));
+    traces.back().colour = TraceColours[1];
   } else {
     for (const CurvePart& part : edit.Drawn()) {
-      const char* name = part.first == 0 ? "Curve" : "";
+      const char* name = part.first == 0 ? "As Drawn" : "";
       if (part.last > part.first) traces.push_back(Stretch(part, name, TraceColours[0]));
     }
     if (const auto rest = edit.ToCome()) traces.push_back(Stretch(*rest, "", FaintCurve));

@@ -8,10 +8,11 @@
 #include <string>
 #include <vector>
 
-#include "model/FilterResponse.h"
+#include "model/Fields.h"
 #include "panels/CurveEdit.h"
 #include "panels/EDGEDrop.h"
-#include "panels/ResponseCurve.h"
+#include "panels/Panel.h"
+#include "widgets/Plot.h"
 
 namespace vc {
 
@@ -24,9 +25,9 @@ struct CurveKind {
   bool lastIsRepeated;                  // in the entry behind it
   const char* switchName;               // null where the panel has none
   std::int16_t fileType;                // IndivFileType of the curve
-  BlockFamily family;
-  std::int16_t kind;  // of the block whose response it makes
-  const char* note;   // what the curve is for, where the title does not say it
+  // What the coefficients of the curve really have over the frequencies, at so many places.
+  PlotTrace (*response)(const SystemSettings& settings, const PlotAxis& frequencies, std::size_t points);
+  const char* note;  // what the curve is for, where the title does not say it
 };
 extern const CurveKind CtlHiRes, CtlEDGE, CtlCustomCurve;
 
