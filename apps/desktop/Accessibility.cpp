@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <utility>
 
 #include <QAccessibleWidget>
@@ -15,6 +16,7 @@
 #include "desktop/QtText.h"
 #include "desktop/SliderView.h"
 #include "desktop/TableView.h"
+#include "desktop/UpDownView.h"
 #include "text/Convert.h"
 
 namespace desktop {
@@ -58,52 +60,37 @@ class NumberInterface : public QAccessibleWidget, public QAccessibleValueInterfa
   }
 };
 
+// What a slider moves, by whichever widget: a slider, an up-down control, or a handle of a plot, which has
+// the numbers of one of the sliders that it moves and says where it stands.
 class SliderInterface : public NumberInterface {
  public:
-  explicit SliderInterface(SliderView* slider) : NumberInterface(slider, QAccessible::Slider), view(slider) {}
+  template <typename View>
+  SliderInterface(View* view, QAccessible::Role role)
+      : NumberInterface(view, role),
+        moved([view]() -> vc::Slider& { return view->Moved(); }),
+        carry([view](const auto& action) { view->Carry(action); }) {}
 
   void setCurrentValue(const QVariant& value) override {
-    if (!view->isVisible() || !view->isEnabled()) return;
-    view->Carry([this, &value] { view->Model().SetShown(value.toDouble()); });
+    if (!widget()->isVisible() || !widget()->isEnabled()) return;
+    carry([this, &value] { moved().SetShown(value.toDouble()); });
   }
   QVariant minimumStepSize() const override {
     return Asked([this] {
-      const vc::Slider& slider = view->Model();
+      const vc::Slider& slider = moved();
       const double next = slider.PositionMin() + slider.KeyArrowStepSize;
       return std::abs(slider.Shown(next) - slider.Shown(slider.PositionMin()));
     });
   }
 
  protected:
-  double Number() const override { return view->Model().Shown(view->Model().Position()); }
+  double Number() const override { return moved().Shown(moved().Position()); }
   Range NumberRange() const override {
-    const vc::Slider& slider = view->Model();
-    return {slider.Shown(slider.PositionMin()), slider.Shown(slider.PositionMax())};
+    return {moved().Shown(moved().PositionMin()), moved().Shown(moved().PositionMax())};
   }
 
  private:
-  SliderView* view;
-};
-
-// A handle of a plot has the numbers of the slider that it moves, and says where it stands.
-class HandleInterface : public NumberInterface {
- public:
-  explicit HandleInterface(HandleView* knob) : NumberInterface(knob, QAccessible::Slider), view(knob) {}
-
-  void setCurrentValue(const QVariant& value) override {
-    if (!view->isVisible() || !view->isEnabled()) return;
-    view->Carry([this, &value] { Moved().SetShown(value.toDouble()); });
-  }
-
- protected:
-  double Number() const override { return Moved().Shown(Moved().Position()); }
-  Range NumberRange() const override {
-    return {Moved().Shown(Moved().PositionMin()), Moved().Shown(Moved().PositionMax())};
-  }
-
- private:
-  vc::Slider& Moved() const { return view->Model().Main(); }
-  HandleView* view;
+  std::function<vc::Slider&()> moved;
+  std::function<void(const std::function<void()>& action)> carry;
 };
 
 // Its numbers are those of its scale; where it has none, its own steps.
@@ -186,8 +173,15 @@ class FrameInterface : public QAccessibleWidget {
 };
 
 QAccessibleInterface* InterfaceOf(const QString& /*className*/, QObject* object) {
-  if (auto* slider = dynamic_cast<SliderView*>(object)) return new SliderInterface(slider);
-  if (auto* handle = dynamic_cast<HandleView*>(object)) return new HandleInterface(handle);
+  if (auto* slider = dynamic_cast<SliderView*>(object)) {
+    return new SliderInterface(slider, QAccessible::Slider);
+  }
+  if (auto* upDown = dynamic_cast<UpDownView*>(object)) {
+    return new SliderInterface(upDown, QAccessible::SpinBox);
+  }
+  if (auto* handle = dynamic_cast<HandleView*>(object)) {
+    return new SliderInterface(handle, QAccessible::Slider);
+  }
   if (auto* level = dynamic_cast<LevelBarView*>(object)) return new LevelInterface(level);
   if (auto* progress = dynamic_cast<ProgressBarView*>(object)) return new ProgressInterface(progress);
   if (auto* frame = dynamic_cast<FrameView*>(object)) return new FrameInterface(frame);

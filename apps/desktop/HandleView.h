@@ -14,6 +14,8 @@ class HandleView : public QWidget {
   HandleView(vc::PlotHandle& handle, PlotView& plot);
 
   vc::PlotHandle& Model() const { return model; }
+  // The slider that stands for it.
+  vc::Slider& Moved() const { return model.Main(); }
   // Goes where the model lies, and says what it reads.
   void Place();
   // Carries an action of the operator to the model.

@@ -17,6 +17,7 @@ class SliderView : public QSlider {
   SliderView(vc::Slider& slider, Qt::Orientation direction, QWidget* parent, Operate carry);
 
   vc::Slider& Model() const { return model; }
+  vc::Slider& Moved() const { return model; }
   // Carries an action of the operator to the model.
   void Carry(const std::function<void()>& action) const { operate(action); }
   // Takes range and position from the model. A position between two steps stays what it is.

@@ -48,10 +48,7 @@ UpDownView::UpDownView(vc::UpDown& upDown, QWidget* parent, Operate carry)
   setMouseTracking(true);
   repeat.setInterval(RepeatEvery);
   run.setSingleShot(true);
-  connect(&repeat, &QTimer::timeout, this, [this] {
-    repeat.setInterval(RepeatEvery);
-    if (pressed != 0 && hovered == pressed) Step(pressed * model.slider.KeyArrowStepSize);
-  });
+  connect(&repeat, &QTimer::timeout, this, &UpDownView::Repeat);
   connect(&run, &QTimer::timeout, this, &UpDownView::EndRun);
 }
 
@@ -108,6 +105,15 @@ void UpDownView::Step(double distance) {
   operate([this, distance] { model.slider.MoveBy(distance); });
 }
 
+// Where a step changes nothing there is nothing to repeat.
+void UpDownView::Repeat() {
+  repeat.setInterval(RepeatEvery);
+  if (hovered != pressed || !isEnabled()) return;
+  const std::int32_t before = model.Value();
+  Step(pressed * model.slider.KeyArrowStepSize);
+  if (model.Value() == before) repeat.stop();
+}
+
 void UpDownView::LetGo() {
   if (std::exchange(pressed, 0) == 0) return;
   repeat.stop();
@@ -147,7 +153,6 @@ void UpDownView::mouseReleaseEvent(QMouseEvent* event) {
 bool UpDownView::PressKey(const QKeyEvent& key) {
   const std::string combination = CombinationOf(key);
   if (number != nullptr && !StepsBy(combination)) return false;
-  if (run.isActive()) EndRun();
   TakeTyped();
   bool known = false;
   operate([&] { known = model.slider.Press(combination); });
@@ -155,6 +160,7 @@ bool UpDownView::PressKey(const QKeyEvent& key) {
 }
 
 void UpDownView::keyPressEvent(QKeyEvent* event) {
+  if (run.isActive()) EndRun();
   if (!PressKey(*event)) QWidget::keyPressEvent(event);
 }
 
@@ -166,7 +172,7 @@ bool UpDownView::eventFilter(QObject* watched, QEvent* event) {
     return twice;
   }
   if (type == QEvent::FocusIn || type == QEvent::FocusOut) update();
-  if (type == QEvent::FocusOut) EndRun();
+  if (type == QEvent::FocusOut || (type == QEvent::KeyPress && run.isActive())) EndRun();
   return type == QEvent::KeyPress && PressKey(*static_cast<QKeyEvent*>(event));
 }
 
@@ -192,7 +198,9 @@ void UpDownView::focusOutEvent(QFocusEvent* event) {
   EndRun();
 }
 
-void UpDownView::hideEvent(QHideEvent* /*event*/) { EndRun(); }
+void UpDownView::hideEvent(QHideEvent* /*event*/) {
+  if (pressed != 0 || run.isActive()) EndRun();
+}
 
 void UpDownView::paintEvent(QPaintEvent* /*event*/) {
   QPainter painter(this);

@@ -20,7 +20,7 @@ class UpDownView : public QWidget {
   using Operate = std::function<void(const std::function<void()>& action)>;
   UpDownView(vc::UpDown& upDown, QWidget* parent, Operate carry);
 
-  vc::UpDown& Model() const { return model; }
+  vc::Slider& Moved() const { return model.slider; }
   void Carry(const std::function<void()>& action) const { operate(action); }
   // A double click on it stands for the default; two clicks on an arrow are two steps.
   void SetCaption(QLabel* label);
@@ -49,6 +49,7 @@ class UpDownView : public QWidget {
   bool AtEnd(int way) const;
   void Step(double distance);
   void TakeTyped() const;
+  void Repeat();
   // An arrow that is pressed again soon goes on with the same step to undo; what else comes ends it.
   void LetGo();
   void EndRun();

@@ -60,6 +60,18 @@ TEST(Accessibility, ASlidersNumbersAreThoseThatItShows) {
   EXPECT_EQ(Numbers(run.At("sldrCutoff")), "200 100 500 10 ");
 }
 
+TEST(Accessibility, AnUpDownIsASpinBoxWithTheNumbersThatItShows) {
+  Shown shown;
+  auto& upDown = shown.sample.udThresh;
+  upDown.slider.show = [](double position) { return vc::FixedText(position / 10, 1); };
+  upDown.slider.parse = [](const std::string& text) { return vc::ParseNumber(text).value() * 10; };
+  upDown.SetValue(-25);
+  EXPECT_EQ(Heard(shown.At("udThresh")).role(), QAccessible::SpinBox);
+  EXPECT_EQ(Numbers(shown.At("udThresh")), "-2.5 -9 0 0.1 ");
+  Heard(shown.At("udThresh")).valueInterface()->setCurrentValue(-7.33);
+  EXPECT_EQ(upDown.Value(), -73);
+}
+
 TEST(Accessibility, ABarHasARoleAndTheNumberThatItShows) {
   MasterWindow run;
   QWidget& bar = run.At("lbInputLeft");

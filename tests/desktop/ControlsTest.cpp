@@ -18,6 +18,7 @@
 #include <QSlider>
 
 #include "Shown.h"
+#include "desktop/UpDownView.h"
 
 namespace desktop {
 namespace {
@@ -169,6 +170,79 @@ TEST(Controls, TheWheelMovesASliderOnlyWhileItHasTheFocus) {
   EXPECT_DOUBLE_EQ(slider.Position(), -0.125);
   TurnWheel(shown.At("cmbKind"), -120);
   EXPECT_EQ(shown.sample.cmbKind.ListIndex(), -1);
+}
+
+// A click on an arrow of an up-down control, 1 for up and -1 for down.
+void ClickArrow(UpDownView& view, int way) {
+  QTest::mouseClick(&view, Qt::LeftButton, {}, view.ArrowArea(way).center());
+}
+
+TEST(Controls, AnUpDownStepsInOneBoxWithItsNumber) {
+  Shown shown;
+  auto& upDown = shown.sample.udThresh;
+  auto& view = shown.At<UpDownView>("udThresh");
+  auto& edit = shown.At<QLineEdit>("txtThresh");
+  upDown.SetValue(-20);
+  TurnWheel(view, 120);  // without the focus
+  EXPECT_EQ(edit.text(), "-20");
+  shown.Focus("udThresh");
+  EXPECT_TRUE(edit.hasFocus());
+  for (const auto& [key, value] : {std::pair{Qt::Key_Up, -19},
+                                   {Qt::Key_PageDown, -29},
+                                   {Qt::Key_Home, -29},
+                                   {Qt::Key_Left, -29},
+                                   {Qt::Key_Down, -30}}) {
+    QTest::keyClick(&edit, key);
+    EXPECT_EQ(upDown.Value(), value) << key;
+  }
+  TurnWheel(view, 120);
+  EXPECT_EQ(upDown.Value(), -29);
+  shown.sample.events.clear();
+  edit.selectAll();
+  QTest::keyClicks(&edit, "-50");
+  QTest::keyClick(&edit, Qt::Key_Up);  // what was typed counts first
+  EXPECT_EQ(std::exchange(shown.sample.events, {}), "took thresh-50 thresh-49 ");
+  edit.selectAll();
+  QTest::keyClicks(&edit, "-60");
+  ClickArrow(view, -1);
+  EXPECT_EQ(shown.Says("udThresh") + " " + shown.Says("txtThresh"), "-61 dB -61 dB");
+  EXPECT_EQ(edit.selectedText(), "-61");
+  shown.sample.events.clear();
+  shown.Focus("btnOK");
+  EXPECT_EQ(shown.sample.events, "took rest ");
+  EXPECT_GE(view.ArrowArea(1).left(), edit.geometry().right());
+  EXPECT_GE(view.ArrowArea(1).height(), LineHeight(view));
+  upDown.core.SetEnabled(false);
+  ClickArrow(view, 1);
+  EXPECT_EQ(upDown.Value(), -61);
+}
+
+TEST(Controls, PressesOfAnArrowThatFollowEachOtherAreOneHold) {
+  Shown shown;
+  auto& upDown = shown.sample.udThresh;
+  auto& view = shown.At<UpDownView>("udThresh");
+  upDown.SetValue(-20);
+  shown.sample.events.clear();
+  ClickArrow(view, 1);
+  QTest::mouseDClick(&view, Qt::LeftButton, {}, view.ArrowArea(1).center());
+  QTest::mouseRelease(&view, Qt::LeftButton, {}, view.ArrowArea(1).center());
+  EXPECT_EQ(shown.sample.events, "thresh-19 thresh-18 ");
+  QTest::mousePress(&view, Qt::LeftButton, {}, view.ArrowArea(-1).center());
+  EXPECT_TRUE(QTest::qWaitFor([&] { return upDown.Value() < -20; }));
+  QTest::mouseRelease(&view, Qt::LeftButton, {}, view.ArrowArea(-1).center());
+  const int rested = upDown.Value();
+  EXPECT_TRUE(upDown.slider.Held());
+  EXPECT_TRUE(QTest::qWaitFor([&] { return !upDown.slider.Held(); }));
+  EXPECT_EQ(upDown.Value(), rested);
+  EXPECT_EQ(shown.sample.events.find("rest "), shown.sample.events.size() - 5);
+  ClickArrow(view, 1);
+  QTest::keyClick(&shown.At("txtThresh"), Qt::Key_5);  // what is typed is a step of its own
+  EXPECT_FALSE(upDown.slider.Held());
+  upDown.slider.defaultPosition = [] { return -3.0; };
+  for (auto* label : view.parentWidget()->findChildren<QLabel*>()) {
+    if (label->buddy() == &view) QTest::mouseDClick(label, Qt::LeftButton);
+  }
+  EXPECT_EQ(upDown.Value(), -3);
 }
 
 TEST(Controls, ATextBoxTellsFocusKeysAndLeaving) {

@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "text/Convert.h"
 #include "widgets/Controls.h"
 #include "widgets/GraphicButton.h"
 #include "widgets/LevelBar.h"
@@ -41,6 +42,8 @@ struct SampleForm {
   vc::ListBox lstFiles{fraLevels, "lstFiles", "Files"};
   vc::Picture pbxLamp{fraLevels, "pbxLamp", "Lamp", 2, DrawSample};
 
+  vc::UpDown udThresh{form, "udThresh", "Threshold"};
+  vc::TextBox txtThresh{form, "txtThresh", "Threshold"};
   vc::TextBox txtState{form, "txtState", "State"};
   vc::TextBox txtNotes{form, "txtNotes", "Notes"};
   vc::Label lblStatus{form, "lblStatus", ""};
@@ -57,6 +60,18 @@ struct SampleForm {
     txtCutoff.unit = "Hz";
     txtCutoff.shows = &sldrCutoff;
     txtBand.shows = &sldrBand;
+    txtThresh.unit = "dB";
+    txtThresh.shows = &udThresh.slider;
+    udThresh.SetRange(-90, 0);
+    udThresh.slider.changed = [this] {
+      events += "thresh" + std::to_string(udThresh.Value()) + " ";
+      txtThresh.SetText(std::to_string(udThresh.Value()));
+    };
+    udThresh.slider.released = [this] { events += "rest "; };
+    txtThresh.lostFocus = [this] {
+      events += "took ";
+      if (const auto number = vc::ParseNumber(txtThresh.Text())) udThresh.slider.SetPosition(*number);
+    };
     txtState.readOnly = true;
     txtNotes.multiLine = true;
     sldrBalance.SetRange(-1.0, 1.0);
