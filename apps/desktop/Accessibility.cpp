@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <optional>
 #include <utility>
 
 #include <QAccessibleWidget>
@@ -109,8 +110,7 @@ class LevelInterface : public NumberInterface {
  protected:
   double Number() const override {
     if (model.Scale().empty()) return model.Value();
-    const std::string& reading = model.Reading();
-    return vc::ParseNumber(reading.substr(0, reading.find(' '))).value_or(ScaleRange().lowest);
+    return NumberIn(model.Reading()).value_or(ScaleRange().lowest);
   }
   // A reading may lie beyond the last number of the scale.
   Range NumberRange() const override {
@@ -120,8 +120,13 @@ class LevelInterface : public NumberInterface {
   }
 
  private:
+  // Of "-12.3 dB" or "+90".
+  static std::optional<double> NumberIn(const std::string& words) {
+    const std::size_t first = words.starts_with('+') ? 1 : 0;
+    return vc::ParseNumber(words.substr(first, words.find(' ') - first));
+  }
   Range ScaleRange() const {
-    const auto number = [](const vc::ScaleTick& tick) { return vc::ParseNumber(tick.text).value_or(0); };
+    const auto number = [](const vc::ScaleTick& tick) { return NumberIn(tick.text).value_or(0); };
     const auto [lowest, highest] = std::ranges::minmax(model.Scale(), {}, number);
     return {number(lowest), number(highest)};
   }

@@ -8,7 +8,7 @@
 namespace vc {
 namespace {
 
-constexpr int PeakWidth = 2;
+constexpr int PeakWidth = 2, OriginWidth = 1;
 
 [[noreturn]] void RaiseMarkerIndex(int number, const std::string& access) {
   throw Fault{
@@ -29,6 +29,7 @@ void LevelBar::SetSteps(std::int32_t fullScale) {
   core.Store(steps, std::max(fullScale, 0), "Steps");
   SetValue(Rescaled(value, oldSteps, steps));
   SetMidPoint(midPoint);
+  SetOrigin(origin);
   if (!markers.empty()) SetMarkerValue(1, markers.front());
 }
 
@@ -38,6 +39,10 @@ void LevelBar::SetMidPoint(std::int32_t point) {
 
 void LevelBar::SetValue(std::int32_t newValue) {
   core.Store(value, std::max(0, std::min(newValue, steps)), "Value");
+}
+
+void LevelBar::SetOrigin(std::int32_t beginning) {
+  core.Store(origin, std::max(0, std::min(beginning, steps)), "Origin");
 }
 
 std::int32_t LevelBar::Step(std::int32_t count) {
@@ -82,6 +87,15 @@ void LevelBar::DrawBar(Surface& surface, const Rectangle& area) const {
   DrawFilling(surface, area, {orientation, UnitsOf(value, steps, BarUnits), backColor}, bands);
 }
 
+void LevelBar::DrawColumn(Surface& surface, const Rectangle& area) const {
+  const int length = LengthOf(area, orientation);
+  const auto [from, to] = std::minmax({PixelsAlong(origin, length), PixelsAlong(value, length)});
+  if (from > 0) surface.FillRectangle(Slice(area, orientation, 0, from), backColor);
+  if (to < length) surface.FillRectangle(Slice(area, orientation, to, length), backColor);
+  if (to > from) surface.FillRectangle(Slice(area, orientation, from, to), Highlight);
+  DrawLine(surface, area, origin, OriginWidth, GrayText);
+}
+
 void LevelBar::DrawLine(Surface& surface, const Rectangle& area, std::int32_t position, int width,
                         Colour colour) const {
   if (position > steps) return;  // the scale has shrunk since it was set
@@ -94,7 +108,11 @@ void LevelBar::DrawLine(Surface& surface, const Rectangle& area, std::int32_t po
 void LevelBar::Draw(Surface& surface, const Rectangle& area) const {
   if (std::exchange(drawing, true)) return;
   if (core.Enabled()) {
-    DrawBar(surface, area);
+    if (origin == 0) {
+      DrawBar(surface, area);
+    } else {
+      DrawColumn(surface, area);
+    }
     if (markerStyle != HiddenMarker) {
       for (const std::int32_t marker : markers) DrawLine(surface, area, marker, markerWidth, markerColor);
     }

@@ -1,4 +1,5 @@
-// A gradient bar for levels, with value markers and, beside it, the ticks of a scale.
+// A gradient bar for levels, or a plain column from a middle, with value markers and, beside it, the ticks of
+// a scale.
 #pragma once
 
 #include <cstdint>
@@ -38,6 +39,10 @@ struct LevelBar {
   // Bounded to 0..Steps.
   std::int32_t Value() const { return value; }
   void SetValue(std::int32_t newValue);
+  // Where the bar begins, bounded to 0..Steps. At 0, as it is at first, it is the gradient from the lower end
+  // up to Value; elsewhere a plain column from there to Value, either way.
+  std::int32_t Origin() const { return origin; }
+  void SetOrigin(std::int32_t beginning);
   // Adds to Value and returns the result.
   std::int32_t Step(std::int32_t count);
   int BorderStyle() const { return borderStyle; }
@@ -87,10 +92,11 @@ struct LevelBar {
 
  private:
   void DrawBar(Surface& surface, const Rectangle& area) const;
+  void DrawColumn(Surface& surface, const Rectangle& area) const;
   void DrawLine(Surface& surface, const Rectangle& area, std::int32_t position, int width,
                 Colour colour) const;
 
-  std::int32_t steps = 100, midPoint = 50, value = 100;
+  std::int32_t steps = 100, midPoint = 50, value = 100, origin = 0;
   Colour beginColor = 0x00FF00, midColor = 0x00FFFF, endColor = 0x0000FF;
   int borderStyle = 5;
   Colour borderColor = 0;

@@ -87,6 +87,14 @@ TEST(Accessibility, ABarHasARoleAndTheNumberThatItShows) {
   EXPECT_EQ(Heard(run.At("pltResponse")).role(), QAccessible::Graphic);
 }
 
+TEST(Accessibility, AScaleMayHaveUnitsAndSigns) {
+  Shown shown;
+  auto& gauge = shown.sample.lbGauge;
+  gauge.SetScale({{50, "0 dB"}, {100, "+90 dB"}, {0, "-90 dB"}});
+  gauge.SetReading("+3.5 dB");
+  EXPECT_EQ(Numbers(shown.At("lbGauge")), "3.5 -90 90  ");
+}
+
 TEST(Accessibility, NothingIsHeardThatIsNotShown) {
   MasterWindow run;
   run.Edit("eqType", std::to_string(vc::EqKind::Compressor), 2);

@@ -80,7 +80,8 @@ TEST_P(LevelBarViewTest, OnlyWhatMovedIsPainted) {
 
 TEST_P(LevelBarViewTest, WhatIsPaintedInPartsEqualsTheWhole) {
   Bar moving(GetParam());
-  for (const int value : {51, 100, 3, 77, 76, 0, 40}) {
+  for (const int value : {51, 100, 3, 77, 76, 0, 40, 41, 95, 2, 60, 61}) {
+    if (value == 41) moving.bar.SetOrigin(60);  // from here on a column
     moving.bar.SetValue(value);
     QTest::qWait(1);
     const QImage onScreen = moving.window->screen()->grabWindow(moving.window->winId()).toImage();

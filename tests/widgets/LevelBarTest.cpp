@@ -70,6 +70,29 @@ TEST_F(LevelBars, MarkersOutsideTheirCountAreErrors) {
   EXPECT_EQ(number([&] { bar.SetMarkerValue(3, 1); }), "1021 LevelBar.MarkerValue (Let)");
 }
 
+TEST_F(LevelBars, AColumnStandsOnItsOriginEitherWay) {
+  bar.SetBackColor(Back);
+  bar.SetMarkerStyle(HiddenMarker);
+  bar.SetSteps(180);
+  bar.SetOrigin(90);
+  const Rectangle area{0, 0, 8, 180};
+  for (const auto& [orientation, way] : {std::pair{1, 1}, {2, -1}}) {
+    bar.SetOrientation(orientation);
+    for (const int value : {90, 45, 46, 0, 135, 180}) {
+      bar.SetValue(value);
+      Draw(area);
+      const auto at = [&, up = way](int step) { return surface.At(4, up > 0 ? 179 - step : step); };
+      for (const int step : {1, 45, 89, 92, 134, 178}) {
+        const bool within = step < 90 ? step >= value : step < value;
+        EXPECT_EQ(at(step), within ? Highlight : Back) << orientation << ' ' << value << ' ' << step;
+      }
+      EXPECT_EQ(at(90), GrayText);  // seen at any value
+    }
+  }
+  bar.SetSteps(60);
+  EXPECT_EQ(bar.Origin(), 60);
+}
+
 TEST_F(LevelBars, GradientRunsFromGreenOverYellowToRed) {
   bar.SetBackColor(Back);
   bar.SetMarkerStyle(HiddenMarker);
