@@ -38,7 +38,7 @@ UpDownView::UpDownView(vc::UpDown& upDown, QWidget* parent, Operate carry)
       line(new QHBoxLayout(this)),
       arrows(new QWidget(this)) {
   const int high = LineHeight(*this);
-  arrows->setFixedSize(high * 5 / 3, high * 2);
+  arrows->setFixedSize(high * 2, high * 9 / 4);
   arrows->setAttribute(Qt::WA_TransparentForMouseEvents);
   line->setContentsMargins(0, 0, 0, 0);
   line->setSpacing(high / 3);
@@ -227,8 +227,8 @@ void UpDownView::DrawArrow(QPainter& painter, int way) const {
   const double half = 0.5;
   painter.setPen(QPen(palette().color(QPalette::Mid), 1));
   painter.drawLine(QPointF(area.left() + half, area.top()), QPointF(area.left() + half, area.bottom()));
-  if (way < 0) painter.drawLine(area.topLeft(), area.topRight());
-  const double wide = area.height() * 0.32, high = wide * 0.62 * -way;
+  if (way < 0) painter.drawLine(area.topLeft() + QPointF(1, 0), area.topRight());
+  const double wide = area.height() * 0.36, high = wide * 0.65 * -way;
   const QPointF middle = area.center();
   painter.setPen(Qt::NoPen);
   const bool faint = !isEnabled() || AtEnd(way);
