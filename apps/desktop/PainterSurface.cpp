@@ -44,8 +44,10 @@ struct MixedColour {
   QPalette::ColorRole role;
   double part;
 };
-constexpr std::array<MixedColour, 3> MixedColours{
-    {{0x40, QPalette::Link, 0.10}, {0x41, QPalette::PlaceholderText, 0.10}, {0x42, QPalette::Link, 0.45}}};
+constexpr std::array<MixedColour, 4> MixedColours{{{0x40, QPalette::Link, 0.10},
+                                                   {0x41, QPalette::PlaceholderText, 0.10},
+                                                   {0x42, QPalette::Link, 0.45},
+                                                   {0x43, QPalette::Link, 0.16}}};
 
 QColor Mixed(const MixedColour& mixed, const QPalette& palette) {
   const QColor ground = palette.color(QPalette::Base), more = palette.color(mixed.role);

@@ -23,6 +23,7 @@ inline constexpr Colour HotLight = 0x8000001A;  // stands out on what is read
 inline constexpr Colour PassBack = 0x80000040;  // behind what passes, and behind what is stopped
 inline constexpr Colour StopBack = 0x80000041;
 inline constexpr Colour FaintCurve = 0x80000042;  // a curve that stays behind the others
+inline constexpr Colour BarBack = 0x80000043;     // of bars, which lie behind a curve
 
 constexpr bool IsSystemColour(Colour colour) { return (colour & 0x80000000U) != 0; }
 constexpr int RedOf(Colour colour) { return static_cast<int>(colour & 0xFFU); }

@@ -51,14 +51,27 @@ void DrawTrace(Surface& surface, const PlotTrace& trace, const PlotAxis& axis, c
   draw();
 }
 
+int ColumnWithin(const PlotLayout& layout, double place) {
+  return std::clamp(static_cast<int>(layout.x.PixelOf(place)), layout.frame.left, layout.frame.Right());
+}
+
 void DrawBand(Surface& surface, const PlotBand& band, const PlotLayout& layout) {
   const Rectangle& frame = layout.frame;
-  const auto column = [&](double place) {
-    return std::clamp(static_cast<int>(layout.x.PixelOf(place)), frame.left, frame.Right());
-  };
-  const int from = column(band.from), to = band.to < band.from ? from : column(band.to);
+  const int from = ColumnWithin(layout, band.from);
+  const int to = band.to < band.from ? from : ColumnWithin(layout, band.to);
   const Colour back = band.meaning == BandMeaning::Pass ? PassBack : StopBack;
   if (to > from) surface.FillRectangle({from, frame.top, to - from, frame.height}, back);
+}
+
+// A column stays clear between two of them, and the border does.
+void DrawBar(Surface& surface, const PlotBar& bar, const PlotLayout& layout) {
+  const Rectangle& frame = layout.frame;
+  const int from = ColumnWithin(layout, bar.from) + 1, to = ColumnWithin(layout, bar.to);
+  const double row = layout.y.PixelOf(bar.level);
+  if (std::isnan(row) || to <= from) return;
+  const int bottom = frame.Bottom() - 1;
+  const int top = static_cast<int>(std::clamp<double>(row, frame.top + 1, bottom));
+  surface.FillRectangle({from, top, to - from, bottom - top}, BarBack);
 }
 
 // On a logarithmic axis column by column, each as wide as it is there.
@@ -216,6 +229,7 @@ std::string Plot::Summary() const {
 void Plot::Draw(Surface& surface, const Rectangle& area) const {
   const PlotLayout layout = LayOut(*this, surface, area);
   DrawGrid(surface, layout);
+  DrawBars(surface, layout);
   DrawTraces(surface, layout);
 }
 
@@ -228,6 +242,12 @@ void Plot::DrawGrid(Surface& surface, const PlotLayout& layout) const {
   surface.FrameRectangle(layout.frame, FrameLine);
   for (const PlotSwatch& swatch : layout.swatches) surface.FillRectangle(swatch.area, swatch.colour);
   for (const PlotLabel& label : layout.labels) DrawLabel(surface, label);
+}
+
+void Plot::DrawBars(Surface& surface, const PlotLayout& layout) const {
+  if (bars.empty()) return;
+  for (const PlotBar& bar : bars) DrawBar(surface, bar, layout);
+  for (const PlotLine& line : layout.lines) DrawLine(surface, line);
 }
 
 void Plot::DrawTraces(Surface& surface, const PlotLayout& layout) const {

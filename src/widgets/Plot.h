@@ -47,6 +47,12 @@ struct PlotBand {
   bool operator==(const PlotBand&) const = default;
 };
 
+// A part of the x axis, filled from below up to a level of the y axis.
+struct PlotBar {
+  double from = 0.0, to = 0.0, level = 0.0;
+  bool operator==(const PlotBar&) const = default;
+};
+
 // Pixels behind the grid, laid over a part of the axes; their first row is the upper one.
 struct PlotImage {
   int width = 0, height = 0;
@@ -101,6 +107,9 @@ struct Plot {
   const std::vector<PlotMarker>& HorizontalMarkers() const { return horizontalMarkers; }
   void SetBands(const std::vector<PlotBand>& shaded) { Lay(bands, shaded, "Bands"); }
   const std::vector<PlotBand>& Bands() const { return bands; }
+  // Under the grid and the curves.
+  void SetBars(const std::vector<PlotBar>& filled) { core.Store(bars, filled, "Bars"); }
+  const std::vector<PlotBar>& Bars() const { return bars; }
   // One whose pixels are not as many as its width and height say is none.
   void SetImage(PlotImage picture);
   const PlotImage& Image() const { return image; }
@@ -150,9 +159,11 @@ struct Plot {
   unsigned Revision() const { return revision; }
   unsigned CurveRevision() const { return curveRevision; }
 
-  // All that lasts. The two that follow are its parts: what changes seldom, and the curves upon it.
+  // All that lasts. The three that follow are its parts: what changes seldom, the bars, over which the lines
+  // of the grid are drawn once more, and the curves.
   void Draw(Surface& surface, const Rectangle& area) const;
   void DrawGrid(Surface& surface, const PlotLayout& layout) const;
+  void DrawBars(Surface& surface, const PlotLayout& layout) const;
   void DrawTraces(Surface& surface, const PlotLayout& layout) const;
   // Over the curves: the line that is none of them yet, as smooth as they are; and then what ends it, the
   // cursor and the dot.
@@ -176,6 +187,7 @@ struct Plot {
   std::vector<PlotTrace> traces;
   std::vector<PlotMarker> verticalMarkers, horizontalMarkers;
   std::vector<PlotBand> bands;
+  std::vector<PlotBar> bars;
   PlotImage image;
   std::string note;
   std::optional<double> cursor;

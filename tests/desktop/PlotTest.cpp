@@ -27,7 +27,7 @@ TEST(PlotColours, StandOutInLightAndInDark) {
     const QPalette palette = QApplication::palette();
     const QColor back = ColourOf(vc::WindowBack, palette);
     for (const vc::Colour trace : vc::TraceColours) EXPECT_GE(Contrast(ColourOf(trace, palette), back), 3.0);
-    for (const vc::Colour ground : {vc::PassBack, vc::StopBack}) {
+    for (const vc::Colour ground : {vc::PassBack, vc::StopBack, vc::BarBack}) {
       EXPECT_GE(Contrast(ColourOf(vc::TraceColours[0], palette), ColourOf(ground, palette)), 3.0);
       EXPECT_NE(ColourOf(ground, palette), back);
     }

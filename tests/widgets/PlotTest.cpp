@@ -262,6 +262,29 @@ TEST_F(Plots, AreDrawnOnByText) {
   EXPECT_NE(PointAt(&plot, "1 2"), "");
 }
 
+TEST_F(Plots, BarsStandUnderTheGridAndTheCurves) {
+  plot.SetAxes({0, 100, "Hz"}, {-50, 0, "dB"});
+  const unsigned before = plot.Revision();
+  plot.SetBars({{-10, 30, -10}, {30, 60, -90}, {60, 200, 20}});
+  EXPECT_EQ(plot.Revision(), before);  // a drag of a bar draws no grid
+  plot.Draw(surface, Area);
+  const Rectangle frame = LayOut(plot, surface, Area).frame;
+  std::vector<support::Drawn> bars = surface.Of("fill");
+  std::erase_if(bars, [](const auto& drawn) { return drawn.colour != BarBack; });
+  ASSERT_EQ(bars.size(), 3U);
+  EXPECT_EQ(bars[0].area.left, frame.left + 1);
+  EXPECT_NEAR(bars[0].area.top, frame.top + frame.height / 5, 1);
+  EXPECT_EQ(bars[1].area.height, 0);  // below the axis
+  EXPECT_EQ(bars[2].area.top, frame.top + 1);
+  EXPECT_NEAR(bars[2].area.left, frame.left + frame.width * 3 / 5, 2);
+  for (const auto& bar : bars) EXPECT_EQ(bar.area.Bottom(), frame.Bottom() - 1);
+  const auto last = [this](const auto& matches) {
+    return surface.drawn.rend() - std::find_if(surface.drawn.rbegin(), surface.drawn.rend(), matches);
+  };
+  EXPECT_GT(last([](const auto& drawn) { return drawn.colour == GridLine; }),
+            last([](const auto& drawn) { return drawn.colour == BarBack; }));
+}
+
 struct Handles : Plots {
   Slider along{form, "sldrAlong", "Along"}, down{form, "sldrDown", "Down"};
   PlotHandle edge{plot, "Edge", &along, HandleRest::OnCurve};
