@@ -9,6 +9,10 @@ constexpr std::int16_t Yes = -1, No = 0, NotChosen = -1;
 
 }  // namespace
 
+double HeldLevel(double level) {
+  return std::clamp(level, static_cast<double>(LowestCurve), static_cast<double>(HighestCurve));
+}
+
 void CurveEdit::Begin(std::span<const float> standing) {
   curveBackup.assign(standing.begin(), standing.end());
   curve = curveBackup;
@@ -43,8 +47,7 @@ void CurveEdit::Abort() {
 bool CurveEdit::Point(int line, double level) {
   if (editing == No) return false;
   if (choosingRegion != No) return ChooseEdge(line), false;
-  const auto taken = static_cast<float>(
-      std::clamp(level, static_cast<double>(LowestCurve), static_cast<double>(HighestCurve)));
+  const auto taken = static_cast<float>(HeldLevel(level));
   if (dcClick != No) {
     curve.front() = taken;
     dcClick = No;

@@ -11,6 +11,8 @@
 namespace vc {
 
 inline constexpr float LowestCurve = -60.0F, HighestCurve = 0.0F;  // dB
+// A level in dB, held between these two.
+double HeldLevel(double level);
 
 // Lines of a curve, both ends included.
 struct CurvePart {

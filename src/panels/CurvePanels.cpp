@@ -208,7 +208,6 @@ void CurvePanel::Commit(const ControlCore& control, const std::string& title,
   };
   for (int line = 0; line < kind.lines; ++line) add(line, curve[static_cast<std::size_t>(line)]);
   if (kind.lastIsRepeated) add(kind.lines, curve.back());
-  panel.context.edits.history.CloseStep();
   panel.Edit(control, title, edits, EditState::Finished);
   panel.context.edits.history.CloseStep();
 }
@@ -234,8 +233,7 @@ void CurvePanel::Hear(const PlotPointer& event) {
   if (event.action == PointerAction::Leave) {
     pointed.reset();
   } else {
-    pointed = {LineAt(event.x),
-               std::clamp(event.y, static_cast<double>(LowestCurve), static_cast<double>(HighestCurve))};
+    pointed = {LineAt(event.x), HeldLevel(event.y)};
   }
   if (event.action == PointerAction::Release && edit.editing != 0) Take();
   ShowPointed();
@@ -273,8 +271,7 @@ bool CurvePanel::MoveLevel(std::string_view combination) {
   const Stroke* stroke = StrokeOf(AlongLevels, combination);
   if (stroke == nullptr || edit.editing == 0) return false;
   pointed = PointedNow();
-  const double level = std::nearbyint((pointed->level + stroke->distance) * tenths) / tenths;
-  pointed->level = std::clamp(level, static_cast<double>(LowestCurve), static_cast<double>(HighestCurve));
+  pointed->level = HeldLevel(std::nearbyint((pointed->level + stroke->distance) * tenths) / tenths);
   return true;
 }
 
