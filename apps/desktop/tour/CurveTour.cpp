@@ -26,7 +26,7 @@ void Press(desktop::FormWindow& window, const char* control) {
 
 QPoint PlaceOf(const desktop::PlotView& display, const Spot& spot) {
   const vc::PlotLayout& layout = display.Layout();
-  const double column = layout.frame.left + spot.across * (layout.frame.width - 1);
+  const double column = layout.frame.left + spot.across * layout.frame.width;
   return {static_cast<int>(std::lround(column)), static_cast<int>(layout.y.PixelOf(spot.level))};
 }
 
@@ -48,7 +48,13 @@ void Tour::DrawCurve(desktop::FormWindow& window, const std::string& form) {
   auto& display = static_cast<desktop::PlotView&>(*window.findChild<QWidget*>("FilterDisplay"));
   const auto points = [&display] { return display.Model().Traces().front().values; };
   const auto before = points();
+  const auto place = [&display, &window] {
+    QCoreApplication::processEvents();
+    return QRect(display.mapTo(&window, QPoint()), display.size());
+  };
+  const QRect first = place();
   Press(window, "btnNew");
+  Expect(place() == first && display.hasFocus(), form + " keeps its picture where it is, with the keyboard");
   Click(display, Voice);
   Expect(!window.findChild<QWidget*>("btnAbort")->isEnabled() && points() != before,
          form + " has the curve that was drawn");
