@@ -1,5 +1,4 @@
-// The panels on which a curve is drawn by hand: over the frequencies of a filter stage (CtlHiRes), of an
-// equalizer (CtlEDGE), and as the output shape of a spectral inverse filter (CtlCustomCurve).
+// The panel on which a curve of any kind is drawn by hand.
 #pragma once
 
 #include <cstdint>
@@ -8,28 +7,13 @@
 #include <string>
 #include <vector>
 
-#include "model/Fields.h"
 #include "panels/CurveEdit.h"
+#include "panels/CurveKinds.h"
 #include "panels/EDGEDrop.h"
 #include "panels/Panel.h"
 #include "widgets/Plot.h"
 
 namespace vc {
-
-struct CurveKind {
-  const char *form, *title, *editTitle;
-  const FieldRow& row;                  // of the curve, by the block and the line
-  std::int16_t SystemSettings::*block;  // the number of the one that is edited
-  int lines;                            // that are edited
-  double ratePerLine;                   // line i lies at i * sampleRate / ratePerLine
-  bool lastIsRepeated;                  // in the entry behind it
-  const char* switchName;               // null where the panel has none
-  std::int16_t fileType;                // IndivFileType of the curve
-  // What the coefficients of the curve really have over the frequencies, at so many places.
-  PlotTrace (*response)(const SystemSettings& settings, const PlotAxis& frequencies, std::size_t points);
-  const char* note;  // what the curve is for, where the title does not say it
-};
-extern const CurveKind CtlHiRes, CtlEDGE, CtlCustomCurve;
 
 struct CurvePanel {
   CurvePanel(const PanelContext& context, const CurveKind& curveKind);
