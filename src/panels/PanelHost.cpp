@@ -6,6 +6,7 @@
 
 #include "panels/AdaptivePanels.h"
 #include "panels/AuxCtl.h"
+#include "panels/BandPanels.h"
 #include "panels/CombPanels.h"
 #include "panels/CurvePanels.h"
 #include "panels/CutoffPanels.h"
@@ -42,6 +43,8 @@ constexpr auto Panels = std::to_array<PanelRow>({{"Ctl2CH", MakeFrom<AdaptivePan
                                                  {"CtlMNotch", MakeFrom<MultiplePanel, CtlMNotch>},
                                                  {"CtlSlot", MakeFrom<NotchPanel, CtlSlot>},
                                                  {"CtlMSlot", MakeFrom<MultiplePanel, CtlMSlot>},
+                                                 {"Ctl20Ban", MakeFrom<GraphicPanel, Ctl20Ban>},
+                                                 {"CtlEq", MakeFrom<GraphicPanel, CtlEq>},
                                                  {"CtlParEq", MakeFrom<ParametricPanel, CtlParEq>},
                                                  {"CtPar2Eq", MakeFrom<ParametricPanel, CtPar2Eq>},
                                                  {"CtlHiRes", MakeFrom<CurvePanel, CtlHiRes>},

@@ -241,10 +241,12 @@ TEST(PlotHandles, OfEveryFamilyAreDrawnAtEachOfFiftyEventsASecond) {
   MasterWindow run;
   run.record.combFreq[1] = 300;
   run.record.combLimit[1] = 3000;
-  for (const auto& [kind, handle] :
-       {std::pair{vc::FilterKind::Comb, "Fundamental"}, std::pair{vc::FilterKind::Notch, "Notch"},
-        std::pair{vc::FilterKind::MultipleNotch, "Notch 1"},
-        std::pair{vc::FilterKind::TriParametric, "Substage 1 (Wide)"}}) {
+  constexpr QPoint along(1, 0), down(0, 4);
+  for (const auto& [kind, handle, step] : {std::tuple{vc::FilterKind::Comb, "Fundamental", along},
+                                           {vc::FilterKind::Notch, "Notch", along},
+                                           {vc::FilterKind::MultipleNotch, "Notch 1", along},
+                                           {vc::FilterKind::TriParametric, "Substage 1 (Wide)", along},
+                                           {vc::FilterKind::BandGraphic, "Band 10", down}}) {
     SCOPED_TRACE(handle);
     run.OpenFilter(1, kind);
     run.Ready();
@@ -259,14 +261,14 @@ TEST(PlotHandles, OfEveryFamilyAreDrawnAtEachOfFiftyEventsASecond) {
     for (int i = 1; i <= 25; ++i) {
       const int before = count.paints;
       const auto shown = view.Model().Traces();
-      QTest::mouseMove(window, from + QPoint(i, 0));
+      QTest::mouseMove(window, from + i * step);
       QTest::qWait(20);
       if (view.Model().Traces() == shown) continue;  // its steps may be wider than a pixel
       ++moved;
       EXPECT_GT(count.paints, before) << i;
     }
     EXPECT_GE(moved, 20);
-    QTest::mouseRelease(window, Qt::LeftButton, {}, from + QPoint(25, 0));
+    QTest::mouseRelease(window, Qt::LeftButton, {}, from + 25 * step);
     run.CloseTop();
   }
 }
