@@ -114,9 +114,11 @@ QSize LevelBarView::SizeWithLines(int lines) const {
 QSize LevelBarView::sizeHint() const { return SizeWithLines(PreferredLines); }
 QSize LevelBarView::minimumSizeHint() const { return SizeWithLines(LeastLines); }
 
-// Of an upright bar, with what it keeps clear; without a caption the topmost number has room there.
+// Of an upright bar, with what it keeps clear and room for the topmost number.
 int LevelBarView::CaptionHeight() const {
-  return model.captioned ? LineHeight(*this) + Gap(*this) : LineHeight(*this) / 2;
+  const int line = LineHeight(*this), topmost = line / 2;
+  if (!model.captioned) return topmost;
+  return line + (model.Scale().empty() ? Gap(*this) : topmost + Gap(*this) / 2);
 }
 
 void LevelBarView::Arrange() {

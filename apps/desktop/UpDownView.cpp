@@ -20,6 +20,9 @@ namespace {
 constexpr int RepeatAfter = 400, RepeatEvery = 60, RunMilliseconds = 1000;
 constexpr double Corner = 3.0;
 
+// Of the number in its box.
+int Inset(const QWidget& widget) { return LineHeight(widget) / 3; }
+
 // Keys that step the number; the others are the text's.
 bool StepsBy(std::string_view combination) {
   constexpr std::array<std::string_view, 4> keys{"Up", "Down", "PgUp", "PgDown"};
@@ -61,8 +64,7 @@ void UpDownView::AddNumber(const Number& added, std::function<void()> take) {
     number->installEventFilter(this);
     setFocusPolicy(Qt::NoFocus);
     setFocusProxy(number);
-    const int inset = LineHeight(*this) / 3;
-    line->setContentsMargins(inset, 1, 0, 1);
+    line->setContentsMargins(Inset(*this), 1, 0, 1);
     line->insertWidget(0, number);
     ++at;
     if (added.caption != nullptr) line->insertWidget(0, added.caption);
@@ -207,7 +209,7 @@ void UpDownView::paintEvent(QPaintEvent* /*event*/) {
   painter.setRenderHint(QPainter::Antialiasing);
   const double half = 0.5;
   QRectF box = QRectF(arrows->geometry());
-  if (number != nullptr) box.setLeft(number->x() - LineHeight(*this) / 3.0);
+  if (number != nullptr) box.setLeft(number->x() - Inset(*this));
   box.adjust(half, half, -half, -half);
   QPainterPath round;
   round.addRoundedRect(box, Corner, Corner);
@@ -227,7 +229,7 @@ void UpDownView::DrawArrow(QPainter& painter, int way) const {
   const double half = 0.5;
   painter.setPen(QPen(palette().color(QPalette::Mid), 1));
   painter.drawLine(QPointF(area.left() + half, area.top()), QPointF(area.left() + half, area.bottom()));
-  if (way < 0) painter.drawLine(area.topLeft() + QPointF(1, 0), area.topRight());
+  if (way < 0) painter.drawLine(area.topLeft() + QPointF(1, half), area.topRight() + QPointF(0, half));
   const double wide = area.height() * 0.36, high = wide * 0.65 * -way;
   const QPointF middle = area.center();
   painter.setPen(Qt::NoPen);
