@@ -61,7 +61,7 @@ QSize WrappedLabel::sizeHint() const {
 
 QSize WrappedLabel::minimumSizeHint() const {
   const int least = TextWidth(LeastDigits);
-  const int given = isHidden() ? TextWidth(MostDigits) : width();  // a hidden one is given none
+  const int given = isVisible() ? width() : TextWidth(MostDigits);  // until then it is given none
   return {least, HeightAt(std::max(least, given))};
 }
 
