@@ -108,6 +108,7 @@ int CurvePanel::LineAt(double hertz) const {
 std::vector<float> CurvePanel::Standing() const {
   const int block = panel.settings.*kind.block;
   std::vector<float> curve;
+  curve.reserve(static_cast<std::size_t>(kind.lines));
   for (int line = 0; line < kind.lines; ++line) {
     curve.push_back(static_cast<float>(NumberOf(panel.settings, kind.row, block, line)));
   }
@@ -158,11 +159,12 @@ void CurvePanel::Normalize() {
 
 // A recalled table is finished when it is stored; it is to be heard, too.
 void CurvePanel::Exchange(TableExchange::Direction direction) {
-  panel.context.exchangeTable({direction, kind.fileType, [this] {
-                                 pointed.reset();
-                                 Show();
-                                 if (kind.switchName != nullptr) panel.SwitchIn();
-                               }});
+  const auto recalled = [this] {
+    pointed.reset();
+    Show();
+    if (kind.switchName != nullptr) panel.SwitchIn();
+  };
+  panel.context.exchangeTable({direction, kind.fileType, recalled, &panel.form});
 }
 
 void CurvePanel::Hear(const PlotPointer& event) {

@@ -25,6 +25,7 @@ struct TableExchange {
   enum Direction { Store, Recall } direction;
   std::int16_t fileType;           // IndivFileType of the kind's table
   std::function<void()> recalled;  // the record has another table than before; nobody listens to a store
+  Form* over = nullptr;            // where the operator is asked, if not over the chain's own panel
 };
 
 // What a panel is given by whoever opens it.

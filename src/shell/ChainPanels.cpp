@@ -164,7 +164,7 @@ void ChainPanels::ExchangeTable(const TableExchange& exchange) const {
   around.windows.Get<MemSelect>(window).Prepare(
       exchange.direction == TableExchange::Recall ? Direction::Recall : Direction::Store, exchange.fileType,
       exchange.recalled);
-  around.windows.OpenOver(window, host.OpenForm());
+  around.windows.OpenOver(window, exchange.over == nullptr ? host.OpenForm() : *exchange.over);
 }
 
 bool ChainPanels::StoreInMemory(int memory, int function) {

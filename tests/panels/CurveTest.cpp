@@ -7,6 +7,7 @@
 
 #include "PanelOpening.h"
 #include "model/FieldAccess.h"
+#include "panels/CurvePanels.h"
 #include "text/Convert.h"
 #include "widgets/Plot.h"
 
@@ -14,42 +15,22 @@ namespace vc {
 namespace {
 
 struct Case {
-  const char* panel;
-  const char* title;
+  const char *panel, *title;
   const FieldRow& row;
-  int entry, lines;
-  double ratePerLine;
-  unsigned position;         // of the unit's stage
-  int packets;               // of its coefficients; none where the curve is no matter of the unit
-  const char* activeSwitch;  // null where there is none
+  int packets;        // of its coefficients; none where the curve is no matter of the unit
+  const char* inOut;  // its switch, if it has one
+  bool spectral = false;
+
+  int entry = spectral ? support::PanelSide : support::PanelStage;
+  int lines = spectral ? 115 : 460;
+  double ratePerLine = spectral ? 256 : 1024;
 };
-const Case HiRes{"CtlHiRes",
-                 "Hi-Res Graphic Edit",
-                 RowOf<&SystemSettings::hiResCurve>(),
-                 support::PanelStage,
-                 460,
-                 1024,
-                 2,
-                 64,
+const Case HiRes{"CtlHiRes", "Hi-Res Graphic Edit", RowOf<&SystemSettings::hiResCurve>(), 64,
                  "btnFilterActive"};
-const Case Custom{"CtlCustomCurve",
-                  "SIF Custom Curve Edit",
-                  RowOf<&SystemSettings::customCurve>(),
-                  support::PanelStage,
-                  460,
-                  1024,
-                  2,
-                  0,
+const Case Custom{"CtlCustomCurve", "SIF Custom Curve Edit", RowOf<&SystemSettings::customCurve>(), 0,
                   nullptr};
-const Case Spectral{"CtlEDGE",
-                    "Spectral Graphic Edit",
-                    RowOf<&SystemSettings::edgeCurve>(),
-                    support::PanelSide,
-                    115,
-                    256,
-                    9,
-                    16,
-                    "btnEqActive"};
+const Case Spectral{"CtlEDGE", "Spectral Graphic Edit", RowOf<&SystemSettings::edgeCurve>(),
+                    16,        "btnEqActive",           true};
 
 using Script = std::vector<std::pair<double, double>>;  // clicks: part of the width, dB
 
@@ -61,6 +42,7 @@ struct Curves : testing::TestWithParam<Case> {
     run.Edit("numFilters", "2");
     support::OpenPanel(run, kind.panel);
     std::vector<FieldEdit> edits;
+    edits.reserve(513);
     for (int line = 0; line < kind.row.extent[1].last + 1; ++line) {
       edits.emplace_back(&kind.row, kind.entry, line, -10.0 - line % 17);
     }
@@ -85,7 +67,7 @@ struct Curves : testing::TestWithParam<Case> {
   }
   // A click in the middle of a line's place.
   void At(int line, double level) const { Release((line + 0.4) / (kind.lines - 1), level); }
-  std::string ClickSwitch() const { return kind.activeSwitch == nullptr ? "" : run.Click(kind.activeSwitch); }
+  std::string ClickSwitch() const { return kind.inOut == nullptr ? "" : run.Click(kind.inOut); }
   bool Editing() const { return run.Click("btnAbort").empty(); }
   double Level(int line) const { return NumberOf(run.record, kind.row, kind.entry, line); }
   std::vector<double> Curve() const {
@@ -97,7 +79,7 @@ struct Curves : testing::TestWithParam<Case> {
     const std::string sent = run.Sent();
     return static_cast<int>(std::ranges::count(sent, '#'));
   }
-  const std::vector<std::int32_t>& Held() const { return run.Stage(kind.position).coefficients; }
+  const std::vector<std::int32_t>& Held() const { return run.Stage(kind.spectral ? 9 : 2).coefficients; }
   void DrawNew(double level) const {
     run.Click("btnNew");
     At(0, level);
@@ -134,8 +116,8 @@ TEST_P(Curves, FortyClicksAreJoinedByStraightLines) {
     for (int click = 1; click < 40; ++click) {
       const int line = left + click * step;
       const double level = -30 + 35 * std::sin(click);
-      if (line < right) points[line] = std::clamp(level, -60.0, 0.0);
-      if (line < right) At(line, level);
+      points[line] = std::clamp(level, -60.0, 0.0);
+      At(line, level);
       At(line - 3, -1);  // not to the right of it
     }
     EXPECT_EQ(Curve(), stood);
@@ -188,7 +170,7 @@ TEST_P(Curves, AreAsTheyWereHoweverAnEditIsLeft) {
     for (const char* button : {"btnEdit", "btnNew", "btnNormalize", "btnStore", "btnRecall", "btnOK"}) {
       EXPECT_EQ(run.Click(button), "it is disabled");
     }
-    EXPECT_EQ(ClickSwitch(), kind.activeSwitch == nullptr ? "" : "it is disabled");
+    EXPECT_EQ(ClickSwitch(), kind.inOut == nullptr ? "" : "it is disabled");
     way.leave(*this);
     ASSERT_EQ(run.Top().name == kind.panel, !way.closes);
     run.Settle();
@@ -224,7 +206,7 @@ TEST_P(Curves, AreNoLongerEditedWhereAnotherOneStands) {
   EXPECT_FALSE(Editing());
   EXPECT_EQ(Display().Traces().front().values[4], -14.0F);
   begin();
-  run.Edit(kind.row.name == "edgeCurve" ? "eqType" : "filterType", "0", kind.entry);  // its panel goes
+  run.Edit(kind.spectral ? "eqType" : "filterType", "0", kind.entry);  // its panel goes
   EXPECT_EQ(run.Top().name, "MasterControl");
   run.session.history.Undo();
   support::OpenPanel(run, kind.panel);
@@ -324,7 +306,7 @@ TEST_P(Curves, AreNormalizedStoredAndRecalled) {
   run.Type("txtFileName", "drawn");
   run.Click("btnOK");
   DrawNew(-5);
-  if (kind.activeSwitch != nullptr && run.Get(kind.activeSwitch) == "1") ClickSwitch();
+  if (kind.inOut != nullptr && run.Get(kind.inOut) == "1") ClickSwitch();
   run.Settle();
   run.Sent();
   run.Click("btnRecall");
@@ -334,8 +316,29 @@ TEST_P(Curves, AreNormalizedStoredAndRecalled) {
   for (int line = 0; line < kind.lines; ++line)
     ASSERT_EQ(Level(line), stored[static_cast<std::size_t>(line)]);
   EXPECT_EQ(run.Top().name, kind.panel);
-  EXPECT_EQ(kind.activeSwitch == nullptr ? "1" : run.Get(kind.activeSwitch), "1");
+  EXPECT_EQ(kind.inOut == nullptr ? "1" : run.Get(kind.inOut), "1");
   EXPECT_TRUE(kind.packets != 0 || run.record.settingsChanged == 0);
+}
+
+// As its question does, it lies over a panel and goes with it.
+TEST(CustomCurve, IsDrawnOverAnotherPanelToo) {
+  support::PanelRun run;
+  support::OpenPanel(run, "CtlHiRes");
+  Form &below = run.Top(), *asked = nullptr;
+  PanelContext context = support::LoneContext(run, " (Filter 2)");
+  context.exchangeTable =
+      Wire<void(const TableExchange&)>([&asked](const TableExchange& exchange) { asked = exchange.over; });
+  CurvePanel curve(context, CtlCustomCurve);
+  curve.panel.Fill();
+  run.session.forms.Show(curve.panel.form, Modality::OverOwner, &below);
+  run.Click("btnStore");
+  EXPECT_EQ(asked, &curve.panel.form);
+  const SystemSettings before = run.record;
+  run.Click("btnNew");
+  curve.FilterDisplay.pointer({PointerAction::Release, 0, -30});
+  run.session.forms.Unload(below);
+  EXPECT_EQ(run.Top().name, "MasterControl");
+  EXPECT_TRUE(run.record == before);
 }
 
 INSTANTIATE_TEST_SUITE_P(Panels, Curves, testing::Values(HiRes, Custom, Spectral),
