@@ -4,6 +4,7 @@
 #include <cmath>
 #include <functional>
 #include <map>
+#include <ostream>
 
 #include "PanelOpening.h"
 #include "model/FieldAccess.h"
@@ -25,6 +26,7 @@ struct Case {
   int lines = spectral ? 115 : 460;
   double ratePerLine = spectral ? 256 : 1024;
 };
+void PrintTo(const Case& one, std::ostream* out) { *out << one.panel; }
 const Case HiRes{"CtlHiRes", "Hi-Res Graphic Edit", RowOf<&SystemSettings::hiResCurve>(), 64,
                  "btnFilterActive"};
 const Case Custom{"CtlCustomCurve", "SIF Custom Curve Edit", RowOf<&SystemSettings::customCurve>(), 0,
