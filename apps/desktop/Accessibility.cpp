@@ -122,8 +122,7 @@ class LevelInterface : public NumberInterface {
  private:
   // Of "-12.3 dB" or "+90".
   static std::optional<double> NumberIn(const std::string& words) {
-    const std::size_t first = words.starts_with('+') ? 1 : 0;
-    return vc::ParseNumber(words.substr(first, words.find(' ') - first));
+    return vc::ParseNumber(words.substr(0, words.find(' ')));
   }
   Range ScaleRange() const {
     const auto number = [](const vc::ScaleTick& tick) { return NumberIn(tick.text).value_or(0); };

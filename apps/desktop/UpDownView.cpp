@@ -133,9 +133,9 @@ void UpDownView::mousePressEvent(QMouseEvent* event) {
   const int way = event->button() == Qt::LeftButton ? ArrowAt(event->position().toPoint()) : 0;
   if (way == 0) return event->ignore();
   setFocus(Qt::MouseFocusReason);
-  TakeTyped();
+  TakeTyped();  // which is a step of its own
   run.stop();
-  if (!model.slider.Held()) operate([this] { model.slider.Hold(); });
+  operate([this] { model.slider.Hold(); });
   pressed = hovered = way;
   repeat.start(RepeatAfter);
   Step(way * model.slider.KeyArrowStepSize);

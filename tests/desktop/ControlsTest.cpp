@@ -201,15 +201,16 @@ TEST(Controls, AnUpDownStepsInOneBoxWithItsNumber) {
   edit.selectAll();
   QTest::keyClicks(&edit, "-50");
   QTest::keyClick(&edit, Qt::Key_Up);  // what was typed counts first
-  EXPECT_EQ(std::exchange(shown.sample.events, {}), "took thresh-50 thresh-49 ");
+  EXPECT_EQ(std::exchange(shown.sample.events, {}), "took thresh-50 rest thresh-49 ");
   edit.selectAll();
   QTest::keyClicks(&edit, "-60");
   ClickArrow(view, -1);
+  EXPECT_TRUE(upDown.slider.Held());
   EXPECT_EQ(shown.Says("udThresh") + " " + shown.Says("txtThresh"), "-61 dB -61 dB");
   EXPECT_EQ(edit.selectedText(), "-61");
   shown.sample.events.clear();
   shown.Focus("btnOK");
-  EXPECT_EQ(shown.sample.events, "took rest ");
+  EXPECT_EQ(shown.sample.events, "took rest rest ");
   EXPECT_GE(view.ArrowArea(1).left(), edit.geometry().right());
   EXPECT_GE(view.ArrowArea(1).height(), LineHeight(view));
   upDown.core.SetEnabled(false);
@@ -228,7 +229,7 @@ TEST(Controls, PressesOfAnArrowThatFollowEachOtherAreOneHold) {
   QTest::mouseRelease(&view, Qt::LeftButton, {}, view.ArrowArea(1).center());
   EXPECT_EQ(shown.sample.events, "thresh-19 thresh-18 ");
   QTest::mousePress(&view, Qt::LeftButton, {}, view.ArrowArea(-1).center());
-  EXPECT_TRUE(QTest::qWaitFor([&] { return upDown.Value() < -20; }));
+  EXPECT_TRUE(QTest::qWaitFor([&] { return upDown.Value() < -32; }));
   QTest::mouseRelease(&view, Qt::LeftButton, {}, view.ArrowArea(-1).center());
   const int rested = upDown.Value();
   EXPECT_TRUE(upDown.slider.Held());
@@ -243,6 +244,23 @@ TEST(Controls, PressesOfAnArrowThatFollowEachOtherAreOneHold) {
     if (label->buddy() == &view) QTest::mouseDClick(label, Qt::LeftButton);
   }
   EXPECT_EQ(upDown.Value(), -3);
+}
+
+TEST(Controls, AnArrowThatIsHeldDoesNotRunAgainstALimit) {
+  Shown shown;
+  auto& upDown = shown.sample.udThresh;
+  auto& view = shown.At<UpDownView>("udThresh");
+  upDown.SetValue(-11);
+  int refused = 0;
+  upDown.slider.changed = [&] {
+    if (upDown.Value() <= -10) return;
+    ++refused;
+    upDown.SetValue(-10);
+  };
+  QTest::mousePress(&view, Qt::LeftButton, {}, view.ArrowArea(1).center());
+  EXPECT_TRUE(QTest::qWaitFor([&] { return refused > 0; }));
+  EXPECT_FALSE(QTest::qWaitFor([&] { return refused > 1; }, 300));
+  QTest::mouseRelease(&view, Qt::LeftButton, {}, view.ArrowArea(1).center());
 }
 
 TEST(Controls, ATextBoxTellsFocusKeysAndLeaving) {

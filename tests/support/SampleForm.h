@@ -71,6 +71,7 @@ struct SampleForm {
     txtThresh.lostFocus = [this] {
       events += "took ";
       if (const auto number = vc::ParseNumber(txtThresh.Text())) udThresh.slider.SetPosition(*number);
+      udThresh.slider.Release();
     };
     txtState.readOnly = true;
     txtNotes.multiLine = true;
