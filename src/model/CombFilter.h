@@ -17,6 +17,7 @@ struct CombFilter {
   double beyond = 1;    // gain above the limit
   int halfLength = 2;   // of the lowpass that makes the limit
   double stopGain = 1;  // which that lowpass must keep clear of
+  bool operator==(const CombFilter&) const = default;
 };
 
 // The filter of a stage (1..6) run as each kind. What is out of range is bounded: the limit to 0 and half the

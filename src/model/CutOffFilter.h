@@ -16,6 +16,7 @@ struct CutOffFilter {
   int halfLength = 1;   // n: the filter has 2n - 1 taps
   double stopGain = 1;  // amplitude in the stopband, above 0 and at most 1
   bool rejects = false;
+  bool operator==(const CutOffFilter&) const = default;
 };
 
 // The filter of a stage (1..6) run as each kind. Settings out of range are bounded: an edge to 0 and half the

@@ -99,16 +99,9 @@ double EdgeLevel(const Row<float, 0, 128>& curve, double place) {
   return below + (above - below) * (held - line);
 }
 
-void Transform(FilterTransform& transform, Magnitudes& magnitudes, double spectrumScale) {
-  transform.CalculateIFFT(static_cast<std::int16_t>(spectrumScale), 1,
-                          std::span<float, IfftCapacity>(magnitudes.data(), IfftCapacity));
-}
-
-std::vector<float> StageTaps(FilterTransform& transform, Magnitudes magnitudes, std::int16_t number) {
-  Transform(transform, magnitudes, FilterSpectrumScale);
-  const int taps = std::clamp<int>(number, 0, FilterDesignTaps);
-  const auto first = magnitudes.begin() + (static_cast<int>(FilterDesignTaps) - taps) / 2;
-  return {first, first + taps};
+HostDesign MiddleTaps(Magnitudes magnitudes, std::int16_t number) {
+  const auto taps = static_cast<std::size_t>(std::clamp<int>(number, 0, FilterDesignTaps));
+  return {std::move(magnitudes), FilterSpectrumScale, (FilterDesignTaps - taps) / 2, taps};
 }
 
 }  // namespace
@@ -119,27 +112,42 @@ std::vector<BinRange> ListedBins(const SystemSettings& settings, int stage, std:
                     static_cast<double>(settings.sampleRate));
 }
 
-std::vector<float> BuildCoefficients(FilterTransform& transform, const SystemSettings& settings, int stage,
-                                     std::int16_t kind, std::int16_t generalStageTaps) {
+HostDesign StageDesign(const SystemSettings& settings, int stage, std::int16_t kind,
+                       std::int16_t generalStageTaps) {
   std::optional<Magnitudes> magnitudes = StageMagnitudes(settings, stage, kind);
-  if (!magnitudes) return {};
-  return StageTaps(transform, std::move(*magnitudes), generalStageTaps);
+  return magnitudes ? MiddleTaps(std::move(*magnitudes), generalStageTaps) : HostDesign{};
 }
 
-std::vector<float> DesignCurve(FilterTransform& transform, DrawnCurve curve, std::int16_t generalStageTaps) {
-  return StageTaps(transform, CurveMagnitudes(curve, 0), generalStageTaps);
+HostDesign CurveDesign(DrawnCurve curve, std::int16_t generalStageTaps) {
+  return MiddleTaps(CurveMagnitudes(curve, 0), generalStageTaps);
+}
+
+HostDesign EdgeDesign(const SystemSettings& settings, int equalizer) {
+  constexpr double linesPerBin = EdgeCurveScale / EqualizerSpectrumScale;
+  Magnitudes magnitudes(IfftCapacity, 0.0F);
+  for (int bin = 0; bin < static_cast<int>(EdgeLines); bin++) {
+    At(magnitudes, bin) =
+        static_cast<float>(Gain(EdgeLevel(settings.edgeCurve[equalizer], bin * linesPerBin)));
+  }
+  return {std::move(magnitudes), EqualizerSpectrumScale, 0, EdgeFilterTaps};
+}
+
+std::vector<float> CoefficientsOf(FilterTransform& transform, HostDesign design) {
+  if (design.magnitudes.empty()) return {};
+  transform.CalculateIFFT(static_cast<std::int16_t>(design.spectrumScale), 1,
+                          std::span<float, IfftCapacity>(design.magnitudes.data(), IfftCapacity));
+  const auto first = design.magnitudes.begin() + static_cast<std::ptrdiff_t>(design.firstTap);
+  return {first, first + static_cast<std::ptrdiff_t>(design.taps)};
+}
+
+std::vector<float> BuildCoefficients(FilterTransform& transform, const SystemSettings& settings, int stage,
+                                     std::int16_t kind, std::int16_t generalStageTaps) {
+  return CoefficientsOf(transform, StageDesign(settings, stage, kind, generalStageTaps));
 }
 
 std::vector<float> DesignEdgeFilter(FilterTransform& transform, const SystemSettings& settings,
                                     int equalizer) {
-  constexpr double linesPerBin = EdgeCurveScale / EqualizerSpectrumScale;
-  Magnitudes buffer(IfftCapacity, 0.0F);
-  for (int bin = 0; bin < static_cast<int>(EdgeLines); bin++) {
-    At(buffer, bin) = static_cast<float>(Gain(EdgeLevel(settings.edgeCurve[equalizer], bin * linesPerBin)));
-  }
-  Transform(transform, buffer, EqualizerSpectrumScale);
-  buffer.resize(EdgeFilterTaps);
-  return buffer;
+  return CoefficientsOf(transform, EdgeDesign(settings, equalizer));
 }
 
 }  // namespace vc

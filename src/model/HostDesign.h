@@ -41,20 +41,32 @@ struct BinRange {
 // other kind nothing.
 std::vector<BinRange> ListedBins(const SystemSettings& settings, int stage, std::int16_t kind);
 
-// The coefficients of filter stage 1..6 as filter kind 8, 10, 11 or 12, linear phase, full scale -1.0..1.0,
-// always finite; of multiple notches and slots the rows that were built count. Their number is
-// generalStageTaps, at most 1024: the ones in the middle of the design, so that its centre stays the centre.
-// Any other kind gives none. The kind is not taken from the record, since the right side of a linked pair
-// runs with the left's.
+// Which magnitudes are wanted, and which of the transform's taps go out: what coefficients follow from.
+struct HostDesign {
+  std::vector<float> magnitudes;  // IfftCapacity of them, bin 0 first; none where there is nothing to design
+  double spectrumScale = FilterSpectrumScale;
+  std::size_t firstTap = 0, taps = 0;
+  bool operator==(const HostDesign&) const = default;
+};
+// Of filter stage 1..6 as filter kind 8, 10, 11 or 12; of multiple notches and slots the rows that were built
+// count. generalStageTaps of the taps go out, at most 1024: the ones in the middle, so that the centre stays
+// the centre. Any other kind gives no magnitudes. The kind is not taken from the record, since the right side
+// of a linked pair runs with the left's.
+HostDesign StageDesign(const SystemSettings& settings, int stage, std::int16_t kind,
+                       std::int16_t generalStageTaps);
+// Likewise of any curve, as filter kind 12 has them of its own.
+HostDesign CurveDesign(DrawnCurve curve, std::int16_t generalStageTaps);
+// Of the "Spectral Graphic" of equalizer 1 or 2. The gain at a bin is that of the curve at its frequency,
+// straight in dB between two lines, up to that of the last bin (114) at the end of the curve; above it
+// nothing passes.
+HostDesign EdgeDesign(const SystemSettings& settings, int equalizer);
+
+// Linear phase, full scale -1.0..1.0, always finite; none where there is nothing to design.
+std::vector<float> CoefficientsOf(FilterTransform& transform, HostDesign design);
+
+// Those of StageDesign, and the 256 of EdgeDesign.
 std::vector<float> BuildCoefficients(FilterTransform& transform, const SystemSettings& settings, int stage,
                                      std::int16_t kind, std::int16_t generalStageTaps);
-
-// Likewise of any curve, as filter kind 12 has them of its own.
-std::vector<float> DesignCurve(FilterTransform& transform, DrawnCurve curve, std::int16_t generalStageTaps);
-
-// The 256 coefficients of the "Spectral Graphic" of equalizer 1 or 2, like those of a filter stage. The gain
-// at a bin is that of the curve at its frequency, straight in dB between two lines, up to that of the last
-// bin (114) at the end of the curve; above it nothing passes.
 std::vector<float> DesignEdgeFilter(FilterTransform& transform, const SystemSettings& settings,
                                     int equalizer);
 

@@ -15,6 +15,7 @@ struct LobeFilter {
   int halfLength = 1;  // n: the filter has 2n - 1 taps, and the lobe is 1.5 / (n + 1) wide at half its height
   double direct = 1;
   double passed = 0;
+  bool operator==(const LobeFilter&) const = default;
 };
 
 // The filter of a stage (1..6) run as each kind. What is out of range is bounded as for a cut-off filter.

@@ -39,8 +39,7 @@ double LeastKept(const S& s, int stage, std::int16_t kind) {
 }
 
 // The band that a frequency in Hz belongs to: the nearest.
-int BandAt(std::int16_t bandwidthIndex, double hertz) {
-  const auto bands = BandFrequencies(bandwidthIndex);
+int BandAt(const std::array<double, BandCount>& bands, double hertz) {
   const auto distance = [hertz](double frequency) { return std::abs(frequency - hertz); };
   return static_cast<int>(std::ranges::min_element(bands, {}, distance) - bands.begin());
 }
@@ -52,8 +51,9 @@ NoiseBands BandsOf(const S& s, int stage) {
   const double attenuation = std::max<std::int16_t>(s.filterAtten[entry], 0) / attenuationUnity;
   const double least = LeastKept(s, stage, Kind);
   NoiseBands bands{.gain = std::max<std::int16_t>(s.filterGain[entry], 0) / gainUnity};
+  const std::array frequencies = BandFrequencies(s.bandwidthIndex);
   for (int line = 0; line <= LastLine; line++) {
-    const int band = BandAt(s.bandwidthIndex, line * static_cast<double>(s.sampleRate) / Frame);
+    const int band = BandAt(frequencies, line * static_cast<double>(s.sampleRate) / Frame);
     const double asked = attenuation * Bounded(BandReduction(s, stage, Kind, band), 0, 1);
     bands.kept[static_cast<std::size_t>(line)] = std::max(1 - asked, least);
   }
@@ -90,7 +90,11 @@ NoiseBands NoiseReducerOf(const S& settings, int stage) {
 }
 
 NoiseBands NoiseEqOf(const S& settings, int stage) {
-  return BandsOf<BroadbandKind::NoiseEq>(settings, stage);
+  NoiseBands bands = BandsOf<BroadbandKind::NoiseEq>(settings, stage);
+  for (const int place : BandPlaces(settings.bandwidthIndex)) {
+    bands.centres.push_back(place / static_cast<double>(BandSteps));
+  }
+  return bands;
 }
 
 std::vector<double> GainsAt(const NoiseBands& bands, std::span<const double> frequencies) {

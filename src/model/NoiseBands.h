@@ -15,6 +15,8 @@ inline constexpr std::size_t NoiseLines = 129;
 struct NoiseBands {
   std::array<double, NoiseLines> kept{};  // of the amplitude of steady noise, in each line, 0..1
   double gain = 1;                        // of what leaves
+  std::vector<double> centres{};          // of its bands, in cycles per sample; none where it has none
+  bool operator==(const NoiseBands&) const = default;
 };
 
 // Of broadband stage 1, 2 run as each kind. A line belongs to the band of the nearest frequency
@@ -25,5 +27,7 @@ NoiseBands NoiseEqOf(const SystemSettings& settings, int stage);
 
 // The amplitude of steady noise at each frequency (cycles per sample), against what comes in.
 std::vector<double> GainsAt(const NoiseBands& bands, std::span<const double> frequencies);
+
+inline std::vector<double> TellingAt(const NoiseBands& bands) { return bands.centres; }
 
 }  // namespace vc

@@ -16,12 +16,14 @@ struct ParametricSection {
   double feedback1 = 0, feedback2 = 0;
   double gain = 0;
   bool in = false;  // the operator has it in; one that is out has no gain
+  bool operator==(const ParametricSection&) const = default;
 };
 
 // All in a row, and then the level.
 struct ParametricFilter {
   double level = 1;
   std::array<ParametricSection, ParametricSubstages> sections;
+  bool operator==(const ParametricFilter&) const = default;
 };
 
 // Of filter stage 1..6, and of equalizer 1, 2, each run as its parametric kind: as the unit reads the block

@@ -43,6 +43,21 @@ TableHalves HalvesOf(std::span<const float> table) {
   return halves;
 }
 
+// The lines where a curve goes one way and then the other, or stands, and turns by more than so much: the
+// bottom of a notch of a few lines. Line 0 is at the bin `first`.
+std::vector<double> SharpTurns(std::span<const float> lines, int first, double linesPerRate) {
+  constexpr float sharp = 3;  // dB, from one step to the next
+  std::vector<double> turns;
+  for (std::size_t i = 1; i + 1 < lines.size(); i++) {
+    const float before = lines[i] - lines[i - 1], behind = lines[i + 1] - lines[i];
+    const bool extreme = std::min(before, behind) <= 0 && std::max(before, behind) >= 0;
+    if (extreme && std::abs(behind - before) > sharp) {
+      turns.push_back((static_cast<double>(i) + first) / linesPerRate);
+    }
+  }
+  return turns;
+}
+
 // Of direct + passed h, h being the table.
 std::vector<double> GainsWith(std::span<const float> table, double direct, double passed,
                               std::span<const double> frequencies) {
@@ -58,46 +73,9 @@ std::vector<double> GainsWith(std::span<const float> table, double direct, doubl
   return gains;
 }
 
-}  // namespace
-
-std::vector<double> TableGains(std::span<const float> table, std::int16_t filterAtten,
-                               std::span<const double> frequencies) {
-  const double subtracted = std::max<std::int16_t>(filterAtten, 0) / static_cast<double>(FullEffect);
-  return GainsWith(table, 1, -subtracted, frequencies);
-}
-
-std::vector<double> BuiltGains(const SystemSettings& settings, int stage, std::int16_t kind,
-                               std::span<const double> frequencies) {
-  FilterTransform transform;
-  const std::vector<float> table =
-      BuildCoefficients(transform, settings, stage, kind, settings.generalStageTaps);
-  const KindLaw& law = FilterLaw(kind);
-  const std::int16_t atten = law.masterAtten ? settings.filterAtten[stage] : law.plainAtten;
-  std::vector<double> gains = TableGains(table, atten, frequencies);
-  if (!law.outputGain) return gains;
-  const double gain = std::max<std::int16_t>(settings.filterGain[stage], 0) / OutputGainUnity;
-  for (double& one : gains) one *= gain;
-  return gains;
-}
-
-std::vector<double> CurveGains(const SystemSettings& settings, DrawnCurve curve,
-                               std::span<const double> frequencies) {
-  FilterTransform transform;
-  return TableGains(DesignCurve(transform, curve, settings.generalStageTaps), FullEffect, frequencies);
-}
-
-// The transform fills fewer taps than are sent, which are symmetric about their own middle.
-std::vector<double> EdgeGains(const SystemSettings& settings, int equalizer,
-                              std::span<const double> frequencies) {
-  constexpr auto designed = static_cast<std::size_t>(EqualizerSpectrumScale);
-  FilterTransform transform;
-  const std::vector<float> table = DesignEdgeFilter(transform, settings, equalizer);
-  return GainsWith(std::span(table).first(designed), 0, 1, frequencies);
-}
-
-std::vector<double> TellingOfList(const SystemSettings& settings, int stage, std::int16_t kind) {
+std::vector<double> MiddlesAndEnds(std::span<const BinRange> rows) {
   std::vector<double> telling;
-  for (const BinRange& bins : ListedBins(settings, stage, kind)) {
+  for (const BinRange& bins : rows) {
     const int last = bins.end - 1;
     for (const double bin : {bins.first + 0.0, (bins.first + last) / 2.0, last + 0.0}) {
       telling.push_back(bin / FilterSpectrumScale);
@@ -106,15 +84,54 @@ std::vector<double> TellingOfList(const SystemSettings& settings, int stage, std
   return telling;
 }
 
-std::vector<double> SharpTurns(std::span<const float> lines, double linesPerRate) {
-  constexpr float sharp = 3;  // dB, from one step to the next
-  std::vector<double> turns;
-  for (std::size_t i = 1; i + 1 < lines.size(); i++) {
-    const float before = lines[i] - lines[i - 1], behind = lines[i + 1] - lines[i];
-    const bool extreme = std::min(before, behind) <= 0 && std::max(before, behind) >= 0;
-    if (extreme && std::abs(behind - before) > sharp) turns.push_back(static_cast<double>(i) / linesPerRate);
+std::vector<double> TellingOf(const SystemSettings& settings, int stage, std::int16_t kind) {
+  if (kind == FilterKind::HiResGraphic) {
+    return SharpTurns(DrawnLines(settings.hiResCurve[stage]), 0, FilterSpectrumScale);
   }
-  return turns;
+  if (kind == FilterKind::SpectralInverse) {
+    return SharpTurns(DrawnLines(settings.sifCurve[stage]), 1, FilterSpectrumScale);
+  }
+  return MiddlesAndEnds(ListedBins(settings, stage, kind));
+}
+
+double Subtracted(std::int16_t atten) {
+  return std::max<std::int16_t>(atten, 0) / static_cast<double>(FullEffect);
+}
+
+}  // namespace
+
+TableFilter TableFilterOf(const SystemSettings& settings, int stage, std::int16_t kind) {
+  const KindLaw& law = FilterLaw(kind);
+  const double subtracted = Subtracted(law.masterAtten ? settings.filterAtten[stage] : law.plainAtten);
+  const double gain =
+      law.outputGain ? std::max<std::int16_t>(settings.filterGain[stage], 0) / OutputGainUnity : 1;
+  return {StageDesign(settings, stage, kind, settings.generalStageTaps), gain, -gain * subtracted,
+          TellingOf(settings, stage, kind)};
+}
+
+TableFilter CurveFilterOf(const SystemSettings& settings, DrawnCurve curve) {
+  return {CurveDesign(curve, settings.generalStageTaps), 1, -1, SharpTurns(curve, 0, FilterSpectrumScale)};
+}
+
+// The transform fills fewer taps than are sent, which are symmetric about their own middle.
+TableFilter EdgeFilterOf(const SystemSettings& settings, int equalizer) {
+  const std::span<const float> lines(settings.edgeCurve[equalizer].items);
+  TableFilter filter{EdgeDesign(settings, equalizer), 0, 1,
+                     SharpTurns(lines.first(EdgeLines), 0, EdgeCurveScale)};
+  filter.design.taps = static_cast<std::size_t>(EqualizerSpectrumScale);
+  return filter;
+}
+
+std::vector<double> GainsAt(const TableFilter& filter, std::span<const double> frequencies) {
+  FilterTransform transform;
+  return GainsWith(CoefficientsOf(transform, filter.design), filter.direct, filter.passed, frequencies);
+}
+
+std::vector<double> TellingAt(const TableFilter& filter) { return filter.telling; }
+
+std::vector<double> TableGains(std::span<const float> table, std::int16_t filterAtten,
+                               std::span<const double> frequencies) {
+  return GainsWith(table, 1, -Subtracted(filterAtten), frequencies);
 }
 
 }  // namespace vc

@@ -1,4 +1,4 @@
-#include "model/BandFilter.h"
+#include "model/GraphicFilter.h"
 
 #include <algorithm>
 #include <cmath>
@@ -29,6 +29,12 @@ using Waves = PerSample<PerBand>;
 std::size_t Folded(std::size_t sample) {
   const std::size_t within = sample % BandSteps;
   return std::min(within, BandSteps - within);
+}
+
+PerBand InCycles(const std::array<int, Bands>& places) {
+  PerBand f{};
+  std::ranges::transform(places, f.begin(), [](int place) { return place / static_cast<double>(BandSteps); });
+  return f;
 }
 
 Waves WavesAt(const std::array<int, Bands>& places) {
@@ -124,8 +130,8 @@ PerBand Solved(Matrix a, PerBand x) {
   return x;
 }
 
-BandFilter FilterOf(const SystemSettings& settings, const StageBlock& block) {
-  BandFilter filter{.places = BandPlaces(settings.bandwidthIndex)};
+GraphicFilter FilterOf(const SystemSettings& settings, const StageBlock& block) {
+  GraphicFilter filter{.places = BandPlaces(settings.bandwidthIndex)};
   for (std::size_t band = 0; band < Bands; band++) filter.gains[band] = BlockWord(block, band) / WordUnity;
   filter.halfLength = std::min((BandwidthOf(settings.bandwidthIndex).generalStageTaps + 1) / 2, 512);
   return filter;
@@ -133,17 +139,16 @@ BandFilter FilterOf(const SystemSettings& settings, const StageBlock& block) {
 
 }  // namespace
 
-BandFilter GraphicFilterOf(const SystemSettings& settings, int stage) {
+GraphicFilter GraphicFilterOf(const SystemSettings& settings, int stage) {
   return FilterOf(settings, TwentyBandBlock(settings.bandGain[stage].items));
 }
 
-BandFilter GraphicEqualizerOf(const SystemSettings& settings, int equalizer) {
+GraphicFilter GraphicEqualizerOf(const SystemSettings& settings, int equalizer) {
   return FilterOf(settings, TwentyBandBlock(settings.eqBandGain[EqualizerPosition + equalizer - 1].items));
 }
 
-HalfTaps BandTaps(const BandFilter& filter) {
-  PerBand f{};
-  for (std::size_t i = 0; i < Bands; i++) f[i] = filter.places[i] / static_cast<double>(BandSteps);
+HalfTaps GraphicTaps(const GraphicFilter& filter) {
+  const PerBand f = InCycles(filter.places);
   const Waves waves = WavesAt(filter.places);
   HalfTaps taps = BendTaps(filter.halfLength);
   const PerBand points = Solved(GainsOfPoints(f, GainsOfBends(taps, waves)), filter.gains);
@@ -157,8 +162,13 @@ HalfTaps BandTaps(const BandFilter& filter) {
   return taps;
 }
 
-std::vector<double> GainsAt(const BandFilter& filter, std::span<const double> frequencies) {
-  return AmplitudesAt(BandTaps(filter), frequencies);
+std::vector<double> GainsAt(const GraphicFilter& filter, std::span<const double> frequencies) {
+  return AmplitudesAt(GraphicTaps(filter), frequencies);
+}
+
+std::vector<double> TellingAt(const GraphicFilter& filter) {
+  const PerBand f = InCycles(filter.places);
+  return {f.begin(), f.end()};
 }
 
 }  // namespace vc
