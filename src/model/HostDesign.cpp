@@ -90,15 +90,6 @@ std::optional<Magnitudes> StageMagnitudes(const SystemSettings& settings, int st
   }
 }
 
-// Of a drawn equalizer at a place in lines, in dB.
-double EdgeLevel(const Row<float, 0, 128>& curve, double place) {
-  constexpr int last = static_cast<int>(EdgeLines) - 1;
-  const double held = std::min<double>(place, last);
-  const int line = std::min(static_cast<int>(held), last - 1);
-  const auto below = static_cast<double>(curve[line]), above = static_cast<double>(curve[line + 1]);
-  return below + (above - below) * (held - line);
-}
-
 HostDesign MiddleTaps(Magnitudes magnitudes, std::int16_t number) {
   const auto taps = static_cast<std::size_t>(std::clamp<int>(number, 0, FilterDesignTaps));
   return {std::move(magnitudes), FilterSpectrumScale, (FilterDesignTaps - taps) / 2, taps};
@@ -123,13 +114,11 @@ HostDesign CurveDesign(DrawnCurve curve, std::int16_t generalStageTaps) {
 }
 
 HostDesign EdgeDesign(const SystemSettings& settings, int equalizer) {
-  constexpr double linesPerBin = EdgeCurveScale / EqualizerSpectrumScale;
   Magnitudes magnitudes(IfftCapacity, 0.0F);
-  for (int bin = 0; bin < static_cast<int>(EdgeLines); bin++) {
-    At(magnitudes, bin) =
-        static_cast<float>(Gain(EdgeLevel(settings.edgeCurve[equalizer], bin * linesPerBin)));
+  for (int line = 0; line < static_cast<int>(EdgeLines); line++) {
+    At(magnitudes, line) = static_cast<float>(Gain(static_cast<double>(settings.edgeCurve[equalizer][line])));
   }
-  return {std::move(magnitudes), EqualizerSpectrumScale, 0, EdgeFilterTaps};
+  return {std::move(magnitudes), EdgeCurveScale, 0, EdgeFilterTaps};
 }
 
 std::vector<float> CoefficientsOf(FilterTransform& transform, HostDesign design) {

@@ -13,12 +13,10 @@
 
 namespace vc {
 
-// stageSpectrumScale: the length of the transform, bins a sample rate.
-inline constexpr double FilterSpectrumScale = 1024.0;    // stages 1..8
-inline constexpr double EqualizerSpectrumScale = 246.0;  // stages 9 and 10
-
-// Lines a sample rate of the curve that is drawn for a "Spectral Graphic": they do not lie on the bins of its
-// transform. Those of the curves of a filter stage do.
+// The length of the transform, bins a sample rate: of a filter stage, and of an equalizer. They lie on the
+// lines of the drawn curves, which are heard on each of them as they are drawn; stageSpectrumScale, 246 of an
+// equalizer, would put them between the lines.
+inline constexpr double FilterSpectrumScale = 1024.0;
 inline constexpr double EdgeCurveScale = 256.0;
 inline constexpr std::size_t CurveLines = 460;
 inline constexpr std::size_t EdgeLines = 115;
@@ -30,7 +28,7 @@ inline DrawnCurve DrawnLines(const Row<float, 0, 512>& curve) {
 }
 
 inline constexpr std::size_t FilterDesignTaps = 1024;
-inline constexpr std::size_t EdgeFilterTaps = 256;  // sent; the transform fills the first 246
+inline constexpr std::size_t EdgeFilterTaps = 256;
 
 // Bins of the transform of a filter stage, first..end - 1; empty where end is first.
 struct BinRange {
@@ -56,9 +54,7 @@ HostDesign StageDesign(const SystemSettings& settings, int stage, std::int16_t k
                        std::int16_t generalStageTaps);
 // Likewise of any curve, as filter kind 12 has them of its own.
 HostDesign CurveDesign(DrawnCurve curve, std::int16_t generalStageTaps);
-// Of the "Spectral Graphic" of equalizer 1 or 2. The gain at a bin is that of the curve at its frequency,
-// straight in dB between two lines, up to that of the last bin (114) at the end of the curve; above it
-// nothing passes.
+// Of the "Spectral Graphic" of equalizer 1 or 2: line i is bin i; above the last one nothing passes.
 HostDesign EdgeDesign(const SystemSettings& settings, int equalizer);
 
 // Linear phase, full scale -1.0..1.0, always finite; none where there is nothing to design.

@@ -113,13 +113,9 @@ TableFilter CurveFilterOf(const SystemSettings& settings, DrawnCurve curve) {
   return {CurveDesign(curve, settings.generalStageTaps), 1, -1, SharpTurns(curve, 0, FilterSpectrumScale)};
 }
 
-// The transform fills fewer taps than are sent, which are symmetric about their own middle.
 TableFilter EdgeFilterOf(const SystemSettings& settings, int equalizer) {
   const std::span<const float> lines(settings.edgeCurve[equalizer].items);
-  TableFilter filter{EdgeDesign(settings, equalizer), 0, 1,
-                     SharpTurns(lines.first(EdgeLines), 0, EdgeCurveScale)};
-  filter.design.taps = static_cast<std::size_t>(EqualizerSpectrumScale);
-  return filter;
+  return {EdgeDesign(settings, equalizer), 0, 1, SharpTurns(lines.first(EdgeLines), 0, EdgeCurveScale)};
 }
 
 std::vector<double> GainsAt(const TableFilter& filter, std::span<const double> frequencies) {

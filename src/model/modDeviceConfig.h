@@ -67,7 +67,7 @@ struct modDeviceConfig {
   // bandwidthIndex at the end of the last fit, with the port open or not. It starts where InitSettings does.
   std::int16_t lastFitBandwidth = 0;
   Row<std::int16_t, 1, 10> stageLevelShift;  // gain shift of the level display by stage; 7 and 8 have none
-  Row<float, 1, 10> stageSpectrumScale;      // points of the transform that designs the stage's filter
+  Row<float, 1, 10> stageSpectrumScale;      // points of a stage's spectrum, as the fit leaves them
 
   // Fits the record to the unit, tells the operator where sizes had to be cut, and downloads. With fit the
   // operator's filter sizes are honoured as far as they fit; without it (bandwidth or configuration changed)

@@ -152,8 +152,8 @@ TEST_F(DownloadWire, EveryKindOfFilterAndAChangeWithinIt) {
 TEST_F(DownloadWire, EveryKindOfEqualizerAndBroadbandStage) {
   Check(std::string(R"(
     * eqBandGain(9,0) 20 => L 00 CD0CFF7F FF7FFF7F*9 00000000*2; L 01 00000000*12; M C0 0880;
-    * eqType(1) 1 => 16 packets: 008534 first, 77278B at 123; M C0 0080;
-    * edgeCurve(1,0) -6 => 16 packets: 0042C2 first, 76E519 at 123; M C0 0080;
+    * eqType(1) 1 => 16 packets: 008000 first, 727FFF at 128; M C0 0080;
+    * edgeCurve(1,0) -6 => 16 packets: 004027 first, 724026 at 128; M C0 0080;
     * eqType(1) 2 => M 56 1770; L 00 FF7F53E3 AF5558B9 00000000 AC1C0000 53E3AF55 58B90000 0000AC1C 000053E3
         AF5558B9 00000000 AC1C0000 53E3AF55; L 01 58B90000 0000AC1C 00000000*10; M C0 0980;
     * eqParLevel(9) 180 => L 00 264053E3 AF5558B9 00000000 AC1C0000 53E3AF55 58B90000 0000AC1C 000053E3
@@ -207,7 +207,7 @@ TEST_F(DownloadWire, StereoLinkedServesBothSidesFromTheLeft) {
     * mnotchFreq(1,1) 1000 => 64 packets: FFC000 first, 004000 at 512; M C0 0000;
     * eqType(1) 3 => M 56 1B70; L 00 CDCCCC00 33333300 000F0080 000F1000 00000000*8; L 01 00000000*12;
         M C0 0980; L 00 CDCCCC00 33333300 000F0080 000F1000 00000000*8; L 01 00000000*12; M C0 0990;
-    * eqType(1) 1 => M 56 0970; 16 packets: 008534 first, 77278B at 123; M C0 0080;
+    * eqType(1) 1 => M 56 0970; 16 packets: 008000 first, 727FFF at 128; M C0 0080;
     * broadbandParms.coefC(1) 0.5 => L 00 00000000 0E000000 1454733F*2 0000003F 3333333F ACC52737 00000000*5;
         M 66 0000; L 00 00000000 0E000000 1454733F*2 0000003F 3333333F ACC52737 00000000*5; M 66 0010;
     * channelSwap 1 => M 2A CFC1;)");
@@ -226,7 +226,7 @@ TEST_F(DownloadWire, StereoLinkedServesBothSidesFromTheLeft) {
     * ch2DelayChan(1) 1 => M 20 4100;
     * broadbandActive(2) 1 => M 20 5900; M 21 7964;
     * yellowSignal 9 => M 28 C718;
-    * eqType(2) 1 => 16 packets: 008534 first, 77278B at 123; M C0 0090;
+    * eqType(2) 1 => 16 packets: 008000 first, 727FFF at 128; M C0 0090;
     * numFilters 2 => M 55 FF7F; M 56 FF7F; M 59 3000; M 22 8618; M 23 A71C; M 34 0303; M 3A 0420; M 3B 0420;
         M 44 7A28; M 45 7A28; M 55 0702; M 56 0970; M 58 B300;)");
 }

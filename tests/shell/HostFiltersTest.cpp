@@ -93,14 +93,11 @@ TEST_P(HostFilters, SpectralGraphicIsItsCurveItself) {
   Settle();
   const auto& coefficients = Stage(9).coefficients;
   ASSERT_EQ(coefficients.size(), 256U);
-  for (int line = 2; line < EdgeLines - 5; ++line) {
-    const double heard = Response(coefficients, 123, line, 256.0);
-    ASSERT_NEAR(Decibels(heard), static_cast<double>(Drawn(line, EdgeLines)), 0.5) << line;
+  for (int line = 0; line < EdgeLines; ++line) {
+    const double heard = Response(coefficients, 128, line, 256.0);
+    ASSERT_NEAR(Decibels(heard), static_cast<double>(Drawn(line, EdgeLines)), 0.02) << line;
   }
-  EXPECT_NEAR(Decibels(Response(coefficients, 123, 114, 246.0)),
-              static_cast<double>(Drawn(EdgeLines - 1, EdgeLines)), 0.05);
-  EXPECT_LT(Decibels(Response(coefficients, 123, 121, 246.0)), -40.0);
-  EXPECT_EQ(std::count(coefficients.begin() + 246, coefficients.end(), 0), 10);
+  EXPECT_LT(Decibels(Response(coefficients, 128, 121, 256.0)), -40.0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Bandwidths, HostFilters, testing::Values(0, 4, 5));

@@ -57,10 +57,10 @@ std::string FrameText(const Bytes& frame) {
   return IsPacket(frame) ? "L " + number + PayloadText(frame) : "M " + number + Digits(frame, 4, 2);
 }
 
-// A stage of 1024 taps is centred in them, one of 976 in these; an equalizer of 256 in its first 246.
+// A stage of 1024 taps is centred in them, one of 976 in these, an equalizer in its 256.
 std::string TableText(std::span<const Bytes> packets) {
   constexpr std::size_t perPacket = 16, payload = 4, bytes = 3;
-  const std::size_t centre = packets.size() == perPacket ? 123 : packets.size() * perPacket / 2;
+  const std::size_t centre = packets.size() * perPacket / 2;
   const auto coefficient = [&](std::size_t i) {
     return Digits(packets[i / perPacket], payload + i % perPacket * bytes, bytes);
   };
