@@ -36,6 +36,8 @@ QSize PlotView::SizeOf(int digits, int lines) const {
 }
 QSize PlotView::sizeHint() const {
   if (small) return SizeOf(8, 5);
+  constexpr int side = 40;
+  if (model.square) return {side * LineHeight(*this), side * LineHeight(*this)};
   return model.large ? SizeOf(84, 24) : SizeOf(56, 18);
 }
 QSize PlotView::minimumSizeHint() const { return small ? SizeOf(8, 2) : SizeOf(34, 12); }
