@@ -62,6 +62,7 @@ void DecodeUnitMode(UnitStatus& status, std::string_view head) {
 }
 
 void DecodeStages(UnitStatus& status, std::string_view head) {
+  ++status.stagesTold;
   for (std::size_t i = 0; i < 8; ++i) status.stageStatus[i] = WordAt(head, StageOffset + 2 * i);
   for (std::size_t i = 0; i < status.stageNibble.size(); ++i) {
     // The bytes come in swapped pairs.
@@ -70,6 +71,7 @@ void DecodeStages(UnitStatus& status, std::string_view head) {
 }
 
 void DecodeEqualizerStages(UnitStatus& status, std::string_view head) {
+  ++status.equalizersTold;
   status.stageStatus[8] = WordAt(head, 3);
   status.stageStatus[9] = WordAt(head, 5);
 }

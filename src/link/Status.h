@@ -19,6 +19,7 @@ struct UnitStatus {
   std::array<std::int32_t, 10> stageStatus{};  // entry i belongs to stage i + 1
   std::array<std::int16_t, 10> stageNibble{};  // overload flags, 0..15
   bool unitOption = false, unitOptionPrev = false;
+  std::uint32_t stagesTold = 0, equalizersTold = 0;  // how often stage values have come: 1 to 8, 9 and 10
 
   void ClearLevels();
   // Clears the two status words and the two flags.

@@ -41,6 +41,10 @@ StageEntries EntriesOfCurBroadband(const SystemSettings& settings) {
   return EntriesOfBroadband(settings.configMode, settings.curBroadband);
 }
 
+std::uint32_t TimesTold(const UnitStatus& status, int entry) {
+  return entry < FirstEqualizerEntry ? status.stagesTold : status.equalizersTold;
+}
+
 std::int32_t StageLevel(const UnitStatus& status, int entry) {
   constexpr std::int32_t levelBits = 0x7FFF;
   return std::max(status.stageStatus.at(static_cast<std::size_t>(entry)) & levelBits, 1);

@@ -23,6 +23,8 @@ StageEntries EntriesOfCurFilter(const SystemSettings& settings);
 StageEntries EntriesOfCurEq(const SystemSettings& settings);
 StageEntries EntriesOfCurBroadband(const SystemSettings& settings);
 
+// Counts what the unit has told of an entry.
+std::uint32_t TimesTold(const UnitStatus& status, int entry);
 // Linear level of an entry, 1..32767; see LevelToDb. What is told as less than 1 counts as 1.
 std::int32_t StageLevel(const UnitStatus& status, int entry);
 
