@@ -134,10 +134,11 @@ void LevelBarView::Arrange() {
 void LevelBarView::ArrangeUpright() {
   const int line = LineHeight(*this);
   caption = {0, 0, width(), model.captioned ? line : 0};
-  reading = {(width() - ReadingWidth()) / 2, height() - line, ReadingWidth(), line};
+  const int readingHeight = model.reads ? line + Gap(*this) : 0;
+  reading = {(width() - ReadingWidth()) / 2, height() - line, ReadingWidth(), model.reads ? line : 0};
   const int top = CaptionHeight();
   const int left = (width() - BarThickness(*this) - ScaleWidth()) / 2;
-  bar = {left, top, BarThickness(*this), std::max(1, reading.top() - 2 * Gap(*this) - top)};
+  bar = {left, top, BarThickness(*this), std::max(1, height() - readingHeight - Gap(*this) - top)};
   scale = {bar.right() + 1, 0, ScaleWidth(), height()};
 }
 

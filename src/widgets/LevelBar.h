@@ -23,6 +23,7 @@ struct LevelBar {
   LevelBar(Place place, const std::string& name, const std::string& caption, int index = NoIndex);
   ControlCore core;
   bool captioned = true;  // the view shows the caption; it is spoken in any case
+  bool reads = true;      // the view has room for the reading
 
   // Full scale of Value and of the markers, bounded below at 0. A new scale keeps the bar's length.
   std::int32_t Steps() const { return steps; }
