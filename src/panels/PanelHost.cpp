@@ -10,6 +10,7 @@
 #include "panels/CombPanels.h"
 #include "panels/CurvePanels.h"
 #include "panels/CutoffPanels.h"
+#include "panels/DynamicsPanels.h"
 #include "panels/MultipleNotchPanels.h"
 #include "panels/NoisePanels.h"
 #include "panels/NotchPanels.h"
@@ -50,6 +51,8 @@ constexpr auto Panels = std::to_array<PanelRow>({{"Ctl2CH", MakeFrom<AdaptivePan
                                                  {"CtlHiRes", MakeFrom<CurvePanel, CtlHiRes>},
                                                  {"CtlCustomCurve", MakeFrom<CurvePanel, CtlCustomCurve>},
                                                  {"CtlEDGE", MakeFrom<CurvePanel, CtlEDGE>},
+                                                 {"CtlLCE", MakeFrom<DynamicsPanel, CtlLCE>},
+                                                 {"CtlLCE_EQ", MakeFrom<DynamicsPanel, CtlLCE_EQ>},
                                                  {"CtlNoiseReducer", Make<CtlNoiseReducer>},
                                                  {"CtlNoiseEq", Make<CtlNoiseEq>},
                                                  {"IHPFSetup", MakeFrom<HighpassPanel, IHPFSetup>},
