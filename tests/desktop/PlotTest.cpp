@@ -241,19 +241,25 @@ TEST(PlotHandles, OfEveryFamilyAreDrawnAtEachOfFiftyEventsASecond) {
   MasterWindow run;
   run.record.combFreq[1] = 300;
   run.record.combLimit[1] = 3000;
-  constexpr QPoint along(1, 0), down(0, 4);
-  for (const auto& [kind, handle, step] : {std::tuple{vc::FilterKind::Comb, "Fundamental", along},
-                                           {vc::FilterKind::Notch, "Notch", along},
-                                           {vc::FilterKind::MultipleNotch, "Notch 1", along},
-                                           {vc::FilterKind::TriParametric, "Substage 1 (Wide)", along},
-                                           {vc::FilterKind::BandGraphic, "Band 10", down}}) {
+  struct Family {
+    std::int16_t kind;
+    const char* handle;
+    QPoint step{1, 0};  // pixels an event
+    const char* plot = "pltResponse";
+  };
+  for (const auto& [kind, handle, step, plot] :
+       {Family{vc::FilterKind::Comb, "Fundamental"}, Family{vc::FilterKind::Notch, "Notch"},
+        Family{vc::FilterKind::MultipleNotch, "Notch 1"},
+        Family{vc::FilterKind::TriParametric, "Substage 1 (Wide)"},
+        Family{vc::FilterKind::BandGraphic, "Band 10", QPoint(0, 4)},
+        Family{vc::FilterKind::Compressor, "Compression Knee", QPoint(-8, 0), "pbGraph"}}) {
     SCOPED_TRACE(handle);
     run.OpenFilter(1, kind);
     run.Ready();
     PaintWatch count;
-    auto& view = run.At<PlotView>("pltResponse");
+    auto& view = run.At<PlotView>(plot);
     view.installEventFilter(&count);
-    auto& knob = run.At(std::string("pltResponse.") + handle);
+    auto& knob = run.At(std::string(plot) + "." + handle);
     int moved = 0;
     QWindow* window = run.Window().windowHandle();
     const QPoint from = knob.mapTo(&run.Window(), knob.rect().center());

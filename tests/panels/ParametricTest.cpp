@@ -153,7 +153,7 @@ TEST_F(Parametric, LevelsAndOverloadAreThoseOfTheStage) {
   }
 }
 
-TEST_F(Parametric, TheEqualizersAreAskedForTheirLevelsForAsLongAsThePanelIsOpen) {
+TEST_F(Parametric, TheEqualizersAreAskedForTheirLevelsForAsLongAsAPanelOfTheirsIsOpen) {
   const auto asked = [this] {
     constexpr int equalizerStatus = 234;
     test.loop.RunFor(700);
@@ -168,18 +168,23 @@ TEST_F(Parametric, TheEqualizersAreAskedForTheirLevelsForAsLongAsThePanelIsOpen)
                                         [this] { Edit("eqType", "0", 1); },
                                         [this] { Press("Ctrl+Z"); }};
   EXPECT_FALSE(asked());
-  for (const auto& way : ways) {
-    record.eqType[1] = EqKind::BandGraphic;
-    Edit("eqType", "2", 1);
-    OpenEqualizer();
-    session.panels.ConfigEqualizers([] {});  // makes panels that nobody sees
-    EXPECT_TRUE(asked());
-    way();
-    EXPECT_NE(Top().name, "CtPar2Eq");
-    EXPECT_FALSE(asked());
-    if (Top().name != "MasterControl") CloseTop();
+  for (const std::int16_t kind : {EqKind::DualParametric, EqKind::Compressor}) {
+    for (const auto& way : ways) {
+      record.eqType[1] = EqKind::BandGraphic;
+      Edit("eqType", std::to_string(kind), 1);
+      session.panels.OpenEqualizer(1);
+      const std::string panel = Top().name;
+      session.panels.ConfigEqualizers([] {});  // makes panels that nobody sees
+      EXPECT_TRUE(asked());
+      way();
+      EXPECT_NE(Top().name, panel);
+      EXPECT_FALSE(asked());
+      if (Top().name != "MasterControl") CloseTop();
+    }
   }
-  OpenEqualizer();
+  record.eqType[1] = EqKind::Compressor;
+  session.panels.OpenEqualizer(1);
+  EXPECT_TRUE(asked());
   session.Exit();
   EXPECT_FALSE(session.periodic.eqLevelsWanted);
 }
