@@ -2,10 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "model/Kinds.h"
 #include "panels/KeyNumbers.h"
-#include "panels/ResponsePlot.h"
 
 namespace vc {
 namespace {
@@ -92,11 +92,8 @@ void ChainBlocks::ShowChannels() {
 void ChainBlocks::ShowWhatBlocksDo() {
   due = held > 0;
   if (due) return;
-  if (computed != settings || computedAxis != frequencyAxis) {
-    ShowKeyNumbers();
-    ComputeResponses();
-  }
-  ShowResponses();
+  ShowKeyNumbers();
+  ShowPictures();
 }
 
 void ChainBlocks::LayOutFrequencies(AxisLaw law) {
@@ -134,28 +131,16 @@ std::vector<ChainBlocks::Pictured> ChainBlocks::PicturedBlocks() {
   return blocks;
 }
 
-void ChainBlocks::ComputeResponses() {
-  constexpr std::size_t points = 81;
-  const PlotAxis frequencies = FrequencyAxis(settings, frequencyAxis);
-  responses.clear();
-  for (const Pictured& one : PicturedBlocks()) {
-    responses.push_back(ResponseTrace(settings, one.block, frequencies, points));
-  }
-  computed = settings;
-  computedAxis = frequencyAxis;
-}
-
-void ChainBlocks::ShowResponses() {
-  constexpr double highestDb = 5, boostedDb = 20, lowestDb = -65;
-  auto curve = responses.begin();
+void ChainBlocks::ShowPictures() {
+  auto picture = pictures.begin();
   for (const auto& [block, plot, frame] : PicturedBlocks()) {
-    PlotTrace trace = *curve++;
-    plot.core.SetVisible(!trace.values.empty());
-    if (trace.values.empty()) continue;
+    picture->Follow(settings, block, frequencyAxis);
+    PlotTrace trace = picture->trace;
     trace.colour = frame.InTheWay() == Standing::In ? TraceColours[0] : GrayText;
-    const bool boosts = std::ranges::max(trace.values) > static_cast<float>(highestDb);
-    plot.SetAxes(FrequencyAxis(settings, frequencyAxis), {lowestDb, boosts ? boostedDb : highestDb, "dB"});
-    plot.SetTraces({trace});
+    plot.core.SetVisible(!trace.values.empty());
+    plot.SetAxes(picture->x, picture->y);
+    plot.SetTraces({std::move(trace)});
+    ++picture;
   }
 }
 

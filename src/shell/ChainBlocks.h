@@ -2,13 +2,14 @@
 // called, what each does, and whether the signal goes through it.
 #pragma once
 
-#include <optional>
+#include <array>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "model/FilterResponse.h"
 #include "model/SystemSettings.h"
+#include "shell/BlockPicture.h"
 #include "shell/ChainLayout.h"
 #include "widgets/Plot.h"
 
@@ -23,7 +24,7 @@ struct ChainBlocks {
   void ConfigureFilterStageButtons(int stage);
   // Which blocks are in the signal's way, and what they do.
   void ShowSignalPath();
-  // Key numbers, and the pictures of the responses that can be computed.
+  // Key numbers, and the pictures of what can be computed.
   void ShowWhatBlocksDo();
   // How the frequencies of all responses are laid out.
   void LayOutFrequencies(AxisLaw law);
@@ -60,14 +61,12 @@ struct ChainBlocks {
     const Frame& frame;
   };
   std::vector<Pictured> PicturedBlocks();
-  void ComputeResponses();
-  void ShowResponses();
+  void ShowPictures();
 
   ChainLayout& chain;
   const SystemSettings& settings;
-  std::vector<PlotTrace> responses;        // of the pictured blocks; without values for what has none
-  std::optional<SystemSettings> computed;  // the record that they were computed from
-  AxisLaw frequencyAxis = AxisLaw::Linear, computedAxis = AxisLaw::Linear;
+  std::array<BlockPicture, FilterStages + 4> pictures;  // of the pictured blocks
+  AxisLaw frequencyAxis = AxisLaw::Linear;
   int held = 0;
   bool due = false;  // held, and to be shown
 };

@@ -42,6 +42,42 @@ TEST_F(MasterBlocks, NumbersAndPictureFollowAPanelAtOnce) {
   EXPECT_EQ(chain.Broadband(1).keys.core.Caption(), "-6.0 dB, gain 0.0");
 }
 
+// Whatever the record is brought to, step by step, its pictures are those that are drawn of it at once.
+TEST_F(MasterBlocks, PicturesStayThoseOfTheRecord) {
+  const auto pictures = [](ChainLayout& layout) {
+    std::vector<std::vector<PlotTrace>> all;
+    for (int stage = 1; stage <= FilterStages; ++stage) all.push_back(layout.Filter(stage).response.Traces());
+    for (const int side : {1, 2}) {
+      all.push_back(layout.Equalizer(side).response.Traces());
+      all.push_back(layout.Broadband(side).response.Traces());
+    }
+    return all;
+  };
+  struct Step {
+    const char *field, *value;
+    int i = 0, j = 0;
+  };
+  for (const Step& step : std::initializer_list<Step>{
+           {"filterType", "13", 1},      {"bandGain", "17", 1, 4},  {"filterType", "12", 2},
+           {"hiResCurve", "-40", 2, 77}, {"filterType", "16", 3},   {"lceCompThresh", "-30", 3},
+           {"lceCompRatio", "4", 3},     {"filterType", "2", 4},    {"lpfAtten", "33", 4},
+           {"filterType", "11", 5},      {"filterGain", "32", 5},   {"filterType", "3", 4},
+           {"eqBandGain", "9", 10, 3},   {"eqType", "1", 1},        {"edgeCurve", "-20", 1, 30},
+           {"eqType", "3", 1},           {"eqLceExpRatio", "3", 9}, {"broadbandType", "1", 1},
+           {"noiseEqVals", "0.7", 1, 5}, {"bandwidthIndex", "5"},   {"bandwidthIndex", "2"}}) {
+    const auto before = pictures(chain);
+    Edit(step.field, step.value, step.i, step.j);
+    EXPECT_NE(pictures(chain), before) << step.field;
+    support::PanelRun fresh;
+    fresh.record = record;
+    fresh.session.master.ConfigMasterControl();
+    EXPECT_EQ(pictures(chain), pictures(fresh.session.master.chain)) << step.field;
+  }
+  EXPECT_EQ(chain.Filter(3).response.XAxis(), (PlotAxis{-100, 0, "dB"}));
+  const Plot& transfer = chain.Filter(3).response;
+  EXPECT_NEAR(transfer.LevelAt(transfer.Traces().front(), -30).value_or(0), -7.5, 0.01);
+}
+
 TEST_F(MasterBlocks, APictureOfWhatIsOutIsDimmed) {
   Edit("filterType", "2", 1);
   Edit("filterActive", "1", 1);
