@@ -42,10 +42,13 @@ Frequencies InCycles(const SystemSettings& settings, std::span<const double> fre
   return cycles;
 }
 
+// The last digits of a sum are noise, which would make of a flat response a zigzag that is drawn as dots.
 std::vector<float> InDecibels(const Amplitudes& amplitudes) {
+  constexpr double fine = 1e5;  // a decibel
   std::vector<float> decibels(amplitudes.size());
   std::ranges::transform(amplitudes, decibels.begin(), [](double amplitude) {
-    return std::max(LowestResponse, static_cast<float>(20 * std::log10(std::abs(amplitude))));
+    const double exact = 20 * std::log10(std::abs(amplitude));
+    return std::max(LowestResponse, static_cast<float>(std::nearbyint(exact * fine) / fine));
   });
   return decibels;
 }

@@ -198,6 +198,15 @@ TEST(FilterResponse, StaysWithinBoundsForAnyRecord) {
   }
 }
 
+TEST(FilterResponse, OfWhatTakesNothingAwayIsOneLevel) {
+  SystemSettings s = Fresh();
+  const std::vector<double> frequencies = support::EvenFrequencies(s, 401);
+  for (const BlockKind& block :
+       {BlockKind{BlockFamily::Filter, 1, FilterKind::BandGraphic}, {BlockFamily::Equalizer, 1, 0}}) {
+    EXPECT_THAT(FilterResponse(s, block, frequencies), testing::Each(0.0F));
+  }
+}
+
 // A table of any taps, of an odd and an even number, against a sum over its words.
 TEST(FilterResponse, OfATableIsWhatADirectSumGives) {
   const std::vector<double> frequencies{0, 0.0125, 0.1543125, 0.499875, 0.5};
