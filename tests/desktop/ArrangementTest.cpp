@@ -4,9 +4,9 @@
 #include <QLabel>
 #include <QLineEdit>
 
+#include "MasterWindow.h"
 #include "Room.h"
-#include "RowsAndBands.h"
-#include "Shown.h"
+#include "RowForm.h"
 #include "Unheard.h"
 
 namespace desktop {
@@ -38,7 +38,24 @@ struct Opened {
   static void Press(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
 };
 using Table = Opened<support::RowForm>;
-using Bank = Opened<support::BandForm>;
+
+// The panel of an equalizer's bands.
+struct Bank : MasterWindow {
+  explicit Bank(const QSize& size) {
+    for (int band = 0; band < 20; ++band) Edit("eqBandGain", std::to_string(band * 7 % 41), 9, band);
+    session.panels.OpenEqualizer(1);
+    Ready();
+    Window().resize(size);
+    Table::Settle();
+  }
+  QWidget& Band(const char* name, int band) const {
+    return MasterWindow::At(name + ("(" + std::to_string(band) + ")"));
+  }
+  vc::Slider& SliderOf(int band) const {
+    return *std::get<vc::Slider*>(Find("sldrGain(" + std::to_string(band) + ")"));
+  }
+  QRect Place(const QWidget& widget) const { return {widget.mapTo(&Window(), QPoint()), widget.size()}; }
+};
 
 // What is left of a small screen at 125 %.
 constexpr QSize SmallScreen(1024, 540), LargeScreen(1280, 690);
@@ -122,14 +139,14 @@ TEST(Banks, StandEquallyWideUnderTheirNumbers) {
   for (const QSize& size : {SmallScreen, LargeScreen}) {
     Bank bank(size);
     for (const char* widest : {"100", "1.25K"}) {
-      bank.sample.sldrGain(3).core.SetCaption(widest);
-      Bank::Settle();
+      bank.SliderOf(3).core.SetCaption(widest);
+      Table::Settle();
       ExpectAllFits(bank.Window());
-      const QRect first = bank.Place(bank.At("sldrGain", 0)), second = bank.Place(bank.At("sldrGain", 1));
+      const QRect first = bank.Place(bank.Band("sldrGain", 0)), second = bank.Place(bank.Band("sldrGain", 1));
       int before = first.center().x();
       for (int band = 0; band < 20; ++band) {
-        const QRect slider = bank.Place(bank.At("sldrGain", band));
-        const QRect text = bank.Place(bank.At("txtGain", band));
+        const QRect slider = bank.Place(bank.Band("sldrGain", band));
+        const QRect text = bank.Place(bank.Band("txtGain", band));
         EXPECT_LT(text.bottom(), slider.top());
         EXPECT_NEAR(text.center().x(), slider.center().x(), 1);
         if (band > 0) {
@@ -139,29 +156,29 @@ TEST(Banks, StandEquallyWideUnderTheirNumbers) {
       }
     }
     bank.Window().resize(size.width() * 3 / 4, size.height());  // too narrow for the longest caption
-    Bank::Settle();
-    EXPECT_NEAR(bank.At("txtGain", 3).width(), bank.At("txtGain", 0).width(), 1);
+    Table::Settle();
+    EXPECT_NEAR(bank.Band("txtGain", 3).width(), bank.Band("txtGain", 0).width(), 1);
   }
 }
 
 TEST(Banks, GoFromBandToBandByLeftAndRight) {
   Bank bank(LargeScreen);
-  auto& slider = bank.sample.sldrGain(2);
+  vc::Slider& slider = bank.SliderOf(2);
   const double before = slider.Position();
-  bank.At("sldrGain", 2).setFocus(Qt::TabFocusReason);
-  EXPECT_EQ(bank.At("sldrGain", 2).accessibleName(), "Gain, 500");
-  EXPECT_EQ(HeardOf(bank.At("sldrGain", 2)), "-14 dB");
-  Bank::Press(Qt::Key_Down);
+  bank.Band("sldrGain", 2).setFocus(Qt::TabFocusReason);
+  EXPECT_EQ(bank.Band("sldrGain", 2).accessibleName(), "Band Gain, 200");
+  EXPECT_EQ(HeardOf(bank.Band("sldrGain", 2)), "-14 dB");
+  Table::Press(Qt::Key_Down);
   EXPECT_DOUBLE_EQ(slider.Position(), before - 1);
-  bank.sample.sldrGain(1).core.SetEnabled(false);
+  bank.SliderOf(1).core.SetEnabled(false);
   for (const auto& [key, name] : {std::pair{Qt::Key_Left, "sldrGain(0)"},
                                   {Qt::Key_Left, "sldrGain(0)"},
                                   {Qt::Key_Right, "sldrGain(2)"},
                                   {Qt::Key_Tab, "txtGain(2)"},
                                   {Qt::Key_Left, "txtGain(2)"},
                                   {Qt::Key_Tab, "sldrGain(3)"}}) {
-    Bank::Press(key);
-    EXPECT_EQ(Bank::Focused(), name);
+    Table::Press(key);
+    EXPECT_EQ(Table::Focused(), name);
   }
   EXPECT_DOUBLE_EQ(slider.Position(), before - 1);
 }

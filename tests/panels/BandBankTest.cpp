@@ -66,6 +66,21 @@ TEST_P(Bank, ShowsWhatIsTakenAwayUnderTheFrequencies) {
   }
 }
 
+TEST_P(Bank, IsReadBandByBandWithItsNumbers) {
+  const std::vector<AnyControl> order = ReadingOrder(run.Top());
+  const auto frame = std::ranges::find_if(
+      order, [](const AnyControl& control) { return CoreOf(control).FullName() == "fraBands"; });
+  ASSERT_GE(order.end() - frame, 5);
+  std::string names;
+  for (int i = 0; i < 5; ++i) names += CoreOf(frame[i]).FullName() + " ";
+  EXPECT_EQ(names, "fraBands sldrGain(0) txtGain(0) sldrGain(1) txtGain(1) ");
+  EXPECT_EQ(KindOf(*frame) + " " + RangeOf(*frame), "bank Hz | 0 | -10 | -20 | -30 | -40");
+  // Of the arrows a band leaves those to its neighbours alone.
+  EXPECT_NE(PressKey(frame[3], "Left"), "");
+  EXPECT_EQ(PressKey(frame[3], "Down"), "");
+  EXPECT_EQ(run.Get("txtGain(1)"), "-1");
+}
+
 // A bar as high as its slider from halfway to halfway, the curve through a point on each.
 TEST_P(Bank, DrawsTheBandsAsBarsUnderWhatTheUnitMakesOfThem) {
   Store([](int band) { return band == 6 ? 40 : band; });

@@ -1,7 +1,7 @@
 // Forms, their controls by name and in words, and the windows on each other.
 #include <gtest/gtest.h>
 
-#include "RowsAndBands.h"
+#include "RowForm.h"
 #include "SampleForm.h"
 #include "Unheard.h"
 #include "text/Convert.h"
@@ -323,18 +323,7 @@ TEST_F(Owned, AWindowGoesBeforeItsOwner) {
   EXPECT_FALSE(forms.Operable(master));
 }
 
-TEST(Forms, AreReadWithTheNumbersOfASliderBehindIt) {
-  support::BandForm bands;
-  const std::vector<AnyControl> order = ReadingOrder(bands.form);
-  std::string names;
-  for (std::size_t i = 0; i < 5; ++i) names += CoreOf(order[i]).FullName() + " ";
-  EXPECT_EQ(names, "fraBands sldrGain(0) txtGain(0) sldrGain(1) txtGain(1) ");
-  EXPECT_EQ(order.size(), bands.form.controls.size());
-  EXPECT_EQ(KindOf(order.front()) + " " + RangeOf(order.front()), "bank Hz | 0 | -10 | -20 | -30 | -40");
-  // Of the arrows a band leaves those to its neighbours alone.
-  EXPECT_NE(PressKey(order[3], "Left"), "");
-  EXPECT_EQ(PressKey(order[3], "Down"), "");
-  EXPECT_EQ(bands.txtGain(1).Text(), "-8");
+TEST(Forms, AreReadRowByRow) {
   support::RowForm rows;
   const AnyControl& freq = *FindControl(rows.form, "sldrFreq(2)");
   EXPECT_EQ(CoreOf(freq).AccessibleName(), "Notch 3, Freq.");
@@ -342,8 +331,9 @@ TEST(Forms, AreReadWithTheNumbersOfASliderBehindIt) {
 }
 
 TEST(Sliders, PutBackWhatAHoldHasMovedBeforeTheDefault) {
-  support::BandForm bands;
-  Slider& slider = bands.sldrGain(0);
+  Form form{"Form", "Form"};
+  Slider slider{form, "sldrGain", "Gain"};
+  slider.SetRange(0, 40);
   slider.SetPosition(30);
   std::string events;
   slider.changed = [&] { events += ShortestText(slider.Position()) + " "; };

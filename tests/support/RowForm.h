@@ -1,7 +1,6 @@
-// Forms with a table and with a bank, as panels declare them: controls in arrays, a frame a row.
+// A form with a table, as panels declare it: controls in arrays, a frame a row.
 #pragma once
 
-#include <array>
 #include <memory>
 #include <string>
 #include <vector>
@@ -56,37 +55,6 @@ struct RowForm {
                                                             vc::GraphicButton::Style::Push));
     }
     btnOK = std::make_unique<vc::Button>(form, "btnOK", "OK");
-  }
-};
-
-inline const std::array<std::string, 20> BandCaptions{"100",  "300",  "500",  "700",  "900",  "1.1K", "1.3K",
-                                                      "1.5K", "1.7K", "1.9K", "2.2K", "2.7K", "3.2K", "3.8K",
-                                                      "4.4K", "5.0K", "5.6K", "6.2K", "6.8K", "7.4K"};
-
-struct BandForm {
-  vc::Form form{"BandForm", "20 Band Graphic (Filter 1)"};
-  vc::Frame fraBands{form, "fraBands", "Gain", vc::Arrangement::Bank};
-  vc::ControlArray<vc::Slider, 0, 20> sldrGain{fraBands, "sldrGain", BandCaptions};
-  vc::ControlArray<vc::TextBox, 0, 20> txtGain{fraBands, "txtGain", BandCaptions};
-  vc::CheckBox chkLinkSliders{form, "chkLinkSliders", "Link Frequency Sliders"};
-  vc::Button btnOK{form, "btnOK", "OK"};
-
-  BandForm() {
-    constexpr double highest = 40;
-    fraBands.headings = {"Hz"};
-    for (double at = highest; at >= 0; at -= highest / 4) {
-      fraBands.scale.push_back({at, vc::ShortestText(at - highest)});
-    }
-    for (int i = 0; i < 20; ++i) {
-      vc::Slider& slider = sldrGain(i);
-      vc::TextBox& text = txtGain(i);
-      text.shows = &slider;
-      text.unit = "dB";
-      text.widest = "-40";
-      slider.changed = [&slider, &text] { text.SetText(vc::ShortestText(slider.Position() - highest)); };
-      slider.SetRange(0, highest);
-      slider.SetPosition(highest - (i * 7) % 41);
-    }
   }
 };
 
