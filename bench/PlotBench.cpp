@@ -79,6 +79,31 @@ void OwnPlot(benchmark::State& state) {
 }
 BENCHMARK(OwnPlot)->ArgsProduct({{460, 8192}, {5, 15}})->Unit(benchmark::kMicrosecond);
 
+// One of twenty bars is another one at each redraw; where a line across the plot goes along, its grid has to
+// be drawn anew as well.
+void OwnBars(benchmark::State& state) {
+  const bool withLine = state.range(0) != 0;
+  vc::Form form{"F", "Form"};
+  vc::Plot plot{form, "plt", "Response"};
+  plot.SetAxes({0, 5000, "Hz"}, {-50, 5, "dB"});
+  desktop::PlotView view(plot, nullptr, [](const vc::ControlCore&, const auto& action) { action(); });
+  form.controlChanged = [&view](const vc::ControlCore&, std::string_view) { view.Follow(); };
+  view.resize(Width, Height);
+  const auto curves = Spectra(421, 5);
+  QImage target = Target();
+  int next = 0;
+  for (auto unused : state) {
+    std::vector<vc::PlotBar> bars;
+    for (int band = 0; band < 20; ++band) bars.push_back({250.0 * band, 250.0 * (band + 1), -1.0 * band});
+    bars[7].level = -(++next % 40);
+    plot.SetBars(bars);
+    plot.SetTraces({{"Response", curves[static_cast<std::size_t>(next) % Pictures]}});
+    if (withLine) plot.SetMarkers({}, {{bars[7].level, ""}});
+    view.render(&target, {}, {}, QWidget::RenderFlags());
+  }
+}
+BENCHMARK(OwnBars)->Arg(0)->Arg(1)->Unit(benchmark::kMicrosecond);
+
 void QCustomPlotPlain(benchmark::State& state) {
   const auto points = static_cast<std::size_t>(state.range(0));
   const auto spectra = Spectra(points, state.range(1));
