@@ -30,17 +30,4 @@ CurvePoint AmidExpansion(const TransferCurve& curve) {
   return {input, curve.OutputAt(input)};
 }
 
-std::optional<double> CompressionRatioTo(const TransferCurve& curve, CurvePoint point) {
-  const double across = point.input - curve.limit;
-  if (across < 0) point.output = std::min(point.output, curve.limit + across / TransferCurve::MostRatio);
-  return curve.CompressionRatioAt(point);
-}
-
-std::optional<double> ExpansionRatioTo(const TransferCurve& curve, CurvePoint point) {
-  const CurvePoint knee = curve.CompressionKnee();
-  const double down = point.output - knee.output;
-  if (down < 0) point.input = std::min(point.input, knee.input + down / TransferCurve::MostRatio);
-  return curve.ExpansionRatioAt(point);
-}
-
 }  // namespace vc

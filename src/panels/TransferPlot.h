@@ -2,7 +2,6 @@
 // straight way through.
 #pragma once
 
-#include <optional>
 #include <vector>
 
 #include "model/TransferCurve.h"
@@ -18,9 +17,5 @@ std::vector<PlotTrace> TransferTraces(const TransferCurve& curve);
 // In the middle of what is seen of the lines between and below the knees.
 CurvePoint AmidCompression(const TransferCurve& curve);
 CurvePoint AmidExpansion(const TransferCurve& curve);
-
-// The ratios of the lines in the hand, which stay at the end of their way where the point lies beyond it.
-std::optional<double> CompressionRatioTo(const TransferCurve& curve, CurvePoint point);
-std::optional<double> ExpansionRatioTo(const TransferCurve& curve, CurvePoint point);
 
 }  // namespace vc

@@ -252,21 +252,25 @@ TEST_F(Dynamics, LinesGoThroughTheHand) {
   EXPECT_GT(reached, 200);
 }
 
-TEST_F(Dynamics, LinesInTheHandStayAtTheEndOfTheirWay) {
+TEST_F(Dynamics, LinesInTheHandEndAtTheRatiosThatThereAre) {
   Open();
   Type("txtCompThresh", "-40");
   Type("txtLimitThresh", "-10");
   const auto ratios = [this] { return Get("txtCompRatio") + " " + Get("txtExpRatio"); };
   PlotHandle &compression = Handle("Compression Line"), &expansion = Handle("Expansion Line");
-  Drag(compression, {{-25, -18}, {-25, -2}});
+  Drag(compression, {{-25, -18}, {-25, -10.1}});
   EXPECT_EQ(ratios(), "100.0 1.0");
   Drag(compression, {{-25, -10}, {-95, -95}, {0, -3}, {3, -3}});  // on the limit, and where nothing is taken
   EXPECT_EQ(ratios(), "100.0 1.0");
-  Drag(compression, {{-25, -60}});
+  Drag(compression, {{-25, -2}});  // it would fall
   EXPECT_EQ(ratios(), "1.0 1.0");
-  Drag(expansion, {{-50, -90}, {-20, -90}});
+  Drag(compression, {{-25, -20}, {-25, -60}});
+  EXPECT_EQ(ratios(), "1.0 1.0");
+  Drag(expansion, {{-50, -90}, {-40.2, -90}, {-40, -90}});  // the last of them on the knee
   EXPECT_EQ(ratios(), "1.0 100.0");
-  Drag(expansion, {{-40, -40}, {-95, -45}});
+  Drag(expansion, {{-20, -90}});
+  EXPECT_EQ(ratios(), "1.0 1.0");
+  Drag(expansion, {{-50, -90}, {-40, -40}, {-95, -45}});
   EXPECT_EQ(ratios(), "1.0 1.0");
   EXPECT_TRUE(expansion.Press("Shift+Up") && compression.Press("Right"));
   EXPECT_EQ(ratios(), "1.1 2.0");
