@@ -74,6 +74,21 @@ TEST_F(Consoles, BoxesAreAnsweredFromTheQueue) {
   EXPECT_EQ(FromOneLine("a\\x  \\"), "a\\x  \\");
 }
 
+TEST_F(Consoles, DrawsOnAPlot) {
+  EXPECT_EQ(Say("record filterType(1) 12"), "filterType(1)\t12\n");
+  Say("click btnFilterConfig(1)");
+  EXPECT_EQ(Say("click btnNew"), "");
+  EXPECT_EQ(Say("point FilterDisplay 700 -5"), "");
+  EXPECT_EQ(Say("press FilterDisplay Home"), "");
+  EXPECT_EQ(Say("press FilterDisplay End"), "");
+  EXPECT_EQ(Say("press FilterDisplay Shift+Down"), "");
+  EXPECT_EQ(Say("record hiResCurve(1,459)"), "hiResCurve(1,459)\t0\n");
+  EXPECT_EQ(Say("press FilterDisplay Enter"), "");
+  EXPECT_EQ(Say("record hiResCurve(1,0)"), "hiResCurve(1,0)\t-5\n");
+  EXPECT_EQ(Say("record hiResCurve(1,459)"), "hiResCurve(1,459)\t-15\n");
+  EXPECT_EQ(Say("point btnNew 1 2").find("error btnNew: "), 0U);
+}
+
 TEST_F(Consoles, ProgressIsToldOnceASecond) {
   for (int done = 0; done <= 50; ++done) {
     desk.ShowProgress("Sending", done, 50);
