@@ -34,10 +34,8 @@ struct RealCurve : RealPort {
   const Drawing* drawing = nullptr;
 
   std::vector<double> Levels() const {
-    std::vector<double> levels;
-    for (int line = 0; line < drawing->lines; ++line) {
-      levels.push_back(static_cast<double>(drawing->level(Record(), line)));
-    }
+    std::vector<double> levels(static_cast<std::size_t>(drawing->lines));
+    for (int line = 0; double& level : levels) level = static_cast<double>(drawing->level(Record(), line++));
     return levels;
   }
   PlotView& Display() const { return dynamic_cast<PlotView&>(At("FilterDisplay")); }
