@@ -15,12 +15,19 @@ std::vector<double> ResponsePlaces(const SystemSettings& settings, const BlockKi
   const PlotScale scale(frequencies, 0.0, static_cast<double>(points - 1));
   std::vector<double> places;
   for (std::size_t i = 0; i < points; ++i) places.push_back(scale.ValueAt(static_cast<double>(i)));
-  const auto even = static_cast<std::ptrdiff_t>(places.size());
+  std::vector<bool> taken(points, false);
+  taken.front() = taken.back() = true;
   for (const double telling : TellingFrequencies(settings, block)) {
-    if (telling > frequencies.from && telling < frequencies.to) places.push_back(telling);
+    if (telling <= frequencies.from || telling >= frequencies.to) continue;
+    const auto nearest = static_cast<std::size_t>(std::lround(scale.PixelOf(telling)));
+    if (taken[nearest]) {
+      places.push_back(telling);
+    } else {
+      places[nearest] = telling;
+      taken[nearest] = true;
+    }
   }
-  std::sort(places.begin() + even, places.end());
-  std::inplace_merge(places.begin(), places.begin() + even, places.end());
+  std::ranges::sort(places);
   return places;
 }
 

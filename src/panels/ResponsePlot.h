@@ -17,7 +17,8 @@ inline constexpr double LowestFrequency = 20;  // Hz, where a logarithmic axis b
 PlotAxis FrequencyAxis(const SystemSettings& settings, AxisLaw law);
 
 // The frequencies in Hz at which a response is computed: so many places evenly spaced on the axis as it is
-// seen, and between them what else a picture of the block must not miss. Rising.
+// seen, but that what a picture of the block must not miss takes the place of the nearest one, as two points
+// in one pixel would be drawn darker than the line. Rising; more of them where several are near to one place.
 std::vector<double> ResponsePlaces(const SystemSettings& settings, const BlockKind& block,
                                    const PlotAxis& frequencies, std::size_t points);
 
