@@ -5,8 +5,8 @@
 #include <utility>
 
 #include "model/Kinds.h"
-#include "model/TransferCurve.h"
 #include "panels/ResponsePlot.h"
+#include "panels/TransferPlot.h"
 
 namespace vc {
 namespace {
@@ -29,15 +29,6 @@ const TransferRow* TransferOf(const BlockKind& block) {
   return row == TransferRows.end() ? nullptr : row;
 }
 
-PlotTrace TransferTrace(const TransferCurve& curve) {
-  PlotTrace trace{.name = "Output", .values = {}};
-  for (const CurvePoint& point : curve.Points()) {
-    trace.places.push_back(point.input);
-    trace.values.push_back(static_cast<float>(point.output));
-  }
-  return trace;
-}
-
 // Room above for what boosts.
 PlotAxis LevelsOf(const PlotTrace& response) {
   constexpr double highestDb = 5, boostedDb = 20, lowestDb = -65;
@@ -52,8 +43,8 @@ void BlockPicture::Follow(const SystemSettings& settings, const BlockKind& block
   const TransferRow* transfer = TransferOf(block);
   if (transfer == nullptr) return FollowResponse(settings, block, frequencyAxis);
   basis.reset();
-  x = y = {TransferCurve::Lowest, 0, "dB"};
-  trace = TransferTrace(transfer->curve(settings, block.number));
+  x = y = TransferAxis();
+  trace = TransferTraces(transfer->curve(settings, block.number)).front();
 }
 
 void BlockPicture::FollowResponse(const SystemSettings& settings, const BlockKind& block,
