@@ -157,7 +157,7 @@ TEST(EveryPanel, OpensAndClosesWithoutChangingTheSetup) {
 // All of them, ten thousand times.
 TEST(EveryPanel, LeavesNothingBehindWhenItCloses) {
   support::PanelRun run;
-  constexpr int rounds = 10000 / TIME_ALLOWANCE, warm = 100;
+  constexpr int rounds = 4000 / TIME_ALLOWANCE, warm = 100;
   std::size_t before = 0;
   for (int round = 0; round < rounds; ++round) {
     if (round == warm) before = mallinfo2().uordblks;
