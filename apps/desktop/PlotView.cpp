@@ -135,7 +135,7 @@ void PlotView::Stroke(QPainter& painter, const Pixels& pixels, const QRect& part
   ReleaseUpperHalves();
   PainterSurface surface(painter, palette(), rect());
   surface.StrokeBy(raster, pixels);
-  model.DrawBars(surface, layout);
+  if (lines.curves) model.DrawBars(surface, layout);
   vc::PlotLayout visible = layout;
   const QRect frame =
       QRect(layout.frame.left, layout.frame.top, layout.frame.width, layout.frame.height) & part;

@@ -153,6 +153,11 @@ void Plot::SetTraces(const std::vector<PlotTrace>& curves) {
   if (core.Store(traces, curves, "Traces") && !named) core.Changed("Legend");
 }
 
+void Plot::SetBars(const std::vector<PlotBar>& filled) {
+  if (bars != filled) ++curveRevision;
+  core.Store(bars, filled, "Bars");
+}
+
 void Plot::SetImage(PlotImage picture) {
   const bool whole = picture.width > 0 && picture.height > 0 &&
                      picture.pixels.size() ==

@@ -109,7 +109,7 @@ struct Plot {
   void SetBands(const std::vector<PlotBand>& shaded) { Lay(bands, shaded, "Bands"); }
   const std::vector<PlotBand>& Bands() const { return bands; }
   // Under the grid and the curves.
-  void SetBars(const std::vector<PlotBar>& filled) { core.Store(bars, filled, "Bars"); }
+  void SetBars(const std::vector<PlotBar>& filled);
   const std::vector<PlotBar>& Bars() const { return bars; }
   // One whose pixels are not as many as its width and height say is none.
   void SetImage(PlotImage picture);
@@ -156,7 +156,7 @@ struct Plot {
   // What is told of the plot: the cursor's text, or the summary without one; and behind it the dot's.
   std::string Reading() const;
 
-  // Counts the changes of all that a layout depends on, but for the caption; and those of the curves.
+  // Counts the changes of all that a layout depends on, but for the caption; and those of curves and bars.
   unsigned Revision() const { return revision; }
   unsigned CurveRevision() const { return curveRevision; }
 

@@ -116,6 +116,26 @@ TEST(PlotView, DrawsTheSameWhateverItDrawsOn) {
   EXPECT_EQ(window, straight.copy(part));
 }
 
+TEST(PlotView, BarsStayUnderTheCurvesHoweverOftenTheyArePainted) {
+  Shown shown;
+  QWidget& view = shown.At("pltCurve");
+  vc::Plot& plot = shown.sample.pltCurve;
+  PaintWatch watch;
+  view.installEventFilter(&watch);
+  const QImage without = view.grab().toImage();
+  watch.painted = {};
+  plot.SetBars({{0, 800, -2}, {800, 1600, -8}});
+  QCoreApplication::processEvents();
+  EXPECT_FALSE(watch.painted.isEmpty());
+  const vc::PlotLayout& layout = dynamic_cast<PlotView&>(view).Layout();
+  const QPoint onCurve(static_cast<int>(layout.x.PixelOf(1200)), static_cast<int>(layout.y.PixelOf(-9)));
+  for (int painting = 0; painting < 3; ++painting) {
+    const QImage shownNow = view.grab().toImage();
+    EXPECT_NE(shownNow, without) << painting;
+    EXPECT_EQ(shownNow.pixel(onCurve), without.pixel(onCurve)) << painting;
+  }
+}
+
 TEST(PlotView, WhatMovesOverTheCurvesIsPaintedInPartsThatEqualTheWhole) {
   Shown shown;
   QWidget& view = shown.At("pltCurve");
