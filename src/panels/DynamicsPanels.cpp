@@ -83,7 +83,8 @@ DynamicsPanel::DynamicsPanel(const PanelContext& context, const DynamicsStage& d
                       })),
       compressionLine(pbGraph, "Compression Line",
                       LawOf(compressionRatio, AmidCompression, &TransferCurve::CompressionRatioAt)),
-      expansionLine(pbGraph, "Expansion Line", LawOf(expansionRatio, AmidExpansion, &TransferCurve::ExpansionRatioAt)),
+      expansionLine(pbGraph, "Expansion Line",
+                    LawOf(expansionRatio, AmidExpansion, &TransferCurve::ExpansionRatioAt)),
       foot(panel, stage.switchName, "Active") {
   compressionKnee.offered = [this] { return Curve().limit > TransferCurve::LeastThreshold; };
   compressionLine.offered = [this] { return Curve().compression < Curve().limit; };

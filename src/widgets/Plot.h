@@ -89,8 +89,8 @@ struct PlotHandle;
 struct Plot {
   Plot(Place place, const std::string& name, const std::string& caption, int index = NoIndex);
   ControlCore core;
-  bool small = false;  // a glance at the curve, without numbers and names
-  bool large = false;  // so much is to be taken in it that it wants the room
+  bool small = false;   // a glance at the curve, without numbers and names
+  bool large = false;   // so much is to be taken in it that it wants the room
   bool square = false;  // both axes are of one measure
   // Whoever hears pointer and keys places the cursor, and shows beside the plot what the curves have there.
   bool cursorPlaced = false;
