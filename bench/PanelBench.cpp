@@ -18,7 +18,7 @@ struct Hand {
     OpenPanel(run, panel);
     const vc::AnyControl* longest = vc::FindControl(run.Top(), "sldrTransSlope");
     if (longest != nullptr) vc::SetControl(*longest, "463");
-    moved = std::get<vc::Slider*>(run.Find(slider));
+    moved = vc::SliderIn(run.Find(slider));
     from = moved->PositionMin() + (moved->PositionMax() - moved->PositionMin()) * part;
     moved->SetPosition(from);
     moved->Hold();
@@ -53,7 +53,8 @@ constexpr Move Moves[]{{"lowpass", "CtlLPF", "sldrCutoff"},
                        {"three sections", "CtlParEq", "sldrCenter(1)"},
                        {"two sections", "CtPar2Eq", "sldrCenter(1)"},
                        {"noise reducer", "CtlNoiseReducer", "sldrAtten"},
-                       {"noise bands", "CtlNoiseEq", "sldrGain(7)"}};
+                       {"noise bands", "CtlNoiseEq", "sldrGain(7)"},
+                       {"expansion ratio", "CtlLCE", "udExpRatio"}};
 
 // The counter is the time of the move over that of a lowpass at the longest filter, moved by turns with it.
 void MoveASlider(benchmark::State& state, const Move& move) {
