@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "model/CutDesign.h"
 #include "model/Kinds.h"
 #include "model/modNumerical.h"
 #include "text/Convert.h"
@@ -83,8 +84,6 @@ std::optional<Magnitudes> StageMagnitudes(const SystemSettings& settings, int st
       return SlotMagnitudes(ListedBins(settings, stage, kind));
     case FilterKind::SpectralInverse:
       return SpectralInverseMagnitudes(DrawnLines(settings.sifCurve[stage]));
-    case FilterKind::HiResGraphic:
-      return CurveMagnitudes(DrawnLines(settings.hiResCurve[stage]), 0);
     default:
       return std::nullopt;
   }
@@ -92,7 +91,17 @@ std::optional<Magnitudes> StageMagnitudes(const SystemSettings& settings, int st
 
 HostDesign MiddleTaps(Magnitudes magnitudes, std::int16_t number) {
   const auto taps = static_cast<std::size_t>(std::clamp<int>(number, 0, FilterDesignTaps));
-  return {std::move(magnitudes), FilterSpectrumScale, (FilterDesignTaps - taps) / 2, taps};
+  return {std::move(magnitudes), FilterSpectrumScale, FilterDesignTaps / 2 - taps / 2, taps, false};
+}
+
+// With an even number of taps the first one has no partner, and stays empty.
+void FitCurve(Magnitudes& magnitudes, std::size_t taps) {
+  std::vector<float> gains(magnitudes.begin(), magnitudes.begin() + CurveLines);
+  for (float& one : gains) one = std::max(1.0F - one, 0.0F);
+  constexpr std::size_t bins = FilterDesignTaps / 2 + 1;
+  std::vector<float> slack = CurveSlack(gains);
+  slack.resize(bins, 1.0F);
+  FitToReach(std::span(magnitudes).first(bins), slack, (taps - 1) / 2);
 }
 
 }  // namespace
@@ -105,12 +114,17 @@ std::vector<BinRange> ListedBins(const SystemSettings& settings, int stage, std:
 
 HostDesign StageDesign(const SystemSettings& settings, int stage, std::int16_t kind,
                        std::int16_t generalStageTaps) {
+  if (kind == FilterKind::HiResGraphic) {
+    return CurveDesign(DrawnLines(settings.hiResCurve[stage]), generalStageTaps);
+  }
   std::optional<Magnitudes> magnitudes = StageMagnitudes(settings, stage, kind);
   return magnitudes ? MiddleTaps(std::move(*magnitudes), generalStageTaps) : HostDesign{};
 }
 
 HostDesign CurveDesign(DrawnCurve curve, std::int16_t generalStageTaps) {
-  return MiddleTaps(CurveMagnitudes(curve, 0), generalStageTaps);
+  HostDesign design = MiddleTaps(CurveMagnitudes(curve, 0), generalStageTaps);
+  design.fitted = true;
+  return design;
 }
 
 HostDesign EdgeDesign(const SystemSettings& settings, int equalizer) {
@@ -118,11 +132,13 @@ HostDesign EdgeDesign(const SystemSettings& settings, int equalizer) {
   for (int line = 0; line < static_cast<int>(EdgeLines); line++) {
     At(magnitudes, line) = static_cast<float>(Gain(static_cast<double>(settings.edgeCurve[equalizer][line])));
   }
-  return {std::move(magnitudes), EdgeCurveScale, 0, EdgeFilterTaps};
+  return {std::move(magnitudes), EdgeCurveScale, 0, EdgeFilterTaps, false};
 }
 
 std::vector<float> CoefficientsOf(FilterTransform& transform, HostDesign design) {
   if (design.magnitudes.empty()) return {};
+  const bool cut = design.taps > 0 && design.taps < FilterDesignTaps;
+  if (design.fitted && cut) FitCurve(design.magnitudes, design.taps);
   transform.CalculateIFFT(static_cast<std::int16_t>(design.spectrumScale), 1,
                           std::span<float, IfftCapacity>(design.magnitudes.data(), IfftCapacity));
   const auto first = design.magnitudes.begin() + static_cast<std::ptrdiff_t>(design.firstTap);

@@ -44,6 +44,7 @@ struct HostDesign {
   std::vector<float> magnitudes;  // IfftCapacity of them, bin 0 first; none where there is nothing to design
   double spectrumScale = FilterSpectrumScale;
   std::size_t firstTap = 0, taps = 0;
+  bool fitted = false;  // where taps are cut off, the others are fitted to the lines of a curve
   bool operator==(const HostDesign&) const = default;
 };
 // Of filter stage 1..6 as filter kind 8, 10, 11 or 12; of multiple notches and slots the rows that were built
@@ -52,7 +53,8 @@ struct HostDesign {
 // of a linked pair runs with the left's.
 HostDesign StageDesign(const SystemSettings& settings, int stage, std::int16_t kind,
                        std::int16_t generalStageTaps);
-// Likewise of any curve, as filter kind 12 has them of its own.
+// Likewise of any curve, as filter kind 12 has them of its own. These are fitted to the curve where fewer
+// than 1024 taps go out, so that its lines are right in proportion to their own height.
 HostDesign CurveDesign(DrawnCurve curve, std::int16_t generalStageTaps);
 // Of the "Spectral Graphic" of equalizer 1 or 2: line i is bin i; above the last one nothing passes.
 HostDesign EdgeDesign(const SystemSettings& settings, int equalizer);

@@ -240,7 +240,7 @@ TEST_F(DownloadWire, AnotherBandwidthBuildsEverythingAnew) {
     M C0 0100; L 00 00000000 48000000 FA697D3F*2 00000000 3333333F ACC52737 00000000*5;)"));
   Check(R"(
     * filterType(1) 12 => M 55 FF7F; M 56 FF7F; M 59 8000; M 4B FF7F; M 55 FF1F; M 56 0F70;
-    * hiResCurve(1,459) -6 => 61 packets: 00025D first, 0D3FEC at 488; M C0 0000;)");
+    * hiResCurve(1,459) -6 => 61 packets: 000000 first, 0D3FEA at 488; M C0 0000;)");
 }
 
 }  // namespace

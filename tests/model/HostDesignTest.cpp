@@ -4,6 +4,7 @@
 #include <complex>
 #include <limits>
 #include <numbers>
+#include <random>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -20,9 +21,11 @@ constexpr std::int16_t AllTaps = 1024;
 // What a filter stage passes at a bin of 1024: it subtracts what its coefficients pass, which is real about
 // the centre of a linear-phase design.
 double Passed(const std::vector<float>& taps, double bin) {
+  const std::size_t middle = taps.size() / 2;
+  const auto centre = static_cast<double>(middle);
   std::complex<double> sum;
   for (std::size_t n = 0; n < taps.size(); n++) {
-    const double turn = 2.0 * std::numbers::pi * bin * (static_cast<double>(n) - 512.0) / 1024.0;
+    const double turn = 2.0 * std::numbers::pi * bin * (static_cast<double>(n) - centre) / 1024.0;
     sum += static_cast<double>(taps[n]) * std::polar(1.0, -turn);
   }
   return 1.0 - sum.real();
@@ -84,6 +87,58 @@ TEST(BuildCoefficients, StaysFiniteForAnyRecord) {
     settings.sampleRate = rate;
     EXPECT_TRUE(AllFinite(BuildCoefficients(transform, settings, 1, FilterKind::MultipleNotch, AllTaps)))
         << rate;
+  }
+}
+
+struct Plateaus {
+  std::vector<float> levels;
+  std::vector<bool> gentle;  // none of the 5 lines on either side is on another plateau
+};
+Plateaus RandomPlateaus(std::mt19937& random) {
+  Plateaus drawn;
+  while (drawn.levels.size() < CurveLines) {
+    const std::size_t wide = 11 + random() % 30, from = drawn.levels.size();
+    const std::size_t end = std::min(from + wide, CurveLines);
+    drawn.levels.resize(end, -static_cast<float>(random() % 61));
+    for (std::size_t i = from; i < end; ++i) {
+      drawn.gentle.push_back((from == 0 || i >= from + 5) && (end == CurveLines || i + 5 < end));
+    }
+  }
+  return drawn;
+}
+
+TEST(CurveDesign, IsRightOnQuietLinesWithFewerTaps) {
+  FilterTransform transform;
+  std::mt19937 random(7);
+  for (const int number : {976, 976, 976, 975, 1022}) {
+    const Plateaus drawn = RandomPlateaus(random);
+    const auto taps =
+        CoefficientsOf(transform, CurveDesign(DrawnCurve(drawn.levels), static_cast<std::int16_t>(number)));
+    ASSERT_EQ(taps.size(), static_cast<std::size_t>(number));
+    ASSERT_TRUE(number % 2 != 0 || std::abs(taps[0]) < 1e-7F) << "it has no partner, but " << taps[0];
+    for (std::size_t line = 0; line < CurveLines; ++line) {
+      if (!drawn.gentle[line]) continue;
+      const double heard = 20 * std::log10(std::abs(Passed(taps, static_cast<double>(line))));
+      ASSERT_NEAR(heard, static_cast<double>(drawn.levels[line]), 1.0) << number << " taps, line " << line;
+    }
+  }
+}
+
+// A curve of 0 dB with a notch of a few lines, or of -60 dB with a peak of as many.
+TEST(CurveDesign, KeepsNarrowNotchesAndPeaksWithFewerTaps) {
+  constexpr std::int16_t fewer = 976;
+  FilterTransform transform;
+  for (std::size_t width = 1; width <= 3; ++width) {
+    std::vector<float> levels(CurveLines, 0.0F);
+    const auto first = levels.begin() + 200;
+    std::fill_n(first, width, -60.0F);
+    const auto notched = CoefficientsOf(transform, CurveDesign(DrawnCurve(levels), fewer));
+    std::ranges::transform(levels, levels.begin(), [](float level) { return -60 - level; });
+    const auto peaked = CoefficientsOf(transform, CurveDesign(DrawnCurve(levels), fewer));
+    for (double bin = 200; bin < 200.0 + static_cast<double>(width); ++bin) {
+      EXPECT_LT(std::abs(Passed(notched, bin)), 0.002) << width << " wide";
+      EXPECT_GT(Passed(peaked, bin), 0.78) << width << " wide";
+    }
   }
 }
 
