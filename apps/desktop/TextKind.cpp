@@ -98,7 +98,7 @@ struct Around {
 };
 
 Around Place(const Stand& stand, const vc::TextBox& text, QWidget* view) {
-  const bool repeats = stand.number && text.core.Caption() == text.shows->core.Caption();
+  const bool repeats = text.shows != nullptr && text.core.Caption() == text.shows->core.Caption();
   const bool withUnit = !text.unit.empty() && (!stand.number || stand.pane.TakesUnit());
   const bool captioned = !repeats && (stand.number || stand.pane.TakesCaption());
   QLabel* caption = !captioned ? nullptr : WordsBeside(view, text.core.Caption());
