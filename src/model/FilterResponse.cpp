@@ -77,10 +77,6 @@ std::vector<float> CurveResponse(const SystemSettings& settings, DrawnCurve curv
   return InDecibels(GainsAt(CurveFilterOf(settings, curve), InCycles(settings, frequencies)));
 }
 
-std::vector<double> CurveTurns(const SystemSettings& settings, DrawnCurve curve) {
-  return WithinBand(settings, InHertz(settings, TellingAt(CurveFilterOf(settings, curve))));
-}
-
 std::vector<std::vector<float>> ResponseParts(const SystemSettings& settings, const BlockKind& block,
                                               std::span<const double> frequencies) {
   std::vector<std::vector<float>> parts;

@@ -40,10 +40,9 @@ std::vector<std::vector<float>> ResponseParts(const SystemSettings& settings, co
 // narrower than the distance of two points. Within 0..bandwidthHz.
 std::vector<double> TellingFrequencies(const SystemSettings& settings, const BlockKind& block);
 
-// As FilterResponse and TellingFrequencies, of a curve that is drawn for no block of its own, as the
-// coefficients that a filter stage would get of it: line i stands at i sampleRate / 1024.
+// As FilterResponse, of a curve that is drawn for no block of its own, as the coefficients that a filter
+// stage would get of it: line i stands at i sampleRate / 1024.
 std::vector<float> CurveResponse(const SystemSettings& settings, DrawnCurve curve,
                                  std::span<const double> frequencies);
-std::vector<double> CurveTurns(const SystemSettings& settings, DrawnCurve curve);
 
 }  // namespace vc

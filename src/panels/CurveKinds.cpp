@@ -11,8 +11,6 @@
 namespace vc {
 namespace {
 
-constexpr double EqualizerRatePerLine = 256;
-
 PlotTrace OfHiRes(const SystemSettings& settings, const PlotAxis& frequencies, std::size_t points) {
   return ResponseTrace(settings, {BlockFamily::Filter, settings.curFilter, FilterKind::HiResGraphic},
                        frequencies, points);
@@ -53,7 +51,7 @@ const CurveKind CtlEDGE{"CtlEDGE",
                         RowOf<&SystemSettings::edgeCurve>(),
                         &SystemSettings::curEq,
                         EdgeLines,
-                        EqualizerRatePerLine,
+                        EdgeCurveScale,
                         false,
                         "btnEqActive",
                         IndivFileType::SpectralEqualizer,
