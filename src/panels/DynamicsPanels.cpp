@@ -1,7 +1,7 @@
 #include "panels/DynamicsPanels.h"
 
 #include <algorithm>
-#include <limits>
+#include <optional>
 #include <utility>
 
 #include "model/FieldAccess.h"
@@ -112,19 +112,19 @@ Parameter DynamicsPanel::Edited(const FieldRow& row, const std::string& title) {
 HandleLaw DynamicsPanel::LawOf(
     UpDownText& moved, std::function<CurvePoint(const TransferCurve& curve)> place,
     std::function<std::optional<double>(const TransferCurve& curve, const CurvePoint& point)> taken) {
-  return {.slider = &moved.upDown.slider,
-          .standsAt =
-              [this, place = std::move(place)] {
-                const CurvePoint at = place(Curve());
-                return PlotSpot{at.input, at.output};
-              },
-          .positionOf =
-              [this, &moved, taken = std::move(taken)](double x, double y) {
-                constexpr double none = std::numeric_limits<double>::quiet_NaN();
-                if (x < TransferCurve::Lowest || x >= 0) return none;
-                const auto value = taken(Curve(), {x, std::clamp(y, TransferCurve::Lowest, 0.0)});
-                return value ? moved.entry.law.position(*value) : none;
-              }};
+  return {
+      .slider = &moved.upDown.slider,
+      .standsAt =
+          [this, place = std::move(place)] {
+            const CurvePoint at = place(Curve());
+            return PlotSpot{at.input, at.output};
+          },
+      .positionOf = [this, &moved, taken = std::move(taken)](double x, double y) -> std::optional<double> {
+        if (x < TransferCurve::Lowest || x >= 0) return std::nullopt;
+        const auto value = taken(Curve(), {x, std::clamp(y, TransferCurve::Lowest, 0.0)});
+        if (!value) return std::nullopt;
+        return moved.entry.law.position(*value);
+      }};
 }
 
 // One step. The other stage of a linked pair gets all six values, whatever it had.

@@ -167,13 +167,7 @@ void PlotHandle::MoveTo(double atX, double atY) {
 }
 
 void PlotHandle::MoveByLaw(double atX, double atY) const {
-  double position = 0.0;
-  try {
-    position = law->positionOf(atX, atY);
-  } catch (const Fault&) {
-    return;
-  }
-  if (std::isfinite(position)) MoveOnGrid(*law->slider, position);
+  if (const auto position = law->positionOf(atX, atY)) MoveOnGrid(*law->slider, *position);
 }
 
 void PlotHandle::Together(const std::function<void()>& action) {

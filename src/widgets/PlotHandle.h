@@ -48,8 +48,8 @@ struct PlotSpot {
 struct HandleLaw {
   Slider* slider;
   std::function<PlotSpot()> standsAt;
-  // Raises a Fault, or gives no finite number, where the law has no answer; the handle then stays.
-  std::function<double(double atX, double atY)> positionOf;
+  // None where the law has no answer; the handle then stays.
+  std::function<std::optional<double>(double atX, double atY)> positionOf;
 };
 
 struct PlotHandle {
