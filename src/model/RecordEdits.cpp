@@ -95,6 +95,11 @@ void RecordEdits::MakeAnew() {
   settings.settingsChanged = SoonTicks;
 }
 
+void RecordEdits::ClearAnalyzer() {
+  download.analyzerClearRequest = true;
+  settings.settingsChanged = SoonTicks;
+}
+
 void RecordEdits::SendChanges() {
   if (std::exchange(settings.fitPending, std::int16_t{0}) != 0 &&
       LayoutDiffers(settings, PlanFit(settings, true))) {

@@ -78,6 +78,8 @@ struct RecordEdits {
 
   // Has the whole register image made anew and sent with the next tick, though nothing is edited.
   void MakeAnew();
+  // Has the unit's analyzer begin anew with the next tick.
+  void ClearAnalyzer();
   // Brings the unit up to the record, fitting it anew where an edit has asked for that and it would matter.
   void SendChanges();
   // Fits the record to the unit with nothing else under way.

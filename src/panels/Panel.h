@@ -9,6 +9,7 @@
 
 #include "link/Status.h"
 #include "model/RecordEdits.h"
+#include "model/SpectrumReader.h"
 #include "model/SystemSettings.h"
 #include "platform/Desk.h"
 #include "platform/EventLoop.h"
@@ -57,6 +58,12 @@ struct PanelContext {
   Wire<void(const TableExchange& exchange)> exchangeTable;
   // Whether the unit is asked for the levels of the equalizers; see AskForEqualizerLevels.
   Wire<void(bool asked)> askForEqualizerLevels;
+  // What the unit's analyzer has sent last. And: it is to begin anew.
+  SpectrumReader& spectra;
+  Wire<void()> clearAnalyzer;
+  // A panel has the analyzer to itself: nothing but its trace is asked for, and a display of spectra that is
+  // open stands still meanwhile.
+  Wire<void(bool own)> takeAnalyzer;
 };
 
 struct Panel {

@@ -49,7 +49,10 @@ PanelContext ChainPanels::ContextFor(const Block& block) {
           .storeOpenSetup = [this] { around.master.actions.StoreOpenSetup(); },
           .storeInMemory = [this](int memory, int function) { return StoreInMemory(memory, function); },
           .exchangeTable = [this](const TableExchange& exchange) { ExchangeTable(exchange); },
-          .askForEqualizerLevels = [this](bool asked) { around.periodic.eqLevelsWanted = asked; }};
+          .askForEqualizerLevels = [this](bool asked) { around.periodic.eqLevelsWanted = asked; },
+          .spectra = around.spectra,
+          .clearAnalyzer = [this] { around.edits.ClearAnalyzer(); },
+          .takeAnalyzer = [this](bool own) { around.displays.LendAnalyzer(own); }};
 }
 
 void ChainPanels::Open(const std::function<Block()>& blockNow, bool besideDisplay) {
@@ -61,8 +64,10 @@ void ChainPanels::Open(const std::function<Block()>& blockNow, bool besideDispla
                         "are stored for it.");
     return;
   }
+  host.Close();  // its end brings the master panel back
   const bool display = around.periodic.pollMode != poll::MainLevels && besideDisplay;
   if (display) around.forms.Hide(around.master.form);
+  around.displays.KeepOpen(display);
   host.Open(block.panel, ContextFor(block), display ? Modality::Modeless : Modality::Modal);
   openBlock = blockNow;
   opened = block;
@@ -147,10 +152,13 @@ void ChainPanels::ConfigBroadbandFilters(const std::function<void()>& runEvents)
 }
 
 void ChainPanels::DisplayThisFilter() const {
-  if (around.periodic.pollMode == poll::Coefficients) around.coefReader.Display(around.settings.curFilter);
+  if (around.periodic.pollMode != poll::Coefficients) return;
+  around.coefReader.Display(around.settings.curFilter);
+  around.displays.Refresh();
 }
 
 void ChainPanels::DisplayMasterControl() const {
+  around.displays.KeepOpen(false);
   Forms& forms = around.forms;
   const bool hidden = std::ranges::any_of(forms.open, [this](const Forms::Entry& entry) {
     return entry.form == &around.master.form && entry.hidden;

@@ -8,9 +8,10 @@
 
 #include "model/CoefReader.h"
 #include "model/RecordEdits.h"
-#include "panels/PanelHost.h"
 #include "platform/Desk.h"
+#include "shell/Displays.h"
 #include "shell/MasterControl.h"
+#include "shell/PanelHost.h"
 #include "shell/PeriodicService.h"
 #include "shell/Windows.h"
 #include "widgets/Forms.h"
@@ -30,6 +31,8 @@ struct ChainPanels {
     CoefReader& coefReader;
     EventLoop& events;
     Windows& windows;
+    Displays& displays;
+    SpectrumReader& spectra;
   };
   explicit ChainPanels(const Around& parts);
 
@@ -49,6 +52,10 @@ struct ChainPanels {
   void ConfigEqualizers(const std::function<void()>& runEvents);
   void ConfigBroadbandFilters(const std::function<void()>& runEvents);
 
+  // What stands beside the chain, without a block of it, works on the same.
+  PanelContext BesideChain() { return ContextFor({}); }
+  bool IsOpen() const { return host.IsOpen(); }
+
   // With a display up: the coefficient display follows the panel to its filter, and the master panel comes
   // back behind it.
   void DisplayThisFilter() const;
@@ -58,8 +65,8 @@ struct ChainPanels {
   struct Block {
     std::string_view panel, name;
     std::string suffix;
-    GraphicButton* blockSwitch;
-    bool ofStage;
+    GraphicButton* blockSwitch = nullptr;
+    bool ofStage = false;
     GraphicButton *adaptSwitch = nullptr, *clearButton = nullptr;
     bool operator==(const Block&) const = default;
   };

@@ -3,6 +3,7 @@
 #include "link/ConnectionState.h"
 #include "model/FieldAccess.h"
 #include "shell/ChainPanels.h"
+#include "shell/Displays.h"
 #include "shell/PeriodicService.h"
 #include "text/ProgramInfo.h"
 
@@ -15,10 +16,9 @@ MasterControl::MasterControl(const Around& parts)
       connection({menus, parts.edits, parts.device, parts.config, parts.desk, parts.periodic}),
       actions({menus, top, chain, mirrors, blocks, connection, parts.edits.history, parts.desk, parts.panels,
                parts.windows, parts.look, parts.session}),
-      edits(parts.edits),
       settings(parts.edits.settings),
-      periodic(parts.periodic),
-      panels(parts.panels) {
+      panels(parts.panels),
+      displays(parts.displays) {
   constexpr std::int32_t longestSilence = 20000;  // hundredths, until the link is given up
   top.txtComInfo.readOnly = true;
   top.txtComInfo.widest = ConnectionText(StateConnected, 1, LastBaudIndex) + UnansweredText(longestSilence);
@@ -80,24 +80,7 @@ void MasterControl::BindDisplays() {
   };
 }
 
-void MasterControl::ShowDisplay(std::int16_t which) {
-  const std::string told = displayed == display::None ? std::string{} : lblStatus.core.Caption();
-  displayed = which == display::Coefficients || which == display::Spectrum ? which : display::None;
-  top.btnCoeffDisplay.SetValue(displayed == display::Coefficients ? 1 : 0);
-  top.btnSpecAnalyzer.SetValue(displayed == display::Spectrum ? 1 : 0);
-  periodic.pollMode = poll::MainLevels;
-  if (displayed == display::Coefficients) {
-    periodic.pollMode = poll::Coefficients;
-    lblStatus.core.SetCaption("The coefficient display's window is not part of this version yet.");
-  } else if (displayed == display::Spectrum) {
-    periodic.pollMode = poll::Spectrum;
-    lblStatus.core.SetCaption("The spectrum analyzer's window is not part of this version yet.");
-  } else if (lblStatus.core.Caption() == told) {
-    lblStatus.core.SetCaption("");
-  }
-  edits.MakeAnew();
-  if (displayed == display::Spectrum) edits.Apply({{&RowOf<&SystemSettings::specRun>(), 0, 0, 1.0}}, {});
-}
+void MasterControl::ShowDisplay(std::int16_t which) { displays.Show(which); }
 
 void MasterControl::LayOutFrequencies(AxisLaw law) {
   menus.mnuFrequencyAxis.SetChecked(law == AxisLaw::Logarithmic);

@@ -19,10 +19,7 @@
 
 namespace vc {
 
-// What ShowDisplay shows.
-namespace display {
-inline constexpr std::int16_t None = 0, Coefficients = 1, Spectrum = 2;
-}  // namespace display
+struct Displays;
 
 struct MasterControl {
   // What it works on. Some of these come to be only after the panel.
@@ -33,6 +30,7 @@ struct MasterControl {
     Desk& desk;
     PeriodicService& periodic;
     ChainPanels& panels;
+    Displays& displays;
     Windows& windows;
     Look& look;
     SessionCalls session;
@@ -63,7 +61,7 @@ struct MasterControl {
   void ShowConfiguration();
   // How many filters may be chosen and how many are, and the blocks.
   void ConfigureStages();
-  // display::None, Coefficients or Spectrum; the buttons follow.
+  // display::None, Coefficients or Spectrum, see Displays; the buttons follow.
   void ShowDisplay(std::int16_t which);
   // How the frequencies of all responses are laid out.
   void LayOutFrequencies(AxisLaw law);
@@ -74,11 +72,9 @@ struct MasterControl {
   void BindBlocks();
   void BindDisplays();
 
-  RecordEdits& edits;
   SystemSettings& settings;
-  PeriodicService& periodic;
   ChainPanels& panels;
-  std::int16_t displayed = display::None;
+  Displays& displays;
 };
 
 }  // namespace vc

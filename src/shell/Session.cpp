@@ -35,7 +35,8 @@ Session::Session(Platform host)
       master(MasterParts()),
       periodic(host.events, host.clock, settings, device, master, TickWires()),
       panels({edits, settings, platform.desk, forms, master, periodic, device, coefReader, host.events,
-              windows}),
+              windows, displays, spectrumReader}),
+      displays(DisplayParts()),
       lastState(setupContext, platform, master),
       look(platform, master),
       windows({setupContext, objectLog, forms}) {
@@ -52,7 +53,7 @@ LinkHooks Session::LinkWires() {
       .connectionState = [this](const std::string& state) { TakeConnectionState(state); },
       .connectEntriesChecked = [this](bool connected) { master.connection.CheckConnectEntries(connected); },
       .mainTimer = [this](bool on) { periodic.EnableMainTimer(on); },
-      .pollingStarted = [this] { periodic.pollMode = poll::MainLevels; },
+      .pollingStarted = [this] { displays.Poll(); },
       .unitOptionChanged = [this] { FollowUnitOption(); },
       .portUnavailable = [this](const std::string& reason) { master.lblStatus.core.SetCaption(reason); },
       .portCaption = [this] { return master.connection.PortCaption(); },
@@ -141,6 +142,7 @@ MasterControl::Around Session::MasterParts() {
           .desk = platform.desk,
           .periodic = periodic,
           .panels = panels,
+          .displays = displays,
           .windows = windows,
           .look = look,
           .session = {.newSetup = [this] { NewSetup(); },
@@ -150,6 +152,17 @@ MasterControl::Around Session::MasterParts() {
                             platform.events.RequestEnd();
                           },
                       .queueRefresh = [this](bool wanted) { QueueRefresh(wanted); }}};
+}
+
+Displays::Around Session::DisplayParts() {
+  return {.edits = edits,
+          .coefReader = coefReader,
+          .image = download.image,
+          .clock = platform.clock,
+          .forms = forms,
+          .master = master,
+          .periodic = periodic,
+          .panels = panels};
 }
 
 TickCalls Session::TickWires() {
@@ -184,6 +197,7 @@ void Session::ShowRecord() {
     master.ConfigureStages();
   });
   panels.Refresh();
+  displays.Refresh();
 }
 
 void Session::Start() {

@@ -16,6 +16,7 @@
 #include "persist/modSettings.h"
 #include "platform/Platform.h"
 #include "shell/ChainPanels.h"
+#include "shell/Displays.h"
 #include "shell/LastState.h"
 #include "shell/Look.h"
 #include "shell/MasterControl.h"
@@ -48,6 +49,7 @@ struct Session {
   MasterControl master;
   PeriodicService periodic;
   ChainPanels panels;
+  Displays displays;
   LastState lastState;
   Look look;
   Windows windows;
@@ -69,6 +71,7 @@ struct Session {
   SetupHooks SetupWires();
   SetupContext SetupContextWires();
   MasterControl::Around MasterParts();
+  Displays::Around DisplayParts();
   TickCalls TickWires();
   EditWires EditsWires();
   void TakeConnectionState(const std::string& state);

@@ -7,7 +7,7 @@
 #include "PanelRun.h"
 #include "Unheard.h"
 #include "model/Kinds.h"
-#include "panels/PanelHost.h"
+#include "shell/PanelHost.h"
 
 namespace support {
 
@@ -63,7 +63,10 @@ inline vc::PanelContext LoneContext(PanelRun& run, const std::string& suffix) {
           .storeOpenSetup = DeadEnd{},
           .storeInMemory = DeadEnd{},
           .exchangeTable = DeadEnd{},
-          .askForEqualizerLevels = DeadEnd{}};
+          .askForEqualizerLevels = DeadEnd{},
+          .spectra = run.session.spectrumReader,
+          .clearAnalyzer = DeadEnd{},
+          .takeAnalyzer = DeadEnd{}};
 }
 
 // Every panel that there is is opened: visit() with the panel on top, and the panel's name in the trace.

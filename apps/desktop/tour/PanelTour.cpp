@@ -6,7 +6,7 @@
 #include "desktop/tour/Hand.h"
 #include "desktop/tour/Tour.h"
 #include "model/Kinds.h"
-#include "panels/PanelHost.h"
+#include "shell/PanelHost.h"
 
 namespace tour {
 namespace {

@@ -1,4 +1,4 @@
-#include "panels/PanelHost.h"
+#include "shell/PanelHost.h"
 
 #include <algorithm>
 #include <array>

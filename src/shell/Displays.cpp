@@ -1,0 +1,91 @@
+#include "shell/Displays.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "shell/ChainPanels.h"
+#include "shell/MasterControl.h"
+#include "shell/PeriodicService.h"
+
+namespace vc {
+namespace {
+
+template <typename Window>
+AnyDisplay Make(const DisplayContext& context) {
+  auto made = std::make_shared<Window>(context);
+  return {made, &made->panel, &made->foot, made->timer.get()};
+}
+
+constexpr std::array<DisplayRow, 2> AllRows{
+    {{display::Coefficients, "FrmCoeffDisp", poll::Coefficients, nullptr},
+     {display::Spectrum, "SpecDisp", poll::Spectrum, nullptr}}};
+
+}  // namespace
+
+std::span<const DisplayRow> Displays::Rows() { return AllRows; }
+
+void Displays::Show(std::int16_t which) {
+  const auto* wanted = std::ranges::find(AllRows, which, &DisplayRow::which);
+  if (open.panel != nullptr) around.forms.Unload(open.panel->form);
+  row = wanted == AllRows.end() ? nullptr : wanted;
+  around.master.top.btnCoeffDisplay.SetValue(Shown() == display::Coefficients ? 1 : 0);
+  around.master.top.btnSpecAnalyzer.SetValue(Shown() == display::Spectrum ? 1 : 0);
+  Poll();
+  around.edits.MakeAnew();
+  if (Shown() == display::Spectrum) {
+    around.edits.Apply({{&RowOf<&SystemSettings::specRun>(), 0, 0, 1.0}}, {});
+  }
+  if (row != nullptr && row->make != nullptr) Open();
+}
+
+void Displays::Open() {
+  open = row->make(Context());
+  open.panel->Fill();
+  open.timer->SetEnabled(!analyzerLent);
+  around.forms.Show(open.panel->form);
+}
+
+DisplayContext Displays::Context() {
+  PanelContext panel = around.panels.BesideChain();
+  panel.activated = [] {};
+  panel.unloaded = [this] { Forget(); };
+  return {.panel = panel,
+          .coefReader = around.coefReader,
+          .image = around.image,
+          .clock = around.clock,
+          .close = [this] { Show(display::None); }};
+}
+
+// Whatever closes the window, nothing is asked for that nobody shows.
+void Displays::Forget() {
+  closing = std::exchange(open, {});
+  row = nullptr;
+  Poll();
+  around.master.top.btnCoeffDisplay.SetValue(0);
+  around.master.top.btnSpecAnalyzer.SetValue(0);
+}
+
+void Displays::Refresh() {
+  if (open.panel != nullptr) open.panel->Fill();
+}
+
+void Displays::KeepOpen(bool on) const {
+  if (open.foot != nullptr) open.foot->btnClose.core.SetEnabled(!on);
+}
+
+void Displays::LendAnalyzer(bool lent) {
+  analyzerLent = lent;
+  if (open.timer != nullptr) open.timer->SetEnabled(!lent);
+  Poll();
+}
+
+void Displays::Poll() const {
+  if (analyzerLent) {
+    around.periodic.pollMode = poll::Sif;
+  } else {
+    around.periodic.pollMode = row == nullptr ? poll::MainLevels : row->pollMode;
+  }
+}
+
+}  // namespace vc
