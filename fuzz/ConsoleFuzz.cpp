@@ -13,6 +13,7 @@
 #include "console/Console.h"
 #include "model/Settings.h"
 #include "widgets/ControlText.h"
+#include "widgets/Plot.h"
 
 namespace fuzz {
 namespace {
@@ -93,6 +94,29 @@ std::string KeyLine(const Run& run, Input& input) {
   return "key " + found->first;
 }
 
+double Along(const vc::PlotAxis& axis, Input& input) {
+  constexpr double beyond = 0.1, most = 65535.0;
+  const double part = static_cast<double>(input.Word()) / most;
+  return axis.from + (axis.to - axis.from) * (part * (1.0 + 2.0 * beyond) - beyond);
+}
+
+// What is drawn or pointed at on a plot of the form on top, by keys or by places.
+std::string PlotLine(const Run& run, Input& input) {
+  static const std::array<std::string, 10> keys{"Left",      "Right", "Up",   "Down", "Ctrl+Right",
+                                                "Ctrl+Left", "Enter", "Home", "End",  "Escape"};
+  const vc::Form* form = run.session.forms.Top();
+  if (form == nullptr) return "point none 0 0";
+  for (const vc::AnyControl& control : form->controls) {
+    auto* const* plot = std::get_if<vc::Plot*>(&control);
+    if (plot == nullptr || (*plot)->small) continue;
+    const std::string name = form->name + "." + (*plot)->core.FullName();
+    if (input.Below(2) == 0) return "press " + name + " " + keys[input.Below(keys.size())];
+    const std::string x = std::to_string(Along((*plot)->XAxis(), input));
+    return "point " + name + " " + x + " " + std::to_string(Along((*plot)->YAxis(), input));
+  }
+  return "show";
+}
+
 // A day of the session is not the console's matter.
 std::string Bounded(const std::string& line) {
   constexpr std::size_t longest = 10;
@@ -128,6 +152,8 @@ std::string NextLine(const Run& run, Input& input) {
       return "run " + std::to_string(input.Below(4096));
     case 13:
       return looks[input.Below(looks.size())];
+    case 14:
+      return PlotLine(run, input);
     default:
       return Bounded(input.Text(input.Below(64)));
   }
