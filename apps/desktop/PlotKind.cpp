@@ -7,6 +7,16 @@
 #include "widgets/ProgressBar.h"
 
 namespace desktop {
+namespace {
+
+// Without the dot, which moves many times a second.
+std::string Spoken(const vc::Plot& plot) {
+  if (plot.told) return plot.told();
+  const std::string pointed = plot.CursorText();
+  return pointed.empty() ? plot.Summary() : pointed;
+}
+
+}  // namespace
 
 void BindKind(Binder& binder, vc::Plot& plot) {
   Pane& pane = binder.PaneOf(plot.core);
@@ -17,10 +27,11 @@ void BindKind(Binder& binder, vc::Plot& plot) {
   binder.Bind(plot.core, {.widget = view,
                           .showCaption = [view] { view->Follow(); },
                           .showValue =
-                              [view, &plot](std::string_view) {
+                              [view, &plot](std::string_view property) {
                                 view->Follow();
-                                const std::string pointed = plot.CursorText();
-                                Binder::Speak(view, pointed.empty() ? plot.Summary() : pointed, {});
+                                const bool live =
+                                    plot.told && property != "Cursor" && property != EveryProperty;
+                                if (!live) Binder::Speak(view, Spoken(plot), {});
                               }});
   for (HandleView* handle : view->Handles()) binder.TakeInOrder(handle);
 }

@@ -35,10 +35,10 @@ QSize PlotView::SizeOf(int digits, int lines) const {
   return {DigitsWide(*this, digits), lines * LineHeight(*this)};
 }
 QSize PlotView::sizeHint() const {
-  if (small) return SizeOf(8, 5);
   constexpr int side = 40;
-  if (model.square) return {side * LineHeight(*this), side * LineHeight(*this)};
-  return model.large ? SizeOf(84, 24) : SizeOf(56, 18);
+  if (model.square && !small) return {side * LineHeight(*this), side * LineHeight(*this)};
+  const vc::PlotRoom room = vc::DesignRoom(model);
+  return SizeOf(room.digits, room.lines);
 }
 QSize PlotView::minimumSizeHint() const { return small ? SizeOf(8, 2) : SizeOf(34, 12); }
 

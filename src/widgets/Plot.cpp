@@ -9,29 +9,16 @@
 #include "text/Convert.h"
 #include "widgets/PlotHandle.h"
 #include "widgets/PlotLayout.h"
+#include "widgets/PlotPlaces.h"
 #include "widgets/modGDI.h"
 
 namespace vc {
 namespace {
 
-// Where the points of a trace lie along the axis.
-struct Places {
-  Places(const PlotTrace& shown, const PlotAxis& axis)
-      : own(shown.places),
-        from(axis.from),
-        step((axis.to - axis.from) / static_cast<double>(std::max<std::size_t>(shown.values.size() - 1, 1))) {
-  }
-  double operator[](std::size_t point) const {
-    return point < own.size() ? own[point] : from + step * static_cast<double>(point);
-  }
-  const std::vector<double>& own;
-  const double from, step;
-};
-
 // The curve in runs: it is broken where there is no number. One value alone has a second point.
 void DrawTrace(Surface& surface, const PlotTrace& trace, const PlotAxis& axis, const PlotLayout& layout) {
   const PlotScale x = layout.x, y = layout.ScaleFor(trace);
-  const Places places(trace, axis);
+  const PlotPlaces places(trace, axis);
   const std::size_t points = std::max<std::size_t>(trace.values.size(), 2);
   std::vector<Point> all(points);
   std::size_t run = 0;  // so many of them are not drawn yet
@@ -55,23 +42,23 @@ int ColumnWithin(const PlotLayout& layout, double place) {
   return std::clamp(static_cast<int>(layout.x.PixelOf(place)), layout.frame.left, layout.frame.Right());
 }
 
-void DrawBand(Surface& surface, const PlotBand& band, const PlotLayout& layout) {
+void DrawBand(Surface& surface, const PlotBand& band, const PlotLayout& layout, const PlotInks& inks) {
   const Rectangle& frame = layout.frame;
   const int from = ColumnWithin(layout, band.from);
   const int to = band.to < band.from ? from : ColumnWithin(layout, band.to);
-  const Colour back = band.meaning == BandMeaning::Pass ? PassBack : StopBack;
+  const Colour back = band.meaning == BandMeaning::Pass ? inks.pass : inks.stop;
   if (to > from) surface.FillRectangle({from, frame.top, to - from, frame.height}, back);
 }
 
 // A column stays clear between two of them, and the border does.
-void DrawBar(Surface& surface, const PlotBar& bar, const PlotLayout& layout) {
+void DrawBar(Surface& surface, const PlotBar& bar, const PlotLayout& layout, const PlotInks& inks) {
   const Rectangle& frame = layout.frame;
   const int from = ColumnWithin(layout, bar.from) + 1, to = ColumnWithin(layout, bar.to);
   const double row = layout.y.PixelOf(bar.level);
   if (std::isnan(row) || to <= from) return;
   const int bottom = frame.Bottom() - 1;
   const int top = static_cast<int>(std::clamp<double>(row, frame.top + 1, bottom));
-  surface.FillRectangle({from, top, to - from, bottom - top}, BarBack);
+  surface.FillRectangle({from, top, to - from, bottom - top}, inks.bar);
 }
 
 // On a logarithmic axis column by column, each as wide as it is there.
@@ -172,7 +159,7 @@ void Plot::SetCursor(std::optional<double> x) {
 
 std::optional<double> Plot::LevelAt(const PlotTrace& trace, double x) const {
   if (trace.values.size() == 1) return static_cast<double>(trace.values.front());
-  const Places places(trace, xAxis);
+  const PlotPlaces places(trace, xAxis);
   for (std::size_t i = 1; i < trace.values.size(); ++i) {
     const double from = places[i - 1], to = places[i];
     if (!(x >= std::min(from, to) && x <= std::max(from, to))) continue;
@@ -202,6 +189,7 @@ std::string Plot::CursorText() const {
 }
 
 std::string Plot::Reading() const {
+  if (told) return told();
   std::string text = cursor ? CursorText() : Summary();
   if (dot && !dot->reading.empty()) text += (text.empty() ? "" : "; ") + dot->reading;
   return text;
@@ -219,11 +207,11 @@ std::string Plot::Summary() const {
   const std::vector<float>& values = traces.front().values;
   constexpr std::size_t mostTold = 5;
   const std::size_t last = values.size() - 1;
-  const std::size_t told = std::min(values.size(), mostTold);
-  const Places places(traces.front(), xAxis);
+  const std::size_t points = std::min(values.size(), mostTold);
+  const PlotPlaces places(traces.front(), xAxis);
   std::string text = std::to_string(values.size()) + (last == 0 ? " point:" : " points:");
-  for (std::size_t i = 0; i < told; ++i) {
-    const std::size_t point = told == 1 ? 0 : i * last / (told - 1);
+  for (std::size_t i = 0; i < points; ++i) {
+    const std::size_t point = points == 1 ? 0 : i * last / (points - 1);
     const std::string& unit = traces.front().yAxis ? traces.front().yAxis->unit : yAxis.unit;
     text += (i == 0 ? " " : " | ") + WithUnit(PlaceText(places[point]), xAxis.unit) + " " +
             WithUnit(FixedText(static_cast<double>(values[point]), 1), unit);
@@ -239,19 +227,20 @@ void Plot::Draw(Surface& surface, const Rectangle& area) const {
 }
 
 void Plot::DrawGrid(Surface& surface, const PlotLayout& layout) const {
+  const PlotInks& inks = InksOf(*this);
   surface.FillRectangle(layout.area, ButtonFace);
-  surface.FillRectangle(layout.frame, WindowBack);
-  for (const PlotBand& band : bands) DrawBand(surface, band, layout);
+  surface.FillRectangle(layout.frame, inks.ground);
+  for (const PlotBand& band : bands) DrawBand(surface, band, layout, inks);
   if (image.width > 0) DrawImage(surface, image, xAxis, layout);
   for (const PlotLine& line : layout.lines) DrawLine(surface, line);
-  surface.FrameRectangle(layout.frame, FrameLine);
+  surface.FrameRectangle(layout.frame, inks.border);
   for (const PlotSwatch& swatch : layout.swatches) surface.FillRectangle(swatch.area, swatch.colour);
   for (const PlotLabel& label : layout.labels) DrawLabel(surface, label);
 }
 
 void Plot::DrawBars(Surface& surface, const PlotLayout& layout) const {
   if (bars.empty()) return;
-  for (const PlotBar& bar : bars) DrawBar(surface, bar, layout);
+  for (const PlotBar& bar : bars) DrawBar(surface, bar, layout, InksOf(*this));
   for (const PlotLine& line : layout.lines) DrawLine(surface, line);
 }
 
@@ -276,14 +265,15 @@ void Plot::DrawMarks(Surface& surface, const PlotLayout& layout) const {
   if (cursor) DrawCursor(surface, layout);
   if (!dot) return;
   constexpr int rim = 2;
-  DrawSpot(surface, layout, {dot->x, dot->y}, WindowBack, DotSize + 2 * rim);
+  DrawSpot(surface, layout, {dot->x, dot->y}, InksOf(*this).ground, DotSize + 2 * rim);
   DrawSpot(surface, layout, {dot->x, dot->y}, dot->colour, DotSize);
 }
 
 void Plot::DrawCursor(Surface& surface, const PlotLayout& layout) const {
   const Rectangle& frame = layout.frame;
   const int column = static_cast<int>(layout.x.PixelOf(*cursor));
-  surface.DrawDown(column, frame.top, frame.height, LineStyle::Solid, GrayText);
+  surface.DrawDown(column, frame.top, frame.height, LineStyle::Solid,
+                   cursorColour.value_or(InksOf(*this).cursor));
   for (const PlotTrace& trace : traces) {
     const auto level = IsTold(trace) ? LevelAt(trace, *cursor) : std::nullopt;
     const int row = level ? static_cast<int>(layout.ScaleFor(trace).PixelOf(*level)) : -1;
@@ -296,14 +286,17 @@ void Plot::DrawCursor(Surface& surface, const PlotLayout& layout) const {
 void Plot::DrawCursorText(Surface& surface, const PlotLayout& layout, int column) const {
   const Rectangle& frame = layout.frame;
   const std::string text = CursorText();
+  const PlotInks& inks = InksOf(*this);
+  surface.textScale = layout.letters;
   const Size size = surface.TextSize(text);
   const int gap = std::max(size.height / 3, 1), wide = size.width + 2 * gap;
   const bool atLeft = column + gap + wide > frame.Right();
   const int left = std::max(atLeft ? column - gap - wide : column + gap, frame.left);
   const Rectangle box{left, frame.top + gap, wide, size.height + gap};
-  surface.FillRectangle(box, ButtonFace);
-  surface.FrameRectangle(box, FrameLine);
-  modGDI::DrawPictureText(surface, text, box.left + gap, box.top + gap * 0.5, WindowText);
+  surface.FillRectangle(box, screen ? inks.ground : ButtonFace);
+  surface.FrameRectangle(box, inks.border);
+  modGDI::DrawPictureText(surface, text, box.left + gap, box.top + gap * 0.5, inks.letters);
+  surface.textScale = 1.0;
 }
 
 }  // namespace vc

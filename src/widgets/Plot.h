@@ -18,6 +18,8 @@ namespace vc {
 
 // Curves in these colours can be told apart, on light and on dark.
 inline constexpr std::array<Colour, 4> TraceColours{HotLight, 0x1F7AD8, 0x4C9A3A, 0xB04FA8};
+// And on an instrument's screen, with a cursor in the last one.
+inline constexpr Colour ScreenYellow = 0x00FFFF, ScreenBlue = 0xFF8080, ScreenRed = 0x0000FF;
 
 // The first value stands at the beginning of the x axis, the last at its end, the others evenly between, or
 // each at a place of its own. One value alone is a level all along. What is not a number is left out. The
@@ -38,6 +40,13 @@ struct PlotMarker {
   std::string label;
   bool operator==(const PlotMarker&) const = default;
 };
+
+// Into how many even parts lines divide the picture, from left to right and from top to bottom.
+struct PlotGrid {
+  int columns = 1, rows = 1;
+  bool operator==(const PlotGrid&) const = default;
+};
+inline constexpr PlotGrid NoGrid{1, 1};
 
 // A part of the x axis that means something, shaded.
 enum class BandMeaning { Pass, Stop };
@@ -92,6 +101,11 @@ struct Plot {
   bool small = false;   // a glance at the curve, without numbers and names
   bool large = false;   // so much is to be taken in it that it wants the room
   bool square = false;  // both axes are of one measure
+  // An instrument's screen: dark in every theme, with the curves' names in their own colours in it.
+  bool screen = false;
+  // Its letters become larger where it is larger than it was designed.
+  bool lettersGrow = false;
+  std::optional<Colour> cursorColour;  // a quiet one where there is none
   // Whoever hears pointer and keys places the cursor, and shows beside the plot what the curves have there.
   bool cursorPlaced = false;
 
@@ -114,6 +128,9 @@ struct Plot {
   // One whose pixels are not as many as its width and height say is none.
   void SetImage(PlotImage picture);
   const PlotImage& Image() const { return image; }
+  // Lines where the axes' numbers stand, as it is at first where none is given; or at even parts.
+  void SetGrid(const std::optional<PlotGrid>& parts) { Lay(grid, parts, "Grid"); }
+  const std::optional<PlotGrid>& Grid() const { return grid; }
   // In small letters above the picture: where the curve comes from.
   void SetNote(const std::string& text) { Lay(note, text, "Note"); }
   const std::string& Note() const { return note; }
@@ -153,7 +170,11 @@ struct Plot {
   // The first curve in words: "3 points: 0 Hz 0.0 dB | 800 Hz -6.0 dB | 1600 Hz -12.0 dB". Of many points a
   // few evenly spaced ones are told; it is empty where there is no curve.
   std::string Summary() const;
-  // What is told of the plot: the cursor's text, or the summary without one; and behind it the dot's.
+  // What the plot says of itself where it knows better; for curves that change many times a second, which are
+  // then told when they are asked for and when the cursor moves.
+  std::function<std::string()> told;
+  // What is told of the plot: that; or the cursor's text, or the summary without one, and behind it the
+  // dot's.
   std::string Reading() const;
 
   // Counts the changes of all that a layout depends on, but for the caption; and those of curves and bars.
@@ -189,11 +210,17 @@ struct Plot {
   std::vector<PlotMarker> verticalMarkers, horizontalMarkers;
   std::vector<PlotBand> bands;
   std::vector<PlotBar> bars;
+  std::optional<PlotGrid> grid;
   PlotImage image;
   std::string note;
   std::optional<double> cursor;
   std::optional<PlotRubber> rubber;
   std::optional<PlotDot> dot;
 };
+
+// All told curves in lines of text with tabs between: a heading ("Hz", "Trace 1 dB"), then each place of the
+// x axis where one of them has a point, and what each has there, as exact as it is; nothing where it has
+// nothing. A line ends with a line feed; empty where there is no curve.
+std::string PlotNumbers(const Plot& plot);
 
 }  // namespace vc

@@ -10,6 +10,29 @@ namespace {
 constexpr int MostTicks = 10, MarkerRows = 3;
 constexpr double SmallText = 0.85;
 
+constexpr PlotInks ThemeInks{WindowBack, FrameLine, GridLine, WindowText,      GrayText,
+                             PassBack,   StopBack,  BarBack,  LineStyle::Solid};
+// Dots of the grid's grey leave the curves in front.
+constexpr PlotInks ScreenInks{0x141210, 0x808080, 0x808080, 0xD8D8D8,         0xD8D8D8,
+                              0x402C1C, 0x2C2C2C, 0x4C3420, LineStyle::Dotted};
+
+// By how much a plot is larger than it was designed, and its letters then.
+struct LetterSize {
+  double above, letters;
+};
+constexpr std::array<LetterSize, 5> LetterSizes{
+    {{3.0, 3.0}, {2.0, 2.25}, {1.75, 1.75}, {1.5, 1.5}, {1.25, 1.25}}};
+
+double LettersOf(const Plot& plot, const Surface& surface, const Rectangle& area) {
+  if (!plot.lettersGrow) return 1.0;
+  const PlotRoom room = DesignRoom(plot);
+  const Size digit = surface.TextSize("0");
+  const double grown = std::min(static_cast<double>(area.width) / std::max(room.digits * digit.width, 1),
+                                static_cast<double>(area.height) / std::max(room.lines * digit.height, 1));
+  const auto* found = std::ranges::find_if(LetterSizes, [&](const auto& row) { return grown > row.above; });
+  return found == LetterSizes.end() ? 1.0 : found->letters;
+}
+
 // The text, or as much of its beginning as there is room for, never half of a character.
 std::string Fitted(const Surface& surface, std::string text, int room) {
   if (surface.TextSize(text).width <= room) return text;
@@ -32,7 +55,10 @@ std::vector<PlotMarker> Within(const PlotAxis& axis, std::vector<PlotMarker> mar
 class Builder {
  public:
   Builder(const Plot& shown, Surface& measure, const Rectangle& room)
-      : plot(shown), surface(measure), area(room) {}
+      : plot(shown), surface(measure), area(room) {
+    out.area = area;
+    out.letters = surface.textScale;
+  }
 
   // The frame and a few lines of equal height alone.
   void PlaceSmall();
@@ -41,8 +67,10 @@ class Builder {
   void PlaceXTicks();
   void PlaceYTicks();
   void PlaceRightTicks();
+  void PlaceEvenLines();
   void PlaceVerticalMarkers();
   void PlaceHorizontalMarkers();
+  void PlaceNames();
   PlotLayout out{};
 
  private:
@@ -50,6 +78,7 @@ class Builder {
   int Widest(const std::vector<PlotTick>& ticks) const;
   void AddLabel(const std::string& text, int left, int top, Colour colour);
   void AddLying(int place, LineStyle style, Colour colour);
+  void AddUpright(int place, LineStyle style, Colour colour);
   void PlaceScales();
   int ColumnOf(double x) const { return static_cast<int>(out.x.PixelOf(x)); }
   int RowOf(double y) const { return static_cast<int>(out.y.PixelOf(y)); }
@@ -71,6 +100,7 @@ class Builder {
   void PlaceHeaded(const Headed& one, int& left);
 
   const Plot& plot;
+  const PlotInks& inks = InksOf(plot);
   Surface& surface;
   const Rectangle area;
   const int line = surface.TextSize("0").height, gap = std::max(1, line / 3);
@@ -96,7 +126,7 @@ std::vector<Builder::Headed> Builder::Headings() const {
   std::vector<Headed> all;
   if (const std::string caption = WithoutAccessKey(plot.core.Caption()); !caption.empty())
     all.push_back({caption});
-  if (std::ranges::count_if(plot.Traces(), &IsTold) > 1) {
+  if (!plot.screen && std::ranges::count_if(plot.Traces(), &IsTold) > 1) {
     for (const PlotTrace& trace : plot.Traces()) {
       if (IsTold(trace)) all.push_back({trace.name, &trace});
     }
@@ -107,7 +137,7 @@ std::vector<Builder::Headed> Builder::Headings() const {
 
 // Beside what stands in the row already, or in a new one.
 void Builder::PlaceHeaded(const Headed& one, int& left) {
-  surface.textScale = one.isNote ? SmallText : 1.0;
+  surface.textScale = one.isNote ? SmallText * out.letters : out.letters;
   const int swatch = one.trace == nullptr ? 0 : line;
   const int lead = swatch == 0 ? 0 : swatch + gap;
   const std::string text = Fitted(surface, one.text, area.width - lead);
@@ -121,7 +151,7 @@ void Builder::PlaceHeaded(const Headed& one, int& left) {
   if (swatch > 0) out.swatches.push_back({{left, top + line / 2 - 1, swatch, 3}, one.trace->colour});
   AddLabel(text, left + lead, top + line - surface.TextSize(text).height, WindowText);
   left += wide + line;
-  surface.textScale = 1.0;
+  surface.textScale = out.letters;
 }
 
 void Builder::PlaceHeading() {
@@ -196,7 +226,7 @@ void Builder::RowMarkerLabels(int frameLeft, int frameRight) {
     *free = left + wide + gap;
     const int row = static_cast<int>(free - ends.begin());
     rows = std::max(rows, row + 1);
-    rowed.push_back({text, {left, row, wide, line}, WindowText});
+    rowed.push_back({text, {left, row, wide, line}, WindowText, out.letters});
   }
   if (!plot.handles.empty()) rows = RowsAtMost();
 }
@@ -227,12 +257,27 @@ void Builder::AddLying(int place, LineStyle style, Colour colour) {
   out.lines.push_back({out.frame.left, place, out.frame.width, false, style, colour});
 }
 
+void Builder::AddUpright(int place, LineStyle style, Colour colour) {
+  out.lines.push_back({place, out.frame.top, out.frame.height, true, style, colour});
+}
+
+void Builder::PlaceEvenLines() {
+  if (!plot.Grid()) return;
+  const PlotGrid& parts = *plot.Grid();
+  for (int k = 1; k < parts.columns; ++k) {
+    AddUpright(out.frame.left + k * out.frame.width / parts.columns, inks.grid, inks.line);
+  }
+  for (int k = 1; k < parts.rows; ++k) {
+    AddLying(out.frame.top + k * out.frame.height / parts.rows, inks.grid, inks.line);
+  }
+}
+
 void Builder::PlaceSmall() {
   constexpr int lines = 4;
   out.frame = area;
   PlaceScales();
   for (const PlotTick& tick : TicksOf(plot.YAxis(), lines)) {
-    AddLying(RowOf(tick.at), LineStyle::Solid, GridLine);
+    AddLying(RowOf(tick.at), inks.grid, inks.line);
   }
 }
 
@@ -240,7 +285,11 @@ void Builder::PlaceYTicks() {
   const auto ticks = TicksOf(plot.YAxis(), MostRows());
   for (std::size_t i = 0; i < ticks.size(); ++i) {
     const int place = RowOf(ticks[i].at);
-    AddLying(place, LineStyle::Solid, GridLine);
+    if (plot.Grid()) {
+      out.lines.push_back({out.frame.left - gap / 2, place, gap / 2, false, LineStyle::Solid, GrayText});
+    } else {
+      AddLying(place, inks.grid, inks.line);
+    }
     const std::string text = TickText(ticks, i, plot.YAxis().unit);
     AddLabel(text, out.frame.left - gap - Width(text), place - line / 2, WindowText);
   }
@@ -263,7 +312,11 @@ void Builder::PlaceXTicks() {
   const auto ticks = TicksOf(plot.XAxis(), std::clamp(out.frame.width / (widest + line), 2, MostTicks));
   for (std::size_t i = 0; i < ticks.size(); ++i) {
     const int place = ColumnOf(ticks[i].at);
-    out.lines.push_back({place, out.frame.top, out.frame.height, true, LineStyle::Solid, GridLine});
+    if (plot.Grid()) {
+      out.lines.push_back({place, out.frame.Bottom(), gap / 2, true, LineStyle::Solid, GrayText});
+    } else {
+      AddUpright(place, inks.grid, inks.line);
+    }
     const int left = std::max(out.frame.left - gap, place - Width(ticks[i].text) / 2);
     const std::string text = TickText(ticks, i, plot.XAxis().unit);
     AddLabel(text, left, out.frame.Bottom() + gap, WindowText);
@@ -275,7 +328,7 @@ void Builder::PlaceVerticalMarkers() {
   for (const PlotMarker& marker : Within(plot.XAxis(), plot.VerticalMarkers())) {
     const int place = ColumnOf(marker.at);
     out.lines.push_back(
-        {place, out.frame.top - rise, out.frame.height + rise, true, LineStyle::Dotted, WindowText});
+        {place, out.frame.top - rise, out.frame.height + rise, true, LineStyle::Dotted, inks.letters});
   }
   for (PlotLabel label : rowed) {
     label.area.top = out.frame.top - line / 2 - (label.area.top + 1) * line;
@@ -292,10 +345,11 @@ void Builder::PlaceHorizontalMarkers() {
   int next = out.frame.top - line / 2;
   for (const PlotMarker& marker : markers) {
     const int place = RowOf(marker.at);
-    AddLying(place, LineStyle::Dotted, WindowText);
+    AddLying(place, LineStyle::Dotted, inks.letters);
     const std::string text = Fitted(surface, marker.label, area.Right() - left);
     if (text.empty() || (static_cast<int>(labels.size()) + 1) * line > out.frame.height) continue;
-    labels.push_back({text, {left, std::max(place - line / 2, next), Width(text), line}, WindowText});
+    labels.push_back(
+        {text, {left, std::max(place - line / 2, next), Width(text), line}, WindowText, out.letters});
     next = labels.back().area.Bottom();
   }
   int lowest = out.frame.Bottom();
@@ -306,7 +360,28 @@ void Builder::PlaceHorizontalMarkers() {
   out.labels.insert(out.labels.end(), labels.begin(), labels.end());
 }
 
+// In the upper right corner, where spectra are low; as many as there is room for.
+void Builder::PlaceNames() {
+  if (!plot.screen) return;
+  int right = out.frame.Right() - line / 2;
+  const int top = out.frame.top + line / 3;
+  for (auto trace = plot.Traces().rbegin(); trace != plot.Traces().rend(); ++trace) {
+    const int left = right - Width(trace->name);
+    if (!IsTold(*trace) || left - line - gap < out.frame.left || top + line > out.frame.Bottom()) continue;
+    AddLabel(trace->name, left, top, trace->colour);
+    out.swatches.push_back({{left - line - gap, top + line / 2 - 1, line, 3}, trace->colour});
+    right = left - 2 * line - gap;
+  }
+}
+
 }  // namespace
+
+const PlotInks& InksOf(const Plot& plot) { return plot.screen ? ScreenInks : ThemeInks; }
+
+PlotRoom DesignRoom(const Plot& plot) {
+  if (plot.small) return {8, 5};
+  return plot.large ? PlotRoom{84, 24} : PlotRoom{56, 18};
+}
 
 const PlotScale& PlotLayout::ScaleFor(const PlotTrace& trace) const {
   const auto found = std::ranges::find_if(own, [&](const auto& one) { return one.first == trace.yAxis; });
@@ -314,19 +389,22 @@ const PlotScale& PlotLayout::ScaleFor(const PlotTrace& trace) const {
 }
 
 PlotLayout LayOut(const Plot& plot, Surface& surface, const Rectangle& area) {
+  surface.textScale = LettersOf(plot, surface, area);
   Builder builder{plot, surface, area};
-  builder.out.area = area;
   if (plot.small) {
     builder.PlaceSmall();
     return std::move(builder.out);
   }
   builder.PlaceHeading();
   builder.PlaceFrame();
+  builder.PlaceEvenLines();
   builder.PlaceYTicks();
   builder.PlaceRightTicks();
   builder.PlaceXTicks();
   builder.PlaceVerticalMarkers();
   builder.PlaceHorizontalMarkers();
+  builder.PlaceNames();
+  surface.textScale = 1.0;
   return std::move(builder.out);
 }
 

@@ -30,9 +30,23 @@ struct PlotSwatch {
   Colour colour;
 };
 
+// The colours of what lies in a plot's frame.
+struct PlotInks {
+  Colour ground, border, line, letters, cursor, pass, stop, bar;
+  LineStyle grid;
+};
+const PlotInks& InksOf(const Plot& plot);
+
+// The room for which a plot is designed, in digits and in lines of text.
+struct PlotRoom {
+  int digits, lines;
+};
+PlotRoom DesignRoom(const Plot& plot);
+
 struct PlotLayout {
   Rectangle area, frame;
-  PlotScale x, y;  // between the middles of the frame's outermost pixels
+  double letters = 1.0;  // how large, against the surface's font
+  PlotScale x, y;        // between the middles of the frame's outermost pixels
   // Of the curves that have a range of their own, in their order.
   std::vector<std::pair<PlotAxis, PlotScale>> own;
   const PlotScale& ScaleFor(const PlotTrace& trace) const;

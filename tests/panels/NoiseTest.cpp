@@ -257,7 +257,9 @@ TEST_F(Noise, ABandActsWhereItsCaptionAndItsHandleSay) {
   for (int bandwidth = 0; bandwidth < 6; ++bandwidth) {
     Edit("bandwidthIndex", std::to_string(bandwidth));
     const PlotScale scale(Picture().XAxis(), 0, 1e6);
-    const PlotLayout layout{{}, {0, 0, 1000001, 100}, scale, scale, {}, {}, {}, {}};
+    PlotLayout layout;
+    layout.frame = {0, 0, 1000001, 100};
+    layout.x = layout.y = scale;
     std::vector<double> said, stand;
     for (int band = 0; band < 20; ++band) {
       const std::string& caption = Band(band).core.Caption();
