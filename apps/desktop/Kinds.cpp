@@ -10,6 +10,7 @@
 #include "desktop/FrameView.h"
 #include "desktop/GraphicButtonView.h"
 #include "desktop/LevelBarView.h"
+#include "desktop/PainterSurface.h"
 #include "desktop/PictureView.h"
 #include "desktop/QtText.h"
 #include "desktop/SliderView.h"
@@ -86,6 +87,19 @@ void BindElided(Binder& binder, vc::Label& label) {
                            .showCaption = [view, &label] { view->ShowWords(ToQt(label.core.Caption())); }});
 }
 
+// On dark or on light, whichever is further from it.
+void ShowColour(QWidget* view, const std::optional<vc::Colour>& colour) {
+  if (!colour) return;
+  const QColor letters = ColourOf(*colour, view->palette());
+  constexpr int amid = 60;  // of 255: with less it is read on light
+  const bool light = qGray(letters.rgb()) < amid;
+  QPalette palette = view->palette();
+  palette.setColor(QPalette::WindowText, letters);
+  palette.setColor(QPalette::Window, light ? QColor(0xF0, 0xF0, 0xF0) : QColor(0x10, 0x12, 0x14));
+  view->setAutoFillBackground(true);
+  view->setPalette(palette);
+}
+
 void BindKind(Binder& binder, vc::Label& label) {
   if (label.elided) return BindElided(binder, label);
   Pane& pane = binder.PaneOf(label.core);
@@ -96,9 +110,12 @@ void BindKind(Binder& binder, vc::Label& label) {
   QSizePolicy policy = view->sizePolicy();
   policy.setRetainSizeWhenHidden(label.keepsRoom);
   view->setSizePolicy(policy);
-  binder.Bind(label.core, {.widget = view, .showCaption = [view, &label] {
-                             view->SetWords(ToQt(vc::WithoutAccessKey(label.core.Caption())));
-                           }});
+  if (label.OwnColour()) view->setContentsMargins(4, 1, 4, 1);
+  binder.Bind(
+      label.core,
+      {.widget = view,
+       .showCaption = [view, &label] { view->SetWords(ToQt(vc::WithoutAccessKey(label.core.Caption()))); },
+       .showValue = [view, &label](std::string_view) { ShowColour(view, label.OwnColour()); }});
 }
 
 void BindKind(Binder& binder, vc::Button& button) {

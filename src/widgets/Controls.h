@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -23,6 +24,14 @@ struct Label {
   bool elided = false;     // stays in one line, without its middle where that is too short
   bool heading = false;    // in large letters, on a splash
   bool keepsRoom = false;  // while it is hidden, so that nothing moves when it comes and goes
+
+  // Letters of a colour that means something, such as a trace's, on the ground on which they are read best;
+  // those of the window where it has none.
+  void SetColour(Colour letters) { core.Store(colour, std::optional(letters), "Colour"); }
+  const std::optional<Colour>& OwnColour() const { return colour; }
+
+ private:
+  std::optional<Colour> colour;
 };
 
 struct TextBox {
