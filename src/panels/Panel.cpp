@@ -1,5 +1,6 @@
 #include "panels/Panel.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace vc {
@@ -35,6 +36,13 @@ void Panel::Fill() {
   }
   filling = false;
   for (const auto& show : shown) show();
+}
+
+bool Panel::OnShow() const {
+  const Forms& forms = context.forms;
+  return std::ranges::any_of(forms.open, [&](const Forms::Entry& entry) {
+    return entry.form == &form && !forms.Hidden(entry);
+  });
 }
 
 void Panel::SwitchIn() const {

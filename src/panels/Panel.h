@@ -89,6 +89,8 @@ struct Panel {
             EditState state = EditState::Settled);
   // Shows what the record says; the control whose edit has led here keeps what it shows.
   void Fill();
+  // On the screen, and not hidden by itself or with what owns it.
+  bool OnShow() const;
   // Whether this control's own edit is under way.
   bool IsSource(const ControlCore& control) const { return source == &control; }
   void Close() { context.forms.Unload(form); }

@@ -1,6 +1,5 @@
 #include "panels/StageLevels.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace vc {
@@ -34,7 +33,7 @@ void StageLevels::Start() {
 }
 
 void StageLevels::Tick() {
-  if (!PanelOnShow()) return Stop();
+  if (!panel.OnShow()) return Stop();
   ++ticks;
   Show();
 }
@@ -48,13 +47,6 @@ void StageLevels::Show() {
     meter.ShowNoUnit();
   }
   if (told) told(reading);
-}
-
-bool StageLevels::PanelOnShow() const {
-  const Forms& forms = panel.context.forms;
-  return std::ranges::any_of(forms.open, [&](const Forms::Entry& entry) {
-    return entry.form == &panel.form && !forms.Hidden(entry);
-  });
 }
 
 void AskForEqualizerLevels(Panel& panel) {

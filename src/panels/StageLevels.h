@@ -27,7 +27,6 @@ struct StageLevels {
  private:
   void Tick();
   void Show();
-  bool PanelOnShow() const;
 
   Panel& panel;
   StageEntries (*entries)(const SystemSettings& settings);
