@@ -10,6 +10,7 @@
 #include "RecordingPrinters.h"
 #include "TempFolder.h"
 #include "TestSession.h"
+#include "host/CairoPictures.h"
 #include "host/PosixSerialPorts.h"
 #include "host/SystemClock.h"
 #include "model/Kinds.h"
@@ -69,7 +70,8 @@ void FullDownload(benchmark::State& state) {
   OnePort ports(paced.link);
   host::PosixFiles files;
   support::RecordingPrinters printers;
-  vc::Session session({clock, loop, desk, ports, files, printers});
+  host::CairoPictures pictures;
+  vc::Session session({clock, loop, desk, ports, files, printers, pictures});
   session.Start();
   session.settings.numFilters = 6;
   const bool hostMade = state.range(0) != 0;

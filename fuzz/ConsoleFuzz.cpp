@@ -11,6 +11,7 @@
 #include "RecordingPrinters.h"
 #include "UnitEnd.h"
 #include "console/Console.h"
+#include "host/CairoPictures.h"
 #include "model/Settings.h"
 #include "widgets/ControlText.h"
 #include "widgets/Plot.h"
@@ -29,7 +30,8 @@ struct Run {
   MemoryFiles files;
   support::VirtualPorts ports{clock, support::EndOf(unit)};
   support::RecordingPrinters printers;
-  vc::Session session{{clock, loop, desk, ports, files, printers}};
+  host::CairoPictures pictures;
+  vc::Session session{{clock, loop, desk, ports, files, printers, pictures}};
   console::Console face{session, desk, loop, out};
 
   std::string Say(const std::string& line) {

@@ -8,6 +8,7 @@
 #include "QuietDesk.h"
 #include "RecordPromises.h"
 #include "RecordingPrinters.h"
+#include "host/CairoPictures.h"
 #include "host/TimerLoop.h"
 #include "model/Settings.h"
 #include "shell/Session.h"
@@ -26,7 +27,8 @@ struct Run {
   MemoryFiles files;
   support::VirtualPorts ports{clock, unit.End()};
   support::RecordingPrinters printers;
-  vc::Session session{{clock, loop, desk, ports, files, printers}};
+  host::CairoPictures pictures;
+  vc::Session session{{clock, loop, desk, ports, files, printers, pictures}};
 
   explicit Run(Input answers) : unit(answers) { unit.line = &ports.state; }
 };

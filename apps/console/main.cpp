@@ -8,6 +8,7 @@
 #include <unistd.h>
 
 #include "console/Console.h"
+#include "host/CairoPictures.h"
 #include "host/EndSignals.h"
 #include "host/Folders.h"
 #include "host/PdfPrinters.h"
@@ -79,7 +80,8 @@ int RunConsole() {
   console::ConsoleDesk desk(std::cout, clock, folders);
   host::PosixFiles files;
   host::PdfPrinters printers(files);
-  vc::Session session({clock, loop, desk, ports, files, printers});
+  host::CairoPictures pictures;
+  vc::Session session({clock, loop, desk, ports, files, printers, pictures});
   console::Console face(session, desk, loop, std::cout);
 
   session.Start();

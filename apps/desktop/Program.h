@@ -6,6 +6,7 @@
 #include "desktop/FormWindows.h"
 #include "desktop/QtDesk.h"
 #include "desktop/QtEventLoop.h"
+#include "desktop/QtPictures.h"
 #include "desktop/QtPrinters.h"
 #include "host/Folders.h"
 #include "host/PosixFiles.h"
@@ -27,7 +28,8 @@ struct Program {
   host::PosixSerialPorts ports{{.linkFolder = folders.executable + "/ports"}};
   host::PosixFiles files;
   QtPrinters printers{files};
-  vc::Session session{{clock, events, desk, ports, files, printers}};
+  QtPictures pictures;
+  vc::Session session{{clock, events, desk, ports, files, printers, pictures}};
   FormWindows windows{session.forms};
 };
 

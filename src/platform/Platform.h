@@ -5,6 +5,7 @@
 #include "platform/Desk.h"
 #include "platform/EventLoop.h"
 #include "platform/Files.h"
+#include "platform/Pictures.h"
 #include "platform/Printing.h"
 #include "platform/SerialPort.h"
 
@@ -17,6 +18,7 @@ struct Platform {
   SerialPorts& ports;
   Files& files;
   Printers& printers;
+  Pictures& pictures;
 };
 
 }  // namespace vc

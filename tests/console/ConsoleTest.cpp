@@ -8,6 +8,7 @@
 #include "TempFolder.h"
 #include "VirtualLine.h"
 #include "console/Console.h"
+#include "host/CairoPictures.h"
 #include "host/PosixFiles.h"
 #include "model/Settings.h"
 
@@ -24,7 +25,8 @@ struct Consoles : testing::Test {
   support::VirtualPorts ports{clock, unit.End()};
   host::PosixFiles files;
   support::RecordingPrinters printers;
-  vc::Session session{{clock, loop, desk, ports, files, printers}};
+  host::CairoPictures pictures;
+  vc::Session session{{clock, loop, desk, ports, files, printers, pictures}};
   Console face{session, desk, loop, out};
 
   Consoles() {

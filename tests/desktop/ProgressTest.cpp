@@ -17,6 +17,7 @@
 #include "UnitEnd.h"
 #include "VirtualClock.h"
 #include "desktop/QtDesk.h"
+#include "host/CairoPictures.h"
 #include "host/PosixFiles.h"
 #include "host/TimerLoop.h"
 #include "shell/Session.h"
@@ -205,7 +206,8 @@ TEST(ProgressOfASession, TheFirstDownloadIsShownInTheSplashAndGoneWhenTheMasterP
   QtDesk desk(clock, {PROGRAM_FOLDER, folder.Path()});
   host::PosixFiles files;
   support::RecordingPrinters printers;
-  vc::Session session({clock, loop, desk, ports, files, printers});
+  host::CairoPictures pictures;
+  vc::Session session({clock, loop, desk, ports, files, printers, pictures});
   const FormWindows shownWindows(session.forms);
   windows = &shownWindows;
   splash = &session.windows.FormOf("FrmSplash");

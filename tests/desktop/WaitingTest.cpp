@@ -17,6 +17,7 @@
 #include "desktop/FormWindows.h"
 #include "desktop/QtDesk.h"
 #include "desktop/QtEventLoop.h"
+#include "host/CairoPictures.h"
 #include "host/PosixFiles.h"
 #include "shell/Session.h"
 
@@ -33,7 +34,8 @@ struct Waiting : testing::Test {
   QtDesk desk{clock, {PROGRAM_FOLDER, folder.Path()}};
   host::PosixFiles files;
   support::RecordingPrinters printers;
-  vc::Session session{{clock, events, desk, ports, files, printers}};
+  host::CairoPictures pictures;
+  vc::Session session{{clock, events, desk, ports, files, printers, pictures}};
   FormWindows windows{session.forms};
   std::function<void(std::int32_t)> shows = session.device.hooks.waiting;
   std::string note;  // the last that was shown

@@ -10,6 +10,7 @@
 #include "TempFolder.h"
 #include "VirtualClock.h"
 #include "VirtualLine.h"
+#include "host/CairoPictures.h"
 #include "host/TimerLoop.h"
 #include "shell/Session.h"
 
@@ -64,13 +65,27 @@ class TestDesk : public vc::Desk {
   std::string installFolder;
 };
 
+// With a clipboard that keeps what was copied last, as a PNG file.
+class TestPictures : public host::CairoPictures {
+ public:
+  bool Copy(const vc::Size& size, const vc::Drawing& drawing) override {
+    if (!clipboard) return false;
+    copied = Draw(vc::PictureFormat::Png, size, drawing);
+    return !copied.empty();
+  }
+
+  bool clipboard = true;
+  std::string copied;
+};
+
 struct TestSession {
   // In a folder of its own, or in one that other sessions use before, after or beside it.
   // With files of its own where others are not given.
   explicit TestSession(FarEnd end, const std::string& sharedFolder = {}, vc::Files* otherFiles = nullptr)
       : desk(sharedFolder.empty() ? folder.Path() : sharedFolder),
         ports(clock, std::move(end)),
-        session({clock, loop, desk, ports, otherFiles == nullptr ? files : *otherFiles, printers}) {}
+        session({clock, loop, desk, ports, otherFiles == nullptr ? files : *otherFiles, printers, pictures}) {
+  }
 
   TempFolder folder;
   VirtualClock clock;
@@ -79,6 +94,7 @@ struct TestSession {
   VirtualPorts ports;
   FaultyFiles files;
   RecordingPrinters printers;
+  TestPictures pictures;
   vc::Session session;
 };
 
