@@ -14,6 +14,9 @@ using vc::SystemSettings;
 template <typename T>
 bool StandsAnyway(const vc::Rule& rule, T value) {
   if (std::holds_alternative<vc::rules::WhenEdited>(rule)) return true;
+  if (const auto* ranges = std::get_if<vc::rules::LoadedOrEdited>(&rule)) {
+    return value >= ranges->loaded.lower && value <= ranges->loaded.upper;
+  }
   const auto* within = std::get_if<vc::rules::WithinOr>(&rule);
   return within != nullptr && static_cast<double>(value) == within->other;
 }

@@ -15,6 +15,7 @@ using namespace rules;
 
 constexpr Initial Kept{0, 0, true};
 constexpr Initial FirstOnly{1, 0};
+constexpr LoadedOrEdited AnalyzerGain{.loaded = {-40, 0}, .edited = {0, 40}};
 constexpr double LargestFloat = std::numeric_limits<float>::max();
 
 Bounds FromZero(const S& settings, int, int) { return {0, static_cast<double>(settings.bandwidthHz)}; }
@@ -117,9 +118,9 @@ constexpr std::array rows{
     Field<&S::specAverages>("specAverages", 1, Mask{15}, Whole),
     Field<&S::specDisplayMode>("specDisplayMode", 0, Within{0, 2}, Whole),
     Field<&S::specRun>("specRun", 1, Mask{1}, Whole),
-    Field<&S::blueGain>("blueGain", 0, Within{-40, 0}, Whole),
+    Field<&S::blueGain>("blueGain", 0, AnalyzerGain, Whole),
     Field<&S::blueSignal>("blueSignal", 2, Mask{31}, Whole),
-    Field<&S::yellowGain>("yellowGain", 0, Within{-40, 0}, Whole),
+    Field<&S::yellowGain>("yellowGain", 0, AnalyzerGain, Whole),
     Field<&S::yellowSignal>("yellowSignal", 0, Mask{31}, Whole),
     Field<&S::averagerMode>("averagerMode", 0, Any{}, Whole),
     // Kinds and switches of the chain.
@@ -196,7 +197,7 @@ constexpr std::array rows{
     Field<&S::sifROSSelect>("sifROSSelect", 0, Within{0, 3}, Stage),
     Field<&S::sifModeSelect>("sifModeSelect", 0, Mask{1}, Stage),
     Field<&S::sifAverages>("sifAverages", 0, Mask{7}, Stage),
-    Field<&S::sifGain>("sifGain", 0, Within{-40, 0}, Stage),
+    Field<&S::sifGain>("sifGain", 0, AnalyzerGain, Stage),
     // Parametric filters and equalizers.
     Field<&S::parCenter>("parCenter", 0.25, Within{0, 0.45}, Stage),
     Field<&S::parRatio>("parRatio", 1.5, Within{0.29, 6}, Stage),

@@ -39,7 +39,7 @@ Bounds Fitting(Bounds bounds, Bounds type) {
   return bounds;
 }
 
-// The range that the rule names, for a number of that type.
+// The range that the rule names for a load, of a number of that type.
 Bounds BoundsNow(const Rule& rule, const SystemSettings& settings, int i, int j, Bounds type) {
   const auto law = Either{
       [&](const rules::Any&) { return type; },
@@ -51,6 +51,7 @@ Bounds BoundsNow(const Rule& rule, const SystemSettings& settings, int i, int j,
       },
       [&](const rules::FollowsField& follows) { return follows.bounds(settings, i, j); },
       [&](const rules::FollowsLimits& follows) { return follows.bounds(settings, i, j); },
+      [&](const rules::LoadedOrEdited& ranges) { return ranges.loaded; },
       [&](const rules::Derived&) { return type; },
       [&](const auto& within) {
         return Bounds{within.lower, within.upper};
@@ -115,12 +116,21 @@ const FieldRow* FindField(std::string_view name) {
 
 bool IsDerived(const FieldRow& row) { return std::holds_alternative<rules::Derived>(row.rule); }
 
-std::optional<Bounds> FieldRange(const SystemSettings& settings, const FieldRow& row, int i, int j) {
+std::optional<Bounds> LoadedRange(const SystemSettings& settings, const FieldRow& row, int i, int j) {
   const auto type = TypeBounds(row.value(settings, i, j));
   if (!type || IsDerived(row)) return std::nullopt;
-  const auto* follows = std::get_if<rules::FollowsLimits>(&row.rule);
-  if (follows != nullptr && follows->asked != nullptr) return Fitting(follows->asked(settings, i, j), *type);
   return BoundsNow(row.rule, settings, i, j, *type);
+}
+
+std::optional<Bounds> FieldRange(const SystemSettings& settings, const FieldRow& row, int i, int j) {
+  const auto range = LoadedRange(settings, row, i, j);
+  if (!range) return range;
+  const auto* follows = std::get_if<rules::FollowsLimits>(&row.rule);
+  if (follows != nullptr && follows->asked != nullptr) {
+    return Fitting(follows->asked(settings, i, j), *TypeBounds(row.value(settings, i, j)));
+  }
+  const auto* ranges = std::get_if<rules::LoadedOrEdited>(&row.rule);
+  return ranges == nullptr ? range : ranges->edited;
 }
 
 void StoreValue(FieldRef target, const FieldValue& value) {

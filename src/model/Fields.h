@@ -22,7 +22,7 @@ struct Bounds {
 // The range of element (i, j) that the record gives at this moment.
 using BoundsLaw = Bounds (*)(const SystemSettings& settings, int i, int j);
 
-// What keeps a field in its range. The first seven are applied by ValidateSettings.
+// What keeps a field in its range. ValidateSettings applies all but FollowsLimits.
 namespace rules {
 struct Any {};  // any value of its type; a NaN becomes the default
 struct Mask {
@@ -50,12 +50,16 @@ struct FollowsLimits {
 struct WhenEdited {
   double lower, upper;  // binds edits only; a loaded value stands until its panel opens
 };
+struct LoadedOrEdited {
+  Bounds loaded;  // a load moves the value in here
+  Bounds edited;  // an edit may set these, which then stand until the next load
+};
 struct Derived {};  // never edited from outside, never saved, never validated
 }  // namespace rules
 
-using Rule =
-    std::variant<rules::Any, rules::Mask, rules::Flag, rules::Within, rules::WithinOr, rules::OutsideBecomes,
-                 rules::FollowsField, rules::FollowsLimits, rules::WhenEdited, rules::Derived>;
+using Rule = std::variant<rules::Any, rules::Mask, rules::Flag, rules::Within, rules::WithinOr,
+                          rules::OutsideBecomes, rules::FollowsField, rules::FollowsLimits, rules::WhenEdited,
+                          rules::LoadedOrEdited, rules::Derived>;
 
 // What InitSettings stores, before the rules move it into its range. Texts become empty.
 struct Initial {
@@ -112,8 +116,11 @@ void StoreValue(FieldRef target, const FieldValue& value);
 
 // True for a field that is computed or belongs to the run: no edit by name may store it.
 bool IsDerived(const FieldRow& row);
-// The range of an element at this moment, always inside its type's own. Nothing for texts and derived fields.
+// The range of an element for edits at this moment, always inside its type's own. Nothing for texts and
+// derived fields.
 std::optional<Bounds> FieldRange(const SystemSettings& settings, const FieldRow& row, int i, int j);
+// The same for what a load leaves.
+std::optional<Bounds> LoadedRange(const SystemSettings& settings, const FieldRow& row, int i, int j);
 
 // A value, or an element, as a number; a text raises a Fault.
 double AsNumber(const FieldValue& value);

@@ -36,7 +36,8 @@ void TakeBack(SystemSettings& settings, const FieldRow& row, int i, int j) {
   if (found == settings.loans.end()) return;
   Exchange(settings, *found);
   settings.loans.erase(found);
-  ApplyRule(settings, row);
+  const bool edited = std::holds_alternative<rules::LoadedOrEdited>(row.rule);
+  if (!edited) ApplyRule(settings, row);  // this is no load
 }
 
 FieldValue OperatorsValue(const SystemSettings& settings, const FieldRow& row, int i, int j) {

@@ -32,8 +32,8 @@ bool IsLent(const SystemSettings& settings, const FieldRow& row, int i, int j);
 // already: of two borrowers each would believe the unit to be set as it wants, and what the operator gets
 // back would depend on which of them ends first.
 void Lend(SystemSettings& settings, const FieldRow& row, int i, int j);
-// The operator's value stands again, moved into the range that it has at this moment. Nothing where it is not
-// lent.
+// The operator's value stands again, moved into the range that it has at this moment, if that is not one of
+// loads alone. Nothing where it is not lent.
 void TakeBack(SystemSettings& settings, const FieldRow& row, int i, int j);
 
 // Element (i, j) as the operator has it, lent or not.

@@ -9,6 +9,7 @@
 #include "Outing.h"
 #include "analysis/FieldLease.h"
 #include "model/FieldAccess.h"
+#include "model/Settings.h"
 
 namespace vc {
 namespace {
@@ -58,6 +59,21 @@ TEST_F(Lending, GoesToOneAtATimeAllOrNothing) {
   EXPECT_EQ(Values(), Own);
   const FieldLease next(record, more);
   EXPECT_EQ(record.averagerMode, 4);
+}
+
+// A gain above 0 dB is for edits alone: whoever has lent it gets it back, and a load does not bring it.
+TEST_F(Lending, AGainThatWasEditedComesBackAsItWas) {
+  Edit("yellowGain", "20");
+  const std::array<BorrowedValue, 1> gain{{{&RowOf<&SystemSettings::yellowGain>(), 5}}};
+  FieldLease(record, gain).Release();
+  EXPECT_EQ(record.yellowGain, 20);
+  session.history.Undo();
+  session.history.Redo();
+  EXPECT_EQ(record.yellowGain, 20);
+  record.blueGain = -30;
+  ValidateSettings(record);
+  EXPECT_EQ(record.yellowGain, 0);
+  EXPECT_EQ(record.blueGain, -30);
 }
 
 TEST_F(Lending, UndoAndRedoPassItBy) {

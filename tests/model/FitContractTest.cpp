@@ -113,7 +113,7 @@ std::string WordsOutsideRange(const SystemSettings& s) {
     if (!OfWords(row, s) || IsDerived(row) || std::holds_alternative<rules::WhenEdited>(row.rule)) continue;
     ForEachElement(row, [&](int i, int j) {
       const auto word = std::get<std::int16_t>(row.value(s, i, j));
-      const Bounds range = FieldRange(s, row, i, j).value();
+      const Bounds range = LoadedRange(s, row, i, j).value();
       if (word < range.lower || word > range.upper) names += std::string(row.name) + " ";
     });
   }
