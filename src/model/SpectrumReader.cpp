@@ -43,14 +43,18 @@ void SpectrumReader::Step(const PolledRequest& request, RawTrace* secondTrace) {
       request, 0, [this](const std::string& reply) { device.DecodeStatusHead(reply); },
       [&](const std::string& reply) {
         const bool first = reply.starts_with(token::FirstSpectrum);
-        if (RawTrace* const trace = first ? &RawTrace1 : secondTrace; trace != nullptr) TakeTrace(*trace);
+        RawTrace* const trace = first ? &RawTrace1 : secondTrace;
+        if (trace != nullptr && TakeTrace(*trace)) ++(first ? Replies1 : Replies2);
       });
 }
 
-void SpectrumReader::TakeTrace(RawTrace& trace) {
+// False where the body is not there as a whole.
+bool SpectrumReader::TakeTrace(RawTrace& trace) {
   RawTrace body{};
   const std::int16_t count = device.portLibrary.ReadComm(device.comm.CommPortId, body);
-  if (count == static_cast<std::int16_t>(body.size())) trace = body;
+  const bool whole = count == static_cast<std::int16_t>(body.size());
+  if (whole) trace = body;
+  return whole;
 }
 
 }  // namespace vc

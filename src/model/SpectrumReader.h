@@ -17,8 +17,9 @@ using RawTrace = std::array<std::uint8_t, SpectrumLines>;
 struct SpectrumReader {
   SpectrumReader(const SystemSettings& record, modDeviceComm& link);
 
-  std::int16_t SpecChannelToggle = 0;  // 0 or 1, channel of the last request
-  RawTrace RawTrace1{}, RawTrace2{};   // of channels 0 and 1
+  std::int16_t SpecChannelToggle = 0;   // 0 or 1, channel of the last request
+  RawTrace RawTrace1{}, RawTrace2{};    // of channels 0 and 1
+  unsigned Replies1 = 0, Replies2 = 0;  // how many of each have come, so that a new one can be told
 
   // One step of the polled request: of the channel that is displayed, or of both in turn.
   void RequestSpectrumData();
@@ -28,7 +29,7 @@ struct SpectrumReader {
 
  private:
   void Step(const PolledRequest& request, RawTrace* secondTrace);
-  void TakeTrace(RawTrace& trace);
+  bool TakeTrace(RawTrace& trace);
 
   const SystemSettings& settings;
   modDeviceComm& device;
