@@ -7,8 +7,10 @@
 #include "model/BuiltRows.h"
 #include "model/KindChange.h"
 #include "model/Kinds.h"
+#include "model/Loans.h"
 #include "model/RecordEdits.h"
 #include "model/Settings.h"
+#include "model/SignalCode.h"
 
 namespace vc {
 
@@ -73,6 +75,13 @@ void Taps(RecordEdits& edits, int stage, std::int16_t taps) {
   }
 }
 
+// What a panel has borrowed stays its own.
+void MeasureDefaults(SystemSettings& settings) {
+  const OperatorsTurn turn(settings);
+  settings.yellowSignal = DefaultYellowSignal;
+  settings.blueSignal = DefaultBlueSignal(settings.configMode);
+}
+
 }  // namespace
 
 void Bandwidth(RecordEdits& edits, const SystemSettings& before, int /*i*/) {
@@ -80,10 +89,11 @@ void Bandwidth(RecordEdits& edits, const SystemSettings& before, int /*i*/) {
   edits.config.ConfigureStages(false);
 }
 
-// From Stereo Linked to Stereo Independent nothing is laid out anew: the difference is all that has to go
-// out.
+// The analyzer measures what it does by default, since what it measured may be no more. From Stereo Linked to
+// Stereo Independent nothing is laid out anew: the difference is all that has to go out.
 void Configuration(RecordEdits& edits, const SystemSettings& before, int i) {
   if (edits.settings.configMode == before.configMode) return;
+  MeasureDefaults(edits.settings);
   const bool unlinked = before.configMode == ConfigMode::StereoLinked &&
                         edits.settings.configMode == ConfigMode::StereoIndependent;
   if (unlinked) {
