@@ -20,10 +20,13 @@ int RunningEntry(const SystemSettings& settings, int stage) {
   return linkedRight ? stage - PairStages : stage;
 }
 
+bool Holds(int coefficients, std::int16_t block) {
+  return static_cast<std::size_t>(block) * CoefBlockSize < static_cast<std::size_t>(coefficients);
+}
+
 std::int16_t NextBlock(std::int16_t block, int coefficients) {
-  const std::size_t next = static_cast<std::size_t>(block + 1) % CoefBlocks;
-  const auto lastIndex = static_cast<std::size_t>(coefficients - 1);
-  return next * CoefBlockSize > lastIndex ? std::int16_t{0} : static_cast<std::int16_t>(next);
+  const auto next = static_cast<std::int16_t>(static_cast<std::size_t>(block + 1) % CoefBlocks);
+  return Holds(coefficients, next) ? next : std::int16_t{0};
 }
 
 // The unit keeps a page of coefficients for each place in its chain.
@@ -46,22 +49,42 @@ CoefReader::CoefReader(SystemSettings& record, modDeviceComm& link, CoefHooks wi
 
 void CoefReader::Display(int stage) {
   const auto chosen = static_cast<std::int16_t>(stage - 1);
-  if (std::exchange(coefFilterIndex, chosen) == chosen) return;
+  if (std::exchange(coefFilterIndex, chosen) != chosen) Clear();
+}
+
+void CoefReader::Clear() {
   CoefReadback.fill(0);
   CoefBlockCounter = 0;
+  ++revision;
 }
 
 bool CoefReader::RequestCoefBlock(int stage, std::int16_t& blockCounter, CoefSpan destination) {
   if (!device.comm.CommPortOpen) return false;
   const int known = std::clamp(stage, 1, FilterStages);
-  if (device.ReplyTicksLeft == 0) blockCounter = NextBlock(blockCounter, CoefficientCount(settings, known));
+  const auto address = [&] { return AddressOf(settings.configMode, known, blockCounter); };
+  if (device.ReplyTicksLeft == 0) {
+    const int count = CoefficientCount(settings, known);
+    if (!owed || !Holds(count, blockCounter)) blockCounter = NextBlock(blockCounter, count);
+    owed = true;
+    asked = address();
+  }
   device.PollStep(
-      CoefRequest, AddressOf(settings.configMode, known, blockCounter),
-      [this](const std::string& reply) { device.DecodeStatusHead(reply); },
+      CoefRequest, asked, [this](const std::string& reply) { device.DecodeStatusHead(reply); },
+      // A reply does not say which block it is: it is the one that was asked for, of a stage that may not be
+      // wanted any more.
       [&](const std::string&) {
-        blockTaken = device.portLibrary.DownloadCoefs(device.comm.CommPortId, destination);
+        if (asked == address()) TakeBlock(blockCounter, destination);
       });
   return true;
+}
+
+void CoefReader::TakeBlock(std::int16_t block, CoefSpan destination) {
+  const auto place = destination.subspan(static_cast<std::size_t>(block) * CoefBlockSize, CoefBlockSize);
+  std::array<std::int32_t, CoefBlockSize> before{};
+  std::ranges::copy(place, before.begin());
+  if (!device.portLibrary.DownloadCoefs(device.comm.CommPortId, destination)) return;
+  owed = false;
+  if (!std::ranges::equal(place, before)) ++revision;
 }
 
 bool CoefReader::ReadFilterCoefficients(int stage, CoefSpan destination) {
@@ -74,7 +97,9 @@ bool CoefReader::ReadFilterCoefficients(int stage, CoefSpan destination) {
   const std::int16_t adaptation = Freeze(entry);
   device.DrainPendingReply();
   std::vector<std::int32_t> blocks(CoefCapacity);
+  const bool owedToPoll = std::exchange(owed, false);
   const bool complete = ReadBlocks(stage, CoefSpan(blocks));
+  owed = owedToPoll;
   if (complete) std::ranges::copy(blocks, destination.begin());
   Thaw(entry, adaptation);
   hooks.mainTimer(timerWanted);
@@ -125,7 +150,6 @@ bool CoefReader::ReadBlocks(int stage, CoefSpan blocks) {
 
 bool CoefReader::ReadNextBlock(int stage, std::int16_t& blockCounter, CoefSpan blocks) {
   constexpr std::int32_t stepHundredths = 5;
-  blockTaken = false;
   bool going = RequestCoefBlock(stage, blockCounter, blocks);
   while (going && device.ReplyTicksLeft != 0) {
     device.portLibrary.WaitHundredths(stepHundredths);
@@ -134,7 +158,7 @@ bool CoefReader::ReadNextBlock(int stage, std::int16_t& blockCounter, CoefSpan b
     // A handler that has spoken to the unit has drained the reply away.
     going = device.ReplyTicksLeft != 0 && !hooks.ending() && RequestCoefBlock(stage, blockCounter, blocks);
   }
-  return going && blockTaken;
+  return going && !owed;
 }
 
 }  // namespace vc

@@ -34,13 +34,17 @@ struct CoefReader {
   std::array<std::int32_t, CoefCapacity> CoefReadback{};  // of the stage on display
   std::int16_t CoefBlockCounter = 0;                      // 0..31, block being read
   std::int16_t coefFilterIndex = 0;                       // stage on display, counted from 0
+  unsigned revision = 0;                                  // counts the changes of CoefReadback
 
   // One step of the polled request for the next block of a stage (1..6, the nearest where it is none). The
   // blocks go round by the stage's size; a step with no reply outstanding moves the counter on and asks, so
-  // that a counter of 0 makes block 1 of a large stage the first one. False where the port is closed.
+  // that a counter of 0 makes block 1 of a large stage the first one. A block that has not come, or that was
+  // asked of another stage, is asked for again. False where the port is closed.
   bool RequestCoefBlock(int stage, std::int16_t& blockCounter, CoefSpan destination);
   // Puts a stage (1..6) on display; what was read of another one goes.
   void Display(int stage);
+  // What was read of the stage on display goes, and its reading begins anew.
+  void Clear();
   // One step for the stage on display.
   void PollDisplayed() { RequestCoefBlock(coefFilterIndex + 1, CoefBlockCounter, CoefReadback); }
 
@@ -56,12 +60,14 @@ struct CoefReader {
   void SetAdaptation(int entry, std::int16_t adaptation);
   void HoldTimer();
   bool ReadBlocks(int stage, CoefSpan blocks);
+  void TakeBlock(std::int16_t block, CoefSpan destination);
   bool ReadNextBlock(int stage, std::int16_t& blockCounter, CoefSpan blocks);
 
   SystemSettings& settings;
   modDeviceComm& device;
   bool reading = false;
-  bool blockTaken = false;   // since the last request of a blocking read
+  bool owed = false;         // the block that was asked for last has not come
+  std::uint16_t asked = 0;   // the address of it
   bool timerWanted = false;  // the main timer ran before a blocking read, or was started under it
 };
 
