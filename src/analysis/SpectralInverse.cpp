@@ -30,7 +30,7 @@ double Octaves(double frequency, double corner) {
 }
 
 // The first two lines and the last one of the analyzer are not trusted.
-Work Measured(const SifTrace& yellowTrace) {
+Work Measured(const SpectrumTrace& yellowTrace) {
   constexpr float tenth = 0.1F, cleared = -1.0F / 256;
   Work SifWork(IfftCapacity, cleared);
   for (int line = 0; line < LastBin; ++line) {
@@ -123,21 +123,11 @@ void ShapeOutput(Work& SifWork, const SifBuild& build) {
 
 }  // namespace
 
-SifTrace YellowTraceOf(const RawTrace& raw) {
-  constexpr float topByte = 192.0F, bytes = 185.0F;
-  SifTrace SifYellowTrace{};
-  for (std::size_t line = 0; line < SifYellowTrace.size(); ++line) {
-    const float below = topByte - static_cast<float>(raw[line]);
-    SifYellowTrace[line] = std::clamp(below / bytes * DeepestSif, 0.0F, DeepestSif);
-  }
-  return SifYellowTrace;
-}
-
-SifTrace BlueTraceOf(DrawnCurve sifCurve, std::int16_t filterAtten) {
+SpectrumTrace BlueTraceOf(DrawnCurve sifCurve, std::int16_t filterAtten) {
   constexpr double fullEffect = 32767, decibels = 20;
   constexpr auto tenth = static_cast<double>(0.1F);
   const double a = filterAtten / fullEffect;
-  SifTrace SifBlueTrace{};
+  SpectrumTrace SifBlueTrace{};
   for (std::size_t line = 0; line < SifBlueTrace.size(); ++line) {
     const double g = std::pow(10.0, static_cast<double>(sifCurve[line]) / decibels);
     const double d = decibels * std::log10(1 - (1 - g) * a);
@@ -156,7 +146,7 @@ SifBuild SifBuildOf(const SystemSettings& settings, int stage) {
           .customCurve = settings.customCurve[stage].items};
 }
 
-SifTrace BuildSpectralInverse(const SifTrace& yellowTrace, const SifBuild& build) {
+SpectrumTrace BuildSpectralInverse(const SpectrumTrace& yellowTrace, const SifBuild& build) {
   Work SifWork = Measured(yellowTrace);
   const auto lo = static_cast<std::int16_t>(build.loAttack + 1);
   const auto hi = static_cast<std::int16_t>(build.hiAttack + 1);
@@ -164,7 +154,7 @@ SifTrace BuildSpectralInverse(const SifTrace& yellowTrace, const SifBuild& build
   ShapeOutside(SifWork, build, lo, hi, top);
   ShapeOutput(SifWork, build);
   const float m = *std::max_element(SifWork.begin(), SifWork.begin() + LastBin + 1);
-  SifTrace sifCurve{};
+  SpectrumTrace sifCurve{};
   for (int line = 0; line < LastBin; ++line) {
     sifCurve[static_cast<std::size_t>(line)] = At(SifWork, line + 1) - m;
   }

@@ -2,24 +2,18 @@
 // The filter's host design makes coefficients of it (model/HostDesign.h).
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <span>
 
+#include "analysis/SpectrumTrace.h"
 #include "model/HostDesign.h"
-#include "model/SpectrumReader.h"
 #include "model/SystemSettings.h"
 
 namespace vc {
 
-// By line of the spectrum, in tenths of a dB below the analyzer's top, 0..700.
-using SifTrace = std::array<float, CurveLines>;
-inline constexpr float DeepestSif = 700.0F;
-
-SifTrace YellowTraceOf(const RawTrace& raw);
 // The response that stands, in tenths of a dB below 0, by how much of the filter counts, 0..32767: that
 // weakens the gain of each line and then, once more, the decibels that come of it.
-SifTrace BlueTraceOf(DrawnCurve sifCurve, std::int16_t filterAtten);
+SpectrumTrace BlueTraceOf(DrawnCurve sifCurve, std::int16_t filterAtten);
 
 namespace sifMode {
 inline constexpr std::int16_t EqualizeVoice = 0, AttackNoise = 1;
@@ -38,8 +32,9 @@ struct SifBuild {
 };
 SifBuild SifBuildOf(const SystemSettings& settings, int stage);
 
-// In dB by line; the largest point is 0, unless that is bin 0, which has no line. Raises a Fault where the
-// grid leaves no room for a ramp or a corner: for a division by zero or a logarithm of zero.
-SifTrace BuildSpectralInverse(const SifTrace& yellowTrace, const SifBuild& build);
+// Of a spectrum in tenths of a dB below the analyzer's top, the response in dB by line; the largest point is
+// 0, unless that is bin 0, which has no line. Raises a Fault where the grid leaves no room for a ramp or a
+// corner: for a division by zero or a logarithm of zero.
+SpectrumTrace BuildSpectralInverse(const SpectrumTrace& yellowTrace, const SifBuild& build);
 
 }  // namespace vc

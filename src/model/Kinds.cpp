@@ -18,7 +18,7 @@ constexpr std::array filterKinds{
     KindRow{"Multiple Notch", "CtlMNotch"},
     KindRow{"Slot", "CtlSlot"},
     KindRow{"Multiple Slot", "CtlMSlot"},
-    KindRow{"Spectral Inverse", "CtlCustomCurve"},
+    KindRow{"Spectral Inverse", "CtlSIF"},
     KindRow{"Hi-Res Graphic", "CtlHiRes"},
     KindRow{"20-Band Graphic", "Ctl20Ban"},
     KindRow{"Tri-Parametric", "CtlParEq"},

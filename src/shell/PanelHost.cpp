@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "analysis/CtlSIF.h"
 #include "panels/AdaptivePanels.h"
 #include "panels/AuxCtl.h"
 #include "panels/BandPanels.h"
@@ -49,7 +50,7 @@ constexpr auto Panels = std::to_array<PanelRow>({{"Ctl2CH", MakeFrom<AdaptivePan
                                                  {"CtlParEq", MakeFrom<ParametricPanel, CtlParEq>},
                                                  {"CtPar2Eq", MakeFrom<ParametricPanel, CtPar2Eq>},
                                                  {"CtlHiRes", MakeFrom<CurvePanel, CtlHiRes>},
-                                                 {"CtlCustomCurve", MakeFrom<CurvePanel, CtlCustomCurve>},
+                                                 {"CtlSIF", Make<CtlSIF>},
                                                  {"CtlEDGE", MakeFrom<CurvePanel, CtlEDGE>},
                                                  {"CtlLCE", MakeFrom<DynamicsPanel, CtlLCE>},
                                                  {"CtlLCE_EQ", MakeFrom<DynamicsPanel, CtlLCE_EQ>},

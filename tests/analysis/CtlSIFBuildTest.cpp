@@ -17,7 +17,7 @@ using testing::Each;
 constexpr int Voice = 0, Noise = 1, Flat = 0, Pink = 1, VoiceShape = 2, Custom = 3;
 
 struct Reckoned {
-  const SifTrace& yellow;
+  const SpectrumTrace& yellow;
   const SifBuild& build;
   int lo = build.loAttack + 1, hi = build.hiAttack + 1;
   int loEdge = std::max(0, lo - Bins(300)), hiEdge = std::min(460, hi + Bins(500));
@@ -60,7 +60,7 @@ struct Reckoned {
 
 struct SpectralInverses : testing::Test {
   std::vector<float> custom = std::vector<float>(461);
-  SifTrace yellow{};
+  SpectrumTrace yellow{};
   SifBuild build{100, 300, Voice, Flat, 16000, 1024, custom};
 };
 
@@ -80,7 +80,7 @@ TEST_F(SpectralInverses, AreWhatIsReckonedInClosedForm) {
                  rate,
                  1024,
                  custom};
-        const SifTrace built = BuildSpectralInverse(yellow, build);
+        const SpectrumTrace built = BuildSpectralInverse(yellow, build);
         const Reckoned reckoned{yellow, build};
         const double most = reckoned.Most();
         for (int line = 0; line < 460; ++line) {
@@ -98,7 +98,7 @@ TEST_F(SpectralInverses, OfAFlatSpectrumAreFlatOrARamp) {
   build.mode = Noise;
   EXPECT_THAT(BuildSpectralInverse(yellow, build), Each(0.0F));
   build.mode = Voice;
-  const SifTrace ramp = BuildSpectralInverse(yellow, build);
+  const SpectrumTrace ramp = BuildSpectralInverse(yellow, build);
   EXPECT_NEAR(ramp[0], -40, 1e-4);
   EXPECT_NEAR(ramp[100 - 19 / 2], -40.0 * 9 / 19, 1e-4);  // 300 Hz are 19 bins
   EXPECT_EQ(ramp[105], 0);
@@ -124,19 +124,7 @@ TEST_F(SpectralInverses, FailWhereThereIsNoRoomForARampOrACorner) {
   EXPECT_TRUE(fails(5, Flat, 0));
 }
 
-TEST(SifTraces, AreTheBytesAndTheCurveInTenthsOfADecibel) {
-  RawTrace raw{};
-  raw[0] = 255;
-  raw[1] = 192;
-  raw[2] = 99;
-  raw[3] = 7;
-  const SifTrace yellow = YellowTraceOf(raw);
-  EXPECT_EQ(yellow[0], 0);
-  EXPECT_EQ(yellow[1], 0);
-  EXPECT_NEAR(yellow[2], 93 / 185.0 * 700, 1e-3);
-  EXPECT_EQ(yellow[3], 700);
-  EXPECT_EQ(yellow[4], 700);
-
+TEST(FilterShape, IsWeakenedTwiceByTheAmount) {
   std::array<float, CurveLines> curve{};
   curve[1] = -20;
   EXPECT_NEAR(BlueTraceOf(curve, 32767)[1], 200, 1e-3);

@@ -12,10 +12,10 @@
 namespace vc {
 namespace {
 
-// Every form with text boxes beside sliders: the panels of the table, and the master panel.
+// Every form with text boxes beside sliders: the panels, and the master panel.
 std::vector<std::string> AllForms() {
-  std::vector<std::string> names{"MasterControl"};
-  for (const PanelRow& row : PanelHost::Rows()) names.emplace_back(row.name);
+  std::vector<std::string> names = support::PanelNames();
+  names.emplace_back("MasterControl");
   return names;
 }
 
@@ -31,13 +31,14 @@ struct Exemption {
   bool showsTheSame;
 };
 constexpr const char* coarse = "shown to a tenth of a decibel, which is coarser than what is stored";
-constexpr std::array<Exemption, 10> Exemptions{
+constexpr std::array<Exemption, 11> Exemptions{
     {{"CtlMNotch.txtAtten", coarse, true},
      {"CtlMSlot.txtAtten", coarse, true},
      {"CtlNoiseReducer.txtAtten", coarse, true},
      {"CtlNoiseEq.txtAtten", coarse, true},
      {"txtFilterGain", coarse, true},
      {"CtlNoiseEq.txtGain", coarse, true},
+     {"CtlSIF.txtRange", "shown in whole percents, which are coarser than what is stored", true},
      {"TransSlope", "shown to a tenth, which is coarser than the parameter where the edge is low", true},
      {"txtWidth", "what is typed is half a parameter away from what is shown", false},
      {"txtAdapt", "what is typed is graded otherwise than what is shown", false},
@@ -134,7 +135,9 @@ TEST(EveryPanel, HoldsTypedNumbersInsideItsSlidersRange) {
         EXPECT_GE(slider->Position(), slider->PositionMin());
         EXPECT_LE(slider->Position(), slider->PositionMax());
       }
-      const SystemSettings taken = run.record;
+      SystemSettings taken = run.record;
+      taken.sifGain.Fill(0);  // gains of the analyzer are in force until the next load
+      taken.yellowGain = 0;
       SystemSettings valid = taken;
       ValidateSettings(valid);
       EXPECT_TRUE(valid == taken) << form;
@@ -146,11 +149,12 @@ TEST(EveryPanel, OpensAndClosesWithoutChangingTheSetup) {
   for (const std::string& form : AllForms()) {
     support::PanelRun run;
     Open(run, form);
-    const bool master = run.Top().name == "MasterControl";
     EXPECT_FALSE(run.session.history.CanUndo()) << form << ": " << run.session.history.UndoTitle();
-    if (!master) run.Press("Escape");
+    for (std::size_t left = run.session.forms.open.size(); left > 1; --left) {
+      run.Press("Escape");
+      EXPECT_EQ(run.session.forms.open.size(), left - 1);
+    }
     EXPECT_EQ(run.Top().name, "MasterControl");
-    EXPECT_EQ(run.session.forms.open.size(), 1U);
   }
 }
 
@@ -163,7 +167,7 @@ TEST(EveryPanel, LeavesNothingBehindWhenItCloses) {
     if (round == warm) before = mallinfo2().uordblks;
     for (const std::string& form : AllForms()) {
       Open(run, form);
-      if (run.Top().name != "MasterControl") run.CloseTop();
+      support::ClosePanels(run);
     }
   }
   EXPECT_NEAR(static_cast<double>(mallinfo2().uordblks), static_cast<double>(before), 10000.0);

@@ -60,9 +60,9 @@ struct DownloadRun {
   }
 
   static bool IsPoll(const unit::Frame& frame) {
-    constexpr std::uint8_t mainStatus = 232, equalizerStatus = 234;
+    constexpr std::uint8_t mainStatus = 232, equalizerStatus = 234, firstSpectrum = 161;
     return frame.kind == unit::Frame::Kind::Command &&
-           (frame.number == mainStatus || frame.number == equalizerStatus);
+           (frame.number == mainStatus || frame.number == equalizerStatus || frame.number == firstSpectrum);
   }
 };
 

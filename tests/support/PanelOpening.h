@@ -3,6 +3,7 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "PanelRun.h"
 #include "Unheard.h"
@@ -13,6 +14,14 @@ namespace support {
 
 // At a stage beside the first, since what takes the wrong index often takes that one.
 inline constexpr int PanelStage = 2, PanelSide = 1, PanelMemory = 3;
+
+// The panel that another one opens over itself.
+inline constexpr std::string_view OverAnother = "CtlCustomCurve";
+inline std::vector<std::string> PanelNames() {
+  std::vector<std::string> names{std::string(OverAnother)};
+  for (const vc::PanelRow& row : vc::PanelHost::Rows()) names.emplace_back(row.name);
+  return names;
+}
 
 // Where a kind has this panel, the stage is made that kind and its panel opened.
 template <typename Kinds, typename Open>
@@ -29,6 +38,13 @@ bool OpenKind(PanelRun& run, const Kinds& kinds, std::int16_t& stored, std::stri
 
 // What is reached in none of these ways is a panel of the unit's memories, or does not open.
 inline void OpenPanel(PanelRun& run, std::string_view panel) {
+  if (panel == OverAnother) {
+    constexpr std::int16_t custom = 3;
+    run.record.sifROSSelect[PanelStage] = custom;
+    OpenPanel(run, "CtlSIF");
+    EXPECT_EQ(run.Click("btnEdit"), "");
+    return;
+  }
   vc::ChainPanels& panels = run.session.panels;
   vc::SystemSettings& record = run.record;
   if (OpenKind(run, vc::FilterKinds(), record.filterType[PanelStage], panel,
@@ -42,6 +58,10 @@ inline void OpenPanel(PanelRun& run, std::string_view panel) {
     if (block->panel == panel) return panels.OpenBlock(*block);
   }
   panels.OpenMemory(PanelMemory);
+}
+
+inline void ClosePanels(PanelRun& run) {
+  while (run.Top().name != "MasterControl") run.CloseTop();
 }
 
 // What a panel needs that stands beside the master panel.
@@ -72,12 +92,12 @@ inline vc::PanelContext LoneContext(PanelRun& run, const std::string& suffix) {
 // Every panel that there is is opened: visit() with the panel on top, and the panel's name in the trace.
 template <typename Visit>
 void ForEachPanel(PanelRun& run, Visit visit) {
-  for (const vc::PanelRow& row : vc::PanelHost::Rows()) {
-    SCOPED_TRACE(std::string(row.name));
-    OpenPanel(run, row.name);
-    ASSERT_EQ(run.Top().name, row.name);
+  for (const std::string& name : PanelNames()) {
+    SCOPED_TRACE(name);
+    OpenPanel(run, name);
+    ASSERT_EQ(run.Top().name, name);
     visit();
-    if (run.Top().name == row.name) run.CloseTop();
+    ClosePanels(run);
   }
 }
 
