@@ -1,17 +1,63 @@
 #include "analysis/Display.h"
 
+#include <array>
+#include <cstdio>
+
+#include "widgets/PlotLayout.h"
+
 namespace vc {
+namespace {
+
+std::string TimeText(const WallTime& time) {
+  std::array<char, 64> text{};
+  const int length = std::snprintf(text.data(), text.size(), "%04d-%02d-%02d %02d:%02d:%02d", time.year,
+                                   time.month, time.day, time.hour, time.minute, time.second);
+  return {text.data(), static_cast<std::size_t>(length)};
+}
+
+void DrawPicture(Surface& surface, const Plot& plot, const std::string& heading) {
+  constexpr int margin = 8;
+  const Rectangle all{0, 0, PictureSize.width, PictureSize.height};
+  surface.FillRectangle(all, ButtonFace);
+  surface.foreColour = ButtonText;
+  surface.DrawText({margin, margin, all.width, 0}, heading);
+  const int top = 2 * margin + surface.TextSize(heading).height;
+  const Rectangle area{margin, top, all.width - 2 * margin, all.height - top - margin};
+  plot.Draw(surface, area);
+  plot.DrawMarks(surface, LayOut(plot, surface, area));
+}
+
+}  // namespace
 
 DisplayFoot::DisplayFoot(Panel& owner, const DisplayContext& context, const std::string& called,
                          const Plot& shown)
-    : plot(shown), btnClose(owner.form, "btnClose", "Close") {
-  btnClose.clicked = [close = context.close] { close(); };
+    : plot(shown),
+      btnCopy(owner.form, "btnCopy", "Cop&y Picture"),
+      btnSave(owner.form, "btnSave", "Sa&ve..."),
+      btnClose(owner.form, "btnClose", "Close"),
+      around(context),
+      name(called),
+      form(owner.form) {
+  btnCopy.clicked = [this] { Copy(); };
+  btnSave.clicked = [this] { around.save(Picture(), PlotNumbers(plot), form); };
+  btnClose.clicked = [this] { around.close(); };
   owner.form.okButton = &btnClose;
-  owner.form.closeRequested = [this, &desk = owner.context.desk, called] {
+  owner.form.closeRequested = [this] {
     if (btnClose.core.Enabled()) return btnClose.Click();
-    desk.Box(box::Information, "Closing the " + called,
-             "You must first close the filter control window before closing the " + called + ".");
+    around.panel.desk.Box(box::Information, "Closing the " + name,
+                          "You must first close the filter control window before closing the " + name + ".");
   };
+}
+
+Drawing DisplayFoot::Picture() const {
+  const std::string heading = form.Caption() + "   " + TimeText(around.clock.Wall());
+  return [&shown = plot, heading](Surface& surface) { DrawPicture(surface, shown, heading); };
+}
+
+void DisplayFoot::Copy() const {
+  if (around.copy(Picture())) return;
+  around.panel.desk.Box(box::Exclamation, "Copying the " + name,
+                        "There is no clipboard here.  Save the picture instead.");
 }
 
 }  // namespace vc

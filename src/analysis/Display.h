@@ -8,6 +8,7 @@
 #include "model/RegisterImage.h"
 #include "panels/Panel.h"
 #include "platform/Clock.h"
+#include "platform/Pictures.h"
 #include "widgets/Plot.h"
 
 namespace vc {
@@ -18,9 +19,15 @@ struct DisplayContext {
   CoefReader& coefReader;
   const RegisterImage& image;  // as it was last sent
   Clock& clock;
+  // Puts a picture of the size PictureSize into the clipboard; false where there is none. And: has the
+  // operator save it, with what the curves are in numbers, over the display.
+  Wire<bool(const Drawing& picture)> copy;
+  Wire<void(const Drawing& picture, const std::string& numbers, Form& over)> save;
   // Takes the display off the screen and out of the poll.
   Wire<void()> close;
 };
+
+inline constexpr Size PictureSize{1000, 600};
 
 // The end of a display: what is done with its plot, and its close button, which the window's frame stands
 // for. While a filter's panel is open beside it the display stays, and says so.
@@ -31,7 +38,16 @@ struct DisplayFoot {
   DisplayFoot& operator=(const DisplayFoot&) = delete;
 
   const Plot& plot;
-  Button btnClose;
+  Button btnCopy, btnSave, btnClose;
+
+ private:
+  // The plot as it is now, under what the window is called and the time.
+  Drawing Picture() const;
+  void Copy() const;
+
+  const DisplayContext around;
+  const std::string name;
+  Form& form;
 };
 
 }  // namespace vc

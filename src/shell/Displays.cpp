@@ -4,9 +4,11 @@
 #include <array>
 #include <utility>
 
+#include "persist/SaveDisplay.h"
 #include "shell/ChainPanels.h"
 #include "shell/MasterControl.h"
 #include "shell/PeriodicService.h"
+#include "shell/Windows.h"
 
 namespace vc {
 namespace {
@@ -18,8 +20,15 @@ AnyDisplay Make(const DisplayContext& context) {
 }
 
 constexpr std::array<DisplayRow, 2> AllRows{
-    {{display::Coefficients, "FrmCoeffDisp", poll::Coefficients, nullptr},
-     {display::Spectrum, "SpecDisp", poll::Spectrum, nullptr}}};
+    {{display::Coefficients, "FrmCoeffDisp", poll::Coefficients, "Coefficients", nullptr},
+     {display::Spectrum, "SpecDisp", poll::Spectrum, "Spectrum", nullptr}}};
+
+// Numbers as a spreadsheet reads them.
+std::string SeparatedByCommas(std::string lines) {
+  std::ranges::replace(lines, ',', ';');
+  std::ranges::replace(lines, '\t', ',');
+  return lines;
+}
 
 }  // namespace
 
@@ -54,7 +63,20 @@ DisplayContext Displays::Context() {
           .coefReader = around.coefReader,
           .image = around.image,
           .clock = around.clock,
+          .copy = [this](const Drawing& picture) { return around.pictures.Copy(PictureSize, picture); },
+          .save = [this](const Drawing& picture, const std::string& numbers,
+                         Form& over) { Save(picture, numbers, over); },
           .close = [this] { Show(display::None); }};
+}
+
+// All of them are made of what is on the screen now, while the operator still thinks about the name.
+void Displays::Save(const Drawing& picture, const std::string& numbers, Form& over) const {
+  const auto draw = [&](PictureFormat format) { return around.pictures.Draw(format, PictureSize, picture); };
+  auto& window = around.windows.Get<SaveDisplay>("SaveDisplay");
+  window.Take(std::string(row->saved), {{"PNG picture", ".png", draw(PictureFormat::Png)},
+                                        {"SVG drawing", ".svg", draw(PictureFormat::Svg)},
+                                        {"CSV numbers", ".csv", SeparatedByCommas(numbers)}});
+  around.windows.OpenOver("SaveDisplay", over);
 }
 
 // Whatever closes the window, nothing is asked for that nobody shows.

@@ -14,6 +14,7 @@ namespace vc {
 struct ChainPanels;
 struct MasterControl;
 struct PeriodicService;
+struct Windows;
 
 namespace display {
 inline constexpr std::int16_t None = 0, Coefficients = 1, Spectrum = 2;
@@ -31,6 +32,7 @@ struct DisplayRow {
   std::int16_t which;
   std::string_view form;
   std::int16_t pollMode;
+  std::string_view saved;  // what the files that it is saved in are called, before their number
   AnyDisplay (*make)(const DisplayContext& context);
 };
 
@@ -45,6 +47,8 @@ struct Displays {
     MasterControl& master;
     PeriodicService& periodic;
     ChainPanels& panels;
+    Windows& windows;
+    Pictures& pictures;
   };
   explicit Displays(const Around& parts) : around(parts) {}
 
@@ -65,6 +69,7 @@ struct Displays {
  private:
   DisplayContext Context();
   void Open();
+  void Save(const Drawing& picture, const std::string& numbers, Form& over) const;
   void Forget();
 
   Around around;

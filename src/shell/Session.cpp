@@ -162,7 +162,9 @@ Displays::Around Session::DisplayParts() {
           .forms = forms,
           .master = master,
           .periodic = periodic,
-          .panels = panels};
+          .panels = panels,
+          .windows = windows,
+          .pictures = platform.pictures};
 }
 
 TickCalls Session::TickWires() {

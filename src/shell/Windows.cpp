@@ -9,6 +9,7 @@
 #include "persist/FrmWorkingFolder.h"
 #include "persist/MemSelect.h"
 #include "persist/RecSet.h"
+#include "persist/SaveDisplay.h"
 #include "persist/StoSet.h"
 #include "shell/Notices.h"
 
@@ -33,13 +34,14 @@ AnyWindow ObjectLog(const WindowContext& context) { return Make<FrmDebug>(contex
 
 constexpr std::string_view Master = "MasterControl";
 
-constexpr std::array<WindowRow, 7> AllRows{
+constexpr std::array<WindowRow, 8> AllRows{
     {{"FrmSplash", Splash, "", Modality::Modeless},
      {"StoSet", OverSetups<StoSet>, Master, Modality::Modal},
      {"RecSet", OverSetups<RecSet>, Master, Modality::Modal},
      {"Description", OverSetups<Description>, Master, Modality::Modal},
      {"FrmWorkingFolder", OverSetups<FrmWorkingFolder>, Master, Modality::Modal},
      {"MemSelect", OverSetups<MemSelect>, "", Modality::OverOwner},
+     {"SaveDisplay", OverSetups<SaveDisplay>, "", Modality::OverOwner},
      {"FrmDebug", ObjectLog, Master, Modality::Modal}}};
 
 const WindowRow& RowOf(std::string_view name) {
