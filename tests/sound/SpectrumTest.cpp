@@ -63,16 +63,32 @@ TEST(Spectrum, TonesStandAtTheirLineAndLevel) {
       }
     }
   }
-  SpectrumAnalyzer between(Rate);
-  between.Process(Tone(LineHz(100) + Rate / 2048.0, 0.0, 0.5));
-  EXPECT_NEAR(DbOf(between.Lines()[100]), -0.83, 0.3);
 }
 
-// A line of white noise has the power of 2.004 bins, the noise bandwidth of the window. An average over n
+// Also between two lines: the peak stands within half a decibel in the line that is nearest, or level with it
+// where the next one is hardly further off, and no side lobe is within the range.
+TEST(Spectrum, TonesOfAnyFrequencyStandWithinHalfADecibel) {
+  for (const double line : {30.0, 211.0, 411.0}) {
+    for (int step = -50; step <= 50; ++step) {
+      const double offset = step / 100.0, db = -step / 10.0;
+      SpectrumAnalyzer analyzer(Rate);
+      analyzer.Process(Tone(Rate / 1024.0 * (line + 1.0 + offset), db - 5.0, 0.2));
+      const SpectrumBody body = analyzer.Lines();
+      const auto nearest = static_cast<std::size_t>(line);
+      EXPECT_NEAR(DbOf(body[nearest]), db - 5.0, 0.5) << line + offset;
+      EXPECT_EQ(std::ranges::max(body), body[nearest]) << line + offset;
+      const std::uint8_t neighbour = std::max(body[nearest - 1], body[nearest + 1]);
+      EXPECT_TRUE(std::abs(step) > 30 || body[nearest] > neighbour) << line + offset;
+      EXPECT_LT(DbOf(std::max(body[nearest - 5], body[nearest + 5])) - (db - 5.0), -69.0) << line + offset;
+    }
+  }
+}
+
+// A line of white noise has the power of 2.838 bins, the noise bandwidth of the window. An average over n
 // spectra of it spreads by 4.34 dB / sqrt(n), an exponential one with the weight 1 / m counts 2 m - 1; a
 // single one has its mean 2.5 dB too low and spreads by 5.57 dB.
 TEST(Spectrum, NoiseFloorAndAverages) {
-  const double floorDb = -40.0 - 10.0 * std::log10(512.0 / 2.004);
+  const double floorDb = -40.0 - 10.0 * std::log10(512.0 / 2.838);
   for (const unsigned n : {2U, 4U, 6U}) {
     SpectrumAnalyzer analyzer(Rate);
     analyzer.SetAveraging(static_cast<std::uint8_t>(0x10 + n));
@@ -102,6 +118,10 @@ TEST(Spectrum, HoldsPeaksClearsAndStops) {
   const SpectrumBody held = analyzer.Lines();
   analyzer.Process(Tone(LineHz(50), -10.0, 1.0));
   EXPECT_EQ(analyzer.Lines(), held);
+  analyzer.SetRun(0xC0);
+  EXPECT_EQ(std::ranges::max(analyzer.Lines()), 0);
+  analyzer.Process(Tone(LineHz(50), -10.0, 1.0));
+  EXPECT_EQ(std::ranges::max(analyzer.Lines()), 0);  // held as it was cleared
   analyzer.SetRun(0);
   analyzer.SetAveraging(0);
   analyzer.Process(Tone(LineHz(90), -10.0, 0.5));

@@ -22,8 +22,12 @@ constexpr double BytesPerDb = 185.0 / 70.0;
 constexpr float LeastPower = 1e-12F;
 constexpr float MostSample = 1e6F;  // keeps the powers of what is far out of range within a float
 
+// Of all windows of four cosines whose side lobes, from 4.1 lines on, are as low as they get where a sine
+// between two lines is not more than 0.3 dB too low: found by a simplex search (Nelder and Mead 1965) for the
+// least maximum of the window's transform there. Flatter ones have a wider main lobe, narrower ones higher
+// side lobes.
 std::vector<float> Window() {
-  constexpr std::array terms{0.35875, -0.48829, 0.14128, -0.01168};
+  constexpr std::array terms{1.0, -1.71247, 0.84961, -0.14630, 0.00121};
   std::vector<float> window(SpectrumSize);
   for (std::size_t i = 0; i < SpectrumSize; ++i) {
     double value = 0.0;
