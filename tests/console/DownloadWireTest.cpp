@@ -194,7 +194,7 @@ TEST_F(DownloadWire, StereoLinkedServesBothSidesFromTheLeft) {
   const FrameTexts download = After("configMode 1", 140);
   ASSERT_EQ(download.size(), 140U);
   EXPECT_EQ(New(download), Frames(R"(
-    M 21 6104; M 27 A106; M 29 EE1C; M 2A CF81; M 33 0303; M 39 0420; M 43 7A28; M 52 FF7F; M 55 FF01;
+    M 21 6104; M 27 A106; M 29 FF1C; M 2A CF81; M 33 0303; M 39 0420; M 43 7A28; M 52 FF7F; M 55 FF01;
     M 56 0970; M 58 C300; M 66 0010; M 66 0110; M 66 0210; M 66 0310; M 66 0410; M 66 0510; M 66 0610;
     M 66 0710; M 66 0810; M 66 0910; M 66 0A10; M 66 0B10; M C0 0890;)"));
   Check(R"(
@@ -213,10 +213,10 @@ TEST_F(DownloadWire, StereoLinkedServesBothSidesFromTheLeft) {
     * channelSwap 1 => M 2A CFC1;)");
   // Unlinked, the right side gets what it has of its own.
   Check(R"(
-    * configMode 2 => M 55 FF7F; M 56 FF7F; M 59 4000; M 29 2E04; M 2A C141; M 33 03FF; M 39 0420; M 43 7A28;
+    * configMode 2 => M 55 FF7F; M 56 FF7F; M 59 4000; M 29 3F04; M 2A C141; M 33 03FF; M 39 0420; M 43 7A28;
         M 4C 0000; M 55 FF11; M 56 0970; M 58 4300; L 00 00000000 0E000000 1454733F*2 00000000 3333333F
         ACC52737 00000000*5; M 66 0010; L 00 FF7FFF7F*10 00000000*2; L 01 00000000*12; M C0 0890;
-    * filterActive(4) 1 => M 29 EE1C; M 2A C741;
+    * filterActive(4) 1 => M 29 FF1C; M 2A C741;
     * eqActive(2) 1 => M 2A CF41;
     * filterType(4) 12 => M 55 FF7F; M 56 FF7F; M 59 4000; M 33 FFFF; M 39 0000; M 43 0000; M 4C FF7F;
         M 55 FF13; M 56 0970; M 58 0300;
