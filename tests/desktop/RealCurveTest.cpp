@@ -21,14 +21,22 @@ struct Drawing {
   const char* table;
   bool takenAway;
   float (*level)(const vc::SystemSettings& record, int line);
+  std::vector<const char*> onward{};  // from the panel of the block to the one that is drawn on
 };
 const Drawing Drawings[]{
     {"cmbFilter(1)", "Hi-Res", "btnFilterConfig(1)", 460, 1024, "table 1 ", true,
      [](const vc::SystemSettings& record, int line) { return record.hiResCurve[1][line]; }},
     {"cmbEq(1)", "Spectral", "btnEqConfig(1)", 115, 256, "table 9 ", false,
      [](const vc::SystemSettings& record, int line) { return record.edgeCurve[1][line]; }},
-    {"cmbFilter(1)", "Spectral I", "btnFilterConfig(1)", 460, 1024, nullptr, false,
-     [](const vc::SystemSettings& record, int line) { return record.customCurve[1][line]; }}};
+    {"cmbFilter(1)",
+     "Spectral I",
+     "btnFilterConfig(1)",
+     460,
+     1024,
+     nullptr,
+     false,
+     [](const vc::SystemSettings& record, int line) { return record.customCurve[1][line]; },
+     {"ROSSelect(3)", "btnEdit"}}};
 
 struct RealCurve : RealPort {
   const Drawing* drawing = nullptr;
@@ -37,6 +45,22 @@ struct RealCurve : RealPort {
     std::vector<double> levels(static_cast<std::size_t>(drawing->lines));
     for (int line = 0; double& level : levels) level = static_cast<double>(drawing->level(Record(), line++));
     return levels;
+  }
+  void OpenDrawing(const Drawing& one) {
+    drawing = &one;
+    Open(one.list, one.kind, one.open);
+    for (const char* control : one.onward) {
+      Hit(control);
+      Ready();
+    }
+  }
+  void LeaveFor(const vc::Form& form) const {
+    constexpr int mostWindows = 2;
+    for (int window = 0; window < mostWindows && program->session.forms.Top() != &form; ++window) {
+      Hit("btnOK");
+      Ready();
+    }
+    EXPECT_EQ(program->session.forms.Top(), &form);
   }
   PlotView& Display() const { return dynamic_cast<PlotView&>(At("FilterDisplay")); }
   // The pixel at a line and a level: the axes end in the middles of the outermost ones.
@@ -124,8 +148,7 @@ struct RealCurve : RealPort {
 TEST_F(RealCurve, WhatTheHandDrawsIsInTheRecordAndInTheUnit) {
   for (const Drawing& one : Drawings) {
     SCOPED_TRACE(one.kind);
-    drawing = &one;
-    Open(one.list, one.kind, one.open);
+    OpenDrawing(one);
     const std::vector<double> before = Levels();
     BeginNew();
     const vc::Rectangle frame = Display().Layout().frame;
@@ -171,16 +194,14 @@ TEST_F(RealCurve, WhatTheHandDrawsIsInTheRecordAndInTheUnit) {
     Join(levels, 100, one.lines - 1, -16.9);
     ExpectRecord(levels);
     ExpectInUnit(levels);
-    Hit("btnOK");
-    Ready();
+    LeaveFor(program->session.master.form);
   }
 }
 
 TEST_F(RealCurve, AnEditThatIsLeftLeavesWhatStood) {
   for (const Drawing& one : Drawings) {
     SCOPED_TRACE(one.kind);
-    drawing = &one;
-    Open(one.list, one.kind, one.open);
+    OpenDrawing(one);
     const std::vector<double> before = Levels();
     const auto draw = [this] {
       BeginNew();
@@ -195,12 +216,11 @@ TEST_F(RealCurve, AnEditThatIsLeftLeavesWhatStood) {
     draw();
     Window().close();
     Ready();
-    EXPECT_EQ(program->session.forms.Top(), &program->session.master.form);
+    LeaveFor(program->session.master.form);
     EXPECT_EQ(Levels(), before);
   }
   // The unit goes in the middle: the curve is drawn to its end, and kept.
-  drawing = &Drawings[0];
-  Open(drawing->list, drawing->kind, drawing->open);
+  OpenDrawing(Drawings[0]);
   BeginNew();
   std::vector<double> levels(static_cast<std::size_t>(drawing->lines));
   levels[0] = LevelOf(Pixel(50, -5));

@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QComboBox>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QStyleOptionSlider>
@@ -53,8 +54,10 @@ struct RealPort : testing::Test {
 
   // Makes a block this kind, by keys in its list, and opens its panel.
   void Open(const char* list, const char* kind, const char* button) const {
+    QTest::qWait(QApplication::keyboardInputInterval());  // what is typed now begins a search of its own
     At(list).setFocus();
     QTest::keyClicks(&At(list), kind);
+    EXPECT_TRUE(dynamic_cast<QComboBox&>(At(list)).currentText().startsWith(kind));
     Hit(button);
     Ready();
   }
