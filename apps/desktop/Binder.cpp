@@ -76,6 +76,7 @@ Binder::OptionColumn& Binder::ColumnOf(vc::OptionGroup& group, Pane& pane) {
 void Binder::Bind(const vc::ControlCore& core, Bound bound) {
   if (bound.widget != nullptr) {
     bound.widget->setObjectName(ToQt(core.FullName()));
+    if (!core.tip.empty()) bound.widget->setToolTip(ToQt(core.tip).toHtmlEscaped());
     inOrder.push_back(bound.widget);
   }
   bounds.emplace(&core, std::move(bound));

@@ -58,6 +58,7 @@ struct ControlCore {
   const std::string name;
   const int index;             // within its array, NoIndex for a control of its own
   std::string spokenBehind{};  // read aloud behind the control's name
+  std::string tip{};           // what is good to know before it is used; shown where the pointer rests on it
 
   // "cmbFilter(2)", or the plain name.
   std::string FullName() const;
