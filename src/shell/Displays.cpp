@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "analysis/FrmCoeffDisp.h"
 #include "persist/SaveDisplay.h"
 #include "shell/ChainPanels.h"
 #include "shell/MasterControl.h"
@@ -20,7 +21,7 @@ AnyDisplay Make(const DisplayContext& context) {
 }
 
 constexpr std::array<DisplayRow, 2> AllRows{
-    {{display::Coefficients, "FrmCoeffDisp", poll::Coefficients, "Coefficients", nullptr},
+    {{display::Coefficients, "FrmCoeffDisp", poll::Coefficients, "Coefficients", Make<FrmCoeffDisp>},
      {display::Spectrum, "SpecDisp", poll::Spectrum, "Spectrum", nullptr}}};
 
 // Numbers as a spreadsheet reads them.
