@@ -1,6 +1,7 @@
 // Coefficients and spectra read back from the unit: blocks and pages, and reads that break off.
 #include <algorithm>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include "LinkFixture.h"
@@ -26,6 +27,7 @@ struct ReadBack : testing::Test {
   int stepAtRequest = -1;      // adaptation at position 1 while the last of them came, 0 if frozen
   std::size_t polls = 0, failingRequest = 1000;
   std::function<void()> failure;
+  bool answersFailing = false;  // though it has failed
 
   support::TestSession test{End()};
   Session& session = test.session;
@@ -47,7 +49,10 @@ struct ReadBack : testing::Test {
       if (bytes.size() == 7 && bytes[3] == 0x5B) {
         addresses.push_back(bytes[4] | bytes[5] << 8);
         stepAtRequest = Step();
-        if (addresses.size() == failingRequest + 1) return failure();
+        if (addresses.size() == failingRequest + 1) {
+          failure();
+          if (!answersFailing) return;
+        }
       }
       hear(bytes, now, baud);
     };
@@ -181,6 +186,27 @@ TEST_F(ReadBack, DisplayIsReadRoundAndRoundAndBeforeTheStatusCounts) {
   test.loop.RunFor(200);
   EXPECT_NE(newest, 0);
   EXPECT_TRUE(test.desk.boxes.empty());
+}
+
+TEST_F(ReadBack, BlockThatHasNotComeIsAskedForAgain) {
+  session.periodic.pollMode = poll::Coefficients;
+  failure = [] {};
+  failingRequest = 1;
+  test.loop.RunFor(12'000);
+  ASSERT_GT(addresses.size(), 3U);
+  EXPECT_THAT(std::span(addresses).first(4), testing::ElementsAre(1, 2, 2, 3));
+
+  // The answer to a request for the stage shown before is none for the present one.
+  addresses.clear();
+  failingRequest = 2;
+  failure = [this] { reader.Display(4); };
+  answersFailing = true;
+  simulated.Learn(3, Table(1024));
+  test.loop.RunFor(1000);
+  EXPECT_EQ(std::ranges::count(reader.CoefReadback, 0), 8192);
+  const unsigned before = reader.revision;
+  test.loop.RunFor(1000);
+  EXPECT_EQ(reader.revision, before);
 }
 
 struct Spectra : support::LinkFixture {
