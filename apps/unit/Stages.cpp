@@ -94,6 +94,15 @@ std::string_view Stages::Refusal(const Frame& frame) const {
   return CommandRefusal(frame);
 }
 
+CoefficientBlock BlockOf(std::span<const std::int32_t> page, unsigned block) {
+  const std::size_t first = std::min(block * PageBlockSize, page.size());
+  const std::span<const std::int32_t> held =
+      page.subspan(first, std::min(PageBlockSize, page.size() - first));
+  CoefficientBlock coefficients{};
+  std::ranges::copy(held, coefficients.begin());
+  return coefficients;
+}
+
 std::string_view Stages::CommandRefusal(const Frame& frame) const {
   switch (frame.number) {
     case SynthesizeCode:
@@ -125,12 +134,7 @@ void Stages::Learn(unsigned page, std::span<const std::int32_t> coefficients) {
 }
 
 CoefficientBlock Stages::Coefficients(const PageBlock& place) const {
-  const std::vector<std::int32_t>& page = programs.stages[place.page].coefficients;
-  const std::size_t first = std::min(place.block * PageBlockSize, page.size());
-  const std::size_t count = std::min(PageBlockSize, page.size() - first);
-  CoefficientBlock block{};
-  std::copy_n(page.begin() + static_cast<std::ptrdiff_t>(first), count, block.begin());
-  return block;
+  return BlockOf(programs.stages[place.page].coefficients, place.block);
 }
 
 unsigned Stages::TablesOf(const Synthesis& synthesis) const {

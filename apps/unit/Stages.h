@@ -67,6 +67,9 @@ struct PageBlock {
 };
 using CoefficientBlock = std::array<std::int32_t, PageBlockSize>;
 
+// Those of a block, zero where the page has none.
+CoefficientBlock BlockOf(std::span<const std::int32_t> page, unsigned block);
+
 Synthesis SynthesisOf(std::uint16_t argument);
 
 // Nothing for an argument that no broadband stage has a piece for.
@@ -89,7 +92,6 @@ class Stages {
   // left out. They stay until the stage is emptied or takes something else.
   void Learn(unsigned page, std::span<const std::int32_t> coefficients);
 
-  // The coefficients of a block, zero where the page has none.
   CoefficientBlock Coefficients(const PageBlock& place) const;
 
   // How many positions, from that of the synthesis on, it gives its coefficients to.

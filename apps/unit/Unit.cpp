@@ -231,7 +231,10 @@ void Unit::SaySpectrum(unsigned number, std::int64_t time) {
 
 void Unit::SayCoefficients(const PageBlock& place, std::int64_t time) {
   CollectLearned(place.page);
-  Say(CoefficientReply(PresentStatus(), stages.Coefficients(place)), time,
+  const std::vector<std::int32_t> designed = sound.designed(place.page + 1);
+  const CoefficientBlock block =
+      designed.empty() ? stages.Coefficients(place) : BlockOf(designed, place.block);
+  Say(CoefficientReply(PresentStatus(), block), time,
       "coefficients of page " + std::to_string(place.page) + ", block " + std::to_string(place.block));
 }
 

@@ -42,6 +42,10 @@ struct SoundHooks {
   std::function<std::vector<std::int32_t>(unsigned position)> learned = [](unsigned) {
     return std::vector<std::int32_t>{};
   };
+  // Coefficients that the unit has designed for a stage by itself; none where it has not.
+  std::function<std::vector<std::int32_t>(unsigned position)> designed = [](unsigned) {
+    return std::vector<std::int32_t>{};
+  };
 };
 
 // All times are microseconds since any start, must not fall from call to call and not be negative.

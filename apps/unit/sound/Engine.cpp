@@ -286,6 +286,16 @@ Coefficients Engine::Learned(std::size_t position) const {
   return coefficients;
 }
 
+Coefficients Engine::Designed(std::size_t position) const {
+  constexpr double unity = 8388608;  // 2^23
+  Coefficients coefficients;
+  for (const float tap : programs[position - 1].Designed()) {
+    const double code = std::nearbyint(double{tap} * unity);
+    coefficients.push_back(static_cast<std::int32_t>(std::clamp(code, -unity, unity - 1)));
+  }
+  return coefficients;
+}
+
 void Engine::Learn(std::size_t position, std::span<const std::int32_t> coefficients) {
   AdaptiveFilter* const filter = ProgramAt(position).Adaptive();
   if (filter != nullptr) filter->SetCoefficients(coefficients);

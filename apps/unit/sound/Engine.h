@@ -57,6 +57,8 @@ class Engine {
   // position: 1..6. Empty where the stage does not adapt.
   Coefficients Learned(std::size_t position) const;
   void Learn(std::size_t position, std::span<const std::int32_t> coefficients);
+  // position: 1..6. Empty where the unit has designed nothing for the stage.
+  Coefficients Designed(std::size_t position) const;
 
  private:
   static constexpr std::size_t Filters = 6;

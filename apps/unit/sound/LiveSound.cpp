@@ -74,6 +74,10 @@ void LiveSound::Attach(Unit& unit) {
     Settle();
     return engine.Learned(position);
   };
+  unit.sound.designed = [this](unsigned position) {
+    Settle();
+    return engine.Designed(position);
+  };
 }
 
 void LiveSound::Follow(const Frame& frame) {

@@ -97,6 +97,7 @@ void StageProgram::Configure(const StageSettings& wanted) {
 
 void StageProgram::Load() {
   const Stage& stage = settings.program;
+  designed.clear();
   std::visit(Each{[](Passing&) {}, [&](AdaptivePlace& filter) { filter->Configure(settings.adaptive); },
                   [&](CoefficientStage& table) {
                     table.Configure(stage.coefficients, {.subtracts = !settings.equalizer,
@@ -104,7 +105,8 @@ void StageProgram::Load() {
                                                          .gain = settings.gain});
                   },
                   [&](Convolver& filter) {
-                    filter.SetTaps(DesignedTaps(*stage.algorithm, *stage.block, settings.rate));
+                    designed = DesignedTaps(*stage.algorithm, *stage.block, settings.rate);
+                    filter.SetTaps(designed);
                   },
                   [&](Parametric& equalizer) {
                     equalizer.Configure(std::span(*stage.block).first<Parametric::BlockSize>());

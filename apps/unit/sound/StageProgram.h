@@ -5,6 +5,7 @@
 #include <memory>
 #include <span>
 #include <variant>
+#include <vector>
 
 #include "unit/sound/AdaptiveFilter.h"
 #include "unit/sound/CoefficientStage.h"
@@ -41,6 +42,8 @@ class StageProgram {
   StageReport Report() const;
   // Null where the stage does not adapt.
   AdaptiveFilter* Adaptive() const;
+  // The taps that the unit has designed for the stage, tap 0 first; none where it has not.
+  std::span<const float> Designed() const { return designed; }
 
  private:
   struct Passing {};
@@ -55,6 +58,7 @@ class StageProgram {
 
   StageSettings settings;
   Program program;
+  std::vector<float> designed;
   LevelMeter level, output;
 };
 
