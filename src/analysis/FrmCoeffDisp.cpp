@@ -203,10 +203,11 @@ void FrmCoeffDisp::FillCounts() {
   window.Resize(running.coefficients, counts[static_cast<std::size_t>(row)]);
 }
 
+// The unit is told of an edit some ticks after it: only then another filter runs.
 void FrmCoeffDisp::Tick() {
-  const bool same = drawn == coefReader.revision && drawnConnected == panel.context.portOpen;
-  if (same || !panel.OnShow()) return;
-  Show();
+  if (!panel.OnShow()) return;
+  if (RunningNow() != running) return panel.Fill();
+  if (drawn != coefReader.revision || drawnConnected != panel.context.portOpen) Show();
 }
 
 void FrmCoeffDisp::Show() {
