@@ -18,6 +18,7 @@
 #include "desktop/SliderView.h"
 #include "desktop/TableView.h"
 #include "desktop/UpDownView.h"
+#include "desktop/WaterfallView.h"
 #include "text/Convert.h"
 
 namespace desktop {
@@ -146,10 +147,11 @@ class ProgressInterface : public NumberInterface {
   const vc::ProgressBar& model;
 };
 
-// What stands over its curves may move many times a second: it is told when it is asked for.
+// A plot, or a waterfall. What it shows may change many times a second: it is told when it is asked for.
+template <typename View>
 class PlotInterface : public QAccessibleWidget {
  public:
-  explicit PlotInterface(PlotView* plot) : QAccessibleWidget(plot, QAccessible::Graphic), view(plot) {}
+  explicit PlotInterface(View* shown) : QAccessibleWidget(shown, QAccessible::Graphic), view(shown) {}
 
   QString text(QAccessible::Text what) const override {
     if (what != QAccessible::Description) return QAccessibleWidget::text(what);
@@ -157,7 +159,7 @@ class PlotInterface : public QAccessibleWidget {
   }
 
  private:
-  PlotView* view;
+  View* view;
 };
 
 // A block that is not there shows its title at most: what lies in it is not drawn, and not told.
@@ -191,6 +193,7 @@ QAccessibleInterface* InterfaceOf(const QString& /*className*/, QObject* object)
   if (auto* frame = dynamic_cast<FrameView*>(object)) return new FrameInterface(frame);
   if (auto* row = dynamic_cast<TableRow*>(object)) return new QAccessibleWidget(row, QAccessible::Grouping);
   if (auto* plot = dynamic_cast<PlotView*>(object)) return new PlotInterface(plot);
+  if (auto* waterfall = dynamic_cast<WaterfallView*>(object)) return new PlotInterface(waterfall);
   auto* picture = dynamic_cast<PictureView*>(object);
   return picture == nullptr ? nullptr : new QAccessibleWidget(picture, QAccessible::Graphic);
 }

@@ -62,6 +62,7 @@ class Binder {
 
   // For the kinds of control, while the form is built.
   Pane& PaneOf(const vc::ControlCore& core);
+  QWidget* WidgetOf(const vc::ControlCore& core) const { return bounds.at(&core).widget; }
   QMenuBar* MenuBar() const { return menuBar(); }
   void AddPane(const vc::Frame& frame, Pane pane) { panes.emplace(&frame, std::move(pane)); }
   OptionColumn& ColumnOf(vc::OptionGroup& group, Pane& pane);

@@ -29,6 +29,7 @@ void BindKind(Binder& binder, vc::CheckBox& check);
 void BindKind(Binder& binder, vc::LevelBar& bar);
 void BindKind(Binder& binder, vc::ProgressBar& bar);
 void BindKind(Binder& binder, vc::Plot& plot);
+void BindKind(Binder& binder, vc::Waterfall& waterfall);
 void BindKind(Binder& binder, vc::Picture& picture);
 void BindKind(Binder& binder, vc::MenuEntry& entry);
 

@@ -103,12 +103,26 @@ void PlotView::DrawGrid(const QSize& pixels) {
     grid = QImage(pixels, QImage::Format_RGB32);
     grid.setDevicePixelRatio(devicePixelRatioF());
   }
-  QPainter painter(&grid);
-  painter.setFont(font());
-  PainterSurface surface(painter, palette(), rect());
-  layout = vc::LayOut(model, surface, {0, 0, width(), height()});
-  model.DrawGrid(surface, layout);
+  {
+    QPainter painter(&grid);
+    painter.setFont(font());
+    PainterSurface surface(painter, palette(), rect());
+    layout = vc::LayOut(model, surface, {0, 0, width(), height()});
+    model.DrawGrid(surface, layout);
+  }
   ++gridsDrawn;
+  for (const auto& [listener, laidOut] : inLine) {
+    if (listener != nullptr) laidOut();
+  }
+}
+
+const vc::PlotLayout& PlotView::LayoutNow() {
+  KeepUp();
+  return layout;
+}
+
+void PlotView::OnLayout(QObject* listener, std::function<void()> laidOut) {
+  inLine.emplace_back(listener, std::move(laidOut));
 }
 
 // The pixels behind a painter that draws into a picture in memory, one to one: there curves go straight to

@@ -4,9 +4,11 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <QImage>
+#include <QPointer>
 #include <QWidget>
 
 #include "desktop/CurveRaster.h"
@@ -31,6 +33,10 @@ class PlotView : public QWidget {
   const std::vector<HandleView*>& Handles() const { return handles; }
   // As what is shown is laid out.
   const vc::PlotLayout& Layout() const { return layout; }
+  // As it will be laid out.
+  const vc::PlotLayout& LayoutNow();
+  // Tells whoever shall be in line with the plot, for as long as it is there, of each new layout.
+  void OnLayout(QObject* listener, std::function<void()> laidOut);
   void Carry(const vc::ControlCore& core, const std::function<void()>& action) const {
     operate(core, action);
   }
@@ -92,6 +98,7 @@ class PlotView : public QWidget {
   std::optional<unsigned> curvesPainted;  // which of them, over this grid
   CurveRaster raster{1.0};
   vc::PlotLayout layout;
+  std::vector<std::pair<QPointer<QObject>, std::function<void()>>> inLine;
   Ground drawn;                   // that the grid shows
   Ground followed;                // for which everything is painted, or will be
   std::vector<DrawnThing> marks;  // of which the same holds

@@ -9,6 +9,7 @@
 #include "widgets/LevelBar.h"
 #include "widgets/Plot.h"
 #include "widgets/ProgressBar.h"
+#include "widgets/Waterfall.h"
 
 namespace vc {
 namespace {
@@ -32,6 +33,7 @@ const char* Kind(const CheckBox& /*control*/) { return "check"; }
 const char* Kind(const LevelBar& /*control*/) { return "level"; }
 const char* Kind(const ProgressBar& /*control*/) { return "progress"; }
 const char* Kind(const Plot& /*control*/) { return "plot"; }
+const char* Kind(const Waterfall& /*control*/) { return "waterfall"; }
 const char* Kind(const Picture& /*control*/) { return "picture"; }
 const char* Kind(const MenuEntry& control) { return control.children.empty() ? "entry" : "menu"; }
 
@@ -58,6 +60,7 @@ std::string Value(const LevelBar& control) {
 }
 std::string Value(const ProgressBar& control) { return control.Reading(); }
 std::string Value(const Plot& control) { return control.Reading(); }
+std::string Value(const Waterfall& control) { return control.Reading(); }
 std::string Value(const Picture& control) { return std::to_string(control.Image()); }
 std::string Value(const MenuEntry& control) {
   return control.checkable ? OnOff(control.Checked()) : std::string{};
@@ -92,6 +95,9 @@ std::string Range(const OptionButton& /*control*/) { return "0..1"; }
 std::string Range(const CheckBox& /*control*/) { return "0..1"; }
 std::string Range(const LevelBar& control) { return "0.." + std::to_string(control.Steps()); }
 std::string Range(const ProgressBar& control) { return "0.." + std::to_string(control.Steps()); }
+std::string Range(const Waterfall& control) {
+  return ShortestText(control.Bottom()) + ".." + ShortestText(control.Top());
+}
 std::string Range(const Picture& control) { return "1.." + std::to_string(control.imageCount); }
 
 std::string Outside(const std::string& value, const std::string& range) {

@@ -5,6 +5,7 @@
 #include "widgets/LevelBar.h"
 #include "widgets/Plot.h"
 #include "widgets/ProgressBar.h"
+#include "widgets/Waterfall.h"
 
 namespace vc {
 

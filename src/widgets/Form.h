@@ -26,13 +26,14 @@ struct CheckBox;
 struct LevelBar;
 struct ProgressBar;
 struct Plot;
+struct Waterfall;
 struct Picture;
 struct MenuEntry;
 
 // One of the kinds of control. Faces dispatch on the kind, never on which control it is.
 using AnyControl =
     std::variant<Frame*, Label*, TextBox*, Button*, GraphicButton*, Slider*, UpDown*, ListBox*, OptionButton*,
-                 CheckBox*, LevelBar*, ProgressBar*, Plot*, Picture*, MenuEntry*>;
+                 CheckBox*, LevelBar*, ProgressBar*, Plot*, Waterfall*, Picture*, MenuEntry*>;
 
 // Where a control is declared: in a form, in one of its frames, or in a menu.
 struct Place {

@@ -34,6 +34,7 @@ class PlotScale {
     return std::clamp(start + factor * along, -FarthestPixel, FarthestPixel);
   }
   double ValueAt(double pixel) const;
+  bool operator==(const PlotScale&) const = default;
 
  private:
   static constexpr double FarthestPixel =

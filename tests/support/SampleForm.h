@@ -10,6 +10,7 @@
 #include "widgets/LevelBar.h"
 #include "widgets/Plot.h"
 #include "widgets/ProgressBar.h"
+#include "widgets/Waterfall.h"
 
 namespace support {
 
@@ -49,6 +50,7 @@ struct SampleForm {
   vc::Label lblStatus{form, "lblStatus", ""};
   vc::ProgressBar prgWork{form, "prgWork", "Work"};
   vc::Plot pltCurve{form, "pltCurve", "Curve"};
+  vc::Waterfall wtrCurve{form, "wtrCurve", "Lately", pltCurve};
   vc::GraphicButton btnActive{form, "btnActive", "Active", vc::GraphicButton::Style::Latching};
   vc::GraphicButton btnClear{form, "btnClear", "Clear", vc::GraphicButton::Style::Push};
   vc::Button btnHidden{form, "btnHidden", "Hidden"};
