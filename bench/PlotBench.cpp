@@ -1,12 +1,14 @@
 // What a redraw of a plot with two curves that change every time costs, beside a plain copy of its picture
-// and beside the same curves in QCustomPlot. All three draw into a picture of 900 x 500 pixels. And what a
-// plot costs over whose curves something moves, in copies of its picture.
+// and beside the same curves in QCustomPlot. All three draw into a picture of 900 x 500 pixels. And in copies
+// of its picture: what a plot costs over whose curves something moves, and what live displays cost.
 #undef QT_NO_KEYWORDS  // which the header of QCustomPlot writes
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <ctime>
 #include <functional>
+#include <memory>
 #include <random>
 #include <vector>
 
@@ -19,6 +21,7 @@
 
 #include "desktop/PlotView.h"
 #include "desktop/Theme.h"
+#include "desktop/WaterfallView.h"
 
 namespace {
 
@@ -221,6 +224,97 @@ BENCHMARK_CAPTURE(Copies, CurveEditorWhole, FillCurveEditor, MovePen, Whole);
 BENCHMARK_CAPTURE(Copies, CurveEditorMoved, FillCurveEditor, MovePen, Moved);
 BENCHMARK_CAPTURE(Copies, DynamicsWhole, FillDynamics, MoveDot, Whole);
 BENCHMARK_CAPTURE(Copies, DynamicsMoved, FillDynamics, MoveDot, Moved);
+
+// A live display: a plot as an instrument's screen, with curves that are others at every frame; and below it
+// a waterfall of the first one, where there is one.
+struct LiveDisplay : ShownPlot {
+  std::array<std::vector<vc::PlotTrace>, Pictures> frames;
+  std::unique_ptr<vc::Waterfall> waterfall;
+  std::unique_ptr<desktop::WaterfallView> lines;
+  QImage target = Target(), below = Target();
+  double seconds = 0.0;
+
+  void AddWaterfall() {
+    waterfall = std::make_unique<vc::Waterfall>(form, "wtr", "Lately", plot);
+    waterfall->SetPace(0);
+    lines = std::make_unique<desktop::WaterfallView>(*waterfall, view, nullptr);
+    form.controlChanged = [this](const vc::ControlCore& core, std::string_view) {
+      if (&core == &plot.core) return view.Follow();
+      lines->Follow();
+    };
+    lines->resize(Width, Height / 2);
+    lines->show();
+  }
+  void Redraw(std::size_t frame) {
+    plot.SetTraces(frames[frame % Pictures]);
+    view.render(&target, {}, {}, QWidget::RenderFlags());
+    if (!waterfall) return;
+    waterfall->Add(plot.Traces().front().values, seconds += 0.1);
+    lines->render(&below, {}, {}, QWidget::RenderFlags());
+  }
+};
+
+void FillSpectrum(LiveDisplay& live) {
+  live.plot.SetAxes({10, 5000, "Hz"}, {-70, 0, "dB"});
+  live.plot.SetGrid(vc::PlotGrid{8, 7});
+  const auto spectra = Spectra(460, 15);
+  for (std::size_t i = 0; i < Pictures; ++i) {
+    live.frames[i] = {{"Trace 1", spectra[2 * i], vc::ScreenYellow},
+                      {"Trace 2", spectra[2 * i + 1], vc::ScreenBlue}};
+  }
+}
+
+void FillSpectrumWithWaterfall(LiveDisplay& live) {
+  FillSpectrum(live);
+  live.AddWaterfall();
+}
+
+// An adapted filter: the echoes of a room, which the noise of the adaptation keeps moving.
+void FillCoefficients(LiveDisplay& live) {
+  constexpr int coefficients = 8192;
+  live.plot.SetAxes({0, coefficients - 1, ""}, {-0.1, 0.1, ""});
+  live.plot.SetGrid(vc::PlotGrid{2, 10});
+  std::mt19937 source(20261122);
+  std::normal_distribution<double> noise;
+  std::vector<double> room(coefficients);
+  for (int i = 0; i < coefficients; ++i)
+    room[static_cast<std::size_t>(i)] = 0.06 * noise(source) * std::exp(-i / 1500.0);
+  for (auto& frame : live.frames) {
+    std::vector<float> values;
+    for (const double one : room) values.push_back(static_cast<float>(one + 0.002 * noise(source)));
+    frame = {{"Coefficients", values, vc::ScreenYellow}};
+  }
+}
+
+// The median frame in median copies of a picture; a frame and a copy by turns.
+void Live(benchmark::State& state, void (*fill)(LiveDisplay&)) {
+  LiveDisplay live;
+  live.plot.screen = live.plot.cursorPlaced = true;
+  live.plot.cursorColour = vc::ScreenRed;
+  fill(live);
+  live.plot.SetCursor(1500);
+  QCoreApplication::processEvents();
+  const QImage picture = Target();
+  QImage copy = Target();
+  std::vector<double> painting, copying;
+  for (auto unused : state) {
+    const double start = ProcessorSeconds();
+    live.Redraw(painting.size());
+    const double between = ProcessorSeconds();
+    QPainter(&copy).drawImage(0, 0, picture);
+    copying.push_back(ProcessorSeconds() - between);
+    painting.push_back(between - start);
+  }
+  const auto median = [](std::vector<double>& all) {
+    const auto middle = all.begin() + static_cast<std::ptrdiff_t>(all.size() / 2);
+    std::nth_element(all.begin(), middle, all.end());
+    return *middle;
+  };
+  state.counters["copies"] = median(painting) / median(copying);
+}
+BENCHMARK_CAPTURE(Live, Spectrum, FillSpectrum)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(Live, SpectrumWithWaterfall, FillSpectrumWithWaterfall)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(Live, Coefficients, FillCoefficients)->Unit(benchmark::kMicrosecond);
 
 }  // namespace
 

@@ -50,7 +50,7 @@ QFont WaterfallView::LetterFont() const {
 // Below a heading, with half of the last age below it.
 QRect WaterfallView::PlacedFrame() const {
   const int line = QFontMetrics(LetterFont()).height();
-  const int left = followed.frame.left + plot.mapTo(window(), QPoint()).x() - mapTo(window(), QPoint()).x();
+  const int left = followed.frame.left + mapFromGlobal(plot.mapToGlobal(QPoint())).x();
   const int top = line + line / 3;
   return {left, top, followed.frame.width, std::max(height() - top - line / 2, 0)};
 }
