@@ -133,7 +133,13 @@ void Console::ShowForm(const std::string& arguments) {
 void Console::GetControl(const std::string& arguments) {
   const FoundControl found = FindByPath(session.forms, arguments, false);
   if (const auto* why = std::get_if<std::string>(&found)) return Error(arguments, *why);
-  out << arguments << '\t' << OneLine(vc::ValueOf(*std::get<const vc::AnyControl*>(found))) << '\n';
+  const vc::AnyControl& control = *std::get<const vc::AnyControl*>(found);
+  std::istringstream numbers(vc::NumbersOf(control));
+  std::string line;
+  if (!std::getline(numbers, line)) line = OneLine(vc::ValueOf(control));
+  do {
+    out << arguments << '\t' << line << '\n';
+  } while (std::getline(numbers, line));
 }
 
 void Console::Operate(const std::string& arguments,

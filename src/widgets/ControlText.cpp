@@ -188,6 +188,11 @@ std::string ValueOf(const AnyControl& control) {
   return std::visit([](auto* one) { return Value(*one); }, control);
 }
 
+std::string NumbersOf(const AnyControl& control) {
+  Plot* const* plot = std::get_if<Plot*>(&control);
+  return plot != nullptr && (*plot)->screen ? PlotNumbers(**plot) : std::string{};
+}
+
 std::string RangeOf(const AnyControl& control) {
   return std::visit([](auto* one) { return Range(*one); }, control);
 }

@@ -1,9 +1,12 @@
 // The console, line by line, on a session in virtual time.
+#include <cmath>
 #include <sstream>
+#include <vector>
 
 #include <gtest/gtest.h>
 
 #include "RecordingPrinters.h"
+#include "SampleForm.h"
 #include "ScriptedUnit.h"
 #include "TempFolder.h"
 #include "VirtualLine.h"
@@ -89,6 +92,24 @@ TEST_F(Consoles, DrawsOnAPlot) {
   EXPECT_EQ(Say("record hiResCurve(1,0)"), "hiResCurve(1,0)\t-5\n");
   EXPECT_EQ(Say("record hiResCurve(1,459)"), "hiResCurve(1,459)\t-15\n");
   EXPECT_EQ(Say("point btnNew 1 2").find("error btnNew: "), 0U);
+}
+
+TEST_F(Consoles, ReadsAnInstrumentsScreenLineByLine) {
+  support::SampleForm sample;
+  vc::Plot& plot = sample.pltCurve;
+  session.forms.Show(sample.form);
+  EXPECT_EQ(Say("get pltCurve"), "pltCurve\t3 points: 0 Hz 0.0 dB | 800 Hz -6.0 dB | 1600 Hz -12.0 dB\n");
+  plot.screen = true;
+  plot.told = [] { return "800 Hz, -6.0 dB"; };
+  plot.SetTraces(
+      {{"Trace 1", {0.0F, -6.125F, NAN}}, {"", {1.0F}}, {"Trace 2", {-70.0F, 1.1920929e-7F}, 0, {400, 800}}});
+  EXPECT_EQ(Say("get pltCurve"),
+            "pltCurve\tHz\tTrace 1 dB\tTrace 2 dB\npltCurve\t0\t0\t\npltCurve\t400\t-3.0625\t-70\n"
+            "pltCurve\t800\t-6.125\t1.1920929e-07\npltCurve\t1600\t\t\n");
+  EXPECT_NE(Say("show").find("pltCurve\tplot\t800 Hz, -6.0 dB\t"), std::string::npos);
+  EXPECT_EQ(Say("get wtrCurve"), "wtrCurve\t\n");
+  sample.wtrCurve.Add(std::vector<float>{-20.0F, -12.25F, -30.0F}, 1);
+  EXPECT_EQ(Say("get wtrCurve"), "wtrCurve\t0 s, newest line: highest -12.2 dB at 800 Hz\n");
 }
 
 TEST_F(Consoles, ProgressIsToldOnceASecond) {
