@@ -29,6 +29,12 @@ double LevelOf(float line) {
   return 0.0 - below;  // never a negative zero
 }
 
+std::vector<float> LevelsOf(const SpectrumTrace& trace) {
+  std::vector<float> levels(trace.size());
+  std::ranges::transform(trace, levels.begin(), [](float line) { return static_cast<float>(LevelOf(line)); });
+  return levels;
+}
+
 double LineFrequency(double sampleRate, double line) { return sampleRate / TransformPoints * (line + 1); }
 
 int ShownFrequency(double sampleRate, int line) {

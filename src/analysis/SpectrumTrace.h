@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 #include "model/SpectrumReader.h"
 
@@ -25,6 +26,7 @@ float ScaledLine(std::uint8_t raw, float bottom = DisplayBottom);
 SpectrumTrace ScaledTrace(const RawTrace& raw, float bottom = DisplayBottom);
 // The level of a line in dB, 0..-70, where the bottom is DisplayBottom.
 double LevelOf(float line);
+std::vector<float> LevelsOf(const SpectrumTrace& trace);
 
 // Of line 0..460, at a sample rate in Hz.
 double LineFrequency(double sampleRate, double line);

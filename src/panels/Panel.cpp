@@ -5,8 +5,8 @@
 
 namespace vc {
 
-Panel::Panel(const PanelContext& opened, const std::string& name, const std::string& title)
-    : context(opened), settings(context.settings), form(name, title + context.suffix) {
+Panel::Panel(const PanelContext& opened, const std::string& name, const std::string& title, FormLook look)
+    : context(opened), settings(context.settings), form(name, title + context.suffix, look) {
   form.keys["Ctrl+Z"] = [this] { context.edits.history.Undo(); };
   form.keys["Ctrl+Shift+Z"] = [this] { context.edits.history.Redo(); };
   form.keys["Ctrl+Y"] = form.keys["Ctrl+Shift+Z"];

@@ -68,7 +68,8 @@ struct PanelContext {
 
 struct Panel {
   // The title without its suffix.
-  Panel(const PanelContext& opened, const std::string& name, const std::string& title);
+  Panel(const PanelContext& opened, const std::string& name, const std::string& title,
+        FormLook look = FormLook::Window);
   Panel(const Panel&) = delete;
   Panel& operator=(const Panel&) = delete;
 
