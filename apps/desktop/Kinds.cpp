@@ -92,12 +92,9 @@ void ShowColour(QWidget* view, const std::optional<vc::Colour>& colour) {
   if (!colour) return;
   const QColor letters = ColourOf(*colour, view->palette());
   constexpr int amid = 60;  // of 255: with less it is read on light
-  const bool light = qGray(letters.rgb()) < amid;
-  QPalette palette = view->palette();
-  palette.setColor(QPalette::WindowText, letters);
-  palette.setColor(QPalette::Window, light ? QColor(0xF0, 0xF0, 0xF0) : QColor(0x10, 0x12, 0x14));
-  view->setAutoFillBackground(true);
-  view->setPalette(palette);
+  const QLatin1String ground(qGray(letters.rgb()) < amid ? "#f0f0f0" : "#101214");
+  view->setStyleSheet(
+      QLatin1String("color: %1; background: %2; border-radius: 0.2em;").arg(letters.name(), ground));
 }
 
 void BindKind(Binder& binder, vc::Label& label) {
@@ -110,7 +107,7 @@ void BindKind(Binder& binder, vc::Label& label) {
   QSizePolicy policy = view->sizePolicy();
   policy.setRetainSizeWhenHidden(label.keepsRoom);
   view->setSizePolicy(policy);
-  if (label.OwnColour()) view->setContentsMargins(4, 1, 4, 1);
+  if (label.OwnColour()) view->StandAlone();
   binder.Bind(
       label.core,
       {.widget = view,

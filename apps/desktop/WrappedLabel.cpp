@@ -29,6 +29,11 @@ void WrappedLabel::Reserve(const QString& widest) {
   updateGeometry();
 }
 
+void WrappedLabel::StandAlone() {
+  standsAlone = true;
+  setAlignment(Qt::AlignCenter);
+}
+
 void WrappedLabel::SetWords(const QString& words) {
   QString shown = words;
   if (yields) {
@@ -45,13 +50,15 @@ int WrappedLabel::TextWidth(int digits) const {
   for (const QString& line : measured.split(QLatin1Char('\n'))) {
     widest = std::max(widest, fontMetrics().horizontalAdvance(line));
   }
-  constexpr int slack = 2;  // of rounding; a line that just fits must not wrap
+  constexpr int rounding = 2;  // a line that just fits must not wrap
+  const int slack = standsAlone ? LineHeight(*this) : rounding;
   return std::max(minimumWidth(), std::min(widest + slack, DigitsWide(*this, digits)));
 }
 
 int WrappedLabel::HeightAt(int width) const {
   if (yields && width < LineHeight(*this)) return minimumHeight();  // it is not laid out yet
-  return std::max({LineHeight(*this), minimumHeight(), heightForWidth(std::max(width, 1))});
+  const int line = LineHeight(*this), least = standsAlone ? line * 4 / 3 : line;
+  return std::max({least, minimumHeight(), heightForWidth(std::max(width, 1))});
 }
 
 QSize WrappedLabel::sizeHint() const {

@@ -14,6 +14,8 @@ class WrappedLabel : public QLabel {
   void Yield();
   // Is always as wide as these words in one line, whatever it says: nothing beside it moves.
   void Reserve(const QString& widest);
+  // On a ground of its own, amid which it stands.
+  void StandAlone();
   // Where it yields, a line breaks behind a comma alone.
   void SetWords(const QString& words);
 
@@ -29,7 +31,7 @@ class WrappedLabel : public QLabel {
   int TextWidth(int digits) const;
   int HeightAt(int width) const;
 
-  bool yields = false;
+  bool yields = false, standsAlone = false;
   QString reserved;
 };
 
