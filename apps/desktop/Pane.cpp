@@ -213,7 +213,7 @@ void Pane::AddBeside(const Field& field) {
   for (QWidget* part : std::initializer_list<QWidget*>{field.caption, field.field, field.unit}) {
     if (part != nullptr) line->addWidget(part, part == field.field ? 1 : 0);
   }
-  columns->addLayout(line, 1);
+  columns->addLayout(line, Strip() ? 0 : 1);
 }
 
 void Pane::AddTall(QLabel* caption, QWidget* text, int share) {
@@ -328,7 +328,8 @@ void Pane::Align() {
 
 void Pane::Finish() {
   if (block != nullptr) FillBlock();
-  grows = container->layout()->expandingDirections().testFlag(Qt::Vertical);
+  grows = Grows();
+  if (Strip()) columns->addStretch();
   if (Is(vc::FrameLook::Card)) {
     grows = grows && alongSignal;
     blocks = alongSignal ? 1 : 0;
@@ -340,8 +341,23 @@ void Pane::Finish() {
     grid->setRowStretch(grid->rowCount(), 1);
 }
 
+// What follows each other in a line without a border takes no more room than it needs.
+bool Pane::Strip() const { return columns != nullptr && Is(vc::FrameLook::Flat) && !alongSignal; }
+
+// A frame in a column is as high as the others, but that is no use for more.
+bool Pane::Grows() const {
+  if (still.empty()) return container->layout()->expandingDirections().testFlag(Qt::Vertical);
+  for (int i = 0; i < columns->count(); ++i) {
+    QLayoutItem* item = columns->itemAt(i);
+    const bool frameWithout = std::ranges::find(still, item->widget()) != still.end();
+    if (!frameWithout && item->expandingDirections().testFlag(Qt::Vertical)) return true;
+  }
+  return false;
+}
+
 void Pane::Settle(const Pane& inner) {
   if (alongSignal) return SettleAlongSignal(inner);
+  if (columns != nullptr && !inner.grows) still.push_back(inner.container);
   if (grid != nullptr && !inner.grows) {
     inner.container->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
   }

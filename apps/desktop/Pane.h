@@ -2,6 +2,7 @@
 #pragma once
 
 #include <unordered_map>
+#include <vector>
 
 #include <QLabel>
 #include <QWidget>
@@ -89,6 +90,8 @@ class Pane {
   void MakeLayout();
   void SetMargins();
   void SettleAlongSignal(const Pane& inner);
+  bool Strip() const;
+  bool Grows() const;
 
   QWidget* container;
   const vc::Frame* frame;
@@ -113,9 +116,10 @@ class Pane {
   bool sliderRows = false;  // what else there is ends where the sliders do
   bool onlyWords = true;
   bool onlyFrames = true;
-  bool grows = false;   // has a use for spare height; known once it is finished
-  bool spread = false;  // something in a card has taken the spare height
-  int blocks = 0;       // that lie beside each other in it
+  bool grows = false;                 // has a use for spare height; known once it is finished
+  std::vector<const QWidget*> still;  // of columns, the frames that have none
+  bool spread = false;                // something in a card has taken the spare height
+  int blocks = 0;                     // that lie beside each other in it
 };
 
 }  // namespace desktop

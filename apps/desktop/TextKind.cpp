@@ -100,7 +100,8 @@ struct Around {
 Around Place(const Stand& stand, const vc::TextBox& text, QWidget* view) {
   const bool repeats = text.shows != nullptr && text.core.Caption() == text.shows->core.Caption();
   const bool withUnit = !text.unit.empty() && (!stand.number || stand.pane.TakesUnit());
-  const bool captioned = !repeats && (stand.number || stand.pane.TakesCaption());
+  const bool captioned =
+      !repeats && !text.core.Caption().empty() && (stand.number || stand.pane.TakesCaption());
   QLabel* caption = !captioned ? nullptr : WordsBeside(view, text.core.Caption());
   QLabel* unit = withUnit ? WordsBeside(view, text.unit) : nullptr;
   if (stand.number) {
@@ -177,6 +178,8 @@ void BindLine(Binder& binder, vc::TextBox& text, const Stand& stand) {
   if (stand.number || !text.unit.empty()) {
     view->setFixedWidth(DigitsWide(*view, stand.pane.Dense() ? DenseNumberDigits : NumberDigits));
     view->setAlignment(stand.pane.Banked() ? Qt::AlignHCenter : Qt::AlignRight);
+  } else if (!text.widest.empty()) {
+    view->setFixedWidth(DigitsWide(*view, static_cast<int>(text.widest.size()) + 2));
   }
   const auto [caption, unit] = Place(stand, text, view);
   Listen(binder, text, view,

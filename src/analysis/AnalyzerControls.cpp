@@ -24,6 +24,7 @@ AnalyzerControls::AnalyzerControls(Panel& owner, Place averagesIn, Place runIn, 
       btnClear(runIn, "btnClear", "Clear"),
       edits(std::move(edited)) {
   lblNumAverages.look = FrameLook::Flat;
+  txtAverages.widest = std::to_string(1 << edits.mostExponent);
   btnMinus.clicked = [this] { Step(-1, btnMinus.core); };
   btnPlus.clicked = [this] { Step(1, btnPlus.core); };
   txtAverages.lostFocus = [this] { Take(); };

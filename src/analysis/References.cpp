@@ -27,12 +27,13 @@ References::References(Panel& owner, Place place, const ShownTraces& live, const
       btnKeepTrace2(fraKeep, "btnKeepTrace2", "Keep Trace 2"),
       cmbReference(fraReferences, "cmbReference", "Reference"),
       txtReferenceName(fraReferences, "txtReferenceName", "Name"),
-      lblDifference(fraReferences, "lblDifference", ""),
-      btnRemoveReference(fraReferences, "btnRemoveReference", "Remove"),
+      fraDifference(fraReferences, "fraDifference", "", Arrangement::Columns),
+      btnRemoveReference(fraDifference, "btnRemoveReference", "Remove"),
+      lblDifference(fraDifference, "lblDifference", ""),
       panel(owner),
       traces(live),
       marker(specMarker) {
-  fraKeep.look = FrameLook::Flat;
+  fraKeep.look = fraDifference.look = FrameLook::Flat;
   fraKeep.buttonsPerRow = 2;
   lblDifference.keepsRoom = true;
   btnKeepTrace1.clicked = [this] { Keep(traces.first); };

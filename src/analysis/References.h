@@ -22,8 +22,9 @@ struct References {
   Button btnKeepTrace1, btnKeepTrace2;
   ListBox cmbReference;
   TextBox txtReferenceName;
-  Label lblDifference;
+  Frame fraDifference;
   Button btnRemoveReference;
+  Label lblDifference;
   // What is kept is another than before.
   std::function<void()> changed;
 

@@ -44,6 +44,9 @@ SpecMarker::SpecMarker(Panel& owner, Place place, Plot& shownIn, const ShownTrac
       btnFindPeak(fraMarker, "btnFindPeak", "Find Peak"),
       traces(shown) {
   fraMarker.look = FrameLook::Flat;
+  txtMarkerFreq.widest = "88888";
+  lblTrace1Mag.SetColour(ScreenYellow);
+  lblTrace2Mag.SetColour(ScreenBlue);
   plot.cursorPlaced = true;
   plot.cursorColour = ScreenRed;
   btnMarker.clicked = [this] {

@@ -42,7 +42,8 @@ struct TextBox {
   // the slider's own caption it has none of its own.
   const Slider* shows = nullptr;
   bool readOnly = false;
-  // Of a read-only text and of one in a bank: room is kept for this one, so that nothing beside it moves.
+  // Of a read-only text and of one in a bank or beside others: room is kept for this one, so that nothing
+  // beside it moves.
   std::string widest;
   bool multiLine = false;
   int columns = 60, lines = 12;  // of characters that several lines of text have room for at least
