@@ -20,6 +20,7 @@ using S = SystemSettings;
 
 constexpr int LastLine = TraceLines - 1;
 constexpr double NarrowestBand = 10;  // lines between the limits
+constexpr int MostExponent = 7;       // 128 averages
 constexpr int DisplayMilliseconds = 100;
 
 // What the analyzer is set to while it is this panel's.
@@ -66,6 +67,8 @@ CtlSIF::CtlSIF(const PanelContext& context)
            InRecord(panel, OfFilter(RowOf<&S::sifModeSelect>()))),
       shape(panel, fraHow, "fraShape", "Output Shape", "ROSSelect", {"Flat", "Pink", "Voice", "Custom"},
             InRecord(panel, OfFilter(RowOf<&S::sifROSSelect>()))),
+      analyzer(panel, fraAnalyzer, fraAnalyzer,
+               {InRecord(panel, OfFilter(RowOf<&S::sifAverages>())), BorrowedRun(), MostExponent}),
       gain(panel, fraAnalyzer, "Input Gain", "sldrGain", "txtGain", WholeNumber("dB"), Fixed(0, 40),
            InRecord(panel, OfFilter(RowOf<&S::sifGain>()))),
       amount(panel, fraFilter, "Filter Amount", "sldrRange", "txtRange", Amount(), Fixed(0, 1),
@@ -125,14 +128,14 @@ void CtlSIF::BindPlot() {
 void CtlSIF::Begin() {
   if (!lease.Holds()) {
     const S& settings = panel.settings;
-    const std::array<BorrowedValue, 6> analyzer{
+    const std::array<BorrowedValue, 6> asWanted{
         {{&RowOf<&S::specAverages>(), static_cast<double>(settings.sifAverages[Stage()])},
          {&RowOf<&S::averagerMode>(), Exponential},
          {&RowOf<&S::specRun>(), Running},
          {&RowOf<&S::yellowGain>(), static_cast<double>(settings.sifGain[Stage()])},
          {&RowOf<&S::yellowSignal>(), static_cast<double>(FilterInputSignal(settings, Stage()))},
          {&RowOf<&S::specDisplayMode>(), YellowOnly}}};
-    lease = FieldLease(panel.settings, analyzer);
+    lease = FieldLease(panel.settings, asWanted);
     panel.context.takeAnalyzer(true);
     panel.context.clearAnalyzer();
     tmrSifDisp->SetEnabled(true);
@@ -160,6 +163,18 @@ void CtlSIF::FollowStage() {
   follow(RowOf<&S::specAverages>(), settings.sifAverages[Stage()]);
   follow(RowOf<&S::yellowGain>(), settings.sifGain[Stage()]);
   follow(RowOf<&S::yellowSignal>(), FilterInputSignal(settings, Stage()));
+}
+
+Parameter CtlSIF::BorrowedRun() {
+  const auto store = [this](double running, const ControlCore&, const std::string&) {
+    if (!lease.Holds()) return;
+    StoreNumber(panel.settings, RowOf<&S::specRun>(), 0, 0, running);
+    MarkEdited(panel.settings, RowOf<&S::specRun>(), 0);
+  };
+  return {.value = [this] { return static_cast<double>(panel.settings.specRun); },
+          .factory = [] { return Running; },
+          .kept = AsKept,
+          .store = store};
 }
 
 // The sign of an overloaded analyzer is the topmost bit of what the unit tells of its mode.

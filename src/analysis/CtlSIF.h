@@ -6,6 +6,7 @@
 #include <optional>
 #include <string>
 
+#include "analysis/AnalyzerControls.h"
 #include "analysis/FieldLease.h"
 #include "analysis/SpectralInverse.h"
 #include "panels/CurvePanels.h"
@@ -43,6 +44,7 @@ struct CtlSIF {
   Frame fraHow{fraBelow, "fraHow", "", Arrangement::Columns};
   OptionField mode, shape;
   Frame fraAnalyzer{fraBelow, "fraAnalyzer", "Analyzer"};
+  AnalyzerControls analyzer;
   SliderText gain;
   Label YellowTraceOVLDisplay{fraAnalyzer, "YellowTraceOVLDisplay", "Gain"};
   Frame fraFilter{fraBelow, "fraFilter", "Filter"};
@@ -71,6 +73,8 @@ struct CtlSIF {
   void End();
   // What is borrowed of the analyzer follows what the stage has set.
   void FollowStage();
+  // The analyzer runs or is held, which no setup keeps.
+  Parameter BorrowedRun();
 
   void Tick();
   void Show();

@@ -101,6 +101,7 @@ void Displays::LendAnalyzer(bool lent) {
   analyzerLent = lent;
   if (open.timer != nullptr) open.timer->SetEnabled(!lent);
   Poll();
+  Refresh();  // the settings of the analyzer are others than before
 }
 
 void Displays::Poll() const {
