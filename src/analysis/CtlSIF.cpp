@@ -63,23 +63,25 @@ CtlSIF::CtlSIF(const PanelContext& context)
     : panel(context, "CtlSIF", "Spectral Inverse Filter"),
       lower(panel, fraLimits, "Lo", "Lower Limit", RowOf<&S::sifLoAttack>()),
       upper(panel, fraLimits, "Hi", "Upper Limit", RowOf<&S::sifHiAttack>()),
-      mode(panel, fraHow, "fraMode", "Mode", "ModeSelect", {"Equalize Voice", "Attack Noise"},
+      mode(panel, fraBelow, "fraMode", "Mode", "ModeSelect", {"Equalize Voice", "Attack Noise"},
            InRecord(panel, OfFilter(RowOf<&S::sifModeSelect>()))),
-      shape(panel, fraHow, "fraShape", "Output Shape", "ROSSelect", {"Flat", "Pink", "Voice", "Custom"},
+      shape(panel, fraBelow, "fraShape", "Output Shape", "ROSSelect", {"Flat", "Pink", "Voice", "Custom"},
             InRecord(panel, OfFilter(RowOf<&S::sifROSSelect>()))),
-      analyzer(panel, fraAnalyzer, fraAnalyzer,
-               {InRecord(panel, OfFilter(RowOf<&S::sifAverages>())), BorrowedRun(), MostExponent}),
-      gain(panel, fraAnalyzer, "Input Gain", "sldrGain", "txtGain", WholeNumber("dB"), Fixed(0, 40),
-           InRecord(panel, OfFilter(RowOf<&S::sifGain>()))),
       amount(panel, fraFilter, "Filter Amount", "sldrRange", "txtRange", Amount(), Fixed(0, 1),
              InRecord(panel, OfFilter(RowOf<&S::filterAtten>()))),
       filterGain(panel, fraFilter, "Output Gain", "sldrFilterGain", "txtFilterGain", OutputGain(),
                  Fixed(OutputGainDb(LeastGain), OutputGainDb(MostGain)),
                  InRecord(panel, OfFilter(RowOf<&S::filterGain>()))),
+      analyzer(panel, fraAnalyzer, fraAnalyzer,
+               {InRecord(panel, OfFilter(RowOf<&S::sifAverages>())), BorrowedRun(), MostExponent}),
+      gain(panel, fraAnalyzer, "Input Gain", "sldrGain", "txtGain", WholeNumber("dB"), Fixed(0, 40),
+           InRecord(panel, OfFilter(RowOf<&S::sifGain>()))),
       tmrSifDisp(context.events.CreateTimer(DisplayMilliseconds, [this] { Tick(); })) {
   mode.nearest = shape.nearest = true;
   gain.field.storedWhenMoved = true;  // a gain below 0 may have been loaded
   amount.slider.ReverseScale = true;
+  constexpr int buttonsPerRow = 2;
+  fraLimits.buttonsPerRow = buttonsPerRow;
   panel.form.initialFocus = &btnBuild.core;
   BindButtons();
   BindLimits();

@@ -36,24 +36,22 @@ struct CtlSIF {
   Plot pbxSpec{panel.form, "pbxSpec", "Spectrum of the Filter Input"};
   Frame fraTraces{panel.form, "fraTraces", "", Arrangement::Columns};
   Label YellowMarkerLabel{fraTraces, "YellowMarkerLabel", "YellowTrace : Filter Input"};
+  Label YellowTraceOVLDisplay{fraTraces, "YellowTraceOVLDisplay", "Gain"};
   Label BlueMarkerLabel{fraTraces, "BlueMarkerLabel", "BlueTrace : Filter Shape"};
-
   Frame fraBelow{panel.form, "fraBelow", "", Arrangement::Columns};
   Frame fraLimits{fraBelow, "fraLimits", ""};
   SifLimit lower, upper;
-  Frame fraHow{fraBelow, "fraHow", "", Arrangement::Columns};
+  Button btnBuild{fraLimits, "btnBuild", "Build"};
+  Button btnEdit{fraLimits, "btnEdit", "Edit Custom Curve..."};
+  Button btnStore{fraLimits, "btnStore", "Store..."};
+  Button btnRecall{fraLimits, "btnRecall", "Recall..."};
   OptionField mode, shape;
-  Frame fraAnalyzer{fraBelow, "fraAnalyzer", "Analyzer"};
+  Frame fraSettings{fraBelow, "fraSettings", ""};
+  Frame fraFilter{fraSettings, "fraFilter", "Filter"};
+  SliderText amount, filterGain;
+  Frame fraAnalyzer{fraSettings, "fraAnalyzer", "Analyzer"};
   AnalyzerControls analyzer;
   SliderText gain;
-  Label YellowTraceOVLDisplay{fraAnalyzer, "YellowTraceOVLDisplay", "Gain"};
-  Frame fraFilter{fraBelow, "fraFilter", "Filter"};
-  SliderText amount, filterGain;
-  Frame fraBuild{panel.form, "fraBuild", "", Arrangement::Columns};
-  Button btnBuild{fraBuild, "btnBuild", "Build"};
-  Button btnEdit{fraBuild, "btnEdit", "Edit Custom Curve..."};
-  Button btnStore{fraBuild, "btnStore", "Store..."};
-  Button btnRecall{fraBuild, "btnRecall", "Recall..."};
   PanelFoot foot{panel, "btnFilterActive", "Active"};
 
   // One redraw of the traces and the limits.
