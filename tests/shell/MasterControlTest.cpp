@@ -209,21 +209,24 @@ TEST(MasterPanel, DisplaysTakeThePollAndHideThePanelBehindThem) {
   PanelRun run;
   run.record.filterType[1] = FilterKind::Lowpass;
   run.record.specRun = 0;
+  const auto master = [&run]() -> MasterControl& { return run.session.master; };
   run.Press("Alt+S");
   EXPECT_EQ(run.session.periodic.pollMode, poll::Spectrum);
   EXPECT_EQ(run.record.specRun, 1);
-  run.Click("btnCoeffDisplay");
-  EXPECT_EQ(run.Get("btnSpecAnalyzer") + run.Get("btnCoeffDisplay"), "01");
+  master().top.btnCoeffDisplay.Click();
+  EXPECT_EQ(master().top.btnSpecAnalyzer.Value(), 0);
+  EXPECT_EQ(master().top.btnCoeffDisplay.Value(), 1);
   EXPECT_EQ(run.session.periodic.pollMode, poll::Coefficients);
-  run.Click("btnFilterConfig(1)");
-  EXPECT_EQ(run.session.forms.open.front().hidden, true);
+  master().chain.Filter(1).config.Click();
+  const auto* shown = std::ranges::find(run.session.forms.open, &master().form, &Forms::Entry::form).base();
+  EXPECT_TRUE(shown->hidden);
   EXPECT_EQ(run.session.forms.open.back().modality, Modality::Modeless);
   run.session.panels.OpenFilter(1);  // takes the place of the one that is open
-  EXPECT_EQ(run.session.forms.open.size(), 2U);
-  EXPECT_TRUE(run.session.forms.open.front().hidden);
+  EXPECT_EQ(run.session.forms.open.size(), 3U);
   run.Click("btnOK");
   EXPECT_EQ(run.Top().name, "MasterControl");
   run.Press("Alt+E");
+  EXPECT_EQ(run.session.forms.open.size(), 1U);
   EXPECT_EQ(run.session.periodic.pollMode, poll::MainLevels);
   run.Click("btnFilterConfig(1)");
   EXPECT_EQ(run.session.forms.open.back().modality, Modality::Modal);
@@ -275,12 +278,13 @@ TEST(ConfigurationOfStages, LoadsEveryPanelUnseen) {
 
 TEST(MasterPanel, OpensBesideTheCoefficientsAndPutsItsFilterThere) {
   support::PanelRun run;
+  run.Edit("numFilters", "3");
   CoefReader& reader = run.session.coefReader;
-  reader.CoefReadback[0] = 7;
   run.OpenFilter(3, FilterKind::Lowpass);
   EXPECT_EQ(reader.coefFilterIndex, 0);  // no display is up
   run.CloseTop();
   run.session.master.ShowDisplay(display::Coefficients);
+  reader.CoefReadback[0] = 7;
   run.session.panels.OpenFilter(3);
   EXPECT_EQ(reader.coefFilterIndex, 2);
   EXPECT_EQ(reader.CoefReadback[0], 0);  // of the filter that was there before
