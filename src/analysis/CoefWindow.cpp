@@ -28,14 +28,14 @@ void CoefWindow::Resize(int coefficients, int shown) {
 
 void CoefWindow::Centre(int coefficient) {
   const int marked = std::clamp(coefficient, 0, number - 1);
-  start = std::clamp(marked - count / 2, 0, number - count);
-  offset = marked - start;
+  CoefGraphStart = std::clamp(marked - count / 2, 0, number - count);
+  CoefMarkerOffset = marked - CoefGraphStart;
 }
 
 void CoefWindow::MoveTo(int place) {
   const int held = std::clamp(place, 0, count - 1);
-  start = std::clamp(start + place - held, 0, number - count);
-  offset = held;
+  CoefGraphStart = std::clamp(CoefGraphStart + place - held, 0, number - count);
+  CoefMarkerOffset = held;
 }
 
 std::vector<int> CoefCounts(int coefficients) {

@@ -10,12 +10,12 @@
 namespace vc {
 
 struct CoefWindow {
-  int number = 1;  // of the filter's coefficients
-  int count = 1;   // of those on show
-  int start = 0;   // the first one on show
-  int offset = 0;  // of the marker behind it
+  int number = 1;            // of the filter's coefficients
+  int count = 1;             // of those on show
+  int CoefGraphStart = 0;    // the first one on show
+  int CoefMarkerOffset = 0;  // of the marker behind it
 
-  int Marked() const { return start + offset; }
+  int Marked() const { return CoefGraphStart + CoefMarkerOffset; }
   // So many are to be shown of so many: about the middle, with the marker where it was.
   void Resize(int coefficients, int shown);
   // Puts the marker on a coefficient, and that into the middle.

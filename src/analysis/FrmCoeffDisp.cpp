@@ -157,10 +157,10 @@ void FrmCoeffDisp::BindTyped(TextBox& text, const std::function<double(double nu
 
 void FrmCoeffDisp::Initialize() {
   coefReader.Clear();
-  window.start = 0;
+  window.CoefGraphStart = 0;
   running = RunningNow();
   FillCounts();
-  window.start = 0;
+  window.CoefGraphStart = 0;
 }
 
 void FrmCoeffDisp::DisplayFilter(int stage) {
@@ -228,9 +228,11 @@ void FrmCoeffDisp::ShowNote() {
 
 void FrmCoeffDisp::ShowCurve() {
   const double half = CoefZooms()[static_cast<std::size_t>(cmbZoom.ListIndex())].halfScale;
-  const double from = MillisecondsOf(window.start), to = MillisecondsOf(window.start + window.count - 1);
+  const double from = MillisecondsOf(window.CoefGraphStart),
+               to = MillisecondsOf(window.CoefGraphStart + window.count - 1);
   std::vector<float> values;
-  for (int k = 0; k < window.count; ++k) values.push_back(static_cast<float>(ValueOf(window.start + k)));
+  for (int k = 0; k < window.count; ++k)
+    values.push_back(static_cast<float>(ValueOf(window.CoefGraphStart + k)));
   pbxCoef.SetAxes({from, to, "msec"}, {-half, half});
   pbxCoef.SetGrid(chkGrid.Value() ? GridParts : NoGrid);
   pbxCoef.SetTraces({{.name = "Coefficients", .values = std::move(values), .colour = ScreenYellow}});
@@ -261,7 +263,7 @@ void FrmCoeffDisp::ShowPlace() {
 int FrmCoeffDisp::Peak() const {
   return optFindPeak.Selected() == InAllCoefficients
              ? PeakOf(coefReader.CoefReadback, 0, window.number)
-             : PeakOf(coefReader.CoefReadback, window.start, window.count);
+             : PeakOf(coefReader.CoefReadback, window.CoefGraphStart, window.count);
 }
 
 void FrmCoeffDisp::FindPeak() {
@@ -285,7 +287,7 @@ void FrmCoeffDisp::Hear(const PlotPointer& event) {
   dragging = event.action == PointerAction::Press || (dragging && event.action == PointerAction::Move);
   if (!dragging) return;
   const double coefficient = std::clamp<double>(OfMilliseconds(event.x), -ToTheEnd, 2.0 * ToTheEnd);
-  window.MoveTo(Nearest(coefficient) - window.start);
+  window.MoveTo(Nearest(coefficient) - window.CoefGraphStart);
   Show();
 }
 
@@ -293,7 +295,7 @@ bool FrmCoeffDisp::Press(std::string_view combination) {
   const auto* stroke = std::ranges::find(AlongCoefficients, combination, &Stroke::keys);
   if (stroke == AlongCoefficients.end()) return false;
   const int wanted = std::clamp(window.Marked() + stroke->distance, 0, window.number - 1);
-  window.MoveTo(wanted - window.start);
+  window.MoveTo(wanted - window.CoefGraphStart);
   Show();
   return true;
 }

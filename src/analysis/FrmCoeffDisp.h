@@ -53,7 +53,7 @@ struct FrmCoeffDisp {
   void Initialize();
   // Puts a stage (1..6) on display.
   void DisplayFilter(int stage);
-  int GetGraphStartCoef() const { return window.start; }
+  int GetGraphStartCoef() const { return window.CoefGraphStart; }
 
  private:
   // What the unit runs in the stage on display; another one begins anew.
