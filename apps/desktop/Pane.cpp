@@ -211,7 +211,7 @@ void Pane::AddBeside(const Field& field) {
   auto* line = new QHBoxLayout;
   line->setSpacing(LineHeight(*container) / 2);
   for (QWidget* part : std::initializer_list<QWidget*>{field.caption, field.field, field.unit}) {
-    if (part != nullptr) line->addWidget(part, part == field.field ? 1 : 0);
+    if (part != nullptr) line->addWidget(part, part == field.field && !Strip() ? 1 : 0);
   }
   columns->addLayout(line, Strip() ? 0 : 1);
 }
