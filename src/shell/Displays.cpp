@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "analysis/FrmCoeffDisp.h"
+#include "analysis/SpecDisp.h"
 #include "persist/SaveDisplay.h"
 #include "shell/ChainPanels.h"
 #include "shell/MasterControl.h"
@@ -22,7 +23,7 @@ AnyDisplay Make(const DisplayContext& context) {
 
 constexpr std::array<DisplayRow, 2> AllRows{
     {{display::Coefficients, "FrmCoeffDisp", poll::Coefficients, "Coefficients", Make<FrmCoeffDisp>},
-     {display::Spectrum, "SpecDisp", poll::Spectrum, "Spectrum", nullptr}}};
+     {display::Spectrum, "SpecDisp", poll::Spectrum, "Spectrum", Make<SpecDisp>}}};
 
 // Numbers as a spreadsheet reads them.
 std::string SeparatedByCommas(std::string lines) {

@@ -218,7 +218,7 @@ TEST(MasterPanel, DisplaysTakeThePollAndHideThePanelBehindThem) {
   EXPECT_EQ(master().top.btnCoeffDisplay.Value(), 1);
   EXPECT_EQ(run.session.periodic.pollMode, poll::Coefficients);
   master().chain.Filter(1).config.Click();
-  const auto* shown = std::ranges::find(run.session.forms.open, &master().form, &Forms::Entry::form).base();
+  const auto shown = std::ranges::find(run.session.forms.open, &master().form, &Forms::Entry::form);
   EXPECT_TRUE(shown->hidden);
   EXPECT_EQ(run.session.forms.open.back().modality, Modality::Modeless);
   run.session.panels.OpenFilter(1);  // takes the place of the one that is open
