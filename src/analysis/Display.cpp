@@ -8,10 +8,10 @@
 namespace vc {
 namespace {
 
-std::string TimeText(const WallTime& time) {
+std::string TimeText(const WallTime& now) {
   std::array<char, 64> text{};
-  const int length = std::snprintf(text.data(), text.size(), "%04d-%02d-%02d %02d:%02d:%02d", time.year,
-                                   time.month, time.day, time.hour, time.minute, time.second);
+  const int length = std::snprintf(text.data(), text.size(), "%04d-%02d-%02d %02d:%02d:%02d", now.year,
+                                   now.month, now.day, now.hour, now.minute, now.second);
   return {text.data(), static_cast<std::size_t>(length)};
 }
 
