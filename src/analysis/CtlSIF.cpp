@@ -291,6 +291,7 @@ void CtlSIF::Build() {
 void CtlSIF::BuildCurve() {
   const SpectrumTrace sifCurve = BuildSpectralInverse(SifYellowTrace, SifBuildOf(panel.settings, Stage()));
   std::vector<FieldEdit> edits;
+  edits.reserve(sifCurve.size());
   for (int line = 0; line < TraceLines; ++line) {
     edits.emplace_back(&RowOf<&S::sifCurve>(), Stage(), line,
                        static_cast<double>(sifCurve[static_cast<std::size_t>(line)]));
