@@ -46,6 +46,7 @@ void Tour::Run() {
   if (linked) ChangeRate();
   ShowChain();
   ShowPanels();
+  ShowDisplays();
   UndoSteps();
   StoreAndRecall();
   StoreAndRecallFilter();

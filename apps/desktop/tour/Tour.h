@@ -49,6 +49,10 @@ class Tour {
   // Draws a curve in a panel that has one, and leaves the drawing of a part of it.
   void DrawCurve(desktop::FormWindow& window, const std::string& form);
   void StoreInMemory();
+  // The displays, each with a panel beside it and over the whole screen.
+  void ShowDisplays();
+  void ShowBesidePanel(desktop::FormWindow& display, const std::string& form);
+  void ShowFullScreen(desktop::FormWindow& window, const std::string& form);
   void UndoSteps();
   // Chooses a row of a list of the master panel.
   void ChooseRow(const char* list, const char* row);
