@@ -14,8 +14,18 @@ constexpr std::array<Colour, MostReferences> Colours{0x78D078, 0x4FA5FF, 0xE08CE
 
 std::vector<double> FrequenciesAt(double sampleRate) {
   std::vector<double> frequencies;
+  frequencies.reserve(TraceLines);
   for (int line = 0; line < TraceLines; ++line) frequencies.push_back(LineFrequency(sampleRate, line));
   return frequencies;
+}
+
+// A name has to find room beside the others, and ends behind a whole character.
+std::string Fitting(const std::string& name) {
+  constexpr std::size_t most = 24;
+  if (name.size() <= most) return name;
+  std::size_t end = most;
+  while (end > 0 && (static_cast<unsigned char>(name[end]) & 0xC0U) == 0x80U) --end;
+  return name.substr(0, end);
 }
 
 }  // namespace
@@ -35,7 +45,7 @@ References::References(Panel& owner, Place place, const ShownTraces& live, const
       marker(specMarker) {
   fraKeep.look = fraDifference.look = FrameLook::Flat;
   fraKeep.buttonsPerRow = 2;
-  lblDifference.keepsRoom = true;
+  txtReferenceName.widest = "A short name";
   btnKeepTrace1.clicked = [this] { Keep(traces.first); };
   btnKeepTrace2.clicked = [this] { Keep(traces.second); };
   btnRemoveReference.clicked = [this] { Remove(); };
@@ -80,7 +90,7 @@ void References::Remove() {
 void References::Rename() {
   const int chosen = cmbReference.ListIndex();
   if (Chosen() == nullptr) return;
-  const std::string& wished = txtReferenceName.Text();
+  const std::string wished = Fitting(txtReferenceName.Text());
   if (!wished.empty() && wished != Chosen()->name) {
     kept[static_cast<std::size_t>(chosen)].name = wished;
     List(chosen);

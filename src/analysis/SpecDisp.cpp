@@ -84,6 +84,7 @@ void SpecDisp::Bind() {
 
 void SpecDisp::InitAverager() {
   std::vector<std::string> rows;
+  rows.reserve(AveragerModes.size());
   for (const AveragerMode& mode : AveragerModes) rows.emplace_back(mode.text);
   const Mute inert(panel.form);
   cmbAveragerMode.SetItems(std::move(rows));
@@ -237,7 +238,7 @@ void SpecDisp::Draw() {
 }
 
 std::string SpecDisp::Told() const {
-  const std::string peak = marker.PeakReading();
+  std::string peak = marker.PeakReading();
   if (!marker.On()) return peak;
   return marker.Reading() + (peak.empty() ? "" : ". " + peak);
 }

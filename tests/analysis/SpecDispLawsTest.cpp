@@ -70,8 +70,8 @@ TEST_F(Chain, ListsWhatTheConfigurationHasInItsOrder) {
 
 TEST_F(Chain, RowsAndCodesLeadToEachOtherInEveryConfiguration) {
   for (std::int16_t mode = 0; mode <= 2; ++mode) {
-    for (std::int16_t filters = 1; filters <= (mode == 0 ? 6 : 3); ++filters) {
-      const std::vector<int> codes = Of(mode, filters).Codes();
+    for (int filters = 1; filters <= (mode == 0 ? 6 : 3); ++filters) {
+      const std::vector<int> codes = Of(mode, static_cast<std::int16_t>(filters)).Codes();
       for (int row = 0; row < static_cast<int>(codes.size()); ++row) {
         EXPECT_EQ(GetTraceSelection(settings, SignalAt(settings, row)), row);
       }

@@ -73,6 +73,7 @@ TEST_F(SpecDispRun, DrawsWhatTheUnitSendsAndNothingBefore) {
   bodies[0][99] = 255;
   Click("btnSpecAnalyzer");
   EXPECT_EQ(session.spectrumReader.RawTrace1[459], 192);
+  test.loop.RunFor(150);  // nothing is asked for yet
   EXPECT_TRUE(Screen().Traces().empty());
   test.loop.RunFor(2000);
   ASSERT_EQ(Screen().Traces().size(), 2U);
@@ -115,7 +116,7 @@ TEST_F(SpecDispRun, WhatTheSetupBroughtStaysAndOnlyWhatIsNoneIsCorrected) {
   EXPECT_EQ(Get("txtYellowGain") + "|" + Get("cmbAveragerMode") + "|" + Get("txtAverages"),
             "-20|Peak Hold|64");
   EXPECT_FALSE(Enabled("txtAverages"));
-  Type("txtYellowGain", "0");  // and from there it has the range of edits
+  Set("sldrYellowGain", "-10");  // and from there it has the range of edits
   EXPECT_EQ(RangeOf(Find("sldrYellowGain")), "0..40");
   EXPECT_EQ(Get("txtYellowGain"), "0");
   Set("cmbAveragerMode", "Exponential");
