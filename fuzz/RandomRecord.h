@@ -5,6 +5,7 @@
 #include <random>
 #include <string>
 #include <type_traits>
+#include <variant>
 
 #include "Unheard.h"
 #include "model/Bandwidth.h"
@@ -24,7 +25,8 @@ inline std::string RandomText(std::mt19937& random) {
 
 inline void Randomize(vc::SystemSettings& settings, const vc::FieldRow& row, std::mt19937& random) {
   vc::ForEachElement(row, [&](int i, int j) {
-    const auto range = vc::FieldRange(settings, row, i, j);
+    const bool loaded = std::holds_alternative<vc::rules::LoadedOrEdited>(row.rule);
+    const auto range = loaded ? vc::LoadedRange(settings, row, i, j) : vc::FieldRange(settings, row, i, j);
     const double lower = range ? std::max(range->lower, -1e6) : 0;
     const double upper = range ? std::min(range->upper, 1e6) : 0;
     const double share = std::uniform_real_distribution<>(0, 1)(random);

@@ -122,19 +122,25 @@ void SpecDisp::Fill() {
   const std::int16_t shown = panel.settings.specDisplayMode;
   traces.first.onShow = shown != BlueOnly;
   traces.second.onShow = shown != YellowOnly;
-  const S& record = panel.settings;
-  Reset(traces.first, measured1, {record.yellowSignal, record.sampleRate});
-  Reset(traces.second, measured2, {record.blueSignal, record.sampleRate});
+  Measure();
   const Mute inert(panel.form);
   yellow.chkTrace.SetValue(traces.first.onShow);
   blue.chkTrace.SetValue(traces.second.onShow);
 }
 
 // What has come so far is of something else.
-void SpecDisp::Reset(ShownTrace& trace, Measured& was, const Measured& now) {
-  if (std::exchange(was, now) == now) return;
-  trace.received = false;
-  trace.levels.fill(DisplayBottom);
+void SpecDisp::Measure() {
+  const S& record = panel.settings;
+  const auto measure = [&record](Measured& was, std::int16_t signal, ShownTrace& trace, unsigned& drawn,
+                                 unsigned now) {
+    const Measured wanted{signal, record.sampleRate};
+    if (std::exchange(was, wanted) == wanted) return;
+    trace.received = false;
+    trace.levels.fill(DisplayBottom);
+    drawn = now;
+  };
+  measure(measured1, record.yellowSignal, traces.first, replies1, spectra.Replies1);
+  measure(measured2, record.blueSignal, traces.second, replies2, spectra.Replies2);
 }
 
 // One of them stays on show.

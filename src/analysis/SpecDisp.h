@@ -31,7 +31,7 @@ struct SpecDisp {
   Frame fraView{panel.form, "fraView", "", Arrangement::Columns};
   CheckBox chkGrid{fraView, "chkGrid", "Grid"};
   CheckBox chkWaterfall{fraView, "chkWaterfall", "Waterfall"};
-  ListBox cmbWaterfallTrace{fraView, "cmbWaterfallTrace", "of"};
+  ListBox cmbWaterfallTrace{fraView, "cmbWaterfallTrace", "Trace"};
   Label lblBandwidth{fraView, "lblBandwidth", ""};
   CheckBox chkHideControls{fraView, "chkHideControls", "Hide Controls"};
   DisplayFoot foot;
@@ -59,7 +59,7 @@ struct SpecDisp {
   void Draw();
   std::string Told() const;
 
-  // What a trace is of: with another signal or at another rate it is measured anew.
+  // What a trace is of.
   struct Measured {
     std::int16_t signal = 0;
     float sampleRate = 0;
@@ -71,7 +71,8 @@ struct SpecDisp {
     Measured what;
     bool operator==(const Pouring&) const = default;
   };
-  void Reset(ShownTrace& trace, Measured& was, const Measured& now);
+  // With another signal, or at another rate, a trace is measured anew.
+  void Measure();
 
   const SpectrumReader& spectra;
   Clock& clock;

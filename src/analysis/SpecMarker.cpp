@@ -45,6 +45,9 @@ SpecMarker::SpecMarker(Panel& owner, Place place, Plot& shownIn, const ShownTrac
       traces(shown) {
   fraMarker.look = FrameLook::Flat;
   txtMarkerFreq.widest = "88888";
+  txtMarkerFreq.core.spokenBehind = "Frequency, Hz";
+  lblTrace1Mag.core.spokenBehind = "dB, Trace 1";
+  lblTrace2Mag.core.spokenBehind = "dB, Trace 2";
   lblTrace1Mag.SetColour(ScreenYellow);
   lblTrace2Mag.SetColour(ScreenBlue);
   plot.cursorPlaced = true;

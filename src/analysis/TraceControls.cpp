@@ -4,6 +4,7 @@
 #include <string>
 #include <utility>
 
+#include "model/Loans.h"
 #include "widgets/Plot.h"
 
 namespace vc {
@@ -71,11 +72,11 @@ std::int16_t TraceControls::Signal() const {
   return static_cast<std::int16_t>(NumberOf(panel.settings, kind.signal, 0, 0));
 }
 
-// A signal that the chain does not have any more becomes the one that is measured by default. Once a gain is
-// edited, what it came with is out of reach.
+// A signal that the chain does not have any more becomes the one that is measured by default; what a panel
+// has lent itself is that panel's matter. Once a gain is edited, what it came with is out of reach.
 void TraceControls::Fill() {
   if (NumberOf(panel.settings, kind.gain, 0, 0) >= LeastEdited) gain.slider.SetRange(LeastEdited, MostEdited);
-  if (!IsOffered(panel.settings, Signal())) {
+  if (!IsOffered(panel.settings, Signal()) && !IsLent(panel.settings, kind.signal, 0, 0)) {
     const double otherwise = DefaultSignal(panel.settings, kind.colour);
     panel.context.edits.Apply({{&kind.signal, 0, 0, otherwise}}, {});
   }
