@@ -60,7 +60,7 @@ TraceControls::TraceControls(Panel& owner, Place place, const TraceKind& traceKi
       lblOvl(fraHead, kind.overload, "Gain"),
       cmbSignal(frame, kind.signals, "Signal"),
       gain(panel, frame, "Input Gain", kind.slider, kind.text, WholeNumber("dB"), Gains(panel, kind.gain),
-           InRecord(panel, Single(kind.gain))) {
+           Titled(InRecord(panel, Single(kind.gain)), std::string(kind.caption) + " Gain")) {
   fraHead.look = FrameLook::Flat;
   lblOvl.SetColour(QuietLetters);
   gain.field.within = [](double value) { return std::max(value, LeastEdited); };

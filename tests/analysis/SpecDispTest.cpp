@@ -92,6 +92,7 @@ TEST_F(SpecDispRun, ASignalIsMeasuredAnewAtZeroGainAndRuns) {
   Click("btnRun");
   Set("sldrYellowGain", "25");
   Set("sldrBlueGain", "7");
+  EXPECT_EQ(session.history.UndoTitle(), "Trace 2 Gain");
   Settle();
   Sent();
   EXPECT_EQ(Choices(), (std::array<int, 5>{0, 2, 25, 7, 0}));
@@ -193,6 +194,9 @@ TEST_F(SpecDispRun, TellsAnOverloadOfEachTrace) {
     EXPECT_EQ(std::get<Label*>(Find("lblTrace1Mag"))->OwnColour(), first);
     EXPECT_EQ(std::get<Label*>(Find("lblTrace2Mag"))->OwnColour(), second);
   }
+  Click("chkHideControls");  // and where the labels are hidden
+  test.loop.RunFor(100);
+  EXPECT_EQ(Screen().Note(), "OVL: Trace 1, Trace 2");
 }
 
 TEST_F(SpecDispRun, TheMarkerReadsItsLineHoweverItGetsThere) {
