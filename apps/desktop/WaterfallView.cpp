@@ -172,10 +172,11 @@ void WaterfallView::paintEvent(QPaintEvent* event) {
   QPainter painter(this);
   if (ground.isNull()) DrawGround();
   if (!frame.contains(event->rect())) painter.drawImage(0, 0, ground);
-  const double ratio = devicePixelRatioF();
   const int from = head * rowHeight, rest = ring.height() - from;
+  painter.setClipRect(frame);
   painter.drawImage(QPointF(frame.topLeft()), ring, QRectF(0, from, ring.width(), rest));
-  painter.drawImage(QPointF(frame.left(), frame.top() + rest / ratio), ring,
+  if (from == 0) return;  // a part without a height would be the whole ring
+  painter.drawImage(QPointF(frame.left(), frame.top() + rest / devicePixelRatioF()), ring,
                     QRectF(0, 0, ring.width(), from));
 }
 

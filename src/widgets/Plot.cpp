@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <span>
 #include <utility>
@@ -120,6 +121,12 @@ std::string PlaceText(double place) {
 }
 
 }  // namespace
+
+bool PlotTrace::operator==(const PlotTrace& other) const {
+  const auto bits = [](float value) { return std::bit_cast<std::uint32_t>(value); };
+  return name == other.name && std::ranges::equal(values, other.values, {}, bits, bits) &&
+         colour == other.colour && places == other.places && yAxis == other.yAxis;
+}
 
 Plot::Plot(Place place, const std::string& name, const std::string& caption, int index)
     : core(place, name, index, caption) {

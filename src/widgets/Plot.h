@@ -30,7 +30,8 @@ struct PlotTrace {
   Colour colour = TraceColours[0];
   std::vector<double> places{};     // along the x axis, one a value; none where they are evenly spaced
   std::optional<PlotAxis> yAxis{};  // of its own, at the right; the plot's where it has none
-  bool operator==(const PlotTrace&) const = default;
+  // What is not a number is equal to the same, so that a curve with gaps that is set again changes nothing.
+  bool operator==(const PlotTrace& other) const;
 };
 inline bool IsTold(const PlotTrace& trace) { return !trace.name.empty(); }
 
