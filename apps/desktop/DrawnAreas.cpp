@@ -81,7 +81,11 @@ void DrawnAreas::DrawText(const vc::Rectangle& area, const std::string& text) {
 }
 
 vc::Size DrawnAreas::TextSize(const std::string& text) const {
-  return {metrics.horizontalAdvance(ToQt(text)), metrics.height()};
+  if (textScale == 1.0) return {metrics.horizontalAdvance(ToQt(text)), metrics.height()};
+  QFont scaled = letters;
+  scaled.setPointSizeF(textScale * PointSize(letters));
+  const QFontMetrics larger(scaled);
+  return {larger.horizontalAdvance(ToQt(text)), larger.height()};
 }
 
 }  // namespace desktop

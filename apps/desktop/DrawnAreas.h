@@ -26,7 +26,7 @@ QRegion Differing(const std::vector<DrawnThing>& before, const std::vector<Drawn
 class DrawnAreas : public vc::Surface {
  public:
   // Texts are as large as in this font.
-  explicit DrawnAreas(const QFont& font) : metrics(font) {}
+  explicit DrawnAreas(const QFont& font) : letters(font), metrics(font) {}
 
   const std::vector<DrawnThing>& Things() const { return things; }
 
@@ -46,6 +46,7 @@ class DrawnAreas : public vc::Surface {
  private:
   void Add(const vc::Rectangle& area, vc::Colour colour, const std::string& text = {});
 
+  QFont letters;
   QFontMetrics metrics;
   std::vector<DrawnThing> things;
 };

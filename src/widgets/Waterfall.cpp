@@ -62,6 +62,14 @@ std::pair<double, double> Waterfall::Places() const {
   return endsSet ? ends : std::pair(plot.XAxis().from, plot.XAxis().to);
 }
 
+// Lines follow each other by whole paces, so that equal distances on the picture are equal times.
+double Waterfall::BeginOfLine(double seconds) const {
+  if (lines == 0 || pace <= 0.0) return seconds;
+  constexpr double roundOff = 1e-9;
+  const double paces = std::floor((seconds - moments[newest]) / pace + roundOff);
+  return paces > 0.0 ? moments[newest] + paces * pace : moments[newest];
+}
+
 void Waterfall::Add(std::span<const float> levels, double seconds) {
   if (levels.empty()) return;
   if (levels.size() != breadth) {
@@ -72,14 +80,15 @@ void Waterfall::Add(std::span<const float> levels, double seconds) {
   }
   if (lines == 0) ++revision;
   float* line = kept.data() + newest * breadth;
-  if (lines > 0 && seconds - moments[newest] < pace) {
+  const double begin = BeginOfLine(seconds);
+  if (lines > 0 && pace > 0.0 && begin == moments[newest]) {
     for (std::size_t i = 0; i < breadth; ++i) {
       if (std::isnan(line[i]) || levels[i] > line[i]) line[i] = levels[i];
     }
   } else {
     newest = (newest + 1) % MostLines;
     std::ranges::copy(levels, kept.data() + newest * breadth);
-    moments[newest] = seconds;
+    moments[newest] = begin;
     lines = std::min(lines + 1, MostLines);
     ++begun;
   }

@@ -59,6 +59,7 @@ struct Waterfall {
   std::string Reading() const;
 
  private:
+  double BeginOfLine(double seconds) const;
   std::size_t ShadeOf(float level) const;
   std::size_t SlotOf(int line) const;
 
