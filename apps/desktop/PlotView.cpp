@@ -192,13 +192,14 @@ void PlotView::paintEvent(QPaintEvent* event) {
     painter.drawImage(0, 0, Stroked(ground, lines));
   }
   if (small) return;
+  if (hasFocus()) {  // a cursor at the edge lies over it
+    const vc::Rectangle& frame = layout.frame;
+    painter.setPen(palette().color(QPalette::Highlight));
+    painter.drawRect(frame.left, frame.top, frame.width - 1, frame.height - 1);
+  }
   PainterSurface surface(painter, palette(), rect());
   model.DrawMarks(surface, layout);
   marks = MarksNow();
-  if (!hasFocus()) return;
-  const vc::Rectangle& frame = layout.frame;
-  painter.setPen(palette().color(QPalette::Highlight));
-  painter.drawRect(frame.left, frame.top, frame.width - 1, frame.height - 1);
 }
 
 void PlotView::PlaceHandles() {
