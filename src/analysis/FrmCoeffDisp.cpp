@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <limits>
 #include <utility>
 
 #include "model/Kinds.h"
@@ -25,7 +26,8 @@ std::string NumberText(double value, int decimals) {
   return FixedText(std::nearbyint(value * unit) / unit + 0.0, decimals);
 }
 std::string TimeText(double milliseconds) { return NumberText(milliseconds, 3); }
-std::string ValueText(double value) { return NumberText(value, 4); }
+// Nothing for one that has not been read yet.
+std::string ValueText(double value) { return std::isnan(value) ? "" : NumberText(value, 4); }
 
 struct Stroke {
   std::string_view keys;
@@ -79,6 +81,8 @@ void SetRows(ListBox& list, std::vector<std::string> rows, int row) {
   list.SetListIndex(row);
 }
 
+std::size_t RowOf(const ListBox& list) { return static_cast<std::size_t>(std::max(list.ListIndex(), 0)); }
+
 }  // namespace
 
 FrmCoeffDisp::FrmCoeffDisp(const DisplayContext& opened)
@@ -115,10 +119,11 @@ FrmCoeffDisp::FrmCoeffDisp(const DisplayContext& opened)
 }
 
 void FrmCoeffDisp::Bind() {
-  cmbFilter.changed = [this] { DisplayFilter(StageOfRow(panel.settings, cmbFilter.ListIndex())); };
+  cmbFilter.changed = [this] {
+    DisplayFilter(StageOfRow(panel.settings, static_cast<int>(RowOf(cmbFilter))));
+  };
   cmbNumCoeffs.changed = [this] {
-    window.Resize(running.coefficients,
-                  CoefCounts(running.coefficients)[static_cast<std::size_t>(cmbNumCoeffs.ListIndex())]);
+    window.Resize(running.coefficients, CoefCounts(running.coefficients)[RowOf(cmbNumCoeffs)]);
     Show();
   };
   cmbZoom.changed = [this] { Show(); };
@@ -130,22 +135,21 @@ void FrmCoeffDisp::Bind() {
 void FrmCoeffDisp::BindMarker() {
   btnMarker.clicked = [this] { ShowMarker(); };
   btnFindPeak.clicked = [this] { FindPeak(); };
-  BindTyped(txtMarkerCoef, [](double number) { return number; });
-  BindTyped(txtMarkerTime, [this](double time) { return OfMilliseconds(time); });
+  BindTyped(txtMarkerCoef, &FrmCoeffDisp::MarkedNumber, [](double number) { return number; });
+  BindTyped(txtMarkerTime, &FrmCoeffDisp::MarkedTime, [this](double time) { return OfMilliseconds(time); });
   pbxCoef.pointer = [this](const PlotPointer& event) { Hear(event); };
   pbxCoef.keyPressed = [this](std::string_view combination) { return Press(combination); };
 }
 
-void FrmCoeffDisp::BindTyped(TextBox& text, const std::function<double(double number)>& coefficientOf) {
-  const auto take = [this, &text, coefficientOf] {
-    const std::string typed = text.Text();
-    ShowPlace();
-    if (typed == text.Text()) return;
+void FrmCoeffDisp::BindTyped(TextBox& text, std::string (FrmCoeffDisp::*marked)() const,
+                             const std::function<double(double number)>& coefficientOf) {
+  const auto take = [this, &text, marked, coefficientOf] {
+    if (text.Text() == (this->*marked)()) return;
     try {
-      const double wanted = coefficientOf(TypedNumber(typed));
+      const double wanted = coefficientOf(TypedNumber(text.Text()));
       window.Centre(Nearest(std::clamp<double>(wanted, 0, window.number - 1)));
     } catch (const Fault&) {
-      // what was typed has vanished
+      // what was typed vanishes
     }
     Show();
   };
@@ -156,11 +160,12 @@ void FrmCoeffDisp::BindTyped(TextBox& text, const std::function<double(double nu
 }
 
 void FrmCoeffDisp::Initialize() {
+  const int place = window.CoefMarkerOffset;
   coefReader.Clear();
-  window.CoefGraphStart = 0;
   running = RunningNow();
   FillCounts();
   window.CoefGraphStart = 0;
+  window.MoveTo(std::min(place, window.count - 1));
 }
 
 void FrmCoeffDisp::DisplayFilter(int stage) {
@@ -197,6 +202,7 @@ void FrmCoeffDisp::FillFilters() {
 void FrmCoeffDisp::FillCounts() {
   const std::vector<int> counts = CoefCounts(running.coefficients);
   std::vector<std::string> texts;
+  texts.reserve(counts.size());
   for (const int count : counts) texts.push_back(std::to_string(count));
   const int row = std::clamp(cmbNumCoeffs.ListIndex(), 0, static_cast<int>(counts.size()) - 1);
   SetRows(cmbNumCoeffs, std::move(texts), row);
@@ -222,15 +228,16 @@ void FrmCoeffDisp::ShowNote() {
   const auto kind = static_cast<std::size_t>(running.kind);
   const std::string name = kind < FilterKinds().size() ? ": " + std::string(FilterKinds()[kind].name) : "";
   std::string text = cmbFilter.Text() + name + ", " + std::to_string(window.number) + " coefficients";
-  if (!panel.context.portOpen) text += ".  There is no connection to the unit: these were read last.";
+  if (!panel.context.portOpen) text += ".  There is no connection to the unit.";
   pbxCoef.SetNote(text);
 }
 
 void FrmCoeffDisp::ShowCurve() {
-  const double half = CoefZooms()[static_cast<std::size_t>(cmbZoom.ListIndex())].halfScale;
+  const double half = CoefZooms()[RowOf(cmbZoom)].halfScale;
   const double from = MillisecondsOf(window.CoefGraphStart),
                to = MillisecondsOf(window.CoefGraphStart + window.count - 1);
   std::vector<float> values;
+  values.reserve(static_cast<std::size_t>(window.count));
   for (int k = 0; k < window.count; ++k)
     values.push_back(static_cast<float>(ValueOf(window.CoefGraphStart + k)));
   pbxCoef.SetAxes({from, to, "msec"}, {-half, half});
@@ -255,9 +262,8 @@ void FrmCoeffDisp::ShowMarker() {
 
 // What is being typed stays.
 void FrmCoeffDisp::ShowPlace() {
-  const int marked = window.Marked();
-  if (!txtMarkerCoef.Typed()) txtMarkerCoef.SetText(std::to_string(marked));
-  if (!txtMarkerTime.Typed()) txtMarkerTime.SetText(TimeText(MillisecondsOf(marked)));
+  if (!txtMarkerCoef.Typed()) txtMarkerCoef.SetText(MarkedNumber());
+  if (!txtMarkerTime.Typed()) txtMarkerTime.SetText(MarkedTime());
 }
 
 int FrmCoeffDisp::Peak() const {
@@ -274,7 +280,7 @@ void FrmCoeffDisp::FindPeak() {
 std::string FrmCoeffDisp::Told() const {
   const auto place = [this](int coefficient) {
     return "coefficient " + std::to_string(coefficient) + ", " + TimeText(MillisecondsOf(coefficient)) +
-           " msec: " + ValueText(ValueOf(coefficient));
+           " msec: " + (std::isnan(ValueOf(coefficient)) ? "not read yet" : ValueText(ValueOf(coefficient)));
   };
   const std::string marker =
       btnMarker.Value() != 0 ? "Marker at " + place(window.Marked()) + "; peak at " : "Peak at ";
@@ -308,8 +314,14 @@ double FrmCoeffDisp::OfMilliseconds(double time) const {
   return time * static_cast<double>(panel.settings.sampleRate) / MillisecondsPerSecond;
 }
 
+std::string FrmCoeffDisp::MarkedNumber() const { return std::to_string(window.Marked()); }
+
+std::string FrmCoeffDisp::MarkedTime() const { return TimeText(MillisecondsOf(window.Marked())); }
+
 double FrmCoeffDisp::ValueOf(int coefficient) const {
-  return coefReader.CoefReadback[static_cast<std::size_t>(coefficient)] / FullScale;
+  const auto index = static_cast<std::size_t>(coefficient);
+  if (!coefReader.blocksRead[index / CoefBlockSize]) return std::numeric_limits<double>::quiet_NaN();
+  return coefReader.CoefReadback[index] / FullScale;
 }
 
 }  // namespace vc

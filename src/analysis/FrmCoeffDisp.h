@@ -67,7 +67,9 @@ struct FrmCoeffDisp {
 
   void Bind();
   void BindMarker();
-  void BindTyped(TextBox& text, const std::function<double(double number)>& coefficientOf);
+  // A text that shows the marker, and puts it where a number that is typed stands for a coefficient.
+  void BindTyped(TextBox& text, std::string (FrmCoeffDisp::*marked)() const,
+                 const std::function<double(double number)>& coefficientOf);
   // The record may have other filters than before.
   void FollowRecord();
   void FillFilters();
@@ -88,7 +90,10 @@ struct FrmCoeffDisp {
 
   double MillisecondsOf(int coefficient) const;
   double OfMilliseconds(double time) const;
+  // Of full scale; none where it has not been read yet.
   double ValueOf(int coefficient) const;
+  std::string MarkedNumber() const;
+  std::string MarkedTime() const;
 
   CoefWindow window;
   Running running;

@@ -54,6 +54,7 @@ void CoefReader::Display(int stage) {
 
 void CoefReader::Clear() {
   CoefReadback.fill(0);
+  blocksRead.fill(false);
   CoefBlockCounter = 0;
   ++revision;
 }
@@ -84,7 +85,9 @@ void CoefReader::TakeBlock(std::int16_t block, CoefSpan destination) {
   std::ranges::copy(place, before.begin());
   if (!device.portLibrary.DownloadCoefs(device.comm.CommPortId, destination)) return;
   owed = false;
-  if (!std::ranges::equal(place, before)) ++revision;
+  const bool displayed = destination.data() == CoefReadback.data();
+  const bool first = displayed && !std::exchange(blocksRead[static_cast<std::size_t>(block)], true);
+  if (first || !std::ranges::equal(place, before)) ++revision;
 }
 
 bool CoefReader::ReadFilterCoefficients(int stage, CoefSpan destination) {

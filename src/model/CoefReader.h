@@ -32,9 +32,10 @@ struct CoefReader {
 
   CoefHooks hooks;
   std::array<std::int32_t, CoefCapacity> CoefReadback{};  // of the stage on display
+  std::array<bool, CoefBlocks> blocksRead{};              // which blocks of it have come
   std::int16_t CoefBlockCounter = 0;                      // 0..31, block being read
   std::int16_t coefFilterIndex = 0;                       // stage on display, counted from 0
-  unsigned revision = 0;                                  // counts the changes of CoefReadback
+  unsigned revision = 0;                                  // counts the changes of both
 
   // One step of the polled request for the next block of a stage (1..6, the nearest where it is none). The
   // blocks go round by the stage's size; a step with no reply outstanding moves the counter on and asks, so

@@ -1,5 +1,6 @@
 // The coefficient display over a unit that holds known tables, worked by control name.
 #include <algorithm>
+#include <cmath>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -70,7 +71,12 @@ TEST_F(Display, OffersWhatTheFilterHasAndNoMore) {
 }
 
 TEST_F(Display, ListsFollowTheChainAndKeepTheirRow) {
+  Point(PointerAction::Press, 31);
+  Point(PointerAction::Release, 31);
   EXPECT_EQ(Set("cmbFilter", "Filter 4"), "");
+  ExpectWindow(0, 32, 31);
+  EXPECT_EQ(Got("lblMarkerValue"), "") << "nothing has been read yet";
+  EXPECT_TRUE(std::isnan(Drawn()[31]));
   EXPECT_EQ(Set("cmbNumCoeffs", "512"), "");
   Run(1500);
   EXPECT_EQ(Drawn()[5], static_cast<float>(Content(3)[5]) / 8388608.0F);
