@@ -113,7 +113,9 @@ TEST(CtlSIF, BorrowsTheAnalyzerForAsLongAsItIsOpenInWhateverWayItGoes) {
       EXPECT_EQ(run.session.periodic.pollMode, polled);
       if (!run.session.device.comm.CommPortOpen) continue;
       run.Settle();
-      EXPECT_THAT(run.Sent(), HasSubstr("151/" + std::to_string(3 * 257)));
+      const std::string sent = run.Sent();
+      EXPECT_THAT(sent, HasSubstr("151/" + std::to_string(3 * 257)));
+      EXPECT_THAT(sent, HasSubstr("150/" + std::to_string(0x4040)));
     }
   }
 }
