@@ -53,6 +53,11 @@ constexpr Action Actions[]{{"CtlLPF", "txtCutoff", "1250"},
                            {"CtlMSlot", "txtFreq(0)", "900"},
                            {"CtlMSlot", "txtWidth(0)", "204.4"},
                            {"CtlMSlot", "btnBuild"},
+                           {"CtlSIF", "txtHiAttack", "2250"},
+                           {"CtlSIF", "txtLoAttack", "225"},
+                           {"CtlSIF", "txtAverages", "16"},
+                           {"CtlSIF", "btnBuild"},
+                           {"CtlSIF", "ROSSelect(3)"},
                            {"Ctl20Ban", "txtGain(1)", "-12"},
                            {"Ctl20Ban", "txtGain(2)", "-40"},
                            {"Ctl20Ban", "txtGain(8)", "-20"},
@@ -131,10 +136,19 @@ void Tour::ShowPanels() {
     if (window == nullptr) continue;
     UsePanel(*window, form);
     if (window->findChild<QWidget*>("FilterDisplay") != nullptr) DrawCurve(*window, form);
+    if (form == "CtlSIF") DrawCustomCurve(*window);
     Press(*window, "btnOK");
     Await([this, &form] { return program.session.forms.Find(form) == nullptr; }, "OK closes it");
   }
   StoreInMemory();
+}
+
+void Tour::DrawCustomCurve(desktop::FormWindow& over) {
+  Press(over, "btnEdit");
+  desktop::FormWindow* window = OpenedByName("CtlCustomCurve");
+  if (window == nullptr) return;
+  DrawCurve(*window, "CtlCustomCurve");
+  Press(*window, "btnOK");
 }
 
 void Tour::UsePanel(desktop::FormWindow& window, const std::string& form) {
