@@ -1,4 +1,6 @@
 // The part of the walk that goes through the chain and the panels of its blocks.
+#include <algorithm>
+
 #include <QComboBox>
 #include <QLineEdit>
 #include <QTest>
@@ -134,6 +136,7 @@ void Tour::ShowPanels() {
     if (!opened) Press(Master(), opener.c_str());
     desktop::FormWindow* window = OpenedByName(form);
     if (window == nullptr) continue;
+    if (form == "CtlSIF" && linked) AwaitSpectrum();
     UsePanel(*window, form);
     if (window->findChild<QWidget*>("FilterDisplay") != nullptr) DrawCurve(*window, form);
     if (form == "CtlSIF") DrawCustomCurve(*window);
@@ -141,6 +144,13 @@ void Tour::ShowPanels() {
     Await([this, &form] { return program.session.forms.Find(form) == nullptr; }, "OK closes it");
   }
   StoreInMemory();
+}
+
+void Tour::AwaitSpectrum() {
+  const vc::RawTrace& trace = program.session.spectrumReader.RawTrace1;
+  Await([&trace] { return std::ranges::any_of(trace, [](std::uint8_t line) { return line > 0; }); },
+        "the unit has sent a spectrum");
+  QTest::qWait(1000);  // of which a few are averaged
 }
 
 void Tour::DrawCustomCurve(desktop::FormWindow& over) {

@@ -48,6 +48,7 @@ class Tour {
   void UsePanel(desktop::FormWindow& window, const std::string& form);
   // Draws a curve in a panel that has one, and leaves the drawing of a part of it.
   void DrawCurve(desktop::FormWindow& window, const std::string& form);
+  void AwaitSpectrum();
   void DrawCustomCurve(desktop::FormWindow& over);
   void StoreInMemory();
   // The displays, each with a panel beside it and over the whole screen.
