@@ -120,7 +120,7 @@ void CtlSIF::BindLimits() {
 
 void CtlSIF::BindPlot() {
   constexpr int columns = 8, rows = 7;
-  pbxSpec.large = pbxSpec.screen = true;
+  pbxSpec.large = pbxSpec.screen = pbxSpec.lettersGrow = true;
   pbxSpec.SetGrid(PlotGrid{columns, rows});
   pbxSpec.pointer = [this](const PlotPointer& event) { Hear(event); };
   pbxSpec.told = [this] { return Told(); };
@@ -192,7 +192,7 @@ void CtlSIF::Show() {
   lower.frame.core.SetCaption(voice ? "Lower Voice Limit" : "Lower Noise Limit");
   upper.frame.core.SetCaption(voice ? "Upper Voice Limit" : "Upper Noise Limit");
   btnEdit.core.SetEnabled(shape.options.Selected() == sifShape::Custom);
-  pbxSpec.SetAxes({HertzAt(0), HertzAt(TraceLines), "Hz"}, {BottomLevel, 0.0, "dB"});
+  pbxSpec.SetAxes({HertzAt(0), HertzAt(LastLine), "Hz"}, {BottomLevel, 0.0, "dB"});
   FollowStage();
   DisplaySpectrum();
 }
@@ -218,7 +218,7 @@ PlotTrace CtlSIF::TraceOf(const char* name, const SpectrumTrace& tenths, Colour 
 
 // A limit is a curve, which costs little where it is dragged, and no line of the grid.
 PlotTrace CtlSIF::UpdateMarkers(int line) const {
-  const double place = HertzAt(std::clamp(line, 0, TraceLines));
+  const double place = HertzAt(std::clamp(line, 0, LastLine));
   return {.name = "",
           .values = {static_cast<float>(BottomLevel), 0.0F},
           .colour = ScreenRed,
