@@ -13,6 +13,7 @@ namespace {
 
 constexpr int PacketAttempts = 5;
 constexpr std::int16_t CommandSeconds = 2;
+constexpr std::int16_t NextTick = 5;  // of settingsChanged
 
 }  // namespace
 
@@ -22,10 +23,11 @@ Download::Download(SystemSettings& record, modDeviceComm& link, Wire<void(int do
 }
 
 void Download::DownloadSettings(int mode) {
-  device.RunStatements("SynthesizeOnboard_Err",
-                       {[&] { Forget(mode); }, [&] { CorrectForUnit(settings); },
-                        [&] { RefreshImage(image, settings); }, [&] { MarkResets(); }, [&] { Send(); }});
-  settings.settingsChanged = 0;
+  bool clearWaits = false;
+  device.RunStatements("SynthesizeOnboard_Err", {[&] { Forget(mode); }, [&] { CorrectForUnit(settings); },
+                                                 [&] { RefreshImage(image, settings); },
+                                                 [&] { MarkResets(); }, [&] { clearWaits = Send(); }});
+  settings.settingsChanged = clearWaits ? NextTick : std::int16_t{0};
 }
 
 bool Download::HoldsTable(int stage) const {
@@ -53,9 +55,11 @@ void Download::MarkResets() {
   }
 }
 
-void Download::Send() {
-  if (!device.comm.CommPortOpen) return;
-  if (SendPlan(PlanDownload({image, settings, transform, analyzerClearRequest}, shadow))) Settle();
+bool Download::Send() {
+  if (!device.comm.CommPortOpen) return false;
+  if (!SendPlan(PlanDownload({image, settings, transform, analyzerClearRequest}, shadow))) return false;
+  Settle();
+  return analyzerClearRequest;
 }
 
 bool Download::SendPlan(const DownloadPlan& plan) {
@@ -65,6 +69,7 @@ bool Download::SendPlan(const DownloadPlan& plan) {
     const DownloadFrame& frame = plan[static_cast<std::size_t>(done)];
     if (!SendFrame(frame)) return false;
     if (frame.acknowledged) frame.acknowledged(shadow);
+    if (ClearsAnalyzer(frame)) analyzerClearRequest = false;
   }
   progress(total, total);
   return true;
@@ -113,7 +118,6 @@ void Download::Settle() {
   settings.eqChanged.Fill(0);
   settings.broadbandChanged.Fill(0);
   settings.broadbandClear.Fill(0);
-  analyzerClearRequest = false;
 }
 
 }  // namespace vc

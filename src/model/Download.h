@@ -24,13 +24,15 @@ struct Download {
 
   RegisterImage image;
   Shadow shadow;
+  // The analyzer is to begin anew: until the unit has acknowledged that it does.
   bool analyzerClearRequest = false;
   FilterTransform transform;
 
   Wire<void(int done, int total)> progress;
 
   // With the port closed nothing is sent and the shadow stays as it is. A failure has told the operator and
-  // closed the link. settingsChanged is 0 afterwards in every case. mode is a DownloadMode: the difference
+  // closed the link. settingsChanged is 0 afterwards, but where the analyzer is to begin anew since its
+  // register went out: then the next tick sends again. mode is a DownloadMode: the difference
   // only, or everything, with every built table forgotten or kept.
   void DownloadSettings(int mode);
   // Gives an adaptive filter, which is in the unit as the record has it, what it is to have learned: up to
@@ -45,7 +47,8 @@ struct Download {
  private:
   void Forget(int mode);
   void MarkResets();
-  void Send();
+  // Whether a request of the analyzer has come too late for it.
+  bool Send();
   // False after the first frame that failed.
   bool SendPlan(const DownloadPlan& plan);
   bool SendFrame(const DownloadFrame& frame);

@@ -46,7 +46,8 @@ std::uint16_t SynthesisArgument(int position, int algorithm) {
   return static_cast<std::uint16_t>((position - 1) * 4096 + algorithm);
 }
 
-// The register's value as it is kept: the analyzer's clear bits are an action, not a state.
+// The register's value as it is kept and compared. Whether the analyzer runs is a state; that it begins anew
+// is an action, which is never there already.
 std::uint16_t AsKept(std::uint8_t code, std::uint16_t value) {
   return code == registers::AnalyzerRun ? static_cast<std::uint16_t>(value & ~registers::AnalyzerClear)
                                         : value;
@@ -170,6 +171,11 @@ void PlanBroadband(DownloadPlan& plan, const DownloadRequest& request, const Sha
 }
 
 }  // namespace
+
+bool ClearsAnalyzer(const DownloadFrame& frame) {
+  return frame.kind == Kind::Command && frame.number == registers::AnalyzerRun &&
+         (frame.argument & registers::AnalyzerClear) != 0;
+}
 
 void Shadow::ForgetStage(int position) {
   program[position].reset();

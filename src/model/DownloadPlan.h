@@ -54,6 +54,8 @@ struct DownloadFrame {
   std::string failureNumber{};
   std::function<void(Shadow&)> acknowledged{};
 };
+// Whether the analyzer begins anew by it.
+bool ClearsAnalyzer(const DownloadFrame& frame);
 using DownloadPlan = std::vector<DownloadFrame>;
 
 struct DownloadRequest {

@@ -56,7 +56,8 @@ void PeriodicService::TickBody() {
   ShowOversize();
   if (settings.settingsChanged == SendAt) {
     calls.sendChanges();
-    settings.settingsChanged = SendAt - 1;  // and the next four ticks neither send nor poll
+    // The next four ticks neither send nor poll, but where something is left to be sent.
+    if (settings.settingsChanged != SendAt) settings.settingsChanged = SendAt - 1;
     return;
   }
   if (settings.settingsChanged != 0) {

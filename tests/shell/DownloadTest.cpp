@@ -182,6 +182,94 @@ TEST_F(Downloads, AnalyzerTapsAndSpansKeepToTheirRegisters) {
   EXPECT_EQ(word(47), 4095);
 }
 
+// Whether the analyzer runs is compared; that it begins anew goes out whenever it is asked for, and once.
+struct AnalyzerRuns : Downloads {
+  // The arguments of register 150 since the last call, each with a blank behind it.
+  std::string Runs() {
+    constexpr std::uint8_t analyzerRun = 150;
+    std::string arguments;
+    for (const Frame& frame : unit.frames) {
+      if (frame.kind != Frame::Kind::Packet && frame.number == analyzerRun) {
+        arguments += std::to_string(frame.argument) + " ";
+      }
+    }
+    unit.frames.clear();
+    return arguments;
+  }
+  std::string RunsOf(const std::function<void()>& action) {
+    Runs();
+    action();
+    Settle();
+    return Runs();
+  }
+  void Clear() { session.edits.ClearAnalyzer(); }
+};
+
+TEST_F(AnalyzerRuns, AreComparedAndClearsAlwaysGoOut) {
+  for (const std::string run : {"1", "0"}) {
+    const std::string kept = run == "1" ? "0 " : "32896 ", cleared = run == "1" ? "16448 " : "49344 ";
+    EXPECT_EQ(RunsOf([&] { Edit("specRun", run); }), run == "1" ? "" : kept);
+    for (int time = 0; time < 2; ++time) EXPECT_EQ(RunsOf([&] { Clear(); }), cleared);
+    EXPECT_EQ(RunsOf([&] { Edit("specAverages", run == "1" ? "3" : "4"); }), "");
+    EXPECT_EQ(RunsOf([&] { Reconnect(); }), kept);
+    EXPECT_EQ(RunsOf([&] {
+                session.master.menus.mnuDisconnect.Click();
+                Clear();
+                Clear();
+                session.master.menus.mnuConnect.Click();
+              }),
+              cleared);
+  }
+  EXPECT_EQ(RunsOf([&] {
+              Clear();
+              Edit("specRun", "1");
+            }),
+            "16448 ");
+}
+
+TEST_F(AnalyzerRuns, AClearThatIsAskedForWhileSettingsGoOutIsNeitherLostNorSentTwice) {
+  Reconnect();
+  int total = 0;
+  std::string expected;
+  for (int at = 0; at == 0 || at <= total; ++at) {
+    session.download.progress = [&](int done, int all) {
+      if (done == 0) total = all;
+      if (done == at) Clear();
+      if (done == all) session.download.progress = [](int, int) {};
+    };
+    EXPECT_EQ(RunsOf([&] { session.config.ConfigureStages(true); }), "0 16448 ") << at;
+  }
+  EXPECT_GT(total, 40);
+}
+
+// The line is lost at a frame of the full download, which has been asked to clear.
+TEST_F(AnalyzerRuns, AClearOutlivesAFailureAndIsNotRepeatedAfterOne) {
+  Reconnect();
+  Sent();
+  Reconnect();
+  std::vector<Frame> frames;
+  std::ranges::copy_if(unit.frames, std::back_inserter(frames), [](const Frame& f) { return !IsPoll(f); });
+  const auto isRun = [](const Frame& frame) { return frame.number == 150; };
+  const auto at = static_cast<std::size_t>(std::ranges::find_if(frames, isRun) - frames.begin());
+  const auto hold = static_cast<std::size_t>(
+      std::ranges::find_if(frames, [](const Frame& frame) { return frame.number == 85; }) - frames.begin());
+  for (const int beyond : {-1, 0, 1}) {
+    session.master.menus.mnuDisconnect.Click();
+    Clear();
+    Runs();
+    unit.FailAt(at - hold + static_cast<std::size_t>(beyond), WatchedUnit::Failure::FrameLost,
+                test.ports.state);
+    session.master.menus.mnuConnect.Click();
+    EXPECT_FALSE(session.device.comm.CommPortOpen);
+    const std::string before = Runs();
+    unit.Recover();
+    EXPECT_EQ(before + RunsOf([&] { session.master.menus.mnuConnect.Click(); }),
+              beyond < 0   ? "16448 "
+              : beyond > 0 ? "16448 0 "
+                           : "16448 16448 ");  // the first was lost
+  }
+}
+
 // Of a pair, neither hears what its partner makes of the signal.
 TEST_F(Downloads, ACancellerHearsWhatFeedsItsPartner) {
   Edit("configMode", "2");
