@@ -27,7 +27,7 @@ struct DisplayContext {
   Wire<void()> close;
 };
 
-inline constexpr Size PictureSize{1000, 600};
+inline constexpr Size PictureSize{800, 450};
 
 // The end of a display: what is done with its plot, and its close button, which the window's frame stands
 // for. While a filter's panel is open beside it the display stays, and says so.

@@ -203,8 +203,8 @@ TEST(LiveSound, ShowsItsLevelsAndSpectraToTheHost) {
   const auto line = static_cast<std::size_t>(std::lround(unit::sound::Scene::ToneHz * 1024 / run.Rate()) - 1);
   const vc::RawTrace& left = run.session.spectrumReader.RawTrace1;
   const vc::RawTrace& right = run.session.spectrumReader.RawTrace2;
-  EXPECT_GT(left[line], left[line + 12] + 15);
-  EXPECT_LT(right[line], right[line + 12] + 15);
+  EXPECT_GT(left[line], left[line + 12] + 10);
+  EXPECT_LT(right[line], right[line + 12] + 10);
   EXPECT_GT(right[100], 20);
 }
 
