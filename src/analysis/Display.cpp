@@ -50,7 +50,9 @@ DisplayFoot::DisplayFoot(Panel& owner, const DisplayContext& context, const std:
 }
 
 Drawing DisplayFoot::Picture() const {
-  const std::string heading = form.Caption() + "   " + TimeText(around.clock.Wall());
+  // What the window says beside the plot, the picture says itself.
+  const std::string reading = plot.cursorPlaced ? "   " + plot.CursorText() : "";
+  const std::string heading = form.Caption() + "   " + TimeText(around.clock.Wall()) + reading;
   return [&shown = plot, heading](Surface& surface) { DrawPicture(surface, shown, heading); };
 }
 
