@@ -7,6 +7,7 @@
 #include <memory>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -26,16 +27,23 @@ namespace desktop {
 struct RealPort : testing::Test {
   support::Installed installed{CONSOLE_PROGRAM};
   const std::string dump = installed.folder.Path() + "/dump";
-  support::Program unit{UNIT_PROGRAM, {"--link", installed.port, "--pace", "--dump", dump}};
+  support::Program unit;
   std::unique_ptr<Program> program;
 
-  RealPort() {
+  // With further options for the unit.
+  explicit RealPort(const std::vector<std::string>& more = {})
+      : unit(UNIT_PROGRAM, With({"--link", installed.port, "--pace", "--dump", dump}, more)) {
     EXPECT_FALSE(unit.Await("veltrana-unit: ").empty());
     program = std::make_unique<Program>(host::Folders{installed.folder.Path(), installed.folder.Path()});
     program->session.Start();
   }
   ~RealPort() override { program->session.Exit(); }
 
+  static std::vector<std::string> With(std::vector<std::string> options,
+                                       const std::vector<std::string>& more) {
+    options.insert(options.end(), more.begin(), more.end());
+    return options;
+  }
   const vc::SystemSettings& Record() const { return program->session.settings; }
   FormWindow& Window() const { return *program->windows.WindowOf(*program->session.forms.Top()); }
   QWidget& At(const char* name) const {
