@@ -89,6 +89,7 @@ TEST_F(SavedDisplays, NamesAreProposedAndNothingIsOverwrittenUnasked) {
   test.loop.RunFor(100);
   Save("CSV numbers", "mine.csv");
   EXPECT_EQ(Read("mine.csv"), before);
+  ASSERT_EQ(test.desk.boxes.size(), 1U);
   EXPECT_EQ(test.desk.boxes.back().text, "mine.csv already exists. Do you wish to overwrite?");
   test.desk.answers = {Answer::Yes};
   EXPECT_EQ(Click("btnOK"), "");
@@ -110,6 +111,7 @@ TEST_F(SavedDisplays, ADiskThatFailsLeavesNothingAndIsToldOf) {
     test.files.failAt = failing;
     EXPECT_EQ(Click("btnOK"), "");
     test.files.failAt = 0;
+    ASSERT_FALSE(test.desk.boxes.empty());
     EXPECT_EQ(test.desk.boxes.back().title, "Unable to Save File");
     EXPECT_THAT(test.desk.boxes.back().text, HasSubstr(words)) << name << failing;
     EXPECT_EQ(Names(), "inner.csv;") << failing;
