@@ -87,7 +87,8 @@ void WaterfallView::WriteLines() {
   begun = model.Begun();
   added = model.Added();
   head = (head + rows - fresh) % rows;
-  for (int line = 0; line < std::max(fresh, 1); ++line) WriteLine(line);
+  // With the one that was the newest: it may have gone on before the next one began.
+  for (int line = 0; line <= fresh && line < std::min(rows, model.Lines()); ++line) WriteLine(line);
   const int letter = QFontMetrics(LetterFont()).height();
   const double lineHeight = rowHeight / devicePixelRatioF();
   auto told = vc::AgeLabels(model, rows, static_cast<int>(1.5 * letter / lineHeight) + 1);

@@ -65,12 +65,12 @@ TEST_F(LiveDisplays, TheWaterfallHasTheColumnsOfThePlotWhateverItsSizeAndLetters
            [&] { view.setFixedWidth(330); }}) {
     change();
     Settle();
+    const vc::Rectangle& frame = view.Layout().frame;
+    EXPECT_EQ(lines.mapToGlobal(lines.Frame().topLeft()).x(), view.mapToGlobal(QPoint(frame.left, 0)).x());
+    EXPECT_EQ(lines.Frame().width(), frame.width);
     for (const int level : {130, 263, 459}) {
       AddPeakAt(level);
       Settle();
-      const vc::Rectangle& frame = view.Layout().frame;
-      EXPECT_EQ(lines.mapToGlobal(lines.Frame().topLeft()).x(), view.mapToGlobal(QPoint(frame.left, 0)).x());
-      EXPECT_EQ(lines.Frame().width(), frame.width);
       const vc::PlotAxis& axis = plot.XAxis();
       const double place = axis.from + (axis.to - axis.from) * level / (Levels - 1);
       EXPECT_NEAR(BrightestColumn(), view.Layout().x.PixelOf(place) - 0.5, 1.0) << level;
@@ -79,11 +79,13 @@ TEST_F(LiveDisplays, TheWaterfallHasTheColumnsOfThePlotWhateverItsSizeAndLetters
 }
 
 TEST_F(LiveDisplays, LinesThatComeSinglyMakeTheSamePictureAsAllAtOnce) {
+  lines.setFixedHeight(120);  // of which not all have room
   for (int i = 0; i < 400; ++i) {
     AddPeakAt(i * 37 % Levels);
     if (i % 3 != 0) Settle();
-    if (i == 200) waterfall.SetPace(0.35);  // several of them are one
-    if (i == 250) waterfall.Clear();
+    if (i == 290) waterfall.SetPace(0.35);  // several of them are one
+    if (i == 50) waterfall.Clear();
+    if (i == 301 || i == 310) waterfall.core.SetVisible(i == 310);
   }
   Settle();
   const QImage singly = shown.Window().grab().toImage();
@@ -92,6 +94,8 @@ TEST_F(LiveDisplays, LinesThatComeSinglyMakeTheSamePictureAsAllAtOnce) {
   EXPECT_EQ(shown.Window().grab().toImage(), singly);
   const QImage onScreen = shown.Window().screen()->grabWindow(shown.Window().winId()).toImage();
   EXPECT_TRUE(onScreen.isNull() || onScreen == singly);
+  const QPoint below(lines.Frame().center().x(), lines.Frame().bottom() + 2);
+  EXPECT_EQ(lines.grab().toImage().pixelColor(below), lines.palette().color(QPalette::Window));
   EXPECT_EQ(shown.Says("wtrCurve"), waterfall.Reading());
 }
 
