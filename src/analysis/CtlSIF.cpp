@@ -82,10 +82,16 @@ CtlSIF::CtlSIF(const PanelContext& context)
   amount.slider.ReverseScale = true;
   constexpr int buttonsPerRow = 2;
   fraLimits.buttonsPerRow = buttonsPerRow;
-  panel.form.initialFocus = &btnBuild.core;
+  BindForm();
   BindButtons();
   BindLimits();
   BindPlot();
+}
+
+void CtlSIF::BindForm() {
+  panel.form.initialFocus = &btnBuild.core;
+  // However a build has ended, and whatever cannot be used since.
+  panel.form.closeRequested = [this] { panel.Close(); };
   panel.parameters.emplace_back([this] {
     if (customCurve && panel.context.forms.Find(customCurve->kind.form) != nullptr) customCurve->panel.Fill();
   });
@@ -105,8 +111,6 @@ void CtlSIF::BindButtons() {
   btnEdit.clicked = [this] { EditCustomCurve(); };
   btnStore.clicked = [this] { Exchange(TableExchange::Store); };
   btnRecall.clicked = [this] { Exchange(TableExchange::Recall); };
-  // However a build has ended, and whatever cannot be used since.
-  panel.form.closeRequested = [this] { panel.Close(); };
 }
 
 void CtlSIF::BindLimits() {

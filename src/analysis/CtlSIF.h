@@ -60,6 +60,7 @@ struct CtlSIF {
   void ShowOverloadIndicators(bool overloaded);
 
  private:
+  void BindForm();
   void BindButtons();
   void BindLimits();
   void BindPlot();
