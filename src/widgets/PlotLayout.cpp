@@ -365,13 +365,13 @@ void Builder::PlaceNames() {
   if (!plot.screen) return;
   int right = out.frame.Right() - line / 2;
   const int top = out.frame.top + line / 3;
-  for (auto trace = plot.Traces().rbegin(); trace != plot.Traces().rend(); ++trace) {
-    const int left = right - Width(trace->name);
-    if (!IsTold(*trace) || left - line - gap < out.frame.left || top + line > out.frame.Bottom()) continue;
-    AddLabel(trace->name, left, top, trace->colour);
-    out.swatches.push_back({{left - line - gap, top + line / 2 - 1, line, 3}, trace->colour});
+  std::for_each(plot.Traces().rbegin(), plot.Traces().rend(), [&](const PlotTrace& trace) {
+    const int left = right - Width(trace.name);
+    if (!IsTold(trace) || left - line - gap < out.frame.left || top + line > out.frame.Bottom()) return;
+    AddLabel(trace.name, left, top, trace.colour);
+    out.swatches.push_back({{left - line - gap, top + line / 2 - 1, line, 3}, trace.colour});
     right = left - 2 * line - gap;
-  }
+  });
 }
 
 }  // namespace

@@ -115,7 +115,7 @@ double Waterfall::Age(int line) const { return moments[newest] - moments[SlotOf(
 
 std::size_t Waterfall::ShadeOf(float level) const {
   const double part = (static_cast<double>(level) - lowest) / (highest - lowest);
-  return part > 0.0 ? static_cast<std::size_t>(std::min(part, 1.0) * (Colours - 1) + 0.5) : 0;
+  return part > 0.0 ? static_cast<std::size_t>(std::lround(std::min(part, 1.0) * (Colours - 1))) : 0;
 }
 
 std::string Waterfall::Reading() const {
