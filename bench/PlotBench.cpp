@@ -280,8 +280,9 @@ void FillCoefficients(LiveDisplay& live) {
   for (int i = 0; i < coefficients; ++i)
     room[static_cast<std::size_t>(i)] = 0.06 * noise(source) * std::exp(-i / 1500.0);
   for (auto& frame : live.frames) {
-    std::vector<float> values;
-    for (const double one : room) values.push_back(static_cast<float>(one + 0.002 * noise(source)));
+    std::vector<float> values(room.size());
+    std::ranges::transform(room, values.begin(),
+                           [&](double one) { return static_cast<float>(one + 0.002 * noise(source)); });
     frame = {{"Coefficients", values, vc::ScreenYellow}};
   }
 }

@@ -67,9 +67,9 @@ TEST_F(LivePlots, AWaterfallKeepsTheHighestOfWhatComesWithinItsPace) {
   Waterfall waterfall{form, "wtr", "Lately", plot};
   waterfall.SetPace(1);
   EXPECT_TRUE(AgeLabels(waterfall, 100, 5).empty());
-  for (int tenth = 0; tenth < 12000; ++tenth) {
+  for (int second = 0, tenth = 0; tenth < 12000; second = ++tenth / 10) {
     const float level = tenth % 10 == 3 ? -10.0F : -60.0F;
-    waterfall.Add(std::vector<float>{level, NoNumber, static_cast<float>(tenth / 10)}, tenth * 0.1 + 0.01);
+    waterfall.Add(std::vector<float>{level, NoNumber, static_cast<float>(second)}, tenth * 0.1 + 0.01);
   }
   EXPECT_EQ(waterfall.Lines(), Waterfall::MostLines);
   EXPECT_EQ(waterfall.Line(0)[0], -10.0F);
