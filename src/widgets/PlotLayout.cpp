@@ -360,18 +360,33 @@ void Builder::PlaceHorizontalMarkers() {
   out.labels.insert(out.labels.end(), labels.begin(), labels.end());
 }
 
-// In the upper right corner, where spectra are low; as many as there is room for.
+// In the upper right corner, where spectra are low, in as many rows as they need.
 void Builder::PlaceNames() {
   if (!plot.screen) return;
-  int right = out.frame.Right() - line / 2;
-  const int top = out.frame.top + line / 3;
-  std::for_each(plot.Traces().rbegin(), plot.Traces().rend(), [&](const PlotTrace& trace) {
-    const int left = right - Width(trace.name);
-    if (!IsTold(trace) || left - line - gap < out.frame.left || top + line > out.frame.Bottom()) return;
-    AddLabel(trace.name, left, top, trace.colour);
-    out.swatches.push_back({{left - line - gap, top + line / 2 - 1, line, 3}, trace.colour});
-    right = left - 2 * line - gap;
-  });
+  const int lead = line + gap, room = out.frame.width - line;
+  std::vector<std::vector<PlotLabel>> inRows(1);
+  int left = 0;
+  for (const PlotTrace& trace : plot.Traces()) {
+    const std::string name = IsTold(trace) ? Fitted(surface, trace.name, room - lead) : std::string{};
+    if (name.empty()) continue;
+    if (left > 0 && left + lead + Width(name) > room) {
+      inRows.emplace_back();
+      left = 0;
+    }
+    inRows.back().push_back({name, {left + lead, 0, Width(name), line}, trace.colour, out.letters});
+    left += lead + Width(name) + line;
+  }
+  int top = out.frame.top + line / 3;
+  for (std::vector<PlotLabel>& row : inRows) {
+    if (row.empty() || top + line > out.frame.Bottom()) return;
+    const int shift = out.frame.Right() - line / 2 - row.back().area.Right();
+    for (PlotLabel& label : row) {
+      label.area = {label.area.left + shift, top, label.area.width, line};
+      out.swatches.push_back({{label.area.left - lead, top + line / 2 - 1, line, 3}, label.colour});
+      out.labels.push_back(label);
+    }
+    top += line;
+  }
 }
 
 }  // namespace

@@ -49,6 +49,28 @@ TEST_F(LivePlots, LinesStandAtEvenPartsOrNowhere) {
     EXPECT_FALSE(frame.left < tick.area.Right() && frame.Bottom() > tick.area.top);
 }
 
+TEST_F(LivePlots, TheNamesOfTheCurvesStandInTheScreenInTheirColours) {
+  plot.screen = true;
+  plot.SetTraces({{"Trace 1", {-20}, ScreenYellow}, {"", {-30}}, {"Trace 2", {-50}, ScreenBlue}});
+  for (int kept = 0; kept < 8; ++kept) {
+    const Rectangle frame = LayOut(plot, surface, Area).frame;
+    std::vector<Rectangle> names;
+    for (const support::Drawn& text : Drawn("text")) {
+      if (text.text.starts_with("Trace")) names.push_back(text.area);
+    }
+    ASSERT_EQ(names.size(), plot.Traces().size() - 1);
+    for (std::size_t i = 0; i < names.size(); ++i) {
+      EXPECT_GT(names[i].left, frame.left + support::RecordingSurface::LetterHeight);
+      EXPECT_LT(names[i].Right(), frame.Right());
+      EXPECT_TRUE(i == 0 || names[i].left > names[i - 1].Right() || names[i].top >= names[i - 1].Bottom());
+    }
+    EXPECT_EQ(surface.Of("fill").back().colour, plot.Traces().back().colour);
+    std::vector<PlotTrace> more = plot.Traces();
+    more.push_back({"Trace 1, kept before the filter was set", {-40}, TraceColours[1]});
+    plot.SetTraces(more);
+  }
+}
+
 TEST_F(LivePlots, LettersGrowInSteps) {
   plot.lettersGrow = true;
   const PlotRoom room = DesignRoom(plot);
