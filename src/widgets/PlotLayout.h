@@ -45,14 +45,14 @@ PlotRoom DesignRoom(const Plot& plot);
 
 struct PlotLayout {
   Rectangle area, frame;
-  double letters = 1.0;  // how large, against the surface's font
-  PlotScale x, y;        // between the middles of the frame's outermost pixels
+  PlotScale x, y;  // between the middles of the frame's outermost pixels
   // Of the curves that have a range of their own, in their order.
   std::vector<std::pair<PlotAxis, PlotScale>> own;
   const PlotScale& ScaleFor(const PlotTrace& trace) const;
   std::vector<PlotSwatch> swatches;
   std::vector<PlotLine> lines;
   std::vector<PlotLabel> labels;
+  double letters = 1.0;  // how large, against the surface's font
 };
 
 // The surface measures the texts.
