@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "analysis/MarkerKeys.h"
 #include "analysis/SignalCodes.h"
 #include "analysis/SpectrumTrace.h"
 #include "model/EditRules.h"
@@ -127,6 +128,7 @@ void CtlSIF::BindPlot() {
   pbxSpec.large = pbxSpec.screen = pbxSpec.lettersGrow = true;
   pbxSpec.SetGrid(PlotGrid{columns, rows});
   pbxSpec.pointer = [this](const PlotPointer& event) { Hear(event); };
+  pbxSpec.keyPressed = [this](std::string_view combination) { return MoveCursor(combination); };
   pbxSpec.told = [this] { return Told(); };
   ShowOverloadIndicators(false);
 }
@@ -144,6 +146,7 @@ void CtlSIF::Begin() {
     lease = FieldLease(panel.settings, asWanted);
     panel.context.takeAnalyzer(true);
     panel.context.clearAnalyzer();
+    panel.context.spectra.RawTrace1 = {};  // what has come so far is of another signal
     tmrSifDisp->SetEnabled(true);
   }
   FollowStage();
@@ -188,7 +191,9 @@ void CtlSIF::Tick() {
   constexpr std::int32_t overload = 0x8000;
   if (!panel.OnShow()) return;
   ShowOverloadIndicators(panel.context.portOpen && (panel.context.status.unitMode & overload) != 0);
-  DisplaySpectrum();
+  if (std::exchange(drawn, panel.context.spectra.Replies1) != panel.context.spectra.Replies1) {
+    DisplaySpectrum();
+  }
 }
 
 void CtlSIF::Show() {
@@ -274,6 +279,15 @@ Slider* CtlSIF::Grabbed(double line) {
     if (std::abs(line - limit->Line()) < reach) return &limit->line.slider;
   }
   return nullptr;
+}
+
+// Line by line, as the marker of the analyzer's own window.
+bool CtlSIF::MoveCursor(std::string_view combination) {
+  const std::optional<int> step = MarkerStep(combination, TraceLines);
+  if (!step) return false;
+  const double line = pbxSpec.Cursor().value_or(HertzAt(0)) / HertzAt(0) - 1;
+  pbxSpec.SetCursor(HertzAt(std::clamp(Nearest(line) + *step, 0, LastLine)));
+  return true;
 }
 
 void CtlSIF::Build() {

@@ -84,6 +84,7 @@ struct CtlSIF {
   double HertzAt(double line) const;
   void Hear(const PlotPointer& event);
   Slider* Grabbed(double line);
+  bool MoveCursor(std::string_view combination);
 
   void Build();
   void BuildCurve();
@@ -94,6 +95,7 @@ struct CtlSIF {
   FieldLease lease;
   std::unique_ptr<Timer> tmrSifDisp;
   Slider* grabbed = nullptr;
+  unsigned drawn = 0;                       // replies of the analyzer
   std::unique_ptr<CurvePanel> customCurve;  // while it is open over this panel, and until the next one
 };
 

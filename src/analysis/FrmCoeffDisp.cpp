@@ -6,6 +6,7 @@
 #include <limits>
 #include <utility>
 
+#include "analysis/MarkerKeys.h"
 #include "model/Kinds.h"
 #include "model/Stages.h"
 #include "panels/DisplayLaw.h"
@@ -29,17 +30,7 @@ std::string TimeText(double milliseconds) { return NumberText(milliseconds, 3); 
 // Nothing for one that has not been read yet.
 std::string ValueText(double value) { return std::isnan(value) ? "" : NumberText(value, 4); }
 
-struct Stroke {
-  std::string_view keys;
-  int distance;
-};
 constexpr int ToTheEnd = static_cast<int>(CoefCapacity);
-constexpr std::array<Stroke, 6> AlongCoefficients{{{"Left", -1},
-                                                   {"Right", 1},
-                                                   {"Ctrl+Left", -10},
-                                                   {"Ctrl+Right", 10},
-                                                   {"Home", -ToTheEnd},
-                                                   {"End", ToTheEnd}}};
 
 // The filters as the operator counts them: of the left channel, or of all there is, and then of the right.
 std::vector<std::string> FilterNames(const SystemSettings& settings) {
@@ -227,7 +218,11 @@ void FrmCoeffDisp::Show() {
 void FrmCoeffDisp::ShowNote() {
   const auto kind = static_cast<std::size_t>(running.kind);
   const std::string name = kind < FilterKinds().size() ? ": " + std::string(FilterKinds()[kind].name) : "";
-  std::string text = cmbFilter.Text() + name + ", " + std::to_string(window.number) + " coefficients";
+  const std::int16_t runs = image.stageClass[PositionOfStage(panel.settings.configMode, running.stage)];
+  const bool without = runs == dsp::Parametric || runs == dsp::Compressor;
+  std::string text = cmbFilter.Text() + name +
+                     (without ? ", which runs without coefficients"
+                              : ", " + std::to_string(window.number) + " coefficients");
   if (!panel.context.portOpen) text += ".  There is no connection to the unit.";
   pbxCoef.SetNote(text);
 }
@@ -298,9 +293,9 @@ void FrmCoeffDisp::Hear(const PlotPointer& event) {
 }
 
 bool FrmCoeffDisp::Press(std::string_view combination) {
-  const auto* stroke = std::ranges::find(AlongCoefficients, combination, &Stroke::keys);
-  if (stroke == AlongCoefficients.end()) return false;
-  const int wanted = std::clamp(window.Marked() + stroke->distance, 0, window.number - 1);
+  const std::optional<int> step = MarkerStep(combination, ToTheEnd);
+  if (!step) return false;
+  const int wanted = std::clamp(window.Marked() + *step, 0, window.number - 1);
   window.MoveTo(wanted - window.CoefGraphStart);
   Show();
   return true;

@@ -4,21 +4,11 @@
 #include <array>
 #include <cmath>
 
+#include "analysis/MarkerKeys.h"
 #include "panels/DisplayLaw.h"
 
 namespace vc {
 namespace {
-
-struct Stroke {
-  std::string_view keys;
-  int lines;
-};
-constexpr std::array<Stroke, 6> Strokes{{{"Left", -1},
-                                         {"Right", 1},
-                                         {"Ctrl+Left", -10},
-                                         {"Ctrl+Right", 10},
-                                         {"Home", -TraceLines},
-                                         {"End", TraceLines}}};
 
 double LevelAt(const ShownTrace& trace, int line) {
   return LevelOf(trace.levels.at(static_cast<std::size_t>(line)));
@@ -129,9 +119,9 @@ void SpecMarker::Hear(const PlotPointer& event) {
 }
 
 bool SpecMarker::Press(std::string_view combination) {
-  const auto* stroke = std::ranges::find(Strokes, combination, &Stroke::keys);
-  if (!On() || stroke == Strokes.end()) return false;
-  MoveTo(std::clamp(line + stroke->lines, 0, TraceLines - 1));
+  const std::optional<int> step = MarkerStep(combination, TraceLines);
+  if (!On() || !step) return false;
+  MoveTo(std::clamp(line + *step, 0, TraceLines - 1));
   return true;
 }
 

@@ -54,6 +54,7 @@ void Displays::Open() {
   open = row->make(Context());
   open.panel->Fill();
   open.timer->SetEnabled(!analyzerLent);
+  KeepOpen(around.panels.IsOpen());
   around.forms.Show(open.panel->form);
 }
 
