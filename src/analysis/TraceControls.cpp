@@ -94,7 +94,6 @@ void TraceControls::Fill() {
 // Another signal is measured anew, with the gain that harms none, and at once.
 void TraceControls::Choose() {
   const auto row = static_cast<std::size_t>(std::max(cmbSignal.ListIndex(), 0));
-  panel.context.clearAnalyzer();
   panel.Edit(cmbSignal.core, std::string(kind.caption) + " Signal",
              {{&kind.gain, 0, 0, 0.0},
               {&RowOf<&S::specRun>(), 0, 0, 1.0},

@@ -129,6 +129,12 @@ void LevelControls(RecordEdits& edits, const SystemSettings& before, int /*i*/) 
   }
 }
 
+// What was averaged of one signal is nothing of another one.
+void AnalyzerSignal(RecordEdits& edits, const SystemSettings& before, int /*i*/) {
+  const SystemSettings& now = edits.settings;
+  if (now.yellowSignal != before.yellowSignal || now.blueSignal != before.blueSignal) edits.ClearAnalyzer();
+}
+
 void Ch1Taps(RecordEdits& edits, const SystemSettings& /*before*/, int stage) {
   Taps(edits, stage, edits.settings.ch1Taps[stage]);
 }

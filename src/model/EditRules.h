@@ -37,6 +37,7 @@ void Configuration(RecordEdits& edits, const SystemSettings& before, int i);
 void NumFilters(RecordEdits& edits, const SystemSettings& before, int i);
 void Links(RecordEdits& edits, const SystemSettings& before, int i);
 void LevelControls(RecordEdits& edits, const SystemSettings& before, int i);
+void AnalyzerSignal(RecordEdits& edits, const SystemSettings& before, int i);
 void Ch1Taps(RecordEdits& edits, const SystemSettings& before, int stage);
 void Ch2Taps(RecordEdits& edits, const SystemSettings& before, int stage);
 void FilterKind(RecordEdits& edits, const SystemSettings& before, int stage);

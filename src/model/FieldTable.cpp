@@ -119,9 +119,9 @@ constexpr std::array rows{
     Field<&S::specDisplayMode>("specDisplayMode", 0, Within{0, 2}, Whole),
     Field<&S::specRun>("specRun", 1, Mask{1}, Whole),
     Field<&S::blueGain>("blueGain", 0, AnalyzerGain, Whole),
-    Field<&S::blueSignal>("blueSignal", 2, Mask{31}, Whole),
+    Field<&S::blueSignal>("blueSignal", 2, Mask{31}, With(Whole, follow::AnalyzerSignal)),
     Field<&S::yellowGain>("yellowGain", 0, AnalyzerGain, Whole),
-    Field<&S::yellowSignal>("yellowSignal", 0, Mask{31}, Whole),
+    Field<&S::yellowSignal>("yellowSignal", 0, Mask{31}, With(Whole, follow::AnalyzerSignal)),
     Field<&S::averagerMode>("averagerMode", 0, Any{}, Whole),
     // Kinds and switches of the chain.
     Field<&S::filterType>("filterType", 1, OutsideBecomes{0, 16, FilterKind::RefCanceller},

@@ -225,7 +225,7 @@ TEST_F(DownloadWire, StereoLinkedServesBothSidesFromTheLeft) {
         M 4B 0000; M 55 FF03; M 56 0970; M 58 8300;
     * ch2DelayChan(1) 1 => M 20 4100;
     * broadbandActive(2) 1 => M 20 5900; M 21 7964;
-    * yellowSignal 9 => M 28 C718;
+    * yellowSignal 9 => M 28 C718; M 96 4040;
     * eqType(2) 1 => 16 packets: 008000 first, 727FFF at 128; M C0 0090;
     * numFilters 2 => M 55 FF7F; M 56 FF7F; M 59 3000; M 22 8618; M 23 A71C; M 34 0303; M 3A 0420; M 3B 0420;
         M 44 7A28; M 45 7A28; M 55 0702; M 56 0970; M 58 B300;)");

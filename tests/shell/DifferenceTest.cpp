@@ -27,9 +27,16 @@ Lines LinesOf(const std::string& dump) {
   return lines;
 }
 
-// Takes out what may differ: a full download also builds the tables that were never finished, and a unit may
-// remember a broadband stage that the configuration no longer has.
+// Takes out what may differ: a full download also builds the tables that were never finished, a unit may
+// remember a broadband stage that the configuration no longer has, and that the analyzer was to begin anew is
+// no state.
 void Forgive(Lines& difference, Lines& full) {
+  for (Lines* lines : {&difference, &full}) {
+    if (const auto run = lines->find("register 150"); run != lines->end()) {
+      constexpr int held = 0x8080;
+      run->second = std::to_string(std::stoi(run->second.substr(run->first.size())) & held);
+    }
+  }
   for (int position = 1; position <= 6; ++position) {
     std::string& stage = difference[Place("stage", position)];
     std::string& built = full[Place("stage", position)];
