@@ -89,7 +89,7 @@ void References::Remove() {
 // One without a name would not be told.
 void References::Rename() {
   const int chosen = cmbReference.ListIndex();
-  if (Chosen() == nullptr) return;
+  if (Chosen() == nullptr) return txtReferenceName.SetText("");
   const std::string wished = Fitting(txtReferenceName.Text());
   if (!wished.empty() && wished != Chosen()->name) {
     kept[static_cast<std::size_t>(chosen)].name = wished;

@@ -137,7 +137,7 @@ TEST(EveryPanel, HoldsTypedNumbersInsideItsSlidersRange) {
       }
       SystemSettings taken = run.record;
       taken.sifGain.Fill(0);  // gains of the analyzer are in force until the next load
-      taken.yellowGain = 0;
+      taken.yellowGain = taken.blueGain = 0;
       SystemSettings valid = taken;
       ValidateSettings(valid);
       EXPECT_TRUE(valid == taken) << form;

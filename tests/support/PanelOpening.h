@@ -1,4 +1,4 @@
-// Opens any panel of the table by the name of its form, whatever it edits.
+// Opens any panel or display of the tables by the name of its form, whatever it edits.
 #pragma once
 
 #include <string>
@@ -8,6 +8,7 @@
 #include "PanelRun.h"
 #include "Unheard.h"
 #include "model/Kinds.h"
+#include "shell/Displays.h"
 #include "shell/PanelHost.h"
 
 namespace support {
@@ -20,6 +21,7 @@ inline constexpr std::string_view OverAnother = "CtlCustomCurve";
 inline std::vector<std::string> PanelNames() {
   std::vector<std::string> names{std::string(OverAnother)};
   for (const vc::PanelRow& row : vc::PanelHost::Rows()) names.emplace_back(row.name);
+  for (const vc::DisplayRow& row : vc::Displays::Rows()) names.emplace_back(row.form);
   return names;
 }
 
@@ -44,6 +46,9 @@ inline void OpenPanel(PanelRun& run, std::string_view panel) {
     OpenPanel(run, "CtlSIF");
     EXPECT_EQ(run.Click("btnEdit"), "");
     return;
+  }
+  for (const vc::DisplayRow& row : vc::Displays::Rows()) {
+    if (row.form == panel) return run.session.master.ShowDisplay(row.which);
   }
   vc::ChainPanels& panels = run.session.panels;
   vc::SystemSettings& record = run.record;
