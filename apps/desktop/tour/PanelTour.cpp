@@ -60,6 +60,16 @@ constexpr Action Actions[]{{"CtlLPF", "txtCutoff", "1250"},
                            {"CtlSIF", "txtAverages", "16"},
                            {"CtlSIF", "btnBuild"},
                            {"CtlSIF", "ROSSelect(3)"},
+                           {"SpecDisp", "chkYellowTrace"},
+                           {"SpecDisp", "cmbAveragerMode", "Exponential"},
+                           {"SpecDisp", "txtAverages", "16"},
+                           {"SpecDisp", "btnMarker"},
+                           {"SpecDisp", "btnFindPeak"},
+                           {"SpecDisp", "btnKeepTrace1"},
+                           {"SpecDisp", "chkWaterfall"},
+                           {"SpecDisp", "cmbWaterfallTrace", "Trace 1"},
+                           {"FrmCoeffDisp", "cmbNumCoeffs", "256"},
+                           {"FrmCoeffDisp", "btnFindPeak"},
                            {"Ctl20Ban", "txtGain(1)", "-12"},
                            {"Ctl20Ban", "txtGain(2)", "-40"},
                            {"Ctl20Ban", "txtGain(8)", "-20"},
@@ -170,7 +180,12 @@ void Tour::UsePanel(desktop::FormWindow& window, const std::string& form) {
     Expect(widget != nullptr, form + " has " + action.control);
     if (widget == nullptr) continue;
     if (action.typed.empty()) {
-      QTest::mouseClick(widget, Qt::LeftButton);
+      // A check box hears nothing where it is wider than its caption.
+      QTest::mouseClick(widget, Qt::LeftButton, {}, {widget->height() / 2, widget->height() / 2});
+      continue;
+    }
+    if (auto* list = qobject_cast<QComboBox*>(widget)) {
+      ChooseRow(*list, action.typed);
       continue;
     }
     widget->setFocus();
@@ -216,12 +231,15 @@ void Tour::UndoSteps() {
 }
 
 void Tour::ChooseRow(const char* list, const char* row) {
-  auto* view = Master().findChild<QComboBox*>(list);
-  const int index = view->findText(row);
-  Expect(index >= 0, std::string(list) + " offers " + row);
-  view->setFocus();
-  view->setCurrentIndex(index);
-  QMetaObject::invokeMethod(view, "activated", Q_ARG(int, index));
+  ChooseRow(*Master().findChild<QComboBox*>(list), row);
+}
+
+void Tour::ChooseRow(QComboBox& list, std::string_view row) {
+  const int index = list.findText(QLatin1String(row.data()));
+  Expect(index >= 0, list.objectName().toStdString() + " offers " + std::string(row));
+  list.setFocus();
+  list.setCurrentIndex(index);
+  QMetaObject::invokeMethod(&list, "activated", Q_ARG(int, index));
 }
 
 desktop::FormWindow* Tour::OpenedByName(const std::string& form) {

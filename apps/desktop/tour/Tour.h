@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include <QComboBox>
 #include <QTimer>
 
 #include "desktop/Program.h"
@@ -56,8 +57,9 @@ class Tour {
   void ShowBesidePanel(desktop::FormWindow& display, const std::string& form);
   void ShowFullScreen(desktop::FormWindow& window, const std::string& form);
   void UndoSteps();
-  // Chooses a row of a list of the master panel.
+  // Chooses a row of a list, or of one of the master panel by its name.
   void ChooseRow(const char* list, const char* row);
+  void ChooseRow(QComboBox& list, std::string_view row);
   desktop::FormWindow* OpenedByName(const std::string& form);
   void ShowObjectLog();
   void Reconnect();
