@@ -8,7 +8,7 @@
 namespace tour {
 namespace {
 
-constexpr int LookMilliseconds = 3000;  // until an average has settled, and a waterfall has some lines
+constexpr int LookMilliseconds = 4000;  // until an average has settled, and a waterfall has some lines
 constexpr QSize WholeScreen{1920, 1040};
 
 void Press(desktop::FormWindow& window, const char* control) {
@@ -24,8 +24,9 @@ void Tour::ShowDisplays() {
     const std::string form(row.form);
     desktop::FormWindow* window = OpenedByName(form);
     if (window == nullptr) continue;
-    if (linked) QTest::qWait(LookMilliseconds);
     UsePanel(*window, form);
+    if (linked) QTest::qWait(LookMilliseconds);
+    UsePanel(*window, form + ", measured");
     if (linked) QTest::qWait(LookMilliseconds);
     Photograph(window, form);
     ShowBesidePanel(*window, form);

@@ -22,8 +22,8 @@ std::string OpenerOf(vc::ChainLayout& chain, std::string_view panel) {
   return {};
 }
 
-// What the walk does in a panel before it is photographed: numbers that are typed, and taken as they are, and
-// buttons that are pressed.
+// What the walk does in a panel before it is photographed: numbers that are typed, and taken as they are,
+// rows that are chosen, and buttons that are pressed. In a display some of that wants a measurement first.
 struct Action {
   std::string_view form;
   const char* control;
@@ -64,12 +64,12 @@ constexpr Action Actions[]{{"CtlLPF", "txtCutoff", "1250"},
                            {"SpecDisp", "cmbAveragerMode", "Exponential"},
                            {"SpecDisp", "txtAverages", "16"},
                            {"SpecDisp", "btnMarker"},
-                           {"SpecDisp", "btnFindPeak"},
-                           {"SpecDisp", "btnKeepTrace1"},
                            {"SpecDisp", "chkWaterfall"},
                            {"SpecDisp", "cmbWaterfallTrace", "Trace 1"},
+                           {"SpecDisp, measured", "btnKeepTrace1"},
+                           {"SpecDisp, measured", "btnFindPeak"},
                            {"FrmCoeffDisp", "cmbNumCoeffs", "256"},
-                           {"FrmCoeffDisp", "btnFindPeak"},
+                           {"FrmCoeffDisp, measured", "btnFindPeak"},
                            {"Ctl20Ban", "txtGain(1)", "-12"},
                            {"Ctl20Ban", "txtGain(2)", "-40"},
                            {"Ctl20Ban", "txtGain(8)", "-20"},
