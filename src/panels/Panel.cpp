@@ -40,9 +40,8 @@ void Panel::Fill() {
 
 bool Panel::OnShow() const {
   const Forms& forms = context.forms;
-  return std::ranges::any_of(forms.open, [&](const Forms::Entry& entry) {
-    return entry.form == &form && !forms.Hidden(entry);
-  });
+  return std::ranges::any_of(
+      forms.open, [&](const Forms::Entry& entry) { return entry.form == &form && !forms.Hidden(entry); });
 }
 
 void Panel::SwitchIn() const {
