@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "analysis/Display.h"
 #include "analysis/MarkerKeys.h"
 #include "analysis/SignalCodes.h"
 #include "analysis/SpectrumTrace.h"
@@ -190,6 +191,7 @@ Parameter CtlSIF::BorrowedRun() {
 void CtlSIF::Tick() {
   constexpr std::int32_t overload = 0x8000;
   if (!panel.OnShow()) return;
+  pbxSpec.SetNote(panel.context.portOpen ? "" : NoConnectionNote);
   ShowOverloadIndicators(panel.context.portOpen && (panel.context.status.unitMode & overload) != 0);
   if (std::exchange(drawn, panel.context.spectra.Replies1) != panel.context.spectra.Replies1) {
     DisplaySpectrum();

@@ -27,6 +27,9 @@ struct DisplayContext {
   Wire<void()> close;
 };
 
+// Above a plot: what it shows was measured before, or is nothing.
+inline constexpr const char* NoConnectionNote = "There is no connection to the unit.";
+
 inline constexpr Size PictureSize{800, 450};
 
 // The end of a display: what is done with its plot, and its close button, which the window's frame stands

@@ -223,7 +223,7 @@ void FrmCoeffDisp::ShowNote() {
   std::string text = cmbFilter.Text() + name +
                      (without ? ", which runs without coefficients"
                               : ", " + std::to_string(window.number) + " coefficients");
-  if (!panel.context.portOpen) text += ".  There is no connection to the unit.";
+  if (!panel.context.portOpen) text += std::string(".  ") + NoConnectionNote;
   pbxCoef.SetNote(text);
 }
 

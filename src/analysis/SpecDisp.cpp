@@ -225,7 +225,7 @@ void SpecDisp::ShowOverload() {
     if (!chkHideControls.Value() || !trace->Overloaded()) continue;
     note += (note.empty() ? "OVL: " : ", ") + std::string(trace->kind.caption);
   }
-  pbxSpec.SetNote(note);
+  pbxSpec.SetNote(panel.context.portOpen ? note : NoConnectionNote);
 }
 
 void SpecDisp::Draw() {

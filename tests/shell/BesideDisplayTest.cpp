@@ -107,6 +107,11 @@ TEST(BesideDisplay, AUnitThatFallsSilentStopsNobody) {
     run.test.loop.RunFor(400'000);
     EXPECT_FALSE(run.Connected());
     ASSERT_NE(run.Window(), nullptr);
+    for (const AnyControl& control : run.Window()->controls) {
+      auto* const* plot = std::get_if<Plot*>(&control);
+      if (plot == nullptr) continue;
+      EXPECT_THAT((*plot)->Note(), testing::HasSubstr(NoConnectionNote));
+    }
     run.session.forms.Close(*run.Window());
     EXPECT_EQ(run.session.forms.open.size(), 1U);
   });
