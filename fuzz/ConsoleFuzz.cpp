@@ -113,8 +113,11 @@ std::string PlotLine(const Run& run, Input& input) {
     if (plot == nullptr || (*plot)->small) continue;
     const std::string name = form->name + "." + (*plot)->core.FullName();
     if (input.Below(2) == 0) return "press " + name + " " + keys[input.Below(keys.size())];
-    const std::string x = std::to_string(Along((*plot)->XAxis(), input));
-    return "point " + name + " " + x + " " + std::to_string(Along((*plot)->YAxis(), input));
+    std::string line = "point " + name;
+    for (const vc::PlotAxis* axis : {&(*plot)->XAxis(), &(*plot)->YAxis()}) {
+      line += ' ' + std::to_string(Along(*axis, input));
+    }
+    return line;
   }
   return "show";
 }
