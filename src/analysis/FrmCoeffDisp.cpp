@@ -15,7 +15,7 @@
 namespace vc {
 namespace {
 
-constexpr int IntervalMilliseconds = 100;
+constexpr int CoefDisplayMilliseconds = 100;
 constexpr double FullScale = 8388608;  // 2^23
 constexpr double MillisecondsPerSecond = 1000;
 constexpr int InAllCoefficients = 1;  // of optFindPeak
@@ -81,7 +81,7 @@ FrmCoeffDisp::FrmCoeffDisp(const DisplayContext& opened)
       image(opened.image),
       panel(opened.panel, "FrmCoeffDisp", "Coefficient Display"),
       foot(panel, opened, "Coefficient Display", pbxCoef),
-      timer(opened.panel.events.CreateTimer(IntervalMilliseconds, [this] { Tick(); })) {
+      timer(opened.panel.events.CreateTimer(CoefDisplayMilliseconds, [this] { Tick(); })) {
   pbxCoef.large = pbxCoef.screen = pbxCoef.cursorPlaced = true;
   pbxCoef.lettersGrow = true;
   pbxCoef.cursorColour = ScreenRed;

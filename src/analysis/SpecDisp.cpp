@@ -13,7 +13,7 @@ namespace {
 
 using S = SystemSettings;
 
-constexpr int IntervalMilliseconds = 50;
+constexpr int SpecDisplayMilliseconds = 50;
 constexpr PlotGrid TenDecibelGrid{8, 7};
 
 struct AveragerMode {
@@ -50,7 +50,7 @@ SpecDisp::SpecDisp(const DisplayContext& context)
                 .mostExponent = 15}),
       references(panel, fraControls, traces, marker),
       foot(panel, context, "Spectrum Analyzer", pbxSpec),
-      timer(panel.context.events.CreateTimer(IntervalMilliseconds, [this] { Tick(); })),
+      timer(panel.context.events.CreateTimer(SpecDisplayMilliseconds, [this] { Tick(); })),
       spectra(Emptied(panel.context.spectra)),
       clock(context.clock),
       replies1(spectra.Replies1),

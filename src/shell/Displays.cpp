@@ -16,14 +16,14 @@ namespace vc {
 namespace {
 
 template <typename Window>
-AnyDisplay Make(const DisplayContext& context) {
+AnyDisplay MakeDisplay(const DisplayContext& context) {
   auto made = std::make_shared<Window>(context);
   return {made, &made->panel, &made->foot, made->timer.get()};
 }
 
-constexpr std::array<DisplayRow, 2> AllRows{
-    {{display::Coefficients, "FrmCoeffDisp", poll::Coefficients, "Coefficients", Make<FrmCoeffDisp>},
-     {display::Spectrum, "SpecDisp", poll::Spectrum, "Spectrum", Make<SpecDisp>}}};
+constexpr std::array<DisplayRow, 2> DisplayTable{
+    {{display::Coefficients, "FrmCoeffDisp", poll::Coefficients, "Coefficients", MakeDisplay<FrmCoeffDisp>},
+     {display::Spectrum, "SpecDisp", poll::Spectrum, "Spectrum", MakeDisplay<SpecDisp>}}};
 
 // Numbers as a spreadsheet reads them.
 std::string SeparatedByCommas(std::string lines) {
@@ -34,12 +34,12 @@ std::string SeparatedByCommas(std::string lines) {
 
 }  // namespace
 
-std::span<const DisplayRow> Displays::Rows() { return AllRows; }
+std::span<const DisplayRow> Displays::Rows() { return DisplayTable; }
 
 void Displays::Show(std::int16_t which) {
-  const auto* wanted = std::ranges::find(AllRows, which, &DisplayRow::which);
+  const auto* wanted = std::ranges::find(DisplayTable, which, &DisplayRow::which);
   if (open.panel != nullptr) around.forms.Unload(open.panel->form);
-  row = wanted == AllRows.end() ? nullptr : wanted;
+  row = wanted == DisplayTable.end() ? nullptr : wanted;
   around.master.top.btnCoeffDisplay.SetValue(Shown() == display::Coefficients ? 1 : 0);
   around.master.top.btnSpecAnalyzer.SetValue(Shown() == display::Spectrum ? 1 : 0);
   Poll();
