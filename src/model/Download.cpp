@@ -13,7 +13,6 @@ namespace {
 
 constexpr int PacketAttempts = 5;
 constexpr std::int16_t CommandSeconds = 2;
-constexpr std::int16_t NextTick = 5;  // of settingsChanged
 
 }  // namespace
 
@@ -27,7 +26,7 @@ void Download::DownloadSettings(int mode) {
   device.RunStatements("SynthesizeOnboard_Err", {[&] { Forget(mode); }, [&] { CorrectForUnit(settings); },
                                                  [&] { RefreshImage(image, settings); },
                                                  [&] { MarkResets(); }, [&] { clearWaits = Send(); }});
-  settings.settingsChanged = clearWaits ? NextTick : std::int16_t{0};
+  settings.settingsChanged = clearWaits ? SendAt : std::int16_t{0};
 }
 
 bool Download::HoldsTable(int stage) const {

@@ -64,19 +64,19 @@ Bounds UnlessOff(const S& settings, int stage, int) {
 
 // What edits entail, by what they are of. What is derived or belongs to the run is no operator's matter, but
 // for the last three.
-constexpr std::int16_t SoonTicks = 5, SizeTicks = 7, RunOfBandsTicks = 10;
+constexpr std::int16_t SizeTicks = 7, RunOfBandsTicks = 10;
 constexpr Entails Nothing{marks::None, 0};
-constexpr Entails Whole{marks::None, SoonTicks};  // the whole chain, or the analyzer
-constexpr Entails Stage{marks::Stages, SoonTicks};
-constexpr Entails Table{marks::Stages, SoonTicks, 0, true, finish::BuildTable};
-constexpr Entails EqualizerToo{marks::StagesAndEqualizer, SoonTicks};
-constexpr Entails Equalizer{marks::Equalizer, SoonTicks};
-constexpr Entails EqualizerCurve{marks::Equalizer, SoonTicks, 0, true};
-constexpr Entails Broadband{marks::Broadband, SoonTicks};
-constexpr Entails NoiseBands{marks::Broadband, SoonTicks, RunOfBandsTicks};
-constexpr Entails BroadbandToo{marks::StagesAndBroadband, SoonTicks};
-constexpr Entails PerEntry{marks::StagesOrBroadband, SoonTicks};
-constexpr Entails Rebuild{marks::Stages, SoonTicks, 0, true, finish::BuildTable};
+constexpr Entails Whole{marks::None, SendAt};  // the whole chain, or the analyzer
+constexpr Entails Stage{marks::Stages, SendAt};
+constexpr Entails Table{marks::Stages, SendAt, 0, true, finish::BuildTable};
+constexpr Entails EqualizerToo{marks::StagesAndEqualizer, SendAt};
+constexpr Entails Equalizer{marks::Equalizer, SendAt};
+constexpr Entails EqualizerCurve{marks::Equalizer, SendAt, 0, true};
+constexpr Entails Broadband{marks::Broadband, SendAt};
+constexpr Entails NoiseBands{marks::Broadband, SendAt, RunOfBandsTicks};
+constexpr Entails BroadbandToo{marks::StagesAndBroadband, SendAt};
+constexpr Entails PerEntry{marks::StagesOrBroadband, SendAt};
+constexpr Entails Rebuild{marks::Stages, SendAt, 0, true, finish::BuildTable};
 
 constexpr Entails With(Entails entails,
                        void (*rule)(RecordEdits& edits, const SystemSettings& before, int i)) {

@@ -11,8 +11,6 @@
 namespace vc {
 namespace {
 
-constexpr std::int16_t SoonTicks = 5;
-
 void StoreValue(SystemSettings& settings, const FieldEdit& edit) {
   if (const auto* text = std::get_if<std::string>(&edit.value)) {
     *std::get<std::string*>(edit.row->at(settings, edit.i, edit.j)) = *text;
@@ -92,12 +90,12 @@ void RecordEdits::MakeAnew() {
     marks::StagesAndEqualizer(settings, side);
     marks::Broadband(settings, side);
   }
-  settings.settingsChanged = SoonTicks;
+  settings.settingsChanged = SendAt;
 }
 
 void RecordEdits::ClearAnalyzer() {
   download.analyzerClearRequest = true;
-  settings.settingsChanged = SoonTicks;
+  settings.settingsChanged = SendAt;
 }
 
 void RecordEdits::SendChanges() {

@@ -35,6 +35,10 @@ using PerEqualizer = Row<T, 9, 10>;  // by stage number: 9 left or mono, 10 righ
 template <typename T>
 using PerSide = Row<T, 1, 2>;  // by equalizer or broadband number: 1 left or mono, 2 right
 
+// Where settingsChanged stands at it, the next tick brings the unit up to the record; from above it counts
+// down.
+inline constexpr std::int16_t SendAt = 5;
+
 // Plain data. Integers are 16-bit as in the file and on the wire; a field's unit and range are in its row of
 // the table of fields. A fresh object holds zeros until InitSettings runs.
 struct SystemSettings {
@@ -207,7 +211,7 @@ struct SystemSettings {
   // Run-time marks and choices; never saved. A raised flag is -1.
   bool linkReady = false;
   bool loadingSetup = false;
-  std::int16_t settingsChanged = 0;  // ticks until the change has settled
+  std::int16_t settingsChanged = 0;  // ticks until the change has settled; see SendAt
   PerStage<std::int16_t> stageChanged;
   PerStage<std::int16_t> filterDirty;
   PerStage<std::int16_t> filterBuilt;

@@ -13,7 +13,6 @@ namespace {
 
 constexpr int BargraphMilliseconds = 50;
 constexpr int IconMilliseconds = 100;
-constexpr std::int16_t SendAt = 5;
 constexpr std::int16_t SifSteps = 8, SifStride = 5;
 
 }  // namespace
