@@ -27,10 +27,7 @@ AnalyzerControls::AnalyzerControls(Panel& owner, Place averagesIn, Place runIn, 
   txtAverages.widest = std::to_string(1 << edits.mostExponent);
   btnMinus.clicked = [this] { Step(-1, btnMinus.core); };
   btnPlus.clicked = [this] { Step(1, btnPlus.core); };
-  txtAverages.lostFocus = [this] { Take(); };
-  txtAverages.keyPress = [this](int code) {
-    if (code == EnterKey) Take();
-  };
+  txtAverages.WhenTaken([this] { Take(); });
   btnRun.SetLatchedTint(GraphicButton::Tint::Green);
   btnRun.clicked = [this] { edits.run.store(btnRun.Value(), btnRun.core, btnRun.core.Caption()); };
   btnClear.clicked = [&owner] { owner.context.clearAnalyzer(); };

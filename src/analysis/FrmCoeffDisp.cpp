@@ -134,7 +134,7 @@ void FrmCoeffDisp::BindMarker() {
 
 void FrmCoeffDisp::BindTyped(TextBox& text, std::string (FrmCoeffDisp::*marked)() const,
                              const std::function<double(double number)>& coefficientOf) {
-  const auto take = [this, &text, marked, coefficientOf] {
+  text.WhenTaken([this, &text, marked, coefficientOf] {
     if (text.Text() == (this->*marked)()) return;
     try {
       const double wanted = coefficientOf(TypedNumber(text.Text()));
@@ -143,11 +143,7 @@ void FrmCoeffDisp::BindTyped(TextBox& text, std::string (FrmCoeffDisp::*marked)(
       // what was typed vanishes
     }
     Show();
-  };
-  text.lostFocus = take;
-  text.keyPress = [take](int code) {
-    if (code == EnterKey) take();
-  };
+  });
 }
 
 void FrmCoeffDisp::Initialize() {

@@ -50,10 +50,7 @@ References::References(Panel& owner, Place place, const ShownTraces& live, const
   btnKeepTrace2.clicked = [this] { Keep(traces.second); };
   btnRemoveReference.clicked = [this] { Remove(); };
   cmbReference.changed = [this] { Show(); };
-  txtReferenceName.lostFocus = [this] { Rename(); };
-  txtReferenceName.keyPress = [this](int code) {
-    if (code == EnterKey) Rename();
-  };
+  txtReferenceName.WhenTaken([this] { Rename(); });
   List(NoIndex);
 }
 

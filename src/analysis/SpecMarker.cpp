@@ -47,10 +47,7 @@ SpecMarker::SpecMarker(Panel& owner, Place place, Plot& shownIn, const ShownTrac
     MoveTo(line);
   };
   btnFindPeak.clicked = [this] { FindPeak(); };
-  txtMarkerFreq.lostFocus = [this] { Take(); };
-  txtMarkerFreq.keyPress = [this](int code) {
-    if (code == EnterKey) Take();
-  };
+  txtMarkerFreq.WhenTaken([this] { Take(); });
   plot.pointer = [this](const PlotPointer& event) { Hear(event); };
   plot.keyPressed = [this](std::string_view combination) { return Press(combination); };
 }

@@ -19,10 +19,7 @@ SliderEntry::SliderEntry(Place place, const std::string& caption, const std::str
     slider.show = law.show;
     slider.parse = law.parse;
   }
-  text.lostFocus = [this] { Take(); };
-  text.keyPress = [this](int code) {
-    if (code == EnterKey) Take();
-  };
+  text.WhenTaken([this] { Take(); });
 }
 
 void SliderEntry::Show(const std::string& words) {

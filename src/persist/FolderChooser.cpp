@@ -33,10 +33,7 @@ FolderChooser::FolderChooser(Form& form, Files& hostFiles, Desk& operatorDesk)
   folderVw.tall = true;
   folderVw.columns = 20;
   folderVw.activated = [this] { GoTo(folderVw.Text()); };
-  txtFolder.lostFocus = [this] { TakeText(); };
-  txtFolder.keyPress = [this](int code) {
-    if (code == EnterKey) TakeText();
-  };
+  txtFolder.WhenTaken([this] { TakeText(); });
 }
 
 bool FolderChooser::GoTo(const std::string& path) {

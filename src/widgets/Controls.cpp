@@ -33,6 +33,13 @@ void TextBox::SetText(const std::string& value) {
   Type(value);
 }
 
+void TextBox::WhenTaken(const std::function<void()>& take) {
+  lostFocus = take;
+  keyPress = [take](int code) {
+    if (code == EnterKey) take();
+  };
+}
+
 void TextBox::Type(const std::string& value) {
   if (core.Store(text, value, "Text")) core.Raise(changed);
 }

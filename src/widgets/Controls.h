@@ -50,6 +50,8 @@ struct TextBox {
   std::function<void()> changed;
   std::function<void()> gotFocus, lostFocus;
   std::function<void(int code)> keyPress;  // character code, 13 for Enter; no key is swallowed
+  // What is typed counts when the box is left, and on Enter: both events lead there.
+  void WhenTaken(const std::function<void()>& take);
 
   const std::string& Text() const { return text; }
   void SetText(const std::string& value);
