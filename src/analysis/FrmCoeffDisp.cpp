@@ -81,7 +81,7 @@ FrmCoeffDisp::FrmCoeffDisp(const DisplayContext& opened)
       image(opened.image),
       panel(opened.panel, "FrmCoeffDisp", "Coefficient Display"),
       foot(panel, opened, "Coefficient Display", pbxCoef),
-      timer(opened.panel.events.CreateTimer(CoefDisplayMilliseconds, [this] { Tick(); })) {
+      tmrCoeffDisp(opened.panel.events.CreateTimer(CoefDisplayMilliseconds, [this] { Tick(); })) {
   pbxCoef.large = pbxCoef.screen = pbxCoef.cursorPlaced = true;
   pbxCoef.lettersGrow = true;
   pbxCoef.cursorColour = ScreenRed;

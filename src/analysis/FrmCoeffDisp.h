@@ -47,7 +47,7 @@ struct FrmCoeffDisp {
   OptionGroup optFindPeak{fraPeak, "optFindPeak", 0, {"In Current Display", "In All Coefficents"}};
   Button btnFindPeak{fraPeak, "btnFindPeak", "Find Peak"};
   DisplayFoot foot;
-  std::unique_ptr<Timer> timer;  // tmrCoeffDisp: draws what the poll has brought
+  std::unique_ptr<Timer> tmrCoeffDisp;  // draws what the poll has brought
 
   // What was read goes, and the display begins with the first coefficient.
   void Initialize();

@@ -128,13 +128,15 @@ void References::Show() {
 // At another sample rate the lines of a reference have other frequencies: the nearest one is read.
 std::string References::Difference(const Kept& reference) const {
   if (!marker.On() || !reference.of->Told()) return "";
-  const double place = LineFrequency(static_cast<double>(panel.settings.sampleRate), marker.Line());
+  const double place =
+      LineFrequency(static_cast<double>(panel.settings.sampleRate), marker.GetSpecMarkerValue());
   const double there = place / LineFrequency(reference.sampleRate, 0) - 1;
   if (there > TraceLines - 1) return "";
   const auto line = static_cast<std::size_t>(std::max(0L, std::lround(there)));
   const auto level = [](const SpectrumTrace& trace, std::size_t at) { return LevelOf(trace.at(at)); };
   const double difference =
-      level(reference.of->levels, static_cast<std::size_t>(marker.Line())) - level(reference.levels, line);
+      level(reference.of->levels, static_cast<std::size_t>(marker.GetSpecMarkerValue())) -
+      level(reference.levels, line);
   return std::string(reference.of->name) + ": " + (difference > 0 ? "+" : "") + FixedText(difference, 1) +
          " dB";
 }

@@ -50,7 +50,7 @@ SpecDisp::SpecDisp(const DisplayContext& context)
                 .mostExponent = 15}),
       references(panel, fraControls, traces, marker),
       foot(panel, context, "Spectrum Analyzer", pbxSpec),
-      timer(panel.context.events.CreateTimer(SpecDisplayMilliseconds, [this] { Tick(); })),
+      tmrSpecDisp(panel.context.events.CreateTimer(SpecDisplayMilliseconds, [this] { Tick(); })),
       spectra(Emptied(panel.context.spectra)),
       clock(context.clock),
       replies1(spectra.Replies1),
@@ -73,10 +73,10 @@ void SpecDisp::Bind() {
   chkWaterfall.changed = [this] { ShowControls(); };
   cmbWaterfallTrace.changed = [this] { FillWaterfall(); };
   marker.moved = [this] { references.Show(); };
-  references.changed = [this] { Draw(); };
+  references.changed = [this] { DisplaySpectrum(); };
   panel.parameters.emplace_back([this] { Fill(); });
   panel.parameters.emplace_back([this] { FillWaterfall(); });
-  panel.shown.emplace_back([this] { Draw(); });
+  panel.shown.emplace_back([this] { DisplaySpectrum(); });
   cmbWaterfallTrace.SetItems({traces.first.name, traces.second.name});
   chkGrid.changed();
   ShowControls();
@@ -192,7 +192,7 @@ void SpecDisp::Follow() {
   ShowOverload();
   const unsigned first = spectra.Replies1, second = spectra.Replies2;
   const bool pours = pouring.trace == 0 ? first != replies1 : second != replies2;
-  if (TakeReplies()) Draw();
+  if (TakeReplies()) DisplaySpectrum();
   if (pours && panel.settings.specRun != 0) Pour();  // what is held stands still
 }
 
@@ -228,7 +228,7 @@ void SpecDisp::ShowOverload() {
   pbxSpec.SetNote(panel.context.portOpen ? note : NoConnectionNote);
 }
 
-void SpecDisp::Draw() {
+void SpecDisp::DisplaySpectrum() {
   const auto rate = static_cast<double>(panel.settings.sampleRate);
   pbxSpec.SetAxes({LineFrequency(rate, 0), LineFrequency(rate, TraceLines - 1), "Hz"},
                   {BottomLevel, 0.0, "dB"});

@@ -35,7 +35,7 @@ struct SpecDisp {
   Label lblBandwidth{fraView, "lblBandwidth", ""};
   CheckBox chkHideControls{fraView, "chkHideControls", "Hide Controls"};
   DisplayFoot foot;
-  std::unique_ptr<Timer> timer;
+  std::unique_ptr<Timer> tmrSpecDisp;
 
   // Fills the list of ways to average and chooses the stored one.
   void InitAverager();
@@ -56,7 +56,7 @@ struct SpecDisp {
   bool TakeReplies();
   void Pour();
   void ShowOverload();
-  void Draw();
+  void DisplaySpectrum();
   std::string Told() const;
 
   // What a trace is of.

@@ -44,7 +44,7 @@ SpecMarker::SpecMarker(Panel& owner, Place place, Plot& shownIn, const ShownTrac
   plot.cursorColour = ScreenRed;
   btnMarker.clicked = [this] {
     Show();
-    MoveTo(line);
+    MoveTo(SpecMarkerLine);
   };
   btnFindPeak.clicked = [this] { FindPeak(); };
   txtMarkerFreq.WhenTaken([this] { Take(); });
@@ -54,7 +54,7 @@ SpecMarker::SpecMarker(Panel& owner, Place place, Plot& shownIn, const ShownTrac
 
 void SpecMarker::MoveTo(int wished) {
   if (!On()) return;
-  if (wished != TraceLines) line = std::clamp(wished, 0, TraceLines - 1);
+  if (wished != TraceLines) SpecMarkerLine = std::clamp(wished, 0, TraceLines - 1);
   Show();
   if (moved) moved();
 }
@@ -64,13 +64,13 @@ void SpecMarker::Show() {
        {&lblFrequency.core, &txtMarkerFreq.core, &lblHertz.core, &lblMagnitude.core, &btnFindPeak.core}) {
     core->SetEnabled(On());
   }
-  written = std::to_string(ShownFrequency(SampleRate(), line));
+  written = std::to_string(ShownFrequency(SampleRate(), SpecMarkerLine));
   if (!txtMarkerFreq.Typed()) txtMarkerFreq.SetText(written);
-  plot.SetCursor(On() ? std::optional(LineFrequency(SampleRate(), line)) : std::nullopt);
+  plot.SetCursor(On() ? std::optional(LineFrequency(SampleRate(), SpecMarkerLine)) : std::nullopt);
   for (const auto& [label, trace] :
        {std::pair{&lblTrace1Mag, &traces.first}, {&lblTrace2Mag, &traces.second}}) {
     label->core.SetVisible(On() && trace->onShow);
-    label->core.SetCaption(trace->received ? FixedText(LevelAt(*trace, line), 1) : "");
+    label->core.SetCaption(trace->received ? FixedText(LevelAt(*trace, SpecMarkerLine), 1) : "");
   }
 }
 
@@ -78,9 +78,10 @@ std::string SpecMarker::Reading() const {
   std::string words;
   for (const ShownTrace* trace : {&traces.first, &traces.second}) {
     if (!trace->Told()) continue;
-    words += (words.empty() ? ": " : ", ") + std::string(trace->name) + " " + Decibels(LevelAt(*trace, line));
+    words += (words.empty() ? ": " : ", ") + std::string(trace->name) + " " +
+             Decibels(LevelAt(*trace, SpecMarkerLine));
   }
-  return Hertz(SampleRate(), line) + words;
+  return Hertz(SampleRate(), SpecMarkerLine) + words;
 }
 
 std::string SpecMarker::PeakReading() const {
@@ -118,7 +119,7 @@ void SpecMarker::Hear(const PlotPointer& event) {
 bool SpecMarker::Press(std::string_view combination) {
   const std::optional<int> step = MarkerStep(combination, TraceLines);
   if (!On() || !step) return false;
-  MoveTo(std::clamp(line + *step, 0, TraceLines - 1));
+  MoveTo(std::clamp(SpecMarkerLine + *step, 0, TraceLines - 1));
   return true;
 }
 

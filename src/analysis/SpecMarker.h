@@ -40,7 +40,7 @@ struct SpecMarker {
   std::function<void()> moved;
 
   bool On() const { return btnMarker.Value() == 1; }
-  int Line() const { return line; }
+  int GetSpecMarkerValue() const { return SpecMarkerLine; }
   // To a line 0..459; 460 leaves it where it is. While it is off, nothing happens.
   void MoveTo(int wished);
   // The traces, what is on show of them, or the frequencies of the lines are others.
@@ -58,7 +58,7 @@ struct SpecMarker {
   double SampleRate() const { return static_cast<double>(panel.settings.sampleRate); }
 
   const ShownTraces& traces;
-  int line = 0;
+  int SpecMarkerLine = 0;
   bool dragged = false;
   std::string written;
 };

@@ -56,9 +56,9 @@ void Download::MarkResets() {
 
 bool Download::Send() {
   if (!device.comm.CommPortOpen) return false;
-  if (!SendPlan(PlanDownload({image, settings, transform, analyzerClearRequest}, shadow))) return false;
+  if (!SendPlan(PlanDownload({image, settings, transform, AnalyzerClearRequest}, shadow))) return false;
   Settle();
-  return analyzerClearRequest;
+  return AnalyzerClearRequest;
 }
 
 bool Download::SendPlan(const DownloadPlan& plan) {
@@ -68,7 +68,7 @@ bool Download::SendPlan(const DownloadPlan& plan) {
     const DownloadFrame& frame = plan[static_cast<std::size_t>(done)];
     if (!SendFrame(frame)) return false;
     if (frame.acknowledged) frame.acknowledged(shadow);
-    if (ClearsAnalyzer(frame)) analyzerClearRequest = false;
+    if (ClearsAnalyzer(frame)) AnalyzerClearRequest = false;
   }
   progress(total, total);
   return true;

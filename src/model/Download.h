@@ -25,7 +25,7 @@ struct Download {
   RegisterImage image;
   Shadow shadow;
   // The analyzer is to begin anew: until the unit has acknowledged that it does.
-  bool analyzerClearRequest = false;
+  bool AnalyzerClearRequest = false;
   FilterTransform transform;
 
   Wire<void(int done, int total)> progress;

@@ -94,7 +94,7 @@ void RecordEdits::MakeAnew() {
 }
 
 void RecordEdits::ClearAnalyzer() {
-  download.analyzerClearRequest = true;
+  download.AnalyzerClearRequest = true;
   settings.settingsChanged = SendAt;
 }
 

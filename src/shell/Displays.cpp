@@ -15,15 +15,17 @@
 namespace vc {
 namespace {
 
-template <typename Window>
+template <typename Window, std::unique_ptr<Timer> Window::*timer>
 AnyDisplay MakeDisplay(const DisplayContext& context) {
   auto made = std::make_shared<Window>(context);
-  return {made, &made->panel, &made->foot, made->timer.get()};
+  return {made, &made->panel, &made->foot, ((*made).*timer).get()};
 }
 
 constexpr std::array<DisplayRow, 2> DisplayTable{
-    {{display::Coefficients, "FrmCoeffDisp", poll::Coefficients, "Coefficients", MakeDisplay<FrmCoeffDisp>},
-     {display::Spectrum, "SpecDisp", poll::Spectrum, "Spectrum", MakeDisplay<SpecDisp>}}};
+    {{display::Coefficients, "FrmCoeffDisp", poll::Coefficients, "Coefficients",
+      MakeDisplay<FrmCoeffDisp, &FrmCoeffDisp::tmrCoeffDisp>},
+     {display::Spectrum, "SpecDisp", poll::Spectrum, "Spectrum",
+      MakeDisplay<SpecDisp, &SpecDisp::tmrSpecDisp>}}};
 
 // Numbers as a spreadsheet reads them.
 std::string SeparatedByCommas(std::string lines) {
