@@ -69,7 +69,10 @@ void SpecDisp::Bind() {
   yellow.chkTrace.changed = [this] { ChooseTraces(yellow.chkTrace, blue.chkTrace); };
   blue.chkTrace.changed = [this] { ChooseTraces(blue.chkTrace, yellow.chkTrace); };
   chkGrid.changed = [this] { pbxSpec.SetGrid(chkGrid.Value() ? TenDecibelGrid : NoGrid); };
-  chkHideControls.changed = [this] { ShowControls(); };
+  chkHideControls.changed = [this] {
+    ShowControls();
+    ShowOverload();
+  };
   chkWaterfall.changed = [this] { ShowControls(); };
   cmbWaterfallTrace.changed = [this] { FillWaterfall(); };
   marker.moved = [this] { references.Show(); };
@@ -189,9 +192,11 @@ void SpecDisp::Tick() {
 }
 
 void SpecDisp::Follow() {
-  ShowOverload();
   const unsigned first = spectra.Replies1, second = spectra.Replies2;
   const bool pours = pouring.trace == 0 ? first != replies1 : second != replies2;
+  const bool connected = panel.context.portOpen;
+  const bool linkChanged = std::exchange(shownConnected, connected) != connected;
+  if (linkChanged || first != replies1 || second != replies2) ShowOverload();
   if (TakeReplies()) DisplaySpectrum();
   if (pours && panel.settings.specRun != 0) Pour();  // what is held stands still
 }

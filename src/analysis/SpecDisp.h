@@ -77,6 +77,7 @@ struct SpecDisp {
   const SpectrumReader& spectra;
   Clock& clock;
   unsigned replies1, replies2;  // as drawn
+  bool shownConnected = true;
   Measured measured1, measured2;
   Pouring pouring;
 };
