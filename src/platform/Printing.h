@@ -2,6 +2,7 @@
 // that part of the page which can be printed on.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -40,6 +41,17 @@ class PrintDocument {
   virtual bool NewPage() = 0;
   // The document is whole and on its way; nothing may follow. False where it could not be had.
   virtual bool End() = 0;
+};
+
+// Draws a document from its first page to its End; false where that failed. It may be run more than once, for
+// other paper as well, and draws the same each time, whatever has changed in the program meanwhile.
+using PrintDrawing = std::function<bool(PrintDocument& document)>;
+
+// What is to go onto paper.
+struct PrintTask {
+  std::string title;  // in the queue of a printer
+  PrintDrawing drawing;
+  std::function<void()> failed;  // tells the operator
 };
 
 // The printer that every host has: it asks for no device but for the name of a file.
