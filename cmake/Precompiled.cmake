@@ -1,23 +1,20 @@
-# Headers that are compiled once for many sources, for builds that read the same sources once more. With them a source
-# compiles although it lacks an #include of its own, and g++ 12 takes what it inlines from them no longer for the
-# system's. What is shipped, and the fuzzers, are built without: to have them there and then read each source alone as
-# well would take longer.
-option(VELTRANA_PRECOMPILED "Precompile the headers of the system" OFF)
-if(VELTRANA_PRECOMPILED)
-  target_compile_options(project_warnings INTERFACE -Wno-stringop-overflow -Wno-stringop-overread -Wno-array-bounds)
-  if(ccache)  # which keeps what was compiled with them only if it is told so
-    set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${ccache})
-  endif()
+# Headers that are compiled once for many sources. With them a source compiles although it lacks an #include of its own,
+# so each source is compiled without them in one of the builds that are always made: what is shipped in "release", the
+# tests in "asan". In the fuzzers' build they would take longer than they save.
+set(VELTRANA_PRECOMPILED "" CACHE STRING "Whose headers of the system are precompiled: PROGRAM or TESTS")
+
+if(VELTRANA_PRECOMPILED AND ccache)  # which keeps what was compiled with them only if it is told so
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${ccache})
 endif()
 
 set(standard_headers <algorithm> <array> <cmath> <cstddef> <cstdint> <filesystem> <fstream> <functional> <map> <memory>
     <optional> <span> <string> <string_view> <tuple> <utility> <variant> <vector>)
 
 # A library of nothing but precompiled headers: the standard ones and HEADERS, which come with LINK and
-# DEFINITIONS, for the targets named, which are compiled with the same options.
+# DEFINITIONS, for the targets named, which are compiled with the same options. OF says whose they are.
 function(precompile name)
-  cmake_parse_arguments(PARSE_ARGV 1 precompiled "" "" "HEADERS;LINK;DEFINITIONS;TARGETS")
-  if(NOT VELTRANA_PRECOMPILED)
+  cmake_parse_arguments(PARSE_ARGV 1 precompiled "" "OF" "HEADERS;LINK;DEFINITIONS;TARGETS")
+  if(NOT VELTRANA_PRECOMPILED STREQUAL precompiled_OF)
     return()
   endif()
   file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp CONTENT "")
@@ -27,5 +24,7 @@ function(precompile name)
   target_precompile_headers(${name} PRIVATE ${standard_headers} ${precompiled_HEADERS})
   foreach(target IN LISTS precompiled_TARGETS)
     target_precompile_headers(${target} REUSE_FROM ${name})
+    # g++ 12 takes what it inlines from them no longer for the system's.
+    target_compile_options(${target} PRIVATE -Wno-stringop-overflow -Wno-stringop-overread -Wno-array-bounds)
   endforeach()
 endfunction()
