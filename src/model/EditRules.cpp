@@ -11,6 +11,7 @@
 #include "model/RecordEdits.h"
 #include "model/Settings.h"
 #include "model/SignalCode.h"
+#include "model/modDeviceConfig.h"
 
 namespace vc {
 
@@ -86,7 +87,7 @@ void MeasureDefaults(SystemSettings& settings) {
 
 void Bandwidth(RecordEdits& edits, const SystemSettings& before, int /*i*/) {
   if (edits.settings.bandwidthIndex == before.bandwidthIndex) return;
-  edits.config.ConfigureStages(false);
+  edits.wires.configureStages(false);
 }
 
 // The analyzer measures what it does by default, since what it measured may be no more. From Stereo Linked to
@@ -98,10 +99,10 @@ void Configuration(RecordEdits& edits, const SystemSettings& before, int i) {
                         edits.settings.configMode == ConfigMode::StereoIndependent;
   if (unlinked) {
     marks::Stages(edits.settings, i);
-    edits.download.DownloadSettings(DownloadMode::Difference);
+    edits.wires.download(DownloadMode::Difference);
   } else {
-    edits.download.ForgetBandwidth();
-    edits.config.ConfigureStages(false);
+    edits.wires.forgetBandwidth();
+    edits.wires.configureStages(false);
   }
 }
 

@@ -7,6 +7,7 @@
 #include "model/FieldText.h"
 #include "model/Loans.h"
 #include "model/Settings.h"
+#include "model/modDeviceConfig.h"
 
 namespace vc {
 namespace {
@@ -31,16 +32,13 @@ std::int16_t TicksOf(std::span<const FieldEdit> together) {
 
 }  // namespace
 
-RecordEdits::RecordEdits(SystemSettings& record, modDeviceConfig& fit, Download& sender, Clock& clock,
-                         EditWires wired)
+RecordEdits::RecordEdits(SystemSettings& record, Clock& clock, EditWires wired)
     : settings(record),
-      config(fit),
-      download(sender),
       wires(std::move(wired)),
       history(
           record, clock,
           {.restored = [this](const SystemSettings& was, bool exchanged) { FollowRestore(was, exchanged); },
-           .tableHeld = [this](int stage) { return download.HoldsTable(stage); },
+           .tableHeld = [this](int stage) { return wires.holdsTable(stage); },
            .changed = [this] { wires.stepsChanged(); }}) {}
 
 void RecordEdits::Apply(std::span<const FieldEdit> together, const EditOrigin& origin) {
@@ -94,21 +92,21 @@ void RecordEdits::MakeAnew() {
 }
 
 void RecordEdits::ClearAnalyzer() {
-  download.AnalyzerClearRequest = true;
+  wires.requestAnalyzerClear();
   settings.settingsChanged = SendAt;
 }
 
 void RecordEdits::SendChanges() {
   if (std::exchange(settings.fitPending, std::int16_t{0}) != 0 &&
       LayoutDiffers(settings, PlanFit(settings, true))) {
-    history.Amend([this] { config.ConfigureStages(true); });
+    history.Amend([this] { wires.configureStages(true); });
   } else {
-    download.DownloadSettings(DownloadMode::Difference);
+    wires.download(DownloadMode::Difference);
   }
 }
 
 void RecordEdits::Fit() {
-  wires.undisturbed([this] { config.ConfigureStages(true); });
+  wires.undisturbed([this] { wires.configureStages(true); });
 }
 
 void RecordEdits::FollowRestore(const SystemSettings& was, bool exchanged) {
@@ -117,7 +115,7 @@ void RecordEdits::FollowRestore(const SystemSettings& was, bool exchanged) {
     wires.setupExchanged();
   }
   const bool anew = was.bandwidthIndex != settings.bandwidthIndex || was.configMode != settings.configMode;
-  if (anew) download.ForgetBandwidth();
+  if (anew) wires.forgetBandwidth();
   if (anew || LayoutDiffers(settings, PlanFit(settings, true))) Fit();
   MakeAnew();
   wires.edited();

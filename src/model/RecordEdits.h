@@ -13,10 +13,10 @@
 #include <utility>
 #include <variant>
 
-#include "model/Download.h"
 #include "model/EditHistory.h"
 #include "model/Fields.h"
-#include "model/modDeviceConfig.h"
+#include "model/SystemSettings.h"
+#include "platform/Clock.h"
 #include "text/Wire.h"
 
 namespace vc {
@@ -49,6 +49,13 @@ struct FieldEdit {
 
 // What the door needs of the session.
 struct EditWires {
+  // ConfigureStages of the fit, and what of Download it uses.
+  Wire<void(bool fit)> configureStages;
+  Wire<void(int mode)> download;
+  Wire<void()> forgetBandwidth;
+  Wire<bool(int stage)> holdsTable;
+  // The unit's analyzer is to begin anew with the next download.
+  Wire<void()> requestAnalyzerClear;
   // Runs a fit with no poll and no other change under way.
   Wire<void(const std::function<void()>& fit)> undisturbed;
   // The record has been edited: every view shows it anew.
@@ -60,7 +67,7 @@ struct EditWires {
 };
 
 struct RecordEdits {
-  RecordEdits(SystemSettings& record, modDeviceConfig& fit, Download& sender, Clock& clock, EditWires wired);
+  RecordEdits(SystemSettings& record, Clock& clock, EditWires wired);
   RecordEdits(const RecordEdits&) = delete;
   RecordEdits& operator=(const RecordEdits&) = delete;
 
@@ -86,8 +93,6 @@ struct RecordEdits {
   void Fit();
 
   SystemSettings& settings;
-  modDeviceConfig& config;
-  Download& download;
   const EditWires wires;
   EditHistory history;
   // Positions of the input levels while the unit is to be set by its own controls.

@@ -6,6 +6,7 @@
 #include <span>
 #include <string>
 
+#include "model/Download.h"
 #include "model/RecordEdits.h"
 #include "persist/OpenSetup.h"
 #include "persist/modSettings.h"

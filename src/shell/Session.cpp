@@ -31,7 +31,7 @@ Session::Session(Platform host)
         platform.desk.Box(box::Exclamation, ApplicationTitle, message);
       }),
       setupContext(SetupContextWires()),
-      edits(settings, config, download, host.clock, EditsWires()),
+      edits(settings, host.clock, EditsWires()),
       master(MasterParts()),
       periodic(host.events, host.clock, settings, device, master, TickWires()),
       panels({edits, settings, platform.desk, forms, master, periodic, device, coefReader, host.events,
@@ -175,7 +175,12 @@ TickCalls Session::TickWires() {
 }
 
 EditWires Session::EditsWires() {
-  return {.undisturbed =
+  return {.configureStages = [this](bool fit) { config.ConfigureStages(fit); },
+          .download = [this](int mode) { download.DownloadSettings(mode); },
+          .forgetBandwidth = [this] { download.ForgetBandwidth(); },
+          .holdsTable = [this](int stage) { return download.HoldsTable(stage); },
+          .requestAnalyzerClear = [this] { download.AnalyzerClearRequest = true; },
+          .undisturbed =
               [this](const std::function<void()>& fit) {
                 const std::int16_t pollMode = std::exchange(periodic.pollMode, poll::MainLevels);
                 const std::int16_t ticks = std::exchange(settings.settingsChanged, std::int16_t{0});

@@ -5,7 +5,9 @@
 #include "VirtualClock.h"
 #include "VirtualLine.h"
 #include "link/veltrana.h"
+#include "model/Download.h"
 #include "model/RecordEdits.h"
+#include "model/modDeviceConfig.h"
 
 namespace support {
 
@@ -21,10 +23,13 @@ struct LoneEdits {
   vc::Download download{record, device, DeadEnd{}};
   vc::modDeviceConfig config{record, Unheard<vc::FitHooks>()};
   vc::RecordEdits edits{record,
-                        config,
-                        download,
                         clock,
-                        {.undisturbed = [](const std::function<void()>& fit) { fit(); },
+                        {.configureStages = [this](bool fit) { config.ConfigureStages(fit); },
+                         .download = [this](int mode) { download.DownloadSettings(mode); },
+                         .forgetBandwidth = [this] { download.ForgetBandwidth(); },
+                         .holdsTable = [this](int stage) { return download.HoldsTable(stage); },
+                         .requestAnalyzerClear = [this] { download.AnalyzerClearRequest = true; },
+                         .undisturbed = [](const std::function<void()>& fit) { fit(); },
                          .edited = [] {},
                          .setupExchanged = [] {},
                          .stepsChanged = [] {}}};
