@@ -11,6 +11,7 @@
 #include "model/RecordEdits.h"
 #include "model/SpectrumReader.h"
 #include "model/SystemSettings.h"
+#include "panels/ReportLines.h"
 #include "platform/Desk.h"
 #include "platform/EventLoop.h"
 #include "text/Wire.h"
@@ -80,6 +81,8 @@ struct Panel {
   std::vector<std::function<void()>> parameters;
   // After an edit and after a fill: what hangs on several parameters, such as a curve.
   std::vector<std::function<void()>> shown;
+  // What it says in a report; nothing where it has no settings of its own.
+  std::vector<ReportLine> report;
 
   // Edits by one of the panel's controls: a step under the title, see RecordEdits.
   void Edit(const ControlCore& control, const std::string& title, std::initializer_list<FieldEdit> together,

@@ -21,7 +21,9 @@ const HighpassBlock OHPFSetup{"OHPFSetup", "Output HPF Config", RowOf<&SystemSet
 HighpassPanel::HighpassPanel(const PanelContext& context, const HighpassBlock& block)
     : panel(context, block.form, block.title),
       cutoff(panel, fraSettings, "Cutoff Frequency", "sldrCutoff", "txtCutoff", WholeTens("Hz"),
-             Fixed(LeastCutoff, MostCutoff), InRecord(panel, Single(block.cutoff))) {}
+             Fixed(LeastCutoff, MostCutoff), InRecord(panel, Single(block.cutoff))) {
+  panel.report = {ReportLine("Cutoff Frequency: ", cutoff, " Hz")};
+}
 
 AGCSetup::AGCSetup(const PanelContext& context)
     : panel(context, "AGCSetup", "AGC Config"),
@@ -34,6 +36,8 @@ AGCSetup::AGCSetup(const PanelContext& context)
                  {"400 milliseconds", "200 milliseconds", "100 milliseconds", "50 milliseconds"},
                  InRecord(panel, Single(RowOf<&SystemSettings::agcRelease>()))) {
   HideInMono(panel, optLinked.frame);
+  panel.report = {ReportLine("AGC Release Time: ", optRelease), ReportLine("AGC Boost Range: ", optGain),
+                  ReportLine("AGCs: ", optLinked)};
 }
 
 LimiterSetup::LimiterSetup(const PanelContext& context)
@@ -47,6 +51,8 @@ LimiterSetup::LimiterSetup(const PanelContext& context)
                  {"0.125 seconds", "0.250 seconds", "0.500 seconds", "1.0 seconds"},
                  InRecord(panel, Single(RowOf<&SystemSettings::limiterRelease>()))) {
   HideInMono(panel, optLinked.frame);
+  panel.report = {ReportLine("Limiter Release Time: ", optRelease),
+                  ReportLine("Limiter Threshold: ", optThreshold), ReportLine("Limiters: ", optLinked)};
 }
 
 }  // namespace vc

@@ -96,6 +96,11 @@ void PanelHost::Open(std::string_view name, const PanelContext& context, Modalit
 
 void PanelHost::LoadUnshown(std::string_view name, const PanelContext& context) { Loaded(name, context); }
 
+std::vector<ReportText> PanelHost::Ask(std::string_view name, const PanelContext& context) {
+  const AnyPanel asked = Loaded(name, context);
+  return asked.panel == nullptr ? std::vector<ReportText>{} : TextsOf(asked.panel->report);
+}
+
 void PanelHost::Close() {
   if (open.panel != nullptr) open.panel->Close();
 }

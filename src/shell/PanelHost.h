@@ -5,6 +5,7 @@
 #include <memory>
 #include <span>
 #include <string_view>
+#include <vector>
 
 #include "panels/Panel.h"
 
@@ -31,6 +32,8 @@ struct PanelHost {
   void Open(std::string_view name, const PanelContext& context, Modality modality);
   // Makes it and fills it, which has its stage computed anew, and drops it without showing it.
   static void LoadUnshown(std::string_view name, const PanelContext& context);
+  // Makes it and fills it, and drops it once it has said its lines; none where no panel has this name.
+  static std::vector<ReportText> Ask(std::string_view name, const PanelContext& context);
   void Close();
   // Shows the record anew, after something else than the panel has changed it.
   void Refresh();

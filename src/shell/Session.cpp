@@ -39,7 +39,9 @@ Session::Session(Platform host)
       displays(DisplayParts()),
       lastState(setupContext, platform, master),
       look(platform, master),
-      windows({setupContext, objectLog, forms}) {
+      windows({setupContext, objectLog, forms}),
+      reportSources({settings, host.clock, host.desk, host.events, device, spectrumReader, master, displays}),
+      report(host.clock, reportSources.Wires()) {
   master.form.activated = [this] { Activated(); };
 }
 

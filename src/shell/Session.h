@@ -15,12 +15,14 @@
 #include "persist/SetupContext.h"
 #include "persist/modSettings.h"
 #include "platform/Platform.h"
+#include "report/modReport.h"
 #include "shell/ChainPanels.h"
 #include "shell/Displays.h"
 #include "shell/LastState.h"
 #include "shell/Look.h"
 #include "shell/MasterControl.h"
 #include "shell/PeriodicService.h"
+#include "shell/ReportSources.h"
 #include "shell/Windows.h"
 #include "text/modDebug.h"
 #include "widgets/Forms.h"
@@ -53,6 +55,8 @@ struct Session {
   LastState lastState;
   Look look;
   Windows windows;
+  ReportSources reportSources;
+  modReport report;
 
   // Comes up with or without a unit; every failure on the way has told the operator.
   void Start();

@@ -214,6 +214,13 @@ void OptionGroup::Select(int index) {
   if (!buttons.empty()) buttons.front()->core.Raise(changed);
 }
 
+std::string OptionGroup::SelectedCaption() const {
+  for (const auto& button : buttons) {
+    if (button->core.index == selected) return button->core.Caption();
+  }
+  return {};
+}
+
 CheckBox::CheckBox(Place place, const std::string& name, const std::string& caption, int index)
     : core(place, name, index, caption) {
   Register(this);

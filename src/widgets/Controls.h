@@ -60,6 +60,8 @@ struct TextBox {
   // be put back to what it was.
   void Type(const std::string& value);
   bool Typed() const { return text != taken; }
+  // As it counts at this moment, whatever is being typed.
+  const std::string& Taken() const { return taken; }
   void PutBack() { SetText(taken); }
 
   void GotFocus() const { core.Raise(gotFocus); }
@@ -188,6 +190,7 @@ struct OptionGroup {
   std::function<void()> changed;
 
   int Selected() const { return selected; }  // the chosen button's index, NoIndex at first
+  std::string SelectedCaption() const;       // empty where none is chosen
   void Select(int index);
 
  private:
