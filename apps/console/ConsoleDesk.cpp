@@ -99,6 +99,10 @@ vc::Answer ConsoleDesk::Box(int code, const std::string& title, const std::strin
 
 void ConsoleDesk::Beep() { out << "beep" << std::endl; }
 
+void ConsoleDesk::TellPages(const std::string& title, int pages, const std::string& file) {
+  out << "print\t" << OneLine(title) << '\t' << pages << '\t' << OneLine(file) << std::endl;
+}
+
 bool ConsoleDesk::Open(const std::string& target) {
   out << "open\t" << OneLine(target) << std::endl;
   return true;

@@ -29,6 +29,8 @@ class ConsoleDesk : public vc::Desk {
   void ShowProgress(std::string_view what, int done, int total) override;
   // A line "waiting", seconds, from the first whole second on.
   void ShowWaiting(int tenths) override;
+  // A line "print", title, pages, file.
+  void TellPages(const std::string& title, int pages, const std::string& file);
   // A line "open", target.
   bool Open(const std::string& target) override;
   void SetTheme(vc::Theme /*theme*/) override {}

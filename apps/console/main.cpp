@@ -79,7 +79,8 @@ int RunConsole() {
   host::PosixSerialPorts ports({.linkFolder = folders.executable + "/ports"});
   console::ConsoleDesk desk(std::cout, clock, folders);
   host::PosixFiles files;
-  host::PdfPrinters printers(files);
+  host::PdfPrinters printers(
+      files, [&desk](const vc::PrintJob& job, int pages) { desk.TellPages(job.title, pages, job.file); });
   host::CairoPictures pictures;
   vc::Session session({clock, loop, desk, ports, files, printers, pictures});
   console::Console face(session, desk, loop, std::cout);

@@ -1,105 +1,48 @@
 #include "desktop/QtPrinters.h"
 
-#include <algorithm>
-#include <functional>
 #include <utility>
 
+#include <QApplication>
 #include <QBuffer>
-#include <QFontDatabase>
-#include <QFontMetricsF>
-#include <QPagedPaintDevice>
-#include <QPainter>
 #include <QPdfWriter>
+#include <QPrintDialog>
 #include <QPrinter>
 #include <QPrinterInfo>
 
+#include "desktop/PagedDocument.h"
+#include "desktop/PrintPreview.h"
 #include "desktop/QtText.h"
 
 namespace desktop {
 namespace {
 
-constexpr int TwipsPerInch = 1440, TwipsPerPoint = 20;
-constexpr double MarginPoints = 36;
-constexpr double LineWidth = 10;  // twips
+constexpr int TwipsPerInch = 1440;
 
-// Where a document goes to, kept by `close`, which tells whether all of it got there.
-struct Goal {
-  QPagedPaintDevice* device;
-  std::function<bool()> close;
-};
-
-// The painter counts in twips, and so does every font: of an inch, not of the device's dots.
-class PagedDocument : public vc::PrintDocument {
- public:
-  explicit PagedDocument(Goal target) : goal(std::move(target)), painter(goal.device) {
-    const double scale = static_cast<double>(goal.device->logicalDpiX()) / TwipsPerInch;
-    painter.scale(scale, scale);
-    PagedDocument::SetFont({"Courier New"});
+// What the dialog has set for a job, or the printer's own settings. Null where there is no such printer.
+std::shared_ptr<QPrinter> PrinterOf(const vc::PrintJob& job) {
+  const auto* chosen = std::any_cast<std::shared_ptr<QPrinter>>(&job.setup);
+  const QPrinterInfo info = QPrinterInfo::printerInfo(ToQt(job.printer));
+  const bool pdf = job.printer == vc::SaveAsPdf;
+  if (!pdf && info.isNull()) return nullptr;
+  if (chosen != nullptr) return *chosen;
+  auto printer = std::make_shared<QPrinter>(QPrinter::HighResolution);
+  if (pdf) {
+    printer->setOutputFormat(QPrinter::PdfFormat);
+    printer->setPageSize(QPageSize(QPageSize::A4));
+  } else {
+    printer->setPrinterName(info.printerName());
   }
-
-  bool Begun() const { return painter.isActive(); }
-
-  // Those whose letters are all of one width in front, so that columns stand where a font that is asked for
-  // is not there.
-  std::vector<std::string> Fonts() const override {
-    std::vector<std::string> names;
-    QStringList families = QFontDatabase::families();
-    std::stable_partition(families.begin(), families.end(),
-                          [](const QString& family) { return QFontDatabase::isFixedPitch(family); });
-    for (const QString& family : families) names.push_back(FromQt(family));
-    return names;
-  }
-  void SetFont(const vc::PrintFont& wanted) override {
-    font = QFont(ToQt(wanted.name));
-    font.setPixelSize(wanted.points * TwipsPerPoint);
-    font.setBold(wanted.bold);
-    font.setItalic(wanted.italic);
-    painter.setFont(font);
-  }
-  vc::Size TextSize(const std::string& text) const override {
-    const QFontMetricsF metrics(font);
-    return {qRound(metrics.horizontalAdvance(ToQt(text))), qRound(metrics.height())};
-  }
-  vc::Size Printable() const override {
-    const QRectF inches = goal.device->pageLayout().paintRect(QPageLayout::Inch);
-    return {qRound(inches.width() * TwipsPerInch), qRound(inches.height() * TwipsPerInch)};
-  }
-  void DrawText(int left, int top, const std::string& text) override {
-    painter.drawText(QPointF(left, top + QFontMetricsF(font).ascent()), ToQt(text));
-  }
-  void DrawPolyline(std::span<const vc::Point> points, vc::LineStyle style) override {
-    QPolygonF line;
-    for (const vc::Point& point : points) line << QPointF(point.x, point.y);
-    painter.setPen(QPen(Qt::black, LineWidth, style == vc::LineStyle::Solid ? Qt::SolidLine : Qt::DotLine));
-    painter.drawPolyline(line);
-  }
-  int PageNumber() const override { return page; }
-  bool NewPage() override {
-    if (!goal.device->newPage()) return false;
-    ++page;
-    return true;
-  }
-  bool End() override { return painter.end() && goal.close(); }
-
- private:
-  Goal goal;
-  QPainter painter;  // ends before what it paints on
-  QFont font;
-  int page = 1;
-};
-
-void SetMargins(QPagedPaintDevice& device) {
-  device.setPageMargins(QMarginsF(MarginPoints, MarginPoints, MarginPoints, MarginPoints),
-                        QPageLayout::Point);
+  SetPrintMargins(*printer);
+  return printer;
 }
 
 // In memory until it is whole.
 struct PdfTarget {
-  explicit PdfTarget(std::unique_ptr<vc::NewFile> target) : file(std::move(target)) {
+  PdfTarget(std::unique_ptr<vc::NewFile> target, const QPageLayout& layout) : file(std::move(target)) {
     bytes.open(QIODevice::WriteOnly);
-    writer.setPageSize(QPageSize(QPageSize::A4));
+    writer.setPageLayout(layout);
     writer.setResolution(TwipsPerInch);
-    SetMargins(writer);
+    SetPrintMargins(writer);
   }
   bool Close() {
     const QByteArray& data = bytes.data();
@@ -112,25 +55,24 @@ struct PdfTarget {
   QPdfWriter writer{&bytes};
 };
 
+// A job in a printer's queue; one that is given up is taken back.
 struct PrinterTarget {
-  explicit PrinterTarget(const QPrinterInfo& info) : printer(info, QPrinter::HighResolution) {
-    SetMargins(printer);
-  }
+  explicit PrinterTarget(std::shared_ptr<QPrinter> target) : printer(std::move(target)) {}
   ~PrinterTarget() {
-    if (!ended) printer.abort();
+    if (!ended) printer->abort();
   }
   PrinterTarget(const PrinterTarget&) = delete;
   PrinterTarget& operator=(const PrinterTarget&) = delete;
   bool Close() {
     ended = true;
-    return printer.printerState() != QPrinter::Error;
+    return printer->printerState() != QPrinter::Error;
   }
 
-  QPrinter printer;
+  std::shared_ptr<QPrinter> printer;
   bool ended = false;
 };
 
-std::unique_ptr<vc::PrintDocument> DocumentTo(Goal goal) {
+std::unique_ptr<vc::PrintDocument> DocumentTo(PrintGoal goal) {
   auto document = std::make_unique<PagedDocument>(std::move(goal));
   return document->Begun() ? std::move(document) : nullptr;
 }
@@ -151,18 +93,38 @@ std::string QtPrinters::Preferred() {
 }
 
 std::unique_ptr<vc::PrintDocument> QtPrinters::Begin(const vc::PrintJob& job) {
+  const auto printer = PrinterOf(job);
+  if (!printer) return nullptr;
   if (job.printer == vc::SaveAsPdf) {
     auto file = files.CreateBeside(job.file);
     if (!file) return nullptr;
-    const auto target = std::make_shared<PdfTarget>(std::move(file));
+    const auto target = std::make_shared<PdfTarget>(std::move(file), printer->pageLayout());
     target->writer.setTitle(ToQt(job.title));
     return DocumentTo({&target->writer, [target] { return target->Close(); }});
   }
-  const QPrinterInfo info = QPrinterInfo::printerInfo(ToQt(job.printer));
-  if (info.isNull()) return nullptr;
-  const auto target = std::make_shared<PrinterTarget>(info);
-  target->printer.setDocName(ToQt(job.title));
-  return DocumentTo({&target->printer, [target] { return target->Close(); }});
+  printer->setDocName(ToQt(job.title));
+  const auto target = std::make_shared<PrinterTarget>(printer);
+  return DocumentTo({printer.get(), [target] { return target->Close(); }});
+}
+
+bool QtPrinters::Choose(vc::PrintJob& job) {
+  const auto printer = PrinterOf(job);
+  if (!printer) return false;
+  QPrintDialog dialog(printer.get(), QApplication::activeWindow());
+  dialog.setWindowModality(Qt::ApplicationModal);
+  dialog.setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintCollateCopies);
+  if (dialog.exec() != QDialog::Accepted) return false;
+  const bool pdf = printer->outputFormat() == QPrinter::PdfFormat;
+  job.printer = pdf ? vc::SaveAsPdf : FromQt(printer->printerName());
+  job.file = pdf ? FromQt(printer->outputFileName()) : "";
+  job.setup = printer;
+  SetPrintMargins(*printer);
+  return true;
+}
+
+bool QtPrinters::Preview(const vc::PrintJob& job, const vc::PrintDrawing& drawing) {
+  const auto printer = PrinterOf(job);
+  return !printer || ShowPreview(*printer, job, drawing);
 }
 
 }  // namespace desktop

@@ -18,6 +18,9 @@ class QtPrinters : public vc::Printers {
   std::string Preferred() override;
   // Null, too, where the file cannot be made.
   std::unique_ptr<vc::PrintDocument> Begin(const vc::PrintJob& job) override;
+  // A PDF file is chosen with its name.
+  bool Choose(vc::PrintJob& job) override;
+  bool Preview(const vc::PrintJob& job, const vc::PrintDrawing& drawing) override;
 
  private:
   vc::Files& files;

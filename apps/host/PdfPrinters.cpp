@@ -85,6 +85,7 @@ class PdfText {
 
 std::string Reference(std::size_t number) { return std::to_string(number) + " 0 R"; }
 
+// Without a file it is a document that goes nowhere.
 class PdfDocument : public vc::PrintDocument {
  public:
   PdfDocument(std::unique_ptr<vc::NewFile> target, std::string title)
@@ -121,7 +122,9 @@ class PdfDocument : public vc::PrintDocument {
     pages.emplace_back();
     return true;
   }
-  bool End() override { return file->Write(Written()) && file->Flush() && file->Replace(); }
+  bool End() override {
+    return file == nullptr || (file->Write(Written()) && file->Flush() && file->Replace());
+  }
 
  private:
   std::string Written() const;
@@ -162,6 +165,12 @@ std::unique_ptr<vc::PrintDocument> PdfPrinters::Begin(const vc::PrintJob& job) {
   if (job.printer != vc::SaveAsPdf) return nullptr;
   auto file = files.CreateBeside(job.file);
   return file ? std::make_unique<PdfDocument>(std::move(file), job.title) : nullptr;
+}
+
+bool PdfPrinters::Preview(const vc::PrintJob& job, const vc::PrintDrawing& drawing) {
+  PdfDocument pages(nullptr, job.title);
+  if (drawing(pages)) tell(job, pages.PageNumber());
+  return true;  // what cannot be drawn is told where it is printed
 }
 
 }  // namespace host

@@ -2,6 +2,7 @@
 // that part of the page which can be printed on.
 #pragma once
 
+#include <any>
 #include <functional>
 #include <memory>
 #include <span>
@@ -61,6 +62,9 @@ struct PrintJob {
   std::string printer;  // one of Printers::Names
   std::string title;
   std::string file{};  // of SaveAsPdf, whole with its folder; what has this name is replaced at the End
+  // What the dialog has let the operator set beside the printer, such as the number of copies: for these
+  // Printers alone.
+  std::any setup{};
 };
 
 class Printers {
@@ -72,6 +76,11 @@ class Printers {
   virtual std::string Preferred() = 0;
   // Null where there is no such printer, or it takes no document.
   virtual std::unique_ptr<PrintDocument> Begin(const PrintJob& job) = 0;
+  // The system's dialog, which begins with the job's printer. False where it was cancelled. SaveAsPdf may be
+  // chosen without the name of a file.
+  virtual bool Choose(PrintJob& job) = 0;
+  // Shows the pages before paper is used; true where the operator wants them printed. No file is touched.
+  virtual bool Preview(const PrintJob& job, const PrintDrawing& drawing) = 0;
 };
 
 }  // namespace vc

@@ -41,7 +41,8 @@ Session::Session(Platform host)
       look(platform, master),
       windows({setupContext, objectLog, forms}),
       reportSources({settings, host.clock, host.desk, host.events, device, spectrumReader, master, displays}),
-      report(host.clock, reportSources.Wires()) {
+      report(host.clock, reportSources.Wires()),
+      printouts({host.printers, host.desk}) {
   master.form.activated = [this] { Activated(); };
 }
 

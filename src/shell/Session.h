@@ -22,6 +22,7 @@
 #include "shell/Look.h"
 #include "shell/MasterControl.h"
 #include "shell/PeriodicService.h"
+#include "shell/Printouts.h"
 #include "shell/ReportSources.h"
 #include "shell/Windows.h"
 #include "text/modDebug.h"
@@ -57,6 +58,7 @@ struct Session {
   Windows windows;
   ReportSources reportSources;
   modReport report;
+  Printouts printouts;
 
   // Comes up with or without a unit; every failure on the way has told the operator.
   void Start();

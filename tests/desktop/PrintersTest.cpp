@@ -77,7 +77,7 @@ TEST_F(PdfFiles, OfTheToolkitAreWholeOrNotThere) {
 }
 
 TEST_F(PdfFiles, OfTheConsoleSayTheSame) {
-  host::PdfPrinters printers(files);
+  host::PdfPrinters printers(files, [](const vc::PrintJob&, int) {});
   EXPECT_FALSE(printers.Begin({"Office", "", path}));
   ExpectRoom(printers);
   EXPECT_EQ(Written(), "");

@@ -36,7 +36,10 @@ class RecordingPrinters : public vc::Printers {
   vc::Size printable{11000, 4000};
   int failingPage = 0;  // which cannot be begun
   bool endFails = false;
-  std::vector<Printout> printouts;
+  bool chosen = true;  // the dialog is not cancelled
+  std::string choice;  // what is chosen there; the job's own where empty
+  bool wanted = true;  // once it has been seen
+  std::vector<Printout> printouts, previews;
 
   static constexpr int LetterWidth = 108, LetterHeight = 200;
 
@@ -44,14 +47,22 @@ class RecordingPrinters : public vc::Printers {
   std::string Preferred() override { return names.front(); }
   std::unique_ptr<vc::PrintDocument> Begin(const vc::PrintJob& job) override {
     if (std::ranges::find(names, job.printer) == names.end()) return nullptr;
-    printouts.push_back({job, {}, std::vector<PrintedPage>(1), false});
-    return std::make_unique<Document>(*this, printouts.size() - 1);
+    return Opened(printouts, job);
+  }
+  bool Choose(vc::PrintJob& job) override {
+    if (chosen && !choice.empty()) job.printer = choice;
+    return chosen;
+  }
+  bool Preview(const vc::PrintJob& job, const vc::PrintDrawing& drawing) override {
+    drawing(*Opened(previews, job));
+    return wanted;
   }
 
  private:
   class Document : public vc::PrintDocument {
    public:
-    Document(RecordingPrinters& owner, std::size_t number) : printers(owner), index(number) {}
+    Document(RecordingPrinters& owner, std::vector<Printout>& list)
+        : printers(owner), outs(list), index(list.size() - 1) {}
     std::vector<std::string> Fonts() const override { return printers.fonts; }
     void SetFont(const vc::PrintFont& font) override { Out().fonts.push_back(font); }
     vc::Size TextSize(const std::string& text) const override {
@@ -64,7 +75,7 @@ class RecordingPrinters : public vc::Printers {
     void DrawPolyline(std::span<const vc::Point> /*points*/, vc::LineStyle /*style*/) override {
       ++Out().pages.back().lines;
     }
-    int PageNumber() const override { return static_cast<int>(printers.printouts[index].pages.size()); }
+    int PageNumber() const override { return static_cast<int>(outs[index].pages.size()); }
     bool NewPage() override {
       if (PageNumber() + 1 == printers.failingPage) return false;
       Out().pages.emplace_back();
@@ -73,11 +84,17 @@ class RecordingPrinters : public vc::Printers {
     bool End() override { return Out().ended = !printers.endFails; }
 
    private:
-    Printout& Out() { return printers.printouts[index]; }
+    Printout& Out() { return outs[index]; }
 
     RecordingPrinters& printers;
+    std::vector<Printout>& outs;
     std::size_t index;
   };
+
+  std::unique_ptr<vc::PrintDocument> Opened(std::vector<Printout>& list, const vc::PrintJob& job) {
+    list.push_back({job, {}, std::vector<PrintedPage>(1), false});
+    return std::make_unique<Document>(*this, list);
+  }
 };
 
 }  // namespace support
