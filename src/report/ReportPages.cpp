@@ -11,7 +11,6 @@
 namespace vc {
 namespace {
 
-constexpr int HeadLines = 4;
 constexpr int GraphHeight = 3200;  // twips
 constexpr std::size_t TitleWidth = 65, RuleWidth = 90;
 
@@ -148,11 +147,26 @@ int CountReportPages(const ReportJob& job, const ReportPictures& pictures, const
   return pages;
 }
 
-bool PrintReportText(PrintDocument& document, const ReportJob& job, const ReportPictures& pictures) {
+void SetReportFont(PrintDocument& document) {
   constexpr const char* wanted = "Courier New";
   const std::vector<std::string> fonts = document.Fonts();
   const bool there = std::ranges::find(fonts, wanted) != fonts.end();
   document.SetFont({.name = there ? wanted : fonts.front(), .points = 9});
+}
+
+void PrintPageHeader(PrintDocument& document, const PageHeader& header, int pages) {
+  const int lineHeight = document.TextSize("A").height;
+  const std::string title = header.description.substr(0, header.description.find('\r'));
+  document.DrawText(0, 0,
+                    Fitted(title, TitleWidth) + "   Page " + std::to_string(document.PageNumber()) + " of " +
+                        std::to_string(pages));
+  document.DrawText(0, lineHeight,
+                    Fitted("Date Printed: " + DateText(header.printed), TitleWidth) + "   Initials:");
+  document.DrawText(0, 2 * lineHeight, std::string(RuleWidth, '_'));
+}
+
+bool PrintReportText(PrintDocument& document, const ReportJob& job, const ReportPictures& pictures) {
+  SetReportFont(document);
   const ReportLayout layout = LayoutOf(document);
   const int pages = CountReportPages(job, pictures, layout);
   const int lineHeight = document.TextSize("A").height;
@@ -160,14 +174,7 @@ bool PrintReportText(PrintDocument& document, const ReportJob& job, const Report
   const auto print = [&](std::string_view text, int line) {
     if (!text.empty()) document.DrawText(0, line * lineHeight, std::string(text));
   };
-  const auto head = [&] {
-    const std::string title = job.description.substr(0, job.description.find('\r'));
-    print(Fitted(title, TitleWidth) + "   Page " + std::to_string(document.PageNumber()) + " of " +
-              std::to_string(pages),
-          0);
-    print(Fitted("Date Printed: " + DateText(job.printed), TitleWidth) + "   Initials:", 1);
-    print(std::string(RuleWidth, '_'), 2);
-  };
+  const auto head = [&] { PrintPageHeader(document, {job.description, job.printed}, pages); };
   const auto picture = [&](const ReportPicture& one, int line) {
     return pictures.draw(document, one, line * lineHeight);
   };

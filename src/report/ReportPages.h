@@ -50,6 +50,18 @@ struct ReportJob {
 // with one line below it.
 ReportLayout LayoutOf(const PrintDocument& document);
 
+// "Courier New" of 9 points, or the first font where there is none.
+void SetReportFont(PrintDocument& document);
+
+// What stands at the top of every page: the first line of the description, which page it is of how many, the
+// date, and room for initials. The fourth line is empty.
+struct PageHeader {
+  const std::string& description;
+  WallTime printed;
+};
+inline constexpr int HeadLines = 4;
+void PrintPageHeader(PrintDocument& document, const PageHeader& header, int pages);
+
 // At least 1.
 int CountReportPages(const ReportJob& job, const ReportPictures& pictures, const ReportLayout& layout);
 
