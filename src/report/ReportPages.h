@@ -1,5 +1,5 @@
 // A report on paper: its lines broken onto pages, each with a head of four lines, graphs in the place of
-// their tokens.
+// their tokens. And in a file, without either.
 #pragma once
 
 #include <functional>
@@ -7,6 +7,8 @@
 #include <string_view>
 
 #include "platform/Clock.h"
+#include "platform/Desk.h"
+#include "platform/Files.h"
 #include "platform/Printing.h"
 
 namespace vc {
@@ -31,27 +33,30 @@ struct ReportPicture {
 struct ReportPictures {
   // Whether it is printed at all; one that is not takes no lines.
   std::function<bool(const ReportPicture& picture)> shown;
-  // Draws it on the present page, downwards from there (twips). False where that failed.
+  // Draws it on the present page, downwards from there (twips), in whatever font it wants. False where that
+  // failed.
   std::function<bool(PrintDocument& document, const ReportPicture& picture, int top)> draw;
 };
 
 struct ReportLayout {
-  int linesPerPage, linesPerGraph;
+  int LinesPerPage, LinesPerGraph;
+  int lettersPerLine;
 };
 
 struct ReportJob {
   std::string text;         // lines, each with CR and LF at its end
   std::string description;  // of the setup; its first line is the title
   WallTime printed;
-  bool doubleSpaced = false;
+  bool DoubleSpaced = false;
 };
-
-// By the document's present font: what fits on a page but for two lines, and what a graph of 3200 twips takes
-// with one line below it.
-ReportLayout LayoutOf(const PrintDocument& document);
 
 // "Courier New" of 9 points, or the first font where there is none.
 void SetReportFont(PrintDocument& document);
+
+// By the document's present font: what fits on a page but for two lines, and what a graph of 3200 twips takes
+// with one line below it. 0 where that cannot be told, which the operator hears.
+int CalculateLinesPerPage(const PrintDocument& document, Desk& desk);
+int CalculateLinesPerGraph(const PrintDocument& document, Desk& desk);
 
 // What stands at the top of every page: the first line of the description, which page it is of how many, the
 // date, and room for initials. The fourth line is empty.
@@ -60,14 +65,21 @@ struct PageHeader {
   WallTime printed;
 };
 inline constexpr int HeadLines = 4;
-void PrintPageHeader(PrintDocument& document, const PageHeader& header, int pages);
+void PrintPageHeader(PrintDocument& document, const PageHeader& header, int TotalPages);
 
-// At least 1.
+// At least 1. A line that is wider than the page counts as the lines that it is broken into.
 int CountReportPages(const ReportJob& job, const ReportPictures& pictures, const ReportLayout& layout);
 
-// In "Courier New", or in the first font where there is none, of 9 points, to the end of the document. False
-// where a page, a picture or the end failed.
-bool PrintReportText(PrintDocument& document, const ReportJob& job, const ReportPictures& pictures);
+// In the report's font, to the end of the document. False where the layout, a page, a picture or the end
+// failed.
+bool PrintReportText(PrintDocument& document, const ReportJob& job, const ReportPictures& pictures,
+                     Desk& desk);
+
+// The lines without pages; two lines say that a graph is on paper only. What stands under that name is
+// replaced, or kept in front of the report where append is true. False where it cannot be written; what stood
+// there stands then as it was.
+bool WriteReportFile(Files& files, std::string_view text, const std::string& path, bool DoubleSpaced,
+                     bool append);
 
 // "2028-02-29"
 std::string DateText(const WallTime& time);

@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "TempFolder.h"
+#include "TestSession.h"
 #include "desktop/QtPrinters.h"
 #include "host/PdfPrinters.h"
 #include "host/PosixFiles.h"
@@ -25,6 +25,7 @@ int CountOf(const std::string& text, const std::string& part) {
 struct PdfFiles : testing::Test {
   support::TempFolder folder;
   host::PosixFiles files;
+  support::TestDesk desk{folder.Path()};
   std::string path = folder.Path() + "/report.pdf";
   vc::ReportPictures pictures{
       .shown = [](const vc::ReportPicture&) { return true; },
@@ -44,7 +45,7 @@ struct PdfFiles : testing::Test {
   }
   bool Print(vc::Printers& printers) {
     const auto document = printers.Begin({vc::SaveAsPdf, "Setup Report", path});
-    return document && vc::PrintReportText(*document, job, pictures);
+    return document && vc::PrintReportText(*document, job, pictures, desk);
   }
   std::string Written() const {
     std::ifstream file(path, std::ios::binary);

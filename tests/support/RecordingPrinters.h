@@ -42,6 +42,7 @@ class RecordingPrinters : public vc::Printers {
   std::vector<Printout> printouts, previews;
 
   static constexpr int LetterWidth = 108, LetterHeight = 200;
+  int letterHeight = LetterHeight;  // as it is told
 
   std::vector<std::string> Names() override { return names; }
   std::string Preferred() override { return names.front(); }
@@ -66,7 +67,7 @@ class RecordingPrinters : public vc::Printers {
     std::vector<std::string> Fonts() const override { return printers.fonts; }
     void SetFont(const vc::PrintFont& font) override { Out().fonts.push_back(font); }
     vc::Size TextSize(const std::string& text) const override {
-      return {LetterWidth * static_cast<int>(text.size()), LetterHeight};
+      return {LetterWidth * static_cast<int>(text.size()), printers.letterHeight};
     }
     vc::Size Printable() const override { return printers.printable; }
     void DrawText(int left, int top, const std::string& text) override {
