@@ -3,25 +3,17 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 #include <string_view>
 #include <utility>
 #include <variant>
 
+#include "unit/KeptFile.h"
 #include "unit/WholeFile.h"
 #include "unit/Words.h"
 
 namespace unit {
 namespace {
-
-std::string HashText(std::string_view text) {
-  std::uint64_t hash = 0xCBF29CE484222325ULL;
-  for (const char character : text) hash = (hash ^ static_cast<std::uint8_t>(character)) * 0x100000001B3ULL;
-  std::string digits;
-  for (unsigned shift = 64; shift > 0; shift -= 4) digits += "0123456789abcdef"[hash >> (shift - 4) & 15U];
-  return digits;
-}
 
 void TakeLine(std::string_view line, Memories& memories) {
   Words words(line);
@@ -44,33 +36,24 @@ Memories MemoriesOf(std::string_view text) {
   return memories;
 }
 
-LoadedMemories PutAside(const std::string& path, const std::string& trouble) {
-  const std::string aside = path + ".damaged";
-  if (std::rename(path.c_str(), aside.c_str()) == 0)
-    return {{}, path + ": " + trouble + ", now put aside as " + aside + "; all memories are empty"};
-  const std::string reason = std::strerror(errno);
-  return {{},
-          path + ": " + trouble + " and can't be put aside as " + aside + ": " + reason +
-              "; all memories are empty and won't be kept",
-          false};
+LoadedMemories Refused(const std::string& path, const std::string& wrong) {
+  PutAside aside = PutFileAside(path, wrong, "all memories are empty");
+  return {{}, std::move(aside.trouble), aside.writable};
 }
 
 }  // namespace
 
-std::string MemoryFileText(const Memories& memories) {
-  const std::string text = MemoriesText(memories);
-  return text + "checksum " + HashText(text) + '\n';
-}
+std::string MemoryFileText(const Memories& memories) { return WithChecksum(MemoriesText(memories)); }
 
 LoadedMemories LoadMemories(const std::string& path) {
   const auto read = ReadWhole(path);
   if (const int* const error = std::get_if<int>(&read)) {
     if (*error == ENOENT) return {};
-    return PutAside(path, std::string("can't be read: ") + std::strerror(*error));
+    return Refused(path, std::string("can't be read: ") + std::strerror(*error));
   }
   const auto& text = std::get<std::string>(read);
   Memories memories = MemoriesOf(text);
-  if (MemoryFileText(memories) != text) return PutAside(path, "is damaged");
+  if (MemoryFileText(memories) != text) return Refused(path, "is damaged");
   return {std::move(memories), {}};
 }
 

@@ -7,8 +7,7 @@
 
 namespace unit {
 
-// The text of the memories and a last line "checksum" with its 64-bit FNV-1a hash (Fowler, Noll and Vo) in
-// hexadecimal.
+// The text of the memories and their checksum.
 std::string MemoryFileText(const Memories& memories);
 
 struct LoadedMemories {
