@@ -1,0 +1,28 @@
+// Faults of the boot ROM on request, each at one exchange with the host.
+#include "unit/RomFaults.h"
+
+#include <array>
+#include <utility>
+
+namespace unit {
+namespace {
+
+constexpr std::array<std::pair<std::string_view, RomFault>, 8> words{{{"deaf", RomFault::Deaf},
+                                                                      {"silent", RomFault::Silent},
+                                                                      {"refuse", RomFault::Refuse},
+                                                                      {"nak", RomFault::Nak},
+                                                                      {"twice", RomFault::Twice},
+                                                                      {"late", RomFault::Late},
+                                                                      {"sum", RomFault::Sum},
+                                                                      {"cut", RomFault::Cut}}};
+
+}  // namespace
+
+std::optional<RomFault> RomFaultOf(std::string_view word) {
+  for (const auto& [name, fault] : words) {
+    if (name == word) return fault;
+  }
+  return std::nullopt;
+}
+
+}  // namespace unit
