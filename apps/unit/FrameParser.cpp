@@ -42,6 +42,8 @@ std::optional<Frame> FrameParser::Feed(std::uint8_t byte, std::int64_t time) {
   return std::nullopt;
 }
 
+bool FrameParser::InFrame() const { return CandidateSize() >= HeaderSize; }
+
 void FrameParser::Reset() {
   pending.clear();
   start = 0;

@@ -34,6 +34,9 @@ class FrameParser {
   // frame, or junk that can be told apart from what follows only now.
   std::optional<Frame> Feed(std::uint8_t byte, std::int64_t time);
 
+  // Whether the byte that came last belongs to a frame of which more is to come.
+  bool InFrame() const;
+
   // Forgets everything that is not a whole frame yet.
   void Reset();
 

@@ -55,6 +55,16 @@ bool TakeCoefficients(Options& options, std::string_view text) {
   return TakeText(text.substr(colon + 1), options.coefficients[page]);
 }
 
+bool TakeRomFault(Options& options, std::string_view text) {
+  const std::size_t colon = text.find(':');
+  const auto fault = RomFaultOf(text.substr(0, colon));
+  std::uint32_t exchange = 0;
+  if (colon == std::string_view::npos || !fault || !Take(text.substr(colon + 1), 1U, UINT32_MAX, exchange))
+    return false;
+  options.romFaults[exchange] = *fault;
+  return true;
+}
+
 bool TakeMemory(Options& options, std::string_view text) {
   constexpr unsigned lastMemory = 10;
   return Take(text, 1U, lastMemory, options.memory.emplace());
@@ -104,6 +114,8 @@ constexpr Row rows[] = {
      "on SIGUSR1 write what the unit was given to FILE"},
     {"--memories", "FILE", "a path", [](Options& o, std::string_view t) { return TakeText(t, o.memories); },
      "keep the stand-alone memories in FILE"},
+    {"--images", "FILE", "a path", [](Options& o, std::string_view t) { return TakeText(t, o.images); },
+     "keep the firmware images in FILE"},
     {"--memory", "N", "a whole number from 1 to 10", TakeMemory, "start with the setting of memory N"},
     {"--in", "FILE", "a path", [](Options& o, std::string_view t) { return TakeText(t, o.in); },
      "hear FILE (WAV, FLAC, ...) and not the built-in scene"},
@@ -142,6 +154,12 @@ constexpr Row rows[] = {
     {"--store-time", "MS", Milliseconds,
      [](Options& o, std::string_view t) { return TakeMilliseconds(t, o.storeMicroseconds); },
      "milliseconds that a store in a memory takes, 500"},
+    {"--erase-time", "MS", Milliseconds,
+     [](Options& o, std::string_view t) { return TakeMilliseconds(t, o.eraseMicroseconds); },
+     "milliseconds that the erasure of a firmware section takes, 3000"},
+    {"--rom-fault", "FAULT:N",
+     "deaf, silent, refuse, nak, twice, late, sum or cut, a colon and a whole number from 1", TakeRomFault,
+     "fault at exchange N with the boot ROM"},
     {"--silent-after", "N", "a whole number from 0 to 4294967295", TakeSilentAfter,
      "fall silent after N answered frames"},
     {"--help", "", "", [](Options& o, std::string_view) { return o.help = true; }, "show this text"},

@@ -10,6 +10,7 @@
 #include <variant>
 
 #include "unit/Faults.h"
+#include "unit/RomFaults.h"
 
 namespace unit {
 
@@ -19,6 +20,7 @@ struct Options {
   std::string dump;                              // file for the dump that SIGUSR1 asks for, empty for none
   std::map<unsigned, std::string> coefficients;  // file by page (0..5), read when SIGUSR2 asks for it
   std::string memories;                          // file that keeps the stand-alone memories, empty for none
+  std::string images;                            // file that keeps the firmware images, empty for none
   bool help = false;
 
   std::string in;                  // file that the unit hears, empty for the built-in scene
@@ -38,9 +40,11 @@ struct Options {
 
   std::uint64_t seed = 1;
   ByteFaultChances faults;
-  double refuse = 0.0;                       // probability per frame, 0..1
-  std::int64_t delayMicroseconds = 0;        // before each reply
-  std::int64_t storeMicroseconds = 500'000;  // that a store in a stand-alone memory takes
+  double refuse = 0.0;                         // probability per frame, 0..1
+  std::int64_t delayMicroseconds = 0;          // before each reply
+  std::int64_t storeMicroseconds = 500'000;    // that a store in a stand-alone memory takes
+  std::int64_t eraseMicroseconds = 3'000'000;  // that the boot ROM takes to erase a section
+  RomFaults romFaults;
   std::optional<std::uint32_t> silentAfter;  // answered frames, after which the unit is dead
 };
 

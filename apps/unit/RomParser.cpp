@@ -37,6 +37,17 @@ bool EndsInsideOf(const Bytes& bytes, std::string_view text) {
 
 }  // namespace
 
+// The text has no beginning of its own inside it but its first character.
+bool StopSpotter::Ends(std::uint8_t byte, std::int64_t time) {
+  if (time - lastTime > RomParser::LongestGap) Reset();
+  lastTime = time;
+  if (byte != StopText[matched]) Reset();
+  if (byte == StopText[matched]) ++matched;
+  if (matched < StopText.size()) return false;
+  Reset();
+  return true;
+}
+
 std::optional<RomRequest> RomParser::Feed(std::uint8_t byte, std::int64_t time) {
   lastTime = time;
   burst.push_back(byte);

@@ -12,6 +12,18 @@ namespace unit {
 
 inline constexpr std::string_view StopText = "?TERMIN";
 
+// Finds that text, all that the running application understands of this.
+class StopSpotter {
+ public:
+  // Whether the byte ends the text. It may come in pieces, as in the boot ROM.
+  bool Ends(std::uint8_t byte, std::int64_t time);
+  void Reset() { matched = 0; }
+
+ private:
+  std::size_t matched = 0;
+  std::int64_t lastTime = 0;
+};
+
 // Noise: anything that is none of the others, damaged packets and frames of the application too.
 struct RomRequest {
   enum class Kind { Stop, ChooseMain, ChooseDaughter, Erase, Restart, Packet, End, Noise };

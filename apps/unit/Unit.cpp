@@ -28,26 +28,24 @@ bool IsRequest(const Frame& frame) {
 
 bool IsStore(const Frame& frame) { return frame.kind == Frame::Kind::Command && frame.number == StoreCode; }
 
-std::string VersionText(int hundredths) {
-  const std::string digits = std::to_string(1000 + hundredths);
-  return digits.substr(1, 1) + '.' + digits.substr(2);
-}
-
 }  // namespace
 
 Unit::Unit(const Options& behaviour)
     : option(behaviour.option),
       options(behaviour),
+      rom(behaviour.eraseMicroseconds, behaviour.romFaults),
       parser(GapLimit(behaviour.baud)),
       fromHost(behaviour.faults, Dice(behaviour.seed, Dice::FromHost)),
       toHost(behaviour.faults, Dice(behaviour.seed, Dice::ToHost)),
       refusals(behaviour.seed, Dice::Refusals),
-      lineNoise(behaviour.seed, Dice::LineNoise) {}
+      lineNoise(behaviour.seed, Dice::LineNoise) {
+  rom.images = FactoryImages(behaviour.firmwareHundredths);
+}
 
 void Unit::Receive(std::span<const std::uint8_t> bytes, std::int64_t now, int lineRate) {
   const std::int64_t start = std::max(now, inputBusyUntil);
   for (std::size_t i = 0; i < bytes.size(); ++i) {
-    incoming.push_back({start + LineTime(i + 1), bytes[i], lineRate == options.baud});
+    incoming.push_back({start + LineTime(i + 1), bytes[i], lineRate});
   }
   inputBusyUntil = start + LineTime(bytes.size());
   HearUntil(now);
@@ -68,8 +66,8 @@ Bytes Unit::Transmit(std::int64_t now) {
 }
 
 std::optional<std::int64_t> Unit::NextEvent() const {
-  std::optional<std::int64_t> next;
-  if (!incoming.empty()) next = incoming.front().time;
+  std::optional<std::int64_t> next = NextTimer();
+  if (!incoming.empty()) next = std::min(incoming.front().time, next.value_or(INT64_MAX));
   if (!replies.empty()) next = std::min(ByteTime(replies.front()), next.value_or(INT64_MAX));
   return next;
 }
@@ -79,23 +77,117 @@ void Unit::LineClosed() {
   replies.clear();
   noise.clear();
   parser.Reset();
+  stopSpotter.Reset();
+  rom.LineClosed();
   stages.DropPackets();
   inputBusyUntil = 0;
   outputBusyUntil = 0;
 }
 
 void Unit::HearUntil(std::int64_t now) {
-  while (!incoming.empty() && incoming.front().time <= now) {
-    const Incoming next = incoming.front();
-    incoming.pop_front();
-    if (!next.intelligible) {
-      HearNoise(next.time);
+  while (true) {
+    const std::int64_t byteTime = incoming.empty() ? INT64_MAX : incoming.front().time;
+    const std::int64_t timer = NextTimer().value_or(INT64_MAX);
+    if (std::min(byteTime, timer) > now) return;
+    if (timer <= byteTime) {
+      RingTimer(timer);
       continue;
     }
-    for (const std::uint8_t byte : fromHost.Pass(next.byte)) {
-      if (const auto frame = parser.Feed(byte, next.time)) React(*frame, next.time);
+    const Incoming next = incoming.front();
+    incoming.pop_front();
+    Hear(next);
+  }
+}
+
+// When something happens by itself.
+std::optional<std::int64_t> Unit::NextTimer() const {
+  if (mode == Mode::Off) return wakeTime;
+  return mode == Mode::BootRom && !Dead() ? rom.NextEvent() : std::nullopt;
+}
+
+void Unit::RingTimer(std::int64_t time) {
+  if (mode == Mode::Off) {
+    sound.runUntil(time);
+    SwitchOn();
+  } else if (const auto action = rom.Elapse(time)) {
+    Perform(*action, time);
+  }
+}
+
+void Unit::Hear(const Incoming& next) {
+  if (mode == Mode::Off) return;
+  if (next.rate != LineBaud()) {
+    if (mode == Mode::Application) HearNoise(next.time);
+    return;
+  }
+  for (const std::uint8_t byte : fromHost.Pass(next.byte)) {
+    if (mode == Mode::Application) {
+      HearApplicationByte(byte, next.time);
+    } else if (mode == Mode::BootRom && !Dead()) {
+      if (const auto action = rom.Hear(byte, next.time)) Perform(*action, next.time);
     }
   }
+}
+
+void Unit::HearApplicationByte(std::uint8_t byte, std::int64_t time) {
+  const auto frame = parser.Feed(byte, time);
+  if (frame) React(*frame, time);
+  if ((frame && IsRequest(*frame)) || parser.InFrame()) {
+    stopSpotter.Reset();
+  } else if (options.baud == RomBaud && stopSpotter.Ends(byte, time) && !Dead()) {
+    const RomAction action = rom.Stop(time);
+    if (action.taken) StopApplication(time);
+    Perform(action, time);
+  }
+}
+
+void Unit::Perform(const RomAction& action, std::int64_t time) {
+  if (!action.heard.empty()) Trace(Direction::Host, time, action.heard, action.heardMeaning);
+  if (action.flashed && imagesChanged) imagesChanged(rom.images);
+  if (!action.answer.empty()) {
+    answered += action.heard.empty() ? 0 : 1;
+    Say(action.answer, time + action.delay, action.answerMeaning);
+  }
+  if (action.off) SwitchOff(time, *action.off);
+}
+
+void Unit::StopApplication(std::int64_t time) {
+  sound.runUntil(time);
+  replies.clear();
+  parser.Reset();
+  ForgetSetting();
+  rom.Reset();
+  mode = Mode::BootRom;
+}
+
+void Unit::SwitchOff(std::int64_t time, std::int64_t duration) {
+  sound.runUntil(time);
+  replies.clear();
+  outputBusyUntil = 0;
+  parser.Reset();
+  rom.Reset();
+  ForgetSetting();
+  mode = Mode::Off;
+  wakeTime = time + duration;
+}
+
+// The application begins as it does at power-up, if there is one.
+void Unit::SwitchOn() {
+  rom.Reset();
+  ForgetSetting();
+  mode = rom.CanStart() ? Mode::Application : Mode::BootRom;
+  if (mode == Mode::Application && options.memory) Recall(*options.memory);
+}
+
+void Unit::Install(Images images) {
+  rom.images = std::move(images);
+  SwitchOn();
+}
+
+void Unit::ForgetSetting() {
+  registers = {};
+  stages = {};
+  sound.recalled();
 }
 
 void Unit::HearNoise(std::int64_t time) {
@@ -168,6 +260,7 @@ void Unit::StoreMemory(const MemoryPlace& place) {
 }
 
 void Unit::Learn(unsigned page, std::span<const std::int32_t> coefficients) {
+  if (!InApplication()) return;
   stages.Learn(page, coefficients);
   sound.learn(page + 1, coefficients);
 }
@@ -200,7 +293,7 @@ Status Unit::PresentStatus() const {
 
 void Unit::AnswerRequest(Answer answer, const Frame& frame, std::int64_t time) {
   const int boot = options.bootHundredths;
-  const int firmware = options.firmwareHundredths;
+  const int firmware = Examine(Section::Main, ImageOf(rom.images, Section::Main)).versionHundredths;
   switch (answer) {
     case Answer::Version:
       Say(VersionReply(boot, firmware), time,
@@ -255,7 +348,7 @@ void Unit::Queue(Bytes bytes, std::int64_t time, std::string meaning) {
 
 // How long the line is busy with so many characters; no time at all when the line isn't paced.
 std::int64_t Unit::LineTime(std::size_t characters) const {
-  return options.pace ? CharactersTime(characters, options.baud) : 0;
+  return options.pace ? CharactersTime(characters, LineBaud()) : 0;
 }
 
 // When the next byte of the reply has come through; of a reply that was lost as a whole, its beginning.

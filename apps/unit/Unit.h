@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "unit/BootRom.h"
 #include "unit/Bytes.h"
 #include "unit/Commands.h"
 #include "unit/Faults.h"
@@ -82,9 +83,17 @@ class Unit {
   // Takes on what is stored in a memory, 1..10; false where nothing is.
   bool Recall(unsigned memory);
 
+  // What is in its flash and what it does there, running or not.
+  const BootRom& Rom() const { return rom; }
+  bool InApplication() const { return mode == Mode::Application; }
+  bool IsOff() const { return mode == Mode::Off; }
+  // Has these images in its flash and is switched on.
+  void Install(Images images);
+
   bool option = false;                                // the option flag of the status, free to change
   Memories memories;                                  // free to fill before the unit is used
   std::function<void(const Memories&)> memoryStored;  // told of all of them after a store, before its answer
+  std::function<void(const Images&)> imagesChanged;   // told of both sections before the answer
   std::function<void(const TraceEvent&)> trace;       // told of every frame and reply once it is complete
   SoundHooks sound;                                   // free to set before the unit is used
 
@@ -92,8 +101,9 @@ class Unit {
   struct Incoming {
     std::int64_t time;
     std::uint8_t byte;
-    bool intelligible;
+    int rate;
   };
+  enum class Mode { Application, BootRom, Off };
   struct Reply {
     std::int64_t due;
     Bytes bytes;
@@ -102,6 +112,15 @@ class Unit {
   };
 
   void HearUntil(std::int64_t now);
+  std::optional<std::int64_t> NextTimer() const;
+  void RingTimer(std::int64_t time);
+  void Hear(const Incoming& next);
+  void HearApplicationByte(std::uint8_t byte, std::int64_t time);
+  void Perform(const RomAction& action, std::int64_t time);
+  void StopApplication(std::int64_t time);
+  void SwitchOff(std::int64_t time, std::int64_t duration);
+  void SwitchOn();
+  void ForgetSetting();
   void HearNoise(std::int64_t time);
   void React(const Frame& frame, std::int64_t time);
   std::string Remark(const Frame& frame) const;
@@ -115,6 +134,7 @@ class Unit {
   void SayCoefficients(const PageBlock& place, std::int64_t time);
   void Say(const Bytes& bytes, std::int64_t time, std::string meaning);
   void Queue(Bytes bytes, std::int64_t time, std::string meaning);
+  int LineBaud() const { return mode == Mode::Application ? options.baud : RomBaud; }
   bool Dead() const { return options.silentAfter && answered >= *options.silentAfter; }
   std::int64_t LineTime(std::size_t characters) const;
   std::int64_t ByteTime(const Reply& reply) const;
@@ -123,6 +143,10 @@ class Unit {
   Options options;
   Registers registers;
   Stages stages;
+  BootRom rom;
+  Mode mode = Mode::Application;
+  std::int64_t wakeTime = 0;  // while it is off
+  StopSpotter stopSpotter;
   FrameParser parser;
   ByteFaults fromHost;
   ByteFaults toHost;

@@ -16,6 +16,7 @@
 
 #include "unit/CoefficientFile.h"
 #include "unit/Dump.h"
+#include "unit/ImageFile.h"
 #include "unit/MemoryFile.h"
 #include "unit/Options.h"
 #include "unit/PtyLine.h"
@@ -77,6 +78,17 @@ void KeepMemories(unit::Unit& unit, const std::string& path) {
   unit.memories = std::move(loaded.memories);
   if (!loaded.writable) return;
   unit.memoryStored = [path](const unit::Memories& memories) { Write(path, MemoryFileText(memories)); };
+}
+
+// Lets the unit begin with the images of the file, which may leave it in its boot ROM, and has every change
+// written there.
+void KeepImages(unit::Unit& unit, const std::string& path) {
+  if (path.empty()) return;
+  unit::LoadedImages loaded = unit::LoadImages(path);
+  if (!loaded.trouble.empty()) Complain(loaded.trouble, EnvironmentFault);
+  if (loaded.images) unit.Install(std::move(*loaded.images));
+  if (!loaded.writable) return;
+  unit.imagesChanged = [path](const unit::Images& images) { Write(path, unit::ImageFileText(images)); };
 }
 
 void Learn(unit::Unit& unit, const std::map<unsigned, std::string>& paths) {
@@ -217,6 +229,7 @@ int Run(const unit::Options& options) {
   }
   const std::string wrong = Furnish(unit, sound, options);
   if (!wrong.empty()) return Complain(wrong, EnvironmentFault);
+  KeepImages(unit, options.images);
   const int requests = Requests();
   unit::PtyLine line;
   const std::string failure = line.Open(options.link);

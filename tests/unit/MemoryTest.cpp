@@ -30,10 +30,10 @@ std::string MemoryLines(Bench& bench, int number) {
   return LinesBehind("memory " + std::to_string(number) + ' ', DumpText(bench.device));
 }
 
-// The memories' lines are the last ones.
+// The lines of the memories and of the firmware are the last ones.
 std::string PresentLines(Bench& bench) {
   const std::string dump = DumpText(bench.device);
-  return dump.substr(0, dump.find("memory "));
+  return dump.substr(0, std::min(dump.find("memory "), dump.find("image 1 ")));
 }
 
 // Loads the unit, lets it learn, and stores in all ten memories, each with a setting and a function of its

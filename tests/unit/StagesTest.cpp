@@ -53,7 +53,10 @@ TEST(Stages, TheDumpOfASmallDownloadIsThisText) {
                 "broadband 2 3" +
                 Times(48, " 22") +
                 "\n"
-                "waiting 1\n");
+                "waiting 1\n"
+                "image 1 complete, version 4.02, 128 bytes\n"
+                "image 2 complete, version 4.02, 128 bytes\n"
+                "application runs\n");
 }
 
 TEST(Stages, TheLastSynthesisCounts) {
