@@ -35,9 +35,6 @@ std::optional<ReportPicture> TokenOf(std::string_view line) {
   return {};
 }
 
-// The further bytes of a letter take no room of their own.
-bool BeginsLetter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }
-
 // So many letters: cut, or with spaces behind them.
 std::string Fitted(std::string_view text, std::size_t width) {
   std::string fitted;
@@ -269,6 +266,12 @@ bool WriteReportFile(Files& files, std::string_view text, const std::string& pat
   if (!made || !made->Write(bytes) || !made->Flush() || !made->Replace()) return false;
   files.Settle();
   return true;
+}
+
+bool BeginsLetter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }
+
+std::string TimeText(const WallTime& time) {
+  return TwoDigits(time.hour) + ":" + TwoDigits(time.minute) + ":" + TwoDigits(time.second);
 }
 
 std::string DateText(const WallTime& time) {

@@ -83,5 +83,10 @@ bool WriteReportFile(Files& files, std::string_view text, const std::string& pat
 
 // "2028-02-29"
 std::string DateText(const WallTime& time);
+// "07:05:00"
+std::string TimeText(const WallTime& time);
+
+// The further bytes of a letter take no room of their own.
+bool BeginsLetter(char byte);
 
 }  // namespace vc
