@@ -36,6 +36,8 @@ struct AnalyzerControls {
   // The number of averages means something for some ways of averaging only.
   void EnableAverages(bool on) { lblNumAverages.core.SetEnabled(on); }
   void Fill();
+  // How many there are, whatever is being typed.
+  const std::string& AveragesText() const { return written; }
 
  private:
   void Step(int by, const ControlCore& source);

@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdio>
+#include <utility>
 
 #include "widgets/PlotLayout.h"
 
@@ -30,15 +31,18 @@ void DrawPicture(Surface& surface, const Plot& plot, const std::string& heading)
 }  // namespace
 
 DisplayFoot::DisplayFoot(Panel& owner, const DisplayContext& context, const std::string& called,
-                         const Plot& shown)
+                         const Plot& shown, Wire<DisplayReading()> reading)
     : plot(shown),
       btnCopy(owner.form, "btnCopy", "Cop&y Picture"),
+      btnPrint(owner.form, "btnPrint", "&Print..."),
       btnSave(owner.form, "btnSave", "Sa&ve..."),
       btnClose(owner.form, "btnClose", "Close"),
+      read(std::move(reading)),
       around(context),
       name(called),
       form(owner.form) {
   btnCopy.clicked = [this] { Copy(); };
+  btnPrint.clicked = [this] { around.print(read(), form); };
   btnSave.clicked = [this] { around.save(Picture(), PlotNumbers(plot), form); };
   btnClose.clicked = [this] { around.close(); };
   owner.form.okButton = &btnClose;

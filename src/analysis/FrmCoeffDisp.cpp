@@ -80,7 +80,7 @@ FrmCoeffDisp::FrmCoeffDisp(const DisplayContext& opened)
     : coefReader(opened.coefReader),
       image(opened.image),
       panel(opened.panel, "FrmCoeffDisp", "Coefficient Display"),
-      foot(panel, opened, "Coefficient Display", pbxCoef),
+      foot(panel, opened, "Coefficient Display", pbxCoef, [this] { return Read(); }),
       tmrCoeffDisp(opened.panel.events.CreateTimer(CoefDisplayMilliseconds, [this] { Tick(); })) {
   pbxCoef.large = pbxCoef.screen = pbxCoef.cursorPlaced = true;
   pbxCoef.lettersGrow = true;
@@ -211,14 +211,18 @@ void FrmCoeffDisp::Show() {
   ShowMarker();
 }
 
-void FrmCoeffDisp::ShowNote() {
+std::string FrmCoeffDisp::FilterTold() const {
   const auto kind = static_cast<std::size_t>(running.kind);
   const std::string name = kind < FilterKinds().size() ? ": " + std::string(FilterKinds()[kind].name) : "";
   const std::int16_t runs = image.stageClass[PositionOfStage(panel.settings.configMode, running.stage)];
   const bool without = runs == dsp::Parametric || runs == dsp::Compressor;
-  std::string text = cmbFilter.Text() + name +
-                     (without ? ", which runs without coefficients"
-                              : ", " + std::to_string(window.number) + " coefficients");
+  return cmbFilter.Text() + name +
+         (without ? ", which runs without coefficients"
+                  : ", " + std::to_string(window.number) + " coefficients");
+}
+
+void FrmCoeffDisp::ShowNote() {
+  std::string text = FilterTold();
   if (!panel.context.portOpen) text += std::string(".  ") + NoConnectionNote;
   pbxCoef.SetNote(text);
 }
@@ -266,6 +270,22 @@ int FrmCoeffDisp::Peak() const {
 void FrmCoeffDisp::FindPeak() {
   window.Centre(Peak());
   Show();
+}
+
+DisplayReading FrmCoeffDisp::Read() const {
+  CoefficientReading reading;
+  reading.stage = running.stage;
+  reading.filter = FilterTold();
+  reading.halfScale = pbxCoef.YAxis().to;
+  reading.axisTop = lblAxisTop.core.Caption();
+  reading.axisBottom = lblAxisBottom.core.Caption();
+  reading.timeFirst = lblTimeSpanFirst.core.Caption();
+  reading.timeLast = lblTimeSpanLast.core.Caption();
+  if (!pbxCoef.Traces().empty()) reading.CoefValues = pbxCoef.Traces().front().values;
+  if (btnMarker.Value() != 0) {
+    reading.marker = {window.CoefMarkerOffset, MarkedNumber(), MarkedTime(), lblMarkerValue.Text()};
+  }
+  return reading;
 }
 
 std::string FrmCoeffDisp::Told() const {

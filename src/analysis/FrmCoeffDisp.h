@@ -54,6 +54,8 @@ struct FrmCoeffDisp {
   // Puts a stage (1..6) on display.
   void DisplayFilter(int stage);
   int GetGraphStartCoef() const { return window.CoefGraphStart; }
+  // What is on show, as it was drawn last.
+  DisplayReading Read() const;
 
  private:
   // What the unit runs in the stage on display; another one begins anew.
@@ -94,6 +96,7 @@ struct FrmCoeffDisp {
   double ValueOf(int coefficient) const;
   std::string MarkedNumber() const;
   std::string MarkedTime() const;
+  std::string FilterTold() const;
 
   CoefWindow window;
   Running running;

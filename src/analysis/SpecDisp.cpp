@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -49,7 +50,7 @@ SpecDisp::SpecDisp(const DisplayContext& context)
                 .run = InRecord(panel, Single(RowOf<&S::specRun>())),
                 .mostExponent = 15}),
       references(panel, fraControls, traces, marker),
-      foot(panel, context, "Spectrum Analyzer", pbxSpec),
+      foot(panel, context, "Spectrum Analyzer", pbxSpec, [this] { return Read(); }),
       tmrSpecDisp(panel.context.events.CreateTimer(SpecDisplayMilliseconds, [this] { Tick(); })),
       spectra(Emptied(panel.context.spectra)),
       clock(context.clock),
@@ -238,14 +239,31 @@ void SpecDisp::DisplaySpectrum() {
   pbxSpec.SetAxes({LineFrequency(rate, 0), LineFrequency(rate, TraceLines - 1), "Hz"},
                   {BottomLevel, 0.0, "dB"});
   std::vector<PlotTrace> curves;
-  if (traces.first.received) traces.first.levels = ScaledTrace(spectra.RawTrace1);
-  if (traces.second.received) traces.second.levels = ScaledTrace(spectra.RawTrace2);
+  if (traces.first.received) traces.first.Draw(spectra.RawTrace1);
+  if (traces.second.received) traces.second.Draw(spectra.RawTrace2);
   if (traces.first.Told()) curves.push_back(CurveOf(traces.first, ScreenYellow));
   if (traces.second.Told()) curves.push_back(CurveOf(traces.second, ScreenBlue));
   for (PlotTrace& kept : references.Curves()) curves.push_back(std::move(kept));
   pbxSpec.SetTraces(curves);
   marker.Show();
   references.Show();
+}
+
+DisplayReading SpecDisp::Read() const {
+  SpectrumReading reading;
+  reading.marker = marker.Read();
+  reading.averagerMode = cmbAveragerMode.Text();
+  for (const auto& [trace, controls, magnitude] : {std::tuple{&traces.second, &blue, &marker.lblTrace2Mag},
+                                                   {&traces.first, &yellow, &marker.lblTrace1Mag}}) {
+    if (!trace->onShow) continue;
+    reading.traces.push_back({.title = controls->chkTrace.core.Caption(),
+                              .signal = controls->cmbSignal.Text(),
+                              .gain = FixedText(NumberOf(panel.settings, controls->kind.gain, 0, 0), 0),
+                              .raw = trace->received ? std::optional(trace->raw) : std::nullopt,
+                              .magnitude = magnitude->core.Caption()});
+  }
+  if (GetAveragerMode() == Exponential) reading.averages = analyzer.AveragesText();
+  return reading;
 }
 
 std::string SpecDisp::Told() const {

@@ -42,6 +42,8 @@ struct SpecDisp {
   // Stores a way to average by its code, 0, 1 or 4, and chooses it; any other becomes 1.
   void SetAveragerMode(std::int16_t mode);
   std::int16_t GetAveragerMode() const;
+  // What is on show, with the raw bytes that the traces were drawn of.
+  DisplayReading Read() const;
 
  private:
   void Bind();

@@ -84,6 +84,11 @@ std::string SpecMarker::Reading() const {
   return Hertz(SampleRate(), SpecMarkerLine) + words;
 }
 
+std::optional<SpectrumReading::Marker> SpecMarker::Read() const {
+  if (!On()) return {};
+  return SpectrumReading::Marker{SpecMarkerLine, written};
+}
+
 std::string SpecMarker::PeakReading() const {
   const ShownTrace& searched = traces.first.onShow ? traces.first : traces.second;
   if (!searched.received) return "";

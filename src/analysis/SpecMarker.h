@@ -2,9 +2,11 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
+#include "analysis/DisplayReading.h"
 #include "analysis/SpectrumTrace.h"
 #include "panels/Panel.h"
 #include "widgets/Plot.h"
@@ -15,8 +17,13 @@ namespace vc {
 struct ShownTrace {
   const char* name;
   SpectrumTrace levels;  // as SpectrumTrace.h scales them
+  RawTrace raw{};        // of which they were scaled
   bool onShow = true, received = false;
   bool Told() const { return onShow && received; }
+  void Draw(const RawTrace& sent) {
+    raw = sent;
+    levels = ScaledTrace(raw);
+  }
 };
 struct ShownTraces {
   ShownTrace first{"Trace 1", {}}, second{"Trace 2", {}};
@@ -47,6 +54,8 @@ struct SpecMarker {
   void Show();
   // "1000 Hz: Trace 1 -12.3 dB, Trace 2 -20.0 dB"
   std::string Reading() const;
+  // Nothing while it is off.
+  std::optional<SpectrumReading::Marker> Read() const;
   // The strongest line of what is on show, of both traces the first: "Peak at 1000 Hz, -12.3 dB".
   std::string PeakReading() const;
 

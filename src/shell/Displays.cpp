@@ -7,9 +7,11 @@
 #include "analysis/FrmCoeffDisp.h"
 #include "analysis/SpecDisp.h"
 #include "persist/SaveDisplay.h"
+#include "report/GraphPictures.h"
 #include "shell/ChainPanels.h"
 #include "shell/MasterControl.h"
 #include "shell/PeriodicService.h"
+#include "shell/Printouts.h"
 #include "shell/Windows.h"
 
 namespace vc {
@@ -71,7 +73,17 @@ DisplayContext Displays::Context() {
           .copy = [this](const Drawing& picture) { return around.pictures.Copy(PictureSize, picture); },
           .save = [this](const Drawing& picture, const std::string& numbers,
                          Form& over) { Save(picture, numbers, over); },
+          .print = [this](const DisplayReading& reading, Form& over) { Print(reading, over); },
           .close = [this] { Show(display::None); }};
+}
+
+std::optional<DisplayReading> Displays::Reading() const {
+  if (open.foot == nullptr) return {};
+  return open.foot->read();
+}
+
+void Displays::Print(const DisplayReading& reading, Form& over) const {
+  around.printouts.Ask(GraphTask({around.settings, around.clock.Wall(), reading}, around.desk), over);
 }
 
 // All of them are made of what is on the screen now, while the operator still thinks about the name.

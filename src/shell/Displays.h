@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -14,6 +15,7 @@ namespace vc {
 struct ChainPanels;
 struct MasterControl;
 struct PeriodicService;
+struct Printouts;
 struct Windows;
 
 namespace display {
@@ -49,6 +51,9 @@ struct Displays {
     ChainPanels& panels;
     Windows& windows;
     Pictures& pictures;
+    Printouts& printouts;
+    const SystemSettings& settings;
+    Desk& desk;
   };
   explicit Displays(const Around& parts) : around(parts) {}
 
@@ -56,6 +61,8 @@ struct Displays {
   // display::None, Coefficients or Spectrum, which opens its window in the place of another one. The master
   // panel's buttons and the poll follow.
   void Show(std::int16_t which);
+  // What the display that is open shows at this moment.
+  std::optional<DisplayReading> Reading() const;
   std::int16_t Shown() const { return row == nullptr ? display::None : row->which; }
   // Shows the record anew, after something else than the display has changed it.
   void Refresh();
@@ -69,6 +76,7 @@ struct Displays {
  private:
   DisplayContext Context();
   void Open();
+  void Print(const DisplayReading& reading, Form& over) const;
   void Save(const Drawing& picture, const std::string& numbers, Form& over) const;
   void Forget();
 

@@ -167,7 +167,10 @@ Displays::Around Session::DisplayParts() {
           .periodic = periodic,
           .panels = panels,
           .windows = windows,
-          .pictures = platform.pictures};
+          .pictures = platform.pictures,
+          .printouts = printouts,
+          .settings = settings,
+          .desk = platform.desk};
 }
 
 TickCalls Session::TickWires() {
