@@ -206,7 +206,7 @@ void BindKind(Binder& binder, vc::OptionButton& option) {
   view->setProperty("segment", binder.PaneOf(option.core).Dense());  // the theme's style sheet asks for it
   buttons->addButton(view);
   QObject::connect(view, &QRadioButton::clicked, view, [&binder, &option] {
-    binder.Operate(option.core, [&option] { option.group.Select(option.core.index); });
+    binder.Operate(option.core, [&option] { option.group.Select(option.choice); });
   });
   binder.Bind(option.core, {.widget = view,
                             .showCaption = [view, &option] { view->setText(ToQt(option.core.Caption())); },

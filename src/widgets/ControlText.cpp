@@ -138,7 +138,7 @@ std::string Set(ListBox& control, const std::string& value) {
 }
 std::string Set(OptionButton& control, const std::string& value) {
   if (value != "1") return "an option is chosen with 1";
-  control.group.Select(control.core.index);
+  control.group.Select(control.choice);
   return {};
 }
 std::string Set(CheckBox& control, const std::string& value) {

@@ -193,23 +193,31 @@ void ListBox::SetListIndex(int row) {
 }
 
 OptionButton::OptionButton(Place place, const std::string& name, const std::string& caption, int index,
-                           OptionGroup& owner)
-    : core(place, name, index, caption), group(owner) {
+                           OptionGroup& owner, int itsChoice)
+    : core(place, name, index, caption), group(owner), choice(itsChoice) {
   Register(this);
 }
 
-bool OptionButton::Value() const { return group.Selected() == core.index; }
+bool OptionButton::Value() const { return group.Selected() == choice; }
 
 OptionGroup::OptionGroup(Place place, const std::string& name, int firstIndex,
                          const std::vector<std::string>& captions) {
   for (const std::string& caption : captions) {
-    buttons.push_back(std::make_unique<OptionButton>(place, name, caption, firstIndex++, *this));
+    buttons.push_back(std::make_unique<OptionButton>(place, name, caption, firstIndex, *this, firstIndex));
+    ++firstIndex;
   }
 }
 
-void OptionGroup::Select(int index) {
-  if (index == selected) return;
-  selected = index;
+OptionGroup::OptionGroup(Place place, const std::vector<Named>& named) {
+  for (const Named& one : named) {
+    const int choice = static_cast<int>(buttons.size());
+    buttons.push_back(std::make_unique<OptionButton>(place, one.name, one.caption, NoIndex, *this, choice));
+  }
+}
+
+void OptionGroup::Select(int choice) {
+  if (choice == selected) return;
+  selected = choice;
   for (const auto& button : buttons) button->core.Changed("Value");
   if (!buttons.empty()) buttons.front()->core.Raise(changed);
 }

@@ -177,21 +177,27 @@ struct ListBox {
 struct OptionGroup;
 struct OptionButton {
   OptionButton(Place place, const std::string& name, const std::string& caption, int index,
-               OptionGroup& owner);
+               OptionGroup& owner, int itsChoice);
   ControlCore core;
   OptionGroup& group;
+  const int choice;  // what its group has selected while it stands
   bool Value() const;
 };
 
 struct OptionGroup {
-  // First index and captions; the buttons are named name(firstIndex) and so on.
+  // First index and captions; the buttons are named name(firstIndex) and so on, and chosen by their index.
   OptionGroup(Place place, const std::string& name, int firstIndex, const std::vector<std::string>& captions);
+  // Names and captions of buttons that are no array; they are chosen by numbers from 0.
+  struct Named {
+    std::string name, caption;
+  };
+  OptionGroup(Place place, const std::vector<Named>& named);
   std::vector<std::unique_ptr<OptionButton>> buttons;
   std::function<void()> changed;
 
-  int Selected() const { return selected; }  // the chosen button's index, NoIndex at first
+  int Selected() const { return selected; }  // what is chosen, NoIndex at first
   std::string SelectedCaption() const;       // empty where none is chosen
-  void Select(int index);
+  void Select(int choice);
 
  private:
   int selected = NoIndex;
