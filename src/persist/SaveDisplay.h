@@ -4,8 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "persist/FileChooser.h"
-#include "persist/SetupContext.h"
+#include "persist/FileTarget.h"
 
 namespace vc {
 
@@ -19,31 +18,20 @@ struct SaveDisplay {
   explicit SaveDisplay(SetupContext& setupContext);
 
   Form form{"SaveDisplay", "Save Display"};
-  FileChooser chooser;
-  ListBox cmbType{form, "cmbType", "Type"};
-  Button btnOK{form, "btnOK", "OK"};
-  Button btnCancel{form, "btnCancel", "Cancel"};
+  FileTarget target;
 
   // What is to be saved from now on: what it is called, "Spectrum", and the types to choose from.
   void Take(const std::string& title, std::vector<FileType> choices);
-  // With a name that no file has: in the folder of the last file, in the working folder at first and once
-  // that is another one. The type is that of the last file.
   void Fill();
 
  private:
-  const FileType& Type() const;
-  void FollowType();
-  void FollowName();
-  std::string FreeName(const std::string& folder) const;
-  bool Save();
-  bool MayWrite(const std::string& path, const std::string& name) const;
+  bool Save(const std::string& path);
   // What is wrong, or nothing.
   std::string Write(const std::string& path) const;
 
   SetupContext& context;
   std::string name;
   std::vector<FileType> types;
-  std::string lastFolder, workingFolder;
 };
 
 }  // namespace vc

@@ -13,6 +13,7 @@ inline constexpr int Critical = 16;
 inline constexpr int CriticalYesNo = 20;
 inline constexpr int Exclamation = 48;
 inline constexpr int ExclamationYesNo = 52;
+inline constexpr int ExclamationYesNoLast = 308;  // Enter takes the last button, as it does in every such box
 inline constexpr int Information = 64;
 inline constexpr int InformationYesNo = 0x44;
 
