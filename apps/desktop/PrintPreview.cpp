@@ -26,6 +26,9 @@ class PreviewWindow : public QDialog {
  public:
   PreviewWindow(QPrinter& printer, const vc::PrintJob& job, const vc::PrintDrawing& drawing);
 
+  // Has all pages drawn; false where that failed.
+  bool DrawAll();
+
  private:
   void Draw(QPrinter& device, const vc::PrintDrawing& drawing);
   void GoTo(int page);
@@ -38,6 +41,7 @@ class PreviewWindow : public QDialog {
   QLabel place;
   QPushButton *previous = nullptr, *next = nullptr;
   QStringList texts;  // of the pages
+  bool drawn = false;
 };
 
 PreviewWindow::PreviewWindow(QPrinter& printer, const vc::PrintJob& job, const vc::PrintDrawing& drawing)
@@ -107,7 +111,13 @@ void PreviewWindow::Draw(QPrinter& device, const vc::PrintDrawing& drawing) {
     while (texts.size() < page) texts.append(QString());
     texts[page - 1] += ToQt(text) + '\n';
   };
-  drawing(document);  // what it cannot draw is told where it is printed
+  drawn = drawing(document);
+}
+
+bool PreviewWindow::DrawAll() {
+  view.updatePreview();
+  ShowPage();
+  return drawn;
 }
 
 void PreviewWindow::GoTo(int page) {
@@ -128,7 +138,7 @@ void PreviewWindow::ShowPage() {
 
 bool ShowPreview(QPrinter& printer, const vc::PrintJob& job, const vc::PrintDrawing& drawing) {
   PreviewWindow window(printer, job, drawing);
-  return window.exec() == QDialog::Accepted;
+  return window.DrawAll() && window.exec() == QDialog::Accepted;
 }
 
 }  // namespace desktop

@@ -169,8 +169,9 @@ std::unique_ptr<vc::PrintDocument> PdfPrinters::Begin(const vc::PrintJob& job) {
 
 bool PdfPrinters::Preview(const vc::PrintJob& job, const vc::PrintDrawing& drawing) {
   PdfDocument pages(nullptr, job.title);
-  if (drawing(pages)) tell(job, pages.PageNumber());
-  return true;  // what cannot be drawn is told where it is printed
+  if (!drawing(pages)) return false;
+  tell(job, pages.PageNumber());
+  return true;
 }
 
 }  // namespace host

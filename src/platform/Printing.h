@@ -79,7 +79,8 @@ class Printers {
   // The system's dialog, which begins with the job's printer. False where it was cancelled. SaveAsPdf may be
   // chosen without the name of a file.
   virtual bool Choose(PrintJob& job) = 0;
-  // Shows the pages before paper is used; true where the operator wants them printed. No file is touched.
+  // Shows the pages before paper is used; true where the operator wants them printed,
+  // false, too, where they could not be drawn. No file is touched.
   virtual bool Preview(const PrintJob& job, const PrintDrawing& drawing) = 0;
 };
 

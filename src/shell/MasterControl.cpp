@@ -15,7 +15,7 @@ MasterControl::MasterControl(const Around& parts)
       mirrors(top, chain, blocks, parts.edits),
       connection({menus, parts.edits, parts.device, parts.config, parts.desk, parts.periodic}),
       actions({menus, top, chain, mirrors, blocks, connection, parts.edits.history, parts.desk, parts.panels,
-               parts.windows, parts.look, parts.session}),
+               parts.windows, parts.look, parts.reports, parts.session}),
       settings(parts.edits.settings),
       panels(parts.panels),
       displays(parts.displays) {

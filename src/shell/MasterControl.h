@@ -33,6 +33,7 @@ struct MasterControl {
     Displays& displays;
     Windows& windows;
     Look& look;
+    Reports& reports;
     SessionCalls session;
   };
   explicit MasterControl(const Around& parts);

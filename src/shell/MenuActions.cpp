@@ -7,6 +7,7 @@
 #include "persist/StoSet.h"
 #include "shell/ChainPanels.h"
 #include "shell/Look.h"
+#include "shell/Reports.h"
 #include "shell/Windows.h"
 #include "text/ProgramInfo.h"
 #include "text/modFile.h"
@@ -17,7 +18,7 @@ namespace {
 constexpr int FastStartContext = 101;
 
 constexpr const char* HowToPrintScreens =
-    "Screens are not printed by this program, nor directly by pressing a key or "
+    "Screens cannot be printed from this program by "
     "using the PrintScreen button.  Instead, bitmap images of screens are copied "
     "to the Clipboard memory.  Press PrintScreen to copy the entire screen, "
     "or press Alt+PrintScreen to copy only the currently highlighted window to "
@@ -102,12 +103,9 @@ void MenuActions::BindSettings() {
 }
 
 void MenuActions::BindReports() {
-  for (MenuEntry* entry : {&menus.mnuPrintReport, &menus.mnuFileReport, &menus.mnuAppendFileReport}) {
-    entry->clicked = [this] {
-      around.desk.Box(box::Information, ApplicationTitle,
-                      "The report generator is not part of this version yet.");
-    };
-  }
+  menus.mnuPrintReport.clicked = [this] { around.reports.AskForPrinter(); };
+  menus.mnuFileReport.clicked = [this] { around.reports.AskForFile(false); };
+  menus.mnuAppendFileReport.clicked = [this] { around.reports.AskForFile(true); };
   for (MenuEntry* entry : {&menus.mnuPrintScreen, &menus.mnuHelpPrintScreen}) {
     entry->clicked = [this] { around.desk.Box(box::Information, "How To Print Screens", HowToPrintScreens); };
   }

@@ -15,6 +15,7 @@ namespace vc {
 
 struct ChainPanels;
 struct Look;
+struct Reports;
 struct Windows;
 
 // What only the session can do.
@@ -38,6 +39,7 @@ struct MenuActions {
     ChainPanels& panels;
     Windows& windows;
     Look& look;
+    Reports& reports;
     SessionCalls session;
   };
   explicit MenuActions(const Around& parts);

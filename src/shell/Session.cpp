@@ -39,10 +39,11 @@ Session::Session(Platform host)
       displays(DisplayParts()),
       lastState(setupContext, platform, master),
       look(platform, master),
-      windows({setupContext, objectLog, forms}),
+      windows(WindowWires()),
       reportSources({settings, host.clock, host.desk, host.events, device, spectrumReader, master, displays}),
       report(host.clock, reportSources.Wires()),
-      printouts({host.printers, host.desk}) {
+      printouts({host.printers, host.desk, windows}),
+      reports(ReportParts()) {
   master.form.activated = [this] { Activated(); };
 }
 
@@ -148,6 +149,7 @@ MasterControl::Around Session::MasterParts() {
           .displays = displays,
           .windows = windows,
           .look = look,
+          .reports = reports,
           .session = {.newSetup = [this] { NewSetup(); },
                       .exit =
                           [this] {
@@ -171,6 +173,32 @@ Displays::Around Session::DisplayParts() {
           .printouts = printouts,
           .settings = settings,
           .desk = platform.desk};
+}
+
+WindowContext Session::WindowWires() {
+  return {.setup = setupContext,
+          .objectLog = objectLog,
+          .forms = forms,
+          .printers = platform.printers,
+          .printReport = [this](const std::string& printer, bool DoubleSpaced) {
+            reports.Print(printer, DoubleSpaced);
+          }};
+}
+
+Reports::Around Session::ReportParts() {
+  return {.settings = settings,
+          .clock = platform.clock,
+          .desk = platform.desk,
+          .files = platform.files,
+          .windows = windows,
+          .printouts = printouts,
+          .over = master.form,
+          .generate = [this](std::string& text) { return report.GenerateReport(text) == modReport::Built; },
+          .pictures =
+              [] {
+                return ReportPictures{.shown = [](const ReportPicture&) { return false; },
+                                      .draw = [](PrintDocument&, const ReportPicture&, int) { return true; }};
+              }};
 }
 
 TickCalls Session::TickWires() {

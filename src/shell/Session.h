@@ -24,6 +24,7 @@
 #include "shell/PeriodicService.h"
 #include "shell/Printouts.h"
 #include "shell/ReportSources.h"
+#include "shell/Reports.h"
 #include "shell/Windows.h"
 #include "text/modDebug.h"
 #include "widgets/Forms.h"
@@ -59,6 +60,7 @@ struct Session {
   ReportSources reportSources;
   modReport report;
   Printouts printouts;
+  Reports reports;
 
   // Comes up with or without a unit; every failure on the way has told the operator.
   void Start();
@@ -78,6 +80,8 @@ struct Session {
   SetupContext SetupContextWires();
   MasterControl::Around MasterParts();
   Displays::Around DisplayParts();
+  WindowContext WindowWires();
+  Reports::Around ReportParts();
   TickCalls TickWires();
   EditWires EditsWires();
   void TakeConnectionState(const std::string& state);

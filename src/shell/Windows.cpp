@@ -8,9 +8,11 @@
 #include "persist/Description.h"
 #include "persist/FrmWorkingFolder.h"
 #include "persist/MemSelect.h"
+#include "persist/PrintFile.h"
 #include "persist/RecSet.h"
 #include "persist/SaveDisplay.h"
 #include "persist/StoSet.h"
+#include "report/ChkPrinterForm.h"
 #include "shell/Notices.h"
 
 namespace vc {
@@ -32,9 +34,13 @@ AnyWindow OverSetups(const WindowContext& context) {
 AnyWindow Splash(const WindowContext& /*context*/) { return Make<FrmSplash>(); }
 AnyWindow ObjectLog(const WindowContext& context) { return Make<FrmDebug>(context.objectLog, context.forms); }
 
+AnyWindow CheckPrinter(const WindowContext& context) {
+  return Make<ChkPrinterForm>(context.printers, context.setup.desk, context.forms, context.printReport);
+}
+
 constexpr std::string_view Master = "MasterControl";
 
-constexpr std::array<WindowRow, 8> AllRows{
+constexpr std::array<WindowRow, 10> AllRows{
     {{"FrmSplash", Splash, "", Modality::Modeless},
      {"StoSet", OverSetups<StoSet>, Master, Modality::Modal},
      {"RecSet", OverSetups<RecSet>, Master, Modality::Modal},
@@ -42,6 +48,8 @@ constexpr std::array<WindowRow, 8> AllRows{
      {"FrmWorkingFolder", OverSetups<FrmWorkingFolder>, Master, Modality::Modal},
      {"MemSelect", OverSetups<MemSelect>, "", Modality::OverOwner},
      {"SaveDisplay", OverSetups<SaveDisplay>, "", Modality::OverOwner},
+     {"PrintFile", OverSetups<PrintFile>, "", Modality::OverOwner},
+     {"ChkPrinterForm", CheckPrinter, Master, Modality::Modal},
      {"FrmDebug", ObjectLog, Master, Modality::Modal}}};
 
 const WindowRow& RowOf(std::string_view name) {

@@ -7,9 +7,11 @@
 #include <map>
 #include <memory>
 #include <span>
+#include <string>
 #include <string_view>
 
 #include "persist/SetupContext.h"
+#include "platform/Printing.h"
 #include "text/modDebug.h"
 #include "widgets/Forms.h"
 
@@ -20,6 +22,8 @@ struct WindowContext {
   SetupContext& setup;
   modDebug& objectLog;
   Forms& forms;
+  Printers& printers;
+  Wire<void(const std::string& printer, bool DoubleSpaced)> printReport;
 };
 
 // A window of any kind, as its owner holds it.

@@ -224,7 +224,7 @@ void OptionGroup::Select(int choice) {
 
 std::string OptionGroup::SelectedCaption() const {
   for (const auto& button : buttons) {
-    if (button->core.index == selected) return button->core.Caption();
+    if (button->choice == selected) return button->core.Caption();
   }
   return {};
 }

@@ -32,6 +32,7 @@ struct Printout {
 class RecordingPrinters : public vc::Printers {
  public:
   std::vector<std::string> names{"Office", vc::SaveAsPdf};
+  std::string preferred = names.front();
   std::vector<std::string> fonts{"Serif", "Courier New"};
   vc::Size printable{11000, 4000};
   int failingPage = 0;  // which cannot be begun
@@ -45,7 +46,7 @@ class RecordingPrinters : public vc::Printers {
   int letterHeight = LetterHeight;  // as it is told
 
   std::vector<std::string> Names() override { return names; }
-  std::string Preferred() override { return names.front(); }
+  std::string Preferred() override { return preferred; }
   std::unique_ptr<vc::PrintDocument> Begin(const vc::PrintJob& job) override {
     if (std::ranges::find(names, job.printer) == names.end()) return nullptr;
     return Opened(printouts, job);
@@ -55,8 +56,7 @@ class RecordingPrinters : public vc::Printers {
     return chosen;
   }
   bool Preview(const vc::PrintJob& job, const vc::PrintDrawing& drawing) override {
-    drawing(*Opened(previews, job));
-    return wanted;
+    return drawing(*Opened(previews, job)) && wanted;
   }
 
  private:
