@@ -1,7 +1,5 @@
 #include "report/modReport.h"
 
-#include <array>
-#include <cstdio>
 #include <new>
 #include <span>
 #include <utility>
@@ -15,13 +13,6 @@ namespace {
 
 constexpr int HeadIndent = 10, PartIndent = 15, DetailIndent = 20;
 constexpr int Margin = 0;
-
-std::string TimeText(const WallTime& time) {
-  std::array<char, 16> text{};
-  const int length =
-      std::snprintf(text.data(), text.size(), "%02d:%02d:%02d", time.hour, time.minute, time.second);
-  return {text.data(), static_cast<std::size_t>(length)};
-}
 
 class Hourglass {
  public:
