@@ -88,6 +88,14 @@ CtlSIF::CtlSIF(const PanelContext& context)
   BindButtons();
   BindLimits();
   BindPlot();
+  panel.report = {ReportLine("Filter Operation: ", mode),
+                  ReportLine("Filter Amount: ", amount, " %"),
+                  ReportLine("Filter Output Gain: ", filterGain, " dB"),
+                  ReportLine(lower.frame, ": ", lower.line, " Hz"),
+                  ReportLine(upper.frame, ": ", upper.line, " Hz"),
+                  ReportLine("Output Shape: ", shape),
+                  ReportLine::Empty(),
+                  ReportLine::Token("%SI", panel.settings.curFilter)};
 }
 
 void CtlSIF::BindForm() {

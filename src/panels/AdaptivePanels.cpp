@@ -240,6 +240,23 @@ AdaptivePanel::AdaptivePanel(const PanelContext& context, const AdaptiveFilter& 
   panel.shown.emplace_back([this] { ShowLimits(); });
   BindAutoNormalize();
   BindButtons();
+  Describe();
+}
+
+void AdaptivePanel::Describe() {
+  const auto length = [](const std::string& label, const LengthField& field, const char* unit) {
+    return ReportLine(label, field.samples, unit, field.time, " milliseconds)");
+  };
+  panel.report = {length("Filter Size: ", taps, " taps (")};
+  if (delayChan) panel.report.emplace_back("DelayChannel: ", *delayChan);
+  panel.AddToReport(
+      {length(std::string(filter.spanCaption) + ": ", span, " samples ("),
+       ReportLine("Adapt Rate: Mu = ", shownMu, " x 2^-14"),
+       ReportLine("Adapt Mode: ", ReportPiece::Whether(btnAutoNormalize, "Auto Normalize", "Fixed")),
+       ReportLine("Filter Adapts: ", condition.adaptSelect),
+       ReportLine("Threshold: ", condition.thresh, "dB"), ReportLine("Processor Output: ", processOutput),
+       ReportLine("Adapt/Freeze: ", ReportPiece::Whether(adapt.button, "Adapt", "Freeze")),
+       ReportLine::Token("%CO", panel.settings.curFilter)});
 }
 
 void AdaptivePanel::BindAutoNormalize() {

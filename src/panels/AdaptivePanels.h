@@ -88,6 +88,7 @@ struct AdaptivePanel {
  private:
   void BindAutoNormalize();
   void BindButtons();
+  void Describe();
   void Exchange(TableExchange::Direction direction);
   void TellRightChannel();
   void ShowLimits();

@@ -69,6 +69,17 @@ void BandBank::ShowCaptions() {
   }
 }
 
+std::vector<ReportLine> BandBank::Report(const char* words, const std::function<ReportPiece(int band)>& value,
+                                         const char* ending) const {
+  std::vector<ReportLine> lines{ReportLine("Slider Settings:")};
+  for (int band = 0; band < BandCount; ++band) {
+    const Slider& slider = bands.at(static_cast<std::size_t>(band))->slider;
+    const ReportPiece frequency([&slider] { return slider.core.Caption(); });
+    lines.push_back(ReportLine(frequency, words, value(band), ending).Deeper());
+  }
+  return lines;
+}
+
 double BandBank::FrequencyOf(int band) const {
   return BandFrequencies(panel.settings.bandwidthIndex)[static_cast<std::size_t>(band)];
 }

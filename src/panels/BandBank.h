@@ -45,6 +45,10 @@ struct BandBank {
   Button btnRecall{fraTogether, "btnRecall", "Recall..."};
 
   Slider& SliderOf(int band) { return bands.at(static_cast<std::size_t>(band))->field.slider; }
+  const TextBox& TextOf(int band) const { return bands.at(static_cast<std::size_t>(band))->entry.text; }
+  // A line for each band: its frequency, words, and what is said of its slider.
+  std::vector<ReportLine> Report(const char* words, const std::function<ReportPiece(int band)>& value,
+                                 const char* ending) const;
   // In Hz, of band 0..19.
   double FrequencyOf(int band) const;
 

@@ -73,6 +73,8 @@ GraphicPanel::GraphicPanel(const PanelContext& context, const GraphicStage& desc
       foot(panel, stage.switchName, "Active") {
   panel.form.initialFocus = &bank.SliderOf(0).core;
   panel.shown.emplace_back([this] { ShowBars(); });
+  panel.report = bank.Report(
+      "Hz Band Gain: ", [this](int band) { return ReportPiece(bank.TextOf(band)); }, "dB");
 }
 
 // Two bands meet halfway between their frequencies.

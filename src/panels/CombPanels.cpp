@@ -55,9 +55,16 @@ HandleAxis AlongLimit(Slider& slider) {
 
 }  // namespace
 
-const CombKind CtlComb{"CtlComb",     "Comb",        FilterKind::Comb,  "Comb Frequency",
-                       "Notch Limit", "Notch Depth", "Notch Harmonics", 2,
-                       true};
+const CombKind CtlComb{"CtlComb",
+                       "Comb",
+                       FilterKind::Comb,
+                       "Comb Frequency",
+                       "Notch Limit",
+                       "Notch Depth",
+                       "Notch Harmonics",
+                       2,
+                       true,
+                       {"Comb Frequency: ", "Notch Depth: ", "Notch Limit: ", "Notch Harmonics: "}};
 const CombKind CtlSpcht{"CtlSpcht",
                         "Inverse Comb",
                         FilterKind::InverseComb,
@@ -66,7 +73,8 @@ const CombKind CtlSpcht{"CtlSpcht",
                         "Attenuation",
                         "Enhance Harmonics",
                         100,
-                        false};
+                        false,
+                        {"Pitch Frequency: ", "Pitch Attenuation: ", "Pitch Limit: ", "Pitch Harmonics: "}};
 
 CombPanel::CombPanel(const PanelContext& context, const CombKind& combKind)
     : kind(combKind),
@@ -93,6 +101,9 @@ CombPanel::CombPanel(const PanelContext& context, const CombKind& combKind)
   }
   limit.field.within = [this](double hertz) { return AboveFundamental(hertz); };
   limit.field.storedWhenMoved = true;
+  panel.report = {ReportLine(kind.report.frequency, frequency, " Hz"),
+                  ReportLine(kind.report.depth, depth, " dB"), ReportLine(kind.report.limit, limit, " Hz"),
+                  ReportLine(kind.report.harmonics, harmonic)};
 }
 
 double CombPanel::Stored(const PerStage<std::int16_t>& field) const {

@@ -18,6 +18,9 @@ struct CombKind {
   const char *frequencyCaption, *limitCaption, *depthCaption, *harmonicCaption;
   double leastLimit;    // position of the limit's slider
   bool stopsItsSeries;  // rather than all beside it; its fundamental stays below the limit
+  struct {
+    const char *frequency, *depth, *limit, *harmonics;
+  } report;  // what its lines in a report begin with
 };
 extern const CombKind CtlComb, CtlSpcht;
 

@@ -44,6 +44,8 @@ const CurveKind CtlHiRes{"CtlHiRes",
                          "btnFilterActive",
                          IndivFileType::HiResGraphic,
                          OfHiRes,
+                         "%SG",
+                         true,
                          nullptr};
 const CurveKind CtlEDGE{"CtlEDGE",
                         "Spectral Graphic",
@@ -56,6 +58,8 @@ const CurveKind CtlEDGE{"CtlEDGE",
                         "btnEqActive",
                         IndivFileType::SpectralEqualizer,
                         OfSpectral,
+                        "%EG",
+                        false,
                         nullptr};
 const CurveKind CtlCustomCurve{
     "CtlCustomCurve",
@@ -69,6 +73,8 @@ const CurveKind CtlCustomCurve{
     nullptr,
     IndivFileType::CustomCurve,
     OfCustomCurve,
+    nullptr,
+    false,
     "The spectral inverse filter takes this curve when it is built with the output shape \"Custom\"."};
 
 }  // namespace vc

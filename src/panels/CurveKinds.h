@@ -21,6 +21,9 @@ struct CurveKind {
   std::int16_t fileType;                // IndivFileType of the curve
   // What the coefficients of the curve really have over the frequencies, at so many places.
   PlotTrace (*response)(const SystemSettings& settings, const PlotAxis& frequencies, std::size_t points);
+  // Where a report has a graph of it: the token, or null, and whether an empty line goes before.
+  const char* reportToken;
+  bool reportSpaced;
   const char* note;  // what the curve is for, where the title does not say it
 };
 extern const CurveKind CtlHiRes, CtlEDGE, CtlCustomCurve;

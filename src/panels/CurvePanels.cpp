@@ -66,6 +66,10 @@ CurvePanel::CurvePanel(const PanelContext& context, const CurveKind& curveKind)
     Abort();
     panel.Close();
   };
+  if (kind.reportSpaced) panel.report.push_back(ReportLine::Empty());
+  if (kind.reportToken != nullptr) {
+    panel.report.push_back(ReportLine::Token(kind.reportToken, panel.settings.*kind.block));
+  }
   BindButtons();
   BindPlot();
   panel.parameters.emplace_back([this] { FollowRecord(); });

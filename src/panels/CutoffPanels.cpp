@@ -112,6 +112,9 @@ EdgePanel::EdgePanel(const PanelContext& context, const EdgeFilter& edgeFilter)
             Fixed(LeastAtten, MostAtten), InRecord(panel, OfFilter(filter.atten))) {
   panel.form.initialFocus = &cutoff.field.slider.core;
   cutoff.field.texts.emplace_back([this] { slope.entry.Redisplay(); });
+  panel.report = {ReportLine("Cutoff Frequency: ", cutoff, " Hz"),
+                  ReportLine("Transition Slope: ", slope, " dB/Octave"),
+                  ReportLine("Stopband Attenuation: ", atten, " dB")};
 }
 
 BandPanel::BandPanel(const PanelContext& context, const BandFilter& bandFilter)
@@ -160,6 +163,12 @@ BandPanel::BandPanel(const PanelContext& context, const BandFilter& bandFilter)
   for (SliderField* field : {&loCutoff.field, &hiCutoff.field, &slope}) {
     field->texts.emplace_back([this] { ShowSlopes(); });
   }
+  panel.report = {ReportLine("Lower Cutoff Frequency: ", loCutoff, " Hz"),
+                  ReportLine("Upper Cutoff Frequency: ", hiCutoff, " Hz"),
+                  ReportLine("Transition Slope: "),
+                  ReportLine("Lower: ", loSlope, " dB/Octave").Deeper(),
+                  ReportLine("Upper: ", hiSlope, " dB/Octave").Deeper(),
+                  ReportLine("Stopband Attenuation: ", atten, " dB")};
 }
 
 void BandPanel::ShowSlopes() {

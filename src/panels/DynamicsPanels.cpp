@@ -95,6 +95,12 @@ DynamicsPanel::DynamicsPanel(const PanelContext& context, const DynamicsStage& d
   btnNagra.clicked = [this] { SetPreset(); };
   panel.shown.emplace_back([this] { Draw(); });
   if (stage.asksForLevels) AskForEqualizerLevels(panel);
+  panel.report = {ReportLine("Expansion Ratio: ", expansionRatio),
+                  ReportLine("Compression Ratio: ", compressionRatio),
+                  ReportLine("Limit Threshold: ", limit, " dB"),
+                  ReportLine("Compression Threshold: ", compression, " dB"),
+                  ReportLine("Attack Time: ", attack, " ms"),
+                  ReportLine("Release Time ", release, " ms")};
 }
 
 Parameter DynamicsPanel::Edited(const FieldRow& row, const std::string& title) {

@@ -138,6 +138,18 @@ MultiplePanel::MultiplePanel(const PanelContext& context, const MultipleKind& mu
   btnBuild.clicked = [this] { Build(); };
   btnDestroy.clicked = [this] { Destroy(); };
   OfferHandles();
+  Describe();
+}
+
+// Rows that are out say nothing.
+void MultiplePanel::Describe() {
+  panel.report = {ReportLine("Attenuation: ", atten, " dB")};
+  for (BandRow& row : rows) {
+    const auto used = [&row] { return !row.IsOut(); };
+    const std::string name = kind.rowCaption + std::to_string(row.frame.core.index + 1);
+    panel.report.push_back(ReportLine(name + " Frequency: ", row.frequency, " Hz").Where(used));
+    panel.report.push_back(ReportLine(name + " Width: ", row.width, " Hz").Where(used));
+  }
 }
 
 // Of the rows that are out the first one waits to be drawn in.

@@ -60,6 +60,7 @@ struct MultiplePanel {
   template <int... Numbers>
   std::array<BandRow, Rows> MakeRows(std::integer_sequence<int, Numbers...> numbers);
   void OfferHandles();
+  void Describe();
   ResponseCurve::Setting Around() const;
   double AttenuationDb() const;
   // As it is built and, where the rows that are set would make another one, that one behind it.

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 #include "model/FieldAccess.h"
 #include "model/Kinds.h"
@@ -99,6 +100,12 @@ NoiseControls::NoiseControls(Panel& owner, std::int16_t kindOfStage)
   panel.form.keys["Ctrl+N"] = [this] { parms.Open(); };
 }
 
+std::vector<ReportLine> NoiseControls::Report() const {
+  return {ReportLine("Master Attenuation: ", atten),
+          ReportLine("Noise Smoothing: ", ReportPiece::Whether(btnActive, "Active", "Inactive")),
+          ReportLine("Output Gain: ", filterGain)};
+}
+
 CtlNoiseReducer::CtlNoiseReducer(const PanelContext& context)
     : panel(context, "CtlNoiseReducer", "Noise Reducer"),
       response(panel, BlockFamily::Broadband, BroadbandKind::NoiseReducer, [this] { return Around(panel); }),
@@ -112,6 +119,7 @@ CtlNoiseReducer::CtlNoiseReducer(const PanelContext& context)
                       })) {
   response.pltResponse.SetNote(Note);
   panel.form.initialFocus = &controls.atten.field.slider.core;
+  panel.report = controls.Report();
 }
 
 CtlNoiseEq::CtlNoiseEq(const PanelContext& context)
@@ -124,6 +132,19 @@ CtlNoiseEq::CtlNoiseEq(const PanelContext& context)
           [this](double decibels) { return PositionOfBand(panel, decibels); }) {
   response.pltResponse.SetNote(Note);
   panel.form.initialFocus = &bank.SliderOf(0).core;
+  Describe();
+}
+
+// How much is taken away of each band, where the panel's own numbers are decibels.
+void CtlNoiseEq::Describe() {
+  const auto reduction = [this](int band) {
+    return ReportPiece([&slider = std::as_const(bank.SliderOf(band))] {
+      constexpr double percent = 100;
+      return FixedText((1 - slider.Position()) * percent, 0);
+    });
+  };
+  panel.report = controls.Report();
+  panel.AddToReport(bank.Report(" Hz Band Reduction: ", reduction, "%"));
 }
 
 }  // namespace vc

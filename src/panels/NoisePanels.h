@@ -28,6 +28,8 @@ struct NoiseControls {
   LevelBar lbOutput{fraOutput, "lbOutput", "Output"};
   StageLevels tmrBargraph{panel, EntriesOfCurBroadband, lbOutput};
   CtlNoiseParms parms{panel, kind};
+
+  std::vector<ReportLine> Report() const;
 };
 
 struct CtlNoiseReducer {
@@ -49,6 +51,9 @@ struct CtlNoiseEq {
   NoiseControls controls;
   BandHandles bandHandles;
   PanelFoot foot{panel, "btnFilterActive", "Active"};
+
+ private:
+  void Describe();
 };
 
 }  // namespace vc

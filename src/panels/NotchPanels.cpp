@@ -1,6 +1,7 @@
 #include "panels/NotchPanels.h"
 
 #include <algorithm>
+#include <string>
 #include <vector>
 
 #include "model/Kinds.h"
@@ -76,6 +77,9 @@ NotchPanel::NotchPanel(const PanelContext& context, const NotchFilter& notchFilt
                  filter.stopsItsBand ? Downward(atten.field.slider) : HandleAxis(HandleRest::OnCurve),
                  &width.field.slider) {
   panel.form.initialFocus = &frequency.field.slider.core;
+  panel.report = {ReportLine(std::string(filter.frequencyCaption) + ": ", frequency, " Hz"),
+                  ReportLine(std::string(filter.widthCaption) + ": ", width, " Hz"),
+                  ReportLine(std::string(filter.attenCaption) + ": ", atten, " dB")};
   if (filter.stopsItsBand) return;
   stopHandle.emplace(response.pltResponse, "Stopband", HandleRest::AmidStopband,
                      Downward(atten.field.slider));

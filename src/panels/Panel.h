@@ -83,6 +83,9 @@ struct Panel {
   std::vector<std::function<void()>> shown;
   // What it says in a report; nothing where it has no settings of its own.
   std::vector<ReportLine> report;
+  void AddToReport(const std::vector<ReportLine>& lines) {
+    report.insert(report.end(), lines.begin(), lines.end());
+  }
 
   // Edits by one of the panel's controls: a step under the title, see RecordEdits.
   void Edit(const ControlCore& control, const std::string& title, std::initializer_list<FieldEdit> together,
@@ -95,6 +98,8 @@ struct Panel {
   void Fill();
   // On the screen, and not hidden by itself or with what owns it.
   bool OnShow() const;
+  // What moves now is moved by no hand.
+  bool Filling() const { return filling; }
   // Whether this control's own edit is under way.
   bool IsSource(const ControlCore& control) const { return source == &control; }
   void Close() { context.forms.Unload(form); }

@@ -204,6 +204,15 @@ void SubstageRow::ShowActive() {
   handle.plot.core.Changed("Handles");
 }
 
+std::vector<ReportLine> SubstageRow::Report() const {
+  return {ReportLine("Substage " + std::to_string(fraSubstage.core.index + 1) + ":"),
+          ReportLine("Center Frequency: ", center, "Hz"),
+          ReportLine("Width: ", ratio),
+          ReportLine("Boost/Cut: ", boost, "dB"),
+          ReportLine("Active/Inactive: ", ReportPiece::Whether(btnActive, "Active", "Inactive")),
+          ReportLine::Empty()};
+}
+
 ParametricPanel::ParametricPanel(const PanelContext& context, const ParametricStage& described)
     : stage(described),
       panel(context, stage.form, stage.title),
@@ -222,6 +231,7 @@ ParametricPanel::ParametricPanel(const PanelContext& context, const ParametricSt
   };
   panel.form.initialFocus = &substages.front()->center.field.slider.core;
   PrepareOutput();
+  for (const auto& substage : substages) panel.AddToReport(substage->Report());
   if (stage.asksForLevels) AskForEqualizerLevels(panel);
 }
 

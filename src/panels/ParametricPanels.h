@@ -40,6 +40,8 @@ struct SubstageRow {
   SliderText center, ratio, boost;
   PlotHandle handle;
 
+  std::vector<ReportLine> Report() const;
+
  private:
   void ShowActive();
 };

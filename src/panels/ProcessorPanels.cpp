@@ -22,7 +22,9 @@ HighpassPanel::HighpassPanel(const PanelContext& context, const HighpassBlock& b
     : panel(context, block.form, block.title),
       cutoff(panel, fraSettings, "Cutoff Frequency", "sldrCutoff", "txtCutoff", WholeTens("Hz"),
              Fixed(LeastCutoff, MostCutoff), InRecord(panel, Single(block.cutoff))) {
-  panel.report = {ReportLine("Cutoff Frequency: ", cutoff, " Hz")};
+  // As it runs: it may lie between the tens that can be set here, and a fill would move it there.
+  const std::int16_t running = Nearest(NumberOf(panel.settings, block.cutoff, 0, 0));
+  panel.report = {ReportLine("Cutoff Frequency: ", std::to_string(running), " Hz")};
 }
 
 AGCSetup::AGCSetup(const PanelContext& context)

@@ -24,9 +24,8 @@ ReportPiece ReportPiece::Whether(const GraphicButton& button, const char* down, 
   return Whether([&button] { return button.Value() == 1; }, down, up);
 }
 
-ReportLine ReportLine::Token(const char* token, std::function<int()> stage) {
-  const auto digit = [number = std::move(stage)] { return std::to_string(number()); };
-  return ReportLine(token, ReportPiece(digit)).AtMargin();
+ReportLine ReportLine::Token(const char* token, const std::int16_t& stage) {
+  return ReportLine(token, ReportPiece([&stage] { return std::to_string(stage); })).AtMargin();
 }
 
 ReportLine ReportLine::Deeper() && {

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <concepts>
+#include <cstdint>
 #include <functional>
 #include <span>
 #include <string>
@@ -47,7 +48,7 @@ struct ReportLine {
       : pieces{ReportPiece(row)...} {}
 
   // A line alone at the margin, which whoever prints the report draws something for; see ReportToken.
-  static ReportLine Token(const char* token, std::function<int()> stage);
+  static ReportLine Token(const char* token, const std::int16_t& stage);
   static ReportLine Empty() { return ReportLine().AtMargin(); }
 
   ReportLine Deeper() &&;

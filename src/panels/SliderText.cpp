@@ -81,7 +81,7 @@ void SliderField::Store(double wished) {
   const double value = within ? within(wished) : wished;
   panel.context.edits.history.KeepOpen(slider.Held());
   parameter.store(value, slider.core, slider.core.Caption());
-  if (value != wished) panel.context.desk.Beep();
+  if (value != wished && !panel.Filling()) panel.context.desk.Beep();
 }
 
 double SliderField::Wished() const { return parameter.kept(stored(slider.Position())); }
