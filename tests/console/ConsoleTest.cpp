@@ -5,44 +5,14 @@
 
 #include <gtest/gtest.h>
 
-#include "RecordingPrinters.h"
+#include "ConsoleRun.h"
 #include "SampleForm.h"
-#include "ScriptedUnit.h"
-#include "TempFolder.h"
-#include "VirtualLine.h"
-#include "console/Console.h"
-#include "host/CairoPictures.h"
-#include "host/PosixFiles.h"
 #include "model/Settings.h"
 
 namespace console {
 namespace {
 
-struct Consoles : testing::Test {
-  support::TempFolder folder;
-  support::VirtualClock clock;
-  host::TimerLoop loop{clock};
-  std::ostringstream out;
-  ConsoleDesk desk{out, clock, {PROGRAM_FOLDER, folder.Path()}};
-  support::ScriptedUnit unit;
-  support::VirtualPorts ports{clock, unit.End()};
-  host::PosixFiles files;
-  support::RecordingPrinters printers;
-  host::CairoPictures pictures;
-  vc::Session session{{clock, loop, desk, ports, files, printers, pictures}};
-  Console face{session, desk, loop, out};
-
-  Consoles() {
-    unit.always = support::GoodReply;
-    session.Start();
-    out.str("");
-  }
-  std::string Say(const std::string& line) {
-    out.str("");
-    face.Execute(line);
-    return out.str();
-  }
-};
+struct Consoles : testing::Test, support::ConsoleRun {};
 
 TEST_F(Consoles, ListsFormsAndControls) {
   EXPECT_EQ(Say("forms"), "MasterControl\tVeltrana Master Control Panel\tmodeless\tshown\n");
