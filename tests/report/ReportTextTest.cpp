@@ -2,6 +2,7 @@
 // been read by eye (tests/report/expected). With the variable VELTRANA_WRITE_REPORTS set, a run writes the
 // texts anew and fails: read what has changed before it is kept.
 #include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -85,6 +86,26 @@ TEST(Report, KnowsAllEndsOfADescriptionsLines) {
     run.record.setupDescription = same;
     EXPECT_EQ(ReportOf(run.session), report);
   }
+}
+
+// What edits no stage and no block of the chain.
+constexpr std::array<std::string_view, 1> SaysNothing{"AuxCtl"};  // the memories of the unit
+
+TEST(Report, HasLinesOfEveryPanel) {
+  support::PanelRun run;
+  for (const PanelRow& row : PanelHost::Rows()) {
+    const bool silent = std::ranges::find(SaysNothing, row.name) != SaysNothing.end();
+    EXPECT_EQ(PanelHost::Ask(row.name, support::LoneContext(run, "")).empty(), silent) << row.name;
+  }
+}
+
+TEST(Report, KnowsNothingOfAKindThatIsNone) {
+  support::PanelRun run;
+  run.record.filterType[1] = 99;
+  run.session.master.ConfigMasterControl();
+  EXPECT_THAT(ReportOf(run.session), testing::HasSubstr("                    Mode: \r\n"
+                                                        "                    No Data Available.\r\n"));
+  EXPECT_EQ(run.record.filterType[1], 99);
 }
 
 }  // namespace

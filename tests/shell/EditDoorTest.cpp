@@ -3,7 +3,7 @@
 #include <cmath>
 
 #include "PanelOpening.h"
-#include "model/FieldText.h"
+#include "RecordDifference.h"
 
 namespace vc {
 namespace {
@@ -17,14 +17,8 @@ struct Outcome {
 
 // Where two outcomes part, for the message.
 std::string Difference(const Outcome& one, const Outcome& other) {
-  std::string text = one.sent == other.sent ? "" : "sent " + one.sent + "against " + other.sent;
-  for (const FieldRow& row : Fields()) {
-    ForEachElement(row, [&](int i, int j) {
-      const std::string first = FieldText(one.record, row, i, j), second = FieldText(other.record, row, i, j);
-      if (first != second) text += " " + std::string(row.name) + " " + first + " against " + second;
-    });
-  }
-  return text;
+  return (one.sent == other.sent ? "" : "sent " + one.sent + "against " + other.sent) +
+         support::Difference(one.record, other.record);
 }
 
 // A run with every kind of panel behind it, at rest.
