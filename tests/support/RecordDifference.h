@@ -13,7 +13,7 @@ inline std::string Difference(const vc::SystemSettings& one, const vc::SystemSet
   for (const vc::FieldRow& row : vc::Fields()) {
     vc::ForEachElement(row, [&](int i, int j) {
       const std::string first = FieldText(one, row, i, j), second = FieldText(other, row, i, j);
-      if (first != second) text += " " + std::string(row.name) + " " + first + " against " + second;
+      if (first != second) text.append(" ").append(row.name) += " " + first + " against " + second;
     });
   }
   return text;
