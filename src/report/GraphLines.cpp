@@ -84,7 +84,7 @@ std::vector<std::vector<Point>> Clipped(std::span<const Point> points, double to
   std::vector<std::vector<Point>> stretches;
   for (std::size_t i = 1; i < points.size(); ++i) {
     const auto part = PartBetween(points[i - 1], points[i], top, bottom);
-    if (!part) continue;
+    if (!part || part->first == part->second) continue;
     if (stretches.empty() || stretches.back().back() != part->first) stretches.push_back({part->first});
     stretches.back().push_back(part->second);
   }

@@ -303,6 +303,51 @@ TEST(SoundToScreen, PeaksAreHeldUntilTheClearAndHeldTracesUntilTheRun) {
   EXPECT_LT(run.Drawn(0, 200), -65);
 }
 
+// Tones move on below the preview: what is on paper is what was on the screen at the click.
+TEST(SoundToScreen, PaperHasWhatTheWindowShowedAtTheClick) {
+  Screen run;
+  run.Edit("specDisplayMode", "2");
+  run.Open();
+  EXPECT_EQ(run.Set("cmbAveragerMode", "No Average"), "");
+  EXPECT_EQ(run.Set("cmbBlueSignalSelect", "Line Output"), "");
+  EXPECT_EQ(run.Click("btnMarker"), "");
+  const Signal heard = Tones({{run.LineHz(50), -7}, {run.LineHz(300), -31}}, run.HostRate(), 2);
+  run.Play(heard, Signal(heard.size()));
+  run.HearUntil(1.9);
+  EXPECT_EQ(run.Click("btnFindPeak"), "");
+  const std::vector<vc::PlotTrace> shown = std::get<vc::Plot*>(run.Find("pbxSpec"))->Traces();
+  const std::string marked = "Freq: " + run.Get("txtMarkerFreq") + " Hz    Mag: ";
+  const std::vector<std::string> magnitudes{run.Get("lblTrace2Mag"), run.Get("lblTrace1Mag")};
+  run.test.printers.printable = {10460, 15400};
+  run.test.printers.previewed = [&run] { run.HearUntil(3.9); };
+  EXPECT_EQ(run.Click("btnPrint"), "");
+  EXPECT_NE(run.Get("lblTrace1Mag"), magnitudes[1]);
+  ASSERT_EQ(run.test.printers.printouts.size(), 1U);
+  const auto& page = run.test.printers.printouts.front().pages.front();
+  std::vector<std::vector<vc::Point>> curves;
+  for (const auto& line : page.lines) {
+    if (line.points.size() == 460) curves.push_back(line.points);
+  }
+  ASSERT_EQ(curves.size(), 2U);
+  std::vector<double> tops;
+  std::vector<std::string> readings;
+  for (const auto& text : page.texts) {
+    if (text.text == "0dB") tops.push_back(text.top);
+    if (text.text.starts_with("Freq: ")) readings.push_back(text.text);
+  }
+  for (std::size_t i = 0; i < 2; ++i) {
+    EXPECT_EQ(readings.at(i), marked + magnitudes[i] + " dB");
+    for (std::size_t line = 0; line < 460; ++line) {
+      const double level = shown.at(1 - i).values[line], below = curves[i][line].y - tops.at(i);
+      if (level > -69.9) {
+        ASSERT_NEAR(below, std::max(100.0, -level * 39.5), 0.51) << line;
+      } else {
+        ASSERT_GT(below, 2760) << line;
+      }
+    }
+  }
+}
+
 // What the line and the tick allow: a tick sends, the reply comes byte by byte, the first tick behind its end
 // reads it.
 TEST(SoundToScreen, TracesComeAsOftenAsTheLineAndTheTickAllow) {

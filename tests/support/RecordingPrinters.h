@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -17,9 +18,15 @@ struct PrintedText {
   std::string text;
 };
 
+struct PrintedLine {
+  std::vector<vc::Point> points;
+  vc::LineStyle style;
+  bool operator==(const PrintedLine&) const = default;
+};
+
 struct PrintedPage {
   std::vector<PrintedText> texts;
-  int lines = 0;  // polylines
+  std::vector<PrintedLine> lines;
 };
 
 struct Printout {
@@ -37,9 +44,10 @@ class RecordingPrinters : public vc::Printers {
   vc::Size printable{11000, 4000};
   int failingPage = 0;  // which cannot be begun
   bool endFails = false;
-  bool chosen = true;  // the dialog is not cancelled
-  std::string choice;  // what is chosen there; the job's own where empty
-  bool wanted = true;  // once it has been seen
+  bool chosen = true;               // the dialog is not cancelled
+  std::string choice;               // what is chosen there; the job's own where empty
+  bool wanted = true;               // once it has been seen
+  std::function<void()> previewed;  // while it is looked at
   std::vector<Printout> printouts, previews;
 
   static constexpr int LetterWidth = 108, LetterHeight = 200;
@@ -56,7 +64,9 @@ class RecordingPrinters : public vc::Printers {
     return chosen;
   }
   bool Preview(const vc::PrintJob& job, const vc::PrintDrawing& drawing) override {
-    return drawing(*Opened(previews, job)) && wanted;
+    const bool drawn = drawing(*Opened(previews, job));
+    if (previewed) previewed();
+    return drawn && wanted;
   }
 
  private:
@@ -73,8 +83,8 @@ class RecordingPrinters : public vc::Printers {
     void DrawText(int left, int top, const std::string& text) override {
       Out().pages.back().texts.push_back({left, top, text});
     }
-    void DrawPolyline(std::span<const vc::Point> /*points*/, vc::LineStyle /*style*/) override {
-      ++Out().pages.back().lines;
+    void DrawPolyline(std::span<const vc::Point> points, vc::LineStyle style) override {
+      Out().pages.back().lines.push_back({{points.begin(), points.end()}, style});
     }
     int PageNumber() const override { return static_cast<int>(outs[index].pages.size()); }
     bool NewPage() override {
