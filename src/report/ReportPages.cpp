@@ -270,8 +270,8 @@ bool WriteReportFile(Files& files, std::string_view text, const std::string& pat
 
 bool BeginsLetter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }
 
-std::string TimeText(const WallTime& time) {
-  return TwoDigits(time.hour) + ":" + TwoDigits(time.minute) + ":" + TwoDigits(time.second);
+std::string TimeText(const WallTime& now) {
+  return TwoDigits(now.hour) + ":" + TwoDigits(now.minute) + ":" + TwoDigits(now.second);
 }
 
 std::string DateText(const WallTime& time) {
