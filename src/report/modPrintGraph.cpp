@@ -225,13 +225,15 @@ void modPrintGraph::PrintDescription() {
 bool modPrintGraph::Print(bool standAlone) {
   const int head = HeadLines * LineHeight();
   const auto places = PlaceItems(items, standAlone ? head : top, head, document.Printable().height);
+  if (places.empty()) return !standAlone || document.End();
+  const int pages = document.PageNumber() - 1 + places.back().page;  // a report has nothing behind them
   const PageHeader header{source.settings.setupDescription, source.printed};
   const auto nextPage = [&] {
     if (!document.NewPage()) return false;
-    PrintPageHeader(document, header, places.back().page);
+    PrintPageHeader(document, header, pages);
     return true;
   };
-  if (standAlone) PrintPageHeader(document, header, places.back().page);
+  if (standAlone) PrintPageHeader(document, header, pages);
   return DrawItems(items, places, nextPage) && (!standAlone || document.End());
 }
 

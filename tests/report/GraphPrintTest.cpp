@@ -277,6 +277,11 @@ TEST_F(Graphs, StandOnAFurtherPageWhereThereIsNoRoom) {
     EXPECT_EQ(PrintAlone(), pages == 1);
     printers.failingPage = 0;
   }
+  printers.printable.height = 800 + 2 * 3835 - 1;
+  ASSERT_TRUE(Draw({ReportToken::SpectrumPage}, 800));
+  ASSERT_EQ(Pages().size(), 2U);
+  EXPECT_THAT(Texts(Pages().back()).front(), testing::EndsWith("   Page 2 of 2"));
+  EXPECT_THAT(Texts(Pages().back()), Contains("0,800 0dB"));
   for (const Size& sheet : {Size{0, 0}, Size{10, 900}, Size{3000, -5}}) {
     printers.printable = sheet;
     EXPECT_TRUE(PrintAlone());

@@ -310,6 +310,8 @@ TEST(SoundToScreen, PaperHasWhatTheWindowShowedAtTheClick) {
   run.Open();
   EXPECT_EQ(run.Set("cmbAveragerMode", "No Average"), "");
   EXPECT_EQ(run.Set("cmbBlueSignalSelect", "Line Output"), "");
+  EXPECT_EQ(run.Type("txtYellowGain", "3", true), "");
+  EXPECT_EQ(run.Type("txtBlueGain", "12", true), "");
   EXPECT_EQ(run.Click("btnMarker"), "");
   const Signal heard = Tones({{run.LineHz(50), -7}, {run.LineHz(300), -31}}, run.HostRate(), 2);
   run.Play(heard, Signal(heard.size()));
@@ -330,11 +332,14 @@ TEST(SoundToScreen, PaperHasWhatTheWindowShowedAtTheClick) {
   }
   ASSERT_EQ(curves.size(), 2U);
   std::vector<double> tops;
-  std::vector<std::string> readings;
+  std::vector<std::string> readings, texts;
   for (const auto& text : page.texts) {
+    texts.push_back(text.text);
     if (text.text == "0dB") tops.push_back(text.top);
     if (text.text.starts_with("Freq: ")) readings.push_back(text.text);
   }
+  EXPECT_THAT(texts, testing::IsSupersetOf({std::string("Blue Trace: Line Output   Gain: 12 dB"),
+                                            std::string("Yellow Trace: Left In   Gain: 3 dB")}));
   for (std::size_t i = 0; i < 2; ++i) {
     EXPECT_EQ(readings.at(i), marked + magnitudes[i] + " dB");
     for (std::size_t line = 0; line < 460; ++line) {
