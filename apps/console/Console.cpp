@@ -210,7 +210,9 @@ void Console::Close(const std::string& arguments) {
   vc::Form* form = arguments.empty() ? session.forms.Top() : session.forms.Find(arguments);
   if (form == nullptr) return Error(arguments, "no such form is open");
   if (!session.forms.Operable(*form)) return Error(arguments, form->name + " is behind a modal form");
+  const std::string why = form->refusal;
   session.forms.Close(*form);
+  if (!why.empty()) Error(form->name, why);
 }
 
 void Console::Record(const std::string& arguments) {

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <iostream>
 #include <string>
+#include <utility>
 
 #include <poll.h>
 #include <unistd.h>
@@ -27,9 +28,9 @@ class LineInput {
 
   // Waits at most so long for more, or until the other descriptor can be read.
   void Await(std::int64_t microseconds) {
-    std::array<pollfd, 2> watched{{{STDIN_FILENO, POLLIN, 0}, {wake, POLLIN, 0}}};
+    std::array<pollfd, 2> watched{{{ended ? -1 : STDIN_FILENO, POLLIN, 0}, {wake, POLLIN, 0}}};
     const timespec limit{microseconds / 1000000, microseconds % 1000000 * 1000};
-    if (ended || ppoll(watched.data(), watched.size(), &limit, nullptr) <= 0) return;
+    if (ppoll(watched.data(), watched.size(), &limit, nullptr) <= 0) return;
     if (watched[0].revents != 0) Read();
   }
 
@@ -58,10 +59,15 @@ class LineInput {
   bool ended = false;
 };
 
-// Timers go on while the operator thinks.
-void AwaitLine(host::TimerLoop& loop, vc::Clock& clock, LineInput& input) {
+// Timers go on while the operator thinks. Where one of them waits in its turn and lets events run, a line is
+// such an event.
+void AwaitLine(host::TimerLoop& loop, vc::Clock& clock, LineInput& input, console::Console& face) {
   constexpr int longestMilliseconds = 1000;
-  loop.SetIdle([&input](std::int64_t microseconds) { input.Await(microseconds); });
+  loop.SetIdle([&input, &face, within = false](std::int64_t microseconds) mutable {
+    input.Await(microseconds);
+    std::string line;
+    if (std::exchange(within, true) && input.Take(line)) face.Execute(line);
+  });
   try {
     loop.RunEvents(longestMilliseconds);
   } catch (const vc::Fault& fault) {
@@ -71,11 +77,11 @@ void AwaitLine(host::TimerLoop& loop, vc::Clock& clock, LineInput& input) {
 }
 
 int RunConsole() {
-  const host::EndSignals signals;
+  host::EndSignals signals;
   const host::Folders folders = host::FindFolders();
   host::SystemClock clock;
   host::TimerLoop loop(clock);
-  loop.SetEndAsked([&signals] { return signals.Come(); });
+  loop.SetEndAsked([&signals] { return signals.Come(); }, [&signals] { signals.Forget(); });
   host::PosixSerialPorts ports({.linkFolder = folders.executable + "/ports"});
   console::ConsoleDesk desk(std::cout, clock, folders);
   host::PosixFiles files;
@@ -95,7 +101,7 @@ int RunConsole() {
     } else if (input.Exhausted()) {
       face.Execute("quit");
     } else {
-      AwaitLine(loop, clock, input);
+      AwaitLine(loop, clock, input, face);
     }
   }
   session.Exit();

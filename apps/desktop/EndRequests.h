@@ -11,8 +11,10 @@ namespace desktop {
 
 class EndRequests {
  public:
-  // end is called for every signal, save where the session manager asks that work be kept.
-  EndRequests(host::EndSignals& endSignals, std::function<void()> end, std::function<void()> save);
+  // end is called for every signal, save where the session manager asks that work be kept. Where end is
+  // refused, which refused tells, the session goes on.
+  EndRequests(host::EndSignals& endSignals, std::function<void()> end, std::function<void()> save,
+              std::function<bool()> refused);
 
  private:
   QSocketNotifier notifier;

@@ -68,6 +68,11 @@ void QtEventLoop::KeepShown() {
 
 // Again, too: a box that has come up since then must not keep the program.
 void QtEventLoop::RequestEnd() {
+  if (endRefused) {
+    forgetAsked();
+    endRefused();
+    return;
+  }
   ending = true;
   end.start();
 }

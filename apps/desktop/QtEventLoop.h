@@ -18,14 +18,18 @@ class QtEventLoop : public vc::EventLoop {
   // something. A box that this handler shows now must not be answered by a key that was not meant for it.
   bool RefuseHeld() { return blocked && hold.Refuse(); }
   void RequestEnd() override;
-  bool Ending() const override { return ending || endAsked(); }
+  bool Ending() const override { return ending || (!endRefused && endAsked()); }
 
   // Asked whenever it matters; where it is true the end has been asked for from outside, and RequestEnd
-  // follows with the next event.
-  void SetEndAsked(std::function<bool()> asked) { endAsked = std::move(asked); }
+  // follows with the next event. It is forgotten where that is refused.
+  void SetEndAsked(std::function<bool()> asked, std::function<void()> forget) {
+    endAsked = std::move(asked);
+    forgetAsked = std::move(forget);
+  }
 
  private:
   std::function<bool()> endAsked = [] { return false; };
+  std::function<void()> forgetAsked = [] {};
   EventHold hold;
   bool blocked = false;  // the running handler has called KeepShown
   QTimer unblocked;      // fires once it has returned

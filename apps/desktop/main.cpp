@@ -19,10 +19,11 @@ int main(int argc, char** argv) {
   desktop::Application application(argc, argv);
   desktop::ApplyTheme(desktop::SystemTheme());
   desktop::Program program;
-  program.events.SetEndAsked([&signals] { return signals.Come(); });
+  program.events.SetEndAsked([&signals] { return signals.Come(); }, [&signals] { signals.Forget(); });
   const desktop::EndRequests requests(
       signals, [&program] { program.events.RequestEnd(); },
-      [&program] { program.session.lastState.KeepNow(); });
+      [&program] { program.session.lastState.KeepNow(); },
+      [&program] { return static_cast<bool>(program.events.endRefused); });
   // From within the running loop, so that the message boxes of the start work.
   QTimer::singleShot(0, &application, [&program] { program.session.Start(); });
   const int result = QApplication::exec();

@@ -67,4 +67,9 @@ bool EndSignals::Come() const {
   return come || (descriptor >= 0 && poll(&watched, 1, 0) == 1);
 }
 
+void EndSignals::Forget() {
+  Take();
+  come = false;
+}
+
 }  // namespace host

@@ -16,8 +16,9 @@ class EndSignals {
   int Descriptor() const { return descriptor; }
   // True where one has come since the last call.
   bool Take();
-  // True from the first one on, taken or not.
+  // True from the first one on, taken or not, until they are forgotten.
   bool Come() const;
+  void Forget();
 
  private:
   int descriptor;

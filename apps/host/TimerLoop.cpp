@@ -44,7 +44,17 @@ std::shared_ptr<TimerLoop::Slot> TimerLoop::Next() const {
   return next;
 }
 
+void TimerLoop::RequestEnd() {
+  if (endRefused) {
+    forgetAsked();
+    endRefused();
+  } else {
+    ending = true;
+  }
+}
+
 void TimerLoop::RunEvents(int waitMilliseconds) {
+  if (endRefused && endAsked()) RequestEnd();
   const std::int64_t end = clock.Microseconds() + waitMilliseconds * MicrosecondsPerMillisecond;
   if (auto next = Next(); !next || next->due > clock.Microseconds()) {
     const std::int64_t until = next ? std::min(next->due, end) : end;

@@ -19,16 +19,20 @@ class TimerLoop : public vc::EventLoop {
   std::unique_ptr<vc::Timer> CreateTimer(int intervalMilliseconds, std::function<void()> tick) override;
   void RunEvents(int waitMilliseconds) override;
   void KeepShown() override {}  // nothing is shown
-  void RequestEnd() override { ending = true; }
-  bool Ending() const override { return ending || endAsked(); }
+  void RequestEnd() override;
+  bool Ending() const override { return ending || (!endRefused && endAsked()); }
 
   // Runs events for so long, or until the end is asked for.
   void RunFor(int milliseconds);
   // Replaces the sleep between events: it gets the longest time to wait and may return early.
   void SetIdle(std::function<void(std::int64_t microseconds)> wait) { idle = std::move(wait); }
 
-  // Asked whenever it matters; where it is true the end has been asked for from outside.
-  void SetEndAsked(std::function<bool()> asked) { endAsked = std::move(asked); }
+  // Asked whenever it matters; where it is true the end has been asked for from outside, until that is
+  // forgotten.
+  void SetEndAsked(std::function<bool()> asked, std::function<void()> forget) {
+    endAsked = std::move(asked);
+    forgetAsked = std::move(forget);
+  }
 
   // A timer as the loop sees it; public for the timer handles only.
   struct Slot {
@@ -45,6 +49,7 @@ class TimerLoop : public vc::EventLoop {
   std::function<void(std::int64_t)> idle;
   std::vector<std::weak_ptr<Slot>> slots;
   std::function<bool()> endAsked = [] { return false; };
+  std::function<void()> forgetAsked = [] {};
   bool ending = false;
 };
 

@@ -29,6 +29,10 @@ class EventLoop {
   virtual void RequestEnd() = 0;
   // True once the end was asked for: a loop that lets events run must then return.
   virtual bool Ending() const = 0;
+
+  // While it is set the program must not end: requests to end it, those from outside too, are told here and
+  // then forgotten.
+  std::function<void()> endRefused;
 };
 
 }  // namespace vc

@@ -83,13 +83,19 @@ void Form::Focus(const ControlCore& control) const {
   if (focusWanted) focusWanted(control);
 }
 
+bool Form::MayClose() const {
+  if (refusal.empty()) return true;
+  if (closeRefused) closeRefused();
+  return false;
+}
+
 void Form::Escape() {
   for (const AnyControl& control : controls) {
     auto* const* text = std::get_if<TextBox*>(&control);
     if (text != nullptr && (*text)->Typed()) return (*text)->PutBack();
   }
   const Button* end = cancelButton == nullptr ? okButton : cancelButton;
-  if (end != nullptr) end->Click();
+  if (end != nullptr && MayClose()) end->Click();
 }
 
 Frame::Frame(Place place, const std::string& name, const std::string& caption, Arrangement arranged,

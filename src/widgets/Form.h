@@ -129,6 +129,11 @@ struct Form {
   // Takes what was typed into a text box, as leaving the box does.
   void TakeTyped();
 
+  // Why it cannot be closed now, in words; empty where it can. Whoever tries is told by closeRefused.
+  std::string refusal;
+  std::function<void()> closeRefused;
+  bool MayClose() const;
+
   std::function<void()> activated;  // the form became the active window
   // The operator closed the window. Without a handler that is the button that ends the form; a form that has
   // none is unloaded.

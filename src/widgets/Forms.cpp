@@ -79,6 +79,7 @@ void Forms::Unload(Form& form) {
 }
 
 void Forms::Close(Form& form) {
+  if (!form.MayClose()) return;
   const Button* end = form.cancelButton == nullptr ? form.okButton : form.cancelButton;
   if (form.cancelButton == nullptr) form.TakeTyped();
   if (form.closeRequested) {

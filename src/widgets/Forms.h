@@ -41,7 +41,7 @@ struct Forms {
   // Takes the form away, and before it what it owns, the uppermost first, with what was typed taken as Close
   // takes it. A form that is not open is left alone.
   void Unload(Form& form);
-  // What the operator does at the window's frame.
+  // What the operator does at the window's frame; a form that may not be closed stays.
   void Close(Form& form);
   // What was typed into any of them is taken, but for those that could still be left by Cancel.
   void TakeTyped() const;

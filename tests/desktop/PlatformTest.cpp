@@ -172,7 +172,7 @@ TEST(EndRequests, EverySignalAsksForTheEndAndALogoutForKeeping) {
   host::EndSignals signals;
   int ends = 0, keeps = 0;
   const EndRequests requests(
-      signals, [&ends] { ++ends; }, [&keeps] { ++keeps; });
+      signals, [&ends] { ++ends; }, [&keeps] { ++keeps; }, [] { return false; });
   int expected = 0;
   for (const int number : {SIGTERM, SIGINT, SIGHUP, SIGQUIT}) {
     EXPECT_EQ(signals.Come(), expected > 0);
