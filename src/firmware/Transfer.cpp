@@ -20,6 +20,9 @@ constexpr std::int32_t SecondThoughtTenths = 10;
 constexpr std::int32_t LateAnswerTenths = 2;
 constexpr const char* Refusal = "!RT";
 
+// Some events come only while there is time to wait for them.
+constexpr std::int32_t PacketsBetweenRests = 16;
+
 // How long a wait may hold up the windows, and how long that for a packet on its way out takes.
 constexpr int StepMilliseconds = 20;
 constexpr std::int64_t LongestRestMicroseconds = 50000;
@@ -44,13 +47,13 @@ void modFirmware::LetEventsRun(int milliseconds) {
 
 bool modFirmware::WaitWith(const std::function<void()>& rest, std::int32_t tenths,
                            const std::function<bool()>& done) {
+  TenthsTimer timer(platform, log);
   timer.StartTimeout(tenths);
   bool reached = done();
   while (!reached && !timer.CheckTimeout() && !Stopped()) {
     rest();
     reached = done();
   }
-  timer.StopTimeout();
   return reached;
 }
 
@@ -218,6 +221,7 @@ bool modFirmware::SendPackets(std::span<const std::uint8_t> image, std::int32_t 
       return Fail("The unit did not accept packet " + std::to_string(number) + " of " +
                   std::to_string(count));
     }
+    if (number % PacketsBetweenRests == 0) LetEventsRun(1);
     going = Report(count, number);
   }
   return going;

@@ -32,13 +32,13 @@ std::string Named(int section) { return "section " + std::to_string(section); }
 }  // namespace
 
 modFirmware::modFirmware(const Platform& host, modDebug& objectLog, UploadView uploadView)
-    : commMain(host.ports), platform(host), view(std::move(uploadView)), timer(platform, objectLog) {}
+    : commMain(host.ports), platform(host), view(std::move(uploadView)), log(objectLog) {}
 
 bool modFirmware::Fail(const std::string& why) {
   if (failure) return false;
   std::string reason = why;
   if (commMain.PortOpen() && commMain.Gone()) reason = "The port went away";
-  if (firmwareAbort) reason = "The update was stopped";
+  if (firmwareAbort) reason = "The update has been stopped";
   if (platform.events.Ending()) reason = "The program ended";
   failure = Fault{reason, UploadError, "StartFirmwareUpdate"};
   return false;
@@ -56,7 +56,7 @@ bool modFirmware::CloseComPort() {
 }
 
 bool modFirmware::StartFirmwareUpdate(int port) {
-  firmwareAbort = false;
+  firmwareAbort = stopped = false;
   state = {};
   failure.reset();
   bool succeeded = false;
@@ -66,7 +66,6 @@ bool modFirmware::StartFirmwareUpdate(int port) {
     Fail(fault.description);
   }
   End(succeeded);
-  if (auto fault = std::exchange(raisedMeanwhile, std::nullopt)) throw *fault;
   return succeeded;
 }
 
@@ -76,16 +75,21 @@ bool modFirmware::Run(int port) {
 
 // However it ended: the line is free, the blinker stands, and the operator is told.
 void modFirmware::End(bool succeeded) {
-  writing = false;
   firmwareAbort = true;
   CloseComPort();
   view.blink(false);
   view.doing("");
+  view.writing(false);
   if (succeeded) {
     view.section("Firmware Update Complete");
     view.HidePacketInfo();
+  } else {
+    view.failed(UnitStateText(state, failure.value_or(Fault{}).description));
   }
-  if (platform.events.Ending()) return;  // nobody is there to answer
+  if (!stopped && !platform.events.Ending()) TellEnd(succeeded);
+}
+
+void modFirmware::TellEnd(bool succeeded) const {
   if (succeeded) {
     platform.desk.Box(box::Information, "Upload Complete",
                       "Firmware uploaded successfully.  Click OK to continue");
@@ -144,7 +148,7 @@ bool modFirmware::Prepare(int section) {
 // From here to the end the unit has no program that it could run.
 bool modFirmware::Erase(int section) {
   view.doing("Erasing " + Named(section));
-  writing = true;
+  view.writing(true);
   state.sections.at(RowOf(section)) = SectionState::Erased;
   std::string reply;
   return TransmitCommand(Confirm, reply) || Fail("The unit did not erase " + Named(section));

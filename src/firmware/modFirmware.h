@@ -48,7 +48,14 @@ struct UploadView {
   Wire<bool(int total, int done)> SetXmodemResults;  // packets; false aborts
   Wire<void()> ShowPacketInfo;
   Wire<void()> HidePacketInfo;
+  // From the first erasing to the end: whoever ends the program or the window then leaves the unit without
+  // one.
+  Wire<void(bool on)> writing;
+  Wire<void(const std::string& words)> failed;  // in what state the unit is, and what to do
 };
+
+// "The unit ...": in what state an update that failed has left it, and what the operator is to do now.
+std::string UnitStateText(const UpdateState& state, const std::string& why);
 
 struct modFirmware {
   modFirmware(const Platform& host, modDebug& objectLog, UploadView uploadView);
@@ -56,13 +63,13 @@ struct modFirmware {
   FirmwarePort commMain;
   // Set by whoever wants an update to end, and by its end in whatever way.
   bool firmwareAbort = false;
+  bool stopped = false;  // the operator has ended it; then no box follows
   UpdateState state;
-  std::optional<Fault> failure;  // of the last update: its first one
+  std::optional<Fault> failure;          // of the last update: its first one
+  std::optional<Fault> raisedMeanwhile;  // by a handler that ran during a wait
 
   // The whole procedure on that port of the record. False where it failed, of which the operator was told.
   bool StartFirmwareUpdate(int port);
-  // A section is being written: whoever ends the program or the window now leaves the unit without one.
-  bool Writing() const { return writing; }
 
   bool OpenComPort(int port);
   bool CloseComPort();
@@ -99,6 +106,7 @@ struct modFirmware {
   bool Restart();
   bool Run(int port);
   void End(bool succeeded);
+  void TellEnd(bool succeeded) const;
   // True once done is; false where the time is over or the update must end before.
   bool Wait(std::int32_t tenths, const std::function<bool()>& done);
   // The same, woken at once by what comes in.
@@ -112,9 +120,7 @@ struct modFirmware {
 
   Platform platform;
   UploadView view;
-  TenthsTimer timer;
-  bool writing = false;
-  std::optional<Fault> raisedMeanwhile;  // by a handler that ran during a wait
+  modDebug& log;
 };
 
 }  // namespace vc

@@ -144,7 +144,7 @@ bool modDeviceComm::GrabInitialZorqStatus(std::int16_t seconds) {
   return comm.CommPortOpen;
 }
 
-bool modDeviceComm::RequestVersion(int& firmware, int& bootRom) {
+modDeviceComm::Outcome modDeviceComm::ExchangeVersion(int attempts, int& firmware, int& bootRom) {
   const CommandFrame frame = MakeCommandFrame(command::Version, 0);
   Exchange exchange{frame, token::Version, VersionReplyBytes, VersionHundredths + BaudTimeoutExtra};
   exchange.drainEachTime = exchange.nothingBehind = true;
@@ -153,11 +153,20 @@ bool modDeviceComm::RequestVersion(int& firmware, int& bootRom) {
     return VersionAt(reply, BootRomOffset) >= 0 && VersionAt(reply, FirmwareOffset) >= 0;
   };
   std::string reply;
-  const Outcome outcome = Transact(exchange, ProbeAttempts, reply);
+  const Outcome outcome = Transact(exchange, attempts, reply);
   if (outcome == Outcome::Answered) {
     bootRom = VersionAt(reply, BootRomOffset);
     firmware = VersionAt(reply, FirmwareOffset);
   }
+  return outcome;
+}
+
+bool modDeviceComm::PeekVersion(int& firmware, int& bootRom) {
+  return ExchangeVersion(1, firmware, bootRom) == Outcome::Answered;
+}
+
+bool modDeviceComm::RequestVersion(int& firmware, int& bootRom) {
+  const Outcome outcome = ExchangeVersion(ProbeAttempts, firmware, bootRom);
   if (outcome == Outcome::Exhausted) {
     hooks.box(box::Exclamation, ApplicationTitle + " Firmware Unreliable",
               ApplicationTitle + " present but failed to respond to version request on port " +

@@ -87,6 +87,8 @@ struct modDeviceComm {
   // Versions in hundredths (401 is 4.01). False where no usable reply came; the port stays open in every
   // case.
   bool RequestVersion(int& firmware, int& bootRom);
+  // The same in one attempt and without a word; the link stays as it is.
+  bool PeekVersion(int& firmware, int& bootRom);
 
   // The only ways to write to a running unit. True if "!OK" came back; where the attempts are used up the
   // link is closed, and the caller words the message (see ReportFailure). A device that goes away ends any
@@ -140,6 +142,7 @@ struct modDeviceComm {
   // A stretch in which the program blocks, for hooks.waiting; one inside another is a part of it.
   struct Wait;
   Outcome Transact(const Exchange& exchange, int attempts, std::string& reply);
+  Outcome ExchangeVersion(int attempts, int& firmware, int& bootRom);
   bool SendAcknowledged(std::span<const std::uint8_t> frame, int attempts);
   // False where the device is gone.
   bool AwaitReply(std::int16_t bytes, std::int32_t limitHundredths, std::int32_t errorPauseHundredths);

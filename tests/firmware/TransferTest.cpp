@@ -27,7 +27,7 @@ struct Transfer : testing::Test {
   support::TestSession test{rom.End()};
   std::vector<std::string> stages;
   std::vector<std::pair<int, int>> progress;
-  bool blinking = false;
+  bool blinking = false, writing = false;
   modFirmware firmware{test.session.platform, test.session.objectLog, View()};
   std::string reply;
 
@@ -41,7 +41,9 @@ struct Transfer : testing::Test {
                   return true;
                 },
             .ShowPacketInfo = [] {},
-            .HidePacketInfo = [] {}};
+            .HidePacketInfo = [] {},
+            .writing = [this](bool on) { writing = on; },
+            .failed = [](const std::string& /*words*/) {}};
   }
   void Install(std::size_t main, std::size_t daughter) {
     Put("vlnamain.fwr", Image(main));
@@ -96,7 +98,7 @@ TEST_F(Transfer, WritesBothSectionsAndRestarts) {
   EXPECT_EQ(progress[313], std::pair(313, 313));
   EXPECT_EQ(Box(), "Upload Complete");
   EXPECT_TRUE(firmware.firmwareAbort);
-  EXPECT_FALSE(blinking || firmware.Writing() || test.ports.state.open);
+  EXPECT_FALSE(blinking || writing || test.ports.state.open);
 }
 
 // 20 milliseconds a packet at most: 11.5 take 132 bytes on the line, and the rest is what its answer waits
@@ -176,7 +178,9 @@ TEST(TransferOfSingleBytes, KnowsARefusalByItsWhole) {
                         .blink = [](bool) {},
                         .SetXmodemResults = [](int, int) { return true; },
                         .ShowPacketInfo = [] {},
-                        .HidePacketInfo = [] {}}};
+                        .HidePacketInfo = [] {},
+                        .writing = [](bool) {},
+                        .failed = [](auto&) {}}};
   std::string reply;
   firmware.OpenComPort(1);
   EXPECT_TRUE(firmware.TransmitCommand({"?M", "MDL", 3}, reply));
@@ -284,7 +288,7 @@ TEST_F(Transfer, APortThatIsPulledEndsEveryState) {
     EXPECT_LT(Seconds([&] { return firmware.StartFirmwareUpdate(1); }, atTheEnd), 20.0) << last;
     EXPECT_EQ(Box(), atTheEnd ? "Upload Complete" : "Firmware Upload Error") << last;
     EXPECT_EQ(firmware.failure.value_or(Fault{}).description, atTheEnd ? "" : "The port went away");
-    EXPECT_FALSE(firmware.Writing() || blinking);
+    EXPECT_FALSE(writing || blinking);
     test.ports.state.gone = false;
   }
 }

@@ -1,0 +1,39 @@
+// What is said of a unit after an update that failed.
+#include "firmware/modFirmware.h"
+
+namespace vc {
+namespace {
+
+const std::string TryAgain = "press Alt+U twice to update it again";
+
+std::string SectionText(const UpdateState& state, std::size_t row) {
+  const std::string name = "Section " + std::to_string(row + 1);
+  switch (state.sections.at(row)) {
+    case SectionState::Written:
+      return name + " is written.";
+    case SectionState::Erased:
+      return name + " is not whole.";
+    case SectionState::Untouched:
+      break;
+  }
+  return name + " has not been changed.";
+}
+
+std::string WhatToDo(const UpdateState& state) {
+  if (!state.portOpened) return "Free the port, then " + TryAgain + ".";
+  if (!state.reached) {
+    return "The unit must be switched on, connected and set to 115200 baud: see to that, then " + TryAgain +
+           ".";
+  }
+  return "The unit waits in its boot ROM: leave it switched on and " + TryAgain + ".";
+}
+
+}  // namespace
+
+std::string UnitStateText(const UpdateState& state, const std::string& why) {
+  const std::string sections = state.reached ? SectionText(state, 0) + "  " + SectionText(state, 1)
+                                             : "The unit was not reached and has not been changed.";
+  return why + ".  " + sections + "  " + WhatToDo(state);
+}
+
+}  // namespace vc
