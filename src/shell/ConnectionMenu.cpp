@@ -1,8 +1,10 @@
 #include "shell/ConnectionMenu.h"
 
+#include "firmware/FrmFirmwareUpload.h"
 #include "link/veltrana.h"
 #include "model/FieldAccess.h"
 #include "shell/PeriodicService.h"
+#include "shell/Windows.h"
 #include "text/Convert.h"
 #include "text/ProgramInfo.h"
 
@@ -10,6 +12,7 @@ namespace vc {
 namespace {
 
 constexpr int FirmwareNeeded = 401;  // hundredths
+const std::string Unknown = "unknown";
 
 std::string VersionOf(int hundredths) { return FixedText(hundredths / 100.0, 2); }
 
@@ -84,36 +87,53 @@ void ConnectionMenu::SelectRate(int entry) {
   ShowSelection();
 }
 
-bool ConnectionMenu::CheckFirmwareVersion(bool ask) {
+void ConnectionMenu::CheckFirmwareVersion(bool ask, const std::function<void(bool present)>& then) {
   modDeviceComm& device = around.device;
   int firmware = 0;
   int bootRom = 0;
   if (ask) {
     const bool answered = device.RequestVersion(firmware, bootRom);
-    if (!device.comm.CommPortOpen) return false;  // what it needs is not known
-    if (answered) device.DisconnectZorq(false);   // the firmware window must find the port free
+    versionBefore = answered ? VersionOf(firmware) : Unknown;
+    if (!device.comm.CommPortOpen) return then(false);  // what it needs is not known
+    if (answered) device.DisconnectZorq(false);         // the firmware window must find the port free
   }
-  if (firmware < FirmwareNeeded && !device.hooks.ending()) OfferFirmwareUpdate();
-  return true;
+  if (firmware >= FirmwareNeeded || device.hooks.ending()) return then(true);
+  OfferFirmwareUpdate([then] { then(true); });
 }
 
-void ConnectionMenu::OfferFirmwareUpdate() {
+void ConnectionMenu::OfferFirmwareUpdate(const std::function<void()>& then) {
+  const std::string missing = FirmwareFilesText(around.desk, around.files);
+  if (!missing.empty()) around.tell("The firmware cannot be updated: " + missing + ".");
   const Answer answer =
       around.desk.Box(box::InformationYesNo, "Firmware Needs Update",
                       "The firmware on the Veltrana unit needs to be updated.  Would you like to update it "
                       "now or wait until later (you will be prompted the next time you start the Veltrana "
                       "software.)  Click 'Yes' to update the firmware or 'No' to continue.");
-  if (answer != Answer::Yes) {
-    around.desk.Box(box::Information, "Firmware Update Postponed",
-                    "Some features in the Veltrana may not work propertly until the firmware is updated.");
-    return;
-  }
+  if (answer == Answer::Yes) return UpdateFirmware(then);
+  around.desk.Box(box::Information, "Firmware Update Postponed",
+                  "Some features in the Veltrana may not work propertly until the firmware is updated.");
+  then();
+}
+
+void ConnectionMenu::UpdateFirmware(const std::function<void()>& then) {
   around.device.DisconnectZorq(true);
   around.periodic.EnableMainTimer(false);
-  around.desk.Box(box::Information, "Firmware Update",
-                  "This version of the " + ApplicationTitle +
-                      " software cannot update the firmware yet.  The unit has not been changed.");
-  around.periodic.EnableMainTimer(true);
+  constexpr std::string_view window = "FrmFirmwareUpload";
+  around.windows.Get<FrmFirmwareUpload>(window).Take(versionBefore, [this, then](const std::string& failure) {
+    around.periodic.EnableMainTimer(true);
+    then();
+    TellUpdate(failure);
+  });
+  around.windows.Open(window);
+}
+
+void ConnectionMenu::TellUpdate(const std::string& failure) {
+  if (!failure.empty()) return around.tell(failure);
+  int firmware = 0;
+  int bootRom = 0;
+  const bool known = around.device.PeekVersion(firmware, bootRom);
+  around.tell("Firmware " + versionBefore + " before the update, " + (known ? VersionOf(firmware) : Unknown) +
+              " after it");
 }
 
 void ConnectionMenu::ShowAbout() {
@@ -128,10 +148,13 @@ void ConnectionMenu::ShowAbout() {
 
 void ConnectionMenu::UpdateOnDemand() {
   if (++updatePresses < 2) return;
-  around.menus.mnuDisconnect.Click();
-  CheckFirmwareVersion(false);
-  around.menus.mnuConnect.Click();
   updatePresses = 0;
+  int firmware = 0;
+  int bootRom = 0;
+  const bool known = around.device.PeekVersion(firmware, bootRom);
+  versionBefore = known ? VersionOf(firmware) : Unknown;
+  around.menus.mnuDisconnect.Click();
+  CheckFirmwareVersion(false, [this](bool /*present*/) { around.menus.mnuConnect.Click(); });
 }
 
 }  // namespace vc

@@ -2,17 +2,21 @@
 // its port and its rate.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "link/modDeviceComm.h"
 #include "model/RecordEdits.h"
 #include "model/modDeviceConfig.h"
 #include "platform/Desk.h"
+#include "platform/Files.h"
 #include "shell/MasterMenus.h"
+#include "text/Wire.h"
 
 namespace vc {
 
 struct PeriodicService;
+struct Windows;
 
 struct ConnectionMenu {
   // What it works on.
@@ -22,7 +26,10 @@ struct ConnectionMenu {
     modDeviceComm& device;
     modDeviceConfig& config;
     Desk& desk;
+    Files& files;
     PeriodicService& periodic;
+    Windows& windows;
+    Wire<void(const std::string& text)> tell;  // to the operator, without a box
   };
   explicit ConnectionMenu(const Around& parts);
 
@@ -34,9 +41,10 @@ struct ConnectionMenu {
   // Of the chosen rate's entry, "19200 baud".
   std::string RateCaption();
   // With ask it requests the unit's version, and drops the link where that worked; without, the update is due
-  // at once. Where it is due the operator is asked, and told what follows. False where the unit went away
-  // over the request, of which the operator has been told.
-  bool CheckFirmwareVersion(bool ask);
+  // at once. Where it is due the operator is asked, and told what follows. What is to follow an update waits
+  // until its window has gone; of a program that ends it never comes. present is false where the unit went
+  // away over the request, of which the operator has been told.
+  void CheckFirmwareVersion(bool ask, const std::function<void(bool present)>& then);
   // At the second call: the update, as if it were due.
   void UpdateOnDemand();
   void ShowAbout();
@@ -48,9 +56,13 @@ struct ConnectionMenu {
   // False where the operator wants to keep the session that a change would end.
   bool MayDisconnect(const std::string& title, const std::string& what);
   void ShowSelection();
-  void OfferFirmwareUpdate();
+  void OfferFirmwareUpdate(const std::function<void()>& then);
+  void UpdateFirmware(const std::function<void()>& then);
+  // Once the link stands again, or does not.
+  void TellUpdate(const std::string& failure);
 
   Around around;
+  std::string versionBefore;  // an update
   int updatePresses = 0;
 };
 

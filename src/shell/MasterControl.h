@@ -28,6 +28,7 @@ struct MasterControl {
     modDeviceConfig& config;
     modDeviceComm& device;
     Desk& desk;
+    Files& files;
     PeriodicService& periodic;
     ChainPanels& panels;
     Displays& displays;

@@ -23,6 +23,8 @@ struct SessionCalls {
   Wire<void()> newSetup;
   Wire<void()> exit;
   Wire<void(bool wanted)> queueRefresh;
+  // Tells the operator something, on the splash while that is up and on the master panel from then on.
+  Wire<void(const std::string& text)> tell;
 };
 
 struct MenuActions {

@@ -144,6 +144,7 @@ MasterControl::Around Session::MasterParts() {
           .config = config,
           .device = device,
           .desk = platform.desk,
+          .files = platform.files,
           .periodic = periodic,
           .panels = panels,
           .displays = displays,
@@ -153,10 +154,15 @@ MasterControl::Around Session::MasterParts() {
           .session = {.newSetup = [this] { NewSetup(); },
                       .exit =
                           [this] {
-                            Exit();
+                            if (!platform.events.endRefused) Exit();
                             platform.events.RequestEnd();
                           },
-                      .queueRefresh = [this](bool wanted) { QueueRefresh(wanted); }}};
+                      .queueRefresh = [this](bool wanted) { QueueRefresh(wanted); },
+                      .tell =
+                          [this](const std::string& text) {
+                            master.lblStatus.core.SetCaption(text);
+                            if (forms.Find("FrmSplash") != nullptr) TellAtStart(text);
+                          }}};
 }
 
 Displays::Around Session::DisplayParts() {
@@ -179,10 +185,9 @@ WindowContext Session::WindowWires() {
   return {.setup = setupContext,
           .objectLog = objectLog,
           .forms = forms,
-          .printers = platform.printers,
-          .printReport = [this](const std::string& printer, bool DoubleSpaced) {
-            reports.Print(printer, DoubleSpaced);
-          }};
+          .printReport = [this](const std::string& printer,
+                                bool DoubleSpaced) { reports.Print(printer, DoubleSpaced); },
+          .platform = platform};
 }
 
 Reports::Around Session::ReportParts() {
@@ -259,6 +264,10 @@ void Session::Start() {
   master.ConfigMasterControl();
   periodic.ShowLevelBars();
   ConnectAtStart();
+}
+
+void Session::FinishStart() {
+  platform.desk.SetHourglass(true);
   TellAtStart(device.comm.CommPortOpen ? "Sending the settings to " + ApplicationTitle
                                        : "Fitting the filters");
   config.ConfigureStages(true);
@@ -276,11 +285,14 @@ void Session::TellAtStart(const std::string& what) {
 }
 
 void Session::ConnectAtStart() {
-  if (Leaving()) return;
+  if (Leaving()) return FinishStart();
   TellAtStart("Waiting for " + ApplicationTitle + " on " + master.connection.PortCaption() + " at " +
               master.connection.RateCaption());
-  if (!device.InitComPort(false)) return;
-  if (master.connection.CheckFirmwareVersion(true) && !Leaving()) device.InitComPort(true);
+  if (!device.InitComPort(false)) return FinishStart();
+  master.connection.CheckFirmwareVersion(true, [this](bool present) {
+    if (present && !Leaving()) device.InitComPort(true);
+    FinishStart();
+  });
 }
 
 bool Session::Leaving() const { return platform.events.Ending() && !exited; }

@@ -88,7 +88,9 @@ struct Session {
   void FollowUnitOption();
   void ShowWaiting(std::int32_t hundredths);
   void ShowRecord();
+  // Finishes the start when all has been asked and done that the connection asks for.
   void ConnectAtStart();
+  void FinishStart();
   // Asked to end, and not at it yet: the exit itself still talks to the unit.
   bool Leaving() const;
   void Activated();

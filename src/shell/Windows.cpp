@@ -5,6 +5,7 @@
 #include <string>
 #include <utility>
 
+#include "firmware/FrmFirmwareUpload.h"
 #include "persist/Description.h"
 #include "persist/FrmWorkingFolder.h"
 #include "persist/MemSelect.h"
@@ -33,14 +34,18 @@ AnyWindow OverSetups(const WindowContext& context) {
 
 AnyWindow Splash(const WindowContext& /*context*/) { return Make<FrmSplash>(); }
 AnyWindow ObjectLog(const WindowContext& context) { return Make<FrmDebug>(context.objectLog, context.forms); }
+AnyWindow FirmwareUpload(const WindowContext& context) {
+  return Make<FrmFirmwareUpload>(context.platform, context.objectLog, context.setup.settings, context.forms);
+}
 
 AnyWindow CheckPrinter(const WindowContext& context) {
-  return Make<ChkPrinterForm>(context.printers, context.setup.desk, context.forms, context.printReport);
+  return Make<ChkPrinterForm>(context.platform.printers, context.setup.desk, context.forms,
+                              context.printReport);
 }
 
 constexpr std::string_view Master = "MasterControl";
 
-constexpr std::array<WindowRow, 10> AllRows{
+constexpr std::array<WindowRow, 11> AllRows{
     {{"FrmSplash", Splash, "", Modality::Modeless},
      {"StoSet", OverSetups<StoSet>, Master, Modality::Modal},
      {"RecSet", OverSetups<RecSet>, Master, Modality::Modal},
@@ -50,6 +55,7 @@ constexpr std::array<WindowRow, 10> AllRows{
      {"SaveDisplay", OverSetups<SaveDisplay>, "", Modality::OverOwner},
      {"PrintFile", OverSetups<PrintFile>, "", Modality::OverOwner},
      {"ChkPrinterForm", CheckPrinter, Master, Modality::Modal},
+     {"FrmFirmwareUpload", FirmwareUpload, Master, Modality::Modal},
      {"FrmDebug", ObjectLog, Master, Modality::Modal}}};
 
 const WindowRow& RowOf(std::string_view name) {

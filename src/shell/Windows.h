@@ -11,7 +11,7 @@
 #include <string_view>
 
 #include "persist/SetupContext.h"
-#include "platform/Printing.h"
+#include "platform/Platform.h"
 #include "text/modDebug.h"
 #include "widgets/Forms.h"
 
@@ -22,8 +22,8 @@ struct WindowContext {
   SetupContext& setup;
   modDebug& objectLog;
   Forms& forms;
-  Printers& printers;
   Wire<void(const std::string& printer, bool DoubleSpaced)> printReport;
+  Platform& platform;
 };
 
 // A window of any kind, as its owner holds it.

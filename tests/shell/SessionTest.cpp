@@ -132,10 +132,10 @@ TEST_F(Sessions, YesToTheUpdateFreesThePortFirst) {
   test.desk.answers = {Answer::Yes};
   bool portWasFree = false;
   device.hooks.portClosed = [&] { portWasFree = test.desk.boxes.size() == 1; };
-  master.connection.CheckFirmwareVersion(false);
+  master.connection.CheckFirmwareVersion(false, [](bool /*present*/) {});
   EXPECT_TRUE(portWasFree);
-  ASSERT_EQ(test.desk.boxes.size(), 2U);
-  EXPECT_EQ(test.desk.boxes[1].title, "Firmware Update");
+  EXPECT_EQ(test.desk.boxes.size(), 1U);
+  EXPECT_EQ(session.forms.Top()->name, "FrmFirmwareUpload");
 }
 
 TEST_F(Sessions, ChangeOfThePortAsksWhileConnected) {
