@@ -22,9 +22,7 @@ void SetPrintMargins(QPagedPaintDevice& device) {
                         QPageLayout::Point);
 }
 
-PagedDocument::PagedDocument(PrintGoal target) : goal(std::move(target)), painter(goal.device) {
-  const double scale = static_cast<double>(goal.device->logicalDpiX()) / TwipsPerInch;
-  painter.scale(scale, scale);
+PagedDocument::PagedDocument(PrintGoal target) : goal(std::move(target)) {
   PagedDocument::SetFont({"Courier New"});
 }
 
@@ -42,7 +40,6 @@ void PagedDocument::SetFont(const vc::PrintFont& wanted) {
   font.setPixelSize(wanted.points * TwipsPerPoint);
   font.setBold(wanted.bold);
   font.setItalic(wanted.italic);
-  painter.setFont(font);
 }
 
 vc::Size PagedDocument::TextSize(const std::string& text) const {
@@ -56,21 +53,41 @@ vc::Size PagedDocument::Printable() const {
 }
 
 void PagedDocument::DrawText(int left, int top, const std::string& text) {
-  painter.drawText(QPointF(left, top + QFontMetricsF(font).ascent()), ToQt(text));
-  if (drawn) drawn(page, text);
+  const QString line = ToQt(text);
+  texts.last() += line + '\n';
+  pages.back().emplace_back(
+      [place = QPointF(left, top + QFontMetricsF(font).ascent()), line, letters = font](QPainter& painter) {
+        painter.setPen(Qt::black);
+        painter.setFont(letters);
+        painter.drawText(place, line);
+      });
 }
 
 void PagedDocument::DrawPolyline(std::span<const vc::Point> points, vc::LineStyle style) {
   QPolygonF line;
   for (const vc::Point& point : points) line << QPointF(point.x, point.y);
-  painter.setPen(QPen(Qt::black, LineWidth, style == vc::LineStyle::Solid ? Qt::SolidLine : Qt::DotLine));
-  painter.drawPolyline(line);
+  const QPen pen(Qt::black, LineWidth, style == vc::LineStyle::Solid ? Qt::SolidLine : Qt::DotLine);
+  pages.back().emplace_back([line, pen](QPainter& painter) {
+    painter.setPen(pen);
+    painter.drawPolyline(line);
+  });
 }
 
 bool PagedDocument::NewPage() {
-  if (!goal.device->newPage()) return false;
-  ++page;
+  pages.emplace_back();
+  texts.append(QString());
   return true;
+}
+
+bool PagedDocument::End() {
+  QPainter painter(goal.device);  // ends before what it paints on
+  const double scale = static_cast<double>(goal.device->logicalDpiX()) / TwipsPerInch;
+  painter.scale(scale, scale);
+  for (const std::vector<Deed>& page : pages) {
+    if (&page != pages.data() && !goal.device->newPage()) return false;
+    for (const Deed& deed : page) deed(painter);
+  }
+  return painter.end() && goal.close();
 }
 
 }  // namespace desktop

@@ -9,6 +9,7 @@
 #include <QFont>
 #include <QPagedPaintDevice>
 #include <QPainter>
+#include <QStringList>
 
 #include "platform/Printing.h"
 
@@ -23,13 +24,11 @@ struct PrintGoal {
 // Half an inch on every side.
 void SetPrintMargins(QPagedPaintDevice& device);
 
-// The painter counts in twips, and so does every font: of an inch, not of the device's dots.
+// Nothing is drawn before the End: whatever is given up on the way has used no paper. The painter counts in
+// twips then, and so does every font: of an inch, not of the device's dots.
 class PagedDocument : public vc::PrintDocument {
  public:
   explicit PagedDocument(PrintGoal target);
-
-  // False where the device takes nothing.
-  bool Begun() const { return painter.isActive(); }
 
   // Those whose letters are all of one width in front, so that columns stand where a font that is asked for
   // is not there.
@@ -39,18 +38,19 @@ class PagedDocument : public vc::PrintDocument {
   vc::Size Printable() const override;
   void DrawText(int left, int top, const std::string& text) override;
   void DrawPolyline(std::span<const vc::Point> points, vc::LineStyle style) override;
-  int PageNumber() const override { return page; }
+  int PageNumber() const override { return static_cast<int>(pages.size()); }
   bool NewPage() override;
-  bool End() override { return painter.end() && goal.close(); }
+  bool End() override;
 
-  // Told of each text that is drawn, and on which page.
-  std::function<void(int page, const std::string& text)> drawn;
+  // The lines of text of each page.
+  QStringList texts{QString()};
 
  private:
+  using Deed = std::function<void(QPainter& painter)>;
+
   PrintGoal goal;
-  QPainter painter;  // ends before what it paints on
   QFont font;
-  int page = 1;
+  std::vector<std::vector<Deed>> pages{1};
 };
 
 }  // namespace desktop

@@ -68,9 +68,7 @@ PreviewWindow::PreviewWindow(QPrinter& printer, const vc::PrintJob& job, const v
   auto* goal = new QLabel("To " + ToQt(job.file.empty() ? job.printer : job.file));
   goal->setObjectName("lblGoal");
   below->addWidget(goal, 1);
-  AddButton(*below, "btnPrint", job.file.empty() ? "&Print" : "Save as &PDF", [this] {
-    accept();
-  })->setDefault(true);
+  AddButton(*below, "btnPrint", job.file.empty() ? "&Print" : "Save as &PDF", [this] { accept(); });
   AddButton(*below, "btnCancel", "Cancel", [this] { reject(); });
 
   view.setObjectName("pages");
@@ -80,6 +78,7 @@ PreviewWindow::PreviewWindow(QPrinter& printer, const vc::PrintJob& job, const v
   rows->addLayout(below);
   AddPageKeys();
   view.fitToWidth();
+  view.setFocus();  // not a button: an Enter that was meant for the window before must not print
   resize(Room.boundedTo(screen()->availableSize() * 0.9));
 }
 
@@ -107,11 +106,8 @@ void PreviewWindow::AddPageKeys() {
 void PreviewWindow::Draw(QPrinter& device, const vc::PrintDrawing& drawing) {
   texts.clear();
   PagedDocument document({&device, [] { return true; }});
-  document.drawn = [this](int page, const std::string& text) {
-    while (texts.size() < page) texts.append(QString());
-    texts[page - 1] += ToQt(text) + '\n';
-  };
   drawn = drawing(document);
+  texts = document.texts;
 }
 
 bool PreviewWindow::DrawAll() {

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QBuffer>
+#include <QLibrary>
 #include <QPdfWriter>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -55,26 +56,12 @@ struct PdfTarget {
   QPdfWriter writer{&bytes};
 };
 
-// A job in a printer's queue; one that is given up is taken back.
-struct PrinterTarget {
-  explicit PrinterTarget(std::shared_ptr<QPrinter> target) : printer(std::move(target)) {}
-  ~PrinterTarget() {
-    if (!ended) printer->abort();
-  }
-  PrinterTarget(const PrinterTarget&) = delete;
-  PrinterTarget& operator=(const PrinterTarget&) = delete;
-  bool Close() {
-    ended = true;
-    return printer->printerState() != QPrinter::Error;
-  }
-
-  std::shared_ptr<QPrinter> printer;
-  bool ended = false;
-};
-
-std::unique_ptr<vc::PrintDocument> DocumentTo(PrintGoal goal) {
-  auto document = std::make_unique<PagedDocument>(std::move(goal));
-  return document->Begun() ? std::move(document) : nullptr;
+// The toolkit hands a job to the print server and tells nobody what that one says to it. It says it again to
+// whoever asks next in the same thread.
+bool ServerTookIt() {
+  constexpr int lastOkay = 0x00FF;  // of the status codes of the Internet Printing Protocol (RFC 8011)
+  const auto lastError = reinterpret_cast<int (*)()>(QLibrary::resolve("cups", 2, "cupsLastError"));
+  return lastError == nullptr || lastError() <= lastOkay;
 }
 
 }  // namespace
@@ -100,11 +87,11 @@ std::unique_ptr<vc::PrintDocument> QtPrinters::Begin(const vc::PrintJob& job) {
     if (!file) return nullptr;
     const auto target = std::make_shared<PdfTarget>(std::move(file), printer->pageLayout());
     target->writer.setTitle(ToQt(job.title));
-    return DocumentTo({&target->writer, [target] { return target->Close(); }});
+    return std::make_unique<PagedDocument>(PrintGoal{&target->writer, [target] { return target->Close(); }});
   }
   printer->setDocName(ToQt(job.title));
-  const auto target = std::make_shared<PrinterTarget>(printer);
-  return DocumentTo({printer.get(), [target] { return target->Close(); }});
+  return std::make_unique<PagedDocument>(PrintGoal{
+      printer.get(), [printer] { return printer->printerState() != QPrinter::Error && ServerTookIt(); }});
 }
 
 bool QtPrinters::Choose(vc::PrintJob& job) {
