@@ -104,8 +104,9 @@ void BootRom::Reset() {
 }
 
 bool BootRom::CanStart() const {
-  return std::all_of(Sections.begin(), Sections.end(),
-                     [this](Section each) { return Examine(each, ImageOf(images, each)).complete; });
+  const ImageFindings main = Examine(Section::Main, ImageOf(images, Section::Main));
+  const ImageFindings daughter = Examine(Section::Daughter, ImageOf(images, Section::Daughter));
+  return main.complete && daughter.complete && main.versionHundredths == daughter.versionHundredths;
 }
 
 std::string BootRom::StateText() const {

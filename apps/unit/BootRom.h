@@ -48,8 +48,6 @@ class BootRom {
 
   // Waits for a command, with nothing half heard and no transfer under way; the sections stay as they are.
   void Reset();
-  // What is half heard is dropped.
-  void LineClosed() { parser.Reset(); }
 
   // "boot ROM waits", "boot ROM receives section 1, 12 packets", ...
   std::string StateText() const;
@@ -57,7 +55,8 @@ class BootRom {
   // How often the host has said something that the boot ROM would answer, or act on.
   std::uint32_t Exchanges() const { return exchanges; }
 
-  // Whether the unit can run what is in its sections.
+  // Whether the unit can run what is in its sections: both complete, and of one version, so that it does not
+  // run half an update.
   bool CanStart() const;
 
   // What was received of a section gets there at the end of the transfer. Free to fill while no transfer

@@ -78,7 +78,6 @@ void Unit::LineClosed() {
   noise.clear();
   parser.Reset();
   stopSpotter.Reset();
-  rom.LineClosed();
   stages.DropPackets();
   inputBusyUntil = 0;
   outputBusyUntil = 0;

@@ -64,7 +64,8 @@ class Unit {
   // When the next call of Transmit is due: a byte comes in or goes out. Nothing while all is quiet.
   std::optional<std::int64_t> NextEvent() const;
 
-  // The host has closed the line: what is half heard or half said is dropped.
+  // The host has closed the line: what is half heard or half said is dropped. The boot ROM knows nothing of
+  // it: what it has heard counts once the line is quiet, as ever.
   void LineClosed();
 
   // What the unit was sent, up to the time of the last call.
