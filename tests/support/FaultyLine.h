@@ -19,7 +19,8 @@ struct ByteFault {
 class FaultyLine {
  public:
   std::optional<ByteFault> fault;
-  std::size_t passed = 0;  // bytes, in both directions
+  std::function<void()> bytePassed = [] {};  // told of each before it counts
+  std::size_t passed = 0;                    // bytes, in both directions
 
   FarEnd End() {
     return {.receive =
@@ -43,8 +44,8 @@ class FaultyLine {
   }
 
   // A unit that knows nothing yet, on a line without a fault.
-  void PlugInAnother() {
-    simulated = std::make_unique<unit::Unit>(unit::Options{});
+  void PlugInAnother(const unit::Options& options = {}) {
+    simulated = std::make_unique<unit::Unit>(options);
     fault.reset();
     passed = 0;
   }
@@ -60,6 +61,7 @@ class FaultyLine {
   // No byte overtakes another.
   void Pass(Way& way, std::uint8_t value, std::int64_t now) {
     using Kind = ByteFault::Kind;
+    bytePassed();
     const std::size_t place = passed++;
     const bool hit = fault && fault->place == place;
     if (hit && fault->kind == Kind::Lost) return;
