@@ -30,6 +30,13 @@ std::string WithoutReturns(std::string text) {
   return text;
 }
 
+// Each line with the end that it has in a report.
+std::string WithReturns(const std::string& lines) {
+  std::string text;
+  for (const char byte : lines) text += byte == '\n' ? "\r\n" : std::string(1, byte);
+  return text;
+}
+
 std::string Content(const fs::path& path) {
   std::ifstream file(path, std::ios::binary);
   EXPECT_TRUE(file) << path;
@@ -59,7 +66,7 @@ TEST_P(ReportTexts, AreAsTheyHaveBeenRead) {
     std::ofstream(expected, std::ios::binary) << WithoutReturns(report);
     FAIL() << expected << " has been written anew";
   }
-  EXPECT_EQ(WithoutReturns(report), Content(expected));
+  EXPECT_EQ(report, WithReturns(Content(expected)));
 }
 
 INSTANTIATE_TEST_SUITE_P(Setups, ReportTexts, testing::ValuesIn(SetupNames()), [](const auto& setup) {
@@ -67,16 +74,6 @@ INSTANTIATE_TEST_SUITE_P(Setups, ReportTexts, testing::ValuesIn(SetupNames()), [
   std::ranges::replace(name, '-', '_');
   return name;
 });
-
-TEST(Report, EndsEveryLineWithReturnAndFeed) {
-  const support::PanelRun run;
-  const std::string report = ReportOf(run.session);
-  EXPECT_EQ(std::ranges::count(report, '\r'), std::ranges::count(report, '\n'));
-  for (std::size_t feed = report.find('\n'); feed != std::string::npos; feed = report.find('\n', feed + 1)) {
-    EXPECT_EQ(report[feed - 1], '\r');
-  }
-  EXPECT_EQ(report.back(), '\n');
-}
 
 TEST(Report, KnowsAllEndsOfADescriptionsLines) {
   support::PanelRun run;
