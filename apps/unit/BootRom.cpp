@@ -9,7 +9,7 @@ namespace {
 using Kind = RomRequest::Kind;
 using Verdict = XmodemReceiver::Verdict;
 
-constexpr std::int64_t NakPeriod = 1'000'000, Patience = 60'000'000;
+constexpr std::int64_t FirstNak = 100'000, NakPeriod = 1'000'000, Patience = 60'000'000;
 
 void SetAnswer(RomAction& action, Bytes answer, std::string meaning) {
   action.answer = std::move(answer);
@@ -235,7 +235,7 @@ std::optional<RomAction> BootRom::RingAlarm(std::int64_t time) {
   if (eraseFault) Spoil(*eraseFault, action);
   Enter(State::Receiving);
   lastHeard = time;
-  alarm = time + NakPeriod;
+  alarm = time + FirstNak;
   return action;
 }
 

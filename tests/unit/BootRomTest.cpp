@@ -42,7 +42,7 @@ struct RomBench : Bench {
   // Up to the first packet; both answers.
   std::string Begin(std::string_view choice) {
     const std::string chosen = Say(choice);
-    return chosen + Say("YY", 3 * Second + Second / 2);
+    return chosen + Say("YY", 3 * Second + Second / 20);
   }
   // All packets of an image from `first` on; the answers, one character for each where all goes well.
   std::string Send(const Bytes& image, int first = 1) {
@@ -132,7 +132,7 @@ TEST(BootRom, CommandsAreFoundInPiecesAndBehindGarbageAndNowhereElse) {
                                                         {{"\xFF\x80?D"}, "DDL"},
                                                         {{frame}, ""},
                                                         {{"YY"}, ""},
-                                                        {{"?M", "Y", "Y"}, "MDLOK\r\n\x15"},
+                                                        {{"?M", "Y", "Y"}, "MDLOK\r\n\x15\x15"},
                                                         {{"?M", "YYY"}, "MDL"},
                                                         {{"?M", yy, "xYY"}, "MDL"}}) {
     RomBench bench;
