@@ -25,7 +25,8 @@ TEST(Options, AllAreTaken) {
                          "--refuse", "0.5",        "--delay",   "20",       "--silent-after", "0",
                          "--trace",  "log",        "--dump",    "state"};
   arguments.insert(arguments.end(), {"--coefficients", "5:a:b", "--coefficients", "0:c", "--memories", "kept",
-                                     "--store-time", "30000"});
+                                     "--store-time", "30000", "--images", "flash", "--erase-time", "9000",
+                                     "--rom-fault", "late:4294967295", "--rom-fault", "cut:3"});
   const auto parsed = unit::ParseOptions(arguments);
   const auto* const options = std::get_if<unit::Options>(&parsed);
   ASSERT_NE(options, nullptr);
@@ -46,16 +47,22 @@ TEST(Options, AllAreTaken) {
   EXPECT_EQ(options->silentAfter, 0U);
   EXPECT_EQ(options->memories, "kept");
   EXPECT_EQ(options->storeMicroseconds, 30'000'000);
+  EXPECT_EQ(options->images, "flash");
+  EXPECT_EQ(options->eraseMicroseconds, 9'000'000);
+  EXPECT_EQ(options->romFaults,
+            (unit::RomFaults{{3, unit::RomFault::Cut}, {4294967295, unit::RomFault::Late}}));
 }
 
 TEST(Options, BadValuesAreNamedInOneLine) {
   const std::vector<std::pair<std::string_view, std::string_view>> bad = {
-      {"--baud", "57600"},        {"--baud", "9600x"},     {"--boot", "1000"},
-      {"--firmware", "-1"},       {"--lose", "1.01"},      {"--lose", "-0.1"},
-      {"--double", "nan"},        {"--corrupt", ""},       {"--refuse", "often"},
-      {"--delay", "1.5"},         {"--seed", "-1"},        {"--silent-after", "4294967296"},
-      {"--coefficients", "6:a"},  {"--coefficients", "a"}, {"--coefficients", "1:"},
-      {"--store-time", "600001"}, {"--memories", ""}};
+      {"--baud", "57600"},        {"--baud", "9600x"},       {"--boot", "1000"},
+      {"--firmware", "-1"},       {"--lose", "1.01"},        {"--lose", "-0.1"},
+      {"--double", "nan"},        {"--corrupt", ""},         {"--refuse", "often"},
+      {"--delay", "1.5"},         {"--seed", "-1"},          {"--silent-after", "4294967296"},
+      {"--coefficients", "6:a"},  {"--coefficients", "a"},   {"--coefficients", "1:"},
+      {"--store-time", "600001"}, {"--memories", ""},        {"--rom-fault", "cut"},
+      {"--rom-fault", "cut:0"},   {"--rom-fault", "late:x"}, {"--rom-fault", "fire:1"},
+      {"--erase-time", "600001"}};
   for (const auto& [name, value] : bad) {
     const std::string text = WrongWith({name, value});
     EXPECT_EQ(text.find(name), 0U) << name << ' ' << value << ": " << text;

@@ -213,6 +213,22 @@ TEST_F(UnitProgram, DamagedMemoriesArePutAsideAndThoseThatCannotBeWrittenToldOf)
             "veltrana-unit: " + memories + ": can't be written: Is a directory");
 }
 
+TEST_F(UnitProgram, DamagedImagesLeaveItInItsBootRom) {
+  const std::string images = (directory / "images").string();
+  support::Put(images, "section 1 0\n");
+  Launch({"--images", images, "--erase-time", "0", "--baud", "9600"});
+  EXPECT_EQ(program->Await("veltrana-unit: "), "veltrana-unit: " + images +
+                                                   ": is damaged, now put aside as " + images +
+                                                   ".damaged; both sections are erased");
+  ASSERT_TRUE(Begins());
+  const HostLine host(link, 115200);
+  EXPECT_EQ(host.Ask(CommandFrame(130), 1, ShortWait), "");
+  EXPECT_EQ(host.Ask(unit::BytesOf("?TERMIN"), 9), "VELTRANUM");
+  EXPECT_EQ(host.Ask(unit::BytesOf("?M"), 3), "MDL");
+  EXPECT_EQ(host.Ask(unit::BytesOf("YY"), 5), "OK\r\n\x15");
+  EXPECT_TRUE(Content(images).starts_with("section 1 0\nsection 2 0\nchecksum "));
+}
+
 TEST_F(UnitProgram, LearnsWhatIsInItsFilesAtEverySignal) {
   const fs::path file = directory / "learned";
   ASSERT_TRUE(Start({"--coefficients", "4:" + file.string()}));
