@@ -41,8 +41,9 @@ bool EndsInsideOf(const Bytes& bytes, std::string_view text) {
 bool StopSpotter::Ends(std::uint8_t byte, std::int64_t time) {
   if (time - lastTime > RomParser::LongestGap) Reset();
   lastTime = time;
-  if (byte != StopText[matched]) Reset();
-  if (byte == StopText[matched]) ++matched;
+  const char character = static_cast<char>(byte);
+  if (character != StopText[matched]) Reset();
+  if (character == StopText[matched]) ++matched;
   if (matched < StopText.size()) return false;
   Reset();
   return true;

@@ -254,8 +254,8 @@ TEST(Images, EveryCutAndEveryChangedByteIsSeen) {
   const Bytes image = unit::MakeImage(Section::Daughter, 999, 384);
   EXPECT_TRUE(unit::Examine(Section::Daughter, image).complete);
   EXPECT_EQ(unit::Examine(Section::Daughter, image).versionHundredths, 999);
-  for (std::size_t size = 0; size < image.size(); ++size)
-    EXPECT_FALSE(unit::Examine(Section::Daughter, Bytes(image.begin(), image.begin() + size)).complete);
+  for (auto end = image.begin(); end != image.end(); ++end)
+    EXPECT_FALSE(unit::Examine(Section::Daughter, Bytes(image.begin(), end)).complete);
   for (std::size_t place = 0; place < image.size(); ++place) {
     Bytes changed = image;
     changed[place] ^= 0x10;
@@ -269,6 +269,8 @@ TEST(Images, EveryCutAndEveryChangedByteIsSeen) {
 TEST(ImageFile, GivesBackWhatWasKeptOrIsPutAside) {
   const support::TempFolder folder;
   const std::string path = folder.Path() + "/images";
+  std::string trouble = path + ": is damaged, now put aside as ";
+  trouble += path + ".damaged; both sections are erased";
   EXPECT_FALSE(unit::LoadImages(path).images) << "no file: as it was delivered";
   const unit::Images images{Bytes(mainImage.begin(), mainImage.begin() + 300), Bytes{}};
   const std::string good = unit::ImageFileText(images);
@@ -281,8 +283,7 @@ TEST(ImageFile, GivesBackWhatWasKeptOrIsPutAside) {
       support::Put(path, bad);
       const auto loaded = unit::LoadImages(path);
       ASSERT_EQ(loaded.images, unit::Images{}) << at;
-      ASSERT_EQ(loaded.trouble,
-                path + ": is damaged, now put aside as " + path + ".damaged; both sections are erased");
+      ASSERT_EQ(loaded.trouble, trouble);
     }
   }
 }
