@@ -26,6 +26,7 @@ double OfTwips(int twips) { return twips; }
 void DrawCurve(PrintDocument& document, std::span<const std::int16_t> places, std::span<const float> levels,
                int y) {
   std::vector<Point> points;
+  points.reserve(places.size());
   for (std::size_t i = 0; i < places.size(); ++i) {
     points.push_back({OfTwips(Origin + places[i]), y + CurveLevel(static_cast<double>(levels[i]))});
   }
@@ -96,6 +97,7 @@ void modPrintGraph::DrawTrace(const SpectrumReading& reading, const TraceReading
   const auto placeOf = [](int line) { return OfTwips(Origin + GraphLeft + perLine * line); };
   if (trace.raw) {
     std::vector<Point> points;
+    points.reserve(TraceLines);
     for (int line = 0; line < TraceLines; ++line) {
       points.push_back({placeOf(line), OfTwips(y + RawLevel((*trace.raw)[static_cast<std::size_t>(line)]))});
     }
@@ -152,6 +154,7 @@ void modPrintGraph::DrawCoefficients(const CoefficientReading& reading, int y) c
     return CoefLeft + double{CoefRight - CoefLeft} * offset / std::max(count - 1, 1);
   };
   std::vector<Point> points;
+  points.reserve(reading.CoefValues.size());
   for (int k = 0; k < count; ++k) {
     const auto value = static_cast<double>(reading.CoefValues[static_cast<std::size_t>(k)]);
     points.push_back({placeOf(k), upper + (1 - value / reading.halfScale) * CoefHeight / 2});

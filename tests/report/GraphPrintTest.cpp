@@ -220,6 +220,32 @@ TEST_F(Graphs, WhatIsNotThereIsNotDrawn) {
   EXPECT_FALSE(PrintAlone());
 }
 
+// Sheets of 75 lines, of which a graph takes 17: the last one that has room begins at line 58.
+TEST_F(Graphs, TakeTheirLinesOfAReportAndNoMore) {
+  Coefficients({0, 0.1F}).marker = {1, "1", "0.139", "0.1000"};
+  for (const auto& [spaced, fitting] : {std::pair{false, 54}, {true, 27}}) {
+    for (const std::string token : {"%CO2", "%SI1", "%SG6", "%EG2"}) {
+      for (const int lines : {fitting, fitting + 1}) {
+        std::string text;
+        for (int i = 0; i < lines; ++i) text += "line\r\n";
+        const ReportJob job{text + token + "\r\nbehind\r\n", "Room 4", source.printed, spaced};
+        const auto document = printers.Begin({.printer = "Office", .title = ""});
+        ASSERT_TRUE(PrintReportText(*document, job, GraphPictures(source), desk));
+        const int top = lines == fitting ? 58 * 200 : 800;
+        ASSERT_EQ(Pages().size(), lines == fitting ? 1U : 2U) << token;
+        const PrintedPage& page = Pages().back();
+        EXPECT_EQ(page.lines.front().points.front().y, top + 90) << token << lines;
+        EXPECT_EQ(page.texts.back().text + std::to_string(page.texts.back().top - top), "behind3400");
+        for (const auto& one : page.texts)
+          EXPECT_TRUE(one.text == "behind" || one.top <= top + 3200) << one.text;
+        for (const auto& line : page.lines) {
+          for (const Point& point : line.points) EXPECT_TRUE(point.y >= top && point.y <= top + 3200);
+        }
+      }
+    }
+  }
+}
+
 TEST_F(Graphs, StandAloneUnderAHead) {
   source.settings.setupDescription =
       "Room 4\r\n" + std::string(61, 'x') + " " + std::string(60, 'y') + " z\nlast \xC3\xA9\r\n";
