@@ -103,6 +103,7 @@ TEST_F(PrintedDisplays, WhatFailsIsToldAndWhatIsCancelledIsNot) {
     ASSERT_EQ(test.desk.boxes.size(), 1U);
     EXPECT_EQ(test.desk.boxes[0].code, box::Critical);
     EXPECT_EQ(test.desk.boxes[0].title + ": " + test.desk.boxes[0].text, std::string("Print Error: ") + text);
+    printers.endFails = false;
     for (bool* agreed : {&printers.chosen, &printers.wanted}) {
       *agreed = false;
       EXPECT_EQ(Click("btnPrint"), "");
