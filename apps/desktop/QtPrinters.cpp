@@ -37,6 +37,15 @@ std::shared_ptr<QPrinter> PrinterOf(const vc::PrintJob& job) {
   return printer;
 }
 
+// All pages that are seen in the preview are printed. The dialog shows what it has of this again when it
+// comes up, so it is given no room.
+void LeaveOutRange(QPrintDialog& dialog) {
+  auto* range = dialog.findChild<QWidget*>("gbPrintRange");
+  if (range == nullptr) return;
+  range->setEnabled(false);
+  range->setMaximumSize(0, 0);
+}
+
 // In memory until it is whole.
 struct PdfTarget {
   PdfTarget(std::unique_ptr<vc::NewFile> target, const QPageLayout& layout) : file(std::move(target)) {
@@ -100,6 +109,7 @@ bool QtPrinters::Choose(vc::PrintJob& job) {
   QPrintDialog dialog(printer.get(), QApplication::activeWindow());
   dialog.setWindowModality(Qt::ApplicationModal);
   dialog.setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintCollateCopies);
+  LeaveOutRange(dialog);
   if (dialog.exec() != QDialog::Accepted) return false;
   const bool pdf = printer->outputFormat() == QPrinter::PdfFormat;
   job.printer = pdf ? vc::SaveAsPdf : FromQt(printer->printerName());

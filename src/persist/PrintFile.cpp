@@ -1,10 +1,15 @@
 #include "persist/PrintFile.h"
 
+#include "persist/FileNames.h"
+
 namespace vc {
 
 PrintFile::PrintFile(SetupContext& setupContext)
-    : target(form, setupContext, [this](const std::string& path) { return request && request->take(path); }) {
-}
+    : target(form, setupContext, [this](const std::string& path) {
+        const bool taken = request && request->take(path);
+        if (taken) last = path;
+        return taken;
+      }) {}
 
 void PrintFile::Take(const PrintFileRequest& asked) {
   request.emplace(asked);
@@ -17,6 +22,11 @@ void PrintFile::Fill() {
   if (!request) return;
   form.SetCaption(request->title);
   target.Fill(request->name, {request->type});
+  FileChooser& chooser = target.chooser;
+  const std::string name = LastPart(last);
+  if (request->append && HasExtension(name, request->type.extension) && chooser.Path(name) == last) {
+    chooser.txtFileName.SetText(name);
+  }
 }
 
 }  // namespace vc

@@ -28,10 +28,12 @@ struct PrintFile {
 
   // From now on until the next one.
   void Take(const PrintFileRequest& asked);
+  // Proposes a name that no file has; to append to, the file that was written last, where it has this type.
   void Fill();
 
  private:
   std::optional<PrintFileRequest> request;
+  std::string last;  // what was written last in this run
 };
 
 }  // namespace vc

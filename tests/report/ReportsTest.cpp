@@ -171,8 +171,11 @@ TEST_F(PrintedReports, GoIntoFiles) {
   Store("mnuFileReport", "one.txt", Answer::Yes);
   EXPECT_THAT(LastBox(), HasSubstr("already exists. Do you wish to overwrite?"));
   EXPECT_EQ(Click("btnCancel"), "");
-  test.desk.answers = {Answer::Yes};
-  Store("mnuAppendFileReport", "one.txt", Answer::No);
+  EXPECT_EQ(Click("mnuAppendFileReport"), "");  // to the one that was written last
+  EXPECT_EQ(Top().Caption() + Get("txtFileName"), "Append Report To Fileone.txt");
+  test.desk.answers = {Answer::Yes, Answer::No};
+  EXPECT_EQ(Click("btnOK"), "");
+  EXPECT_EQ(boxes.at(boxes.size() - 2).text, "one.txt already exists. Do you wish to append to it?");
   const std::string both = Read("one.txt");
   EXPECT_EQ(both.substr(0, single.size()), single);
   EXPECT_THAT(both, HasSubstr("\r\n\r\n               the door bangs\r\n\r\n\r\n\r\n"));
