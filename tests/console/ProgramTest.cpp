@@ -52,6 +52,18 @@ TEST_F(Installed, WorksWithTheSimulatedUnit) {
   EXPECT_NE(support::Content(folder.Path() + "/trace").find("3F 4D 50 82 00 00 7E"), std::string::npos);
 }
 
+TEST_F(Installed, PrintsAReportWithoutAUnit) {
+  fs::create_symlink("nowhere", port);
+  Program console(program);
+  for (const char* word : {"menu mnuPrintReport", "click btnOK", "enter txtFileName mine"}) console.Say(word);
+  const std::string file = folder.Path() + "/mine.pdf";
+  const std::string told = console.Await("print");
+  EXPECT_TRUE(told.starts_with("print\tSetup Report\t") && told.ends_with("\t" + file)) << told;
+  console.Say("quit");
+  EXPECT_EQ(console.AwaitEnd(), 0);
+  EXPECT_TRUE(support::Content(file).starts_with("%PDF-"));
+}
+
 TEST_F(Installed, StartsAndBeginsANewSetupWhereTheCurrentFolderMayNotBeEntered) {
   const fs::path shut = folder.Path() + "/shut";
   fs::create_directory(shut);
