@@ -53,6 +53,7 @@ bool DrawGraph(vc::PrintDocument& document, const vc::ReportPicture& /*picture*/
   for (int i = 0; i < 5; ++i) across(500, 495 + 395 * i, 6900, 495 + 395 * i, vc::LineStyle::Dotted);
   for (int i = 0; i < 7; ++i) across(1300 + 800 * i, 90, 1300 + 800 * i, 2470, vc::LineStyle::Dotted);
   std::vector<vc::Point> curve;
+  curve.reserve(460);
   for (int i = 0; i < 460; ++i)
     curve.push_back({500 + i * 6400 / 460.0, top + 1200 + 900 * std::sin(i * 0.1)});
   document.DrawPolyline(curve, vc::LineStyle::Solid);

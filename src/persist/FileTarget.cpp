@@ -79,7 +79,7 @@ std::string FileTarget::FreeName(const std::string& name, const std::string& fol
 }
 
 std::string FileTarget::Chosen() {
-  const std::string path = chooser.Path(WithExtension(chooser.txtFileName.Text(), chooser.extension));
+  std::string path = chooser.Path(WithExtension(chooser.txtFileName.Text(), chooser.extension));
   const std::string fault = FaultOf(path);
   if (!fault.empty()) TellNotSaved(fault);
   if (!fault.empty() || !MayWrite(path) || !take(path)) return {};

@@ -28,11 +28,12 @@ struct BoxCase {
   QMessageBox::StandardButton pressed;
   vc::Answer answer, safe;
 };
-constexpr std::array<BoxCase, 6> BoxCases{
+constexpr std::array<BoxCase, 7> BoxCases{
     {{vc::box::AskOkCancel, QMessageBox::Question, QMessageBox::Ok, vc::Answer::Ok, vc::Answer::Cancel},
      {vc::box::Critical, QMessageBox::Critical, QMessageBox::Ok, vc::Answer::Ok, vc::Answer::Ok},
      {vc::box::CriticalYesNo, QMessageBox::Critical, QMessageBox::Yes, vc::Answer::Yes, vc::Answer::No},
      {vc::box::Exclamation, QMessageBox::Warning, QMessageBox::Ok, vc::Answer::Ok, vc::Answer::Ok},
+     {vc::box::ExclamationYesNoLast, QMessageBox::Warning, QMessageBox::Yes, vc::Answer::Yes, vc::Answer::No},
      {vc::box::Information, QMessageBox::Information, QMessageBox::Ok, vc::Answer::Ok, vc::Answer::Ok},
      {vc::box::InformationYesNo, QMessageBox::Information, QMessageBox::Yes, vc::Answer::Yes,
       vc::Answer::No}}};
