@@ -105,7 +105,7 @@ TEST_F(PrintedReports, TellWhyThereIsNoPaper) {
       "Unable to Print: Printer not ready.  Please check printer and/or printer driver.";
   printers.endFails = true;
   PrintOn("Office");
-  EXPECT_EQ(LastBox(), notReady);
+  ASSERT_EQ(LastBox(), notReady);
   EXPECT_EQ(boxes.back().code, box::Exclamation);
   EXPECT_EQ(test.desk.beeps, 1);
   EXPECT_TRUE(printers.printouts.empty());  // it does not come as far as that
@@ -164,7 +164,7 @@ TEST_F(PrintedReports, GoIntoFiles) {
             "double-spaced (No)?");
   EXPECT_EQ(Top().name, "MasterControl");
   const std::string single = Read("one.txt");
-  EXPECT_THAT(single, HasSubstr("\r\n               the door bangs\r\n\r\n"));
+  EXPECT_THAT(single, HasSubstr("Room 4\r\n               the door bangs\r\n\r\n"));
   EXPECT_THAT(single, testing::Not(HasSubstr("%NP")));
 
   test.desk.answers = {Answer::No};  // it is not to be overwritten
@@ -178,7 +178,7 @@ TEST_F(PrintedReports, GoIntoFiles) {
   EXPECT_EQ(boxes.at(boxes.size() - 2).text, "one.txt already exists. Do you wish to append to it?");
   const std::string both = Read("one.txt");
   EXPECT_EQ(both.substr(0, single.size()), single);
-  EXPECT_THAT(both, HasSubstr("\r\n\r\n               the door bangs\r\n\r\n\r\n\r\n"));
+  EXPECT_THAT(both, HasSubstr("Room 4\r\n\r\n               the door bangs\r\n\r\n\r\n\r\n"));
 }
 
 TEST_F(PrintedReports, LeaveWhatStoodThereOnADiskThatFails) {
