@@ -21,6 +21,11 @@ FrmFirmwareUpload::FrmFirmwareUpload(Platform& host, modDebug& objectLog, const 
       settings(record),
       forms(openForms),
       firmware(host, objectLog, View()) {
+  fraStage.look = FrameLook::Card;
+  fraUnit.look = fraPackets.look = FrameLook::Flat;
+  pbMain.SetOrientation(0);
+  pbMain.SetFromColor(Highlight);
+  pbMain.SetToColor(Highlight);
   lblBlink.keepsRoom = lblDataPacket.keepsRoom = lblPacketNumber.keepsRoom = true;
   btnCancel.clicked = [this] { StopByOperator(); };
   form.cancelButton = &btnCancel;

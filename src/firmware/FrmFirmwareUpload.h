@@ -19,15 +19,17 @@ struct FrmFirmwareUpload {
   FrmFirmwareUpload(Platform& host, modDebug& objectLog, const SystemSettings& record, Forms& openForms);
 
   Form form{"FrmFirmwareUpload", ApplicationTitle + " Firmware Update"};
-  Label lblPort{form, "lblPort", "Port: COM 1"};
-  Label lblVersion{form, "lblVersion", ""};
-  Label lblSection{form, "lblSection", ""};
-  Label lblDoing{form, "lblDoing", ""};  // what is waited for
-  Label lblBlink{form, "lblBlink", "Working"};
-  ProgressBar pbMain{form, "pbMain", "Packets"};
-  Frame fraPackets{form, "fraPackets", "", Arrangement::Columns};
-  Label lblDataPacket{fraPackets, "lblDataPacket", "Data packet:"};
+  Frame fraUnit{form, "fraUnit", "", Arrangement::Columns};
+  Label lblPort{fraUnit, "lblPort", "Port: COM 1"};
+  Label lblVersion{fraUnit, "lblVersion", ""};
+  Frame fraStage{form, "fraStage", "Progress", Arrangement::Rows};
+  Label lblSection{fraStage, "lblSection", ""};
+  Label lblDoing{fraStage, "lblDoing", ""};  // what is waited for
+  ProgressBar pbMain{fraStage, "pbMain", ""};
+  Frame fraPackets{fraStage, "fraPackets", "", Arrangement::Columns};
+  Label lblDataPacket{fraPackets, "lblDataPacket", "Data packet"};
   Label lblPacketNumber{fraPackets, "lblPacketNumber", "0"};
+  Label lblBlink{fraPackets, "lblBlink", "Working"};
   Label lblWarning{form, "lblWarning",
                    "WARNING:  Do not turn off the power or disconnect the RS-232 cable while the firmware is "
                    "being uploaded.  Doing so will require the Veltrana to be returned to the factory for "

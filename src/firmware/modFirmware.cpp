@@ -78,7 +78,7 @@ void modFirmware::End(bool succeeded) {
   firmwareAbort = true;
   CloseComPort();
   view.blink(false);
-  view.doing("");
+  view.doing(succeeded ? "" : "The update has failed");
   view.writing(false);
   if (succeeded) {
     view.section("Firmware Update Complete");
