@@ -15,6 +15,8 @@ class Pty {
   Pty& operator=(const Pty&) = delete;
 
   const std::string& Path() const { return path; }
+  // The far end, for a program that is given it.
+  int Descriptor() const { return master; }
   void Write(const std::string& bytes) const;
   // Reads until so many bytes have come or the time is over.
   std::vector<std::uint8_t> Read(std::size_t count, int milliseconds) const;
