@@ -233,7 +233,12 @@ void Console::Record(const std::string& arguments) {
       << '\n';
 }
 
-void Console::Quit(const std::string& /*arguments*/) { session.master.menus.mnuExit.Click(); }
+void Console::Quit(const std::string& /*arguments*/) {
+  session.master.menus.mnuExit.Click();
+  for (const vc::Forms::Entry& entry : session.forms.open) {
+    if (!entry.form->refusal.empty()) Error("quit", entry.form->refusal);
+  }
+}
 
 void Console::Help(const std::string& /*arguments*/) {
   for (const Command& command : Commands()) out << command.usage << '\n';

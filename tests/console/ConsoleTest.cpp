@@ -125,6 +125,14 @@ TEST_F(Consoles, RecordIsReadAndEditedWithinItsRange) {
   EXPECT_EQ(session.settings.lpfCutoff[2], 1234);
 }
 
+TEST_F(Consoles, WhatMustStayOpenSaysWhy) {
+  session.master.form.refusal = "It works.";
+  loop.endRefused = [] {};
+  EXPECT_EQ(Say("close"), "error MasterControl: It works.\n");
+  EXPECT_EQ(Say("quit"), "error quit: It works.\n");
+  EXPECT_FALSE(loop.Ending());
+}
+
 TEST_F(Consoles, NonsenseIsOneLineOfError) {
   for (const char* bad :
        {"nonsense", "get", "set", "set txtComInfo", "click mnuAbout.x", "key Ctrl+Alt+Del", "click .",

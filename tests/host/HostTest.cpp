@@ -1,12 +1,15 @@
 // Port names, folders and timers.
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "Pty.h"
 #include "TempFolder.h"
 #include "VirtualClock.h"
+#include "host/EndSignals.h"
 #include "host/Folders.h"
 #include "host/PosixSerialPorts.h"
 #include "host/TimerLoop.h"
@@ -118,6 +121,24 @@ TEST(TimerLoop, TimersMayStopThemselvesAndDie) {
   loop.RunFor(1000);
   EXPECT_EQ(ticks, 1);
   EXPECT_EQ(clock.Microseconds(), 1000000 + 30000);
+}
+
+TEST(TimerLoop, AnEndThatIsRefusedIsToldAndForgotten) {
+  support::VirtualClock clock;
+  TimerLoop loop(clock);
+  EndSignals signals;
+  loop.SetEndAsked([&signals] { return signals.Come(); }, [&signals] { signals.Forget(); });
+  int told = 0;
+  loop.endRefused = [&told] { ++told; };
+  kill(getpid(), SIGTERM);
+  loop.RunFor(100);
+  loop.RequestEnd();
+  EXPECT_EQ(told, 2);
+  EXPECT_FALSE(loop.Ending());
+  loop.endRefused = nullptr;
+  EXPECT_FALSE(loop.Ending());
+  kill(getpid(), SIGTERM);
+  EXPECT_TRUE(loop.Ending());
 }
 
 }  // namespace
