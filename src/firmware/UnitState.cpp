@@ -1,6 +1,8 @@
 // What is said of a unit after an update that failed.
 #include "firmware/modFirmware.h"
 
+#include <algorithm>
+
 namespace vc {
 namespace {
 
@@ -12,7 +14,7 @@ std::string SectionText(const UpdateState& state, std::size_t row) {
     case SectionState::Written:
       return name + " is written.";
     case SectionState::Erased:
-      return name + " is not whole.";
+      return name + " is not verified.";
     case SectionState::Untouched:
       break;
   }
@@ -25,7 +27,15 @@ std::string WhatToDo(const UpdateState& state) {
     return "The unit must be switched on, connected and set to 115200 baud: see to that, then " + TryAgain +
            ".";
   }
-  return "The unit waits in its boot ROM: leave it switched on and " + TryAgain + ".";
+  const auto any = [&state](SectionState which) {
+    return std::find(state.sections.begin(), state.sections.end(), which) != state.sections.end();
+  };
+  // Where its power failed before anything was erased it runs as before.
+  if (any(SectionState::Erased))
+    return "The unit should be waiting in its boot ROM: leave it switched on and " + TryAgain + ".";
+  if (any(SectionState::Written))
+    return "The unit waits in its boot ROM: leave it switched on and " + TryAgain + ".";
+  return "Switch the unit off and on to use it as it is, or " + TryAgain + ".";
 }
 
 }  // namespace

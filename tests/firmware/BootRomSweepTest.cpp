@@ -69,6 +69,7 @@ struct Update {
       EXPECT_TRUE(!Say(name + " has not been changed.") || images[i] == old[i]) << words;
     }
     EXPECT_TRUE(!Say("has not been changed.  The unit must") || images == old) << words;
+    EXPECT_TRUE(!Say("waits in its boot ROM") || !Now().InApplication()) << words;
     EXPECT_TRUE(!Now().InApplication() || images == old) << "half an update runs";
   }
 
