@@ -6,6 +6,7 @@
 
 #include "model/Settings.h"
 #include "persist/FileNames.h"
+#include "report/GraphPictures.h"
 #include "shell/Notices.h"
 #include "text/ProgramInfo.h"
 #include "text/modFile.h"
@@ -200,9 +201,8 @@ Reports::Around Session::ReportParts() {
           .over = master.form,
           .generate = [this](std::string& text) { return report.GenerateReport(text) == modReport::Built; },
           .pictures =
-              [] {
-                return ReportPictures{.shown = [](const ReportPicture&) { return false; },
-                                      .draw = [](PrintDocument&, const ReportPicture&, int) { return true; }};
+              [this] {
+                return GraphPictures({settings, platform.clock.Wall(), displays.Reading()});
               }};
 }
 

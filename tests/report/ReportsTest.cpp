@@ -1,4 +1,5 @@
 // The setup report from the menus to the paper and into files, worked as the operator does.
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -6,6 +7,7 @@
 #include <gmock/gmock.h>
 
 #include "PanelRun.h"
+#include "model/Kinds.h"
 
 namespace vc {
 namespace {
@@ -205,6 +207,43 @@ TEST_F(PrintedReports, SayHowScreensArePrinted) {
     EXPECT_THAT(LastBox(), testing::StartsWith("How To Print Screens: Screens cannot be printed from this "
                                                "program by using the PrintScreen button.  Instead"));
   }
+}
+
+TEST_F(PrintedReports, HaveTheGraphsOfTheStagesAndOfTheDisplayThatIsOpen) {
+  printers.printable = {10460, 15400};
+  Edit("numFilters", "3");
+  for (const auto& [stage, kind] : {std::pair{1, FilterKind::HiResGraphic},
+                                    {2, FilterKind::SpectralInverse},
+                                    {3, FilterKind::OneChAdaptive}}) {
+    Edit("filterType", std::to_string(kind), stage);
+    Edit("filterActive", "1", stage);
+  }
+  Edit("eqType", std::to_string(EqKind::SpectralGraphic), 1);
+  Edit("eqActive", "1", 1);
+  Edit("specDisplayMode", "2");
+  Settle();
+  // The left edges of the frames, in their order.
+  const auto frames = [this] {
+    PrintOn("Office");
+    std::string edges;
+    for (const auto& page : printers.printouts.back().pages) {
+      for (const auto& line : page.lines) {
+        if (line.points.size() == 5) edges += std::to_string(std::lround(line.points.front().x)) + " ";
+      }
+    }
+    return edges;
+  };
+  EXPECT_EQ(frames(), "499 499 499 ");
+  EXPECT_EQ(Click("btnCoeffDisplay"), "");
+  EXPECT_EQ(Set("cmbFilter", "Filter 3"), "");
+  Settle();
+  session.forms.Show(session.master.form);
+  EXPECT_EQ(frames(), "499 499 10 499 ");
+  session.displays.Show(display::Spectrum);
+  Settle();
+  session.forms.Show(session.master.form);
+  EXPECT_EQ(frames(), "499 499 499 499 499 ");
+  EXPECT_EQ(printers.printouts.back().pages.back().texts.at(4).text, "-10");
 }
 
 }  // namespace
