@@ -23,7 +23,8 @@ FileTarget::FileTarget(Form& owner, SetupContext& setupContext, Wire<bool(const 
   btnOK.clicked = [this] {
     std::string path;
     context.Attempt(form, [&] { return !(path = Chosen()).empty(); });
-    if (!path.empty()) Raise(taken, path);
+    const auto tell = taken;  // which may be asked for another file before it returns
+    if (!path.empty()) Raise(tell, path);
   };
   context.BindCancel(form, btnCancel);
 }
