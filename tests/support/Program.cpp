@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -26,7 +27,8 @@ Program::Program(const std::string& path, const std::vector<std::string>& argume
   if (child == 0) {
     dup2(in[0], STDIN_FILENO);
     dup2(out[1], STDOUT_FILENO);
-    signal(SIGPIPE, SIG_DFL);  // whatever this program does with it
+    prctl(PR_SET_PDEATHSIG, SIGKILL);  // a test that crashes leaves nobody behind
+    signal(SIGPIPE, SIG_DFL);          // whatever this program does with it
     execv(path.c_str(), words.data());
     _exit(127);
   }
