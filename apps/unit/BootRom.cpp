@@ -221,15 +221,19 @@ void BootRom::EndTransfer(RomAction& action) {
 
 std::optional<RomAction> BootRom::RingAlarm(std::int64_t time) {
   alarm.reset();
-  if (state == State::Receiving && time - lastHeard < Patience) {
-    if (receiver.Packets() == 0) return AskForPackets(time);
-    alarm = lastHeard + Patience;
-    return std::nullopt;
-  }
-  if (state != State::Erasing) {
+  if (state == State::Erasing) return EndErasure(time);
+  const bool givenUp = time - lastHeard >= Patience;
+  if (givenUp) {
     Enter(State::Waiting);
-    return std::nullopt;
+  } else if (receiver.Packets() == 0) {
+    return AskForPackets(time);
+  } else {
+    alarm = lastHeard + Patience;
   }
+  return std::nullopt;
+}
+
+RomAction BootRom::EndErasure(std::int64_t time) {
   RomAction action;
   SetAnswer(action, BytesOf("OK\r\n"), SectionName(section) + " is erased");
   if (eraseFault) Spoil(*eraseFault, action);

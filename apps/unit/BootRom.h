@@ -75,6 +75,7 @@ class BootRom {
   void TakePacket(const Bytes& packet, RomAction& action);
   void EndTransfer(RomAction& action);
   std::optional<RomAction> RingAlarm(std::int64_t time);
+  RomAction EndErasure(std::int64_t time);
   RomAction AskForPackets(std::int64_t time);
   void Enter(State next);
 
