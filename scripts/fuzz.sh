@@ -12,7 +12,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-declare -A gate_runs=([setup]=4000 [indiv]=8000 [link]=8000 [session]=1500 [console]=1000 [unit]=15000 [bootrom]=3000 [memory]=50000 [sound]=5000)
+declare -A gate_runs=([setup]=4000 [indiv]=8000 [link]=8000 [session]=1500 [console]=1000 [firmware]=6000 [unit]=15000 [bootrom]=3000 [memory]=50000 [sound]=5000)
 
 way=explore seconds=60
 case ${1:-} in
@@ -21,13 +21,13 @@ case ${1:-} in
   ?*) seconds=$1; shift ;;
 esac
 fuzzers=("$@")
-[ ${#fuzzers[@]} -gt 0 ] || fuzzers=(setup indiv link session console unit bootrom memory sound)
+[ ${#fuzzers[@]} -gt 0 ] || fuzzers=(setup indiv link session console firmware unit bootrom memory sound)
 
 cmake --preset fuzz >/dev/null
 cmake --build --preset fuzz
 seeds=build-fuzz/seeds
 rm -rf $seeds
-mkdir -p $seeds/{link,session,console,unit,bootrom,memory}
+mkdir -p $seeds/{link,session,console,firmware,unit,bootrom,memory}
 cp -r fuzz/seeds/sound $seeds
 build-fuzz/bin/setup_seeds $seeds/setup $seeds/indiv
 

@@ -169,6 +169,19 @@ TEST(QtEventLoop, AnEndEndsAfterTheHandlerEvenUnderneathABox) {
   EXPECT_EQ(answer, vc::Answer::No);
 }
 
+TEST(QtEventLoop, AnEndThatIsRefusedIsToldAndForgotten) {
+  QtEventLoop loop;
+  bool asked = true;
+  int told = 0;
+  loop.SetEndAsked([&asked] { return asked; }, [&asked] { asked = false; });
+  loop.endRefused = [&told] { ++told; };
+  EXPECT_FALSE(loop.Ending());
+  loop.RequestEnd();
+  loop.endRefused = nullptr;
+  EXPECT_EQ(told, 1);
+  EXPECT_FALSE(loop.Ending());
+}
+
 TEST(EndRequests, EverySignalAsksForTheEndAndALogoutForKeeping) {
   host::EndSignals signals;
   int ends = 0, keeps = 0;

@@ -216,10 +216,11 @@ TEST_F(Updates, TheWindowShowsHowFarItIs) {
   Start();
   std::vector<std::string> seen;
   rom.instead = [&](const std::string& heard, int) {
-    if (heard == "YY" || heard == "packet 6" || heard == "EOT")
+    if (heard == "YY" || heard == "packet 6" || heard == "EOT") {
       seen.push_back(window.lblSection.core.Caption() + "|" + window.lblDoing.core.Caption() + "|" +
                      window.pbMain.Reading() + "|" + window.lblPacketNumber.core.Caption() +
                      (window.tmrBlink->Enabled() ? "|blinks" : ""));
+    }
     return std::optional<std::string>();
   };
   PressTwice();
