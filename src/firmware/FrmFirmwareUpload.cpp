@@ -127,6 +127,7 @@ void FrmFirmwareUpload::StopByOperator() {
     firmware.firmwareAbort = firmware.stopped = true;
   } else {
     tmrActivation->SetEnabled(false);
+    failure = "The update has been stopped.  The unit has not been changed.";
     Leave();
   }
 }

@@ -193,6 +193,7 @@ TEST_F(Updates, BeforeThatItIsStoppedWithoutABox) {
     if (!started) session.forms.Close(window.form);
     AwaitEnd();
     EXPECT_EQ(rom.sections[0], Bytes{1});
+    EXPECT_THAT(master.lblStatus.core.Caption(), StartsWith("The update has been stopped.  The unit "));
     EXPECT_THAT(Boxes(), testing::Not(HasSubstr("Upload")));
   }
 }
