@@ -1,7 +1,7 @@
 // What is said of a unit after an update that failed.
-#include "firmware/modFirmware.h"
-
 #include <algorithm>
+
+#include "firmware/modFirmware.h"
 
 namespace vc {
 namespace {

@@ -89,7 +89,7 @@ TEST(Undo, GivesBackWhatAChangeOfConfigurationTook) {
   const SystemSettings before = run.record;
   std::string held = run.unit.Dump();
   held.resize(held.find("image 1 "));  // behind which stands nothing that a host has set
-  run.Set("cmbBandwidth", "16 kHz");  // empties the tables
+  run.Set("cmbBandwidth", "16 kHz");   // empties the tables
   run.Set("cmbConfig", "Stereo Linked");
   run.Settle();
   EXPECT_EQ(run.record.numFilters * 10000 + run.record.mnotchFreq[2][1], 10000);
