@@ -64,7 +64,10 @@ void BootRom::Take(std::int64_t now) {
 }
 
 bool BootRom::TakeCommand(std::int64_t now) {
-  if (input == "\x04") return true;  // whoever leaves a transfer may not know that it has ended
+  if (input == "\x04") {
+    Hear("EOT", "", now);  // whoever leaves a transfer may not know that it has ended
+    return true;
+  }
   if (input == "?TERMIN") {
     Hear(input, "VELTRANUM", now);
   } else if (input == "?M" || input == "?D") {

@@ -249,6 +249,8 @@ TEST_F(Transfer, TheSumIsTextAndMustBeThatOfTheFile) {
     EXPECT_FALSE(firmware.StartFirmwareUpdate(1));
     EXPECT_EQ(firmware.state.sections[0], SectionState::Erased);
     EXPECT_EQ(firmware.state.sections[1], SectionState::Untouched);
+    EXPECT_EQ(rom.Count("EOT"), 2);  // and once more, to leave the transfer
+    rom.heard.clear();
   }
 }
 
