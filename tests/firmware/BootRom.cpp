@@ -3,12 +3,13 @@
 #include <algorithm>
 #include <cstdio>
 #include <numeric>
+#include <sstream>
 
 namespace support {
 namespace {
 
 constexpr std::size_t PacketSize = 132;
-constexpr std::int64_t MicrosecondsPerByte = 87;
+constexpr std::int64_t MicrosecondsPerByte = 87, PauseMicroseconds = 100000;
 constexpr const char* Ack = "\x06";
 constexpr const char* Nak = "\x15";
 
@@ -38,7 +39,9 @@ std::string BootRom::Hear(const std::string& event, const std::string& regular, 
   heard.push_back(event);
   heardAt.push_back(at);
   std::string bytes = instead(event, Count(event)).value_or(regular);
-  if (!bytes.empty()) pending.push_back({at, bytes});
+  std::istringstream parts(bytes);
+  for (std::string part; std::getline(parts, part, '\t'); at += PauseMicroseconds)
+    pending.push_back({at, part});
   return bytes;
 }
 

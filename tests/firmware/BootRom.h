@@ -15,7 +15,7 @@ namespace support {
 struct BootRom {
   // What is heard goes by these names: the commands as they are sent, "packet 3" (counted on over 255),
   // "EOT"; and "ask" is the NAK that it asks with. The answer goes out instead of the regular one, an empty
-  // one is silence. count is 1 at the first time.
+  // one is silence. A tab in it is a tenth of a second. count is 1 at the first time.
   using Instead = std::function<std::optional<std::string>(const std::string& heard, int count)>;
   Instead instead = [](const std::string& /*heard*/, int /*count*/) { return std::nullopt; };
 
