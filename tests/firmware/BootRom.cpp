@@ -40,8 +40,9 @@ std::string BootRom::Hear(const std::string& event, const std::string& regular, 
   heardAt.push_back(at);
   std::string bytes = instead(event, Count(event)).value_or(regular);
   std::istringstream parts(bytes);
-  for (std::string part; std::getline(parts, part, '\t'); at += PauseMicroseconds)
-    pending.push_back({at, part});
+  for (std::string part; std::getline(parts, part, '\t'); at += PauseMicroseconds) {
+    pending.insert(std::ranges::upper_bound(pending, at, {}, &Due::time), {at, part});
+  }
   return bytes;
 }
 

@@ -230,14 +230,14 @@ TEST_F(Transfer, APacketGoesOutTenTimes) {
 // twice is answered twice, and from there on every answer would be taken for the next packet's. Where it must
 // be sent twice, the answer to the first one may still come.
 TEST_F(Transfer, NoAnswerIsTakenForAnotherPackets) {
-  Install(1280, 128);
+  Install(2560, 128);
   rom.instead = [](const std::string& heard, int count) {
     if (heard == "packet 1" && count == 1) return std::optional<std::string>("\x15\t\x06");
     if (heard == "packet 4") return std::optional<std::string>(count == 1 ? "\x15" : "\x06\t\x06");
     return std::optional<std::string>();
   };
   EXPECT_TRUE(firmware.StartFirmwareUpdate(1));
-  EXPECT_EQ(Held(1, 1280), Image(1280));
+  EXPECT_EQ(Held(1, 2560), Image(2560));
   EXPECT_EQ(rom.Count("packet 1"), 2);  // one a section
   EXPECT_EQ(rom.Count("packet 4"), 2);
 }
