@@ -25,7 +25,10 @@ int main(int argc, char** argv) {
       [&program] { program.session.lastState.KeepNow(); },
       [&program] { return static_cast<bool>(program.events.endRefused); });
   // From within the running loop, so that the message boxes of the start work.
-  QTimer::singleShot(0, &application, [&program] { program.session.Start(); });
+  QTimer start;
+  start.setSingleShot(true);
+  QObject::connect(&start, &QTimer::timeout, &start, [&program] { program.session.Start(); });
+  start.start(0);
   const int result = QApplication::exec();
   program.session.Exit();
   return result;

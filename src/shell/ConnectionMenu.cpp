@@ -116,6 +116,7 @@ void ConnectionMenu::OfferFirmwareUpdate(const std::function<void()>& then) {
 }
 
 void ConnectionMenu::UpdateFirmware(const std::function<void()>& then) {
+  around.tell("");  // of an update before this one
   around.device.DisconnectZorq(true);
   around.periodic.EnableMainTimer(false);
   constexpr std::string_view window = "FrmFirmwareUpload";

@@ -50,8 +50,10 @@ void Tour::Run() {
   UndoSteps();
   StoreAndRecall();
   StoreAndRecallFilter();
+  ShowReport();
   ShowAbout();
   ShowObjectLog();
+  if (linked) UpdateFirmware();
   if (linked) Reconnect();
   Expect(!linked || boxes.Unexpected() == 0, "no box came up that was not expected");
   LeaveProgram();

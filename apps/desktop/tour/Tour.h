@@ -61,6 +61,11 @@ class Tour {
   void ChooseRow(const char* list, const char* row);
   void ChooseRow(QComboBox& list, std::string_view row);
   desktop::FormWindow* OpenedByName(const std::string& form);
+  // The setup report, over its preview into a PDF file and as a text.
+  void ShowReport();
+  void PrintReport();
+  void FileReport();
+  void UpdateFirmware();
   void ShowObjectLog();
   void Reconnect();
   void LeaveProgram();

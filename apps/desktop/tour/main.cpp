@@ -29,12 +29,13 @@ std::string Folder(double scale) {
 // A program folder of the tour's own: what the operator has left beside the program is neither read nor
 // changed.
 std::string Install(const std::filesystem::path& program, const std::filesystem::path& folder) {
-  const char* const factory = "Factory Defaults.nrv";
   std::error_code error;
   std::filesystem::remove_all(folder, error);
   std::filesystem::create_directories(folder, error);
   std::filesystem::create_directory_symlink(program / "ports", folder / "ports", error);
-  std::filesystem::copy_file(program / factory, folder / factory, error);
+  for (const char* file : {"Factory Defaults.nrv", "vlnamain.fwr", "vlnadaug.fwr"}) {
+    std::filesystem::copy_file(program / file, folder / file, error);
+  }
   return folder.string();
 }
 
