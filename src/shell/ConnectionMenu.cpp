@@ -133,8 +133,9 @@ void ConnectionMenu::TellUpdate(const std::string& failure) {
   int firmware = 0;
   int bootRom = 0;
   const bool known = around.device.PeekVersion(firmware, bootRom);
-  around.tell("Firmware " + versionBefore + " before the update, " + (known ? VersionOf(firmware) : Unknown) +
-              " after it");
+  const std::string after = known ? VersionOf(firmware) + " after it"
+                                  : "unknown after it.  If the unit does not connect, switch it off and on";
+  around.tell("Firmware " + versionBefore + " before the update, " + after);
 }
 
 void ConnectionMenu::ShowAbout() {
