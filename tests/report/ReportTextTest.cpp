@@ -6,24 +6,17 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <iterator>
-#include <sstream>
 
 #include <gmock/gmock.h>
 
-#include "ConsoleRun.h"
 #include "PanelOpening.h"
+#include "ReportSetups.h"
 
 namespace vc {
 namespace {
 
 namespace fs = std::filesystem;
-
-std::string ReportOf(const Session& session) {
-  std::string report = "what stood there before";
-  EXPECT_EQ(session.report.GenerateReport(report), modReport::Built);
-  return report;
-}
+using support::ReportOf;
 
 std::string WithoutReturns(std::string text) {
   std::erase(text, '\r');
@@ -37,43 +30,25 @@ std::string WithReturns(const std::string& lines) {
   return text;
 }
 
-std::string Content(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  EXPECT_TRUE(file) << path;
-  return {std::istreambuf_iterator<char>(file), {}};
-}
-
-std::vector<std::string> SetupNames() {
-  std::vector<std::string> names;
-  for (const auto& entry : fs::directory_iterator(REPORT_TEXTS "/setups")) {
-    names.push_back(entry.path().stem().string());
-  }
-  std::ranges::sort(names);
-  return names;
-}
-
 class ReportTexts : public testing::TestWithParam<std::string> {};
 
 TEST_P(ReportTexts, AreAsTheyHaveBeenRead) {
   support::ConsoleRun run;
-  std::istringstream commands(Content(fs::path(REPORT_TEXTS "/setups") / (GetParam() + ".txt")));
-  for (std::string line; std::getline(commands, line);) {
-    EXPECT_THAT(run.Say(line), testing::Not(testing::HasSubstr("error"))) << line;
-  }
-  const std::string report = ReportOf(run.session);
+  const std::string report = support::ReportOfSetup(run, GetParam());
   const fs::path expected = fs::path(REPORT_TEXTS "/expected") / (GetParam() + ".txt");
   if (std::getenv("VELTRANA_WRITE_REPORTS") != nullptr) {
     std::ofstream(expected, std::ios::binary) << WithoutReturns(report);
     FAIL() << expected << " has been written anew";
   }
-  EXPECT_EQ(report, WithReturns(Content(expected)));
+  EXPECT_EQ(report, WithReturns(support::Content(expected)));
 }
 
-INSTANTIATE_TEST_SUITE_P(Setups, ReportTexts, testing::ValuesIn(SetupNames()), [](const auto& setup) {
-  std::string name = setup.param;
-  std::ranges::replace(name, '-', '_');
-  return name;
-});
+INSTANTIATE_TEST_SUITE_P(Setups, ReportTexts, testing::ValuesIn(support::SetupNames()),
+                         [](const auto& setup) {
+                           std::string name = setup.param;
+                           std::ranges::replace(name, '-', '_');
+                           return name;
+                         });
 
 TEST(Report, KnowsAllEndsOfADescriptionsLines) {
   support::PanelRun run;
