@@ -119,6 +119,7 @@ void FrmFirmwareUpload::RefuseToClose(bool on) {
   form.refusal = on ? WhyOpen : "";
   platform.events.endRefused = on ? form.closeRefused : nullptr;
   btnCancel.core.SetEnabled(!on);
+  ShowNotice("");  // the reason why it stayed open may be none any more
 }
 
 // Before anything is erased the operator may think better of it.
