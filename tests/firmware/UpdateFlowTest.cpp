@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "BootRom.h"
+#include "RecordDifference.h"
 #include "ScriptedUnit.h"
 #include "TestSession.h"
 #include "firmware/FrmFirmwareUpload.h"
@@ -97,8 +98,8 @@ TEST_F(Updates, OnDemandDisconnectsUpdatesAndConnectsAgainWithAFullDownload) {
   EXPECT_EQ(master.lblStatus.core.Caption(), "Firmware 4.02 before the update, 4.10 after it");
   EXPECT_TRUE(session.device.comm.CommPortOpen && session.periodic.tmrBargraph->Enabled());
   EXPECT_TRUE(Sent(0x55) && Sent(0x56));
-  EXPECT_EQ(session.settings.filterType, before.filterType);
-  EXPECT_EQ(session.settings.comPort, before.comPort);
+  EXPECT_EQ(support::Difference(session.settings, before), "");
+  EXPECT_FALSE(session.history.CanUndo());
   EXPECT_EQ(session.forms.open.size(), 2U);  // the panel is still there
 }
 
