@@ -37,7 +37,6 @@ int BootRom::Count(const std::string& event) const {
 
 std::string BootRom::Hear(const std::string& event, const std::string& regular, std::int64_t at) {
   heard.push_back(event);
-  heardAt.push_back(at);
   std::string bytes = instead(event, Count(event)).value_or(regular);
   std::istringstream parts(bytes);
   for (std::string part; std::getline(parts, part, '\t'); at += PauseMicroseconds) {

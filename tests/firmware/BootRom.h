@@ -22,7 +22,6 @@ struct BootRom {
   std::array<Bytes, 2> sections{Bytes{1}, Bytes{2}};  // as it was made
   bool restarted = false;
   std::vector<std::string> heard, protests;
-  std::vector<std::int64_t> heardAt;
   std::string afterErase = "\r\n";
   std::int64_t eraseMicroseconds = 3000000, askMicroseconds = 1000000;
 

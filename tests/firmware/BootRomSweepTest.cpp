@@ -3,8 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "FaultyLine.h"
+#include "QuietView.h"
 #include "TestSession.h"
-#include "firmware/modFirmware.h"
 
 namespace vc {
 namespace {
@@ -34,14 +34,9 @@ struct Update {
   }
 
   UploadView View() {
-    return {.section = [](const std::string& /*text*/) {},
-            .doing = [](const std::string& /*text*/) {},
-            .blink = [](bool /*on*/) {},
-            .SetXmodemResults = [](int /*total*/, int /*done*/) { return true; },
-            .ShowPacketInfo = [] {},
-            .HidePacketInfo = [] {},
-            .writing = [](bool /*on*/) {},
-            .failed = [this](const std::string& told) { words = told; }};
+    UploadView view = support::QuietView();
+    view.failed = [this](const std::string& told) { words = told; };
+    return view;
   }
 
   unit::Unit& Now() { return line.Now(); }
@@ -52,6 +47,7 @@ struct Update {
   void ExpectNewFirmware(bool restarts) {
     Now().Transmit(test.clock.Microseconds());
     EXPECT_EQ(Now().Rom().images, files);
+    EXPECT_FALSE(firmware.failure);
     EXPECT_TRUE(Now().InApplication() || (!restarts && Now().Rom().CanStart()));
     EXPECT_EQ(test.desk.boxes.size(), 1U);
     EXPECT_EQ(test.desk.boxes.back().title, "Upload Complete");
@@ -61,6 +57,7 @@ struct Update {
     Now().Transmit(test.clock.Microseconds() + unit::PowerCutMicroseconds);
     EXPECT_EQ(test.desk.boxes.size(), 1U);
     EXPECT_EQ(test.desk.boxes.back().title, "Firmware Upload Error");
+    EXPECT_TRUE(!test.ports.state.gone || Say("The port went away.")) << words;
     const unit::Images& images = Now().Rom().images;
     for (const Section section : unit::Sections) {
       const std::size_t i = NumberOf(section) - 1;
@@ -81,7 +78,7 @@ struct Update {
     const double start = test.clock.Seconds();
     const bool done = firmware.StartFirmwareUpdate(1);
     verified += done ? 1 : 0;
-    EXPECT_LT(test.clock.Seconds() - start, 400.0);
+    EXPECT_LT(test.clock.Seconds() - start, pulledAt ? 20.0 : 400.0);
     done ? ExpectNewFirmware(false) : ExpectTrueWords();
     line.fault.reset();
     pulledAt.reset();

@@ -12,8 +12,8 @@
 #include <unistd.h>
 
 #include "Pty.h"
+#include "QuietView.h"
 #include "TestSession.h"
-#include "firmware/modFirmware.h"
 #include "host/PosixSerialPorts.h"
 #include "host/SystemClock.h"
 
@@ -31,16 +31,7 @@ struct Receiver : testing::TestWithParam<std::size_t> {
   support::RecordingPrinters printers;
   support::TestPictures pictures;
   modDebug log;
-  modFirmware firmware{{clock, loop, desk, ports, files, printers, pictures},
-                       log,
-                       {.section = [](auto&) {},
-                        .doing = [](auto&) {},
-                        .blink = [](bool) {},
-                        .SetXmodemResults = [](int, int) { return true; },
-                        .ShowPacketInfo = [] {},
-                        .HidePacketInfo = [] {},
-                        .writing = [](bool) {},
-                        .failed = [](auto&) {}}};
+  modFirmware firmware{{clock, loop, desk, ports, files, printers, pictures}, log, support::QuietView()};
   const std::string received = folder.Path() + "/received";
 
   Receiver() { std::filesystem::create_symlink(line.Path(), folder.Path() + "/COM3"); }

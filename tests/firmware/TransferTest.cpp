@@ -3,9 +3,8 @@
 #include <gtest/gtest.h>
 
 #include "BootRom.h"
+#include "QuietView.h"
 #include "TestSession.h"
-#include "firmware/Xmodem.h"
-#include "firmware/modFirmware.h"
 
 namespace vc {
 namespace {
@@ -32,18 +31,15 @@ struct Transfer : testing::Test {
   std::string reply;
 
   UploadView View() {
-    return {.section = [this](const std::string& text) { stages.push_back(text); },
-            .doing = [](const std::string& /*text*/) {},
-            .blink = [this](bool on) { blinking = on; },
-            .SetXmodemResults =
-                [this](int total, int done) {
-                  progress.emplace_back(total, done);
-                  return true;
-                },
-            .ShowPacketInfo = [] {},
-            .HidePacketInfo = [] {},
-            .writing = [this](bool on) { writing = on; },
-            .failed = [](const std::string& /*words*/) {}};
+    UploadView view = support::QuietView();
+    view.section = [this](const std::string& text) { stages.push_back(text); };
+    view.blink = [this](bool on) { blinking = on; };
+    view.SetXmodemResults = [this](int total, int done) {
+      progress.emplace_back(total, done);
+      return true;
+    };
+    view.writing = [this](bool on) { writing = on; };
+    return view;
   }
   void Install(std::size_t main, std::size_t daughter) {
     Put("vlnamain.fwr", Image(main));
@@ -110,18 +106,6 @@ TEST_F(Transfer, IsBoundByTheLine) {
   EXPECT_LT(Seconds([&] { return firmware.TransmitXmodemPacket(data, 1); }, true), 0.020);
 }
 
-TEST_F(Transfer, NumbersWrapAtAllSizesAroundTheirBoundaries) {
-  for (const std::size_t packets : {1U, 64U, 128U, 255U, 256U, 257U, 513U}) {
-    for (const std::size_t missing : {0U, 1U, 63U}) {
-      const std::size_t size = packets * 128 - missing;
-      Install(size, 128);
-      EXPECT_TRUE(firmware.StartFirmwareUpdate(1)) << size;
-      EXPECT_EQ(Held(1, size), Image(size));
-    }
-  }
-  EXPECT_THAT(rom.protests, IsEmpty());
-}
-
 TEST_F(Transfer, CommandsAreRepeatedAsOftenAsTold) {
   Open();
   rom.instead = [](auto&, int) { return std::string(); };
@@ -140,53 +124,19 @@ TEST_F(Transfer, CommandsAreRepeatedAsOftenAsTold) {
   EXPECT_EQ(reply, "");
 }
 
-TEST_F(Transfer, ARefusalEndsTheAttemptAtOnce) {
+// Its beginning is as long as the answer that is waited for.
+TEST_F(Transfer, ARefusalIsKnownByItsWholeAndEndsTheAttemptAtOnce) {
   Open();
   EXPECT_TRUE(firmware.TransmitCommand({"?M", "MDL", 3}, reply));
   rom.eraseMicroseconds = 100;
+  rom.afterErase = "";
   rom.instead = [](const std::string& heard, int count) {
-    return heard == "YY" && count < 5 ? std::optional<std::string>("!RT") : std::nullopt;
+    if (heard != "YY" || count == 5) return std::optional<std::string>();
+    return std::optional<std::string>(count == 1 ? "!R\tT" : "!RT");
   };
   EXPECT_LT(Seconds([&] { return firmware.TransmitCommand({"YY", "OK", 2, 200}, reply); }, true), 1.0);
-  EXPECT_EQ(rom.Count("YY"), 5);
-}
-
-// The beginning of a refusal is as long as the answer that is waited for.
-TEST(TransferOfSingleBytes, KnowsARefusalByItsWhole) {
-  support::BootRom rom;
-  support::FarEnd end = rom.End();
-  std::deque<std::uint8_t> slow;
-  std::int64_t due = 0;
-  rom.instead = [](const std::string& heard, int count) {
-    return heard == "YY" && count == 1 ? std::optional<std::string>("!RT") : std::nullopt;
-  };
-  end.transmit = [&, whole = end.transmit](std::int64_t now) {
-    const Bytes more = whole(now);
-    slow.insert(slow.end(), more.begin(), more.end());
-    Bytes bytes;
-    if (slow.empty() || now < due) return bytes;
-    bytes.push_back(slow.front());
-    slow.pop_front();
-    due = now + 30000;
-    return bytes;
-  };
-  support::TestSession test{end};
-  modFirmware firmware{test.session.platform,
-                       test.session.objectLog,
-                       {.section = [](auto&) {},
-                        .doing = [](auto&) {},
-                        .blink = [](bool) {},
-                        .SetXmodemResults = [](int, int) { return true; },
-                        .ShowPacketInfo = [] {},
-                        .HidePacketInfo = [] {},
-                        .writing = [](bool) {},
-                        .failed = [](auto&) {}}};
-  std::string reply;
-  firmware.OpenComPort(1);
-  EXPECT_TRUE(firmware.TransmitCommand({"?M", "MDL", 3}, reply));
-  EXPECT_TRUE(firmware.TransmitCommand({"YY", "OK", 2, 200}, reply));
-  EXPECT_EQ(rom.Count("YY"), 2);
   EXPECT_EQ(reply, "OK");
+  EXPECT_EQ(rom.Count("YY"), 5);
 }
 
 TEST_F(Transfer, AnAnswerCountsByItsLengthOrByWhatItHolds) {
@@ -277,35 +227,6 @@ TEST_F(Transfer, AFileThatPacketsDoNotCoverIsRefusedBeforeAnythingIsErased) {
     rom.heard.clear();
   }
   EXPECT_EQ(rom.sections[1], Bytes{2});
-}
-
-TEST_F(Transfer, APortThatIsPulledEndsEveryState) {
-  Install(512, 512);
-  for (const char* const last : {"?TERMIN", "?M", "YY", "ask", "packet 1", "packet 4", "EOT", "?D", "?X"}) {
-    rom = {};
-    test.desk.boxes.clear();
-    rom.instead = [&](const std::string& heard, int) {
-      if (heard == last) test.ports.state.gone = true;
-      return std::optional<std::string>();
-    };
-    const bool atTheEnd = last == std::string("?X");
-    EXPECT_LT(Seconds([&] { return firmware.StartFirmwareUpdate(1); }, atTheEnd), 20.0) << last;
-    EXPECT_EQ(Box(), atTheEnd ? "Upload Complete" : "Firmware Upload Error") << last;
-    EXPECT_EQ(firmware.failure.value_or(Fault{}).description, atTheEnd ? "" : "The port went away");
-    EXPECT_FALSE(writing || blinking);
-    test.ports.state.gone = false;
-  }
-}
-
-TEST_F(Transfer, WhatFailsIsTriedAgainFromTheBootRom) {
-  Install(512, 512);
-  Put("vlnadaug.fwr", {});
-  EXPECT_FALSE(firmware.StartFirmwareUpdate(1));
-  EXPECT_EQ(firmware.failure->number, 1010);
-  Install(512, 512);
-  EXPECT_TRUE(firmware.StartFirmwareUpdate(1));
-  EXPECT_FALSE(firmware.failure.has_value());
-  EXPECT_EQ(Held(2, 512), Image(512));
 }
 
 TEST_F(Transfer, TheEndOfTheProgramEndsEveryWait) {
