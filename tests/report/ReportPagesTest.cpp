@@ -1,7 +1,4 @@
 // Reports on pages of 20 lines, of which a graph takes 17, and in files.
-#include <fstream>
-#include <iterator>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -138,10 +135,7 @@ TEST_F(Reports, TellOfPaperThatCannotBeMeasured) {
 
 TEST_F(Reports, GoIntoFilesWithoutPages) {
   const std::string path = folder.Path() + "/report.txt";
-  const auto written = [&path] {
-    std::ifstream file(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(file), {});
-  };
+  const auto written = [&path] { return support::Content(path); };
   const std::string text = "one\r\n\r\n%NP\r\n%CO1\r\n%SA\r\n  %NP\r\n%SI\r\n%EG2";
   const std::string remark =
       "     (Graphics Display only available when printing\r\n"

@@ -4,8 +4,6 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 
 #include <gmock/gmock.h>
 
@@ -15,7 +13,6 @@
 namespace vc {
 namespace {
 
-namespace fs = std::filesystem;
 using support::ReportOf;
 
 std::string WithoutReturns(std::string text) {
@@ -35,9 +32,9 @@ class ReportTexts : public testing::TestWithParam<std::string> {};
 TEST_P(ReportTexts, AreAsTheyHaveBeenRead) {
   support::ConsoleRun run;
   const std::string report = support::ReportOfSetup(run, GetParam());
-  const fs::path expected = fs::path(REPORT_TEXTS "/expected") / (GetParam() + ".txt");
+  const std::string expected = REPORT_TEXTS "/expected/" + GetParam() + ".txt";
   if (std::getenv("VELTRANA_WRITE_REPORTS") != nullptr) {
-    std::ofstream(expected, std::ios::binary) << WithoutReturns(report);
+    support::Put(expected, WithoutReturns(report));
     FAIL() << expected << " has been written anew";
   }
   EXPECT_EQ(report, WithReturns(support::Content(expected)));

@@ -1,8 +1,6 @@
 // The setup report from the menus to the paper and into files, worked as the operator does.
 #include <cmath>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 
 #include <gmock/gmock.h>
 
@@ -38,18 +36,7 @@ struct PrintedReports : testing::Test, support::PanelRun {
     test.desk.answers.push_back(single);
     EXPECT_EQ(Click("btnOK"), "");
   }
-  std::string Read(const std::string& name) const {
-    std::ifstream file(folder + "/" + name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
-  // Everything that was printed, line by line.
-  static std::string TextOf(const support::Printout& printout) {
-    std::string text;
-    for (const auto& page : printout.pages) {
-      for (const auto& one : page.texts) text += one.text + "\n";
-    }
-    return text;
-  }
+  std::string Read(const std::string& name) const { return support::Content(folder + "/" + name); }
   std::string LastBox() const { return boxes.empty() ? "" : boxes.back().title + ": " + boxes.back().text; }
 };
 
@@ -69,8 +56,8 @@ TEST_F(PrintedReports, GoOverThePreviewOntoTheChosenPrinter) {
   EXPECT_EQ(printers.printouts[0].job.printer, "Attic");
   EXPECT_EQ(printers.printouts[0].job.title, "Setup Report");
   EXPECT_TRUE(printers.printouts[0].ended);
-  const std::string text = TextOf(printers.printouts[0]);
-  EXPECT_EQ(TextOf(printers.previews.at(0)), text);
+  const std::string text = printers.printouts[0].Text();
+  EXPECT_EQ(printers.previews.at(0).Text(), text);
   EXPECT_THAT(text, HasSubstr("\n               the door bangs\n"));
   EXPECT_THAT(text, HasSubstr("Page 2 of " + std::to_string(printers.printouts[0].pages.size()) + "\n"));
 
@@ -93,7 +80,7 @@ TEST_F(PrintedReports, AskForTheNameOfAPdfFileAndPrintWhatWasSetBefore) {
   EXPECT_EQ(Type("txtFileName", "mine", true), "");
   ASSERT_EQ(printers.printouts.size(), 1U);
   EXPECT_EQ(printers.printouts[0].job.file, folder + "/mine.pdf");
-  EXPECT_THAT(TextOf(printers.printouts[0]), HasSubstr("Room 4"));
+  EXPECT_THAT(printers.printouts[0].Text(), HasSubstr("Room 4"));
   printers.wanted = false;  // whoever has seen enough hears nothing more
   PrintOn("Office");
   EXPECT_EQ(printers.previews.size(), 2U);

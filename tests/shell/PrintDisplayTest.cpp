@@ -28,11 +28,7 @@ struct PrintedDisplays : testing::Test, support::PanelRun {
     test.loop.RunFor(1500);
   }
   const support::PrintedPage& Paper() const { return printers.printouts.back().pages.front(); }
-  std::string Texts() const {
-    std::string texts;
-    for (const auto& one : Paper().texts) texts += one.text + "\n";
-    return texts;
-  }
+  std::string Texts() const { return Paper().Text(); }
   bool InReport(const ReportPicture& picture) {
     return GraphPictures({record, test.clock.Wall(), session.displays.Reading()}).shown(picture);
   }

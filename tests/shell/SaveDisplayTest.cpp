@@ -1,6 +1,5 @@
 // What a display shows is saved and copied: by the spectrum analyzer's window, on real files.
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 
 #include <gmock/gmock.h>
@@ -40,10 +39,7 @@ struct SavedDisplays : testing::Test, support::PanelRun {
     EXPECT_EQ(Click("btnOK"), "");
     return proposed;
   }
-  std::string Read(const std::string& name) const {
-    std::ifstream file(folder + "/" + name, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
-  }
+  std::string Read(const std::string& name) const { return support::Content(folder + "/" + name); }
   // The names in the folder, in their order.
   std::string Names() const {
     std::vector<std::string> names;

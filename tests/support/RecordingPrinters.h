@@ -27,6 +27,13 @@ struct PrintedLine {
 struct PrintedPage {
   std::vector<PrintedText> texts;
   std::vector<PrintedLine> lines;
+
+  // Line by line.
+  std::string Text() const {
+    std::string all;
+    for (const PrintedText& one : texts) all += one.text + "\n";
+    return all;
+  }
 };
 
 struct Printout {
@@ -34,6 +41,12 @@ struct Printout {
   std::vector<vc::PrintFont> fonts;
   std::vector<PrintedPage> pages{1};
   bool ended = false;
+
+  std::string Text() const {
+    std::string all;
+    for (const PrintedPage& page : pages) all += page.Text();
+    return all;
+  }
 };
 
 class RecordingPrinters : public vc::Printers {

@@ -4,8 +4,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -13,14 +11,9 @@
 #include <gmock/gmock.h>
 
 #include "ConsoleRun.h"
+#include "TempFolder.h"
 
 namespace support {
-
-inline std::string Content(const std::filesystem::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  EXPECT_TRUE(file) << path;
-  return {std::istreambuf_iterator<char>(file), {}};
-}
 
 inline std::vector<std::string> SetupNames() {
   std::vector<std::string> names;
@@ -39,7 +32,7 @@ inline std::string ReportOf(const vc::Session& session) {
 
 // The report of the setup of that name, which the session then has.
 inline std::string ReportOfSetup(ConsoleRun& run, const std::string& name) {
-  std::istringstream commands(Content(std::filesystem::path(REPORT_TEXTS "/setups") / (name + ".txt")));
+  std::istringstream commands(Content(REPORT_TEXTS "/setups/" + name + ".txt"));
   for (std::string line; std::getline(commands, line);) {
     EXPECT_THAT(run.Say(line), testing::Not(testing::HasSubstr("error"))) << line;
   }
