@@ -224,18 +224,5 @@ TEST_F(Display, AReadForAFileHoldsThePollOff) {
   EXPECT_TRUE(test.desk.boxes.empty());
 }
 
-TEST_F(Display, ComesAndGoesWithoutATrace) {
-  session.panels.OpenFilter(2);
-  Run(200);
-  const auto forms = session.forms.open.size();
-  for (int i = 0; i < 10'000; ++i) {
-    session.displays.Show(display::None);
-    session.displays.Show(display::Coefficients);
-  }
-  EXPECT_EQ(session.forms.open.size(), forms);
-  EXPECT_EQ(Got("cmbFilter"), "Filter 1");
-  EXPECT_EQ(session.periodic.pollMode, poll::Coefficients);
-}
-
 }  // namespace
 }  // namespace vc

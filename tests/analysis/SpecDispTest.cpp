@@ -2,7 +2,6 @@
 #include <array>
 
 #include <gmock/gmock.h>
-#include <malloc.h>
 
 #include "PanelRun.h"
 #include "analysis/SpecDisp.h"
@@ -320,20 +319,6 @@ TEST_F(SpecDispRun, PoursTheLinesOfATraceThatRuns) {
   EXPECT_EQ(poured.Added(), held);
   Click("chkBlueTrace");
   EXPECT_EQ(Get("cmbWaterfallTrace"), "Trace 1");
-}
-
-TEST_F(SpecDispRun, LeavesNothingBehindWhenItCloses) {
-  constexpr int rounds = 10000 / TIME_ALLOWANCE, warm = 100;
-  std::size_t before = 0;
-  const SystemSettings setup = record;
-  for (int round = 0; round < rounds; ++round) {
-    if (round == warm) before = mallinfo2().uordblks;
-    session.displays.Show(display::Spectrum);
-    session.displays.Show(display::None);
-  }
-  EXPECT_NEAR(static_cast<double>(mallinfo2().uordblks), static_cast<double>(before), 10000.0);
-  EXPECT_FALSE(session.history.CanUndo());
-  EXPECT_TRUE(ChangesBetween(setup, record).numbers.empty());
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include "RandomRecord.h"
+#include "RecordDifference.h"
 #include "SetupFixture.h"
 #include "persist/SetupLines.h"
 
@@ -33,18 +34,6 @@ void TakeWhatNoFileCarries(SystemSettings& loaded, const SystemSettings& saved) 
   }
 }
 
-std::string FirstDifference(const SystemSettings& one, const SystemSettings& other) {
-  std::string found;
-  if (one == other) return found;
-  for (const FieldRow& row : Fields()) {
-    ForEachElement(row, [&](int i, int j) {
-      if (!found.empty() || row.value(one, i, j) == row.value(other, i, j)) return;
-      found = std::string(row.name) + "(" + std::to_string(i) + "," + std::to_string(j) + ")";
-    });
-  }
-  return found;
-}
-
 TEST_F(SetupFile, FiveThousandRandomRecordsComeBackAsTheyWere) {
   std::mt19937 random{41};
   for (int round = 0; round < 5000 / TIME_ALLOWANCE; ++round) {
@@ -56,7 +45,7 @@ TEST_F(SetupFile, FiveThousandRandomRecordsComeBackAsTheyWere) {
     ASSERT_TRUE(ReadSetup(settings, text, true, learned)) << round;
     ValidateSettings(settings);
     TakeWhatNoFileCarries(settings, saved);
-    ASSERT_EQ(FirstDifference(settings, saved), "") << round;
+    ASSERT_TRUE(settings == saved) << round << support::Difference(settings, saved);
     ASSERT_EQ(WriteSetup(settings, 0, {}), text) << round;
   }
 }
@@ -99,7 +88,7 @@ TEST_F(SetupFile, TheSecondCopyOfAddedStagesDoesNotCount) {
   Put(path, edited);
   const SystemSettings before = settings;
   ASSERT_TRUE(Load(path));
-  EXPECT_EQ(FirstDifference(settings, before), "");
+  EXPECT_TRUE(settings == before) << support::Difference(settings, before);
 }
 
 // What of the record the lines up to a place decide; everything behind it keeps its default.
@@ -127,7 +116,7 @@ TEST_F(SetupFile, CutAfterAnyLineItLoadsAndGarbageInAnyLineStopsItThere) {
         << place;
     ValidateSettings(damaged);
     if (isText) continue;  // a line without quotes is a text as it stands
-    ASSERT_EQ(FirstDifference(cut, damaged), "") << place;
+    ASSERT_TRUE(cut == damaged) << place << support::Difference(cut, damaged);
   }
 }
 
@@ -201,7 +190,7 @@ TEST_F(SetupFile, WhatIsNoFileIsRefusedAndChangesNothing) {
   EXPECT_FALSE(Load(huge));
   EXPECT_FALSE(setups.ReadFileHeader(huge, header));
   EXPECT_FALSE(Load(folder.Path() + "/none.nrv"));
-  EXPECT_EQ(FirstDifference(settings, before), "");
+  EXPECT_TRUE(settings == before) << support::Difference(settings, before);
 }
 
 TEST_F(SetupFile, EveryOperationOfASaveMayFailAndTheOldFileStands) {

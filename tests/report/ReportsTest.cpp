@@ -188,14 +188,6 @@ TEST_F(PrintedReports, LeaveWhatStoodThereOnADiskThatFails) {
   }
 }
 
-TEST_F(PrintedReports, SayHowScreensArePrinted) {
-  for (const char* entry : {"mnuPrintScreen", "mnuHelpPrintScreen"}) {
-    EXPECT_EQ(Click(entry), "");
-    EXPECT_THAT(LastBox(), testing::StartsWith("How To Print Screens: Screens cannot be printed from this "
-                                               "program by using the PrintScreen button.  Instead"));
-  }
-}
-
 TEST_F(PrintedReports, HaveTheGraphsOfTheStagesAndOfTheDisplayThatIsOpen) {
   printers.printable = {10460, 15400};
   Edit("numFilters", "3");

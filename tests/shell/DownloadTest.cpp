@@ -142,28 +142,6 @@ TEST_F(Downloads, AnotherNumberOfFiltersSendsTheDifferenceAndCutsNothing) {
   EXPECT_EQ(unit.Dump(), held);
 }
 
-TEST_F(Downloads, FilterTakenOutAndPutBackHasItsTableAgain) {
-  Edit("numFilters", "2");
-  BuildHiRes(2);
-  const auto table = Stage(2).coefficients;
-  ASSERT_FALSE(table.empty());
-  Edit("numFilters", "1");
-  Settle();
-  EXPECT_FALSE(HasTable(2));
-  Edit("numFilters", "2");
-  Settle();
-  EXPECT_EQ(Stage(2).coefficients, table);
-  record.filterBuilt[2] = 0;  // a table that was destroyed stays away
-  record.filterDirty[2] = -1;
-  support::MarkEdited(record);
-  Settle();
-  for (const char* filters : {"1", "2"}) {
-    Edit("numFilters", filters);
-    Settle();
-  }
-  EXPECT_FALSE(HasTable(2));
-}
-
 TEST_F(Downloads, AnalyzerTapsAndSpansKeepToTheirRegisters) {
   Edit("configMode", "2");
   Edit("broadbandActive", "1", 2);
@@ -286,37 +264,6 @@ TEST_F(Downloads, ACancellerHearsWhatFeedsItsPartner) {
   Edit("ch2DelayChan", "1", 4);
   Settle();
   EXPECT_EQ(sources(2), std::pair(1, 0));
-}
-
-TEST_F(Downloads, UnlinkedRightSideHasItsOwnTableAgain) {
-  Edit("configMode", "2");
-  Edit("hiResCurve", "-7", 1, 50);
-  BuildHiRes(1);
-  BuildHiRes(4);
-  Edit("hiResCurve", "-40", 4, 200);
-  Settle();
-  const auto own = Stage(2).coefficients;
-  Edit("configMode", "1");
-  Settle();
-  EXPECT_EQ(Stage(2).coefficients, Stage(1).coefficients);
-  Edit("configMode", "2");
-  Settle();
-  EXPECT_EQ(Stage(2).coefficients, own);
-}
-
-TEST_F(Downloads, AnewFromTheResetOnTheUnitHoldsWhatItHeld) {
-  Edit("configMode", "2");
-  Edit("eqBandGain", "9", 9, 4);
-  Edit("eqType", "1", 2);
-  Edit("edgeCurve", "-9", 2, 40);
-  Settle();
-  const std::string held = unit.Dump();
-  Sent();
-  session.download.ForgetBandwidth();
-  support::MarkEdited(record);
-  Settle();
-  EXPECT_NE(Sent().find(" 89/255 "), std::string::npos);
-  EXPECT_EQ(unit.Dump(), held);
 }
 
 TEST_F(Downloads, OnlyFiltersBelow128TapsTellTheirBlocks) {

@@ -243,6 +243,10 @@ TEST(MasterPanel, EveryEntryDoesSomething) {
     EXPECT_EQ(run.Click(entry), "");
     ASSERT_EQ(run.test.desk.boxes.size(), 1U) << entry;
     EXPECT_EQ(run.test.desk.boxes.back().title, title);
+    if (std::string_view(title) == "Help") continue;
+    EXPECT_THAT(run.test.desk.boxes.back().text,
+                testing::StartsWith("Screens cannot be printed from this program by using the PrintScreen "
+                                    "button.  Instead"));
   }
   run.session.master.top.btnClearAll.Refresh(9);
   EXPECT_EQ(run.test.desk.boxes.back().text, "Invalid picture state in GraphicButton:Refresh()");

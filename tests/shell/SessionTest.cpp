@@ -193,21 +193,6 @@ TEST_F(Sessions, AboutWithoutAUnitKnowsNoVersions) {
             std::string::npos);
 }
 
-TEST_F(Sessions, SecondPressOfTheUpdateKeyUpdates) {
-  Start();
-  const auto press = master.form.keys.at("Alt+U");
-  press();
-  master.menus.mnuAbout.Click();
-  test.desk.boxes.clear();
-  press();
-  ASSERT_FALSE(test.desk.boxes.empty());
-  EXPECT_EQ(test.desk.boxes[0].title, "Firmware Needs Update");
-  EXPECT_TRUE(device.comm.CommPortOpen);  // and connects again
-  test.desk.boxes.clear();
-  press();
-  EXPECT_TRUE(test.desk.boxes.empty());
-}
-
 TEST_F(Sessions, ExitLeavesNothingButTheObjectLog) {
   Start();
   master.menus.mnuExit.Click();

@@ -239,17 +239,6 @@ TEST(RomFaults, BefallTheExchangeThatTheyAreMeantFor) {
   }
 }
 
-TEST(RomFaults, APowerCutDuringATransferLeavesTheSectionErased) {
-  RomBench bench(With(7, RomFault::Cut));
-  bench.Say("?TERMIN");
-  bench.Begin("?M");
-  EXPECT_EQ(bench.Send(mainImage), "\x06\x06\x06");
-  EXPECT_EQ(bench.LastLine(), "power is off\n");
-  EXPECT_EQ(bench.Say("?TERMIN", 3 * Second), "");
-  EXPECT_EQ(bench.LastLine(), "boot ROM waits\n");
-  EXPECT_EQ(bench.Say("?TERMIN"), "VELTRANUM");
-}
-
 TEST(Images, EveryCutAndEveryChangedByteIsSeen) {
   const Bytes image = unit::MakeImage(Section::Daughter, 999, 384);
   EXPECT_TRUE(unit::Examine(Section::Daughter, image).complete);
