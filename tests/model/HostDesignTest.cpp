@@ -67,6 +67,26 @@ TEST(BuildCoefficients, NotchesTheBinsOfTheList) {
   EXPECT_THAT(removed(750, 1), testing::ElementsAre(100, 101, 102, 107));
 }
 
+TEST(BuildCoefficients, HasASpectralInverseOneBinUp) {
+  FilterTransform transform;
+  SystemSettings settings = Fresh();
+  settings.sifCurve[1][100] = -80;
+  std::vector<int> removed = BinsFrom(461, 512);
+  removed.insert(removed.begin(), 101);
+  EXPECT_EQ(RemovedBins(BuildCoefficients(transform, settings, 1, FilterKind::SpectralInverse, AllTaps)),
+            removed);
+}
+
+TEST(BuildCoefficients, StaysFiniteAtAnyGain) {
+  FilterTransform transform;
+  SystemSettings settings = Fresh();
+  settings.sifCurve[1].Fill(std::numeric_limits<float>::max());
+  settings.sifCurve[1][100] = std::numeric_limits<float>::quiet_NaN();
+  const auto taps = BuildCoefficients(transform, settings, 1, FilterKind::SpectralInverse, AllTaps);
+  for (const float tap : taps) ASSERT_TRUE(std::isfinite(tap));
+  EXPECT_LT(taps[512], -1.0F);  // so much gain takes away a negative part
+}
+
 struct Plateaus {
   std::vector<float> levels;
   std::vector<bool> gentle;  // none of the 5 lines on either side is on another plateau
@@ -93,6 +113,7 @@ TEST(CurveDesign, IsRightOnQuietLinesWithFewerTaps) {
         CoefficientsOf(transform, CurveDesign(DrawnCurve(drawn.levels), static_cast<std::int16_t>(number)));
     ASSERT_EQ(taps.size(), static_cast<std::size_t>(number));
     ASSERT_TRUE(number % 2 != 0 || std::abs(taps[0]) < 1e-7F) << "it has no partner, but " << taps[0];
+    EXPECT_LT(std::abs(Passed(taps, 490)), 0.03) << "above the curve nothing passes";
     for (std::size_t line = 0; line < CurveLines; ++line) {
       if (!drawn.gentle[line]) continue;
       const double heard = 20 * std::log10(std::abs(Passed(taps, static_cast<double>(line))));

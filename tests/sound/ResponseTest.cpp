@@ -103,10 +103,17 @@ const std::vector<Shape> FilterShapes{
     {FilterKind::Slot, "slotFreq 1500 slotWidth 300 slotAtten 45", -45, 0, {{1500, 0, 0}}},
     {FilterKind::MultipleNotch,
      "mnotchFreq:1 800 mnotchWidth:1 9 mnotchFreq:7 2000 mnotchWidth:7 1 mnotchFreq:16 20 mnotchWidth:16 4 "
-     "filterAtten 32439"},
+     "filterAtten 32439",
+     {},
+     0,
+     {{0, .45, 0}}},
     {FilterKind::MultipleNotch, "filterAtten 16384"},
     {FilterKind::MultipleSlot,
-     "mslotFreq:1 700 mslotWidth:1 40 mslotFreq:2 2500 mslotWidth:2 15 filterAtten 31731"},
+     "mslotFreq:1 700 mslotWidth:1 40 mslotFreq:2 2500 mslotWidth:2 15 filterAtten 31731",
+     {},
+     0,
+     {{700, 0, 0}, {2500, 0, 0}, {0, .45, -30}}},
+    {FilterKind::MultipleSlot, "mslotFreq:1 0 mslotFreq:2 0", {}, 0, {{700, 0, 0}}},  // it is transparent
     {FilterKind::TriParametric,
      "parCenter:0 0.05 parRatio:0 6 parBoost:0 -40 parCenter:1 0.15 parRatio:1 2.5 parBoost:1 9 parCenter:2 "
      "0.4 "
