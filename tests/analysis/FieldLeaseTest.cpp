@@ -118,22 +118,5 @@ TEST_F(Lending, TheTitleOfTheFileDoesNotKnow) {
   EXPECT_TRUE(session.setupContext.open.Changed());
 }
 
-struct LendingRuns : support::States {};
-
-TEST_F(LendingRuns, TheNextRunBeginsWithTheOperatorsOwn) {
-  support::Outing first(*this, false);
-  Session& session = first.Started();
-  first.Edit("specAverages", "3");
-  const FieldLease lease(session.settings, Analyzer);
-  first.loop.RunFor(20000);  // kept while it runs
-  const std::string kept = support::Content(last);
-  EXPECT_EQ(kept, support::SetupOf(session));
-  session.Exit();
-  EXPECT_EQ(support::Content(last), kept);
-  support::Outing second(*this, false);
-  EXPECT_EQ(second.Started().settings.specAverages, 3);
-  EXPECT_EQ(second.session.settings.averagerMode, 0);
-}
-
 }  // namespace
 }  // namespace vc

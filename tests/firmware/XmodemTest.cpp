@@ -4,7 +4,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "VirtualLine.h"
 #include "firmware/Xmodem.h"
 
 namespace vc::xmodem {
@@ -39,20 +38,6 @@ TEST(XmodemPackets, NumbersBeginAnewBehind255) {
   EXPECT_EQ(MakePacket({}, 256)[1], 0);
   EXPECT_EQ(MakePacket({}, 256)[2], 255);
   EXPECT_EQ(DataOf(Image(257 * 128), 257)[0], 256 * 128 % 251 + 1);
-}
-
-TEST(XmodemPackets, AreOutAfterTheirTimeOnTheLine) {
-  support::VirtualClock clock;
-  support::VirtualPorts ports(clock, {.receive = [](auto, auto, auto) {}, .transmit = {}, .nextEvent = {}});
-  std::string reason;
-  const auto port = ports.Open("COM1", reason);
-  port->Configure({.baud = 115200});
-  port->Write(MakePacket({}, 1));
-  EXPECT_EQ(port->UnsentBytes(), 132U);
-  clock.Sleep(5700);
-  EXPECT_NEAR(static_cast<double>(port->UnsentBytes()), 66, 1);
-  clock.Sleep(5760);
-  EXPECT_EQ(port->UnsentBytes(), 0U);
 }
 
 TEST(XmodemAnswer, IsTheLowHalfOfTheSumInFourDigits) {

@@ -1,5 +1,5 @@
 // What the panels to come need of the kit, on a panel that has all of it: rows of controls over fractions and
-// wide integers, several texts at a slider, a work copy, levels by a timer, a question of its own.
+// wide integers, several texts at a slider, a work copy, levels by a timer.
 #include <cmath>
 
 #include "PanelOpening.h"
@@ -67,7 +67,6 @@ struct Everything {
   UpDownText thresh, expansion;
   LevelBar lbInput{panel.form, "lbInput", "Level"};
   StageLevels levels{panel, EntriesOfCurFilter, lbInput};
-  Form question{"Question", "Question"};
 };
 
 struct Kit : testing::Test {
@@ -188,13 +187,6 @@ TEST_F(Kit, LevelsComeTenTimesASecondWhileThePanelIsOnShow) {
   run.session.forms.Show(all.panel.form);
   run.test.loop.RunFor(150);
   EXPECT_EQ(all.told, before + 2);  // not while it was hidden, but at once and then by the timer
-}
-
-TEST_F(Kit, AQuestionGoesWithItsPanel) {
-  run.session.forms.Show(all.question, Modality::OverOwner, &all.panel.form);
-  EXPECT_FALSE(run.session.forms.Operable(all.panel.form));
-  run.session.forms.Unload(all.panel.form);
-  EXPECT_EQ(run.session.forms.Find("Question"), nullptr);
 }
 
 }  // namespace

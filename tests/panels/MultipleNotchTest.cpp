@@ -11,24 +11,17 @@ namespace {
 
 using support::PanelRun;
 
+using Rows = Grid<std::int16_t, 1, FilterStages, 1, 16> SystemSettings::*;
+
 struct Case {
   std::int16_t kind;
-  Row<std::int16_t, 1, 16>& (*frequency)(SystemSettings& record);
-  Row<std::int16_t, 1, 16>& (*width)(SystemSettings& record);
+  Rows frequency, width;
   const char* last;
 };
-const Case Notches{FilterKind::MultipleNotch,
-                   [](SystemSettings& record) -> auto& {return record.mnotchFreq[2];
-}  // namespace
-, [](SystemSettings& record) -> auto& { return record.mnotchWidth[2]; }
-, "Notch 16"
-};  // namespace vc
-const Case Slots{FilterKind::MultipleSlot, [](SystemSettings& record) -> auto& {return record.mslotFreq[2];
-}
-, [](SystemSettings& record) -> auto& { return record.mslotWidth[2]; }
-, "Slot 17"
-}
-;
+const Case Notches{FilterKind::MultipleNotch, &SystemSettings::mnotchFreq, &SystemSettings::mnotchWidth,
+                   "Notch 16"};
+const Case Slots{FilterKind::MultipleSlot, &SystemSettings::mslotFreq, &SystemSettings::mslotWidth,
+                 "Slot 17"};
 
 struct Multiples : testing::TestWithParam<Case> {
   PanelRun run;
@@ -39,7 +32,7 @@ struct Multiples : testing::TestWithParam<Case> {
     run.Settle();
     run.Sent();
   }
-  std::int16_t Hertz(int row) { return GetParam().frequency(run.record)[row]; }
+  std::int16_t Hertz(int row) { return (run.record.*GetParam().frequency)[2][row]; }
   const Plot& Curve() const { return *std::get<Plot*>(run.Find("pltResponse")); }
   std::string Said() const { return std::get<Label*>(run.Find("lblBuilt"))->core.Caption(); }
   const std::vector<std::int32_t>& Held() const { return run.Stage(2).coefficients; }
@@ -63,7 +56,7 @@ TEST_P(Multiples, RowsShowAndTakeHertz) {
   EXPECT_EQ(Hertz(5) * 10 + Hertz(4), 7770);
   for (const auto& [typed, bins] : {std::pair{"100", 7}, {"-3", 1}, {"9999", 200}}) {
     run.Type("txtWidth(4)", typed);
-    EXPECT_EQ(GetParam().width(run.record)[5], bins) << typed;
+    EXPECT_EQ((run.record.*GetParam().width)[2][5], bins) << typed;
   }
   EXPECT_EQ(run.Get("txtWidth(4)"), "2820.0");  // 401 of 1024 parts of 7200 Hz, and a half
   EXPECT_EQ(run.session.history.UndoTitle(),
@@ -201,7 +194,7 @@ TEST_P(Multiples, OfferAHandleForEachRowAndOneToDragIn) {
   second.MoveTo(700, 0);
   second.Release();
   EXPECT_TRUE(second.Turn(3, false));
-  EXPECT_EQ(GetParam().width(run.record)[2], 7);  // two bins a notch of the wheel
+  EXPECT_EQ((run.record.*GetParam().width)[2][2], 7);  // two bins a notch of the wheel
   run.Press("Ctrl+Z");
   run.Press("Ctrl+Z");
   EXPECT_EQ(Hertz(2), 1000);

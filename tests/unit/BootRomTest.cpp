@@ -232,10 +232,7 @@ TEST(RomFaults, BefallTheExchangeThatTheyAreMeantFor) {
     RomBench wrong(With(4, fault));
     wrong.Say("?TERMIN");
     wrong.Begin("?M");
-    EXPECT_EQ(wrong.Say("\x04") ==
-                  "\x06"
-                  "0001",
-              expected);
+    EXPECT_EQ(wrong.Say("\x04") == std::string("\x06") + "0001", expected);
   }
 }
 
