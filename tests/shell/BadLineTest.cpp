@@ -2,30 +2,12 @@
 // is given up the operator is told and a reconnect finds everything in order.
 #include <gtest/gtest.h>
 
-#include "DownloadFixture.h"
 #include "FaultyLine.h"
-#include "unit/Options.h"
+#include "TestSession.h"
+#include "unit/Dump.h"
 
 namespace vc {
 namespace {
-
-TEST(BadLine, BytesThatComeTwiceLoseNoLink) {
-  constexpr int sessions = 200;
-  int lost = 0;
-  for (int seed = 1; seed <= sessions; ++seed) {
-    unit::Options options;
-    options.seed = static_cast<std::uint64_t>(seed);
-    options.pace = true;
-    options.faults.twice = 0.002;
-    support::DownloadRun run{options};
-    for (const char* mode : {"1", "2", "0"}) {
-      run.Edit("configMode", mode);
-      run.Settle();
-    }
-    if (!run.Connected() || !run.test.desk.boxes.empty()) ++lost;
-  }
-  EXPECT_EQ(lost, 0);
-}
 
 // One session; each connect with its full download meets another fault, and a unit that knows nothing yet.
 struct FaultyDownload {

@@ -1,7 +1,6 @@
 // A room with hum and a fan, levelled by the panel of the spectral inverse filter: it is measured in the
 // unit, read over the line, built here, and heard in the unit again.
 #include <algorithm>
-#include <array>
 #include <cmath>
 #include <numbers>
 #include <string>
@@ -37,23 +36,12 @@ Signal Room(std::size_t size, double rate, std::uint32_t seed) {
 
 // The mean power in dB of each so many lines from one line up to another, over many spectra.
 std::vector<double> Bands(const Signal& sound, int from, int to, int width) {
-  constexpr std::size_t size = 1024;
-  kiss_fftr_state* const transform = kiss_fftr_alloc(size, 0, nullptr, nullptr);
   std::vector<double> bands(static_cast<std::size_t>((to - from) / width), 1e-30);
-  for (std::size_t at = 0; at + size <= sound.size(); at += size / 2) {
-    std::array<float, size> windowed{};
-    std::array<kiss_fft_cpx, size / 2 + 1> bins{};
-    for (std::size_t i = 0; i < size; ++i) {
-      const double angle = 2 * std::numbers::pi * (static_cast<double>(i) + 0.5) / size;
-      windowed[i] = sound[at + i] * static_cast<float>(1 - std::cos(angle));
-    }
-    kiss_fftr(transform, windowed.data(), bins.data());
+  ForEachSpectrum(sound, 1024, [&](const std::vector<double>& powers) {
     for (std::size_t line = 0; line < bands.size() * static_cast<std::size_t>(width); ++line) {
-      const kiss_fft_cpx bin = bins[line + static_cast<std::size_t>(from) + 1];
-      bands[line / static_cast<std::size_t>(width)] += bin.r * bin.r + bin.i * bin.i;
+      bands[line / static_cast<std::size_t>(width)] += powers[line + static_cast<std::size_t>(from) + 1];
     }
-  }
-  kiss_fftr_free(transform);
+  });
   for (double& band : bands) band = 10 * std::log10(band / width);
   return bands;
 }

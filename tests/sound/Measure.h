@@ -97,45 +97,38 @@ inline double GainAt(std::span<const float> response, double hertz, double sampl
   return Decibels(std::abs(sum));
 }
 
-struct Range {
-  double least = 1e9, most = -1e9;
-};
-
-// Least and greatest gain in dB between two frequencies, at so many points.
-inline Range GainBetween(std::span<const float> response, double from, double to, double sampleRate,
-                         int points = 200) {
-  Range range;
-  for (int i = 0; i <= points; ++i) {
-    const double gain = GainAt(response, from + (to - from) * i / points, sampleRate);
-    range.least = std::min(range.least, gain);
-    range.most = std::max(range.most, gain);
+// The powers of the lines of each spectrum of so many samples, under a raised cosine.
+template <typename Visit>
+void ForEachSpectrum(std::span<const float> sound, std::size_t size, Visit visit) {
+  kiss_fftr_state* const transform = kiss_fftr_alloc(static_cast<int>(size), 0, nullptr, nullptr);
+  Signal windowed(size);
+  std::vector<kiss_fft_cpx> lines(size / 2 + 1);
+  std::vector<double> powers(lines.size());
+  for (std::size_t at = 0; at + size <= sound.size(); at += size / 2) {
+    for (std::size_t i = 0; i < size; ++i) {
+      const double turn = 2 * std::numbers::pi * (static_cast<double>(i) + 0.5) / static_cast<double>(size);
+      windowed[i] = sound[at + i] * static_cast<float>(1 - std::cos(turn));
+    }
+    kiss_fftr(transform, windowed.data(), lines.data());
+    std::ranges::transform(lines, powers.begin(), [](const kiss_fft_cpx& line) {
+      return static_cast<double>(line.r) * line.r + static_cast<double>(line.i) * line.i;
+    });
+    visit(powers);
   }
-  return range;
+  kiss_fftr_free(transform);
 }
 
 // The kurtosis of the lines of short spectra: the mean square of their powers by the square of their mean. It
 // is 2 for noise, and more for lone peaks, which are heard as short tones (Y. Uemura and others, IWAENC
 // 2008).
 inline double LineKurtosis(std::span<const float> sound) {
-  constexpr std::size_t size = 256;
-  kiss_fftr_state* const transform = kiss_fftr_alloc(size, 0, nullptr, nullptr);
   double count = 0.0, sum = 0.0, squares = 0.0;
-  for (std::size_t at = 0; at + size <= sound.size(); at += size / 2) {
-    std::array<float, size> windowed{};
-    std::array<kiss_fft_cpx, size / 2 + 1> lines{};
-    for (std::size_t i = 0; i < size; ++i) {
-      const double turn = 2.0 * std::numbers::pi * (static_cast<double>(i) + 0.5) / size;
-      windowed[i] = sound[at + i] * static_cast<float>(1.0 - std::cos(turn));
+  ForEachSpectrum(sound, 256, [&](const std::vector<double>& powers) {
+    for (std::size_t k = 2; k + 2 < powers.size(); ++k, ++count) {
+      sum += powers[k];
+      squares += powers[k] * powers[k];
     }
-    kiss_fftr(transform, windowed.data(), lines.data());
-    for (std::size_t k = 2; k + 2 < lines.size(); ++k, ++count) {
-      const double power =
-          static_cast<double>(lines[k].r) * lines[k].r + static_cast<double>(lines[k].i) * lines[k].i;
-      sum += power;
-      squares += power * power;
-    }
-  }
-  kiss_fftr_free(transform);
+  });
   return count * squares / (sum * sum);
 }
 

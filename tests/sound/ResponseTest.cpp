@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <numbers>
+#include <functional>
 #include <optional>
 #include <span>
 #include <sstream>
@@ -254,23 +254,12 @@ TEST(Sound, EveryOfTwentyBandsIsHeardAsItIsSet) {
   }
 }
 
-// The power of each bin of spectra of so many samples, under a raised cosine.
+// The power of each bin over all spectra of so many samples.
 std::vector<double> PowersOf(std::span<const float> sound, std::size_t size) {
-  kiss_fftr_state* const transform = kiss_fftr_alloc(static_cast<int>(size), 0, nullptr, nullptr);
   std::vector<double> powers(size / 2 + 1);
-  Signal windowed(size);
-  std::vector<kiss_fft_cpx> bins(powers.size());
-  for (std::size_t at = 0; at + size <= sound.size(); at += size / 2) {
-    for (std::size_t i = 0; i < size; ++i) {
-      const double turn = 2 * std::numbers::pi * (static_cast<double>(i) + 0.5) / static_cast<double>(size);
-      windowed[i] = sound[at + i] * static_cast<float>(1 - std::cos(turn));
-    }
-    kiss_fftr(transform, windowed.data(), bins.data());
-    for (std::size_t k = 0; k < bins.size(); ++k) {
-      powers[k] += static_cast<double>(bins[k].r) * bins[k].r + static_cast<double>(bins[k].i) * bins[k].i;
-    }
-  }
-  kiss_fftr_free(transform);
+  ForEachSpectrum(sound, size, [&powers](const std::vector<double>& one) {
+    std::ranges::transform(powers, one, powers.begin(), std::plus());
+  });
   return powers;
 }
 
