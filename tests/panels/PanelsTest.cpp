@@ -97,6 +97,30 @@ TEST(CutoffPanels, AnEdgeThatIsOutSaysSoUntilItsBoxIsLeft) {
   EXPECT_EQ(run.record.bsfLoCutoff[1], 0);
 }
 
+// Sixty moves a second from end to end, with the time that the line takes.
+TEST(CutoffPanels, ADragNeverRunsAheadOfTheUnit) {
+  PanelRun run;
+  run.OpenFilter(1, FilterKind::Lowpass);
+  run.Settle();
+  run.Sent();
+  std::size_t passes = 0;
+  for (int hertz = 0; hertz <= 3200; hertz += 20) {
+    run.Set("sldrCutoff", std::to_string(hertz));
+    run.test.loop.RunFor(17);
+    const std::string sent = run.Sent();
+    if (sent.empty()) continue;
+    ++passes;
+    EXPECT_EQ(sent, "#0 #1 192/1 ");
+    ASSERT_TRUE(run.Stage(1).block);
+    const auto& block = *run.Stage(1).block;
+    EXPECT_EQ(block[0] + 256 * block[1], run.record.lpfCutoff[1]);
+  }
+  EXPECT_GT(passes, 40U);  // of 160 moves in 2.7 seconds
+  EXPECT_EQ(run.session.device.ReplyTicksLeft, 0);
+  run.Settle();
+  EXPECT_TRUE(run.Connected());
+}
+
 TEST(CutoffPanels, HandlesMoveWhatTheirSlidersMove) {
   PanelRun run;
   run.OpenFilter(1, FilterKind::Bandpass);

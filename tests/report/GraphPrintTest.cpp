@@ -192,6 +192,29 @@ TEST_F(Graphs, WhatIsNotThereIsNotDrawn) {
   EXPECT_FALSE(Draw({ReportToken::EqualizerGraph, 3}));
 }
 
+// Sheets of 75 lines, of which a graph takes 17: the last one that has room begins at line 58.
+TEST_F(Graphs, TakeTheirLinesOfAReportAndNoMore) {
+  coefficients.marker = {1, "1", "0.139", "0.1000"};
+  source.display = coefficients;
+  for (const auto& [spaced, fitting] : {std::pair{false, 54}, {true, 27}}) {
+    for (const std::string token : {"%CO2", "%SI1", "%SG6", "%EG2"}) {
+      for (const int lines : {fitting, fitting + 1}) {
+        ReportJob job{"", "Room 4", source.printed, spaced};
+        for (int i = 0; i < lines; ++i) job.text += "line\r\n";
+        job.text += token + "\r\nbehind\r\n";
+        const auto document = printers.Begin({.printer = "Office", .title = ""});
+        ASSERT_TRUE(PrintReportText(*document, job, GraphPictures(source), desk));
+        ASSERT_EQ(Pages().size(), lines == fitting ? 1U : 2U) << token;
+        const int top = lines == fitting ? 58 * 200 : 800;
+        const PrintedPage& page = Pages().back();
+        EXPECT_EQ(page.lines.front().points.front().y, top + 90) << token << lines;
+        EXPECT_EQ(page.texts.back().text + std::to_string(page.texts.back().top - top), "behind3400");
+        for (const auto& one : page.texts) EXPECT_TRUE(one.text == "behind" || one.top <= top + 3200);
+      }
+    }
+  }
+}
+
 TEST_F(Graphs, StandAloneUnderAHead) {
   const std::string many(61, 'x'), few(60, 'y');
   settings.setupDescription = "Room 4\r\n" + many + " " + few + " z\nlast \xC3\xA9\r\n";

@@ -137,6 +137,25 @@ TEST(ReportChangesNothing, InTheMidstOfADrawnCurveANumberAndADrag) {
   EXPECT_EQ(run.record.levelControl[1], 192);
 }
 
+// What waits goes out as it would have.
+TEST(ReportChangesNothing, OfWhatIsSent) {
+  std::string sent[2];
+  for (const bool reported : {false, true}) {
+    PanelRun run;
+    FillChain(run, FilterKind::Compressor - 1);
+    run.session.panels.OpenFilter(FilterStages);
+    run.session.master.ShowDisplay(display::Spectrum);
+    run.Settle();
+    run.unit.frames.clear();
+    run.Edit("lceAttack", "99", 1);
+    if (reported) ExpectNothingChanged(run);
+    run.Settle();
+    sent[reported ? 1 : 0] = run.Sent();
+  }
+  EXPECT_NE(sent[0], "");
+  EXPECT_EQ(sent[1], sent[0]);
+}
+
 TEST(ReportChangesNothing, WithoutAUnit) {
   PanelRun run;
   FillChain(run, 0);

@@ -266,6 +266,21 @@ TEST_F(Downloads, ACancellerHearsWhatFeedsItsPartner) {
   EXPECT_EQ(sources(2), std::pair(1, 0));
 }
 
+TEST_F(Downloads, AnewFromTheResetOnTheUnitHoldsWhatItHeld) {
+  Edit("configMode", "2");
+  Edit("eqBandGain", "9", 9, 4);
+  Edit("eqType", "1", 2);
+  Edit("edgeCurve", "-9", 2, 40);
+  Settle();
+  const std::string held = unit.Dump();
+  Sent();
+  session.download.ForgetBandwidth();
+  support::MarkEdited(record);
+  Settle();
+  EXPECT_NE(Sent().find(" 89/255 "), std::string::npos);
+  EXPECT_EQ(unit.Dump(), held);
+}
+
 TEST_F(Downloads, OnlyFiltersBelow128TapsTellTheirBlocks) {
   const auto adaptation = [this] { return unit.Now().HeldRegisters().values[56].value_or(0); };
   Edit("ch1Mu", "500", 1);
