@@ -1,20 +1,12 @@
 #include "analysis/Display.h"
 
-#include <array>
-#include <cstdio>
 #include <utility>
 
+#include "text/WallText.h"
 #include "widgets/PlotLayout.h"
 
 namespace vc {
 namespace {
-
-std::string TimeText(const WallTime& now) {
-  std::array<char, 64> text{};
-  const int length = std::snprintf(text.data(), text.size(), "%04d-%02d-%02d %02d:%02d:%02d", now.year,
-                                   now.month, now.day, now.hour, now.minute, now.second);
-  return {text.data(), static_cast<std::size_t>(length)};
-}
 
 void DrawPicture(Surface& surface, const Plot& plot, const std::string& heading) {
   constexpr int margin = 8;
@@ -56,7 +48,7 @@ DisplayFoot::DisplayFoot(Panel& owner, const DisplayContext& context, const std:
 Drawing DisplayFoot::Picture() const {
   // What the window says beside the plot, the picture says itself.
   const std::string reading = plot.cursorPlaced ? "   " + plot.CursorText() : "";
-  const std::string heading = form.Caption() + "   " + TimeText(around.clock.Wall()) + reading;
+  const std::string heading = form.Caption() + "   " + DateTimeText(around.clock.Wall()) + reading;
   return [&shown = plot, heading](Surface& surface) { DrawPicture(surface, shown, heading); };
 }
 

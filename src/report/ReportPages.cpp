@@ -7,6 +7,8 @@
 #include <vector>
 
 #include "text/Convert.h"
+#include "text/ProgramInfo.h"
+#include "text/WallText.h"
 
 namespace vc {
 namespace {
@@ -45,8 +47,6 @@ std::string Fitted(std::string_view text, std::size_t width) {
   }
   return fitted.append(width - letters, ' ');
 }
-
-std::string TwoDigits(int number) { return (number < 10 ? "0" : "") + std::to_string(number); }
 
 // Calls take with each line, without its end, until one returns false.
 bool ForEachLine(std::string_view text, const std::function<bool(std::string_view line)>& take) {
@@ -270,12 +270,10 @@ bool WriteReportFile(Files& files, std::string_view text, const std::string& pat
 
 bool BeginsLetter(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U; }
 
-std::string TimeText(const WallTime& now) {
-  return TwoDigits(now.hour) + ":" + TwoDigits(now.minute) + ":" + TwoDigits(now.second);
-}
-
-std::string DateText(const WallTime& time) {
-  return std::to_string(time.year) + "-" + TwoDigits(time.month) + "-" + TwoDigits(time.day);
+std::vector<std::string> TitleLines(const WallTime& now) {
+  return {ApplicationTitle + " Master Control Version " + std::to_string(VersionMajor) + "." +
+              std::to_string(VersionMinor),
+          "Setup Report for " + DateTimeText(now)};
 }
 
 }  // namespace vc

@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/Clock.h"
 #include "platform/Desk.h"
@@ -81,10 +82,8 @@ bool PrintReportText(PrintDocument& document, const ReportJob& job, const Report
 bool WriteReportFile(Files& files, std::string_view text, const std::string& path, bool DoubleSpaced,
                      bool append);
 
-// "2028-02-29"
-std::string DateText(const WallTime& time);
-// "07:05:00"
-std::string TimeText(const WallTime& time);
+// What a report begins with, and a page that stands alone: the program, and when that was.
+std::vector<std::string> TitleLines(const WallTime& now);
 
 // The further bytes of a letter take no room of their own.
 bool BeginsLetter(char byte);

@@ -8,7 +8,6 @@
 #include "model/Bandwidth.h"
 #include "model/Kinds.h"
 #include "report/GraphLines.h"
-#include "text/ProgramInfo.h"
 
 namespace vc {
 namespace {
@@ -199,9 +198,7 @@ void modPrintGraph::AddHead(const char* caption, bool broadbandStages) {
   constexpr double kilohertz = 1000;
   const SystemSettings& settings = source.settings;
   AddLine(indent, caption);
-  AddLine(indent, ApplicationTitle + " Master Control Version " + std::to_string(VersionMajor) + "." +
-                      std::to_string(VersionMinor));
-  AddLine(indent, "Setup Report for " + DateText(source.printed) + " " + TimeText(source.printed));
+  for (const std::string& line : TitleLines(source.printed)) AddLine(indent, line);
   AddLine(indent, "Description:");
   PrintDescription();
   AddLine(0, "");

@@ -6,7 +6,6 @@
 
 #include "report/ReportPages.h"
 #include "text/Convert.h"
-#include "text/ProgramInfo.h"
 
 namespace vc {
 namespace {
@@ -81,13 +80,9 @@ int modReport::GenerateReport(std::string& report) const {
 }
 
 std::string modReport::Whole() const {
-  const WallTime now = clock.Wall();
   std::string report;
   AddEmpty(report);
-  AddReportLine(ApplicationTitle + " Master Control Version " + std::to_string(VersionMajor) + "." +
-                    std::to_string(VersionMinor),
-                report, HeadIndent);
-  AddReportLine("Setup Report for " + DateText(now) + " " + TimeText(now), report, HeadIndent);
+  for (const std::string& line : TitleLines(clock.Wall())) AddReportLine(line, report, HeadIndent);
   AddReportLine("Description:", report, HeadIndent);
   AddDescription(wires.description(), report);
   AddEmpty(report);
