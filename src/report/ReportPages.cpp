@@ -6,6 +6,7 @@
 #include <utility>
 #include <vector>
 
+#include "persist/SafeFile.h"
 #include "text/Convert.h"
 #include "text/ProgramInfo.h"
 #include "text/WallText.h"
@@ -262,8 +263,7 @@ bool WriteReportFile(Files& files, std::string_view text, const std::string& pat
     return !graph || (write("     (Graphics Display only available when printing") &&
                       write("      report directly from the Master Control Panel.)"));
   });
-  const auto made = files.CreateBeside(path);
-  if (!made || !made->Write(bytes) || !made->Flush() || !made->Replace()) return false;
+  if (!WriteWholeFile(files, path, bytes)) return false;
   files.Settle();
   return true;
 }
