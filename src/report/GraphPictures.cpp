@@ -2,12 +2,9 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
 #include <memory>
 #include <utility>
 #include <variant>
-
-#include "text/Convert.h"
 
 namespace vc {
 namespace {
@@ -60,15 +57,6 @@ const PictureRow* RowOf(ReportToken token) {
   return row == Rows.end() ? nullptr : row;
 }
 
-// What cannot be computed while it is printed counts as a printer that fails.
-bool Trapped(const std::function<bool()>& print) {
-  try {
-    return print();
-  } catch (const Fault&) {
-    return false;
-  }
-}
-
 }  // namespace
 
 PrintTask GraphTask(GraphSource source, Desk& desk) {
@@ -77,7 +65,7 @@ PrintTask GraphTask(GraphSource source, Desk& desk) {
   return {.title = row.title,
           .drawing =
               [kept, &row](PrintDocument& document) {
-                return Trapped([&] { return (modPrintGraph{document, *kept}.*row.print)(true); });
+                return (modPrintGraph{document, *kept}.*row.print)(true);
               },
           .failed = [&desk, &row] { desk.Box(box::Critical, "Print Error", row.error); }};
 }
@@ -93,7 +81,7 @@ ReportPictures GraphPictures(GraphSource source) {
               [kept](PrintDocument& document, const ReportPicture& picture, int top) {
                 modPrintGraph graphs{document, *kept, top};
                 const PictureRow* row = RowOf(picture.token);
-                return row != nullptr && Trapped([&] { return row->print(graphs, picture.stage); });
+                return row != nullptr && row->print(graphs, picture.stage);
               }};
 }
 
