@@ -2,9 +2,10 @@
 
 #include <utility>
 
+#include <cups/cups.h>
+
 #include <QApplication>
 #include <QBuffer>
-#include <QLibrary>
 #include <QPdfWriter>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -68,9 +69,7 @@ struct PdfTarget {
 // The toolkit hands a job to the print server and tells nobody what that one says to it. It says it again to
 // whoever asks next in the same thread.
 bool ServerTookIt() {
-  constexpr int lastOkay = 0x00FF;  // of the status codes of the Internet Printing Protocol (RFC 8011)
-  const auto lastError = reinterpret_cast<int (*)()>(QLibrary::resolve("cups", 2, "cupsLastError"));
-  return lastError == nullptr || lastError() <= lastOkay;
+  return cupsLastError() < IPP_STATUS_REDIRECTION_OTHER_SITE;  // the first that is not good
 }
 
 }  // namespace
