@@ -77,6 +77,10 @@ PreviewWindow::PreviewWindow(QPrinter& printer, const vc::PrintJob& job, const v
   rows->addWidget(&view, 1);
   rows->addLayout(below);
   AddPageKeys();
+  for (QPushButton* button : findChildren<QPushButton*>()) {
+    button->ensurePolished();  // the theme's style sheet lets it become narrower than its caption
+    button->setMinimumWidth(button->sizeHint().width());
+  }
   view.fitToWidth();
   view.setFocus();  // not a button: an Enter that was meant for the window before must not print
   resize(Room.boundedTo(screen()->availableSize() * 0.9));
