@@ -11,6 +11,7 @@
 #include "TempFolder.h"
 #include "TestSession.h"
 #include "host/CairoPictures.h"
+#include "host/PosixPrograms.h"
 #include "host/PosixSerialPorts.h"
 #include "host/SystemClock.h"
 #include "model/Kinds.h"
@@ -71,7 +72,8 @@ void FullDownload(benchmark::State& state) {
   host::PosixFiles files;
   support::RecordingPrinters printers;
   host::CairoPictures pictures;
-  vc::Session session({clock, loop, desk, ports, files, printers, pictures});
+  host::PosixPrograms programs;
+  vc::Session session({clock, loop, desk, ports, files, printers, pictures, programs});
   session.Start();
   session.settings.numFilters = 6;
   const bool hostMade = state.range(0) != 0;

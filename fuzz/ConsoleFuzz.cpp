@@ -12,6 +12,7 @@
 #include "UnitEnd.h"
 #include "console/Console.h"
 #include "host/CairoPictures.h"
+#include "host/PosixPrograms.h"
 #include "model/Settings.h"
 #include "widgets/ControlText.h"
 #include "widgets/Plot.h"
@@ -31,7 +32,8 @@ struct Run {
   support::VirtualPorts ports{clock, support::EndOf(unit)};
   support::RecordingPrinters printers;
   host::CairoPictures pictures;
-  vc::Session session{{clock, loop, desk, ports, files, printers, pictures}};
+  host::PosixPrograms programs;
+  vc::Session session{{clock, loop, desk, ports, files, printers, pictures, programs}};
   console::Console face{session, desk, loop, out};
 
   std::string Say(const std::string& line) {

@@ -11,6 +11,7 @@
 #include "RecordingPrinters.h"
 #include "firmware/FrmFirmwareUpload.h"
 #include "host/CairoPictures.h"
+#include "host/PosixPrograms.h"
 #include "host/TimerLoop.h"
 #include "text/modString.h"
 
@@ -123,7 +124,8 @@ struct Run {
   support::VirtualPorts ports{clock, rom.End()};
   support::RecordingPrinters printers;
   host::CairoPictures pictures;
-  vc::Platform platform{clock, loop, desk, ports, files, printers, pictures};
+  host::PosixPrograms programs;
+  vc::Platform platform{clock, loop, desk, ports, files, printers, pictures, programs};
   vc::modDebug log;
   vc::SystemSettings settings;
   vc::Forms forms{[](const std::string& /*message*/) {}};

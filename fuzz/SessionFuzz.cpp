@@ -9,6 +9,7 @@
 #include "RecordPromises.h"
 #include "RecordingPrinters.h"
 #include "host/CairoPictures.h"
+#include "host/PosixPrograms.h"
 #include "host/TimerLoop.h"
 #include "model/Settings.h"
 #include "shell/Session.h"
@@ -28,7 +29,8 @@ struct Run {
   support::VirtualPorts ports{clock, unit.End()};
   support::RecordingPrinters printers;
   host::CairoPictures pictures;
-  vc::Session session{{clock, loop, desk, ports, files, printers, pictures}};
+  host::PosixPrograms programs;
+  vc::Session session{{clock, loop, desk, ports, files, printers, pictures, programs}};
 
   explicit Run(Input answers) : unit(answers) { unit.line = &ports.state; }
 };

@@ -6,7 +6,7 @@ set -euo pipefail
 cd "$(dirname "$0")/.."
 
 scripts/install-packages.sh cmake ninja-build clang llvm libclang-rt-dev python3 libgtest-dev libgmock-dev \
-  libbenchmark-dev pkg-config libcairo2-dev libkissfft-dev libsndfile1-dev libsamplerate0-dev libfftw3-dev
+  libbenchmark-dev pkg-config libcairo2-dev libkissfft-dev libsndfile1-dev libsamplerate0-dev libfftw3-dev nlohmann-json3-dev portaudio19-dev libebur128-dev
 build=build-coverage
 cmake --preset coverage >/dev/null
 cmake --build --preset coverage >$build/build.log || { tail -n 40 $build/build.log >&2; exit 1; }

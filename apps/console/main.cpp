@@ -14,6 +14,7 @@
 #include "host/Folders.h"
 #include "host/PdfPrinters.h"
 #include "host/PosixFiles.h"
+#include "host/PosixPrograms.h"
 #include "host/PosixSerialPorts.h"
 #include "host/StandardStreams.h"
 #include "host/SystemClock.h"
@@ -88,7 +89,8 @@ int RunConsole() {
   host::PdfPrinters printers(
       files, [&desk](const vc::PrintJob& job, int pages) { desk.TellPages(job.title, pages, job.file); });
   host::CairoPictures pictures;
-  vc::Session session({clock, loop, desk, ports, files, printers, pictures});
+  host::PosixPrograms programs;
+  vc::Session session({clock, loop, desk, ports, files, printers, pictures, programs});
   console::Console face(session, desk, loop, std::cout);
 
   session.Start();

@@ -10,6 +10,7 @@
 #include "desktop/QtPrinters.h"
 #include "host/Folders.h"
 #include "host/PosixFiles.h"
+#include "host/PosixPrograms.h"
 #include "host/PosixSerialPorts.h"
 #include "host/SystemClock.h"
 #include "shell/Session.h"
@@ -29,7 +30,8 @@ struct Program {
   host::PosixFiles files;
   QtPrinters printers{files};
   QtPictures pictures;
-  vc::Session session{{clock, events, desk, ports, files, printers, pictures}};
+  host::PosixPrograms programs;
+  vc::Session session{{clock, events, desk, ports, files, printers, pictures, programs}};
   FormWindows windows{session.forms};
 };
 

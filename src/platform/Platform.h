@@ -7,6 +7,7 @@
 #include "platform/Files.h"
 #include "platform/Pictures.h"
 #include "platform/Printing.h"
+#include "platform/Programs.h"
 #include "platform/SerialPort.h"
 
 namespace vc {
@@ -19,6 +20,7 @@ struct Platform {
   Files& files;
   Printers& printers;
   Pictures& pictures;
+  Programs& programs;
 };
 
 }  // namespace vc

@@ -19,6 +19,7 @@
 #include "desktop/QtDesk.h"
 #include "host/CairoPictures.h"
 #include "host/PosixFiles.h"
+#include "host/PosixPrograms.h"
 #include "host/TimerLoop.h"
 #include "shell/Session.h"
 
@@ -207,7 +208,8 @@ TEST(ProgressOfASession, TheFirstDownloadIsShownInTheSplashAndGoneWhenTheMasterP
   host::PosixFiles files;
   support::RecordingPrinters printers;
   host::CairoPictures pictures;
-  vc::Session session({clock, loop, desk, ports, files, printers, pictures});
+  host::PosixPrograms programs;
+  vc::Session session({clock, loop, desk, ports, files, printers, pictures, programs});
   const FormWindows shownWindows(session.forms);
   windows = &shownWindows;
   splash = &session.windows.FormOf("FrmSplash");

@@ -19,6 +19,7 @@
 #include "desktop/QtEventLoop.h"
 #include "host/CairoPictures.h"
 #include "host/PosixFiles.h"
+#include "host/PosixPrograms.h"
 #include "shell/Session.h"
 
 namespace desktop {
@@ -35,7 +36,8 @@ struct Waiting : testing::Test {
   host::PosixFiles files;
   support::RecordingPrinters printers;
   host::CairoPictures pictures;
-  vc::Session session{{clock, events, desk, ports, files, printers, pictures}};
+  host::PosixPrograms programs;
+  vc::Session session{{clock, events, desk, ports, files, printers, pictures, programs}};
   FormWindows windows{session.forms};
   std::function<void(std::int32_t)> shows = session.device.hooks.waiting;
   std::string note;  // the last that was shown

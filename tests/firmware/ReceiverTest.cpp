@@ -14,6 +14,7 @@
 #include "Pty.h"
 #include "QuietView.h"
 #include "TestSession.h"
+#include "host/PosixPrograms.h"
 #include "host/PosixSerialPorts.h"
 #include "host/SystemClock.h"
 
@@ -30,8 +31,10 @@ struct Receiver : testing::TestWithParam<std::size_t> {
   host::PosixFiles files;
   support::RecordingPrinters printers;
   support::TestPictures pictures;
+  host::PosixPrograms programs;
   modDebug log;
-  modFirmware firmware{{clock, loop, desk, ports, files, printers, pictures}, log, support::QuietView()};
+  modFirmware firmware{
+      {clock, loop, desk, ports, files, printers, pictures, programs}, log, support::QuietView()};
   const std::string received = folder.Path() + "/received";
 
   Receiver() { std::filesystem::create_symlink(line.Path(), folder.Path() + "/COM3"); }

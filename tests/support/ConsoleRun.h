@@ -11,6 +11,7 @@
 #include "console/Console.h"
 #include "host/CairoPictures.h"
 #include "host/PosixFiles.h"
+#include "host/PosixPrograms.h"
 
 namespace support {
 
@@ -25,7 +26,8 @@ struct ConsoleRun {
   host::PosixFiles files;
   RecordingPrinters printers;
   host::CairoPictures pictures;
-  vc::Session session{{clock, loop, desk, ports, files, printers, pictures}};
+  host::PosixPrograms programs;
+  vc::Session session{{clock, loop, desk, ports, files, printers, pictures, programs}};
   console::Console face{session, desk, loop, out};
 
   ConsoleRun() {

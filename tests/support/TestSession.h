@@ -11,6 +11,7 @@
 #include "VirtualClock.h"
 #include "VirtualLine.h"
 #include "host/CairoPictures.h"
+#include "host/PosixPrograms.h"
 #include "host/TimerLoop.h"
 #include "shell/Session.h"
 
@@ -84,8 +85,8 @@ struct TestSession {
   explicit TestSession(FarEnd end, const std::string& sharedFolder = {}, vc::Files* otherFiles = nullptr)
       : desk(sharedFolder.empty() ? folder.Path() : sharedFolder),
         ports(clock, std::move(end)),
-        session({clock, loop, desk, ports, otherFiles == nullptr ? files : *otherFiles, printers, pictures}) {
-  }
+        session({clock, loop, desk, ports, otherFiles == nullptr ? files : *otherFiles, printers, pictures,
+                 programs}) {}
 
   TempFolder folder;
   VirtualClock clock;
@@ -95,6 +96,7 @@ struct TestSession {
   FaultyFiles files;
   RecordingPrinters printers;
   TestPictures pictures;
+  host::PosixPrograms programs;
   vc::Session session;
 };
 
