@@ -108,6 +108,8 @@ constexpr Row rows[] = {
      "firmware version in hundredths, 402"},
     {"--option", "", "", [](Options& o, std::string_view) { return o.option = true; },
      "set the option flag of the status"},
+    {"--attached", "", "", [](Options& o, std::string_view) { return o.attached = true; },
+     "end with the standard input, on which commands come"},
     {"--trace", "FILE", "a path", [](Options& o, std::string_view t) { return TakeText(t, o.trace); },
      "write what happens on the line to FILE"},
     {"--dump", "FILE", "a path", [](Options& o, std::string_view t) { return TakeText(t, o.dump); },

@@ -21,6 +21,7 @@ struct Options {
   std::map<unsigned, std::string> coefficients;  // file by page (0..5), read when SIGUSR2 asks for it
   std::string memories;                          // file that keeps the stand-alone memories, empty for none
   std::string images;                            // file that keeps the firmware images, empty for none
+  bool attached = false;                         // the end of the standard input ends the program
   bool help = false;
 
   std::string in;                  // file that the unit hears, empty for the built-in scene

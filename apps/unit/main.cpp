@@ -9,6 +9,7 @@
 #include <utility>
 #include <variant>
 
+#include <fcntl.h>
 #include <poll.h>
 #include <signal.h>  // NOLINT(modernize-deprecated-headers): sigset_t and sigprocmask are of the system's header
 #include <sys/signalfd.h>
@@ -22,6 +23,7 @@
 #include "unit/PtyLine.h"
 #include "unit/Unit.h"
 #include "unit/WholeFile.h"
+#include "unit/control/Control.h"
 #include "unit/sound/LiveSound.h"
 
 namespace {
@@ -43,6 +45,15 @@ class Stopwatch {
 int Complain(const std::string& text, int code) {
   std::cerr << "veltrana-unit: " << text << '\n';
   return code;
+}
+
+// A descriptor of the three standard ones that is closed would be the next file's that is opened. The unit is
+// not stopped by a terminal that belongs to somebody else, nor ended by a reader that has gone.
+void SecureStandardStreams() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    if (fcntl(stream, F_GETFD) < 0) open("/dev/null", O_RDWR);
+  }
+  for (const int number : {SIGTTIN, SIGTTOU, SIGPIPE}) signal(number, SIG_IGN);
 }
 
 // A descriptor that becomes readable when the program is asked for something or to end.
@@ -138,25 +149,33 @@ const timespec* TimeUntil(const std::optional<std::int64_t>& event, std::int64_t
   return &left;
 }
 
-// The sound goes on while nothing happens on the line.
-std::optional<std::int64_t> NextEvent(const unit::Unit& unit, const unit::sound::LiveSound* sound) {
-  const std::optional<std::int64_t> event = unit.NextEvent();
-  if (sound == nullptr) return event;
-  return std::min(event.value_or(INT64_MAX), sound->NextBlock());
+// The sound and the commands go on while nothing happens on the line.
+std::optional<std::int64_t> NextEvent(const unit::control::Parts& parts,
+                                      const unit::control::Control& control) {
+  std::optional<std::int64_t> event = parts.unit.NextEvent();
+  const auto orAt = [&event](std::int64_t time) { event = std::min(event.value_or(INT64_MAX), time); };
+  if (parts.sound != nullptr) orAt(parts.sound->NextBlock());
+  if (control.NextLook()) orAt(*control.NextLook());
+  return event;
 }
 
 // Serves the line until the program is asked to end.
-int Serve(unit::PtyLine& line, unit::Unit& unit, const unit::sound::LiveSound* sound, int requests,
+int Serve(unit::PtyLine& line, unit::control::Parts& parts, unit::control::Outlet& outlet, int requests,
           const unit::Options& options) {
+  unit::Unit& unit = parts.unit;
+  unit::control::Control control(STDIN_FILENO, parts, outlet);
   const Stopwatch watch;
   // A host that downloads sends its next frame at once: it finds the unit awake.
   constexpr std::int64_t awakeMicroseconds = 300;
   std::int64_t awakeUntil = 0;
-  std::array<pollfd, 3> waits{{{requests, POLLIN, 0}, {line.Master(), POLLIN, 0}, {line.Watch(), POLLIN, 0}}};
+  std::array<pollfd, 4> waits{{{requests, POLLIN, 0},
+                               {line.Master(), POLLIN, 0},
+                               {line.Watch(), POLLIN, 0},
+                               {control.Event(), POLLIN, 0}}};
   while (true) {
     timespec left{};
     const std::int64_t now = watch.Microseconds();
-    const std::optional<std::int64_t> event = now < awakeUntil ? now : NextEvent(unit, sound);
+    const std::optional<std::int64_t> event = now < awakeUntil ? now : NextEvent(parts, control);
     const int ready = ppoll(waits.data(), waits.size(), TimeUntil(event, now, left), nullptr);
     if (ready < 0 && errno != EINTR) return Complain("the line can't be watched", EnvironmentFault);
     if (ready > 0) Exchange(line, unit, watch);
@@ -164,6 +183,8 @@ int Serve(unit::PtyLine& line, unit::Unit& unit, const unit::sound::LiveSound* s
     const unit::Bytes said = unit.Transmit(watch.Microseconds());
     if (!said.empty()) awakeUntil = watch.Microseconds() + awakeMicroseconds;
     line.Write(said);
+    control.Serve(watch.Microseconds());
+    if (options.attached && control.Ended()) return 0;
     if (ready <= 0 || waits[0].revents == 0) continue;
     if (!Grant(RequestFrom(requests), unit, options)) return 0;
   }
@@ -234,9 +255,12 @@ int Run(const unit::Options& options) {
   unit::PtyLine line;
   const std::string failure = line.Open(options.link);
   if (!failure.empty()) return Complain(failure, EnvironmentFault);
-  std::cout << "veltrana-unit: " << options.link << " (" << line.Device() << ") at " << options.baud
-            << " baud" << std::endl;
-  const int end = Serve(line, unit, sound, requests, options);
+  unit::control::Outlet outlet(STDOUT_FILENO);
+  outlet.Say("veltrana-unit: " + options.link + " (" + line.Device() + ") at " +
+             std::to_string(options.baud) + " baud");
+  unit::control::Parts parts{.unit = unit, .sound = sound, .trouble = {}};
+  const int end = Serve(line, parts, outlet, requests, options);
+  outlet.Drain(std::chrono::milliseconds(500));
   if (sound == nullptr) return end;
   sound->Close();
   return sound->Whole() ? end : EnvironmentFault;
@@ -245,6 +269,7 @@ int Run(const unit::Options& options) {
 }  // namespace
 
 int main(int count, char** values) {
+  SecureStandardStreams();
   const std::vector<std::string_view> arguments(values + 1, values + count);
   const auto parsed = unit::ParseOptions(arguments);
   if (const auto* const wrong = std::get_if<std::string>(&parsed)) return Complain(*wrong, UsageFault);

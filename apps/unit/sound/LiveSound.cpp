@@ -124,7 +124,31 @@ void LiveSound::RunBlock() {
   seconds += static_cast<double>(BlockFrames) / rate;
 }
 
+std::string LiveSound::SetSource(const std::string& path) {
+  if (path.empty()) {
+    source = Scene(rate, options.seed, {});
+  } else {
+    auto opened = SoundReader::Open(path, rate, false);
+    if (auto* const wrong = std::get_if<std::string>(&opened)) return *wrong;
+    source = std::move(std::get<SoundReader>(opened));
+  }
+  options.in = path;
+  flawTold = false;
+  playing = path.empty();
+  return {};
+}
+
+std::string LiveSound::SetPlaying(bool plays) {
+  playing = plays;
+  return {};
+}
+
 void LiveSound::Listen(std::span<float> left, std::span<float> right) {
+  if (!playing) {
+    std::ranges::fill(left, 0.0F);
+    std::ranges::fill(right, 0.0F);
+    return;
+  }
   if (auto* const scene = std::get_if<Scene>(&source)) return scene->Process(left, right);
   auto& reader = std::get<SoundReader>(source);
   reader.Read(left, right);

@@ -45,6 +45,14 @@ class LiveSound {
   bool InputEnded() const;
   double Seconds() const { return seconds; }  // of sound so far
 
+  // What is heard from now on: a file, which stands at its start, or, without a path, the scene. Gives an
+  // empty text, or what is wrong; then nothing has changed.
+  std::string SetSource(const std::string& path);
+  const std::string& SourceName() const { return options.in; }  // empty for the scene
+  // While it does not play, the unit hears silence.
+  std::string SetPlaying(bool plays);
+  bool Playing() const { return playing; }
+
   // Completes the file that is written. Without it there is none.
   void Close();
   // Told of a line that says what is wrong with a file, of each once: nothing more is written after a
@@ -80,7 +88,7 @@ class LiveSound {
   double seconds = 0;  // of sound
   std::optional<SoundWriter> writer;
   int files = 0;
-  bool whole = true, flawTold = false;
+  bool playing = true, whole = true, flawTold = false;
 };
 
 }  // namespace unit::sound
