@@ -48,6 +48,7 @@ class OnePort : public vc::SerialPorts {
     auto port = host::OpenSerialDevice(path, reason);
     return port ? std::make_unique<CountingPort>(std::move(port), bytes) : nullptr;
   }
+  std::string PlaceForLine(const std::string& /*name*/) override { return {}; }
   std::size_t bytes = 0;
 
  private:

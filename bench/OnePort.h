@@ -15,6 +15,7 @@ class OnePort : public vc::SerialPorts {
   std::unique_ptr<vc::SerialPort> Open(const std::string& /*name*/, std::string& reason) override {
     return host::OpenSerialDevice(path, reason);
   }
+  std::string PlaceForLine(const std::string& /*name*/) override { return {}; }
 
  private:
   std::string path;

@@ -26,7 +26,8 @@ struct Program {
   host::SystemClock clock;
   QtEventLoop events;
   QtDesk desk{clock, folders};
-  host::PosixSerialPorts ports{{.linkFolder = folders.executable + "/ports"}};
+  host::PosixSerialPorts ports{
+      {.linkFolder = folders.executable + "/ports", .ownFolder = folders.writable + "/ports"}};
   host::PosixFiles files;
   QtPrinters printers{files};
   QtPictures pictures;

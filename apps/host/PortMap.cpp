@@ -45,18 +45,44 @@ bool Describe(const fs::path& entry, Device& device) {
   return device.usb || IsPresentUart(entry);
 }
 
+bool IsPortName(const std::string& name) {
+  return name.size() == 4 && name.starts_with("COM") && name[3] >= '1' && name[3] <= '9';
+}
+
+// A link of an adapter that is not plugged in at this moment is none.
+bool IsLeftLink(const fs::path& link) {
+  std::error_code error;
+  return fs::read_symlink(link, error).string().starts_with("/dev/pts/") && !fs::exists(link, error);
+}
+
 }  // namespace
 
+std::string PortMap::LinkOf(const std::string& portName) const {
+  for (const std::string& folder : {linkFolder, ownFolder}) {
+    std::error_code error;
+    const fs::path link = fs::path(folder) / portName;
+    if (!folder.empty() && fs::is_symlink(fs::symlink_status(link, error))) return link.string();
+  }
+  return {};
+}
+
 std::string PortMap::PathOf(const std::string& portName) const {
-  constexpr std::string_view prefix = "COM";
-  if (!portName.starts_with(prefix) || portName.size() != 4 || portName[3] < '1' || portName[3] > '9')
-    return {};
-  std::error_code error;
-  const fs::path link = fs::path(linkFolder) / portName;
-  if (fs::is_symlink(fs::symlink_status(link, error))) return link.string();
+  if (!IsPortName(portName)) return {};
+  std::string link = LinkOf(portName);
+  if (!link.empty()) return link;
   const auto devices = Devices();
   const auto place = static_cast<std::size_t>(portName[3] - '1');
   return place < devices.size() ? devices[place] : std::string{};
+}
+
+std::string PortMap::PlaceForLine(const std::string& portName) const {
+  if (!IsPortName(portName)) return {};
+  const fs::path folder = ownFolder.empty() ? linkFolder : ownFolder;
+  const fs::path place = folder / portName, present = PathOf(portName);
+  std::error_code error;
+  if (!present.empty()) return present == place && IsLeftLink(place) ? place.string() : std::string{};
+  fs::create_directories(folder, error);
+  return fs::symlink_status(place, error).type() == fs::file_type::not_found ? place.string() : std::string{};
 }
 
 std::vector<std::string> PortMap::Devices() const {

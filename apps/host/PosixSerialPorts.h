@@ -13,6 +13,7 @@ class PosixSerialPorts : public vc::SerialPorts {
  public:
   explicit PosixSerialPorts(PortMap portMap) : map(std::move(portMap)) {}
   std::unique_ptr<vc::SerialPort> Open(const std::string& name, std::string& reason) override;
+  std::string PlaceForLine(const std::string& name) override { return map.PlaceForLine(name); }
 
  private:
   PortMap map;

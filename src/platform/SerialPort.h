@@ -49,6 +49,9 @@ class SerialPorts {
   virtual ~SerialPorts() = default;
   // Opens exclusively. Where it fails the result is empty and reason says why in plain words.
   virtual std::unique_ptr<SerialPort> Open(const std::string& name, std::string& reason) = 0;
+  // Where a program puts the symbolic link to a line of its own so that it is the port of this name. Empty
+  // while the port has a device behind it, or a link that is not such a program's.
+  virtual std::string PlaceForLine(const std::string& name) = 0;
 };
 
 }  // namespace vc

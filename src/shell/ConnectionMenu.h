@@ -48,14 +48,16 @@ struct ConnectionMenu {
   // At the second call: the update, as if it were due.
   void UpdateOnDemand();
   void ShowAbout();
+  // Connects by the record's port and rate, and sends the settings.
+  void Connect();
+  // Shows the record's port and rate.
+  void ShowSelection();
 
  private:
-  void Connect();
   void SelectPort(int entry);
   void SelectRate(int entry);
   // False where the operator wants to keep the session that a change would end.
   bool MayDisconnect(const std::string& title, const std::string& what);
-  void ShowSelection();
   void OfferFirmwareUpdate(const std::function<void()>& then);
   void UpdateFirmware(const std::function<void()>& then);
   // Once the link stands again, or does not.

@@ -39,6 +39,8 @@ Session::Session(Platform host)
               windows, displays, spectrumReader}),
       displays(DisplayParts()),
       lastState(setupContext, platform, master),
+      unit(platform, settings, UnitWires()),
+      unitConnection(UnitParts()),
       look(platform, master),
       windows(WindowWires()),
       reportSources({settings, host.clock, host.desk, host.events, device, spectrumReader, master, displays}),
@@ -236,6 +238,20 @@ EditWires Session::EditsWires() {
               }};
 }
 
+UnitEvents Session::UnitWires() {
+  return {.changed = [] {},
+          .died = [this](const std::string& lastWords) { unitConnection.TellDeath(lastWords); }};
+}
+
+UnitConnection::Around Session::UnitParts() {
+  return {.unit = unit,
+          .settings = settings,
+          .device = device,
+          .connection = master.connection,
+          .desk = platform.desk,
+          .tell = [this](const std::string& text) { master.lblStatus.core.SetCaption(text); }};
+}
+
 // Whoever edits the record has only stored it: all that shows it follows here.
 void Session::ShowRecord() {
   master.blocks.ShowOnce([this] {
@@ -350,6 +366,7 @@ void Session::Exit() {
   platform.desk.SetHourglass(true);
   lastState.Save();
   device.DisconnectZorq(false);
+  unit.Stop();
   platform.desk.SetHourglass(false);
   periodic.EnableMainTimer(false);
   periodic.tmrIcon->SetEnabled(false);

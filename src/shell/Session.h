@@ -25,7 +25,9 @@
 #include "shell/Printouts.h"
 #include "shell/ReportSources.h"
 #include "shell/Reports.h"
+#include "shell/UnitConnection.h"
 #include "shell/Windows.h"
+#include "sound/UnitProgram.h"
 #include "text/modDebug.h"
 #include "widgets/Forms.h"
 
@@ -55,6 +57,8 @@ struct Session {
   ChainPanels panels;
   Displays displays;
   LastState lastState;
+  UnitProgram unit;
+  UnitConnection unitConnection;
   Look look;
   Windows windows;
   ReportSources reportSources;
@@ -66,6 +70,8 @@ struct Session {
   void Start();
   // The master panel is to be fitted and shown anew when it becomes the active window again.
   void QueueRefresh(bool wanted) { refreshOnActivate = wanted; }
+  // Starts the simulated unit beside this program and connects to it, see UnitConnection.
+  std::string StartUnit() { return unitConnection.Start(); }
   // The factory setup in place of what is set; a link that stands keeps its port and rate.
   void NewSetup();
   // Keeps the state for the next run, drops the line, closes every window and writes the object log. A second
@@ -84,6 +90,8 @@ struct Session {
   Reports::Around ReportParts();
   TickCalls TickWires();
   EditWires EditsWires();
+  UnitEvents UnitWires();
+  UnitConnection::Around UnitParts();
   void TakeConnectionState(const std::string& state);
   void FollowUnitOption();
   void ShowWaiting(std::int32_t hundredths);

@@ -43,6 +43,8 @@ class VirtualPorts : public vc::SerialPorts {
  public:
   VirtualPorts(VirtualClock& time, FarEnd end) : clock(time), farEnd(std::move(end)) {}
   std::unique_ptr<vc::SerialPort> Open(const std::string& name, std::string& reason) override;
+  // All ports have the one device behind them.
+  std::string PlaceForLine(const std::string& /*name*/) override { return {}; }
 
   LineState state;
 
