@@ -1,0 +1,37 @@
+#include "unit/clean/Cleaning.h"
+
+#include <utility>
+
+namespace unit::clean {
+
+Cleaning::Cleaning(CleaningWish wanted) : wish(std::move(wanted)) {}
+
+Cleaning::~Cleaning() {
+  Cancel();
+  Wait();
+}
+
+void Cleaning::Start() {
+  begun = std::chrono::steady_clock::now();
+  thread = std::thread([this] { Run(); });
+}
+
+void Cleaning::Cancel() { cancelled = true; }
+
+void Cleaning::Wait() {
+  if (thread.joinable()) thread.join();
+}
+
+CleaningProgress Cleaning::Progress() const {
+  const double part = done;
+  if (part <= 0) return {};
+  const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begun;
+  return {.done = part, .secondsLeft = taken.count() * (1 - part) / part};
+}
+
+void Cleaning::Run() {
+  error = wish.in + ": can't be cleaned yet";
+  state.store(cancelled ? CleaningState::Cancelled : CleaningState::Failed, std::memory_order_release);
+}
+
+}  // namespace unit::clean
