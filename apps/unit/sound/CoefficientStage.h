@@ -26,6 +26,8 @@ class CoefficientStage {
   void Configure(std::span<const std::int32_t> table, const CoefficientWords& words);
   void Reset();
   void Process(std::span<const float> in, std::span<float> out);
+  // D, in samples.
+  std::size_t Latency() const { return taps.size() / 2; }
 
  private:
   std::vector<float> taps;

@@ -6,9 +6,16 @@
 #include "unit/sound/FirDesign.h"
 
 namespace unit::sound {
+namespace {
+
+std::size_t PeriodOf(const CombWords& words, std::size_t mostTaps) {
+  return std::clamp<std::size_t>(words.period, 1, std::max<std::size_t>(mostTaps, 4) - 3);
+}
+
+}  // namespace
 
 std::vector<float> CombTaps(bool inverse, const CombWords& words, double sampleRate, std::size_t mostTaps) {
-  const std::size_t period = std::clamp<std::size_t>(words.period, 1, std::max<std::size_t>(mostTaps, 4) - 3);
+  const std::size_t period = PeriodOf(words, mostTaps);
   const double depth = static_cast<std::int16_t>(words.depth) / 32768.0;
   const double floor = (1.0 - std::abs(depth)) / 2.0;
   const double beyond = inverse ? floor : 1.0;
@@ -29,6 +36,10 @@ std::vector<float> CombTaps(bool inverse, const CombWords& words, double sampleR
   }
   taps[below.size() / 2] += beyond;
   return {taps.begin(), taps.end()};
+}
+
+std::size_t CombLatency(const CombWords& words, std::size_t taps, std::size_t mostTaps) {
+  return (taps - PeriodOf(words, mostTaps)) / 2;
 }
 
 }  // namespace unit::sound

@@ -22,4 +22,7 @@ struct CombWords {
 // transition that begins at the limit. At most mostTaps; the period is held to what they can hold.
 std::vector<float> CombTaps(bool inverse, const CombWords& words, double sampleRate, std::size_t mostTaps);
 
+// How late the sound itself comes out of so many such taps, in samples; its echo is a period later.
+std::size_t CombLatency(const CombWords& words, std::size_t taps, std::size_t mostTaps);
+
 }  // namespace unit::sound

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 #include "unit/sound/Samples.h"
 #include "unit/sound/StageSettings.h"
@@ -50,9 +51,12 @@ Engine::Engine()
   Apply({});
 }
 
-StageProgram& Engine::ProgramAt(std::size_t position) {
-  return programs[position <= Filters ? position - 1 : position - FirstEqualizer + Filters];
+// Of positions 1 to 6, 9 and 10.
+std::size_t Engine::ProgramIndex(std::size_t position) {
+  return position <= Filters ? position - 1 : position - FirstEqualizer + Filters;
 }
+
+StageProgram& Engine::ProgramAt(std::size_t position) { return programs[ProgramIndex(position)]; }
 
 // 4095 lets the chain through; before the host has said a word, what comes in goes out.
 bool Engine::Processing(std::size_t channel) const { return Word(code::OutputStage + channel, 0) != 0; }
@@ -249,6 +253,24 @@ void Engine::ProcessOutput(const Stereo& dry, const Stereo& out) {
     for (float& sample : out[channel]) sample = std::clamp(sample, -1.0F, 1.0F);
     std::ranges::copy(out[channel], patch.Write(codes[channel], frames).begin());
   }
+}
+
+std::array<std::size_t, 2> Engine::Latency() const {
+  std::array<std::size_t, source::Count> late{};  // of what each source carries
+  for (const std::uint8_t position : route.Order()) {
+    const std::size_t own =
+        IsBroadband(position) ? Broadband::LatencySamples : programs[ProgramIndex(position)].Latency();
+    const std::size_t out = late[route.At(position).OwnChannel()] + own;
+    for (const std::uint8_t code : {FirstOutput(position), SecondOutput(position)}) {
+      if (code != source::Silence) late[code] = out;
+    }
+  }
+  std::array<std::size_t, 2> latency{};
+  for (const std::size_t channel : {0U, 1U}) {
+    if (Processing(channel)) latency[channel] = late[route.outputs[channel]];
+  }
+  if (route.swap) std::swap(latency[0], latency[1]);
+  return latency;
 }
 
 void Engine::Measure(std::size_t first, const Stereo& sound) {

@@ -44,6 +44,10 @@ class Engine {
 
   // Of the sound, in Hz: 7200..36000.
   int SampleRate() const { return static_cast<int>(rate.sampleRate); }
+  // How late the sound leaves on the left and on the right, in samples: what the stages on its way delay
+  // (StageProgram, Broadband). What has no delay that all frequencies share counts as none: highpasses,
+  // parametric equalizers, gain control, compressors and limiter.
+  std::array<std::size_t, 2> Latency() const;
 
   // Any number of samples, the same in all four; out and in may be the same. No sample that leaves is beyond
   // full scale, 1.0.
@@ -83,6 +87,7 @@ class Engine {
   void Measure(std::size_t first, const Stereo& sound);
   // The programs of positions 1 to 6, 9 and 10.
   StageProgram& ProgramAt(std::size_t position);
+  static std::size_t ProgramIndex(std::size_t position);
 
   RegisterValues registers;
   UnitRate rate;

@@ -31,20 +31,22 @@ std::array<std::uint16_t, Count> WordsOf(const Block& block) {
   return words;
 }
 
+CombWords CombWordsOf(const Block& block) {
+  return {.period = WordOf(block, 0), .limit = WordOf(block, 1), .depth = WordOf(block, 3)};
+}
+
+bool IsComb(unsigned algorithm) { return algorithm == CombAlgorithm || algorithm == InverseCombAlgorithm; }
+
 // The taps of a filter that the unit designs from its block.
 std::vector<float> DesignedTaps(unsigned algorithm, const Block& block, const UnitRate& rate) {
-  switch (algorithm) {
-    case CombAlgorithm:
-    case InverseCombAlgorithm:
-      return CombTaps(algorithm == InverseCombAlgorithm,
-                      {.period = WordOf(block, 0), .limit = WordOf(block, 1), .depth = WordOf(block, 3)},
-                      rate.sampleRate, rate.finiteTaps);
-    case GraphicAlgorithm:
-      return GraphicTaps(WordsOf<GraphicBands>(block), BandCentres(rate.sampleRate), rate.sampleRate,
-                         rate.finiteTaps);
-    default:
-      return FirTaps(static_cast<FirKind>(algorithm), WordsOf<4>(block), rate.sampleRate, rate.finiteTaps);
+  if (IsComb(algorithm)) {
+    return CombTaps(algorithm == InverseCombAlgorithm, CombWordsOf(block), rate.sampleRate, rate.finiteTaps);
   }
+  if (algorithm == GraphicAlgorithm) {
+    return GraphicTaps(WordsOf<GraphicBands>(block), BandCentres(rate.sampleRate), rate.sampleRate,
+                       rate.finiteTaps);
+  }
+  return FirTaps(static_cast<FirKind>(algorithm), WordsOf<4>(block), rate.sampleRate, rate.finiteTaps);
 }
 
 // So many eighths of an octave, in a byte.
@@ -151,6 +153,24 @@ std::span<const float> StageProgram::Decisive(std::span<const float> own, std::s
     default:
       return own;
   }
+}
+
+std::size_t StageProgram::Latency() const {
+  const Stage& stage = settings.program;
+  const auto adaptive = [this] {
+    const bool late = settings.adaptive.delayed == DelayedChannel::Input;
+    return late ? std::min<std::size_t>(std::size_t{settings.adaptive.span} + 1, AdaptiveDelay) : 0;
+  };
+  const auto designedFilter = [&] {
+    return IsComb(*stage.algorithm)
+               ? CombLatency(CombWordsOf(*stage.block), designed.size(), settings.rate.finiteTaps)
+               : designed.size() / 2;
+  };
+  return std::visit(
+      Each{[&](const AdaptivePlace&) { return adaptive(); },
+           [](const CoefficientStage& table) { return table.Latency(); },
+           [&](const Convolver&) { return designedFilter(); }, [](const auto&) { return std::size_t{0}; }},
+      program);
 }
 
 StageReport StageProgram::Report() const {

@@ -44,6 +44,9 @@ class StageProgram {
   AdaptiveFilter* Adaptive() const;
   // The taps that the unit has designed for the stage, tap 0 first; none where it has not.
   std::span<const float> Designed() const { return designed; }
+  // How late the sound leaves it, in samples: half of a linear-phase filter, the delay of an adaptive
+  // filter's input. A program without a delay that all frequencies share has 0.
+  std::size_t Latency() const;
 
  private:
   struct Passing {};
