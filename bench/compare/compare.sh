@@ -1,0 +1,108 @@
+#!/usr/bin/env bash
+# The unit beside what else takes noise out of a recording, over the same recordings at the unit's usual rate. Prints for
+# each recording and tool the gain in scale-invariant signal-to-distortion ratio (dB) and the intelligibility STOI of the
+# output. Installs what it needs. What the table means is told in docs/sound-comparison.md.
+#
+#   bench/compare/compare.sh [BUILD]     BUILD: a build folder, instead of the release build
+set -euo pipefail
+cd "$(dirname "$0")/../.."
+
+scripts/install-packages.sh g++ cmake ninja-build libgtest-dev libbenchmark-dev pkg-config libkissfft-dev libsndfile1-dev \
+  libsamplerate0-dev libfftw3-dev libspeexdsp-dev sox ffmpeg espeak-ng
+build=${1:-build}
+if [ "$build" = build ]; then cmake --preset release >/dev/null; else cmake "$build" >/dev/null; fi
+cmake --build "$build" --target compare >"$build/compare.log" || { cat "$build/compare.log" >&2; exit 1; }
+
+rate=12000 lead=2   # Hz; seconds without speech at the beginning (CompareRecording.cpp)
+work=$build/compare
+bin=$PWD/$build/bench
+rm -rf "$work"
+mkdir -p "$work"
+cd "$work"
+
+# ---- The speech: two voices by turns, with pauses.
+
+sentences=(
+  "The train to the harbour leaves from the second platform at twenty past nine."
+  "She asked him twice whether the door had been locked before midnight."
+  "Nobody in the office remembered who had signed for the parcel."
+  "Please bring the blue folder, and leave the keys on the kitchen table."
+  "We heard a car stop outside, and then somebody whistled."
+  "If the weather holds, they will finish the roof by Thursday."
+  "He paid in cash and did not wait for the change."
+  "The two of them met again at the bridge, shortly after the rain began."
+  "I think that the second number on the list is wrong."
+  "Call me as soon as the ship has passed the lighthouse."
+)
+voices=(en-us+m3 en-gb+f2)
+
+make_speech() {
+  local i parts=()
+  for i in "${!sentences[@]}"; do
+    espeak-ng -v "${voices[i % 2]}" -s 150 -w "sentence$i.wav" "${sentences[i]}"
+    sox -R -D "sentence$i.wav" -e floating-point -b 32 -r $rate "part$i.wav" pad 0 0.8
+    parts+=("part$i.wav")
+  done
+  sox -D "${parts[@]}" -e floating-point -b 32 speech.wav
+}
+
+# ---- The tools: each makes $1/out.wav of $1/noisy.wav. All their settings stand here.
+
+unit_reducer() {  # the manual's settings for speech
+  "$bin/compare_unit" "$1/noisy.wav" - "$1/out.wav" bandwidthIndex=1 'broadbandType(1)=0' 'broadbandActive(1)=1' \
+    'filterAtten(7)=29490'
+}
+speex() { "$bin/compare_speex" "$1/noisy.wav" "$1/out.wav" -15 20 2>>messages; }
+noisered() {
+  sox -V1 -D "$1/noisy.wav" -n trim 0.1 $(awk "BEGIN { print $lead - 0.3 }") noiseprof "$1/profile"
+  sox -V1 -D "$1/noisy.wav" "$1/out.wav" noisered "$1/profile" 0.2
+}
+afftdn() {
+  through_ffmpeg "$1" "asendcmd=0.1 afftdn sn start,asendcmd=1.8 afftdn sn stop,afftdn=nr=20"
+}
+anlmdn() { through_ffmpeg "$1" "anlmdn=s=0.01"; }
+through_ffmpeg() {
+  ffmpeg -nostdin -v error -y -i "$1/noisy.wav" -af "$2" -c:a pcm_f32le "$1/out.wav"
+}
+
+# ---- The recordings and the tools that are tried on each: name, kind, ratio in dB, seed, tools.
+
+denoisers="unit_reducer speex noisered afftdn anlmdn"
+recordings=(
+  "white-5 white 5 1 $denoisers"
+  "white-0 white 0 2 $denoisers"
+  "pink-5 pink 5 3 $denoisers"
+  "clean none 0 4 $denoisers"
+)
+
+heading=
+head() {  # of a table, wherever other tools come
+  [ "$heading" = "$*" ] && return
+  heading="$*"
+  printf '\n|  | untreated |%s\n|---|---|' "$(printf ' %s |' "$@")"
+  printf -- '---|%.0s' "$@"
+  printf '\n'
+}
+
+compare() {  # name kind ratio seed tools...
+  local name=$1 gain stoi delay
+  mkdir -p "$name"
+  "$bin/compare_recording" "$2" "$3" "$4" speech.wav "$name"
+  shift 4
+  head "$@"
+  printf '| %s |' "$name"
+  for tool in untreated "$@"; do
+    if [ "$tool" = untreated ]; then cp "$name/noisy.wav" "$name/out.wav"; else "$tool" "$name"; fi
+    read -r gain stoi delay < <("$bin/compare_measure" "$name/clean.wav" "$name/noisy.wav" "$name/out.wav" $lead)
+    mv "$name/out.wav" "$name/$tool.wav"
+    echo "$tool $delay" >>"$name/delays"
+    if [ "$tool" = untreated ]; then printf ' %s |' "$stoi"; else printf ' %+.1f dB, %s |' "$gain" "$stoi"; fi
+  done
+  printf '\n'
+}
+
+make_speech
+for recording in "${recordings[@]}"; do
+  read -r -a words <<<"$recording"
+  compare "${words[@]}"
+done
