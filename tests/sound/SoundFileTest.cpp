@@ -142,6 +142,81 @@ TEST_F(SoundFile, WritesWhatItReadsOnceItIsWhole) {
   }
 }
 
+// Each frame of it says which one it is.
+std::vector<float> Ramp(std::size_t frames) {
+  std::vector<float> ramp(frames);
+  for (std::size_t i = 0; i < frames; ++i) ramp[i] = static_cast<float>(i) / 8388608.0F;
+  return ramp;
+}
+
+std::vector<int> Frames(const std::vector<float>& ramp) {
+  std::vector<int> frames;
+  for (const float sample : ramp) frames.push_back(static_cast<int>(std::lround(sample * 8388608.0F)));
+  return frames;
+}
+
+TEST_F(SoundFile, GoesWhereItIsSentAndRoundAPart) {
+  constexpr int rate = 12000;
+  for (const auto& [name, format] : {std::pair{"ramp.wav", SF_FORMAT_WAV}, {"ramp.flac", SF_FORMAT_FLAC}}) {
+    Save(In(name), rate, 1, format | SF_FORMAT_PCM_24, Ramp(3 * rate));
+    SoundReader reader = Opened(In(name), rate, false);
+    EXPECT_EQ(reader.What().seconds, 3.0);
+    ASSERT_TRUE(reader.Seek(1.5));
+    EXPECT_EQ(Frames(Play(reader, 300).left)[299], 18299);
+    EXPECT_DOUBLE_EQ(reader.Position(), 18300.0 / rate);
+    // The reader is ahead of what was played, and beyond the loop's end.
+    ASSERT_TRUE(reader.SetLoop(SoundReader::Loop{1.4, 18400.0 / rate}));
+    std::vector<int> frames = Frames(Play(reader, 4000, 77).left);
+    for (int i = 0; i < 4000; ++i) ASSERT_EQ(frames[i], i < 100 ? 18300 + i : 16800 + (i - 100) % 1600);
+    EXPECT_DOUBLE_EQ(reader.Position(), (16800 + 3900 % 1600) / 12000.0);
+    // What was read beyond the seam does not come where there is no seam any more.
+    reader.Seek(18390.0 / rate);
+    Play(reader, 1);
+    ASSERT_TRUE(reader.SetLoop(std::nullopt));
+    frames = Frames(Play(reader, 100).left);
+    EXPECT_EQ(frames[99], 18490);
+    // From behind the loop at once; a rate in between keeps the place.
+    ASSERT_TRUE(reader.SetLoop(SoundReader::Loop{0.5, 1.0}));
+    EXPECT_EQ(reader.Position(), 0.5);
+    reader.SetRate(36000);
+    Play(reader, 900);
+    reader.SetRate(rate);
+    EXPECT_EQ(Frames(Play(reader, 2).left)[1], 6301);
+    EXPECT_FALSE(reader.SetLoop(SoundReader::Loop{1.0, 1.01}));
+    EXPECT_EQ(reader.Looped()->to, 1.0);
+    reader.SetLoop(std::nullopt);
+    reader.Seek(99);
+    EXPECT_EQ(Play(reader, 10).sound, 0U);
+    EXPECT_TRUE(reader.Ended());
+    EXPECT_EQ(reader.Position(), 3.0);
+    ASSERT_TRUE(reader.Seek(2.9));
+    EXPECT_EQ(Frames(Play(reader, 1).left)[0], 34800);
+    EXPECT_EQ(reader.Flaw(), "");
+  }
+}
+
+TEST_F(SoundFile, IsSoughtInWhatIsCompressedToo) {
+  constexpr int rate = 44100;
+  std::vector<float> tone = Tone(300.0, rate, 3.0);
+  for (std::size_t i = 0; i < tone.size(); ++i)
+    tone[i] *= static_cast<float>(i) / static_cast<float>(tone.size());
+  for (const auto& [name, format] : {std::pair{"tone.ogg", SF_FORMAT_OGG | SF_FORMAT_VORBIS},
+                                     {"tone.mp3", SF_FORMAT_MPEG | SF_FORMAT_MPEG_LAYER_III}}) {
+    Save(In(name), rate, 1, format, tone);
+    SoundReader reader = Opened(In(name), rate, false);
+    const std::vector<float> whole = Play(reader, 3 * rate).left;
+    for (const double second : {2.0, 0.7}) {
+      ASSERT_TRUE(reader.Seek(second)) << name;
+      const std::vector<float> part = Play(reader, 4000).left;
+      float worst = 0;
+      for (std::size_t i = 0; i < part.size(); ++i)
+        worst = std::max(
+            worst, std::fabs(part[i] - whole[static_cast<std::size_t>(std::lround(second * rate)) + i]));
+      EXPECT_LT(worst, 1e-5F) << name << second;
+    }
+  }
+}
+
 TEST_F(SoundFile, SaysInOneLineWhatIsWrong) {
   std::ofstream(In("empty.wav")).close();
   std::ofstream(In("text.wav")) << "not a sound\nat all\n";

@@ -52,13 +52,20 @@ std::string CutOf(const std::string& path, const SF_INFO& info) {
                                                                   : "";
 }
 
-// An MPEG file's length may be a guess.
-std::uint64_t FramesSaid(const SF_INFO& info) {
-  const bool guess = (info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_MPEG;
-  return guess || info.frames == SF_COUNT_MAX
-             ? 0
-             : static_cast<std::uint64_t>(std::max<sf_count_t>(info.frames, 0));
+bool IsMpeg(const SF_INFO& info) { return (info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_MPEG; }
+
+// A frame of an MPEG file takes bits of up to nine before it; without them the decoder is silent.
+std::uint64_t LeadOf(const SF_INFO& info) {
+  constexpr std::uint64_t mpegFrame = 1152, mpegLead = 10;
+  return IsMpeg(info) ? mpegLead * mpegFrame : 0;
 }
+
+std::uint64_t FrameCount(const SF_INFO& info) {
+  return info.frames == SF_COUNT_MAX ? 0 : static_cast<std::uint64_t>(std::max<sf_count_t>(info.frames, 0));
+}
+
+// An MPEG file's length may be a guess.
+std::uint64_t FramesSaid(const SF_INFO& info) { return IsMpeg(info) ? 0 : FrameCount(info); }
 
 std::string Samples(std::uint64_t count, const char* one, const char* more) {
   return std::to_string(count) + (count == 1 ? one : more);
@@ -93,7 +100,10 @@ SoundReader::SoundReader(std::string soundPath, SoundHandle opened, const SF_INF
       file(std::move(opened)),
       fileRate(info.samplerate),
       channels(static_cast<std::size_t>(info.channels)),
-      looped(loops),
+      seekable(info.seekable != 0),
+      lead(LeadOf(info)),
+      loop(loops ? std::optional(Part{}) : std::nullopt),
+      frameCount(FrameCount(info)),
       framesSaid(FramesSaid(info)),
       cut(CutOf(path, info)),
       raw(channels * ChunkFrames) {
@@ -105,8 +115,74 @@ SoundReader::SoundReader(std::string soundPath, SoundHandle opened, const SF_INF
 void SoundReader::SetRate(int sampleRate) {
   if (sampleRate == rate) return;
   rate = sampleRate;
+  if (at > 0 && GoTo(played)) return;
   src_reset(resampler.get());
   readyAt = readyCount = 0;
+}
+
+SoundReader::Facts SoundReader::What() const {
+  const double seconds = static_cast<double>(frameCount) / fileRate;
+  return {fileRate, channels, frameCount > 0 ? std::optional(seconds) : std::nullopt, seekable};
+}
+
+bool SoundReader::Seek(double second) {
+  const double frame = std::max(second, 0.0) * fileRate;
+  return GoTo(frameCount > 0 ? std::min(frame, static_cast<double>(frameCount)) : frame);
+}
+
+bool SoundReader::SeekFile(std::uint64_t frame) {
+  std::uint64_t place = frame - std::min(frame, lead);
+  if (!seekable ||
+      sf_seek(file.get(), static_cast<sf_count_t>(place), SEEK_SET) != static_cast<sf_count_t>(place))
+    return false;
+  while (place < frame) {
+    const std::uint64_t wanted = std::min<std::uint64_t>(frame - place, ChunkFrames);
+    const sf_count_t passed = sf_readf_float(file.get(), raw.data(), static_cast<sf_count_t>(wanted));
+    if (passed <= 0) return false;
+    place += static_cast<std::uint64_t>(passed);
+  }
+  return true;
+}
+
+// What was read ahead is of another place, and so is what the resampler remembers.
+bool SoundReader::GoTo(double frame) {
+  const auto place = static_cast<std::uint64_t>(std::llround(frame));
+  if (!SeekFile(place)) {
+    SeekFile(at);
+    return false;
+  }
+  at = place;
+  played = static_cast<double>(place);
+  src_reset(resampler.get());
+  chunkAt = chunkCount = readyAt = readyCount = 0;
+  seamsAhead = 0;
+  fileEnded = ended = false;
+  rewound = loop && at == loop->from;
+  return true;
+}
+
+bool SoundReader::SetLoop(const std::optional<Loop>& wanted) {
+  std::optional<Part> part;
+  if (wanted) {
+    const double most = frameCount > 0 ? static_cast<double>(frameCount) : 1e15;
+    const auto frameOf = [&](double second) {
+      return static_cast<std::uint64_t>(std::llround(std::clamp(second * fileRate, 0.0, most)));
+    };
+    part = {frameOf(wanted->from), frameOf(wanted->to)};
+    if (!seekable ||
+        static_cast<double>(part->to) < static_cast<double>(part->from) + ShortestLoop * fileRate)
+      return false;
+  }
+  const bool readTooFar = seamsAhead > 0 || (part && at > part->to);
+  loop = part;
+  if (part && played >= static_cast<double>(part->to)) return GoTo(static_cast<double>(part->from));
+  return !readTooFar || GoTo(played);
+}
+
+std::optional<SoundReader::Loop> SoundReader::Looped() const {
+  if (!loop) return std::nullopt;
+  const std::uint64_t end = loop->to == UINT64_MAX ? frameCount : loop->to;
+  return Loop{static_cast<double>(loop->from) / fileRate, static_cast<double>(end) / fileRate};
 }
 
 std::size_t SoundReader::Read(std::span<float> left, std::span<float> right) {
@@ -118,29 +194,40 @@ std::size_t SoundReader::Read(std::span<float> left, std::span<float> right) {
       right[frames] = ready[readyAt][1];
     }
   }
+  Advance(frames);
   std::fill(left.begin() + static_cast<std::ptrdiff_t>(frames), left.end(), 0.0F);
   std::fill(right.begin() + static_cast<std::ptrdiff_t>(frames), right.end(), 0.0F);
   return frames;
 }
 
+void SoundReader::Advance(std::size_t frames) {
+  played += static_cast<double>(frames) * fileRate / rate;
+  for (; seamsAhead > 0 && played >= static_cast<double>(loop->to); --seamsAhead) {
+    played -= static_cast<double>(loop->to - loop->from);
+  }
+  if (ended) played = static_cast<double>(at);
+}
+
 // A file that is empty must not be begun for ever.
 bool SoundReader::Rewind() {
-  if (!looped || rewound || sf_seek(file.get(), 0, SEEK_SET) != 0) return false;
+  if (!loop || rewound || at > loop->to) return false;
+  if (!SeekFile(loop->from)) return false;
+  loop->to = at;
+  at = loop->from;
   rewound = true;
+  ++seamsAhead;
   return true;
 }
 
-// Behind the sound's end the count is whole.
 void SoundReader::CountFrames(std::size_t more) {
-  if (heard) return;
-  framesRead += more;
-  heard = more == 0;
-  if (heard && framesRead < framesSaid && cut.empty()) cut = OutOf(framesRead, framesSaid, " samples");
+  at += more;
+  if (more == 0 && at < framesSaid && cut.empty()) cut = OutOf(at, framesSaid, " samples");
 }
 
+// What was read before was counted.
 float SoundReader::Take(float sample, std::uint64_t frame) {
   if (std::isfinite(sample)) return Bounded(sample);
-  if (heard) return 0.0F;
+  if (frame < reached) return 0.0F;
   if (notNumbers + infinite == 0) firstFault = static_cast<double>(frame) / fileRate;
   ++(std::isnan(sample) ? notNumbers : infinite);
   return 0.0F;
@@ -159,22 +246,31 @@ std::string SoundReader::Flaw() const {
   return text.empty() ? text : Complaint(path, text);
 }
 
-void SoundReader::ReadChunk() {
-  sf_count_t frames = 0;
-  do {
-    frames = sf_readf_float(file.get(), raw.data(), ChunkFrames);
-    CountFrames(static_cast<std::size_t>(std::max<sf_count_t>(frames, 0)));
-  } while (frames <= 0 && Rewind());
-  chunkAt = 0;
+void SoundReader::ReadFrames() {
+  if (loop && at == loop->to && !Rewind()) {
+    chunkCount = 0;
+    return;
+  }
+  const std::uint64_t wanted =
+      loop && at < loop->to ? std::min<std::uint64_t>(loop->to - at, ChunkFrames) : ChunkFrames;
+  const sf_count_t frames = sf_readf_float(file.get(), raw.data(), static_cast<sf_count_t>(wanted));
   chunkCount = static_cast<std::size_t>(std::max<sf_count_t>(frames, 0));
+  CountFrames(chunkCount);
+}
+
+void SoundReader::ReadChunk() {
+  chunkAt = 0;
+  do ReadFrames();
+  while (chunkCount == 0 && Rewind());
   if (chunkCount > 0) rewound = false;
   fileEnded = chunkCount == 0;
+  const std::uint64_t first = at - chunkCount;
   for (std::size_t i = 0; i < chunkCount; ++i) {
     const float* frame = &raw[i * channels];
-    const std::uint64_t place = framesRead - chunkCount + i;
-    chunk[i][0] = Take(frame[0], place);
-    chunk[i][1] = channels > 1 ? Take(frame[1], place) : chunk[i][0];
+    chunk[i][0] = Take(frame[0], first + i);
+    chunk[i][1] = channels > 1 ? Take(frame[1], first + i) : chunk[i][0];
   }
+  reached = std::max(reached, at);
 }
 
 void SoundReader::Refill() {

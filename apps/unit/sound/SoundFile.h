@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <variant>
@@ -31,8 +32,32 @@ class SoundReader {
   // what is wrong, with the path first.
   static std::variant<SoundReader, std::string> Open(const std::string& path, int rate, bool looped);
 
-  // Goes on near the same moment of the file at another rate.
+  // Goes on at the same moment of the file at another rate; near it, where the file can't be sought.
   void SetRate(int sampleRate);
+
+  struct Facts {
+    int rate = 0;  // Hz, the file's own
+    std::size_t channels = 0;
+    std::optional<double> seconds;  // nothing where the file does not say it
+    bool seekable = false;
+  };
+  Facts What() const;
+  // Of the next sample that Read gives, in seconds of the file.
+  double Position() const { return played / fileRate; }
+  // Goes to that second, or to the end where it lies behind it. False where that can't be: nothing has
+  // changed.
+  bool Seek(double second);
+
+  struct Loop {
+    double from = 0, to = 0;  // seconds
+  };
+  // At `to` it goes on at `from`, without a gap; a place behind `to` is left for `from` at once. A later Seek
+  // to behind `to` plays on to the file's end. Nothing: once to the end. False where that can't be, as the
+  // file can't be sought or the loop is shorter than ShortestLoop within it.
+  bool SetLoop(const std::optional<Loop>& wanted);
+  static constexpr double ShortestLoop = 0.05;  // seconds
+  // `to` is the file's end, or 0 as long as that is not known, where it is looped as a whole.
+  std::optional<Loop> Looped() const;
 
   // Fills two spans of the same length, which may be any, with zeros behind the sound's end. A file that is
   // shortened while it plays ends where it now ends; one that grows, where it ended at first. Gives the
@@ -55,12 +80,21 @@ class SoundReader {
   };
   static constexpr std::size_t ChunkFrames = 1024;  // of the file, read at a time
 
+  // In frames of the file.
+  struct Part {
+    std::uint64_t from = 0, to = UINT64_MAX;
+  };
+
   SoundReader(std::string soundPath, SoundHandle opened, const SF_INFO& info, bool loops);
 
+  bool SeekFile(std::uint64_t frame);
+  bool GoTo(double frame);
   void ReadChunk();
+  void ReadFrames();
   float Take(float sample, std::uint64_t frame);
   void CountFrames(std::size_t more);
   bool Rewind();
+  void Advance(std::size_t frames);
   void Refill();
   void Copy();
   void Resample();
@@ -71,12 +105,17 @@ class SoundReader {
   int fileRate;
   int rate = 0;
   std::size_t channels;
-  bool looped;
-  bool rewound = true;  // nothing was read since the file's start
+  bool seekable;
+  std::uint64_t lead;  // frames before a place that the decoder must have seen
+  std::optional<Part> loop;
+  unsigned seamsAhead = 0;  // of the loop that were read and not yet played
+  bool rewound = true;      // nothing was read since the loop's or the file's start
   bool fileEnded = false;
   bool ended = false;
-  bool heard = false;                          // once to its end
-  std::uint64_t framesSaid, framesRead = 0;    // by the file itself, 0 for no word; read so far
+  double played = 0;                  // the place of the next frame to be played, in frames of the file
+  std::uint64_t frameCount;           // of the whole file; 0 where it is not known
+  std::uint64_t framesSaid;           // by the file itself, where it does not guess; 0 for no word
+  std::uint64_t at = 0, reached = 0;  // the next frame to be read; how far the file was ever read
   std::uint64_t notNumbers = 0, infinite = 0;  // samples
   double firstFault = 0;                       // second of the first of them
   std::string cut;                             // how much is there, in words; empty where all is
