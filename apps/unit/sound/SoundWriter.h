@@ -3,28 +3,23 @@
 
 #include <array>
 #include <cstddef>
-#include <memory>
 #include <span>
 #include <string>
 #include <variant>
 
 #include "unit/sound/Blocks.h"
-#include "unit/sound/SoundFile.h"
+#include "unit/sound/SoundSink.h"
 
 namespace unit::sound {
 
 // Writes stereo files of 24 bits: FLAC where the name ends so, WAV where it ends so or has no ending, which
 // becomes RF64 above 4 GB. Samples are rounded to the nearest number; what is beyond full scale is clipped,
-// what is no number is written as 0. The file appears under its name when it is closed (PartFile).
+// what is no number is written as 0. The file appears under its name when it is closed (PartFile), and
+// nothing is left of one that was neither closed nor has failed.
 class SoundWriter {
  public:
   // rate in Hz. Else a line that says what is wrong, with the path first.
   static std::variant<SoundWriter, std::string> Create(const std::string& path, int rate);
-
-  SoundWriter(SoundWriter&& other) noexcept;
-  SoundWriter& operator=(SoundWriter&& other) = delete;
-  // Leaves nothing of a file that was neither closed nor has failed.
-  ~SoundWriter();
 
   // Two spans of the same length. Gives an empty text, or a line that says what is wrong; then nothing more
   // is written, the part stays with what it has, and the line comes each time. About once a second the part
@@ -35,18 +30,13 @@ class SoundWriter {
   const std::string& Close();
 
  private:
-  struct Output;  // the file below the library
-
-  SoundWriter(std::string targetPath, int sampleRate, std::unique_ptr<Output> below, SoundHandle opened);
+  SoundWriter(int sampleRate, SoundSink opened);
 
   void WriteBlock(std::span<const float> left, std::span<const float> right);
-  std::string ReasonNow() const;
-  void Fail(const std::string& reason);
+  void KeepWhatThereIs();
 
-  std::string path;
   std::size_t rate;
-  std::unique_ptr<Output> output;  // outlives the library's handle of it
-  SoundHandle file;
+  SoundSink sink;
   std::string failure;
   std::array<int, 2 * BlockFrames> block{};
   std::size_t unsettled = 0;  // frames that the header does not count yet

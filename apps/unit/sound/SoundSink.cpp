@@ -1,0 +1,130 @@
+#include "unit/sound/SoundSink.h"
+
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+#include <sndfile.h>
+#include <unistd.h>
+
+#include "unit/PartFile.h"
+
+namespace unit::sound {
+namespace {
+
+std::string Unwritable(const std::string& path, const std::string& reason) {
+  return path + ": can't be written: " + reason;
+}
+
+}  // namespace
+
+struct SoundSink::Output {
+  PartFile file;
+  int error = 0;
+
+  static sf_count_t Size(void* output) {
+    const int descriptor = Of(output).file.Descriptor();
+    const off_t here = lseek(descriptor, 0, SEEK_CUR), end = lseek(descriptor, 0, SEEK_END);
+    lseek(descriptor, here, SEEK_SET);
+    return end;
+  }
+  static sf_count_t Seek(sf_count_t offset, int from, void* output) {
+    return lseek(Of(output).file.Descriptor(), offset, from);
+  }
+  static sf_count_t Tell(void* output) { return Seek(0, SEEK_CUR, output); }
+  static sf_count_t Write(const void* bytes, sf_count_t count, void* output) {
+    sf_count_t done = 0;
+    while (done < count && Of(output).error == 0) {
+      const ssize_t written = write(Of(output).file.Descriptor(), static_cast<const char*>(bytes) + done,
+                                    static_cast<std::size_t>(count - done));
+      if (written > 0) done += written;
+      if (written <= 0 && errno != EINTR) Of(output).error = errno;
+    }
+    return done;
+  }
+
+ private:
+  static Output& Of(void* output) { return *static_cast<Output*>(output); }
+};
+
+SoundSink::SoundSink(SoundSink&& other) noexcept = default;
+SoundSink::~SoundSink() = default;
+
+// The library still writes when it closes what was open here.
+SoundSink& SoundSink::operator=(SoundSink&& other) noexcept {
+  file = std::move(other.file);
+  output = std::move(other.output);
+  path = std::move(other.path);
+  channels = other.channels;
+  failure = std::move(other.failure);
+  return *this;
+}
+
+std::variant<SoundSink, std::string> SoundSink::Create(const std::string& path, const SinkFormat& format) {
+  auto begun = PartFile::Begin(path);
+  if (const int* const error = std::get_if<int>(&begun)) return Unwritable(path, std::strerror(*error));
+  std::unique_ptr<Output> output(new Output{std::move(std::get<PartFile>(begun))});
+  SF_INFO info{};
+  info.samplerate = format.rate;
+  info.channels = format.channels;
+  info.format = format.format;
+  SF_VIRTUAL_IO bytes{Output::Size, Output::Seek, nullptr, Output::Write, Output::Tell};
+  SoundHandle file(sf_open_virtual(&bytes, SFM_WRITE, &info, output.get()));
+  if (output->error != 0) return Unwritable(path, std::strerror(output->error));
+  if (!file) return Unwritable(path, sf_strerror(nullptr));
+  sf_command(file.get(), SFC_RF64_AUTO_DOWNGRADE, nullptr, SF_TRUE);
+  return SoundSink(path, format.channels, std::move(output), std::move(file));
+}
+
+SoundSink::SoundSink(std::string targetPath, int channelCount, std::unique_ptr<Output> below,
+                     SoundHandle opened)
+    : path(std::move(targetPath)),
+      channels(channelCount),
+      output(std::move(below)),
+      file(std::move(opened)) {}
+
+bool SoundSink::Write(std::span<const int> samples) {
+  if (!file) return false;
+  const auto frames = static_cast<sf_count_t>(samples.size()) / channels;
+  return Taken(sf_writef_int(file.get(), samples.data(), frames) == frames);
+}
+
+bool SoundSink::Write(std::span<const double> samples) {
+  if (!file) return false;
+  const auto frames = static_cast<sf_count_t>(samples.size()) / channels;
+  return Taken(sf_writef_double(file.get(), samples.data(), frames) == frames);
+}
+
+bool SoundSink::Taken(bool written) {
+  if (written && output->error == 0) return true;
+  return Fail(output->error != 0 ? std::strerror(output->error) : sf_strerror(file.get()));
+}
+
+// What is there is all that there will be of it, and its header tells how much that is.
+bool SoundSink::Fail(const std::string& reason) {
+  failure = Unwritable(path, reason);
+  output->error = 0;
+  file.reset();
+  return false;
+}
+
+void SoundSink::UpdateHeader() {
+  if (file) sf_command(file.get(), SFC_UPDATE_HEADER_NOW, nullptr, 0);
+}
+
+bool SoundSink::Close() {
+  if (!file) return false;
+  const int trouble = sf_close(file.release());
+  if (output->error != 0) return Fail(std::strerror(output->error));
+  if (trouble != 0) return Fail(sf_error_number(trouble));
+  const int error = output->file.Commit();
+  return error == 0 || Fail(std::strerror(error));
+}
+
+std::string SoundSink::Keep() {
+  file.reset();
+  output->file.Keep();
+  return output->file.Part();
+}
+
+}  // namespace unit::sound
