@@ -1,0 +1,74 @@
+// The way of a sound through the unit and back: to the unit's rate, through its chain, to the sound's rate.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "unit/clean/Fifo.h"
+#include "unit/sound/Engine.h"
+
+struct SRC_STATE_tag;
+
+namespace unit::clean {
+
+// Fills frames, channels side by side, and never ends: there is silence behind a sound.
+using SoundSource = std::function<void(std::span<float> samples)>;
+
+// A source at another rate, without a delay; at the same rate as it is.
+class Converter {
+ public:
+  Converter(SoundSource heard, std::size_t channelCount, double fromHertz, double toHertz);
+  void Read(std::span<float> samples);
+
+ private:
+  struct Free {
+    void operator()(SRC_STATE_tag* state) const;
+  };
+
+  SoundSource source;
+  std::size_t channels;
+  double ratio;
+  std::unique_ptr<SRC_STATE_tag, Free> state;  // null at the same rate
+  std::vector<float> chunk;
+  std::size_t chunkAt;  // frames of it that are used
+};
+
+// A source through an engine, shifted back by the delay of its chain on each side. Of one channel, which is
+// heard on both sides, the left output.
+class ChainPass {
+ public:
+  // engine must outlive it, and be set.
+  ChainPass(SoundSource heard, std::size_t channelCount, sound::Engine& chain);
+  void Read(std::span<float> samples);
+
+ private:
+  void RunBlock();
+
+  SoundSource source;
+  std::size_t channels;
+  sound::Engine& engine;
+  std::array<std::size_t, 2> late;     // frames that are still to be dropped
+  std::array<Fifo<float>, 2> outputs;  // by side
+  std::vector<float> block;
+};
+
+class Passage {
+ public:
+  // engine must outlive it, and be set.
+  Passage(SoundSource heard, std::size_t channels, double rate, sound::Engine& engine);
+  Passage(const Passage&) = delete;
+  Passage& operator=(const Passage&) = delete;
+
+  void Read(std::span<float> samples) { back.Read(samples); }
+
+ private:
+  Converter there;
+  ChainPass chain;
+  Converter back;
+};
+
+}  // namespace unit::clean
