@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "unit/clean/Job.h"
+
 namespace unit::clean {
 
 Cleaning::Cleaning(CleaningWish wanted) : wish(std::move(wanted)) {}
@@ -30,8 +32,11 @@ CleaningProgress Cleaning::Progress() const {
 }
 
 void Cleaning::Run() {
-  error = wish.in + ": can't be cleaned yet";
-  state.store(cancelled ? CleaningState::Cancelled : CleaningState::Failed, std::memory_order_release);
+  outcome = Clean(wish, cancelled, done);
+  CleaningState end = CleaningState::Cancelled;
+  if (!outcome.error.empty()) end = CleaningState::Failed;
+  if (!outcome.report.empty()) end = CleaningState::Done;
+  state.store(end, std::memory_order_release);
 }
 
 }  // namespace unit::clean

@@ -9,25 +9,9 @@
 #include <thread>
 #include <vector>
 
-#include "unit/Setting.h"
+#include "unit/clean/CleaningWish.h"
 
 namespace unit::clean {
-
-// What adaptive filters do while a recording is cleaned.
-enum class Learning : std::uint8_t {
-  FromBeginning,  // begin with nothing learned
-  Kept            // keep what they have learned, and learn nothing more
-};
-
-struct CleaningWish {
-  std::string in, out;       // files
-  double from = 0;           // second of the recording at which the part begins
-  std::optional<double> to;  // and ends; nothing is the recording's end
-  Learning adaptive = Learning::FromBeginning;
-  std::string setup;     // name of what the unit was set by, for the report alone
-  bool lenient = false;  // what is wrong with the recording is told, and it is cleaned as it is
-  Setting setting;       // of the unit, with what its filters have learned (Unit::Present)
-};
 
 enum class CleaningState : std::uint8_t { Running, Done, Cancelled, Failed };
 
@@ -57,9 +41,11 @@ class Cleaning {
 
   // What follows holds once it is finished.
   // Why it has failed, in words; empty where it has not.
-  const std::string& Error() const { return error; }
+  const std::string& Error() const { return outcome.error; }
+  // It has failed for what is wrong with the recording, and a lenient wish would take that as it is.
+  bool Flawed() const { return outcome.flawed; }
   // Lines that tell what was done; none where there is no file.
-  const std::vector<std::string>& Report() const { return report; }
+  const std::vector<std::string>& Report() const { return outcome.report; }
 
  private:
   void Run();
@@ -70,8 +56,7 @@ class Cleaning {
   std::atomic<double> done = 0;
   std::atomic<CleaningState> state = CleaningState::Running;
   std::chrono::steady_clock::time_point begun;
-  std::string error;
-  std::vector<std::string> report;
+  Outcome outcome;
 };
 
 }  // namespace unit::clean

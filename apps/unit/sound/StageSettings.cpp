@@ -87,6 +87,13 @@ AdaptiveSettings AdaptiveSettingsOf(const Setting& setting, std::size_t position
 
 }  // namespace
 
+void FreezeAdaptive(Setting& setting) {
+  for (std::size_t offset = 0; offset < LastFilter; ++offset) {
+    auto& word = setting.registers[FirstAdaptation + offset];
+    if (word) *word = static_cast<std::uint16_t>(*word & ~RateMask);
+  }
+}
+
 UnitRate RateOf(const RegisterValues& registers) { return rates[registers[SystemWord].value_or(0) >> 12U]; }
 
 StageSettings StageSettingsOf(const Setting& setting, std::size_t position, DelayedChannel delayed) {

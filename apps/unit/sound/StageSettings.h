@@ -20,6 +20,9 @@ struct UnitRate {
   bool operator==(const UnitRate&) const = default;
 };
 
+// Adaptive filters learn nothing more.
+void FreezeAdaptive(Setting& setting);
+
 // By the top four bits of the system word; of a word that names no rate, and before one came, 12 kHz.
 UnitRate RateOf(const RegisterValues& registers);
 
