@@ -5,6 +5,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstring>
+#include <initializer_list>
 #include <thread>
 
 #include <fcntl.h>
@@ -21,6 +22,9 @@ namespace {
 using std::chrono::milliseconds;
 using std::chrono::steady_clock;
 
+// More than this waits in the pipe, and its writer with it.
+constexpr std::size_t MostHeard = std::size_t{4} << 20U;
+
 // One end of a pipe that never blocks.
 class PipeEnd {
  public:
@@ -33,10 +37,10 @@ class PipeEnd {
     descriptor = -1;
   }
 
-  // All that waits; ended once nobody can write any more.
+  // What waits, as far as there is room; ended once nobody can write any more.
   void ReadInto(std::string& text) {
     std::array<char, 65536> block{};
-    while (!ended) {
+    while (!ended && text.size() < MostHeard) {
       const ssize_t got = read(descriptor, block.data(), block.size());
       if (got < 0 && errno == EINTR) continue;
       if (got < 0 && errno == EAGAIN) return;
@@ -62,14 +66,29 @@ class PipeEnd {
   bool ended = false;
 };
 
-// Takes a whole line off the beginning; at the end of all, what is left.
-bool TakeLine(std::string& text, bool ended, std::string& line) {
-  const auto end = text.find('\n');
-  if (end == std::string::npos && (!ended || text.empty())) return false;
-  line = text.substr(0, end);
-  text.erase(0, end == std::string::npos ? end : end + 1);
-  return true;
-}
+// Whole lines out of what has come so far.
+class Lines {
+ public:
+  std::string& Text() { return text; }
+  // The next one; where no more can come, what is left counts as one. A line that fills all the room is none.
+  bool Take(bool last, std::string& line) {
+    const auto end = text.find('\n', taken);
+    const bool whole = end != std::string::npos;
+    if (whole || (last && taken < text.size())) {
+      line = text.substr(taken, whole ? end - taken : end);
+      taken = whole ? end + 1 : text.size();
+      return true;
+    }
+    text.erase(0, text.size() - taken < MostHeard ? taken : std::string::npos);
+    taken = 0;
+    return false;
+  }
+  bool Empty() const { return taken == text.size(); }
+
+ private:
+  std::string text;
+  std::size_t taken = 0;
+};
 
 class Child : public vc::RunningProgram {
  public:
@@ -92,30 +111,39 @@ class Child : public vc::RunningProgram {
     input.WriteFrom(unsaid);
   }
 
+  // What does not answer but talks is heard out later.
   std::optional<vc::Said> TakeAnswer() override {
     input.WriteFrom(unsaid);
-    output.ReadInto(heard);
-    errors.ReadInto(complained);
-    for (std::string line; TakeLine(heard, output.Ended(), line);) {
+    const bool last = Reaped();  // asked before the read: what it has said is all there then
+    output.ReadInto(heard.Text());
+    LastWords();
+    std::string line;
+    for (int passed = 0; passed < MostPassed && heard.Take(last, line); ++passed) {
+      if (!line.starts_with('{')) continue;
       if (auto said = ReadJsonLine(line)) return said;
     }
     return std::nullopt;
   }
 
   bool Running() override {
-    output.ReadInto(heard);
-    return !Reaped() || !heard.empty();
+    if (!Reaped()) return true;
+    output.ReadInto(heard.Text());
+    return !heard.Empty();
   }
 
   std::string LastWords() override {
-    errors.ReadInto(complained);
-    for (std::string line; TakeLine(complained, Reaped(), line);) {
-      if (!line.empty()) lastWords = line;
+    const bool last = Reaped();
+    errors.ReadInto(complained.Text());
+    for (std::string line; complained.Take(last, line);) {
+      if (!line.empty()) lastWords = line.substr(0, LongestWords);
     }
     return lastWords;
   }
 
  private:
+  static constexpr int MostPassed = 2000;
+  static constexpr std::size_t LongestWords = 500;
+
   bool Reaped() {
     if (!reaped) reaped = waitpid(id, nullptr, WNOHANG) == id;
     return reaped;
@@ -124,7 +152,8 @@ class Child : public vc::RunningProgram {
   pid_t id;
   bool reaped = false;
   PipeEnd input, output, errors;
-  std::string unsaid, heard, complained, lastWords;
+  std::string unsaid, lastWords;
+  Lines heard, complained;
 };
 
 struct Pipe {
@@ -133,31 +162,50 @@ struct Pipe {
   bool made = false;
 };
 
+// Its ends of the pipes in the place of its standard streams, and a group of its own: what the terminal sends
+// to this program's is for this program, which ends the other one when it needs it no more. 0, or what
+// failed.
+int Spawn(const std::string& path, const std::vector<std::string>& arguments,
+          const std::array<int, 3>& streams, pid_t& id) {
+  posix_spawn_file_actions_t actions;
+  posix_spawn_file_actions_init(&actions);
+  for (int stream = 0; stream < 3; ++stream) {
+    posix_spawn_file_actions_adddup2(&actions, streams.at(static_cast<std::size_t>(stream)), stream);
+  }
+  posix_spawnattr_t attributes;
+  posix_spawnattr_init(&attributes);
+  posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP);
+  posix_spawnattr_setpgroup(&attributes, 0);
+  std::vector<std::string> words{path};
+  words.insert(words.end(), arguments.begin(), arguments.end());
+  std::vector<char*> pointers;
+  for (std::string& word : words) pointers.push_back(word.data());
+  pointers.push_back(nullptr);
+  const int failure = posix_spawn(&id, path.c_str(), &actions, &attributes, pointers.data(), environ);
+  posix_spawnattr_destroy(&attributes);
+  posix_spawn_file_actions_destroy(&actions);
+  return failure;
+}
+
+void CloseAll(std::initializer_list<int> descriptors) {
+  for (const int descriptor : descriptors) {
+    if (descriptor >= 0) close(descriptor);
+  }
+}
+
 }  // namespace
 
 std::unique_ptr<vc::RunningProgram> PosixPrograms::Start(const std::string& path,
                                                          const std::vector<std::string>& arguments,
                                                          std::string& reason) {
   std::signal(SIGPIPE, SIG_IGN);  // a program that has ended is no reason to end
-  Pipe in, out, errors;
-  posix_spawn_file_actions_t actions;
-  posix_spawn_file_actions_init(&actions);
-  posix_spawn_file_actions_adddup2(&actions, in.ends[0], STDIN_FILENO);
-  posix_spawn_file_actions_adddup2(&actions, out.ends[1], STDOUT_FILENO);
-  posix_spawn_file_actions_adddup2(&actions, errors.ends[1], STDERR_FILENO);
-  std::vector<std::string> words{path};
-  words.insert(words.end(), arguments.begin(), arguments.end());
-  std::vector<char*> pointers;
-  for (std::string& word : words) pointers.push_back(word.data());
-  pointers.push_back(nullptr);
+  const Pipe in, out, errors;
   pid_t id = -1;
   const bool pipes = in.made && out.made && errors.made;
-  const int failure =
-      pipes ? posix_spawn(&id, path.c_str(), &actions, nullptr, pointers.data(), environ) : errno;
-  posix_spawn_file_actions_destroy(&actions);
-  for (const int end : {in.ends[0], out.ends[1], errors.ends[1]}) close(end);
+  const int failure = pipes ? Spawn(path, arguments, {in.ends[0], out.ends[1], errors.ends[1]}, id) : EMFILE;
+  CloseAll({in.ends[0], out.ends[1], errors.ends[1]});
   if (failure == 0) return std::make_unique<Child>(id, in.ends[1], out.ends[0], errors.ends[0]);
-  for (const int end : {in.ends[1], out.ends[0], errors.ends[0]}) close(end);
+  CloseAll({in.ends[1], out.ends[0], errors.ends[0]});
   reason = path + ": " + std::strerror(failure);
   return nullptr;
 }

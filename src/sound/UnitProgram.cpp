@@ -56,10 +56,15 @@ UnitProgram::Place UnitProgram::FreePlace() const {
 
 std::vector<std::string> UnitProgram::Arguments(const std::string& link) const {
   const std::string folder = platform.desk.InstallFolder();
-  return {"--link",     link,
-          "--baud",     std::to_string(BaudOf(settings.baudIndex).baud),
-          "--memories", JoinPath(folder, "veltrana-unit.memories"),
-          "--images",   JoinPath(folder, "veltrana-unit.images")};
+  return {"--attached",
+          "--link",
+          link,
+          "--baud",
+          std::to_string(BaudOf(settings.baudIndex).baud),
+          "--memories",
+          JoinPath(folder, "veltrana-unit.memories"),
+          "--images",
+          JoinPath(folder, "veltrana-unit.images")};
 }
 
 bool UnitProgram::Start(std::string& reason) {
@@ -94,6 +99,7 @@ bool UnitProgram::AwaitLine(std::string& reason) {
   const std::int64_t end = platform.clock.Microseconds() + StartMicroseconds;
   const std::string name = "COM" + std::to_string(port);
   while (!platform.ports.PlaceForLine(name).empty()) {
+    running->TakeAnswer();  // nobody has asked anything yet
     const bool alive = running->Running();
     if (!alive || platform.clock.Microseconds() >= end) {
       const std::string words = running->LastWords();

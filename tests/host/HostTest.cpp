@@ -73,6 +73,32 @@ TEST(PortMap, LinkBesideTheProgramWins) {
   EXPECT_EQ(reason, "COM2: " + (machine.root / "ports" / "COM2").string() + " is not there");
 }
 
+// A line of a program's own may come where nothing else is, nor may come back: an adapter that is not plugged
+// in keeps its port.
+TEST(PortMap, ALineOfAProgramTakesAPortThatHasNoDevice) {
+  Machine machine;
+  machine.Add("ttyS2", "pnp/b", "pnp", 4);
+  const fs::path ports = machine.root / "ports", own = machine.root / "own" / "ports";
+  const support::Pty pty;
+  fs::create_symlink(pty.Path(), ports / "COM2");
+  fs::create_symlink("/dev/pts/999999", ports / "COM3");
+  fs::create_symlink("/dev/ttyUSB99", ports / "COM4");
+  std::ofstream(ports / "COM5") << "no link\n";
+  std::vector<std::string> places;
+  for (const char* name : {"COM1", "COM2", "COM3", "COM4", "COM5", "COM6", "COM10"}) {
+    places.push_back(machine.map.PlaceForLine(name));
+  }
+  const std::string left = (ports / "COM3").string(), none = (ports / "COM6").string();
+  EXPECT_EQ(places, (std::vector<std::string>{"", "", left, "", "", none, ""}));
+  // Where that folder cannot be written, another one has such links, which count as well.
+  machine.map.ownFolder = own.string();
+  EXPECT_EQ(machine.map.PlaceForLine("COM3"), "");
+  EXPECT_EQ(machine.map.PlaceForLine("COM6"), (own / "COM6").string());
+  fs::create_symlink(pty.Path(), own / "COM6");
+  EXPECT_EQ(machine.map.PlaceForLine("COM6"), "");
+  EXPECT_EQ(machine.map.PathOf("COM6"), (own / "COM6").string());
+}
+
 TEST(Folders, UnwritableFolderGivesWayToTheUsersOwn) {
   const support::TempFolder folder;
   const std::string own = folder.Path() + "/a/b";
