@@ -31,9 +31,14 @@ void FileChooser::Open(const std::string& folder, const std::string& name) {
 std::string FileChooser::Path(const std::string& name) const { return PathFrom(folders.Folder(), name); }
 
 void FileChooser::ShowFiles(const std::vector<FolderEntry>& entries) {
+  const auto shows = [this](const std::string& name) {
+    return HasExtension(name, extension) ||
+           std::ranges::any_of(moreExtensions,
+                               [&name](const std::string& more) { return HasExtension(name, more); });
+  };
   std::vector<std::string> rows;
   for (const FolderEntry& entry : entries) {
-    if (!entry.folder && HasExtension(entry.name, extension)) rows.push_back(entry.name);
+    if (!entry.folder && shows(entry.name)) rows.push_back(entry.name);
   }
   fileVw.SetListIndex(-1);
   fileVw.SetItems(std::move(rows));

@@ -15,7 +15,8 @@ struct FileChooser {
   FileChooser(Form& form, Files& hostFiles, Desk& operatorDesk, std::string fileExtension,
               const std::string& caption, Wire<void()> nameChanged);
 
-  std::string extension;  // counts from the next Open on
+  std::string extension;                      // counts from the next Open on
+  std::vector<std::string> moreExtensions{};  // whose files are shown, too
   FolderChooser folders;
   ListBox fileVw;
   TextBox txtFileName;
