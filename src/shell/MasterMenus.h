@@ -17,6 +17,7 @@ struct MasterMenus {
   MenuEntry mnuOpen{mnuFile, "mnuOpen", "&Open Setup File"};
   MenuEntry mnuViewDescription{mnuFile, "mnuViewDescription", "&Edit File Description"};
   MenuEntry mnuWorkingFolder{mnuFile, "mnuWorkingFolder", "Edit &Working Folder"};
+  MenuEntry mnuClean{mnuFile, "mnuClean", "&Clean a Recording..."};
   MenuEntry mnuExit{mnuFile, "mnuExit", "E&xit"};
 
   // Its letters are all taken, by the panel's keys and by other menus.

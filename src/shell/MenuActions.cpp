@@ -59,6 +59,7 @@ void MenuActions::BindFileMenu() {
   menus.mnuOpen.clicked = [this] { OpenFileWindow("RecSet"); };
   menus.mnuViewDescription.clicked = [this] { around.windows.Open("Description"); };
   menus.mnuWorkingFolder.clicked = [this] { around.windows.Open("FrmWorkingFolder"); };
+  menus.mnuClean.clicked = [this] { around.windows.Open("FrmClean"); };
   menus.mnuExit.clicked = [this] { around.session.exit(); };
 }
 

@@ -41,6 +41,7 @@ Session::Session(Platform host)
       lastState(setupContext, platform, master),
       unit(platform, settings, UnitWires()),
       unitConnection(UnitParts()),
+      cleaning(CleaningParts()),
       look(platform, master),
       windows(WindowWires()),
       reportSources({settings, host.clock, host.desk, host.events, device, spectrumReader, master, displays}),
@@ -157,7 +158,9 @@ MasterControl::Around Session::MasterParts() {
           .session = {.newSetup = [this] { NewSetup(); },
                       .exit =
                           [this] {
-                            if (!platform.events.endRefused) Exit();
+                            const bool now = !platform.events.endRefused;
+                            if (now && !windows.Get<FrmClean>("FrmClean").MayEnd()) return;
+                            if (now) Exit();
                             platform.events.RequestEnd();
                           },
                       .queueRefresh = [this](bool wanted) { QueueRefresh(wanted); },
@@ -190,7 +193,8 @@ WindowContext Session::WindowWires() {
           .forms = forms,
           .printReport = [this](const std::string& printer,
                                 bool DoubleSpaced) { reports.Print(printer, DoubleSpaced); },
-          .platform = platform};
+          .platform = platform,
+          .cleaning = CleanWindowParts()};
 }
 
 Reports::Around Session::ReportParts() {
@@ -250,6 +254,29 @@ UnitConnection::Around Session::UnitParts() {
           .connection = master.connection,
           .desk = platform.desk,
           .tell = [this](const std::string& text) { master.lblStatus.core.SetCaption(text); }};
+}
+
+CleanRun::Around Session::CleaningParts() {
+  return {.platform = platform,
+          .settings = settings,
+          .device = device,
+          .unit = unit,
+          .setupName = [this] {
+            const OpenSetup& open = setupContext.open;
+            return open.Path() + (!open.Path().empty() && open.Changed() ? ", changed since it was stored" : "");
+          }};
+}
+
+FrmClean::Around Session::CleanWindowParts() {
+  return {.setup = setupContext,
+          .run = cleaning,
+          .unit = unit,
+          .startUnit = [this] { return StartUnit(); },
+          .chooseSound =
+              [this](const SoundFileWish& wish, Form& over) {
+                windows.Get<ChooseSound>("ChooseSound").Take(wish);
+                windows.OpenOver("ChooseSound", over);
+              }};
 }
 
 // Whoever edits the record has only stored it: all that shows it follows here.

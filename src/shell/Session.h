@@ -27,6 +27,7 @@
 #include "shell/Reports.h"
 #include "shell/UnitConnection.h"
 #include "shell/Windows.h"
+#include "sound/CleanRun.h"
 #include "sound/UnitProgram.h"
 #include "text/modDebug.h"
 #include "widgets/Forms.h"
@@ -59,6 +60,7 @@ struct Session {
   LastState lastState;
   UnitProgram unit;
   UnitConnection unitConnection;
+  CleanRun cleaning;
   Look look;
   Windows windows;
   ReportSources reportSources;
@@ -92,6 +94,8 @@ struct Session {
   EditWires EditsWires();
   UnitEvents UnitWires();
   UnitConnection::Around UnitParts();
+  CleanRun::Around CleaningParts();
+  FrmClean::Around CleanWindowParts();
   void TakeConnectionState(const std::string& state);
   void FollowUnitOption();
   void ShowWaiting(std::int32_t hundredths);

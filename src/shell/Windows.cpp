@@ -38,6 +38,8 @@ AnyWindow FirmwareUpload(const WindowContext& context) {
   return Make<FrmFirmwareUpload>(context.platform, context.objectLog, context.setup.settings, context.forms);
 }
 
+AnyWindow Clean(const WindowContext& context) { return Make<FrmClean>(context.cleaning); }
+
 AnyWindow CheckPrinter(const WindowContext& context) {
   return Make<ChkPrinterForm>(context.platform.printers, context.setup.desk, context.forms,
                               context.printReport);
@@ -45,7 +47,7 @@ AnyWindow CheckPrinter(const WindowContext& context) {
 
 constexpr std::string_view Master = "MasterControl";
 
-constexpr std::array<WindowRow, 11> AllRows{
+constexpr std::array<WindowRow, 13> AllRows{
     {{"FrmSplash", Splash, "", Modality::Modeless},
      {"StoSet", OverSetups<StoSet>, Master, Modality::Modal},
      {"RecSet", OverSetups<RecSet>, Master, Modality::Modal},
@@ -54,6 +56,8 @@ constexpr std::array<WindowRow, 11> AllRows{
      {"MemSelect", OverSetups<MemSelect>, "", Modality::OverOwner},
      {"SaveDisplay", OverSetups<SaveDisplay>, "", Modality::OverOwner},
      {"PrintFile", OverSetups<PrintFile>, "", Modality::OverOwner},
+     {"FrmClean", Clean, Master, Modality::Modeless},
+     {"ChooseSound", OverSetups<ChooseSound>, "", Modality::OverOwner},
      {"ChkPrinterForm", CheckPrinter, Master, Modality::Modal},
      {"FrmFirmwareUpload", FirmwareUpload, Master, Modality::Modal},
      {"FrmDebug", ObjectLog, Master, Modality::Modal}}};

@@ -12,6 +12,7 @@
 
 #include "persist/SetupContext.h"
 #include "platform/Platform.h"
+#include "sound/FrmClean.h"
 #include "text/modDebug.h"
 #include "widgets/Forms.h"
 
@@ -24,6 +25,7 @@ struct WindowContext {
   Forms& forms;
   Wire<void(const std::string& printer, bool DoubleSpaced)> printReport;
   Platform& platform;
+  FrmClean::Around cleaning;
 };
 
 // A window of any kind, as its owner holds it.
