@@ -8,6 +8,7 @@
 #include "console/ControlPath.h"
 #include "model/FieldText.h"
 #include "model/Settings.h"
+#include "sound/CleanWish.h"
 #include "text/Convert.h"
 #include "widgets/ControlText.h"
 #include "widgets/Controls.h"
@@ -63,7 +64,7 @@ std::string IndexText(const vc::FieldRow& row) {
 }  // namespace
 
 std::span<const Console::Command> Console::Commands() {
-  static constexpr std::array<Command, 18> table{{{"forms", "forms", &Console::ListForms},
+  static constexpr std::array<Command, 20> table{{{"forms", "forms", &Console::ListForms},
                                                   {"show", "show [FORM]", &Console::ShowForm},
                                                   {"get", "get CONTROL", &Console::GetControl},
                                                   {"set", "set CONTROL VALUE", &Console::SetControl},
@@ -79,6 +80,8 @@ std::span<const Console::Command> Console::Commands() {
                                                   {"run", "run MILLISECONDS", &Console::Run},
                                                   {"close", "close [FORM]", &Console::Close},
                                                   {"record", "record FIELD(I,J) [VALUE]", &Console::Record},
+                                                  {"unit", "unit start|stop|COMMAND", &Console::Unit},
+                                                  {"clean", vc::CleanUsage, &Console::Clean},
                                                   {"quit", "quit", &Console::Quit},
                                                   {"help", "help", &Console::Help}}};
   return table;
@@ -105,6 +108,7 @@ void Console::Execute(const std::string& line) {
 }
 
 void Console::Error(const std::string& what, const std::string& why) {
+  failed = true;
   out << "error " << OneLine(what) << ": " << OneLine(why) << '\n';
 }
 

@@ -21,6 +21,10 @@ class Console {
 
   // Carries out one line. What is wrong with it is told in one line that begins with "error".
   void Execute(const std::string& line);
+  // Tells what went wrong, in one line as above.
+  void Error(const std::string& what, const std::string& why);
+  // One such line has been told, whichever.
+  bool Failed() const { return failed; }
 
  private:
   struct Command {
@@ -47,18 +51,21 @@ class Console {
   void Run(const std::string& arguments);
   void Close(const std::string& arguments);
   void Record(const std::string& arguments);
+  void Unit(const std::string& arguments);
+  void AskUnit(const std::string& command);
+  void Clean(const std::string& arguments);
   void Quit(const std::string& arguments);
   void Help(const std::string& arguments);
 
   // Runs the action on the control that the first word names, with the rest of the line.
   void Operate(const std::string& arguments,
                const std::function<std::string(const vc::AnyControl&, const std::string&)>& action);
-  void Error(const std::string& what, const std::string& why);
 
   vc::Session& session;
   ConsoleDesk& desk;
   host::TimerLoop& loop;
   std::ostream& out;
+  bool failed = false;
 };
 
 }  // namespace console

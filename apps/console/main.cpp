@@ -1,4 +1,6 @@
-// veltrana-console: the session on standard input and output.
+// veltrana-console: the session on standard input and output. Its exit status is 0 where everything that was
+// said has been done, 1 where a line of error was told or what it says could not be written, 2 where it was
+// given arguments.
 #include <array>
 #include <cerrno>
 #include <iostream>
@@ -72,10 +74,14 @@ void AwaitLine(host::TimerLoop& loop, vc::Clock& clock, LineInput& input, consol
   try {
     loop.RunEvents(longestMilliseconds);
   } catch (const vc::Fault& fault) {
-    std::cout << "error " << fault.description << std::endl;
+    face.Error("event", fault.description);
+    std::cout.flush();
   }
   loop.SetIdle([&clock](std::int64_t microseconds) { clock.Sleep(microseconds); });
 }
+
+// Where the input has ended and the exit is refused, because a recording is being cleaned, say.
+constexpr int RefusedMilliseconds = 1000;
 
 int RunConsole() {
   host::EndSignals signals;
@@ -103,12 +109,13 @@ int RunConsole() {
       face.Execute(line);
     } else if (input.Exhausted()) {
       face.Execute("quit");
+      if (!loop.Ending()) loop.RunFor(RefusedMilliseconds);
     } else {
       AwaitLine(loop, clock, input, face);
     }
   }
   session.Exit();
-  return std::cout ? 0 : 1;
+  return std::cout && !face.Failed() ? 0 : 1;
 }
 
 }  // namespace

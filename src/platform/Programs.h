@@ -29,6 +29,7 @@ class Said {
   const Row& Items() const;
   // Of that name; nothing where there is none.
   const Said& operator[](std::string_view name) const;
+  const Held& Value() const { return held; }
   bool Nothing() const { return std::holds_alternative<std::monostate>(held); }
 
  private:

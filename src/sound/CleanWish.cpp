@@ -131,7 +131,7 @@ std::optional<std::vector<std::string>> WordsOf(std::string_view line) {
 
 std::optional<CleanWish> ReadCleanWish(std::string_view line, std::string& reason) {
   const auto words = WordsOf(line);
-  reason = "say clean IN OUT [from TIME] [to TIME] [adaptive learn|keep]";
+  reason = std::string("say ") + CleanUsage;
   if (!words || words->size() < 2 || words->size() % 2 != 0) return std::nullopt;
   std::error_code ignored;
   CleanWish wish{fs::absolute(words->at(0), ignored).string(), fs::absolute(words->at(1), ignored).string()};

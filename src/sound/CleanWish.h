@@ -33,7 +33,8 @@ std::string FaultOf(const CleanWish& wish, Files& files);
 // quotes is one, in which \", \\ and \n stand for themselves. None where a quote is not closed.
 std::optional<std::vector<std::string>> WordsOf(std::string_view line);
 
-// IN OUT [from TIME] [to TIME] [adaptive learn|keep]; empty where it is not, and why is said in words.
+// What stands behind the word "clean"; empty where it is no wish, and why is said in words.
+inline constexpr const char* CleanUsage = "clean IN OUT [from TIME] [to TIME] [adaptive learn|keep]";
 std::optional<CleanWish> ReadCleanWish(std::string_view line, std::string& reason);
 
 }  // namespace vc
