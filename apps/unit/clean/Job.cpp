@@ -18,14 +18,14 @@
 #include "unit/clean/Recording.h"
 #include "unit/clean/ReportText.h"
 #include "unit/clean/SampleCoder.h"
+#include "unit/sound/EncodedFile.h"
 #include "unit/sound/Samples.h"
-#include "unit/sound/SoundSink.h"
 #include "unit/sound/StageSettings.h"
 
 namespace unit::clean {
 namespace {
 
-using sound::SoundSink;
+using sound::EncodedFile;
 
 constexpr std::size_t ChunkFrames = 1024;
 
@@ -74,7 +74,7 @@ void Furnish(sound::Engine& engine, const CleaningWish& wish) {
 class Job {
  public:
   Job(const CleaningWish& wanted, Recording opened, const Part& wantedPart, OutputFormat outputFormat,
-      SoundSink created, sound::Engine& chain)
+      EncodedFile created, sound::Engine& chain)
       : wish(wanted),
         recording(std::move(opened)),
         part(wantedPart),
@@ -190,7 +190,7 @@ class Job {
   Recording recording;
   Part part;
   OutputFormat format;
-  SoundSink sink;
+  EncodedFile sink;
   sound::Engine& engine;
   std::size_t channels;
   bool unconverted;  // the unit's rate is the recording's
@@ -215,12 +215,12 @@ Outcome CleanOpened(const CleaningWish& wish, Recording recording, const std::at
   const auto format = OutputFormatFor(wish.out, recording.Format(), rate, channels);
   if (const auto* const wrong = std::get_if<std::string>(&format)) return Failure(*wrong);
   const auto& chosen = std::get<OutputFormat>(format);
-  auto sink = SoundSink::Create(wish.out, {.rate = rate, .channels = channels, .format = chosen.format});
+  auto sink = EncodedFile::Create(wish.out, {.rate = rate, .channels = channels, .format = chosen.format});
   if (const auto* const wrong = std::get_if<std::string>(&sink)) return Failure(*wrong);
   const auto engine = std::make_unique<sound::Engine>();
   Furnish(*engine, wish);
   const auto job = std::make_unique<Job>(wish, std::move(recording), std::get<Part>(part), chosen,
-                                         std::move(std::get<SoundSink>(sink)), *engine);
+                                         std::move(std::get<EncodedFile>(sink)), *engine);
   return job->Run(cancelled, done);
 }
 

@@ -37,13 +37,14 @@ int CodeOf(float sample) {
 std::variant<SoundWriter, std::string> SoundWriter::Create(const std::string& path, int rate) {
   const std::optional<int> container = ContainerOf(path);
   if (!container) return path + ": is no name for sound to write: it must end in .wav or .flac";
-  auto sink = SoundSink::Create(path, {.rate = rate, .channels = 2, .format = *container | SF_FORMAT_PCM_24});
-  if (auto* const wrong = std::get_if<std::string>(&sink)) return std::move(*wrong);
-  return SoundWriter(rate, std::move(std::get<SoundSink>(sink)));
+  auto file =
+      EncodedFile::Create(path, {.rate = rate, .channels = 2, .format = *container | SF_FORMAT_PCM_24});
+  if (auto* const wrong = std::get_if<std::string>(&file)) return std::move(*wrong);
+  return SoundWriter(rate, std::move(std::get<EncodedFile>(file)));
 }
 
-SoundWriter::SoundWriter(int sampleRate, SoundSink opened)
-    : rate(static_cast<std::size_t>(sampleRate)), sink(std::move(opened)) {}
+SoundWriter::SoundWriter(int sampleRate, EncodedFile opened)
+    : rate(static_cast<std::size_t>(sampleRate)), file(std::move(opened)) {}
 
 const std::string& SoundWriter::Write(std::span<const float> left, std::span<const float> right) {
   while (!left.empty() && failure.empty()) {
@@ -60,21 +61,21 @@ void SoundWriter::WriteBlock(std::span<const float> left, std::span<const float>
     block[2 * i] = CodeOf(left[i]);
     block[2 * i + 1] = CodeOf(right[i]);
   }
-  if (!sink.Write(std::span<const int>(block).first(2 * left.size()))) return KeepWhatThereIs();
+  if (!file.Write(std::span<const int>(block).first(2 * left.size()))) return KeepWhatThereIs();
   unsettled += left.size();
   if (unsettled < rate) return;
   unsettled = 0;
-  sink.UpdateHeader();
+  file.UpdateHeader();
 }
 
 void SoundWriter::KeepWhatThereIs() {
-  failure = sink.Failure();
-  const std::string part = sink.Keep();
+  failure = file.Failure();
+  const std::string part = file.Keep();
   if (!part.empty()) failure += ", what there is stands in " + part;
 }
 
 const std::string& SoundWriter::Close() {
-  if (failure.empty() && !sink.Close()) KeepWhatThereIs();
+  if (failure.empty() && !file.Close()) KeepWhatThereIs();
   return failure;
 }
 

@@ -8,7 +8,7 @@
 #include <variant>
 
 #include "unit/sound/Blocks.h"
-#include "unit/sound/SoundSink.h"
+#include "unit/sound/EncodedFile.h"
 
 namespace unit::sound {
 
@@ -30,13 +30,13 @@ class SoundWriter {
   const std::string& Close();
 
  private:
-  SoundWriter(int sampleRate, SoundSink opened);
+  SoundWriter(int sampleRate, EncodedFile opened);
 
   void WriteBlock(std::span<const float> left, std::span<const float> right);
   void KeepWhatThereIs();
 
   std::size_t rate;
-  SoundSink sink;
+  EncodedFile file;
   std::string failure;
   std::array<int, 2 * BlockFrames> block{};
   std::size_t unsettled = 0;  // frames that the header does not count yet

@@ -1,4 +1,4 @@
-#include "unit/sound/SoundSink.h"
+#include "unit/sound/EncodedFile.h"
 
 #include <cerrno>
 #include <cstring>
@@ -18,7 +18,7 @@ std::string Unwritable(const std::string& path, const std::string& reason) {
 
 }  // namespace
 
-struct SoundSink::Output {
+struct EncodedFile::Output {
   PartFile file;
   int error = 0;
 
@@ -47,11 +47,11 @@ struct SoundSink::Output {
   static Output& Of(void* output) { return *static_cast<Output*>(output); }
 };
 
-SoundSink::SoundSink(SoundSink&& other) noexcept = default;
-SoundSink::~SoundSink() = default;
+EncodedFile::EncodedFile(EncodedFile&& other) noexcept = default;
+EncodedFile::~EncodedFile() = default;
 
 // The library still writes when it closes what was open here.
-SoundSink& SoundSink::operator=(SoundSink&& other) noexcept {
+EncodedFile& EncodedFile::operator=(EncodedFile&& other) noexcept {
   file = std::move(other.file);
   output = std::move(other.output);
   path = std::move(other.path);
@@ -60,7 +60,8 @@ SoundSink& SoundSink::operator=(SoundSink&& other) noexcept {
   return *this;
 }
 
-std::variant<SoundSink, std::string> SoundSink::Create(const std::string& path, const SinkFormat& format) {
+std::variant<EncodedFile, std::string> EncodedFile::Create(const std::string& path,
+                                                           const FileEncoding& format) {
   auto begun = PartFile::Begin(path);
   if (const int* const error = std::get_if<int>(&begun)) return Unwritable(path, std::strerror(*error));
   std::unique_ptr<Output> output(new Output{std::move(std::get<PartFile>(begun))});
@@ -73,46 +74,46 @@ std::variant<SoundSink, std::string> SoundSink::Create(const std::string& path, 
   if (output->error != 0) return Unwritable(path, std::strerror(output->error));
   if (!file) return Unwritable(path, sf_strerror(nullptr));
   sf_command(file.get(), SFC_RF64_AUTO_DOWNGRADE, nullptr, SF_TRUE);
-  return SoundSink(path, format.channels, std::move(output), std::move(file));
+  return EncodedFile(path, format.channels, std::move(output), std::move(file));
 }
 
-SoundSink::SoundSink(std::string targetPath, int channelCount, std::unique_ptr<Output> below,
-                     SoundHandle opened)
+EncodedFile::EncodedFile(std::string targetPath, int channelCount, std::unique_ptr<Output> below,
+                         SoundHandle opened)
     : path(std::move(targetPath)),
       channels(channelCount),
       output(std::move(below)),
       file(std::move(opened)) {}
 
-bool SoundSink::Write(std::span<const int> samples) {
+bool EncodedFile::Write(std::span<const int> samples) {
   if (!file) return false;
   const auto frames = static_cast<sf_count_t>(samples.size()) / channels;
   return Taken(sf_writef_int(file.get(), samples.data(), frames) == frames);
 }
 
-bool SoundSink::Write(std::span<const double> samples) {
+bool EncodedFile::Write(std::span<const double> samples) {
   if (!file) return false;
   const auto frames = static_cast<sf_count_t>(samples.size()) / channels;
   return Taken(sf_writef_double(file.get(), samples.data(), frames) == frames);
 }
 
-bool SoundSink::Taken(bool written) {
+bool EncodedFile::Taken(bool written) {
   if (written && output->error == 0) return true;
   return Fail(output->error != 0 ? std::strerror(output->error) : sf_strerror(file.get()));
 }
 
 // What is there is all that there will be of it, and its header tells how much that is.
-bool SoundSink::Fail(const std::string& reason) {
+bool EncodedFile::Fail(const std::string& reason) {
   failure = Unwritable(path, reason);
   output->error = 0;
   file.reset();
   return false;
 }
 
-void SoundSink::UpdateHeader() {
+void EncodedFile::UpdateHeader() {
   if (file) sf_command(file.get(), SFC_UPDATE_HEADER_NOW, nullptr, 0);
 }
 
-bool SoundSink::Close() {
+bool EncodedFile::Close() {
   if (!file) return false;
   const int trouble = sf_close(file.release());
   if (output->error != 0) return Fail(std::strerror(output->error));
@@ -121,7 +122,7 @@ bool SoundSink::Close() {
   return error == 0 || Fail(std::strerror(error));
 }
 
-std::string SoundSink::Keep() {
+std::string EncodedFile::Keep() {
   file.reset();
   output->file.Keep();
   return output->file.Part();

@@ -10,7 +10,7 @@
 
 namespace unit::sound {
 
-struct SinkFormat {
+struct FileEncoding {
   int rate = 0;  // Hz
   int channels = 0;
   int format = 0;  // the library's container and coding
@@ -18,15 +18,15 @@ struct SinkFormat {
 
 // PartFile below libsndfile: the library loses errors that come while it closes a file, so its bytes are
 // written here.
-class SoundSink {
+class EncodedFile {
  public:
   // Else a line that says what is wrong, with the path first.
-  static std::variant<SoundSink, std::string> Create(const std::string& path, const SinkFormat& format);
+  static std::variant<EncodedFile, std::string> Create(const std::string& path, const FileEncoding& format);
 
-  SoundSink(SoundSink&& other) noexcept;
-  SoundSink& operator=(SoundSink&& other) noexcept;
+  EncodedFile(EncodedFile&& other) noexcept;
+  EncodedFile& operator=(EncodedFile&& other) noexcept;
   // Leaves nothing of a file that was neither closed nor kept.
-  ~SoundSink();
+  ~EncodedFile();
 
   // Whole frames, their channels side by side; full scale is 2^31, and a file of fewer bits gets the upper
   // ones. False where it has failed; then nothing more is written.
@@ -47,7 +47,7 @@ class SoundSink {
  private:
   struct Output;  // the file below the library
 
-  SoundSink(std::string targetPath, int channelCount, std::unique_ptr<Output> below, SoundHandle opened);
+  EncodedFile(std::string targetPath, int channelCount, std::unique_ptr<Output> below, SoundHandle opened);
 
   bool Taken(bool written);
   bool Fail(const std::string& reason);
