@@ -258,7 +258,13 @@ int Run(const unit::Options& options) {
   unit::control::Outlet outlet(STDOUT_FILENO);
   outlet.Say("veltrana-unit: " + options.link + " (" + line.Device() + ") at " +
              std::to_string(options.baud) + " baud");
-  unit::control::Parts parts{.unit = unit, .sound = sound, .trouble = {}};
+  unit::control::Parts parts{.unit = unit, .sound = sound, .seed = options.seed, .trouble = {}};
+  if (sound != nullptr) {
+    sound->failed = [&parts](const std::string& what) {
+      Complain(what, EnvironmentFault);
+      parts.trouble = what;
+    };
+  }
   const int end = Serve(line, parts, outlet, requests, options);
   outlet.Drain(std::chrono::milliseconds(500));
   if (sound == nullptr) return end;

@@ -24,9 +24,15 @@ std::optional<Answer> Help(Parts&, const Words& words) {
 constexpr Command rows[] = {
     {"help", "", "lists the commands", Help},
     {"state", "", "tells everything that changes", State},
-    {"source", "scene|file FILE", "lets the unit hear the built-in scene or a file", Source},
-    {"play", "", "lets the source run", Play},
-    {"pause", "", "lets the source hold still, so that the unit hears silence", Pause},
+    {"devices", "", "lists the sound cards", Devices},
+    {"source", "scene|file FILE|card NAME", "lets the unit hear something else", Source, true},
+    {"output", "none|file FILE|card NAME", "lets what leaves the unit go elsewhere", Output, true},
+    {"play", "", "lets the source run, from its start where it is at its end", Play, true},
+    {"pause", "", "lets the source hold still, so that the unit hears silence", Pause, true},
+    {"seek", "SECONDS", "goes to that place of the file", Seek, true},
+    {"loop", "FROM TO|off", "goes back to FROM at TO, in seconds of the file", Loop, true},
+    {"bypass", "on|off", "lets a sound card play what comes in, as loud as what goes out", Bypass, true},
+    {"peaks", "COUNT", "tells the waveform of the file in COUNT parts", Peaks, true},
 };
 
 // A file's name may hold any bytes; what is no text is shown as such.
@@ -56,6 +62,7 @@ std::optional<std::string> AnswerTo(Parts& parts, std::string_view line) {
   if (words.empty()) return "";
   const auto* const row = std::ranges::find(rows, std::string_view(words.front()), &Command::name);
   if (row == std::end(rows)) return Refusal("no command " + Shown(words.front()) + "; help lists them");
+  if (row->needsSound && parts.sound == nullptr) return Refusal("this unit processes no sound");
   words.erase(words.begin());
   std::optional<Answer> answer = row->run(parts, words);
   if (!answer) return std::nullopt;

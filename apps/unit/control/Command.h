@@ -1,6 +1,7 @@
 // The commands that come on the standard input, as a table.
 #pragma once
 
+#include <cstdint>
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <span>
@@ -23,7 +24,8 @@ namespace unit::control {
 struct Parts {
   Unit& unit;
   sound::LiveSound* sound = nullptr;  // null where the unit processes none
-  std::string trouble;                // what went wrong by itself last; a command that succeeds clears it
+  std::uint64_t seed = 1;             // of the scene
+  std::string trouble;                // what went wrong by itself last; empty once that is made good
 };
 
 // In words what is wrong; nothing has changed.
@@ -40,6 +42,7 @@ struct Command {
   // words: those behind the name. No answer yet: it is asked again every 20 ms, and the commands behind it
   // wait.
   std::optional<Answer> (*run)(Parts& parts, const Words& words);
+  bool needsSound = false;  // it is run only where parts.sound is there
 };
 
 std::span<const Command> Commands();

@@ -7,7 +7,8 @@ namespace unit::control {
 
 using Run = std::optional<Answer>(Parts& parts, const Words& words);
 
-Run State, Source, Play, Pause;
+Run State, Devices, Peaks;
+Run Source, Output, Play, Pause, Seek, Loop, Bypass;
 
 // The answer where words are left over. words: not empty.
 Answer TooMuch(const Words& words);

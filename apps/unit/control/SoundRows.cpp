@@ -1,4 +1,7 @@
-// What is heard, and how it runs.
+// What is heard, where it goes, and how it runs.
+#include <charconv>
+#include <cmath>
+#include <iterator>
 #include <nlohmann/json.hpp>
 
 #include "unit/control/Rows.h"
@@ -7,37 +10,90 @@
 namespace unit::control {
 namespace {
 
-using nlohmann::json;
-using sound::LiveSound;
+using sound::SinkKind;
+using sound::SourceKind;
 
-Answer NoSound() { return Refused{"this unit processes no sound"}; }
+template <typename Kind>
+struct Way {
+  std::string_view word;
+  Kind kind;
+  bool named;
+};
 
-std::optional<Answer> LetPlay(Parts& parts, const Words& words, bool playing) {
-  if (!words.empty()) return TooMuch(words);
-  if (parts.sound == nullptr) return NoSound();
-  return DoneUnless(parts.sound->SetPlaying(playing));
+constexpr Way<SourceKind> sources[] = {
+    {"scene", SourceKind::Scene, false}, {"file", SourceKind::File, true}, {"card", SourceKind::Card, true}};
+constexpr Way<SinkKind> sinks[] = {
+    {"none", SinkKind::Nowhere, false}, {"file", SinkKind::File, true}, {"card", SinkKind::Card, true}};
+
+// Null where the words say none.
+template <typename Kind, std::size_t Count>
+const Way<Kind>* WayOf(const Way<Kind> (&ways)[Count], const Words& words) {
+  for (const Way<Kind>& way : ways) {
+    if (!words.empty() && words[0] == way.word && words.size() == (way.named ? 2U : 1U)) return &way;
+  }
+  return nullptr;
+}
+
+// What a new source or output has made good is no trouble any more.
+Answer DoneAnewUnless(Parts& parts, const std::string& wrong) {
+  if (wrong.empty()) parts.trouble.clear();
+  return DoneUnless(wrong);
+}
+
+std::optional<double> SecondsOf(const std::string& word) {
+  constexpr double most = 1e7;
+  double seconds = 0;
+  const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), seconds);
+  if (error != std::errc() || end != word.data() + word.size() || !(seconds >= 0 && seconds <= most))
+    return std::nullopt;
+  return seconds;
 }
 
 }  // namespace
 
-std::optional<Answer> State(Parts& parts, const Words& words) {
-  if (!words.empty()) return TooMuch(words);
-  json state{{"source", nullptr}, {"output", nullptr}, {"playing", false}, {"trouble", parts.trouble}};
-  if (parts.sound == nullptr) return Answer(state);
-  state["source"] = {{"kind", parts.sound->SourceName().empty() ? "scene" : "file"},
-                     {"name", parts.sound->SourceName()}};
-  state["playing"] = parts.sound->Playing();
-  return Answer(state);
-}
-
 std::optional<Answer> Source(Parts& parts, const Words& words) {
-  if (parts.sound == nullptr) return NoSound();
-  const bool scene = words.size() == 1 && words[0] == "scene", file = words.size() == 2 && words[0] == "file";
-  if (!scene && !file) return Refused{"source scene or source file FILE"};
-  return DoneUnless(parts.sound->SetSource(file ? words[1] : ""));
+  const auto* const way = WayOf(sources, words);
+  if (way == nullptr) return Refused{"source needs scene, file FILE or card NAME"};
+  return DoneAnewUnless(
+      parts,
+      parts.sound->SetSource({.kind = way->kind, .name = way->named ? words[1] : "", .seed = parts.seed}));
 }
 
-std::optional<Answer> Play(Parts& parts, const Words& words) { return LetPlay(parts, words, true); }
-std::optional<Answer> Pause(Parts& parts, const Words& words) { return LetPlay(parts, words, false); }
+std::optional<Answer> Output(Parts& parts, const Words& words) {
+  const auto* const way = WayOf(sinks, words);
+  if (way == nullptr) return Refused{"output needs none, file FILE or card NAME"};
+  return DoneAnewUnless(parts, parts.sound->SetSink(way->kind, way->named ? words[1] : ""));
+}
+
+std::optional<Answer> Play(Parts& parts, const Words& words) {
+  if (!words.empty()) return TooMuch(words);
+  return DoneAnewUnless(parts, parts.sound->Source().SetPlaying(true));
+}
+
+std::optional<Answer> Pause(Parts& parts, const Words& words) {
+  if (!words.empty()) return TooMuch(words);
+  return DoneUnless(parts.sound->Source().SetPlaying(false));
+}
+
+std::optional<Answer> Seek(Parts& parts, const Words& words) {
+  const auto second = words.size() == 1 ? SecondsOf(words[0]) : std::nullopt;
+  if (!second) return Refused{"seek needs a number of seconds"};
+  return DoneUnless(parts.sound->Source().Seek(*second));
+}
+
+std::optional<Answer> Loop(Parts& parts, const Words& words) {
+  if (words.size() == 1 && words[0] == "off") return DoneUnless(parts.sound->Source().SetLoop(std::nullopt));
+  const auto from = words.size() == 2 ? SecondsOf(words[0]) : std::nullopt;
+  const auto to = words.size() == 2 ? SecondsOf(words[1]) : std::nullopt;
+  if (!from || !to) return Refused{"loop needs off or two numbers of seconds"};
+  return DoneUnless(parts.sound->Source().SetLoop(sound::SoundReader::Loop{*from, *to}));
+}
+
+std::optional<Answer> Bypass(Parts& parts, const Words& words) {
+  const bool on = words.size() == 1 && words[0] == "on";
+  if (!on && (words.size() != 1 || words[0] != "off")) return Refused{"bypass needs on or off"};
+  parts.sound->comparison.SetBypass(on);
+  return DoneUnless({});
+}
 
 }  // namespace unit::control

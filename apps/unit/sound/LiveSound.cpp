@@ -1,12 +1,12 @@
-// Sound that goes on in time: from a file or the built-in scene, through the engine, into a file.
+// Sound that goes on in time: from what is heard, through the engine, to where it is to go.
 #include "unit/sound/LiveSound.h"
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <utility>
 
 #include "unit/Commands.h"
-#include "unit/PartFile.h"
 
 namespace unit::sound {
 namespace {
@@ -14,16 +14,6 @@ namespace {
 constexpr std::uint8_t StageReset = 89, BroadbandReset = 113, AnalyzerRun = 150;
 constexpr double LongestDelay = 500'000;  // microseconds
 constexpr const char* Leniency = " (--lenient takes it as it is)";
-
-// "clean.wav", then "clean-2.wav": a file has one rate.
-std::string NameOf(const std::string& path, int number) {
-  if (number == 1) return path;
-  const std::size_t slash = path.find_last_of('/');
-  const std::size_t name = slash == std::string::npos ? 0 : slash + 1;
-  const std::size_t dot = path.find_last_of('.');
-  const std::size_t end = dot == std::string::npos || dot <= name ? path.size() : dot;
-  return path.substr(0, end) + '-' + std::to_string(number) + path.substr(end);
-}
 
 bool ChangesNothing(const Frame& frame) {
   if (frame.kind == Frame::Kind::Packet) return true;
@@ -34,30 +24,68 @@ bool ChangesNothing(const Frame& frame) {
 }  // namespace
 
 std::variant<std::unique_ptr<LiveSound>, std::string> LiveSound::Open(const SoundOptions& options) {
-  const int rate = Engine().SampleRate();
-  Source source = Scene(rate, options.seed, {});
-  if (!options.in.empty()) {
-    auto opened = SoundReader::Open(options.in, rate, options.looped);
-    if (auto* const wrong = std::get_if<std::string>(&opened)) return std::move(*wrong);
-    auto& reader = std::get<SoundReader>(opened);
-    if (reader.Flawed() && !options.lenient) return reader.Flaw() + Leniency;
-    source = std::move(reader);
-  }
+  const SourceWish wish{.kind = options.in.empty() ? SourceKind::Scene : SourceKind::File,
+                        .name = options.in,
+                        .looped = options.looped,
+                        .seed = options.seed};
+  auto opened = SoundSource::Open(wish, Engine().SampleRate());
+  if (auto* const wrong = std::get_if<std::string>(&opened)) return std::move(*wrong);
+  auto& source = std::get<SoundSource>(opened);
+  const SoundReader* const file = source.File();
+  if (file != nullptr && file->Flawed() && !options.lenient) return file->Flaw() + Leniency;
   std::unique_ptr<LiveSound> sound(new LiveSound(std::move(source), options));
-  std::string trouble;
-  sound->failed = [&trouble](const std::string& what) { trouble = what; };
-  if (!options.out.empty()) sound->BeginFile();
-  if (!trouble.empty()) return trouble;
-  sound->failed = [](const std::string&) {};
+  if (options.out.empty()) return sound;
+  std::string wrong = sound->SetSink(SinkKind::File, options.out);
+  if (!wrong.empty()) return wrong;
   return sound;
 }
 
-LiveSound::LiveSound(Source heard, SoundOptions wanted)
+LiveSound::LiveSound(SoundSource heard, SoundOptions wanted)
     : source(std::move(heard)), options(std::move(wanted)), rate(engine.SampleRate()) {}
+
+std::string LiveSound::SetSource(const SourceWish& wish) {
+  if (wish.kind == SourceKind::File) {
+    const auto* const series = std::get_if<FileSeries>(&sink);
+    if (series != nullptr && series->Writes(wish.name)) return wish.name + ": is being written";
+    // The opening of a pipe waits for whoever writes to it.
+    std::error_code error;
+    if (std::filesystem::exists(wish.name, error) && !std::filesystem::is_regular_file(wish.name, error))
+      return wish.name + ": is no file on a disk";
+  }
+  auto opened = SoundSource::Open(wish, rate);
+  if (auto* const wrong = std::get_if<std::string>(&opened)) return std::move(*wrong);
+  source = std::get<SoundSource>(std::move(opened));
+  flawCounts = cardLost = false;
+  const bool file = wish.kind == SourceKind::File;
+  if (file) source.SetPlaying(false);
+  peaks = file ? std::make_unique<Peaks>(wish.name) : nullptr;
+  return {};
+}
+
+// The new one is there before the old one goes.
+std::string LiveSound::SetSink(SinkKind kind, const std::string& name) {
+  SoundSink next;
+  if (kind == SinkKind::File) {
+    auto begun = FileSeries::Begin(name, rate, HeardFile());
+    if (auto* const wrong = std::get_if<std::string>(&begun)) return std::move(*wrong);
+    next = std::get<FileSeries>(std::move(begun));
+  } else if (kind == SinkKind::Card) {
+    if (PlayedCard() != nullptr && cardName == name) return {};
+    auto opened = CardOutput::Open(name, rate);
+    if (auto* const wrong = std::get_if<std::string>(&opened)) return std::move(*wrong);
+    next = std::get<0>(std::move(opened));
+  }
+  EndSink();
+  sink = std::move(next);
+  cardName = kind == SinkKind::Card ? name : "";
+  return {};
+}
 
 void LiveSound::Attach(Unit& unit) {
   attached = &unit;
   changed = true;
+  if (source.File() != nullptr && source.File()->What().seekable)
+    peaks = std::make_unique<Peaks>(source.Name());
   unit.sound.runUntil = [this](std::int64_t now) { RunUntil(now); };
   unit.sound.taken = [this](const Frame& frame) { Follow(frame); };
   unit.sound.recalled = [this] {
@@ -104,111 +132,140 @@ void LiveSound::Settle() {
   engine.Apply(attached->Held());
 }
 
+// A block takes its time, too: the line gets its turn after so many at the latest.
 void LiveSound::RunUntil(std::int64_t now) {
+  constexpr int mostBlocks = 8;
+  reached = now;
   const auto until = static_cast<double>(now);
   if (until - done > LongestDelay) done = until - LongestDelay;
-  while (done + BlockTime() <= until) RunBlock();
+  CheckCards();
+  if (!OnCards()) {
+    while (done + BlockTime() <= until) RunBlock();
+    return;
+  }
+  for (int blocks = 0; blocks < mostBlocks && FramesDue() >= BlockFrames; ++blocks) RunBlock();
+  done = until;
+}
+
+std::size_t LiveSound::FramesDue() const {
+  const CardOutput* const card = PlayedCard();
+  return card != nullptr ? card->Room() : HeardCard()->Ready();
+}
+
+std::int64_t LiveSound::NextBlock() const {
+  if (!OnCards()) return static_cast<std::int64_t>(done + BlockTime());
+  // A card moves in steps of its own, which come when they come.
+  constexpr double shortest = 1000;  // microseconds
+  const std::size_t frames = FramesDue();
+  if (frames >= BlockFrames) return reached;
+  const double missing = 1e6 * static_cast<double>(BlockFrames - frames) / rate;
+  return reached + static_cast<std::int64_t>(std::max(missing, shortest));
 }
 
 void LiveSound::RunBlock() {
   Settle();
   FollowRate();
-  std::array<float, BlockFrames> left, right;
-  Listen(left, right);
-  engine.Process(left, right, left, right);
-  if (writer) {
-    const std::string failure = writer->Write(left, right);
-    if (!failure.empty()) Fail(failure);
-  }
+  std::array<float, BlockFrames> left, right, outLeft, outRight;
+  source.Read(left, right);
+  TellFlaw(false);
+  engine.Process(left, right, outLeft, outRight);
+  Put({left, right}, {outLeft, outRight});
   done += BlockTime();
   seconds += static_cast<double>(BlockFrames) / rate;
 }
 
-std::string LiveSound::SetSource(const std::string& path) {
-  if (path.empty()) {
-    source = Scene(rate, options.seed, {});
-  } else {
-    auto opened = SoundReader::Open(path, rate, false);
-    if (auto* const wrong = std::get_if<std::string>(&opened)) return *wrong;
-    source = std::move(std::get<SoundReader>(opened));
+void LiveSound::Put(const Comparison::Input& heard, const Comparison::Stereo& processed) {
+  if (auto* const series = std::get_if<FileSeries>(&sink)) {
+    const std::string failure = series->Write(processed[0], processed[1]);
+    if (!failure.empty()) Fail(failure);
   }
-  options.in = path;
-  flawTold = false;
-  playing = path.empty();
-  return {};
+  CardOutput* const card = PlayedCard();
+  if (card == nullptr) return;
+  comparison.Process(heard, processed, engine.Latency());
+  card->Write(processed[0], processed[1]);
 }
 
-std::string LiveSound::SetPlaying(bool plays) {
-  playing = plays;
-  return {};
+// Of what a lenient one takes it is told at the end.
+void LiveSound::TellFlaw(bool atEnd) {
+  const SoundReader* const file = source.File();
+  if (!flawCounts || file == nullptr || !file->Flawed() || (options.lenient && !atEnd)) return;
+  flawCounts = false;
+  whole = whole && options.lenient;
+  failed(file->Flaw() + (options.lenient ? "" : Leniency));
 }
 
-void LiveSound::Listen(std::span<float> left, std::span<float> right) {
-  if (!playing) {
-    std::ranges::fill(left, 0.0F);
-    std::ranges::fill(right, 0.0F);
-    return;
-  }
-  if (auto* const scene = std::get_if<Scene>(&source)) return scene->Process(left, right);
-  auto& reader = std::get<SoundReader>(source);
-  reader.Read(left, right);
-  if (reader.Flawed() && !options.lenient) TellFlaw(reader);
-}
-
-void LiveSound::TellFlaw(const SoundReader& reader) {
-  if (std::exchange(flawTold, true)) return;
-  whole = options.lenient;
-  failed(reader.Flaw() + (options.lenient ? "" : Leniency));
-}
-
-// A file that holds some sound already is complete.
 void LiveSound::FollowRate() {
   if (rate == engine.SampleRate()) return;
   rate = engine.SampleRate();
-  std::visit([this](auto& each) { each.SetRate(rate); }, source);
-  if (!writer) return;
-  if (seconds == 0) {
-    writer.reset();
-    files = 0;
+  source.SetRate(rate);
+  comparison.SetRate(rate);
+  if (CardOutput* const card = PlayedCard()) card->SetRate(rate);
+  if (auto* const series = std::get_if<FileSeries>(&sink)) {
+    const std::string failure = series->SetRate(rate, HeardFile());
+    if (!failure.empty()) Fail(failure);
   }
-  EndFile();
-  BeginFile();
 }
 
-// The recording may bear the name of a later file as well.
-void LiveSound::BeginFile() {
-  const std::string name = NameOf(options.out, ++files);
-  for (const std::string& written : {name, PartFile::PartOf(name)}) {
-    if (IsSameFile(options.in, written))
-      return Fail(written + ": is the file that is heard, so it is not written");
+CardOutput* LiveSound::PlayedCard() const {
+  const auto* const card = std::get_if<std::unique_ptr<CardOutput>>(&sink);
+  return card != nullptr ? card->get() : nullptr;
+}
+
+CardInput* LiveSound::HeardCard() const { return cardLost ? nullptr : source.Card(); }
+
+std::string LiveSound::HeardFile() const { return source.File() != nullptr ? source.Name() : ""; }
+
+// A card that has gone gives no beat any more.
+void LiveSound::CheckCards() {
+  if (const CardOutput* const card = PlayedCard(); card != nullptr && !card->Trouble().empty()) {
+    const std::string trouble = card->Trouble();
+    sink = std::monostate();
+    cardName.clear();
+    LoseCard(trouble);
   }
-  auto created = SoundWriter::Create(name, rate);
-  if (const auto* const wrong = std::get_if<std::string>(&created)) return Fail(*wrong);
-  writer.emplace(std::move(std::get<SoundWriter>(created)));
+  const CardInput* const card = HeardCard();
+  if (card == nullptr || card->Trouble().empty()) return;
+  cardLost = true;
+  LoseCard(card->Trouble());
+}
+
+void LiveSound::LoseCard(const std::string& trouble) {
+  source.SetPlaying(false);
+  failed(trouble);
+}
+
+std::uint64_t LiveSound::DropOuts() const {
+  const CardOutput* const played = PlayedCard();
+  const CardInput* const heard = HeardCard();
+  return (played != nullptr ? played->DropOuts() : 0) + (heard != nullptr ? heard->DropOuts() : 0);
+}
+
+double LiveSound::Latency() const {
+  const CardOutput* const played = PlayedCard();
+  const CardInput* const heard = HeardCard();
+  const std::array<std::size_t, 2> chain = engine.Latency();
+  return (played != nullptr ? played->Latency() : 0) + (heard != nullptr ? heard->Latency() : 0) +
+         static_cast<double>(std::max(chain[0], chain[1])) / rate;
 }
 
 void LiveSound::Fail(const std::string& what) {
   whole = false;
-  writer.reset();
+  sink = std::monostate();
   failed(what);
 }
 
-bool LiveSound::InputEnded() const {
-  const auto* const file = std::get_if<SoundReader>(&source);
-  return file != nullptr && file->Ended();
-}
+bool LiveSound::InputEnded() const { return source.File() != nullptr && source.File()->Ended(); }
 
-void LiveSound::EndFile() {
-  if (!writer) return;
-  const std::string failure = writer->Close();
-  writer.reset();
+void LiveSound::EndSink() {
+  auto* const series = std::get_if<FileSeries>(&sink);
+  const std::string failure = series != nullptr ? series->Close() : "";
+  sink = std::monostate();
   if (!failure.empty()) Fail(failure);
 }
 
 void LiveSound::Close() {
-  EndFile();
-  const auto* const reader = std::get_if<SoundReader>(&source);
-  if (reader != nullptr && reader->Flawed()) TellFlaw(*reader);
+  EndSink();
+  TellFlaw(true);
 }
 
 }  // namespace unit::sound

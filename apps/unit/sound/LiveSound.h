@@ -1,4 +1,4 @@
-// Sound that goes on in time: from a file or the built-in scene, through the engine, into a file.
+// Sound that goes on in time: from what is heard, through the engine, to where it is to go.
 #pragma once
 
 #include <cstdint>
@@ -10,10 +10,11 @@
 #include <variant>
 
 #include "unit/Unit.h"
+#include "unit/sound/Comparison.h"
 #include "unit/sound/Engine.h"
-#include "unit/sound/Scene.h"
-#include "unit/sound/SoundFile.h"
-#include "unit/sound/SoundWriter.h"
+#include "unit/sound/Peaks.h"
+#include "unit/sound/SoundSink.h"
+#include "unit/sound/SoundSource.h"
 
 namespace unit::sound {
 
@@ -34,61 +35,81 @@ class LiveSound {
   // in which that comes, and answers what the host asks of it.
   void Attach(Unit& unit);
 
-  // Processes all blocks that end by then, in microseconds of the unit's time. What it is more than half a
-  // second late with is left out.
+  // Processes all blocks for which it is time by then, in microseconds of the unit's time: those for which a
+  // sound card that plays has room; else those that are ready from one that is heard; else those that end by
+  // then. What it is more than half a second late with is left out.
   void RunUntil(std::int64_t now);
-  // When the next block ends.
-  std::int64_t NextBlock() const { return static_cast<std::int64_t>(done + BlockTime()); }
+  // When the next block ends, as far as that can be told.
+  std::int64_t NextBlock() const;
 
   // One block, whatever the time. Past the end of the input it is silence.
   void RunBlock();
   bool InputEnded() const;
   double Seconds() const { return seconds; }  // of sound so far
 
-  // What is heard from now on: a file, which stands at its start, or, without a path, the scene. Gives an
-  // empty text, or what is wrong; then nothing has changed.
-  std::string SetSource(const std::string& path);
-  const std::string& SourceName() const { return options.in; }  // empty for the scene
-  // While it does not play, the unit hears silence.
-  std::string SetPlaying(bool plays);
-  bool Playing() const { return playing; }
+  // Another source or sink from now on; the filters and what they have learned stay as they are. A file
+  // stands at its start and does not play. Gives an empty text, or a line that says what is wrong: then
+  // nothing has changed.
+  std::string SetSource(const SourceWish& wish);
+  std::string SetSink(SinkKind kind, const std::string& name);
+  const SoundSource& Source() const { return source; }
+  SoundSource& Source() { return source; }
+  const SoundSink& Sink() const { return sink; }
+  // What the card's name is that plays; empty where none does.
+  const std::string& CardName() const { return cardName; }
+  // Of a file; null for what is none.
+  const Peaks* Waveform() const { return peaks.get(); }
 
-  // Completes the file that is written. Without it there is none.
+  // Blocks that came too late to or from the sound cards that are in use.
+  std::uint64_t DropOuts() const;
+  // Seconds from what is heard to its sounding.
+  double Latency() const;
+
+  // The end: completes the file that is written. Without it there is none.
   void Close();
   // Told of a line that says what is wrong with a file, of each once: nothing more is written after a
-  // failure, and the sound that is heard goes on behind its flaw.
+  // failure, and the sound that is heard goes on behind its flaw. And of a card that has gone: where it was
+  // heard the source holds still, where it played it plays no more.
   std::function<void(const std::string&)> failed = [](const std::string&) {};
-  // Nothing was wrong with either file so far that counts.
+  // Nothing was wrong so far with either of the files that it was opened with that counts.
   bool Whole() const { return whole; }
 
   Engine engine;
+  Comparison comparison{engine.SampleRate()};  // of what a sound card plays; a file gets the processed sound
 
  private:
-  using Source = std::variant<Scene, SoundReader>;
-
-  LiveSound(Source heard, SoundOptions wanted);
+  LiveSound(SoundSource heard, SoundOptions wanted);
 
   double BlockTime() const { return 1e6 * BlockFrames / engine.SampleRate(); }
+  CardOutput* PlayedCard() const;
+  CardInput* HeardCard() const;
+  bool OnCards() const { return PlayedCard() != nullptr || HeardCard() != nullptr; }
+  std::size_t FramesDue() const;
   void Follow(const Frame& frame);
   void TakeTables(const Synthesis& synthesis);
   void Settle();
   void FollowRate();
-  void BeginFile();
-  void EndFile();
+  void Put(const Comparison::Input& heard, const Comparison::Stereo& processed);
+  std::string HeardFile() const;
+  void CheckCards();
+  void LoseCard(const std::string& trouble);
   void Fail(const std::string& what);
-  void Listen(std::span<float> left, std::span<float> right);
-  void TellFlaw(const SoundReader& reader);
+  void EndSink();
+  void TellFlaw(bool atEnd);
 
-  Source source;
+  SoundSource source;
+  SoundSink sink;
+  std::string cardName;
+  std::unique_ptr<Peaks> peaks;
   SoundOptions options;
   Unit* attached = nullptr;
   bool changed = false;  // the unit holds something that the engine does not know
   int rate = 0;
-  double done = 0;     // microseconds up to which the sound has been processed
-  double seconds = 0;  // of sound
-  std::optional<SoundWriter> writer;
-  int files = 0;
-  bool playing = true, whole = true, flawTold = false;
+  std::int64_t reached = 0;  // the time of the last call of RunUntil
+  double done = 0;           // microseconds up to which the sound has been processed
+  double seconds = 0;        // of sound
+  bool whole = true, flawCounts = true;
+  bool cardLost = false;  // that is heard
 };
 
 }  // namespace unit::sound
