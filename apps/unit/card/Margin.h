@@ -1,0 +1,29 @@
+// How much sound lies ready for the case that something comes late.
+#pragma once
+
+#include <algorithm>
+#include <cstdint>
+
+namespace unit::sound {
+
+// In all, the card's own buffer, a block of the unit and the margin are 30 ms, and up to 50 ms where there
+// are drop-outs; but the margin is never less than Least, however long the blocks are.
+class Margin {
+ public:
+  // Seconds; period: of the card's buffer, of which two are always under way.
+  double Seconds(double block, double period) const {
+    return std::max(std::min(Begin + grown, Most) - block - 2 * period, Least);
+  }
+  // dropOuts: so far. Each new one makes the margin larger for good.
+  void Heed(std::uint64_t dropOuts) {
+    if (dropOuts != heeded) grown = std::min(grown + Step, Most - Begin);
+    heeded = dropOuts;
+  }
+
+ private:
+  static constexpr double Begin = 0.030, Most = 0.050, Least = 0.008, Step = 0.004;
+  double grown = 0;
+  std::uint64_t heeded = 0;
+};
+
+}  // namespace unit::sound
