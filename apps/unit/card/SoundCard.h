@@ -16,13 +16,13 @@ struct CardNames {
   std::vector<std::string> inputs, outputs;
 };
 
-// The cards that are there now, of all kinds that PortAudio knows. While one is open the list is the one of
-// its opening. Both lists are empty where there is no sound device, and where the sound system does not
-// answer.
+// The cards that are there now, of all kinds that PortAudio knows. Both lists are empty where there is no
+// sound device, and where the sound system does not answer within two seconds. A tenth of a second is usual;
+// it may be called from any thread.
 CardNames SoundCards();
 
-class CardPlayback;
-class CardCapture;
+struct OpenOutput;
+struct OpenInput;
 
 // Plays what is written. All calls come from one thread; none of them waits for the card, but opening and
 // closing, which take two seconds at most.
@@ -49,8 +49,8 @@ class CardOutput {
   double Latency() const;
 
  private:
-  explicit CardOutput(std::unique_ptr<CardPlayback> opened);
-  std::unique_ptr<CardPlayback> playback;
+  explicit CardOutput(std::unique_ptr<OpenOutput> opened);
+  std::unique_ptr<OpenOutput> open;
 };
 
 // Hears what the card hears; one channel alone is both. As with an output, but:
@@ -74,8 +74,8 @@ class CardInput {
   double Latency() const;
 
  private:
-  explicit CardInput(std::unique_ptr<CardCapture> opened);
-  std::unique_ptr<CardCapture> capture;
+  explicit CardInput(std::unique_ptr<OpenInput> opened);
+  std::unique_ptr<OpenInput> open;
 };
 
 }  // namespace unit::sound
