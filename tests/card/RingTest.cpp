@@ -13,7 +13,7 @@ namespace {
 using Frames = std::vector<StereoFrame>;
 
 TEST(Ring, LosesAndDoublesNothingBetweenTwoThreads) {
-  constexpr std::size_t count = 4'000'000;  // a hundred times round
+  constexpr std::size_t count = 2'000'000;  // sixty times round
   auto ring = std::make_unique<Ring>();
   std::thread producer([&ring] {
     std::mt19937 random(1);

@@ -72,11 +72,17 @@ std::string Why(PaError error) {
   return Pa_GetErrorText(error);
 }
 
-// Where the system tells nothing of a card's delay, at least what it says of the kind of card.
+// Of what the system says of a card's delay the most that can be true: JACK says 0 of what is not connected
+// yet, and 2^33 samples of other programs.
 double DelayOf(PaStream* stream, const PaDeviceInfo& card, Direction direction) {
+  constexpr double longest = 2;
   const PaStreamInfo& info = *Pa_GetStreamInfo(stream);
-  return direction == Direction::In ? std::max(info.inputLatency, card.defaultLowInputLatency)
-                                    : std::max(info.outputLatency, card.defaultLowOutputLatency);
+  const bool in = direction == Direction::In;
+  double delay = 0;
+  for (const double said : {in ? info.inputLatency : info.outputLatency,
+                            in ? card.defaultLowInputLatency : card.defaultLowOutputLatency})
+    if (said < longest) delay = std::max(delay, said);
+  return delay;
 }
 
 void Attend(const Employer& employer, const Card& card, Direction direction, CardShare& share) {

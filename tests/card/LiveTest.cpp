@@ -1,0 +1,149 @@
+// Sound that really goes through a sound server, in real time.
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <functional>
+#include <thread>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <signal.h>  // NOLINT(modernize-deprecated-headers): the system's
+
+#include "card/Jack.h"
+#include "unit/card/SoundCard.h"
+#include "unit/sound/Blocks.h"
+
+namespace unit::sound {
+namespace {
+
+using testing::Contains;
+using testing::Not;
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+double SecondsSince(Clock::time_point start) {
+  return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+class LiveCards : public testing::Test {
+ protected:
+  void SetUp() override {
+    server = JackServer::Start();
+    if (!server) GTEST_SKIP() << "jackd is not installed or does not start: no live sound is tested";
+  }
+
+  std::unique_ptr<JackServer> server;
+};
+
+struct Cards {
+  std::unique_ptr<CardInput> in;
+  std::unique_ptr<CardOutput> out;
+};
+
+Cards Open(const std::string& input, const std::string& output, int rate) {
+  auto in = CardInput::Open(input, rate);
+  auto out = CardOutput::Open(output, rate);
+  for (const auto* const wrong : {std::get_if<std::string>(&in), std::get_if<std::string>(&out)})
+    if (wrong != nullptr) ADD_FAILURE() << *wrong;
+  if (in.index() + out.index() > 0) return {};
+  return {std::move(std::get<0>(in)), std::move(std::get<0>(out))};
+}
+
+// Takes what is heard to what is played for so long, or while nothing is wrong.
+void Pass(const Cards& cards, double seconds) {
+  std::array<float, BlockFrames> left, right;
+  const auto start = Clock::now();
+  while (SecondsSince(start) < seconds && (cards.in->Trouble() + cards.out->Trouble()).empty()) {
+    while (cards.out->Room() >= BlockFrames) {
+      cards.in->Read(left, right);
+      cards.out->Write(left, right);
+    }
+    std::this_thread::sleep_for(milliseconds(1));
+  }
+}
+
+double Rms(const std::vector<float>& samples, std::size_t from, std::size_t to) {
+  double sum = 0;
+  for (std::size_t i = from; i < to; ++i) sum += static_cast<double>(samples[i]) * samples[i];
+  return std::sqrt(sum / static_cast<double>(to - from));
+}
+
+TEST_F(LiveCards, ListsWhatIsThereNow) {
+  EXPECT_THAT(SoundCards().inputs, Contains("system"));
+  EXPECT_THAT(SoundCards().outputs, Not(Contains(Studio::Name)));
+  const Cards cards = Open("system", "system", 18000);
+  ASSERT_TRUE(cards.in && cards.out);
+  // New ones are seen while cards are open.
+  const Studio studio;
+  const CardNames names = SoundCards();
+  EXPECT_THAT(names.inputs, Contains(Studio::Name));
+  EXPECT_THAT(names.outputs, Contains(Studio::Name));
+  auto sorted = names.outputs;
+  std::sort(sorted.begin(), sorted.end());
+  EXPECT_EQ(std::adjacent_find(sorted.begin(), sorted.end()), sorted.end());
+}
+
+// Where a machine is busy, drop-outs are its own: what is asked is that the sound gets through, in the time
+// that is said.
+TEST_F(LiveCards, GoesThroughInTheTimeThatIsSaid) {
+  Studio studio;
+  const Cards cards = Open(Studio::Name, Studio::Name, 18000);
+  ASSERT_TRUE(cards.in && cards.out);
+  Pass(cards, 0.7);
+  studio.sounding = true;
+  Pass(cards, 1);
+  const std::vector<float> heard = studio.Heard();
+  const auto began = heard.begin() + static_cast<long>(studio.Began());
+  const auto first = std::find_if(began, heard.end(), [](float sample) { return std::abs(sample) > 0.1F; });
+  ASSERT_NE(first, heard.end());
+  const double delay = static_cast<double>(first - began) / 48000;
+  const double said = cards.in->Latency() + cards.out->Latency();
+  RecordProperty("milliseconds", static_cast<int>(1000 * delay));
+  RecordProperty("millisecondsSaid", static_cast<int>(1000 * said));
+  EXPECT_NEAR(delay, said, 0.015);
+  EXPECT_NEAR(Rms(heard, heard.size() - 12000, heard.size()), Studio::Level / std::sqrt(2), 0.03);
+}
+
+// What happens to the server, and what is said of the card.
+struct End {
+  int signal;
+  const char* said;
+};
+
+class LostServer : public LiveCards, public testing::WithParamInterface<End> {};
+
+TEST_P(LostServer, IsSaidAndHoldsNobodyUp) {
+  Cards cards = Open("system", "system", 18000);
+  ASSERT_TRUE(cards.in && cards.out);
+  Pass(cards, 0.3);
+  ASSERT_EQ(cards.in->Trouble() + cards.out->Trouble(), "");
+  if (GetParam().signal == SIGSTOP)
+    server->Signal(SIGSTOP);
+  else
+    server->Kill(GetParam().signal);
+  auto start = Clock::now();
+  Pass(cards, 5);
+  EXPECT_LT(SecondsSince(start), 1.5);
+  while (cards.out->Trouble().empty() && SecondsSince(start) < 5)
+    std::this_thread::sleep_for(milliseconds(10));
+  EXPECT_EQ(cards.out->Trouble(), std::string("system: the sound card ") + GetParam().said);
+  start = Clock::now();
+  cards = {};
+  EXPECT_LT(SecondsSince(start), 1);
+  start = Clock::now();
+  SoundCards();
+  EXPECT_LT(SecondsSince(start), 3);
+  // Another one serves as if nothing had been.
+  server->Kill(SIGKILL);
+  server = JackServer::Start();
+  ASSERT_TRUE(server);
+  EXPECT_TRUE(Open("system", "system", 7200).out);
+}
+
+INSTANTIATE_TEST_SUITE_P(Live, LostServer,
+                         testing::Values(End{SIGTERM, "is gone"}, End{SIGKILL, "is gone"},
+                                         End{SIGSTOP, "has stopped"}),
+                         [](const auto& each) { return "Signal" + std::to_string(each.param.signal); });
+
+}  // namespace
+}  // namespace unit::sound
