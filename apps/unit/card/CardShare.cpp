@@ -35,9 +35,10 @@ void CardShare::Play(std::span<float> buffer, std::size_t channels, bool disturb
     const std::size_t count = std::min(Chunk, frames - done);
     const std::size_t there = playing ? ring.Pop(std::span(chunk).first(count)) : 0;
     playing = playing && there == count;
-    for (std::size_t i = 0; i < count; ++i)
-      Put(i < there ? fader.Next(chunk[i]) : fader.NextOfGap(),
-          buffer.subspan((done + i) * channels, channels));
+    for (std::size_t i = 0; i < count; ++i) {
+      const StereoFrame frame = i < there ? fader.Next(chunk[i]) : fader.NextOfGap();
+      Put(frame, buffer.subspan((done + i) * channels, channels));
+    }
   }
   const bool missed = !playing && !resting.load(std::memory_order_acquire);
   if (played && (missed || disturbed)) dropOuts.fetch_add(1, std::memory_order_relaxed);

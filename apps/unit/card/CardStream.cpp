@@ -1,6 +1,7 @@
 // A card that is open, in the process that attends to it.
 #include "unit/card/CardStream.h"
 
+#include <cmath>
 #include <cstdlib>
 #include <new>
 #include <utility>
@@ -46,17 +47,18 @@ std::variant<std::unique_ptr<CardStream>, std::string> CardStream::Open(const st
   if (!answer) return name + ": the sound system does not answer";
   if (answer->size() != 3) return answer->back();
   std::unique_ptr<CardStream> stream(new CardStream(name, std::move(share), std::move(*attendant)));
-  stream->rate = static_cast<int>(std::strtod((*answer)[1].c_str(), nullptr) + 0.5);
+  stream->rate = static_cast<int>(std::lround(std::strtod((*answer)[1].c_str(), nullptr)));
   stream->delay = std::strtod((*answer)[2].c_str(), nullptr);
   return stream;
 }
 
 std::string CardStream::Trouble() {
   if (!trouble.empty()) return trouble;
-  if (share->ended.load(std::memory_order_acquire) || !attendant.Alive())
+  if (share->ended.load(std::memory_order_acquire) || !attendant.Alive()) {
     trouble = name + ": the sound card is gone";
-  else if (pulse.Stopped(share->beats.load(std::memory_order_acquire), Pulse::Clock::now()))
+  } else if (pulse.Stopped(share->beats.load(std::memory_order_acquire), Pulse::Clock::now())) {
     trouble = name + ": the sound card has stopped";
+  }
   return trouble;
 }
 

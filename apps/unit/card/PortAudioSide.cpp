@@ -57,10 +57,11 @@ struct Opened {
 int Move(const void* in, void* out, unsigned long frames, const PaStreamCallbackTimeInfo* /*times*/,
          PaStreamCallbackFlags flags, void* user) {
   const auto& [share, channels] = *static_cast<Opened*>(user);
-  if (out != nullptr)
+  if (out != nullptr) {
     share.Play({static_cast<float*>(out), frames * channels}, channels, (flags & paOutputUnderflow) != 0);
-  else if (in != nullptr)
+  } else if (in != nullptr) {
     share.Hear({static_cast<const float*>(in), frames * channels}, channels, (flags & paInputOverflow) != 0);
+  }
   return paContinue;
 }
 
@@ -131,9 +132,10 @@ void ServeCard(const Employer& employer, const std::string& name, Direction dire
   const auto card =
       std::find_if(cards.begin(), cards.end(), [&](const Card& each) { return each.name == name; });
   if (cards.empty()) return employer.Tell({"wrong", "no sound device"});
-  if (card == cards.end())
-    return employer.Tell({"wrong", name + ": there is no such sound card for " +
-                                       (direction == Direction::In ? "input" : "output")});
+  if (card == cards.end()) {
+    const char* const use = direction == Direction::In ? "input" : "output";
+    return employer.Tell({"wrong", name + ": there is no such sound card for " + use});
+  }
   Attend(employer, *card, direction, share);
 }
 
