@@ -258,7 +258,8 @@ int Run(const unit::Options& options) {
   unit::control::Outlet outlet(STDOUT_FILENO);
   outlet.Say("veltrana-unit: " + options.link + " (" + line.Device() + ") at " +
              std::to_string(options.baud) + " baud");
-  unit::control::Parts parts{.unit = unit, .sound = sound, .seed = options.seed, .trouble = {}};
+  unit::control::Parts parts{
+      .unit = unit, .sound = sound, .cleaning = {}, .seed = options.seed, .trouble = {}};
   if (sound != nullptr) {
     sound->failed = [&parts](const std::string& what) {
       Complain(what, EnvironmentFault);

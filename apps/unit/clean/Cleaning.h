@@ -33,6 +33,7 @@ class Cleaning {
   void Start();
   // Ends it soon, without a file; nothing happens where it has come to its end before.
   void Cancel();
+  bool CancelAsked() const { return cancelled; }
   void Wait();
 
   bool Finished() const { return State() != CleaningState::Running; }

@@ -33,6 +33,10 @@ constexpr Command rows[] = {
     {"loop", "FROM TO|off", "goes back to FROM at TO, in seconds of the file", Loop, true},
     {"bypass", "on|off", "lets a sound card play what comes in, as loud as what goes out", Bypass, true},
     {"peaks", "COUNT", "tells the waveform of the file in COUNT parts", Peaks, true},
+    {"clean", "IN OUT [from SECONDS] [to SECONDS] [adaptive learn|keep] [setup NAME] [flaws take|refuse]",
+     "begins to clean a recording with the present settings", Clean},
+    {"cancel", "", "ends that, without a file", Cancel},
+    {"wait", "", "answers when the cleaning has come to an end", Wait},
 };
 
 // A file's name may hold any bytes; what is no text is shown as such.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
 #include <span>
@@ -9,6 +10,7 @@
 #include <string_view>
 #include <variant>
 
+#include "unit/clean/Cleaning.h"
 #include "unit/control/Words.h"
 
 namespace unit {
@@ -23,9 +25,10 @@ namespace unit::control {
 // What commands act on. What is not there has no commands: they say so.
 struct Parts {
   Unit& unit;
-  sound::LiveSound* sound = nullptr;  // null where the unit processes none
-  std::uint64_t seed = 1;             // of the scene
-  std::string trouble;                // what went wrong by itself last; empty once that is made good
+  sound::LiveSound* sound = nullptr;          // null where the unit processes none
+  std::unique_ptr<clean::Cleaning> cleaning;  // the last one; null before the first
+  std::uint64_t seed = 1;                     // of the scene
+  std::string trouble;                        // what went wrong by itself last; empty once that is made good
 };
 
 // In words what is wrong; nothing has changed.

@@ -9,6 +9,10 @@ using Run = std::optional<Answer>(Parts& parts, const Words& words);
 
 Run State, Devices, Peaks;
 Run Source, Output, Play, Pause, Seek, Loop, Bypass;
+Run Clean, Cancel, Wait;
+
+// The "clean" of the answers to state and wait.
+nlohmann::json CleanState(const Parts& parts);
 
 // The answer where words are left over. words: not empty.
 Answer TooMuch(const Words& words);
