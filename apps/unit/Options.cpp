@@ -70,10 +70,20 @@ bool TakeMemory(Options& options, std::string_view text) {
   return Take(text, 1U, lastMemory, options.memory.emplace());
 }
 
+std::string WrongToClean(const Options& options) {
+  if (!options.memory) return "--clean needs --memory N";
+  if (options.in.empty() || options.out.empty()) return "--clean needs --in FILE and --out FILE";
+  if (options.to && *options.to <= options.from) return "--to must be a later second than --from";
+  return options.fast || options.looped || options.silent || options.seconds != 0
+             ? "--clean excludes --fast, --seconds, --loop and --no-sound"
+             : "";
+}
+
 // What is wrong with the options as a whole; empty where nothing is.
 std::string Wrong(const Options& options) {
   if (options.help) return {};
   if (options.memory && options.memories.empty()) return "--memory needs --memories FILE";
+  if (options.clean) return WrongToClean(options);
   if (!options.fast) return options.link.empty() ? "--link PATH is needed" : "";
   if (!options.memory) return "--fast needs --memory N";
   if (options.out.empty()) return "--fast needs --out FILE";
@@ -82,6 +92,8 @@ std::string Wrong(const Options& options) {
   return endless && options.seconds == 0 ? "--fast needs --seconds N here, as the sound has no end" : "";
 }
 
+constexpr double LastSecond = 1e8;
+constexpr std::string_view Second = "a number of seconds from 0 to 100000000";
 constexpr std::string_view Version = "a whole number from 0 to 999";
 constexpr std::string_view Milliseconds = "a whole number from 0 to 600000";
 constexpr std::string_view Probability = "a number from 0 to 1";
@@ -134,6 +146,15 @@ constexpr Row rows[] = {
     {"--seconds", "N", "a number from 0.1 to 1000000",
      [](Options& o, std::string_view t) { return Take(t, 0.1, 1e6, o.seconds); },
      "with --fast: process so many seconds of sound"},
+    {"--clean", "", "", [](Options& o, std::string_view) { return o.clean = true; },
+     "no line: clean the recording --in to --out, tell what was done, and end"},
+    {"--from", "S", Second, [](Options& o, std::string_view t) { return Take(t, 0.0, LastSecond, o.from); },
+     "with --clean: begin at second S of the recording"},
+    {"--to", "S", Second,
+     [](Options& o, std::string_view t) { return Take(t, 0.0, LastSecond, o.to.emplace()); },
+     "with --clean: end at second S of the recording"},
+    {"--keep-adaptive", "", "", [](Options& o, std::string_view) { return o.keepAdaptive = true; },
+     "with --clean: filters keep what they have learned, and learn no more"},
     {"--coefficients", "PAGE:FILE", "a page from 0 to 5, a colon and a path", TakeCoefficients,
      "on SIGUSR2 let the stage of PAGE have learned what is in FILE"},
     {"--seed", "N", "a whole number",

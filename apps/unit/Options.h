@@ -32,6 +32,10 @@ struct Options {
   std::optional<unsigned> memory;  // 1..10, the setting to start with
   bool fast = false;               // no line: the file through the memory's setting, then the end
   double seconds = 0;              // of sound in that case, 0 for the whole file
+  bool clean = false;              // no line: the file is cleaned by the memory's setting, then the end
+  double from = 0;                 // second of the file in that case
+  std::optional<double> to;        // its end where nothing
+  bool keepAdaptive = false;       // what filters have learned stays, and they learn nothing more
 
   int baud = 115200;             // 9600, 14400, 19200, 38400 or 115200
   int bootHundredths = 401;      // 0..999

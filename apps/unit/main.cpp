@@ -23,6 +23,7 @@
 #include "unit/PtyLine.h"
 #include "unit/Unit.h"
 #include "unit/WholeFile.h"
+#include "unit/clean/Cleaning.h"
 #include "unit/control/Control.h"
 #include "unit/sound/LiveSound.h"
 
@@ -237,6 +238,42 @@ int ProcessFast(const unit::Options& options) {
   return 0;
 }
 
+unit::clean::CleaningWish WishOf(const unit::Options& options, const unit::Unit& unit) {
+  return {
+      .in = options.in,
+      .out = options.out,
+      .from = options.from,
+      .to = options.to,
+      .adaptive = options.keepAdaptive ? unit::clean::Learning::Kept : unit::clean::Learning::FromBeginning,
+      .setup = options.memories + ", memory " + std::to_string(*options.memory),
+      .lenient = options.lenient,
+      .setting = unit.Held()};
+}
+
+// A recording through the setting of a memory; ended by a signal it leaves no file.
+int CleanRecording(const unit::Options& options) {
+  constexpr int lookEvery = 20;  // ms
+  unit::Unit unit(options);
+  const std::string wrong = Furnish(unit, nullptr, options);
+  if (!wrong.empty()) return Complain(wrong, EnvironmentFault);
+  unit::clean::Cleaning cleaning(WishOf(options, unit));
+  pollfd asked{Requests(), POLLIN, 0};
+  cleaning.Start();
+  while (!cleaning.Finished()) {
+    if (poll(&asked, 1, lookEvery) <= 0) continue;
+    const std::uint32_t request = RequestFrom(asked.fd);
+    if (request != SIGUSR1 && request != SIGUSR2) cleaning.Cancel();
+  }
+  if (cleaning.State() == unit::clean::CleaningState::Cancelled)
+    return Complain("ended before " + options.out + " was whole", EnvironmentFault);
+  if (!cleaning.Error().empty())
+    return Complain(cleaning.Error() + (cleaning.Flawed() ? " (--lenient takes it as it is)" : ""),
+                    EnvironmentFault);
+  for (const std::string& line : cleaning.Report()) std::cout << line << '\n';
+  std::cout.flush();
+  return 0;
+}
+
 int Run(const unit::Options& options) {
   const OpenedSound opened = OpenSound(options);
   if (const auto* const wrong = std::get_if<std::string>(&opened)) return Complain(*wrong, EnvironmentFault);
@@ -285,5 +322,6 @@ int main(int count, char** values) {
     std::cout << unit::Usage();
     return 0;
   }
+  if (options.clean) return CleanRecording(options);
   return options.fast ? ProcessFast(options) : Run(options);
 }
