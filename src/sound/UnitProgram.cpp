@@ -1,8 +1,10 @@
 #include "sound/UnitProgram.h"
 
+#include <fstream>
 #include <utility>
 
 #include "link/modComm.h"
+#include "persist/SafeFile.h"
 #include "text/Convert.h"
 #include "text/modFile.h"
 
@@ -17,6 +19,8 @@ constexpr std::int64_t StartMicroseconds = 5'000'000, UnansweredMicroseconds = 5
 Said Refusal(const std::string& error) {
   return Said(Said::Names{{"ok", Said(false)}, {"error", Said(error)}});
 }
+
+constexpr const char *SourceIs = "source ", *OutputIs = "output ";
 
 constexpr const char* NotRunning = "the simulated unit does not run";
 constexpr const char* NotAnswering = "the simulated unit does not answer";
@@ -88,6 +92,7 @@ bool UnitProgram::Start(std::string& reason) {
     return false;
   }
   tmrUnit->SetEnabled(true);
+  Resume();
   AskState();
   events.changed();
   return true;
@@ -126,7 +131,14 @@ void UnitProgram::Stop() {
   events.changed();
 }
 
-void UnitProgram::Ask(const std::string& command, Then then) {
+void UnitProgram::Ask(const std::string& command, Then asker) {
+  Then then = std::move(asker);
+  if (command.starts_with(SourceIs) || command.starts_with(OutputIs)) {
+    then = [this, command, told = std::move(then)](const Said& answer) {
+      if (answer["ok"].True()) Keep(command);
+      Raise(told, answer);
+    };
+  }
   if (running == nullptr) return Refuse(std::move(then), NotRunning);
   if (silent) return Refuse(std::move(then), NotAnswering);
   running->Say(command);
@@ -188,6 +200,34 @@ void UnitProgram::AskState() {
     state = answer;
     events.changed();
   });
+}
+
+std::string UnitProgram::KeptPath() const { return JoinPath(platform.desk.InstallFolder(), "veltrana.unit"); }
+
+void UnitProgram::Keep(const std::string& command) {
+  notResumed.clear();
+  std::string& kept = command.starts_with(SourceIs) ? keptSource : keptOutput;
+  // A file that was written would be begun anew.
+  const std::string resumed = command.starts_with("output file ") ? "output none" : command;
+  if (std::exchange(kept, resumed) == resumed) return;
+  WriteWholeFile(platform.files, KeptPath(), keptSource + "\n" + keptOutput + "\n");
+}
+
+void UnitProgram::Resume() {
+  notResumed.clear();
+  if (keptSource.empty() && keptOutput.empty()) {
+    std::ifstream file(KeptPath());
+    for (std::string line; std::getline(file, line);) {
+      if (line.starts_with(SourceIs)) keptSource = line;
+      if (line.starts_with(OutputIs)) keptOutput = line;
+    }
+  }
+  for (const std::string& command : {keptSource, keptOutput}) {
+    if (command.empty()) continue;
+    Ask(command, [this](const Said& answer) {
+      if (!answer["ok"].True()) notResumed = answer["error"].Text();
+    });
+  }
 }
 
 std::string Quoted(const std::string& word) {

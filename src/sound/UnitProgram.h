@@ -45,6 +45,8 @@ struct UnitProgram {
   Said state;
   // It runs and has not answered for some seconds.
   bool Silent() const { return silent; }
+  // Why it does not hear or write now what it did when it ran last; empty while it does.
+  const std::string& NotResumed() const { return notResumed; }
 
  private:
   using Then = std::function<void(const Said& answer)>;
@@ -68,6 +70,10 @@ struct UnitProgram {
   void TakeAnswers();
   void NoteSilence();
   void AskState();
+  // What it hears and where that goes is said again at its next start, in the next run of this program too.
+  void Keep(const std::string& command);
+  void Resume();
+  std::string KeptPath() const;
   void Refuse(Then then, const std::string& error);
   void Drop(const std::string& error);
   void Forget();
@@ -81,6 +87,7 @@ struct UnitProgram {
   int port = 0;
   int ticks = 0;
   bool silent = false, stateAsked = false;
+  std::string keptSource, keptOutput, notResumed;
   std::deque<Question> asked;               // and not answered
   std::vector<std::function<void()>> late;  // answers that are told at the next tick
 };
