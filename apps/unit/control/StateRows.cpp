@@ -64,6 +64,7 @@ json SoundState(const LiveSound& live) {
 std::optional<Answer> State(Parts& parts, const Words& words) {
   if (!words.empty()) return TooMuch(words);
   json state = parts.sound != nullptr ? SoundState(*parts.sound) : json{{"source", nullptr}};
+  state["clean"] = CleanState(parts);
   state["trouble"] = parts.trouble;
   return state;
 }
