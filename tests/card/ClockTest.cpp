@@ -32,15 +32,16 @@ class Pair {
   // late: seconds by which the unit may come late.
   void Run(double seconds, double late) {
     const double end = now + seconds;
-    std::uniform_real_distribution<double> delay(0.0005, late);
+    std::uniform_real_distribution<double> delay(0, late);
     while (now < end) {
       now = std::min({nextIn, nextOut, nextLook});
       if (now == nextIn) HearTone();
       if (now == nextOut) PlayBuffer();
       if (now != nextLook) continue;
-      nextLook = now + delay(random);
-      if (stalled) continue;
-      while (inputBeats ? capture.Ready() >= BlockFrames : playback.Room() >= BlockFrames) MoveBlock();
+      while (!stalled && Due() >= BlockFrames) MoveBlock();
+      // It sleeps until the next block is due, and comes late.
+      const double missing = static_cast<double>(BlockFrames - std::min(Due(), BlockFrames)) / rate;
+      nextLook = now + std::max(missing, 0.001) + delay(random);
     }
   }
 
@@ -83,6 +84,8 @@ class Pair {
     }
     nextOut += Seconds(output);
   }
+
+  std::size_t Due() const { return inputBeats ? capture.Ready() : playback.Room(); }
 
   void MoveBlock() {
     std::array<float, BlockFrames> left, right;

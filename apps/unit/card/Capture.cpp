@@ -51,10 +51,8 @@ std::size_t Capture::Enough() const { return Kept() + Frames(static_cast<double>
 // Where blocks are read as soon as they are ready, half a period more comes until then in the mean: so both
 // who waits for this and who has a clock of his own finds what is kept.
 std::size_t Capture::Ready() const {
-  const std::size_t fill = share.ring.Fill();
-  const std::size_t kept = Kept() - share.period.load(std::memory_order_relaxed) / 2;
-  if (fill < (state == State::Running ? kept : Enough())) return 0;
-  return (fill - kept) * static_cast<std::size_t>(rate) / static_cast<std::size_t>(cardRate);
+  const std::size_t early = state == State::Running ? share.period.load(std::memory_order_relaxed) / 2 : 0;
+  return Above(Kept() - early) * static_cast<std::size_t>(rate) / static_cast<std::size_t>(cardRate);
 }
 
 std::size_t Capture::Pop(std::span<StereoFrame> frames) {

@@ -28,13 +28,14 @@ std::size_t Playback::Low() const {
   return period + static_cast<std::size_t>(seconds * cardRate);
 }
 
-// Before its first call the card's period is not known.
+// A block, less what is there beyond the least: so it tells how long there is until a block is due, too.
+// Before the card's first call its period is not known.
 std::size_t Playback::Room() const {
   if (share.beats.load(std::memory_order_acquire) == 0) return 0;
-  const std::size_t low = Low(), fill = share.ring.Fill();
-  return fill > low ? 0
-                    : (low - fill) * static_cast<std::size_t>(rate) / static_cast<std::size_t>(cardRate) +
-                          BlockFrames;
+  const auto from = static_cast<std::size_t>(rate), to = static_cast<std::size_t>(cardRate);
+  const std::size_t most = Low() + (BlockFrames * to + from - 1) / from;
+  const std::size_t fill = share.ring.Fill();
+  return fill > most ? 0 : (most - fill) * from / to;
 }
 
 void Playback::Write(std::span<const float> left, std::span<const float> right) {

@@ -34,8 +34,9 @@ class CardOutput {
 
   // Goes on at another rate.
   void SetRate(int rate);
-  // How many frames of the unit's rate can go now. A block of 256 is written whenever there is room for it;
-  // from the first block on what comes too late is a drop-out.
+  // How many frames of the unit's rate can go now. A block of 256 is written whenever there is room for it,
+  // and is due no sooner than by as many frames as are missing; from the first block on what comes too late
+  // is a drop-out.
   std::size_t Room() const;
   // Two spans of the same length, at most Room(); what is beyond is lost. Full scale is 1.
   void Write(std::span<const float> left, std::span<const float> right);
