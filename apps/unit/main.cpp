@@ -296,7 +296,7 @@ int Run(const unit::Options& options) {
   outlet.Say("veltrana-unit: " + options.link + " (" + line.Device() + ") at " +
              std::to_string(options.baud) + " baud");
   unit::control::Parts parts{
-      .unit = unit, .sound = sound, .cleaning = {}, .seed = options.seed, .trouble = {}};
+      .unit = unit, .sound = sound, .cleaning = {}, .seed = options.seed, .devices = {}, .trouble = {}};
   if (sound != nullptr) {
     sound->failed = [&parts](const std::string& what) {
       Complain(what, EnvironmentFault);

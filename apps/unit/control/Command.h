@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <future>
 #include <memory>
 #include <nlohmann/json_fwd.hpp>
 #include <optional>
@@ -10,6 +11,7 @@
 #include <string_view>
 #include <variant>
 
+#include "unit/card/SoundCard.h"
 #include "unit/clean/Cleaning.h"
 #include "unit/control/Words.h"
 
@@ -28,6 +30,7 @@ struct Parts {
   sound::LiveSound* sound = nullptr;          // null where the unit processes none
   std::unique_ptr<clean::Cleaning> cleaning;  // the last one; null before the first
   std::uint64_t seed = 1;                     // of the scene
+  std::future<sound::CardNames> devices;      // that are being looked for; not valid where nobody asks
   std::string trouble;                        // what went wrong by itself last; empty once that is made good
 };
 

@@ -1,8 +1,8 @@
 // What is told: everything that changes, the sound cards, the waveform.
 #include <charconv>
+#include <chrono>
 #include <nlohmann/json.hpp>
 
-#include "unit/card/SoundCard.h"
 #include "unit/control/Rows.h"
 #include "unit/sound/LiveSound.h"
 
@@ -69,9 +69,12 @@ std::optional<Answer> State(Parts& parts, const Words& words) {
   return state;
 }
 
-std::optional<Answer> Devices(Parts&, const Words& words) {
+// A sound system that does not answer takes its time; the line and the sound go on.
+std::optional<Answer> Devices(Parts& parts, const Words& words) {
   if (!words.empty()) return TooMuch(words);
-  const sound::CardNames names = sound::SoundCards();
+  if (!parts.devices.valid()) parts.devices = std::async(std::launch::async, sound::SoundCards);
+  if (parts.devices.wait_for(std::chrono::seconds(0)) != std::future_status::ready) return std::nullopt;
+  const sound::CardNames names = parts.devices.get();
   json told{{"inputs", names.inputs}, {"outputs", names.outputs}};
   if (names.inputs.empty() && names.outputs.empty()) told["trouble"] = "no sound device";
   return told;

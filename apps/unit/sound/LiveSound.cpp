@@ -52,6 +52,7 @@ std::string LiveSound::SetSource(const SourceWish& wish) {
     if (std::filesystem::exists(wish.name, error) && !std::filesystem::is_regular_file(wish.name, error))
       return wish.name + ": is no file on a disk";
   }
+  if (wish.kind == SourceKind::Card) RestCards();
   auto opened = SoundSource::Open(wish, rate);
   if (auto* const wrong = std::get_if<std::string>(&opened)) return std::move(*wrong);
   source = std::get<SoundSource>(std::move(opened));
@@ -71,6 +72,7 @@ std::string LiveSound::SetSink(SinkKind kind, const std::string& name) {
     next = std::get<FileSeries>(std::move(begun));
   } else if (kind == SinkKind::Card) {
     if (PlayedCard() != nullptr && cardName == name) return {};
+    RestCards();
     auto opened = CardOutput::Open(name, rate);
     if (auto* const wrong = std::get_if<std::string>(&opened)) return std::move(*wrong);
     next = std::get<0>(std::move(opened));
@@ -227,6 +229,12 @@ void LiveSound::CheckCards() {
   if (card == nullptr || card->Trouble().empty()) return;
   cardLost = true;
   LoseCard(card->Trouble());
+}
+
+// While another card is opened nothing is processed.
+void LiveSound::RestCards() {
+  if (CardOutput* const card = PlayedCard()) card->Rest();
+  if (CardInput* const card = HeardCard()) card->Rest();
 }
 
 void LiveSound::LoseCard(const std::string& trouble) {

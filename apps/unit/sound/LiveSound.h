@@ -92,6 +92,7 @@ class LiveSound {
   void Put(const Comparison::Input& heard, const Comparison::Stereo& processed);
   std::string HeardFile() const;
   void CheckCards();
+  void RestCards();
   void LoseCard(const std::string& trouble);
   void Fail(const std::string& what);
   void EndSink();
