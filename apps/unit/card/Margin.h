@@ -6,7 +6,7 @@
 
 namespace unit::sound {
 
-// In all, the card's own buffer, a block of the unit and the margin are 30 ms, and up to 50 ms where there
+// In all, the card's own buffer, a block of the unit and the margin are 40 ms, and 50 ms where there
 // are drop-outs; but the margin is never less than Least, however long the blocks are.
 class Margin {
  public:
@@ -21,7 +21,7 @@ class Margin {
   }
 
  private:
-  static constexpr double Begin = 0.030, Most = 0.050, Least = 0.008, Step = 0.004;
+  static constexpr double Begin = 0.040, Most = 0.050, Least = 0.012, Step = 0.005;
   double grown = 0;
   std::uint64_t heeded = 0;
 };
