@@ -88,6 +88,7 @@ std::string Wrong(const Options& options) {
   if (!options.memory) return "--fast needs --memory N";
   if (options.out.empty()) return "--fast needs --out FILE";
   if (options.silent) return "--fast and --no-sound exclude each other";
+  if (options.paused) return "--fast and --paused exclude each other";
   const bool endless = options.in.empty() || options.looped;
   return endless && options.seconds == 0 ? "--fast needs --seconds N here, as the sound has no end" : "";
 }
@@ -135,6 +136,8 @@ constexpr Row rows[] = {
      "hear FILE (WAV, FLAC, ...) and not the built-in scene"},
     {"--loop", "", "", [](Options& o, std::string_view) { return o.looped = true; },
      "hear FILE over and over"},
+    {"--paused", "", "", [](Options& o, std::string_view) { return o.paused = true; },
+     "hear FILE once a command lets it play"},
     {"--lenient", "", "", [](Options& o, std::string_view) { return o.lenient = true; },
      "hear what there is of a FILE that is cut off, and 0 for what is no number"},
     {"--out", "FILE", "a path", [](Options& o, std::string_view t) { return TakeText(t, o.out); },

@@ -27,6 +27,7 @@ struct Options {
   std::string in;                  // file that the unit hears, empty for the built-in scene
   std::string out;                 // file for what leaves the unit, empty for none
   bool looped = false;             // the file is heard over and over
+  bool paused = false;             // the file stands at its start until it is told to play
   bool lenient = false;            // a file that is cut off or holds what is no number is heard as it is
   bool silent = false;             // no sound at all
   std::optional<unsigned> memory;  // 1..10, the setting to start with

@@ -298,6 +298,7 @@ int Run(const unit::Options& options) {
   unit::control::Parts parts{
       .unit = unit, .sound = sound, .cleaning = {}, .seed = options.seed, .devices = {}, .trouble = {}};
   if (sound != nullptr) {
+    if (options.paused && !options.in.empty()) sound->Source().SetPlaying(false);
     sound->failed = [&parts](const std::string& what) {
       Complain(what, EnvironmentFault);
       parts.trouble = what;
