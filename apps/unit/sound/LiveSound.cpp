@@ -52,7 +52,7 @@ std::string LiveSound::SetSource(const SourceWish& wish) {
     if (std::filesystem::exists(wish.name, error) && !std::filesystem::is_regular_file(wish.name, error))
       return wish.name + ": is no file on a disk";
   }
-  if (wish.kind == SourceKind::Card) RestCards();
+  if (wish.kind == SourceKind::Card || source.Card() != nullptr) RestCards();
   auto opened = SoundSource::Open(wish, rate);
   if (auto* const wrong = std::get_if<std::string>(&opened)) return std::move(*wrong);
   source = std::get<SoundSource>(std::move(opened));
@@ -77,6 +77,7 @@ std::string LiveSound::SetSink(SinkKind kind, const std::string& name) {
     if (auto* const wrong = std::get_if<std::string>(&opened)) return std::move(*wrong);
     next = std::get<0>(std::move(opened));
   }
+  if (PlayedCard() != nullptr) RestCards();
   EndSink();
   sink = std::move(next);
   cardName = kind == SinkKind::Card ? name : "";
@@ -231,7 +232,7 @@ void LiveSound::CheckCards() {
   LoseCard(card->Trouble());
 }
 
-// While another card is opened nothing is processed.
+// While a card is opened or closed nothing is processed.
 void LiveSound::RestCards() {
   if (CardOutput* const card = PlayedCard()) card->Rest();
   if (CardInput* const card = HeardCard()) card->Rest();
