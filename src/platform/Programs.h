@@ -20,7 +20,7 @@ class Said {
   using Held = std::variant<std::monostate, bool, double, std::string, Row, Names>;
 
   Said() = default;
-  explicit Said(Held value) : held(std::move(value)) {}
+  explicit Said(Held value);
 
   // Each gives what stands in its place where the value is of another kind.
   bool True() const { return Or<bool>(false); }
@@ -46,6 +46,8 @@ struct Said::Named {
   std::string name;
   Said value;
 };
+
+inline Said::Said(Held value) : held(std::move(value)) {}
 
 inline const Said::Row& Said::Items() const {
   static const Row none;
