@@ -10,6 +10,8 @@ namespace unit::clean {
 namespace {
 
 std::string Fixed(double number, int decimals) {
+  const double steps = std::pow(10, decimals);
+  if (std::nearbyint(number * steps) == 0) number = 0;  // no "-0.0"
   std::array<char, 64> text;
   const int size = std::snprintf(text.data(), text.size(), "%.*f", decimals, number);
   return {text.data(), static_cast<std::size_t>(size)};
