@@ -108,6 +108,27 @@ TEST_F(CleanFile, LiesUponTheRecordingSampleBySample) {
   }
 }
 
+// Up to the end of the unit's bandwidth, also at a rate that has nothing in common with the unit's. The rest,
+// images among it, is 100 dB below.
+TEST_F(CleanFile, LosesNothingOfTheBandwidthToTheConversion) {
+  for (const auto& [bandwidth, hertz] : {std::pair{"0", 3200}, {"1", 5400}, {"5", 16000}}) {
+    SoundRun run(vc::ConfigMode::Mono, bandwidth);
+    run.Take();
+    for (const int rate : {44100, 47999, 192000}) {
+      SoundContent tone{rate, 1, SF_FORMAT_WAV | SF_FORMAT_DOUBLE, {}};
+      for (const float sample : Sine(hertz, rate, 20000, 0.5)) tone.samples.push_back(double{sample});
+      WriteSound(folder.Path() + "/a.wav", tone);
+      const CleaningWish wish = Wish("a.wav", "b.wav", run.unit.Now().Held());
+      Cleaned(wish);
+      const Signal before = tone.Side(0), after = ReadSound(wish.out).Side(0);
+      EXPECT_LT(
+          GreatestDifference(std::span(before).subspan(8000, 4000), std::span(after).subspan(8000, 4000)),
+          0.5e-5)
+          << hertz << " Hz at " << rate;
+    }
+  }
+}
+
 // Every other thing in one recording: mono, clipped, silence at its end, and two runs.
 TEST_F(CleanFile, IsTheSameAtEveryRunAndCountsWhatIsClipped) {
   SoundRun run;

@@ -3,25 +3,25 @@
 
 #include <array>
 #include <cstddef>
-#include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
 #include "unit/clean/Fifo.h"
+#include "unit/clean/Polyphase.h"
+#include "unit/clean/SoundSource.h"
 #include "unit/sound/Engine.h"
 
 struct SRC_STATE_tag;
 
 namespace unit::clean {
 
-// Fills frames, channels side by side, and never ends: there is silence behind a sound.
-using SoundSource = std::function<void(std::span<float> samples)>;
-
-// A source at another rate, without a delay; at the same rate as it is.
+// A source at another rate, without a delay; at the same rate as it is. Nine tenths of what the lower rate
+// can hold pass unchanged.
 class Converter {
  public:
-  Converter(SoundSource heard, std::size_t channelCount, double fromHertz, double toHertz);
+  Converter(SoundSource heard, std::size_t channelCount, int fromHertz, int toHertz);
   void Read(std::span<float> samples);
 
  private:
@@ -29,10 +29,13 @@ class Converter {
     void operator()(SRC_STATE_tag* state) const;
   };
 
+  void ReadConverted(std::span<float> samples);
+
   SoundSource source;
   std::size_t channels;
   double ratio;
-  std::unique_ptr<SRC_STATE_tag, Free> state;  // null at the same rate
+  std::optional<Polyphase> polyphase;            // where it suits the rates
+  std::unique_ptr<SRC_STATE_tag, Free> library;  // where it does not; null at the same rate, too
   std::vector<float> chunk;
   std::size_t chunkAt;  // frames of it that are used
 };
@@ -59,7 +62,7 @@ class ChainPass {
 class Passage {
  public:
   // engine must outlive it, and be set.
-  Passage(SoundSource heard, std::size_t channels, double rate, sound::Engine& engine);
+  Passage(SoundSource heard, std::size_t channels, int rate, sound::Engine& engine);
   Passage(const Passage&) = delete;
   Passage& operator=(const Passage&) = delete;
 
