@@ -1,6 +1,9 @@
-// The reader of sound files, with any content: it plays something or says in one line why not, what it plays
-// are numbers in its range, and in whatever blocks it is asked, it plays the same.
+// The readers of sound files, the one that plays and the one of recordings that are cleaned, with any
+// content: they read something or say in one line why not, what they read are numbers in their range, and in
+// whatever blocks they are asked, or from where, it is the same.
+#include <algorithm>
 #include <array>
+#include <atomic>
 #include <cmath>
 #include <variant>
 #include <vector>
@@ -8,6 +11,8 @@
 #include "Input.h"
 #include "MemoryDescriptor.h"
 #include "Promise.h"
+#include "unit/clean/Job.h"
+#include "unit/clean/Recording.h"
 #include "unit/sound/SoundFile.h"
 
 namespace fuzz {
@@ -75,6 +80,57 @@ void TryFile(const Way& way, std::string_view content) {
   Require(whole == same, "the same in other blocks");
 }
 
+std::vector<double> Recorded(const std::string& path, std::uint64_t from, std::size_t block) {
+  const std::atomic<bool> stopped = false;
+  auto opened = unit::clean::Recording::Open(path);
+  Require(std::holds_alternative<unit::clean::Recording>(opened), "what can be opened can be opened again");
+  auto& recording = std::get<unit::clean::Recording>(opened);
+  Require(recording.Skip(from, stopped), "nothing stops the way into it");
+  std::vector<double> recorded, samples(block * recording.Channels());
+  while (!recording.Ended() && recorded.size() < MostFrames) {
+    const std::size_t count = recording.Read(samples) * recording.Channels();
+    Require(count == samples.size() || (count < samples.size() && recording.Ended()), "less only at the end");
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+      Require(std::abs(samples[i]) <= unit::sound::HighestSample, "what is read is in range");
+      Require(i < count || samples[i] == 0, "behind the end is silence");
+    }
+    recorded.insert(recorded.end(), samples.begin(), samples.begin() + static_cast<std::ptrdiff_t>(count));
+  }
+  if (recorded.size() > MostFrames) recorded.resize(MostFrames);
+  return recorded;
+}
+
+// Through the unit as well, now and then.
+void TryRecording(unsigned bits, std::string_view content) {
+  constexpr std::size_t block = 256, otherBlock = 91, from = 100;
+  const MemoryDescriptor file(content);
+  const auto opened = unit::clean::Recording::Open(file.Path());
+  if (const auto* const line = std::get_if<std::string>(&opened)) {
+    Require(line->starts_with(file.Path() + ": ") && line->find('\n') == std::string::npos,
+            "one line, with the path");
+    return;
+  }
+  const std::size_t channels = std::get<unit::clean::Recording>(opened).Channels();
+  Require(channels == 1 || channels == 2, "one channel or two");
+  const std::vector<double> whole = Recorded(file.Path(), 0, block);
+  Require(Recorded(file.Path(), 0, otherBlock) == whole, "the same in other blocks");
+  const std::vector<double> rest = Recorded(file.Path(), from, block);
+  const std::size_t first = std::min(from * channels, whole.size());
+  const std::size_t common = std::min(whole.size() - first, rest.size());
+  Require(std::equal(rest.begin(), rest.begin() + static_cast<std::ptrdiff_t>(common),
+                     whole.begin() + static_cast<std::ptrdiff_t>(first)),
+          "the same from anywhere");
+  constexpr unsigned rarely = 31;
+  if ((bits & rarely) != 0) return;
+  std::atomic<double> done = 0;
+  unit::clean::CleaningWish wish;
+  wish.in = file.Path();
+  wish.out = "/dev/null";
+  wish.lenient = true;
+  const unit::clean::Outcome outcome = unit::clean::Clean(wish, std::atomic<bool>(false), done);
+  Require(outcome.error.empty() != outcome.report.empty(), "a report or what is wrong");
+}
+
 }  // namespace
 }  // namespace fuzz
 
@@ -87,6 +143,8 @@ extern "C" const char* __lsan_default_suppressions() {  // NOLINT(bugprone-reser
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   if (size == 0) return 0;
-  fuzz::TryFile(fuzz::Way(data[0]), {reinterpret_cast<const char*>(data) + 1, size - 1});
+  const std::string_view content{reinterpret_cast<const char*>(data) + 1, size - 1};
+  fuzz::TryFile(fuzz::Way(data[0]), content);
+  fuzz::TryRecording(data[0], content);
   return 0;
 }
