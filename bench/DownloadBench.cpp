@@ -6,12 +6,12 @@
 #include <benchmark/benchmark.h>
 #include <unistd.h>
 
+#include "NoPrograms.h"
 #include "Program.h"
 #include "RecordingPrinters.h"
 #include "TempFolder.h"
 #include "TestSession.h"
 #include "host/CairoPictures.h"
-#include "host/PosixPrograms.h"
 #include "host/PosixSerialPorts.h"
 #include "host/SystemClock.h"
 #include "model/Kinds.h"
@@ -73,7 +73,7 @@ void FullDownload(benchmark::State& state) {
   host::PosixFiles files;
   support::RecordingPrinters printers;
   host::CairoPictures pictures;
-  host::PosixPrograms programs;
+  support::NoPrograms programs;
   vc::Session session({clock, loop, desk, ports, files, printers, pictures, programs});
   session.Start();
   session.settings.numFilters = 6;

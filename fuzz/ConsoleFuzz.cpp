@@ -6,13 +6,13 @@
 
 #include "Input.h"
 #include "MemoryFiles.h"
+#include "NoPrograms.h"
 #include "Promise.h"
 #include "RecordPromises.h"
 #include "RecordingPrinters.h"
 #include "UnitEnd.h"
 #include "console/Console.h"
 #include "host/CairoPictures.h"
-#include "host/PosixPrograms.h"
 #include "model/Settings.h"
 #include "widgets/ControlText.h"
 #include "widgets/Plot.h"
@@ -32,7 +32,7 @@ struct Run {
   support::VirtualPorts ports{clock, support::EndOf(unit)};
   support::RecordingPrinters printers;
   host::CairoPictures pictures;
-  host::PosixPrograms programs;
+  support::NoPrograms programs;
   vc::Session session{{clock, loop, desk, ports, files, printers, pictures, programs}};
   console::Console face{session, desk, loop, out};
 

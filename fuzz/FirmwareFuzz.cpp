@@ -6,12 +6,12 @@
 
 #include "HostileUnit.h"
 #include "MemoryFiles.h"
+#include "NoPrograms.h"
 #include "Promise.h"
 #include "QuietDesk.h"
 #include "RecordingPrinters.h"
 #include "firmware/FrmFirmwareUpload.h"
 #include "host/CairoPictures.h"
-#include "host/PosixPrograms.h"
 #include "host/TimerLoop.h"
 #include "text/modString.h"
 
@@ -124,7 +124,7 @@ struct Run {
   support::VirtualPorts ports{clock, rom.End()};
   support::RecordingPrinters printers;
   host::CairoPictures pictures;
-  host::PosixPrograms programs;
+  support::NoPrograms programs;
   vc::Platform platform{clock, loop, desk, ports, files, printers, pictures, programs};
   vc::modDebug log;
   vc::SystemSettings settings;

@@ -4,12 +4,12 @@
 
 #include "HostileUnit.h"
 #include "MemoryFiles.h"
+#include "NoPrograms.h"
 #include "Promise.h"
 #include "QuietDesk.h"
 #include "RecordPromises.h"
 #include "RecordingPrinters.h"
 #include "host/CairoPictures.h"
-#include "host/PosixPrograms.h"
 #include "host/TimerLoop.h"
 #include "model/Settings.h"
 #include "shell/Session.h"
@@ -29,7 +29,7 @@ struct Run {
   support::VirtualPorts ports{clock, unit.End()};
   support::RecordingPrinters printers;
   host::CairoPictures pictures;
-  host::PosixPrograms programs;
+  support::NoPrograms programs;
   vc::Session session{{clock, loop, desk, ports, files, printers, pictures, programs}};
 
   explicit Run(Input answers) : unit(answers) { unit.line = &ports.state; }

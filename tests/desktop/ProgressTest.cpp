@@ -11,6 +11,7 @@
 #include <QLabel>
 #include <QScreen>
 
+#include "NoPrograms.h"
 #include "RecordingPrinters.h"
 #include "Shown.h"
 #include "TempFolder.h"
@@ -19,7 +20,6 @@
 #include "desktop/QtDesk.h"
 #include "host/CairoPictures.h"
 #include "host/PosixFiles.h"
-#include "host/PosixPrograms.h"
 #include "host/TimerLoop.h"
 #include "shell/Session.h"
 
@@ -208,7 +208,7 @@ TEST(ProgressOfASession, TheFirstDownloadIsShownInTheSplashAndGoneWhenTheMasterP
   host::PosixFiles files;
   support::RecordingPrinters printers;
   host::CairoPictures pictures;
-  host::PosixPrograms programs;
+  support::NoPrograms programs;
   vc::Session session({clock, loop, desk, ports, files, printers, pictures, programs});
   const FormWindows shownWindows(session.forms);
   windows = &shownWindows;

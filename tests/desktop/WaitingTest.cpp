@@ -10,6 +10,7 @@
 #include <QMessageBox>
 #include <QTest>
 
+#include "NoPrograms.h"
 #include "RecordingPrinters.h"
 #include "ScriptedUnit.h"
 #include "TempFolder.h"
@@ -19,7 +20,6 @@
 #include "desktop/QtEventLoop.h"
 #include "host/CairoPictures.h"
 #include "host/PosixFiles.h"
-#include "host/PosixPrograms.h"
 #include "shell/Session.h"
 
 namespace desktop {
@@ -36,7 +36,7 @@ struct Waiting : testing::Test {
   host::PosixFiles files;
   support::RecordingPrinters printers;
   host::CairoPictures pictures;
-  host::PosixPrograms programs;
+  support::NoPrograms programs;
   vc::Session session{{clock, events, desk, ports, files, printers, pictures, programs}};
   FormWindows windows{session.forms};
   std::function<void(std::int32_t)> shows = session.device.hooks.waiting;

@@ -11,10 +11,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include "NoPrograms.h"
 #include "Pty.h"
 #include "QuietView.h"
 #include "TestSession.h"
-#include "host/PosixPrograms.h"
 #include "host/PosixSerialPorts.h"
 #include "host/SystemClock.h"
 
@@ -31,7 +31,7 @@ struct Receiver : testing::TestWithParam<std::size_t> {
   host::PosixFiles files;
   support::RecordingPrinters printers;
   support::TestPictures pictures;
-  host::PosixPrograms programs;
+  support::NoPrograms programs;
   modDebug log;
   modFirmware firmware{
       {clock, loop, desk, ports, files, printers, pictures, programs}, log, support::QuietView()};

@@ -4,6 +4,7 @@
 #include <sstream>
 #include <string>
 
+#include "NoPrograms.h"
 #include "RecordingPrinters.h"
 #include "ScriptedUnit.h"
 #include "TempFolder.h"
@@ -11,7 +12,6 @@
 #include "console/Console.h"
 #include "host/CairoPictures.h"
 #include "host/PosixFiles.h"
-#include "host/PosixPrograms.h"
 
 namespace support {
 
@@ -26,7 +26,7 @@ struct ConsoleRun {
   host::PosixFiles files;
   RecordingPrinters printers;
   host::CairoPictures pictures;
-  host::PosixPrograms programs;
+  support::NoPrograms programs;
   vc::Session session{{clock, loop, desk, ports, files, printers, pictures, programs}};
   console::Console face{session, desk, loop, out};
 

@@ -6,12 +6,12 @@
 #include <vector>
 
 #include "FaultyFiles.h"
+#include "NoPrograms.h"
 #include "RecordingPrinters.h"
 #include "TempFolder.h"
 #include "VirtualClock.h"
 #include "VirtualLine.h"
 #include "host/CairoPictures.h"
-#include "host/PosixPrograms.h"
 #include "host/TimerLoop.h"
 #include "shell/Session.h"
 
@@ -96,7 +96,7 @@ struct TestSession {
   FaultyFiles files;
   RecordingPrinters printers;
   TestPictures pictures;
-  host::PosixPrograms programs;
+  support::NoPrograms programs;
   vc::Session session;
 };
 
