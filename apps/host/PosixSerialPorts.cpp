@@ -211,6 +211,7 @@ std::unique_ptr<vc::SerialPort> PosixSerialPorts::Open(const std::string& name, 
     return nullptr;
   }
   auto port = OpenSerialDevice(path, reason);
+  if (!port && map.PlaceForLine(name) == path) reason = "the simulated unit that it led to has ended";
   if (!port) reason = name + ": " + reason;
   return port;
 }

@@ -11,6 +11,7 @@ Panel::Panel(const PanelContext& opened, const std::string& name, const std::str
   form.keys["Ctrl+Shift+Z"] = [this] { context.edits.history.Redo(); };
   form.keys["Ctrl+Y"] = form.keys["Ctrl+Shift+Z"];
   form.keys["Ctrl+S"] = [this] { context.storeOpenSetup(); };
+  form.keys["B"] = [this] { context.switchHeard(); };
   form.activated = [this] { context.activated(); };
   form.unloaded = [this] {
     context.edits.history.CloseStep();

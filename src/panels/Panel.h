@@ -53,6 +53,8 @@ struct PanelContext {
   Wire<void()> turnFrequencyAxis;
   // Stores the setup to the open file.
   Wire<void()> storeOpenSetup;
+  // The other one of what is heard of the simulated unit, before and after.
+  Wire<void()> switchHeard;
   // Stores what is set in a stand-alone memory of the unit; false where it could not be.
   Wire<bool(int memory, int function)> storeInMemory;
   // Opens the window for that over the panel, which asks by one of its controls, and returns.

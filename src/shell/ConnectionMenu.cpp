@@ -3,6 +3,7 @@
 #include "firmware/FrmFirmwareUpload.h"
 #include "link/veltrana.h"
 #include "model/FieldAccess.h"
+#include "model/Loans.h"
 #include "shell/PeriodicService.h"
 #include "shell/Windows.h"
 #include "text/Convert.h"
@@ -53,10 +54,11 @@ std::string ConnectionMenu::RateCaption() {
 
 void ConnectionMenu::Connect() {
   around.desk.SetHourglass(true);
-  around.device.InitComPort(true);
+  if (!around.device.InitComPort(true) && around.offerUnit()) around.device.InitComPort(true);
   CheckPortAndRate();  // a rate that was none has been corrected
   around.config.ConfigureStages(true);
   around.desk.SetHourglass(false);
+  around.showUnit();
 }
 
 void ConnectionMenu::ShowSelection() {
@@ -77,6 +79,7 @@ bool ConnectionMenu::MayDisconnect(const std::string& title, const std::string& 
 void ConnectionMenu::SelectPort(int entry) {
   const std::int16_t port = MinMax(LowWord(entry), 1, 9);
   if (!MayDisconnect("COM Port Change", "COM Port")) return;
+  TakeBack(around.edits.settings, RowOf<&SystemSettings::comPort>(), 0, 0);
   around.edits.Apply({{&RowOf<&SystemSettings::comPort>(), 0, 0, static_cast<double>(port)}}, {});
   ShowSelection();
 }

@@ -30,6 +30,9 @@ struct ConnectionMenu {
     PeriodicService& periodic;
     Windows& windows;
     Wire<void(const std::string& text)> tell;  // to the operator, without a box
+    // No unit was found: true where another one can be connected to now.
+    Wire<bool()> offerUnit;
+    Wire<void()> showUnit;  // where the operator has taken it up
   };
   explicit ConnectionMenu(const Around& parts);
 

@@ -14,7 +14,7 @@ MasterControl::MasterControl(const Around& parts)
       blocks(chain, parts.edits.settings),
       mirrors(top, chain, blocks, parts.edits),
       connection({menus, parts.edits, parts.device, parts.config, parts.desk, parts.files, parts.periodic,
-                  parts.windows, parts.session.tell}),
+                  parts.windows, parts.session.tell, parts.session.offerUnit, parts.session.showUnit}),
       actions({menus, top, chain, mirrors, blocks, connection, parts.edits.history, parts.desk, parts.panels,
                parts.windows, parts.look, parts.reports, parts.session}),
       settings(parts.edits.settings),
@@ -27,6 +27,7 @@ MasterControl::MasterControl(const Around& parts)
   for (Label& label : lblOversizeFilters) label.keepsRoom = true;
   form.initialFocus = &top.txtComInfo.core;  // where no stray key or wheel can change anything
   ShowOversize(false);
+  lblHeard.core.SetVisible(false);
   form.closeRequested = menus.mnuExit.clicked;
   BindBlocks();
   BindDisplays();

@@ -50,6 +50,8 @@ struct MasterControl {
   Label lblStatus{fraFoot, "lblStatus", ""};
   // How the settings are kept, where that is not as always.
   Label lblKeeping{fraFoot, "lblKeeping", ""};
+  // Before or after, while the simulated unit can be heard.
+  Label lblHeard{fraFoot, "lblHeard", ""};
   Label lblSetupFile{fraFoot, "lblSetupFile", ""};  // the path of the open setup
 
   ChainBlocks blocks;

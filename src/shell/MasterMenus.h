@@ -43,6 +43,9 @@ struct MasterMenus {
   MenuEntry mnuLevelControls{mnuSettings, "mnuLevelControls", "&Enable Software Input Level Controls"};
   MenuEntry mnuChannelSwap{mnuSettings, "mnuChannelSwap", "S&wap Digital Input Channels"};
 
+  MenuEntry mnuUnit{mnuSettings, "mnuUnit", "Simulated &Unit..."};
+  MenuEntry mnuHearBefore{mnuSettings, "mnuHearBefore", "Hear It &Before Processing"};
+
   MenuEntry mnuStandAlone{form, "mnuStandAlone", "S&tand-Alone"};
   ControlArray<MenuEntry, 1, 10> mnuMemorySelect{
       mnuStandAlone,

@@ -91,6 +91,11 @@ void MenuActions::BindSettings() {
     around.look.Choose(linear ? AxisLaw::Logarithmic : AxisLaw::Linear);
   };
   menus.mnuFrequencyAxis.SetChecked(false);
+  menus.mnuUnit.clicked = [this] { around.windows.Open("FrmUnit"); };
+  menus.mnuHearBefore.shortcut = "B";
+  menus.mnuHearBefore.SetChecked(false);
+  menus.mnuHearBefore.core.SetEnabled(false);
+  menus.mnuHearBefore.clicked = [this] { around.session.switchHeard(); };
   for (MenuEntry& entry : menus.mnuMemorySelect) {
     entry.clicked = [this, index = entry.core.index] { around.panels.OpenMemory(index); };
   }

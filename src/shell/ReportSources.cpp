@@ -150,6 +150,7 @@ std::vector<ReportText> ReportSources::Ask(const Asked& asked) const {
                                       .frequencyAxis = [] { return AxisLaw::Linear; },
                                       .turnFrequencyAxis = [] {},
                                       .storeOpenSetup = [] {},
+                                      .switchHeard = [] {},
                                       .storeInMemory = [](int, int) { return false; },
                                       .exchangeTable = [](const TableExchange&) {},
                                       .askForEqualizerLevels = [](bool) {},

@@ -4,6 +4,7 @@
 #include <tuple>
 #include <utility>
 
+#include "model/Loans.h"
 #include "model/Settings.h"
 #include "persist/FileNames.h"
 #include "report/GraphPictures.h"
@@ -12,12 +13,6 @@
 #include "text/modFile.h"
 
 namespace vc {
-namespace {
-
-using Connection = std::tuple<std::int16_t, std::int16_t>;
-
-}  // namespace
-
 Session::Session(Platform host)
     : platform(host),
       portLibrary(host.ports, host.clock),
@@ -163,6 +158,9 @@ MasterControl::Around Session::MasterParts() {
                             if (now) Exit();
                             platform.events.RequestEnd();
                           },
+                      .offerUnit = [this] { return unitConnection.OfferInstead(); },
+                      .showUnit = [this] { unitConnection.ShowStarted(); },
+                      .switchHeard = [this] { unitConnection.SwitchHeard(); },
                       .queueRefresh = [this](bool wanted) { QueueRefresh(wanted); },
                       .tell =
                           [this](const std::string& text) {
@@ -194,7 +192,8 @@ WindowContext Session::WindowWires() {
           .printReport = [this](const std::string& printer,
                                 bool DoubleSpaced) { reports.Print(printer, DoubleSpaced); },
           .platform = platform,
-          .cleaning = CleanWindowParts()};
+          .cleaning = CleanWindowParts(),
+          .unitWindow = UnitWindowParts()};
 }
 
 Reports::Around Session::ReportParts() {
@@ -243,27 +242,38 @@ EditWires Session::EditsWires() {
 }
 
 UnitEvents Session::UnitWires() {
-  return {.changed = [] {},
+  return {.changed = [this] { unitConnection.Follow(); },
           .died = [this](const std::string& lastWords) { unitConnection.TellDeath(lastWords); }};
+}
+
+FrmUnit::Around Session::UnitWindowParts() {
+  return {.unit = unit,
+          .forms = forms,
+          .files = platform.files,
+          .desk = platform.desk,
+          .start = [this] { return unitConnection.Start(); },
+          .stop = [this] { unitConnection.Stop(); },
+          .connected = [this] { return unitConnection.Connected(); },
+          .switchHeard = [this] { unitConnection.SwitchHeard(); },
+          .hearsBefore = [this] { return unitConnection.HearsBefore(); },
+          .chooseSound = [this](const SoundFileWish& wish, Form& over) { ChooseFile(wish, over); }};
 }
 
 UnitConnection::Around Session::UnitParts() {
   return {.unit = unit,
           .settings = settings,
           .device = device,
-          .connection = master.connection,
-          .desk = platform.desk,
-          .tell = [this](const std::string& text) { master.lblStatus.core.SetCaption(text); }};
+          .master = master,
+          .windows = windows,
+          .forms = forms,
+          .desk = platform.desk};
 }
 
 CleanRun::Around Session::CleaningParts() {
-  return {.platform = platform,
-          .settings = settings,
-          .device = device,
-          .unit = unit,
-          .setupName = [this] {
+  return {.platform = platform, .settings = settings, .device = device, .unit = unit, .setupName = [this] {
             const OpenSetup& open = setupContext.open;
-            return open.Path() + (!open.Path().empty() && open.Changed() ? ", changed since it was stored" : "");
+            return open.Path() +
+                   (!open.Path().empty() && open.Changed() ? ", changed since it was stored" : "");
           }};
 }
 
@@ -272,11 +282,12 @@ FrmClean::Around Session::CleanWindowParts() {
           .run = cleaning,
           .unit = unit,
           .startUnit = [this] { return StartUnit(); },
-          .chooseSound =
-              [this](const SoundFileWish& wish, Form& over) {
-                windows.Get<ChooseSound>("ChooseSound").Take(wish);
-                windows.OpenOver("ChooseSound", over);
-              }};
+          .chooseSound = [this](const SoundFileWish& wish, Form& over) { ChooseFile(wish, over); }};
+}
+
+void Session::ChooseFile(const SoundFileWish& wish, Form& over) {
+  windows.Get<ChooseSound>("ChooseSound").Take(wish);
+  windows.OpenOver("ChooseSound", over);
 }
 
 // Whoever edits the record has only stored it: all that shows it follows here.
@@ -320,6 +331,7 @@ void Session::FinishStart() {
   periodic.pollMode = poll::MainLevels;
   settings.loadingSetup = false;
   platform.desk.SetHourglass(false);
+  unitConnection.ShowStarted();
 }
 
 void Session::TellAtStart(const std::string& what) {
@@ -331,7 +343,9 @@ void Session::ConnectAtStart() {
   if (Leaving()) return FinishStart();
   TellAtStart("Waiting for " + ApplicationTitle + " on " + master.connection.PortCaption() + " at " +
               master.connection.RateCaption());
-  if (!device.InitComPort(false)) return FinishStart();
+  if (!device.InitComPort(false) && !(unitConnection.OfferInstead() && device.InitComPort(false))) {
+    return FinishStart();
+  }
   master.connection.CheckFirmwareVersion(true, [this](bool present) {
     if (present && !Leaving()) device.InitComPort(true);
     FinishStart();
@@ -340,14 +354,22 @@ void Session::ConnectAtStart() {
 
 bool Session::Leaving() const { return platform.events.Ending() && !exited; }
 
+Session::Connection Session::OwnConnection() {
+  const OperatorsTurn own(settings);
+  return {settings.comPort, settings.baudIndex};
+}
+
 // Handlers are inert while the flag is set: nothing that the loaded setup fills refits or clears it.
 void Session::NewSetup() {
-  const Connection present{settings.comPort, settings.baudIndex};
+  const Connection present = OwnConnection();
   settings.loadingSetup = true;
   platform.desk.SetHourglass(true);
   history.Exchange("New Filter Configuration", [&] {
     if (!lastState.LoadFactorySetup()) return;
-    if (device.comm.CommPortOpen) std::tie(settings.comPort, settings.baudIndex) = present;
+    if (device.comm.CommPortOpen) {
+      const OperatorsTurn own(settings);
+      std::tie(settings.comPort, settings.baudIndex) = present;
+    }
     TakeOnSetup();
     setupContext.open.Take({});
   });

@@ -1,7 +1,9 @@
 // One run of the program, from its start to its exit: it owns the modules and tells each what the others do.
 #pragma once
 
+#include <cstdint>
 #include <string>
+#include <tuple>
 
 #include "link/modDeviceComm.h"
 #include "link/veltrana.h"
@@ -28,6 +30,7 @@
 #include "shell/UnitConnection.h"
 #include "shell/Windows.h"
 #include "sound/CleanRun.h"
+#include "sound/FrmUnit.h"
 #include "sound/UnitProgram.h"
 #include "text/modDebug.h"
 #include "widgets/Forms.h"
@@ -93,9 +96,11 @@ struct Session {
   TickCalls TickWires();
   EditWires EditsWires();
   UnitEvents UnitWires();
+  FrmUnit::Around UnitWindowParts();
   UnitConnection::Around UnitParts();
   CleanRun::Around CleaningParts();
   FrmClean::Around CleanWindowParts();
+  void ChooseFile(const SoundFileWish& wish, Form& over);
   void TakeConnectionState(const std::string& state);
   void FollowUnitOption();
   void ShowWaiting(std::int32_t hundredths);
@@ -110,6 +115,10 @@ struct Session {
   void TakeOnSetup();
   void ShowOpenSetup();
   void CloseAllButMaster();
+
+  // The port and the rate that the operator has chosen.
+  using Connection = std::tuple<std::int16_t, std::int16_t>;
+  Connection OwnConnection();
 
   bool refreshOnActivate = false;
   bool exited = false;

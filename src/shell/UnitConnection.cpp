@@ -1,11 +1,17 @@
 #include "shell/UnitConnection.h"
 
+#include <utility>
+
 #include "model/FieldAccess.h"
 #include "model/Loans.h"
+#include "shell/MasterControl.h"
+#include "sound/FrmUnit.h"
 #include "text/ProgramInfo.h"
 
 namespace vc {
 namespace {
+
+constexpr const char* Title = "Simulated Unit";
 
 const FieldRow& PortRow() { return RowOf<&SystemSettings::comPort>(); }
 
@@ -13,20 +19,48 @@ const FieldRow& PortRow() { return RowOf<&SystemSettings::comPort>(); }
 
 std::string UnitConnection::Start() {
   if (!MayConnect()) return "the present connection was kept";
+  const std::string reason = StartUnconnected();
+  if (reason.empty()) around.master.connection.Connect();
+  Follow();
+  return reason;
+}
+
+std::string UnitConnection::StartUnconnected() {
   GiveBackPort();
   std::string reason;
-  const bool runs = around.unit.Start(reason);
-  if (runs) {
-    TakePort();
-    around.connection.Connect();
-  }
-  return runs ? std::string() : reason;
+  if (!around.unit.Start(reason)) return reason;
+  TakePort();
+  return {};
 }
 
 bool UnitConnection::MayConnect() const {
-  if (!around.device.comm.CommPortOpen) return true;
+  if (!around.device.comm.CommPortOpen || Connected()) return true;
   const std::string text = "Starting the simulated unit will disconnect the current session.";
-  return around.desk.Box(box::AskOkCancel, "Simulated Unit", text) == Answer::Ok;
+  return around.desk.Box(box::AskOkCancel, Title, text) == Answer::Ok;
+}
+
+bool UnitConnection::Connected() const {
+  return around.device.comm.CommPortOpen && around.unit.Running() &&
+         around.unit.Port() == around.settings.comPort;
+}
+
+bool UnitConnection::OfferInstead() {
+  const bool died = around.unit.Port() != 0;
+  if ((offered && !died) || around.unit.Running() || !around.unit.Installed()) return false;
+  offered = true;
+  const Answer answer = around.desk.Box(box::InformationYesNo, Title,
+                                        "Would you like to start the simulated unit?  It works on recordings "
+                                        "and on the sound card of this computer, as a " +
+                                            ApplicationTitle + " would.");
+  if (answer != Answer::Yes) return false;
+  const std::string reason = StartUnconnected();
+  if (!reason.empty()) around.desk.Box(box::Exclamation, Title, "It could not be started: " + reason + ".");
+  toBeShown = reason.empty();
+  return reason.empty();
+}
+
+void UnitConnection::ShowStarted() {
+  if (std::exchange(toBeShown, false)) around.windows.Open("FrmUnit");
 }
 
 void UnitConnection::TakePort() {
@@ -34,23 +68,60 @@ void UnitConnection::TakePort() {
   if (port == around.settings.comPort) return;
   Lend(around.settings, PortRow(), 0, 0);
   StoreNumber(around.settings, PortRow(), 0, 0, port);
-  around.connection.ShowSelection();
+  around.master.connection.ShowSelection();
 }
 
 void UnitConnection::GiveBackPort() {
   TakeBack(around.settings, PortRow(), 0, 0);
-  around.connection.ShowSelection();
+  around.master.connection.ShowSelection();
 }
 
 void UnitConnection::Stop() {
-  const bool connected = around.unit.Port() == around.settings.comPort;
-  if (connected && around.device.comm.CommPortOpen) around.device.DisconnectZorq(true);
+  if (Connected()) around.device.DisconnectZorq(true);
   around.unit.Stop();
   GiveBackPort();
+  Follow();
 }
 
+void UnitConnection::SwitchHeard() {
+  if (!around.unit.Running()) return;
+  wantsBefore = !HearsBefore();
+  wish = Wish::Asked;
+  around.unit.Ask(wantsBefore ? "bypass on" : "bypass off", [this](const Said& answer) {
+    wish = Wish::Answered;
+    if (answer["ok"].True()) return;
+    around.master.lblStatus.core.SetCaption("Before and after: " + answer["error"].Text() + ".");
+  });
+  Follow();
+}
+
+bool UnitConnection::HearsBefore() const {
+  return wish == Wish::None ? around.unit.state["bypass"].True() : wantsBefore;
+}
+
+void UnitConnection::Follow() {
+  if (wish == Wish::Answered) wish = Wish::None;
+  ShowHeard();
+  if (around.forms.Find("FrmUnit") != nullptr) around.windows.Get<FrmUnit>("FrmUnit").Follow();
+}
+
+void UnitConnection::ShowHeard() {
+  const bool runs = around.unit.Running(), before = HearsBefore();
+  MenuEntry& entry = around.master.menus.mnuHearBefore;
+  entry.core.SetEnabled(runs);
+  entry.SetChecked(runs && before);
+  const bool told = runs && (before || around.unit.state["output"]["kind"].Text() == "card");
+  around.master.lblHeard.core.SetCaption(!told ? "" : before ? "Heard: before (B)" : "Heard: after (B)");
+  around.master.lblHeard.core.SetVisible(told);
+}
+
+// Where another window is in the way the operator finds the button in the menu.
 void UnitConnection::TellDeath(const std::string& lastWords) {
-  around.tell("The simulated unit has ended" + (lastWords.empty() ? "." : ": " + lastWords));
+  around.master.lblStatus.core.SetCaption("The simulated unit has ended by itself" +
+                                          (lastWords.empty() ? "." : ": " + lastWords) +
+                                          "  It is started again by Simulated Unit in the Settings menu.");
+  if (around.forms.Operable(around.master.form)) around.windows.Open("FrmUnit");
+  Follow();
 }
 
 }  // namespace vc

@@ -7,11 +7,13 @@
 #include "link/modDeviceComm.h"
 #include "model/RecordEdits.h"
 #include "platform/Desk.h"
-#include "shell/ConnectionMenu.h"
+#include "shell/Windows.h"
 #include "sound/UnitProgram.h"
 #include "text/Wire.h"
 
 namespace vc {
+
+struct MasterControl;
 
 struct UnitConnection {
   // What it works on.
@@ -19,9 +21,10 @@ struct UnitConnection {
     UnitProgram& unit;
     SystemSettings& settings;
     modDeviceComm& device;
-    ConnectionMenu& connection;
+    MasterControl& master;
+    Windows& windows;
+    Forms& forms;
     Desk& desk;
-    Wire<void(const std::string& text)> tell;  // on the status line
   };
   explicit UnitConnection(const Around& parts) : around(parts) {}
 
@@ -30,17 +33,37 @@ struct UnitConnection {
   std::string Start();
   // Drops the line to it and ends it. The operator's own port stands again.
   void Stop();
-  // It has ended by itself.
+  // The line that is open is its.
+  bool Connected() const;
+  // No unit was found: the operator is asked once in a run whether this one is to be started. True where it
+  // runs now, and the record has its port.
+  bool OfferInstead();
+  // Where the operator has agreed to that, and once the windows are there: what it is to hear is asked.
+  void ShowStarted();
+
+  // The other one of what is heard, before and after.
+  void SwitchHeard();
+  bool HearsBefore() const;
+
+  // It has told something, or has ended by itself.
+  void Follow();
   void TellDeath(const std::string& lastWords);
 
  private:
   bool MayConnect() const;
+  // Empty, or why it does not run.
+  std::string StartUnconnected();
   // The record's port is lent to the unit for as long as that has another one: what the operator keeps in
   // files and over the exit stays the port that was chosen.
   void TakePort();
   void GiveBackPort();
+  void ShowHeard();
 
   Around around;
+  bool offered = false, toBeShown = false;
+  // What the operator wants to hear, until the unit has told that it is so.
+  enum class Wish { None, Asked, Answered } wish = Wish::None;
+  bool wantsBefore = false;
 };
 
 }  // namespace vc

@@ -45,9 +45,11 @@ AnyWindow CheckPrinter(const WindowContext& context) {
                               context.printReport);
 }
 
+AnyWindow SimulatedUnit(const WindowContext& context) { return Make<FrmUnit>(context.unitWindow); }
+
 constexpr std::string_view Master = "MasterControl";
 
-constexpr std::array<WindowRow, 13> AllRows{
+constexpr std::array<WindowRow, 14> AllRows{
     {{"FrmSplash", Splash, "", Modality::Modeless},
      {"StoSet", OverSetups<StoSet>, Master, Modality::Modal},
      {"RecSet", OverSetups<RecSet>, Master, Modality::Modal},
@@ -60,6 +62,7 @@ constexpr std::array<WindowRow, 13> AllRows{
      {"ChooseSound", OverSetups<ChooseSound>, "", Modality::OverOwner},
      {"ChkPrinterForm", CheckPrinter, Master, Modality::Modal},
      {"FrmFirmwareUpload", FirmwareUpload, Master, Modality::Modal},
+     {"FrmUnit", SimulatedUnit, Master, Modality::Modeless},
      {"FrmDebug", ObjectLog, Master, Modality::Modal}}};
 
 const WindowRow& RowOf(std::string_view name) {

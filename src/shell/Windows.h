@@ -13,6 +13,7 @@
 #include "persist/SetupContext.h"
 #include "platform/Platform.h"
 #include "sound/FrmClean.h"
+#include "sound/FrmUnit.h"
 #include "text/modDebug.h"
 #include "widgets/Forms.h"
 
@@ -26,6 +27,7 @@ struct WindowContext {
   Wire<void(const std::string& printer, bool DoubleSpaced)> printReport;
   Platform& platform;
   FrmClean::Around cleaning;
+  FrmUnit::Around unitWindow;
 };
 
 // A window of any kind, as its owner holds it.

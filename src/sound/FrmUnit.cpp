@@ -50,7 +50,6 @@ FrmUnit::FrmUnit(const Around& parts)
       around(parts),
       unit(parts.unit) {
   form.okButton = &btnClose;
-  form.initialFocus = &btnStart.core;
   for (TextBox* box : {&txtPosition, &txtFrom, &txtTo}) box->widest = "0:00:00.00";
   for (TextBox* box : {&txtSource, &txtOutput}) box->readOnly = true;
   lblTrouble.keepsRoom = lblDropOuts.keepsRoom = true;
@@ -109,6 +108,7 @@ void FrmUnit::BindHeard() {
 
 void FrmUnit::Fill() {
   error.clear();
+  form.initialFocus = unit.Running() ? &wave.pbxWave.core : &btnStart.core;  // no stray key is to stop it
   AskDevices();
   Follow();
 }
@@ -116,8 +116,9 @@ void FrmUnit::Fill() {
 void FrmUnit::Start() {
   error.clear();
   error = Capital(around.start());
-  if (unit.Running()) AskDevices();
+  AskDevices();
   Follow();
+  if (unit.Running()) form.Focus(wave.pbxWave.core);
 }
 
 void FrmUnit::Tell(const std::string& command) {

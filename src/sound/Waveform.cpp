@@ -40,7 +40,7 @@ void Waveform::Begin(double seconds, const std::string& name) {
   pressed = dragging = false;
   pbxWave.SetTraces({});
   pbxWave.SetAxes({0, length > 0 ? length : 1, "s"}, {-1, 1});
-  pbxWave.SetNote(name);
+  pbxWave.SetNote(length > 0 ? name : "No recording is open.");
   pbxWave.SetCursor(std::nullopt);
   ShowMarked(std::nullopt);
 }

@@ -86,6 +86,7 @@ inline vc::PanelContext LoneContext(PanelRun& run, const std::string& suffix) {
           .frequencyAxis = DeadEnd{},
           .turnFrequencyAxis = DeadEnd{},
           .storeOpenSetup = DeadEnd{},
+          .switchHeard = DeadEnd{},
           .storeInMemory = DeadEnd{},
           .exchangeTable = DeadEnd{},
           .askForEqualizerLevels = DeadEnd{},
