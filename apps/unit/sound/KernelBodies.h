@@ -100,3 +100,37 @@ void AddProduct(std::span<float> re, std::span<float> im, const Spectrum& a, con
     sumIm[i] += aRe[i] * bIm[i] + aIm[i] * bRe[i];
   }
 }
+
+void AddUncertainty(const Uncertainty& uncertainty, const Spectrum& taps, const Spectrum& sound,
+                    std::span<float> power) {
+  const std::size_t size = power.size();
+  float* __restrict variance = uncertainty.variance.data();
+  float* __restrict sum = power.data();
+  const float *const tapsRe = taps.re.data(), *const tapsIm = taps.im.data();
+  const float *const re = sound.re.data(), *const im = sound.im.data();
+  const float* const rate = uncertainty.rate.data();
+  const float floor = uncertainty.floor, most = uncertainty.most;
+  for (std::size_t i = 0; i < size; ++i) {
+    const float path = tapsRe[i] * tapsRe[i] + tapsIm[i] * tapsIm[i];
+    const float grown = variance[i] + rate[i] * (path > floor ? path : floor);
+    variance[i] = grown < most ? grown : most;
+    sum[i] += variance[i] * (re[i] * re[i] + im[i] * im[i]);
+  }
+}
+
+void FindStep(const Spectrum& sound, const Spectrum& error, std::span<const float> scale, float certainty,
+              std::span<float> variance, std::span<float> stepRe, std::span<float> stepIm) {
+  const std::size_t size = variance.size();
+  float* __restrict uncertain = variance.data();
+  float* const __restrict outRe = stepRe.data(), * const __restrict outIm = stepIm.data();
+  const float *const re = sound.re.data(), *const im = sound.im.data();
+  const float *const wrongRe = error.re.data(), *const wrongIm = error.im.data();
+  const float* const scales = scale.data();
+  for (std::size_t i = 0; i < size; ++i) {
+    const float k = uncertain[i] * scales[i];
+    outRe[i] = k * (re[i] * wrongIm[i] - im[i] * wrongRe[i]);
+    outIm[i] = -k * (re[i] * wrongRe[i] + im[i] * wrongIm[i]);
+    const float left = 1 - certainty * k * (re[i] * re[i] + im[i] * im[i]);
+    uncertain[i] *= left > 0 ? left : 0;
+  }
+}

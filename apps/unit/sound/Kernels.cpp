@@ -69,6 +69,15 @@ UNIT_KERNEL(void, Correlate, (std::span<const float> h, std::span<const float> x
 UNIT_KERNEL(void, AddProduct,
             (std::span<float> re, std::span<float> im, const Spectrum& a, const Spectrum& b), (re, im, a, b))
 
+UNIT_KERNEL(void, AddUncertainty,
+            (const Uncertainty& uncertainty, const Spectrum& taps, const Spectrum& sound,
+             std::span<float> power),
+            (uncertainty, taps, sound, power))
+UNIT_KERNEL(void, FindStep,
+            (const Spectrum& sound, const Spectrum& error, std::span<const float> scale, float certainty,
+             std::span<float> variance, std::span<float> stepRe, std::span<float> stepIm),
+            (sound, error, scale, certainty, variance, stepRe, stepIm))
+
 UNIT_KERNEL(void, Transform, (const Turns& turns, Points& re, Points& im), (turns, re, im))
 UNIT_KERNEL(void, Wind, (const float* a, const float* b, const Turns& turns, Points& re, Points& im),
             (a, b, turns, re, im))

@@ -52,6 +52,24 @@ struct Spectrum {
 // re + j im += a b, line by line; a and b are at least as long as re.
 void AddProduct(std::span<float> re, std::span<float> im, const Spectrum& a, const Spectrum& b);
 
+// How uncertain some taps are, line by line: the variance of their spectrum. From block to block it grows by
+// the rate times the power of the taps, which is taken to be floor at least, up to most.
+struct Uncertainty {
+  std::span<float> variance;
+  std::span<const float> rate;
+  float floor, most;
+};
+
+// Lets the uncertainty of taps grow, and adds to power what it makes of the sound.
+void AddUncertainty(const Uncertainty& uncertainty, const Spectrum& taps, const Spectrum& sound,
+                    std::span<float> power);
+
+// What an error teaches the taps that have heard the sound: with k = variance scale, step = -j k sound*
+// error, which stands half a frame later than the taps; and the variance falls by the part certainty k
+// |sound|^2.
+void FindStep(const Spectrum& sound, const Spectrum& error, std::span<const float> scale, float certainty,
+              std::span<float> variance, std::span<float> stepRe, std::span<float> stepIm);
+
 inline constexpr std::size_t TransformPoints = 256;
 using Points = std::array<float, TransformPoints>;
 // Numbers of magnitude 1 to turn others by.
