@@ -32,17 +32,15 @@ inline SceneLevels WithoutNoise() { return {.noise = SceneOff}; }
 // Next to nothing but speech and hum.
 inline SceneLevels SpeechAndHum() { return {.tone = SceneOff, .noise = -60, .reference = SceneOff}; }
 
-// The one-channel filter as stage 1. It learns in the pauses, in which the hum alone stays below a threshold
-// that is a little above it.
-inline void SetHumFilter(SoundRun& run, int taps, int mu, int threshold) {
+// The one-channel filter as stage 1. Its span is longer than a vowel holds still.
+inline void SetHumFilter(SoundRun& run, int taps, int mu) {
   run.Put(1, vc::FilterKind::OneChAdaptive);
   run.Edit("ch1Taps", std::to_string(taps), 1);
   run.Settle();
   run.Edit("ch1Mu", std::to_string(mu), 1);
   run.Edit("ch1PredSpan", "1200", 1);
   run.Edit("ch1AutoNormalize", "1", 1);
-  run.Edit("ch1AdaptSelect", "2", 1);  // if input < threshold
-  run.Edit("ch1Thresh", std::to_string(threshold), 1);
+  run.Edit("ch1AdaptSelect", "0", 1);
   run.Edit("filterAdapt", "1", 1);
   run.Edit("adaptEnabled", "1");
   run.Take();

@@ -1,4 +1,4 @@
-// The LMS law, its step and the conditions under which it works.
+// The sound under the taps, and the conditions under which they are learned.
 #include "unit/sound/AdaptiveFilter.h"
 
 #include <algorithm>
@@ -11,17 +11,8 @@ namespace unit::sound {
 namespace {
 
 constexpr double CoefficientUnit = 8388608;  // 2^23
-constexpr float LargestWeight = 1.0F;
-// A reference below -40 dB is learned from more slowly: in its pauses, what is left of it must not be made to
-// explain the input.
-constexpr double QuietPower = 1e-4;
+constexpr std::uint16_t HighestRate = 2047;
 constexpr double UsualPower = 0.01;  // -20 dB
-
-double StepOf(std::uint16_t word) {
-  constexpr double middle = 1024;
-  const double rate = RateOfWord(word);
-  return rate / (rate + middle);
-}
 
 float WithinHeadroom(float sample) { return std::clamp(sample, -Headroom, Headroom); }
 
@@ -32,12 +23,14 @@ unsigned RateOfWord(std::uint16_t word) {
   return word <= 1024 ? 2U * word - 256 : 4U * word - 2304;
 }
 
-void SampleHistory::Push(float sample) {
-  if (end == samples.size()) {
-    std::copy(samples.end() - static_cast<std::ptrdiff_t>(reach), samples.end(), samples.begin());
+std::span<float> SampleHistory::Push(std::size_t count) {
+  if (end + count > samples.size()) {
+    std::copy(samples.begin() + static_cast<std::ptrdiff_t>(end - reach),
+              samples.begin() + static_cast<std::ptrdiff_t>(end), samples.begin());
     end = reach;
   }
-  samples[end++] = sample;
+  end += count;
+  return std::span(samples).subspan(end - count, count);
 }
 
 void SampleHistory::Reset() {
@@ -45,60 +38,133 @@ void SampleHistory::Reset() {
   end = reach;
 }
 
-AdaptiveFilter::AdaptiveFilter() : inputs(AdaptiveDelay + 1), references(AdaptiveDelay + AdaptiveTaps + 1) {
-  weights.reserve(AdaptiveTaps);
+AdaptiveFilter::AdaptiveFilter()
+    : inputs(AdaptiveDelay + BlockFrames),
+      references(AdaptiveDelay + AdaptiveTaps + TransformSpan),
+      learner(AdaptiveTaps),
+      line(settings.sampleRate) {
+  taps.reserve(AdaptiveTaps);
   Configure({});
 }
 
 void AdaptiveFilter::Configure(const AdaptiveSettings& wanted) {
-  constexpr std::uint16_t highestRate = 2047;
   settings = wanted;
-  settings.taps = std::clamp<std::size_t>(wanted.taps, 1, AdaptiveTaps);
+  settings.rate = std::min(wanted.rate, HighestRate);
   const std::size_t delay = std::min<std::size_t>(std::size_t{wanted.span} + 1, AdaptiveDelay);
   inputDelay = wanted.delayed == DelayedChannel::Input ? delay : 0;
-  referenceDelay = wanted.delayed == DelayedChannel::Reference ? delay : 0;
-  step = StepOf(std::min(wanted.rate, highestRate));
+  const std::size_t ofReference = wanted.delayed == DelayedChannel::Reference ? delay : 0;
   levelWeight = 1 - std::exp(-1 / (LevelSeconds * wanted.sampleRate));
-  if (weights.size() != settings.taps) weights.assign(settings.taps, 0.0F);
-  untilExact = 0;
+  settings.taps = std::clamp<std::size_t>(wanted.taps, 1, AdaptiveTaps);
+  if (wanted.sampleRate != sampleRate) line.SetRate(wanted.sampleRate);
+  sampleRate = wanted.sampleRate;
+  if (learner.Size() == settings.taps && referenceDelay == ofReference) return;
+  line.Reset();
+  learner.Resize(settings.taps);
+  referenceDelay = ofReference;
+  tapsKnown = framesKnown = heard = false;
 }
 
-void AdaptiveFilter::Clear() { std::fill(weights.begin(), weights.end(), 0.0F); }
+void AdaptiveFilter::Clear() {
+  learner.Clear();
+  line.Reset();
+  tapsKnown = false;
+}
 
 void AdaptiveFilter::Reset() {
   Clear();
   inputs.Reset();
   references.Reset();
   inputLevel = outputLevel = referenceLevel = {};
-  untilExact = 0;
-  nextBounded = 0;
-  adapting = false;
+  filled = lessons = 0;
+  framesKnown = heard = adapting = false;
 }
 
 void AdaptiveFilter::Process(std::span<const float> input, std::span<const float> reference,
                              std::span<float> normal, std::span<float> rejected) {
-  for (std::size_t i = 0; i < input.size(); ++i) {
-    const Outputs outputs = Next(Tame(input[i]), Tame(reference[i]));
-    if (!normal.empty()) normal[i] = outputs.normal;
-    if (!rejected.empty()) rejected[i] = outputs.rejected;
+  for (std::size_t at = 0; at < input.size();) {
+    const std::size_t count = std::min(input.size() - at, BlockFrames - filled);
+    std::ranges::transform(input.subspan(at, count), inputs.Push(count).begin(), Tame);
+    std::ranges::transform(reference.subspan(at, count), references.Push(count).begin(), Tame);
+    ProcessPiece(count);
+    if (!normal.empty()) std::copy_n(error.begin(), count, normal.begin() + static_cast<std::ptrdiff_t>(at));
+    if (!rejected.empty())
+      std::copy_n(prediction.begin(), count, rejected.begin() + static_cast<std::ptrdiff_t>(at));
+    at += count;
   }
-  BringIn(references.Window(referenceDelay, weights.size()));
 }
 
-AdaptiveFilter::Outputs AdaptiveFilter::Next(float input, float reference) {
-  inputs.Push(input);
-  references.Push(reference);
-  const std::span<const float> window = references.Window(referenceDelay, weights.size());
-  TrackEnergy(window, references.Ago(referenceDelay + weights.size()));
+void AdaptiveFilter::ProcessPiece(std::size_t count) {
+  Predict(count);
+  const std::span<const float> input = inputs.Window(inputDelay, count);
+  for (std::size_t i = 0; i < count; ++i) {
+    prediction[i] = WithinHeadroom(prediction[i]);
+    error[i] = WithinHeadroom(input[i] - prediction[i]);
+  }
+  Judge(count);
+  if (filled < BlockFrames) return;
+  if (!heard) Hear();
+  if (Holds())
+    line.Process(blockPrediction, blockError, references.Held(BlockFrames, BlockFrames).first<BlockFrames>());
+  if (lessons > 0) Learn();
+  filled = lessons = 0;
+  heard = false;
+}
 
-  const float prediction = WithinHeadroom(Predict(window));
-  const float error = WithinHeadroom(inputs.Ago(inputDelay) - prediction);
-  inputLevel.Take(input, levelWeight);
-  referenceLevel.Take(reference, levelWeight);
-  outputLevel.Take(error, levelWeight);
-  adapting = MayAdapt();
-  if (adapting) Adapt(error);
-  return {.normal = error, .rejected = prediction};
+bool AdaptiveFilter::Holds() const {
+  return settings.predictor && referenceDelay >= BlockFrames + HeldLine::Latency;
+}
+
+// Whole blocks by their frames, pieces of a block and short filters directly.
+void AdaptiveFilter::Predict(std::size_t count) {
+  constexpr std::size_t directTaps = BlockFrames;
+  if (count == BlockFrames && learner.Size() > directTaps) {
+    Hear();
+    learner.Predict(prediction);
+    return;
+  }
+  if (!tapsKnown) taps.assign(learner.Taps().rbegin(), learner.Taps().rend());
+  tapsKnown = true;
+  Correlate(taps, references.Window(referenceDelay, taps.size() + count - 1),
+            std::span(prediction).first(count));
+}
+
+// At the end of a block.
+void AdaptiveFilter::Hear() {
+  const auto frame = [this](std::size_t blocksAgo) {
+    return references.Window(referenceDelay + blocksAgo * BlockFrames, TransformSpan).first<TransformSpan>();
+  };
+  learner.Hear(frame(0));
+  for (std::size_t i = 1; i < learner.Partitions() && !framesKnown; ++i) learner.HearAgain(i, frame(i));
+  framesKnown = heard = true;
+}
+
+// Sample by sample, whether it may be learned from.
+void AdaptiveFilter::Judge(std::size_t count) {
+  const std::span<const float> input = inputs.Window(0, count), reference = references.Window(0, count),
+                               late = inputs.Window(inputDelay, count);
+  for (std::size_t i = 0; i < count; ++i) {
+    inputLevel.Take(input[i], levelWeight);
+    referenceLevel.Take(reference[i], levelWeight);
+    outputLevel.Take(error[i], levelWeight);
+    adapting = MayAdapt();
+    taughtError[filled + i] = adapting ? error[i] : 0;
+    taughtInput[filled + i] = adapting ? late[i] : 0;
+    blockPrediction[filled + i] = prediction[i];
+    blockError[filled + i] = error[i];
+    if (adapting) ++lessons;
+  }
+  filled += count;
+}
+
+void AdaptiveFilter::Learn() {
+  constexpr double part = 163840, middle = 4;
+  const double rate = RateOfWord(settings.rate);
+  const double loudness = settings.normalize ? 1 : std::min(1.0, referenceLevel.meanSquare / UsualPower);
+  learner.Learn(taughtInput, taughtError,
+                {.rate = loudness * rate / part,
+                 .gain = loudness * rate / (rate + middle),
+                 .share = static_cast<double>(lessons) / BlockFrames});
+  tapsKnown = false;
 }
 
 void AdaptiveFilter::Level::Take(float sample, double weight) {
@@ -107,31 +173,8 @@ void AdaptiveFilter::Level::Take(float sample, double weight) {
   if (meanSquare < faintest) meanSquare = 0;
 }
 
-// One pass over the taps a sample: what the last one has taught comes in on the way.
-float AdaptiveFilter::Predict(std::span<const float> window) {
-  const float change = std::exchange(pendingChange, 0.0F);
-  if (change == 0) return Dot(weights, window);
-  return AddScaledAndDot(weights, change, references.Window(referenceDelay + 1, weights.size()), window);
-}
-
-void AdaptiveFilter::BringIn(std::span<const float> window) {
-  if (pendingChange != 0) AddScaled(weights, std::exchange(pendingChange, 0.0F), window);
-}
-
-// A running sum; it is made exact now and then, so that what rounding leaves does not grow.
-void AdaptiveFilter::TrackEnergy(std::span<const float> window, float leaving) {
-  constexpr std::size_t exactEvery = 4096;
-  if (untilExact == 0) {
-    energy = Energy(window);
-    untilExact = exactEvery;
-  } else {
-    energy += double{window.back()} * window.back() - double{leaving} * leaving;
-  }
-  --untilExact;
-}
-
 bool AdaptiveFilter::MayAdapt() const {
-  if (step == 0) return false;
+  if (settings.rate == 0) return false;
   const double threshold = settings.threshold / 32767.0;
   const auto above = [threshold](const Level& level) { return 2 * level.meanSquare > threshold * threshold; };
   switch (settings.condition) {
@@ -152,43 +195,23 @@ bool AdaptiveFilter::MayAdapt() const {
   }
 }
 
-void AdaptiveFilter::Adapt(float error) {
-  constexpr double faintest = 1e-15;
-  const double taps = static_cast<double>(weights.size());
-  const double largest = 1 / (std::max(energy, 0.0) + QuietPower * taps);
-  const double gain = settings.normalize ? step * largest : std::min(step / (UsualPower * taps), largest);
-  const double change = gain * error;
-  if (std::abs(change) < faintest) return;
-  pendingChange = static_cast<float>(change);
-  BoundWeights();
-}
-
-// A few taps at a time: what one sample can add to a tap is small.
-void AdaptiveFilter::BoundWeights() {
-  constexpr std::size_t atOnce = 16;  // more of them would not be stored when the next sample reads them
-  const std::size_t end = std::min(nextBounded + atOnce, weights.size());
-  for (std::size_t i = nextBounded; i < end; ++i) {
-    weights[i] = std::clamp(weights[i], -LargestWeight, LargestWeight);
-  }
-  nextBounded = end == weights.size() ? 0 : end;
-}
-
 void AdaptiveFilter::Coefficients(std::span<std::int32_t> out) const {
-  const std::size_t held = std::min(out.size(), weights.size());
+  const std::size_t held = std::min(out.size(), learner.Size());
   for (std::size_t i = 0; i < held; ++i) {
-    const double code = std::nearbyint(double{weights[weights.size() - 1 - i]} * CoefficientUnit);
+    const double code = std::nearbyint(double{learner.Taps()[i]} * CoefficientUnit);
     out[i] = static_cast<std::int32_t>(std::clamp(code, -CoefficientUnit, CoefficientUnit - 1));
   }
   std::fill(out.begin() + static_cast<std::ptrdiff_t>(held), out.end(), 0);
 }
 
 void AdaptiveFilter::SetCoefficients(std::span<const std::int32_t> coefficients) {
-  Clear();
-  const std::size_t given = std::min(coefficients.size(), weights.size());
-  for (std::size_t i = 0; i < given; ++i) {
-    const double tap = std::clamp(coefficients[i] / CoefficientUnit, -1.0, 1.0);
-    weights[weights.size() - 1 - i] = static_cast<float>(tap);
+  std::vector<float> wanted;
+  for (const std::int32_t coefficient : coefficients.first(std::min(coefficients.size(), learner.Size()))) {
+    wanted.push_back(static_cast<float>(std::clamp(coefficient / CoefficientUnit, -1.0, 1.0)));
   }
+  learner.SetTaps(wanted);
+  line.Reset();
+  tapsKnown = false;
 }
 
 }  // namespace unit::sound

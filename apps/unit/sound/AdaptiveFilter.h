@@ -2,11 +2,15 @@
 // canceller, which finds in one sound what another one carries.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 #include <vector>
 
+#include "unit/sound/BlockLearner.h"
+#include "unit/sound/Blocks.h"
+#include "unit/sound/HeldLine.h"
 #include "unit/sound/Kernels.h"
 
 namespace unit::sound {
@@ -28,6 +32,7 @@ enum class AdaptCondition : std::uint8_t {
 };
 
 struct AdaptiveSettings {
+  bool predictor = false;  // the one-channel filter: its reference is its input
   std::size_t taps = 4;    // 1..6144
   std::uint16_t span = 0;  // 0..32767, the prediction span or delay less one sample
   DelayedChannel delayed = DelayedChannel::Reference;
@@ -47,12 +52,15 @@ class SampleHistory {
  public:
   explicit SampleHistory(std::size_t longest) : reach(longest), samples(longest + Slack), end(longest) {}
 
-  void Push(float sample);
+  // Room for count samples more, at most Slack, to be written at once.
+  std::span<float> Push(std::size_t count);
   void Reset();
-  // The sample delay samples ago, 0 being the last one; delay is less than the reach.
-  float Ago(std::size_t delay) const { return samples[end - 1 - delay]; }
   // size samples, oldest first, the newest of them delay samples ago; delay + size is at most the reach.
   std::span<const float> Window(std::size_t delay, std::size_t size) const {
+    return std::span(samples).subspan(end - delay - size, size);
+  }
+  // The same, to be changed.
+  std::span<float> Held(std::size_t delay, std::size_t size) {
     return std::span(samples).subspan(end - delay - size, size);
   }
 
@@ -64,11 +72,13 @@ class SampleHistory {
   std::size_t end;
 };
 
-// A transversal filter that learns by the normalised LMS law (Haykin, Adaptive Filter Theory, chapter 6): its
-// reference, through the taps, is the prediction; what the prediction leaves of the input drives the taps. Of
-// the rate m the step is m / (m + 1024), so every rate is stable and the reference's level does not matter.
-// Without normalisation the step is that of a reference of -20 dB (RMS, below full scale) whatever the level
-// is: louder sounds are learned faster, in proportion to their power, up to the step 1.
+// A transversal filter that learns, block by block, as BlockLearner says: its reference, through the taps, is
+// the prediction; what the prediction leaves of the input drives the taps. There is no delay. Of the rate m,
+// the taps are taken to change by the part m / 163840 of their power a block, and a step is m / (m + 4) of
+// the best one, so every rate is stable: a low one learns slowly and finely, a high one follows quickly and
+// coarsely. Without normalisation both are less for a reference below -20 dB (RMS, below full scale), in
+// proportion to its power. What goes into the line of the one-channel filter is told by HeldLine; where its
+// delay is shorter than that needs, it is the input.
 class AdaptiveFilter {
  public:
   static constexpr double LevelSeconds = 0.02;  // time constant of the short-time levels
@@ -87,7 +97,7 @@ class AdaptiveFilter {
 
   // Whether the last sample was learned from.
   bool Adapting() const { return adapting; }
-  std::size_t Taps() const { return weights.size(); }
+  std::size_t Taps() const { return learner.Size(); }
 
   // The taps as numbers of 24 bits, -2^23..2^23-1, of which 2^23 is 1.0, the latest sample's first. What is
   // longer than the filter gets zeros.
@@ -96,33 +106,36 @@ class AdaptiveFilter {
   void SetCoefficients(std::span<const std::int32_t> coefficients);
 
  private:
-  struct Outputs {
-    float normal, rejected;
-  };
   struct Level {
     double meanSquare = 0;
     void Take(float sample, double weight);
   };
+  using BlockOf = std::array<float, BlockFrames>;
 
-  Outputs Next(float input, float reference);
-  void TrackEnergy(std::span<const float> window, float leaving);
+  void ProcessPiece(std::size_t count);
+  void Predict(std::size_t count);
+  void Hear();
+  void Judge(std::size_t count);
+  void Learn();
+  bool Holds() const;
   bool MayAdapt() const;
-  float Predict(std::span<const float> window);
-  void Adapt(float error);
-  void BringIn(std::span<const float> window);
-  void BoundWeights();
 
   AdaptiveSettings settings;
   std::size_t inputDelay = 0, referenceDelay = 0;
-  double step = 0;         // of the normalised law, 0..1
+  double sampleRate = 12000;
   double levelWeight = 0;  // of a sample in the short-time levels
 
   SampleHistory inputs, references;
-  AlignedFloats weights;       // the oldest sample's first
-  float pendingChange = 0;     // what the last sample has taught, times its window: not in the taps yet
-  double energy = 0;           // of the samples under the taps
-  std::size_t untilExact = 0;  // samples until the energy is summed anew
-  std::size_t nextBounded = 0;
+  BlockLearner learner;
+  HeldLine line;
+  AlignedFloats taps;                       // the oldest sample's first, as the learner has them
+  bool tapsKnown = false;                   // taps are the learner's
+  bool heard = false;                       // the learner has this block's frame
+  bool framesKnown = false;                 // and those before it
+  BlockOf prediction{}, error{};            // of the present piece
+  BlockOf blockPrediction{}, blockError{};  // of the block so far
+  BlockOf taughtInput{}, taughtError{};     // 0 where it is not learned from
+  std::size_t filled = 0, lessons = 0;      // samples of the present block, and those to be learned from
   Level inputLevel, outputLevel, referenceLevel;
   bool adapting = false;
 };

@@ -68,9 +68,7 @@ void Engine::Apply(const Setting& setting) {
   route = RouteOf(registers);
   for (std::size_t position = 1; position <= RoutedPositions; ++position) {
     if (IsBroadband(position)) continue;
-    const bool ownOnC = route.At(position).ownChannelOnC;
-    ProgramAt(position).Configure(
-        StageSettingsOf(setting, position, ownOnC ? DelayedChannel::Input : DelayedChannel::Reference));
+    ProgramAt(position).Configure(StageSettingsOf(setting, position, route.At(position)));
   }
   ApplyBroadband(setting);
   ApplyTraces();

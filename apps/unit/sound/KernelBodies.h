@@ -38,27 +38,6 @@ void AddScaled(std::span<float> y, float k, std::span<const float> x) {
   for (std::size_t i = 0; i < y.size(); ++i) y[i] += k * x[i];
 }
 
-float AddScaledAndDot(std::span<float> y, float k, std::span<const float> x, std::span<const float> z) {
-  Lanes sums[4] = {};
-  const std::size_t size = y.size();
-  std::size_t i = 0;
-  for (; i + 4 * Width <= size; i += 4 * Width) {
-    for (std::size_t j = 0; j < 4; ++j) {
-      auto* const at = reinterpret_cast<LoadedLanes*>(&y[i + j * Width]);
-      const Lanes sum = at->lanes + k * reinterpret_cast<const LoadedLanes*>(&x[i + j * Width])->lanes;
-      at->lanes = sum;
-      sums[j] += sum * reinterpret_cast<const LoadedLanes*>(&z[i + j * Width])->lanes;
-    }
-  }
-  const Lanes sum = (sums[0] + sums[1]) + (sums[2] + sums[3]);
-  float result = 0.0F;
-  for (; i < size; ++i) {
-    y[i] += k * x[i];
-    result += y[i] * z[i];
-  }
-  return result + SumOf(sum);
-}
-
 // Outputs side by side in the lanes: each tap is spread once over 64 of them, and no sum crosses lanes.
 void Correlate(std::span<const float> h, std::span<const float> x, std::span<float> y) {
   constexpr std::size_t Rows = 8;

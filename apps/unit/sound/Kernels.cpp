@@ -62,8 +62,6 @@ const Machine machine = ThisMachine();
 
 UNIT_KERNEL(float, Dot, (std::span<const float> a, std::span<const float> b), (a, b))
 UNIT_KERNEL(void, AddScaled, (std::span<float> y, float k, std::span<const float> x), (y, k, x))
-UNIT_KERNEL(float, AddScaledAndDot,
-            (std::span<float> y, float k, std::span<const float> x, std::span<const float> z), (y, k, x, z))
 UNIT_KERNEL(void, Correlate, (std::span<const float> h, std::span<const float> x, std::span<float> y),
             (h, x, y))
 UNIT_KERNEL(void, AddProduct,
@@ -83,7 +81,5 @@ UNIT_KERNEL(void, Wind, (const float* a, const float* b, const Turns& turns, Poi
             (a, b, turns, re, im))
 UNIT_KERNEL(void, Unwind, (const Points& re, const Points& im, const Turns& turns, float scale, float* out),
             (re, im, turns, scale, out))
-
-float Energy(std::span<const float> x) { return Dot(x, x); }
 
 }  // namespace unit::sound

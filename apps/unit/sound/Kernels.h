@@ -32,13 +32,6 @@ float Dot(std::span<const float> a, std::span<const float> b);
 // y[i] += k x[i]; x is at least as long as y.
 void AddScaled(std::span<float> y, float k, std::span<const float> x);
 
-// y[i] += k x[i], and of what that gives the sum of y[i] z[i], as Dot has it, in one pass; x and z are at
-// least as long as y.
-float AddScaledAndDot(std::span<float> y, float k, std::span<const float> x, std::span<const float> z);
-
-// The sum of the squares.
-float Energy(std::span<const float> x);
-
 // y[i] = the sum over k of h[k] x[i + k]: a filter whose taps are h from the oldest sample to the newest. x
 // holds y.size() + h.size() - 1 samples at least, and does not overlap y. A y[i] does not depend on where y
 // begins.

@@ -70,14 +70,15 @@ ProgramKind KindOf(const Setting& setting, std::size_t position) {
 }
 
 AdaptiveSettings AdaptiveSettingsOf(const Setting& setting, std::size_t position, const UnitRate& rate,
-                                    DelayedChannel delayed) {
+                                    const StageRoute& route) {
   const std::size_t offset = position - 1;
   const unsigned selections = Word(setting, FirstSelection + offset / 4);
   const unsigned size = setting.programs.stages[offset].size.value_or(0);
   const std::size_t whole = rate.adaptiveTaps * (1 + BorrowedBy(setting, position));
-  return {.taps = size == WholeSize ? whole : size + 1,
+  return {.predictor = route.OwnChannel() == route.Reference(),
+          .taps = size == WholeSize ? whole : size + 1,
           .span = static_cast<std::uint16_t>(Word(setting, FirstSpan + offset)),
-          .delayed = delayed,
+          .delayed = route.ownChannelOnC ? DelayedChannel::Input : DelayedChannel::Reference,
           .rate = static_cast<std::uint16_t>(Word(setting, FirstAdaptation + offset) & RateMask),
           .normalize = BitOf(Word(setting, NormalizeBits), position),
           .condition = static_cast<AdaptCondition>(selections >> (12 - 4 * (offset % 4)) & 15U),
@@ -96,7 +97,7 @@ void FreezeAdaptive(Setting& setting) {
 
 UnitRate RateOf(const RegisterValues& registers) { return rates[registers[SystemWord].value_or(0) >> 12U]; }
 
-StageSettings StageSettingsOf(const Setting& setting, std::size_t position, DelayedChannel delayed) {
+StageSettings StageSettingsOf(const Setting& setting, std::size_t position, const StageRoute& route) {
   constexpr std::size_t lastWithWords = 8;
   StageSettings settings{.rate = RateOf(setting.registers),
                          .kind = KindOf(setting, position),
@@ -110,7 +111,7 @@ StageSettings StageSettingsOf(const Setting& setting, std::size_t position, Dela
   }
   if (settings.kind == ProgramKind::Adaptive) {
     settings.program.coefficients.clear();
-    settings.adaptive = AdaptiveSettingsOf(setting, position, settings.rate, delayed);
+    settings.adaptive = AdaptiveSettingsOf(setting, position, settings.rate, route);
   }
   return settings;
 }

@@ -39,7 +39,7 @@ struct StageSettings {
   bool operator==(const StageSettings&) const = default;
 };
 
-// delayed: as the routing has it.
-StageSettings StageSettingsOf(const Setting& setting, std::size_t position, DelayedChannel delayed);
+// route: of this position.
+StageSettings StageSettingsOf(const Setting& setting, std::size_t position, const StageRoute& route);
 
 }  // namespace unit::sound
