@@ -44,6 +44,7 @@ void BlockLearner::Clear() {
 
 void BlockLearner::SetTaps(std::span<const float> wanted) {
   Clear();
+  if (std::ranges::all_of(wanted, [](float tap) { return tap == 0; })) return;
   std::ranges::copy(wanted.first(std::min(wanted.size(), size)), taps.begin());
   for (std::size_t i = 0; i < count; ++i) {
     Load(i);

@@ -41,7 +41,7 @@ class BlockLearner {
 
   // Of lag 0 first.
   std::span<const float> Taps() const { return std::span(taps).first(size); }
-  // As many as there are given, the rest is 0. They are taken to be about right.
+  // As many as there are given, the rest is 0. Where one is not 0 they are taken to be about right.
   void SetTaps(std::span<const float> wanted);
 
   // The next frame of the reference; the one before it becomes that of the next partition.
