@@ -44,6 +44,7 @@ make_speech() {
     parts+=("part$i.wav")
   done
   sox -D "${parts[@]}" -e floating-point -b 32 speech.wav
+  sox -D "${parts[@]}" "${parts[@]}" -e floating-point -b 32 long.wav
 }
 
 # ---- The tools: each makes $1/out.wav of $1/noisy.wav. All their settings stand here.
@@ -65,14 +66,63 @@ through_ffmpeg() {
   ffmpeg -nostdin -v error -y -i "$1/noisy.wav" -af "$2" -c:a pcm_f32le "$1/out.wav"
 }
 
+
+unit_hum() {  # the manual's settings for hum
+  "$bin/compare_unit" "$1/noisy.wav" - "$1/out.wav" bandwidthIndex=1 'filterType(1)=1' 'filterActive(1)=1' \
+    'ch1Taps(1)=1024' 'ch1Mu(1)=8' 'ch1PredSpan(1)=1200' 'ch1AutoNormalize(1)=1' 'ch1AdaptSelect(1)=0' \
+    'filterAdapt(1)=1' adaptEnabled=1
+}
+notches() {  # of the 20 harmonics of 50 Hz, each so many Hz wide
+  local chain=() k
+  for ((k = 50; k <= 1000; k += 50)); do chain+=(bandreject $k "$2h"); done
+  sox -V1 -D "$1/noisy.wav" "$1/out.wav" "${chain[@]}"
+}
+sox_half() { notches "$1" 0.5; }
+sox_1() { notches "$1" 1; }
+sox_2() { notches "$1" 2; }
+ff_quarter() { ff_notches "$1" 0.25; }
+ff_1() { ff_notches "$1" 1; }
+ff_notches() {
+  local chain= k
+  for ((k = 50; k <= 1000; k += 50)); do chain+="bandreject=f=$k:t=h:w=$2:r=f64,"; done
+  through_ffmpeg "$1" "${chain%,}"
+}
+
+unit_canceller() {  # the manual's settings for a reference through a room
+  "$bin/compare_unit" "$1/noisy.wav" "$1/reference.wav" "$1/out.wav" bandwidthIndex=1 'filterType(1)=0' \
+    'filterActive(1)=1' 'ch2Taps(1)=1024' 'ch2Mu(1)=16' 'ch2DelayChan(1)=1' 'ch2Delay(1)=0' 'ch2AutoNormalize(1)=1' \
+    'ch2AdaptSelect(1)=0' 'filterAdapt(1)=1' adaptEnabled=1
+}
+speex_128() { "$bin/compare_echo" "$1/noisy.wav" "$1/reference.wav" "$1/out.wav" 128 1024; }
+speex_256() { "$bin/compare_echo" "$1/noisy.wav" "$1/reference.wav" "$1/out.wav" 256 1024; }
+anlms_001() { anlms "$1" 0.001; }
+anlms_003() { anlms "$1" 0.003; }
+anlms_01() { anlms "$1" 0.01; }
+anlms() {
+  ffmpeg -nostdin -v error -y -i "$1/reference.wav" -i "$1/noisy.wav" \
+    -filter_complex "[0][1]anlms=order=1024:mu=$2:eps=0.0001:out_mode=n" -c:a pcm_f32le "$1/out.wav"
+}
+
 # ---- The recordings and the tools that are tried on each: name, kind, ratio in dB, seed, tools.
 
 denoisers="unit_reducer speex noisered afftdn anlmdn"
+notches="unit_hum ff_quarter sox_half sox_1 sox_2"
+cancellers="unit_canceller speex_128 speex_256 anlms_001 anlms_003 anlms_01"
 recordings=(
   "white-5 white 5 1 $denoisers"
   "white-0 white 0 2 $denoisers"
   "pink-5 pink 5 3 $denoisers"
   "clean none 0 4 $denoisers"
+  "hum-0 hum 0 5 $notches"
+  "hum-10 hum 10 6 $notches"
+  "mains-0 mains 0 7 $notches"
+  "mains-10 mains 10 8 $notches"
+  "hum-clean none 0 9 $notches"
+  "radio-0 radio 0 10 $cancellers"
+  "radio-5 radio -5 11 $cancellers"
+  "radio-10 radio 10 12 $cancellers"
+  "moved-0 moved 0 13 $cancellers"
+  "elsewhere elsewhere 0 14 $cancellers"
 )
 
 heading=
@@ -85,15 +135,20 @@ head() {  # of a table, wherever other tools come
 }
 
 compare() {  # name kind ratio seed tools...
-  local name=$1 gain stoi delay
+  local name=$1 gain stoi delay voice=speech.wav from=$lead
+  case $2 in
+    hum | mains | radio | moved | elsewhere) voice=long.wav ;;
+  esac
+  [ "$1" = hum-clean ] && voice=long.wav
+  if [ $voice = long.wav ]; then from=$(soxi -D long.wav | awk '{ print $1 / 2 }'); fi  # what has learned counts
   mkdir -p "$name"
-  "$bin/compare_recording" "$2" "$3" "$4" speech.wav "$name"
+  "$bin/compare_recording" "$2" "$3" "$4" "$voice" "$name"
   shift 4
   head "$@"
   printf '| %s |' "$name"
   for tool in untreated "$@"; do
     if [ "$tool" = untreated ]; then cp "$name/noisy.wav" "$name/out.wav"; else "$tool" "$name"; fi
-    read -r gain stoi delay < <("$bin/compare_measure" "$name/clean.wav" "$name/noisy.wav" "$name/out.wav" $lead)
+    read -r gain stoi delay < <("$bin/compare_measure" "$name/clean.wav" "$name/noisy.wav" "$name/out.wav" "$from")
     mv "$name/out.wav" "$name/$tool.wav"
     echo "$tool $delay" >>"$name/delays"
     if [ "$tool" = untreated ]; then printf ' %s |' "$stoi"; else printf ' %+.1f dB, %s |' "$gain" "$stoi"; fi
