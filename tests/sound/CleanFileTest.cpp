@@ -5,7 +5,7 @@
 
 #include <gmock/gmock.h>
 
-#include "CleanRun.h"
+#include "CleanedFile.h"
 #include "Signals.h"
 #include "SoundRun.h"
 #include "model/Kinds.h"

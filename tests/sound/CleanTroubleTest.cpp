@@ -5,7 +5,7 @@
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
-#include "CleanRun.h"
+#include "CleanedFile.h"
 #include "Program.h"
 #include "unit/MemoryFile.h"
 
