@@ -179,7 +179,8 @@ TEST_F(UnitControl, TheEndOfItsInputEndsAnAttachedOneAlone) {
 // In the background of a terminal it may not read, and must not stop for that nor try without a pause.
 TEST_F(UnitControl, GoesOnInTheBackgroundOfATerminal) {
   const std::string process = folder.Path() + "/process";
-  Start("exec script -qfc 'set -m; echo begun; (exec", ") & echo $! >" + process + "; sleep 3' /dev/null");
+  Start("exec script -qfc 'set -m; echo begun; (exec",
+        "--attached) & echo $! >" + process + "; sleep 30' /dev/null");
   ASSERT_NE(program->Await("begun"), "");
   program->Say("state");
   ExpectAlive();
@@ -193,6 +194,9 @@ TEST_F(UnitControl, GoesOnInTheBackgroundOfATerminal) {
   for (int i = 0; i < 10; ++i) stat >> field;
   stat >> user;
   EXPECT_LE(user, 20) << "hundredths of a second";
+  // With the terminal it ends.
+  program.reset();
+  EXPECT_TRUE(Soon([&] { return !std::filesystem::exists(link); }));
 }
 
 }  // namespace
