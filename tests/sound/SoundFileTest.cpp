@@ -184,6 +184,12 @@ TEST_F(SoundFile, GoesWhereItIsSentAndRoundAPart) {
     EXPECT_EQ(Frames(Play(reader, 2).left)[1], 6301);
     EXPECT_FALSE(reader.SetLoop(SoundReader::Loop{1.0, 1.01}));
     EXPECT_EQ(reader.Looped()->to, 1.0);
+    // The reader has seen the file's end already.
+    reader.SetLoop(std::nullopt);
+    reader.Seek(2.99);
+    Play(reader, 1);
+    ASSERT_TRUE(reader.SetLoop(SoundReader::Loop{2.0, 3.0}));
+    EXPECT_EQ(Frames(Play(reader, 200).left)[199], 24000 + 80);
     reader.SetLoop(std::nullopt);
     reader.Seek(99);
     EXPECT_EQ(Play(reader, 10).sound, 0U);

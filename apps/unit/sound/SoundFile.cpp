@@ -173,7 +173,7 @@ bool SoundReader::SetLoop(const std::optional<Loop>& wanted) {
         static_cast<double>(part->to) < static_cast<double>(part->from) + ShortestLoop * fileRate)
       return false;
   }
-  const bool readTooFar = seamsAhead > 0 || (part && at > part->to);
+  const bool readTooFar = seamsAhead > 0 || (part && (fileEnded || at > part->to));
   loop = part;
   if (part && played >= static_cast<double>(part->to)) return GoTo(static_cast<double>(part->from));
   return !readTooFar || GoTo(played);
