@@ -98,6 +98,7 @@ TEST_F(UnitControl, TakesEveryNameOfAFile) {
   const std::string pipe = folder.Path() + "/pipe";
   ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
   EXPECT_EQ(Error("source file " + pipe), pipe + ": is no file on a disk");
+  EXPECT_EQ(Error("output file " + pipe), pipe + ": is no file on a disk");
   EXPECT_EQ(Ask("state")["source"]["rate"].Number(), 12000.0);
 }
 

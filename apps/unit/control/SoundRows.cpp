@@ -1,7 +1,6 @@
 // What is heard, where it goes, and how it runs.
 #include <charconv>
-#include <cmath>
-#include <iterator>
+#include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "unit/control/Rows.h"
@@ -49,11 +48,21 @@ std::optional<double> SecondsOf(const std::string& word) {
   return seconds;
 }
 
+// The opening of a pipe waits for whoever is at its other end, and its use as well. Empty, or what is wrong.
+template <typename Kind>
+std::string Unfit(const Way<Kind>& way, const Words& words) {
+  std::error_code error;
+  const bool other = way.kind == Kind::File && std::filesystem::exists(words[1], error) &&
+                     !std::filesystem::is_regular_file(words[1], error);
+  return other ? words[1] + ": is no file on a disk" : "";
+}
+
 }  // namespace
 
 std::optional<Answer> Source(Parts& parts, const Words& words) {
   const auto* const way = WayOf(sources, words);
   if (way == nullptr) return Refused{"source needs scene, file FILE or card NAME"};
+  if (const std::string wrong = Unfit(*way, words); !wrong.empty()) return Refused{wrong};
   return DoneAnewUnless(
       parts,
       parts.sound->SetSource({.kind = way->kind, .name = way->named ? words[1] : "", .seed = parts.seed}));
@@ -62,6 +71,7 @@ std::optional<Answer> Source(Parts& parts, const Words& words) {
 std::optional<Answer> Output(Parts& parts, const Words& words) {
   const auto* const way = WayOf(sinks, words);
   if (way == nullptr) return Refused{"output needs none, file FILE or card NAME"};
+  if (const std::string wrong = Unfit(*way, words); !wrong.empty()) return Refused{wrong};
   return DoneAnewUnless(parts, parts.sound->SetSink(way->kind, way->named ? words[1] : ""));
 }
 

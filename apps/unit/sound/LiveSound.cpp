@@ -3,7 +3,6 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <utility>
 
 #include "unit/Commands.h"
@@ -47,10 +46,6 @@ std::string LiveSound::SetSource(const SourceWish& wish) {
   if (wish.kind == SourceKind::File) {
     const auto* const series = std::get_if<FileSeries>(&sink);
     if (series != nullptr && series->Writes(wish.name)) return wish.name + ": is being written";
-    // The opening of a pipe waits for whoever writes to it.
-    std::error_code error;
-    if (std::filesystem::exists(wish.name, error) && !std::filesystem::is_regular_file(wish.name, error))
-      return wish.name + ": is no file on a disk";
   }
   if (wish.kind == SourceKind::Card || source.Card() != nullptr) RestCards();
   auto opened = SoundSource::Open(wish, rate);
