@@ -1,6 +1,7 @@
 // What the operator hears while he switches between before and after.
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include <gtest/gtest.h>
 
@@ -33,14 +34,14 @@ struct Ears {
       Sound right = left;
       const std::span<const float> input = in.subspan(at, BlockFrames);
       comparison.Process({input, input}, {left, right}, {delay, delay});
-      heard.insert(heard.end(), left.begin(), left.end());
+      std::ranges::copy(left, std::back_inserter(heard));
     }
   }
   // As many whole blocks as there are.
   void Hear(std::span<const float> in) {
     in = in.first(in.size() / BlockFrames * BlockFrames);
     const std::size_t first = past.size();
-    past.insert(past.end(), in.begin(), in.end());
+    std::ranges::copy(in, std::back_inserter(past));
     Sound out(in.size());
     for (std::size_t i = 0; i < in.size(); ++i) {
       if (first + i >= delay) out[i] = gain * past[first + i - delay];
@@ -105,7 +106,7 @@ TEST(Comparison, LiesUponTheProcessedSound) {
   Ears ears{12000, 1.0F, 1234};
   const Sound in = test::signals::Noise(60160, 0.1, 3);
   Sound out(in.size());
-  std::copy(in.begin(), in.end() - 1234, out.begin() + 1234);
+  for (std::size_t i = 1234; i < in.size(); ++i) out[i] = in[i - 1234];
   ears.comparison.SetBypass(true);
   ears.Hear(in);
   for (std::size_t i = 30000; i < ears.heard.size(); ++i) ASSERT_NEAR(ears.heard[i], out[i], 0.002) << i;
