@@ -8,6 +8,7 @@
 #include "unit/card/CardStream.h"
 #include "unit/card/Playback.h"
 #include "unit/card/PortAudioSide.h"
+#include "unit/card/Urgency.h"
 
 namespace unit::sound {
 
@@ -18,6 +19,7 @@ struct OpenOutput {
       : stream(std::move(opened)), playback(stream->Share(), stream->Rate(), stream->Delay(), rate) {}
   Stream stream;
   Playback playback;
+  Urgency urgency;
 };
 
 struct OpenInput {
@@ -25,6 +27,7 @@ struct OpenInput {
       : stream(std::move(opened)), capture(stream->Share(), stream->Rate(), stream->Delay(), rate) {}
   Stream stream;
   Capture capture;
+  Urgency urgency;
 };
 
 CardNames SoundCards() {

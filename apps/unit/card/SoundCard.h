@@ -24,8 +24,8 @@ CardNames SoundCards();
 struct OpenOutput;
 struct OpenInput;
 
-// Plays what is written. All calls come from one thread; none of them waits for the card, but opening and
-// closing, which take two seconds at most.
+// Plays what is written. All calls come from one thread, which comes before ordinary ones while a card is
+// open (Urgency); none of them waits for the card, but opening and closing, which take two seconds at most.
 class CardOutput {
  public:
   // rate: the unit's, 7200..36000 Hz. Else why not, in words.
