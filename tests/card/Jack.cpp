@@ -85,9 +85,8 @@ int Studio::Process(jack_nframes_t frames, void* self) {
   const bool sounding = studio.sounding;
   if (sounding && studio.sounded == 0) studio.began = before;
   for (std::size_t i = 0; i < frames; ++i) {
-    const double turn = 2 * std::numbers::pi * static_cast<double>(studio.sounded) / 48000;
-    const double sound = HumLevel * std::sin(Hum * turn) + ToneLevel * std::sin(Tone * turn);
-    played[i] = sounding ? static_cast<float>(sound) : 0.0F;
+    const double phase = 2 * std::numbers::pi * Tone * static_cast<double>(studio.sounded) / 48000;
+    played[i] = sounding ? static_cast<float>(Level * std::sin(phase)) : 0.0F;
     if (sounding) ++studio.sounded;
     studio.heard[before + i] = got[i];
   }

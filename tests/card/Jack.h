@@ -30,8 +30,7 @@ class JackServer {
 class Studio {
  public:
   static constexpr const char* Name = "studio";
-  static constexpr double Hum = 400, Tone = 1500;           // Hz
-  static constexpr double HumLevel = 0.3, ToneLevel = 0.2;  // amplitudes
+  static constexpr double Tone = 440, Level = 0.5;  // Hz; of full scale
 
   Studio();
   ~Studio();

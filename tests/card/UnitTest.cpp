@@ -18,7 +18,6 @@
 namespace card_test {
 namespace {
 
-using std::chrono::milliseconds;
 using vc::Said;
 
 class UnitOnCards : public testing::Test {
@@ -32,12 +31,12 @@ class UnitOnCards : public testing::Test {
         std::vector<std::string>{"--link", link, "--memories", memories, "--memory", "2", "--attached"});
   }
 
-  // A unit with a notch at the hum in memory 2.
+  // A unit with a notch at the studio's tone in memory 2.
   void WriteMemories() const {
     support::SoundRun run;
     run.Put(1, vc::FilterKind::Notch);
     for (const auto& [field, value] :
-         {std::pair{"notchFreq", "400"}, {"notchWidth", "300"}, {"notchAtten", "50"}})
+         {std::pair{"notchFreq", "440"}, {"notchWidth", "300"}, {"notchAtten", "50"}})
       run.Edit(field, value, 1);
     run.Settle();
     run.session.panels.OpenMemory(2);
@@ -50,7 +49,16 @@ class UnitOnCards : public testing::Test {
     program->Say(command);
     return host::ReadJsonLine(program->Await("{")).value_or(Said());
   }
-  std::string Trouble() const { return Ask("state")["trouble"].Text(); }
+  // The studio hears its tone so loud, in decibels, before long: a busy machine has drop-outs.
+  static bool Hears(const Studio& studio, double least, double most) {
+    return unit_test::Soon([&] {
+      std::this_thread::sleep_for(std::chrono::milliseconds(100));
+      const std::vector<float> heard = studio.Heard();
+      const measure::Signal last(heard.end() - 4800, heard.end());
+      const double level = measure::Decibels(measure::AmplitudeAt(last, Studio::Tone, 48000) / Studio::Level);
+      return least <= level && level <= most;
+    });
+  }
 
   support::TempFolder folder;
   std::string link = folder.Path() + "/line", memories = folder.Path() + "/memories";
@@ -58,36 +66,22 @@ class UnitOnCards : public testing::Test {
   std::unique_ptr<support::Program> program;
 };
 
-TEST_F(UnitOnCards, FilterWhatTheyHear) {
+TEST_F(UnitOnCards, FiltersWhatItHearsAndSaysWhenTheyAreGone) {
   Studio studio;
   ASSERT_TRUE(Ask("source card studio")["ok"].True());
   ASSERT_TRUE(Ask("output card studio")["ok"].True());
   studio.sounding = true;
-  std::this_thread::sleep_for(milliseconds(1300));
-  const std::vector<float> heard = studio.Heard();
-  const measure::Signal last(heard.end() - 24000, heard.end());
-  const double hum = measure::AmplitudeAt(last, Studio::Hum, 48000) / Studio::HumLevel;
-  const double tone = measure::AmplitudeAt(last, Studio::Tone, 48000) / Studio::ToneLevel;
-  EXPECT_LT(measure::Decibels(hum), -30);
-  EXPECT_NEAR(measure::Decibels(tone), 0, 1);
-}
+  EXPECT_TRUE(Hears(studio, -60, -30));
+  const unit_test::HostLine host(link, 115200);
+  host.Ask(unit_test::CommandFrame(6, 0), 3);
+  host.Ask(unit_test::CommandFrame(7, 0), 3);
+  EXPECT_TRUE(Hears(studio, -0.3, 0.3));
 
-// Ended in the midst: that is said, and the unit serves its line and its other commands as before.
-TEST_F(UnitOnCards, SayThatTheyAreGone) {
-  ASSERT_TRUE(Ask("source card system")["ok"].True());
-  ASSERT_TRUE(Ask("output card system")["ok"].True());
-  EXPECT_EQ(Trouble(), "");
   server->Kill(SIGTERM);
-  ASSERT_TRUE(unit_test::Soon([&] { return !Trouble().empty(); }));
-  EXPECT_EQ(Trouble(), "system: the sound card is gone");
-  const Said state = Ask("state");
-  EXPECT_EQ(state["output"]["kind"].Text(), "none");
-  EXPECT_FALSE(state["playing"].True());
-  EXPECT_EQ(unit_test::HostLine(link, 115200).Ask(unit_test::CommandFrame(130), 10), "!VER401402");
-  EXPECT_EQ(Ask("output card system")["error"].Text(), "no sound device");
-  EXPECT_TRUE(Ask("source scene")["ok"].True());
-  program->CloseInput();
-  EXPECT_GE(program->AwaitEnd(), 0);
+  ASSERT_TRUE(unit_test::Soon([&] { return !Ask("state")["trouble"].Text().empty(); }));
+  EXPECT_EQ(Ask("state")["trouble"].Text(), "studio: the sound card is gone");
+  EXPECT_EQ(Ask("output card studio")["error"].Text(), "no sound device");
+  EXPECT_EQ(host.Ask(unit_test::CommandFrame(130), 10), "!VER401402");
 }
 
 }  // namespace
