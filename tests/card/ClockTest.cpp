@@ -120,14 +120,14 @@ TEST_P(TwoClocks, StayTogetherWithoutADropOut) {
   EXPECT_EQ(begun + pair.capture.DropOuts() + pair.playback.DropOuts(), 0U);
   EXPECT_LT(pair.largestStep, StepOfTone(out.rate));
   // As much is heard as there was: the sound is neither stretched nor cut.
-  EXPECT_NEAR(static_cast<double>(pair.heard->ring.Fill()) / in.rate, pair.capture.Latency(), 0.06);
+  EXPECT_NEAR(static_cast<double>(pair.heard->ring.Fill()) / in.rate, pair.capture.Latency(), 0.07);
 }
 
 INSTANTIATE_TEST_SUITE_P(Card, TwoClocks,
                          testing::Values(Clocks{"slowest", {48000, 256, 3e-4}, {48000, 256}, 7200},
                                          Clocks{"usual", {44100, 441, -3e-4}, {48000, 256}, 18000},
                                          Clocks{"fastest", {48000, 128}, {44100, 512, 3e-4}, 36000},
-                                         Clocks{"long periods", {48000, 1024, -3e-4}, {48000, 1024}, 12000}),
+                                         Clocks{"long periods", {48000, 1024, -3e-4}, {48000, 1024}, 36000}),
                          [](const auto& each) { return std::to_string(each.index); });
 
 TEST(Clock, OfTheInputIsFollowedWithoutAChangeOfPitch) {

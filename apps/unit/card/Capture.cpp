@@ -39,10 +39,15 @@ void Capture::Rest() {
   state = State::Rested;
 }
 
-// Frames of the card that stay behind when a block is read: in the mean, over the phases of both clocks.
+// Frames of the card that stay behind when a block is read: in the mean, over the phases of both clocks. A
+// card that plays takes a period at a time, too, which may be as long, and just before one of this card
+// comes.
 std::size_t Capture::Kept() const {
+  constexpr double least = 0.004;  // seconds
   const std::uint32_t period = share.period.load(std::memory_order_relaxed);
-  return period + Frames(margin.Seconds(static_cast<double>(block) / rate, 1.0 * period / cardRate));
+  const double seconds = 1.0 * period / cardRate;
+  return period +
+         Frames(std::max(margin.Seconds(static_cast<double>(block) / rate, seconds), seconds + least));
 }
 
 // Frames of the card with which reading begins: no block is ready before.

@@ -7,12 +7,13 @@
 namespace unit::sound {
 
 // In all, the card's own buffer, a block of the unit and the margin are 40 ms, and 50 ms where there
-// are drop-outs; but the margin is never less than Least, however long the blocks are.
+// are drop-outs; but the margin is never less than Least and what
+// it has grown by, however long the blocks are.
 class Margin {
  public:
   // Seconds; period: of the card's buffer, of which two are always under way.
   double Seconds(double block, double period) const {
-    return std::max(std::min(Begin + grown, Most) - block - 2 * period, Least);
+    return std::max(std::min(Begin + grown, Most) - block - 2 * period, Least + grown);
   }
   // dropOuts: so far. Each new one makes the margin larger for good.
   void Heed(std::uint64_t dropOuts) {
