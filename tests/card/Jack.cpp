@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cmath>
 #include <cstdlib>
+#include <filesystem>
 #include <numbers>
 #include <thread>
 
@@ -19,6 +20,8 @@ constexpr std::size_t Most = 48000 * 60;
 
 void Ignore(const char* /*text*/) {}
 
+std::string ServerName() { return "veltrana-test-" + std::to_string(getpid()); }
+
 bool Answers() {
   jack_client_t* const client = jack_client_open("look", JackNoStartServer, nullptr);
   if (client != nullptr) jack_client_close(client);
@@ -30,7 +33,7 @@ bool Answers() {
 std::unique_ptr<JackServer> JackServer::Start() {
   jack_set_error_function(Ignore);
   jack_set_info_function(Ignore);
-  const std::string name = "veltrana-test-" + std::to_string(getpid());
+  const std::string name = ServerName();
   setenv("JACK_DEFAULT_SERVER", name.c_str(), 1);
   const pid_t child = fork();
   if (child == 0) {
@@ -64,6 +67,11 @@ void JackServer::Kill(int number) {
   kill(id, SIGKILL);
   waitpid(id, nullptr, 0);
   id = -1;
+  // What a server that is killed leaves behind.
+  std::error_code ignored;
+  for (const auto& file : std::filesystem::directory_iterator("/dev/shm", ignored))
+    if (file.path().filename().string().find(ServerName()) != std::string::npos)
+      std::filesystem::remove(file.path(), ignored);
 }
 
 Studio::Studio() : client(jack_client_open(Name, JackNoStartServer, nullptr)), heard(Most) {
