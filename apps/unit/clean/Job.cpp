@@ -28,6 +28,7 @@ namespace {
 using sound::EncodedFile;
 
 constexpr std::size_t ChunkFrames = 1024;
+constexpr std::size_t SendEvery = 1U << 22U;  // samples
 
 Outcome Failure(std::string why, bool flawed = false) {
   return {.error = std::move(why), .flawed = flawed, .report = {}};
@@ -79,7 +80,7 @@ class Job {
         recording(std::move(opened)),
         part(wantedPart),
         format(std::move(outputFormat)),
-        sink(std::move(created)),
+        output(std::move(created)),
         engine(chain),
         channels(recording.Channels()),
         unconverted(recording.Rate() == engine.SampleRate()),
@@ -94,7 +95,7 @@ class Job {
     const auto begun = std::chrono::steady_clock::now();
     if (!recording.Skip(part.begin, cancelled)) return {};
     while (!cancelled && at < End()) {
-      if (!Step()) return Failure(sink.Failure());
+      if (!Step()) return Failure(output.Failure());
       if (Outcome wrong = Trouble(); !wrong.error.empty()) return wrong;
       done = Progress();
     }
@@ -102,7 +103,7 @@ class Job {
     if (cancelled) return {};
     if (recording.Ended() && part.from > 0 && part.from >= recording.Frames())
       return Failure(wish.in + ": ends before the part begins");
-    if (!sink.Close()) return Failure(sink.Failure());
+    if (!output.Close()) return Failure(output.Failure());
     const std::chrono::duration<double> taken = std::chrono::steady_clock::now() - begun;
     return {.error = {}, .report = ReportLines(wish, Done(taken.count()))};
   }
@@ -161,9 +162,14 @@ class Job {
 
   bool Write(std::span<const double> samples) {
     after.Take(samples);
-    if (format.bits == 0) return sink.Write(samples);
+    unsent += samples.size();
+    if (unsent > SendEvery) {
+      output.SendToDisk();
+      unsent = 0;
+    }
+    if (format.bits == 0) return output.Write(samples);
     std::ranges::transform(samples, codes.begin(), CodeOf);
-    return sink.Write(std::span<const int>(codes).first(samples.size()));
+    return output.Write(std::span<const int>(codes).first(samples.size()));
   }
 
   Deed Done(double seconds) const {
@@ -190,7 +196,7 @@ class Job {
   Recording recording;
   Part part;
   OutputFormat format;
-  EncodedFile sink;
+  EncodedFile output;
   sound::Engine& engine;
   std::size_t channels;
   bool unconverted;  // the unit's rate is the recording's
@@ -199,6 +205,7 @@ class Job {
   Passage passage;
   std::uint64_t heardAt, at;  // the next frame that is heard, and that is written
   bool changed = false;
+  std::size_t unsent = 0;  // samples
   std::vector<double> heard;
   Fifo<double> originals;
   std::array<float, 2 * ChunkFrames> made{};
@@ -215,12 +222,12 @@ Outcome CleanOpened(const CleaningWish& wish, Recording recording, const std::at
   const auto format = OutputFormatFor(wish.out, recording.Format(), rate, channels);
   if (const auto* const wrong = std::get_if<std::string>(&format)) return Failure(*wrong);
   const auto& chosen = std::get<OutputFormat>(format);
-  auto sink = EncodedFile::Create(wish.out, {.rate = rate, .channels = channels, .format = chosen.format});
-  if (const auto* const wrong = std::get_if<std::string>(&sink)) return Failure(*wrong);
+  auto output = EncodedFile::Create(wish.out, {.rate = rate, .channels = channels, .format = chosen.format});
+  if (const auto* const wrong = std::get_if<std::string>(&output)) return Failure(*wrong);
   const auto engine = std::make_unique<sound::Engine>();
   Furnish(*engine, wish);
   const auto job = std::make_unique<Job>(wish, std::move(recording), std::get<Part>(part), chosen,
-                                         std::move(std::get<EncodedFile>(sink)), *engine);
+                                         std::move(std::get<EncodedFile>(output)), *engine);
   return job->Run(cancelled, done);
 }
 

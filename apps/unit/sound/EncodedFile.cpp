@@ -4,6 +4,7 @@
 #include <cstring>
 #include <utility>
 
+#include <fcntl.h>
 #include <sndfile.h>
 #include <unistd.h>
 
@@ -111,6 +112,11 @@ bool EncodedFile::Fail(const std::string& reason) {
 
 void EncodedFile::UpdateHeader() {
   if (file) sf_command(file.get(), SFC_UPDATE_HEADER_NOW, nullptr, 0);
+}
+
+// For what is no file it does nothing.
+void EncodedFile::SendToDisk() const {
+  sync_file_range(output->file.Descriptor(), 0, 0, SYNC_FILE_RANGE_WRITE);
 }
 
 bool EncodedFile::Close() {

@@ -35,6 +35,8 @@ class EncodedFile {
   bool Write(std::span<const double> samples);
   // Lets the header tell of what is written so far.
   void UpdateHeader();
+  // Begins to bring what is written to the disk, so that Close, which waits for that, is not long.
+  void SendToDisk() const;
   // Completes the file and puts it in place; the last thing to do with it.
   bool Close();
   // In place of that, leaves what there is of it under the name of the part, which it gives; empty where it

@@ -44,6 +44,8 @@ std::string LibraryReason(sf_private_tag* file, int systemError) {
   const int error = sf_error(file);
   if (error == SF_ERR_SYSTEM && systemError != 0) return std::strerror(systemError);
   std::string text = sf_error_number(error);
+  // So it calls a header with a rate of 0, for one.
+  if (text.starts_with("Internal error")) return "its header makes no sense";
   while (!text.empty() && (text.back() == '.' || text.back() == '\n')) text.pop_back();
   std::replace(text.begin(), text.end(), '\n', ' ');
   return text;
