@@ -88,11 +88,8 @@ TEST_F(CleanFile, LiesUponTheRecordingSampleBySample) {
     ASSERT_EQ(after.samples.size(), before.samples.size()) << rate;
     for (const std::size_t side : {0U, 1U}) {
       const Signal in = before.Side(side), out = after.Side(side);
-      const auto alike = [&](int late) {
-        double sum = 0;
-        for (std::size_t i = 1000; i + 1000 < frames; ++i)
-          sum += double{in[i]} * out[static_cast<std::size_t>(static_cast<int>(i) + late)];
-        return sum;
+      const auto alike = [&](std::ptrdiff_t late) {
+        return std::inner_product(in.begin() + 1000, in.end() - 1000, out.begin() + 1000 + late, 0.0);
       };
       EXPECT_GT(alike(0), std::max(alike(1), alike(-1))) << rate << ' ' << side;
       // Where no half of a sample is lost, both neighbours are alike to the same degree.

@@ -59,9 +59,10 @@ std::variant<Part, std::string> PartOf(const CleaningWish& wish, const Recording
   part.begin = part.from - std::min(part.from, frames(SecondsBefore));
   if (wish.to) part.to = frames(*wish.to);
   const std::uint64_t there = recording.Frames();
-  if (there > 0 && part.from > 0 && part.from >= there)
+  if (there > 0 && part.from > 0 && part.from >= there) {
     return wish.in + ": ends at " + Seconds(static_cast<double>(there) / recording.Rate()) +
            ", before the part begins";
+  }
   return part;
 }
 

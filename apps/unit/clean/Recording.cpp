@@ -18,11 +18,13 @@ constexpr int LowestRate = 200, HighestRate = 1'000'000;  // Hz
 constexpr std::size_t ChunkSamples = 2048;
 
 std::string NotHeard(const std::string& path, const SF_INFO& info) {
-  if (info.channels > 2)
+  if (info.channels > 2) {
     return path + ": has " + std::to_string(info.channels) + " channels: one or two can be cleaned";
-  if (info.channels < 1 || info.samplerate < LowestRate || info.samplerate > HighestRate)
+  }
+  if (info.channels < 1 || info.samplerate < LowestRate || info.samplerate > HighestRate) {
     return path + ": no sound that can be cleaned: " + std::to_string(info.samplerate) + " Hz, " +
            std::to_string(info.channels) + " channels";
+  }
   return {};
 }
 
@@ -92,8 +94,8 @@ std::size_t Recording::Read(std::span<double> samples) {
   }
   const std::size_t there = frames * channels;
   for (std::size_t i = 0; i < there; ++i) {
-    const double second = static_cast<double>(at + i / channels) / rate;
-    samples[i] = flaws.Bounded(samples[i], second);
+    const std::uint64_t frame = at + i / channels;
+    samples[i] = flaws.Bounded(samples[i], static_cast<double>(frame) / rate);
   }
   std::fill(samples.begin() + static_cast<std::ptrdiff_t>(there), samples.end(), 0.0);
   at += frames;
