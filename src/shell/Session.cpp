@@ -242,8 +242,7 @@ EditWires Session::EditsWires() {
 }
 
 UnitEvents Session::UnitWires() {
-  return {.changed = [this] { unitConnection.Follow(); },
-          .died = [this](const std::string& lastWords) { unitConnection.TellDeath(lastWords); }};
+  return {.changed = [this] { unitConnection.Follow(); }, .died = [this] { unitConnection.TellDeath(); }};
 }
 
 FrmUnit::Around Session::UnitWindowParts() {

@@ -116,10 +116,9 @@ void UnitConnection::ShowHeard() {
 }
 
 // Where another window is in the way the operator finds the button in the menu.
-void UnitConnection::TellDeath(const std::string& lastWords) {
-  around.master.lblStatus.core.SetCaption("The simulated unit has ended by itself" +
-                                          (lastWords.empty() ? "." : ": " + lastWords) +
-                                          "  It is started again by Simulated Unit in the Settings menu.");
+void UnitConnection::TellDeath() {
+  around.master.lblStatus.core.SetCaption(
+      "The simulated unit has ended by itself.  It is started again by Simulated Unit in the Settings menu.");
   if (around.forms.Operable(around.master.form)) around.windows.Open("FrmUnit");
   Follow();
 }

@@ -47,7 +47,7 @@ struct UnitConnection {
 
   // It has told something, or has ended by itself.
   void Follow();
-  void TellDeath(const std::string& lastWords);
+  void TellDeath();
 
  private:
   bool MayConnect() const;

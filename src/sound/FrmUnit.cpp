@@ -29,8 +29,10 @@ int SourceOf(const std::string& kind) { return kind == "file" ? Recording : kind
 int OutputOf(const std::string& kind) { return kind == "file" ? IntoFile : kind == "card" ? Card : Nowhere; }
 
 std::string LouderText(double gain) {
-  return FixedText(std::abs(gain), 1) + (gain < 0 ? " dB quieter" : " dB louder") +
-         ", as loud as what comes out";
+  constexpr double heard = 0.05;  // dB, which are shown as 0.1
+  if (std::abs(gain) < heard) return {};
+  return ", " + FixedText(std::abs(gain), 1) + (gain < 0 ? " dB quieter" : " dB louder") +
+         " to be as loud as what comes out";
 }
 
 // What is being typed stays.
@@ -121,12 +123,15 @@ void FrmUnit::Start() {
   if (unit.Running()) form.Focus(wave.pbxWave.core);
 }
 
+// A state that comes behind its answer is one after it.
 void FrmUnit::Tell(const std::string& command) {
+  ++unanswered;
   unit.Ask(command, [this](const Said& answer) {
+    --unanswered;
     error = answer["ok"].True() ? std::string() : Capital(answer["error"].Text());
     nowIn.clear();
     nowOut.clear();
-    Follow();
+    ShowTrouble();
   });
 }
 
@@ -237,7 +242,8 @@ void FrmUnit::ShowUnit() {
                                                        : "&Start the Unit");
   btnStart.core.SetEnabled(connects || (!runs && unit.Installed()));
   btnStop.core.SetEnabled(runs);
-  for (Frame* frame : {&fraSource, &fraOutput, &fraTransport, &fraHeard}) frame->core.SetEnabled(runs);
+  for (Frame* frame : {&fraSource, &fraOutput, &fraTransport, &fraLoop, &fraHeard})
+    frame->core.SetEnabled(runs);
   btnDevices.core.SetEnabled(runs);
 }
 
@@ -293,8 +299,10 @@ void FrmUnit::AskPeaks() {
 void FrmUnit::ShowTransport() {
   const bool file = HasFile();
   const auto& loop = unit.state["loop"].Items();
-  if (loop.size() == 2) marked = {loop[0].Number(), loop[1].Number()};
-  chkLoop.SetValue(loop.size() == 2);
+  if (unanswered == 0) {
+    if (loop.size() == 2) marked = {loop[0].Number(), loop[1].Number()};
+    chkLoop.SetValue(loop.size() == 2);
+  }
   for (ControlCore* core : {&btnPlay.core, &txtPosition.core, &chkLoop.core, &txtFrom.core, &btnFrom.core,
                             &txtTo.core, &btnTo.core})
     core->SetEnabled(file);
@@ -302,7 +310,7 @@ void FrmUnit::ShowTransport() {
   ShowUnlessTyped(txtPosition, file ? TimeText(Position()) : "");
   ShowUnlessTyped(txtFrom, file ? TimeText(marked.from) : "");
   ShowUnlessTyped(txtTo, file ? TimeText(marked.to) : "");
-  txtPosition.unit = file ? "of " + TimeText(Seconds()) : "";
+  lblLength.core.SetCaption(file ? "of " + TimeText(Seconds()) : "");
   if (file) wave.ShowPosition(Position());
   if (wave.Dragging()) return;
   const bool part = marked.to > marked.from;
@@ -313,7 +321,7 @@ void FrmUnit::ShowHeard() {
   const bool before = around.hearsBefore();
   optHeard.Select(before ? Before : After);
   const double gain = unit.state["bypassGain"].Number();
-  const std::string as = before ? "The sound card gets the sound that goes in, " + LouderText(gain) + "."
+  const std::string as = before ? "The sound card gets the sound that goes in" + LouderText(gain) + "."
                                 : "The sound card gets the sound that comes out.";
   lblHeard.core.SetCaption(unit.Running() ? as : "Key B switches between the two.");
 }
@@ -321,8 +329,12 @@ void FrmUnit::ShowHeard() {
 void FrmUnit::ShowTrouble() {
   const double drops = unit.state["dropOuts"].Number();
   lblDropOuts.core.SetCaption(drops > 0 ? "Drop-outs: " + FixedText(drops, 0) : "");
-  const std::string told = unit.state["trouble"].Text();
-  lblTrouble.core.SetCaption(!error.empty() ? error : Capital(told.empty() ? unit.NotResumed() : told));
+  // What the operator has just been refused is told first.
+  std::string told = error;
+  for (const std::string& other : {unit.LastWords(), unit.state["trouble"].Text(), unit.NotResumed()}) {
+    if (told.empty()) told = other;
+  }
+  lblTrouble.core.SetCaption(Capital(told));
 }
 
 }  // namespace vc

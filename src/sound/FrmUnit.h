@@ -60,11 +60,13 @@ struct FrmUnit {
   Frame fraTransport{form, "fraTransport", "", Arrangement::Columns};
   Button btnPlay{fraTransport, "btnPlay", "&Play"};
   TextBox txtPosition{fraTransport, "txtPosition", "Position"};
-  CheckBox chkLoop{fraTransport, "chkLoop", "&Loop"};
-  TextBox txtFrom{fraTransport, "txtFrom", "From"};
-  Button btnFrom{fraTransport, "btnFrom", "From Here"};
-  TextBox txtTo{fraTransport, "txtTo", "To"};
-  Button btnTo{fraTransport, "btnTo", "To Here"};
+  Label lblLength{fraTransport, "lblLength", ""};
+  Frame fraLoop{form, "fraLoop", "", Arrangement::Columns};
+  CheckBox chkLoop{fraLoop, "chkLoop", "&Loop"};
+  TextBox txtFrom{fraLoop, "txtFrom", "From"};
+  Button btnFrom{fraLoop, "btnFrom", "From Here"};
+  TextBox txtTo{fraLoop, "txtTo", "To"};
+  Button btnTo{fraLoop, "btnTo", "To Here"};
 
   Frame fraHeard{form, "fraHeard", "", Arrangement::Columns};
   OptionGroup optHeard{fraHeard, {{"optBefore", "&Before"}, {"optAfter", "&After"}}};
@@ -91,7 +93,7 @@ struct FrmUnit {
   void BindTransport();
   void BindHeard();
   void Start();
-  // What the unit refuses is told, and all controls then show again what it does.
+  // What the unit refuses is told, and all controls then show what it does.
   void Tell(const std::string& command);
   void ChooseSource();
   void ChooseOutput();
@@ -124,6 +126,7 @@ struct FrmUnit {
   bool peaksWhole = false, peaksAsked = false, devicesKnown = false;
   std::string nowIn, nowOut;  // as the unit has told last
   Marked marked;
+  int unanswered = 0;  // wishes that the state does not show yet
 };
 
 }  // namespace vc

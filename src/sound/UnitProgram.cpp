@@ -121,6 +121,7 @@ void UnitProgram::Forget() {
   claim.reset();
   port = 0;
   state = {};
+  lastWords.clear();
   silent = stateAsked = false;
 }
 
@@ -131,14 +132,16 @@ void UnitProgram::Stop() {
   events.changed();
 }
 
-void UnitProgram::Ask(const std::string& command, Then asker) {
-  Then then = std::move(asker);
-  if (command.starts_with(SourceIs) || command.starts_with(OutputIs)) {
-    then = [this, command, told = std::move(then)](const Said& answer) {
-      if (answer["ok"].True()) Keep(command);
-      Raise(told, answer);
-    };
-  }
+void UnitProgram::Ask(const std::string& command, Then then) {
+  const bool kept = command.starts_with(SourceIs) || command.starts_with(OutputIs);
+  if (!kept) return Put(command, std::move(then));
+  Put(command, [this, command, told = std::move(then)](const Said& answer) {
+    if (answer["ok"].True()) Keep(command);
+    Raise(told, answer);
+  });
+}
+
+void UnitProgram::Put(const std::string& command, Then then) {
   if (running == nullptr) return Refuse(std::move(then), NotRunning);
   if (silent) return Refuse(std::move(then), NotAnswering);
   running->Say(command);
@@ -182,7 +185,8 @@ void UnitProgram::TakeAnswers() {
   Drop(words.empty() ? Ended : words);
   Forget();
   port = last;
-  late.emplace_back([this, words] { events.died(words); });
+  lastWords = words;
+  late.emplace_back([this] { events.died(); });
 }
 
 void UnitProgram::NoteSilence() {
@@ -194,7 +198,7 @@ void UnitProgram::NoteSilence() {
 void UnitProgram::AskState() {
   if (stateAsked || running == nullptr) return;
   stateAsked = true;
-  Ask("state", [this](const Said& answer) {
+  Put("state", [this](const Said& answer) {
     stateAsked = false;
     if (!answer["ok"].True()) return;
     state = answer;
@@ -224,7 +228,7 @@ void UnitProgram::Resume() {
   }
   for (const std::string& command : {keptSource, keptOutput}) {
     if (command.empty()) continue;
-    Ask(command, [this](const Said& answer) {
+    Put(command, [this](const Said& answer) {
       if (!answer["ok"].True()) notResumed = answer["error"].Text();
     });
   }

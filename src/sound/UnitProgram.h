@@ -19,8 +19,7 @@ namespace vc {
 struct UnitEvents {
   // It has answered how it stands, does not answer any more, has come or was stopped.
   Wire<void()> changed;
-  // It has ended by itself; the last line of its complaints, which may be empty.
-  Wire<void(const std::string& lastWords)> died;
+  Wire<void()> died;  // by itself
 };
 
 struct UnitProgram {
@@ -45,6 +44,8 @@ struct UnitProgram {
   Said state;
   // It runs and has not answered for some seconds.
   bool Silent() const { return silent; }
+  // The last line of its complaints, where it has ended by itself.
+  const std::string& LastWords() const { return lastWords; }
   // Why it does not hear or write now what it did when it ran last; empty while it does.
   const std::string& NotResumed() const { return notResumed; }
 
@@ -69,6 +70,7 @@ struct UnitProgram {
   void Tick();
   void TakeAnswers();
   void NoteSilence();
+  void Put(const std::string& command, Then then);
   void AskState();
   // What it hears and where that goes is said again at its next start, in the next run of this program too.
   void Keep(const std::string& command);
@@ -87,7 +89,7 @@ struct UnitProgram {
   int port = 0;
   int ticks = 0;
   bool silent = false, stateAsked = false;
-  std::string keptSource, keptOutput, notResumed;
+  std::string lastWords, keptSource, keptOutput, notResumed;
   std::deque<Question> asked;               // and not answered
   std::vector<std::function<void()>> late;  // answers that are told at the next tick
 };
