@@ -49,6 +49,9 @@ void FormWindows::Show(const vc::Forms::Entry& entry) {
   QPointer<FormWindow>& window = windows[entry.form];
   if (window == nullptr) {
     window = new FormWindow(*entry.form, [this, form = entry.form] { forms.Close(*form); });
+    // Of one that blocks nothing the window system would not know that it stays above its owner.
+    const bool beside = entry.owner != nullptr && entry.modality == vc::Modality::Modeless;
+    if (beside) window->setWindowFlags(Qt::Dialog | Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint);
     window->winId();  // the system's window must be there to be put above another one
   }
   const FormWindow* under = WindowUnder(entry);
