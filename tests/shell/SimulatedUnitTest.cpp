@@ -1,10 +1,10 @@
 // A session with the real unit's program beside it: started, lost, started again, and never in the way.
-#include <chrono>
+#include <cmath>
 #include <csignal>
+#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <functional>
-#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -179,6 +179,121 @@ TEST_F(SimulatedUnit, WhatCannotBeStartedIsSaid) {
   EXPECT_EQ(session.StartUnit(), "the lead is broken");
   EXPECT_FALSE(session.unit.Running());
   EXPECT_EQ(session.unit.Port(), 0);
+}
+
+// Two seconds of a tone, 16 bits, mono.
+std::string WriteRecording(const std::string& path) {
+  constexpr std::uint32_t rate = 8000, frames = 2 * rate;
+  std::ofstream file(path, std::ios::binary);
+  const auto number = [&file](std::uint32_t value, int bytes) {
+    for (int i = 0; i < bytes; ++i) file.put(static_cast<char>(value >> (8 * i)));
+  };
+  file << "RIFF";
+  number(36 + 2 * frames, 4);
+  file << "WAVEfmt ";
+  for (const auto& [value, bytes] :
+       {std::pair{16U, 4}, {1U, 2}, {1U, 2}, {rate, 4}, {2 * rate, 4}, {2U, 2}, {16U, 2}})
+    number(value, bytes);
+  file << "data";
+  number(2 * frames, 4);
+  for (std::uint32_t i = 0; i < frames; ++i) number((i / 20) % 2 == 0 ? 0x2000 : 0xE000, 2);
+  return path;
+}
+
+struct Recordings : SimulatedUnit {
+  Recordings() {
+    InitSettings(session.settings);
+    live.StartUnit();
+  }
+  void Open(const std::string& path) {
+    window.btnSource.Click();
+    auto& chooser = session.windows.Get<ChooseSound>("ChooseSound");
+    chooser.chooser.txtFileName.SetText(path);
+    chooser.btnOK.Click();
+  }
+  void Point(PointerAction action, double x) { window.wave.pbxWave.pointer({action, x, 0}); }
+  const Said& State() const { return session.unit.state; }
+  bool Looped(double from, double to) {
+    return live.Await([&] {
+      const auto& loop = State()["loop"].Items();
+      return loop.size() == 2 && std::abs(loop[0].Number() - from) < 0.01 &&
+             std::abs(loop[1].Number() - to) < 0.01;
+    });
+  }
+  FrmUnit& window = live.window;
+  std::string recording = WriteRecording(folder.Path() + "/a \"tone\".wav");
+};
+
+TEST_F(Recordings, ARecordingIsOpenedSoughtAndPlayedInParts) {
+  Open(recording);
+  ASSERT_TRUE(live.Await([&] { return !window.wave.pbxWave.Traces().empty(); }))
+      << window.lblTrouble.core.Caption();
+  EXPECT_EQ(window.txtSource.Text(), recording);
+  EXPECT_EQ(window.lblLength.core.Caption(), "of 0:02.00");
+  EXPECT_NEAR(*window.wave.pbxWave.LevelAt(window.wave.pbxWave.Traces()[0], 1.0), 0.0, 0.26);
+  Point(PointerAction::Press, 1.5);
+  Point(PointerAction::Release, 1.5);
+  EXPECT_TRUE(live.Await([&] { return window.txtPosition.Text() == "0:01.50"; }))
+      << window.txtPosition.Text();
+  Point(PointerAction::Press, 1.0);
+  Point(PointerAction::Move, 0.5);
+  EXPECT_EQ(window.wave.pbxWave.Bands().size(), 1U);
+  Point(PointerAction::Release, 0.25);
+  EXPECT_TRUE(Looped(0.25, 1.0));
+  window.txtTo.Type("0:00.75");
+  window.txtTo.KeyPress(EnterKey);
+  window.txtTo.LostFocus();
+  EXPECT_TRUE(Looped(0.25, 0.75));
+  window.btnPlay.Click();
+  EXPECT_TRUE(
+      live.Await([&] { return State()["playing"].True() && window.btnPlay.core.Caption() == "&Pause"; }));
+  window.chkLoop.SetValue(false);
+  EXPECT_TRUE(live.Await([&] { return State()["loop"].Nothing(); }));
+}
+
+TEST_F(Recordings, WhatCannotBeOpenedIsSaidAndTheChoiceIsAgainWhatTheUnitDoes) {
+  std::ofstream(folder.Path() + "/b.wav") << "no sound";
+  Open(folder.Path() + "/b.wav");
+  ASSERT_TRUE(live.Await([&] { return !window.lblTrouble.core.Caption().empty(); }));
+  EXPECT_THAT(window.lblTrouble.core.Caption(), HasSubstr("b.wav"));
+  EXPECT_TRUE(live.Await([&] { return window.optSource.Selected() == 0; }));
+}
+
+// B twice in a row is what it was; the panel of a filter has the key, too.
+TEST_F(Recordings, OneKeySwitchesBeforeAndAfterWhereverTheOperatorIs) {
+  EXPECT_EQ(window.form.Press("B"), "");
+  EXPECT_EQ(window.optHeard.Selected(), 0);
+  EXPECT_EQ(session.master.lblHeard.core.Caption(), "Heard: before (B)");
+  EXPECT_TRUE(live.Await([&] { return State()["bypass"].True(); }));
+  session.panels.OpenFilter(1);
+  EXPECT_EQ(session.forms.Top()->Press("B"), "");
+  EXPECT_EQ(session.master.form.Press("B"), "");
+  EXPECT_EQ(session.master.form.Press("B"), "");
+  EXPECT_TRUE(live.Await([&] { return State()["bypass"].Number(-1) == -1 && !State()["bypass"].True(); }));
+  EXPECT_EQ(window.optHeard.Selected(), 1);
+  window.optHeard.Select(0);
+  EXPECT_TRUE(
+      live.Await([&] { return State()["bypass"].True() && session.master.menus.mnuHearBefore.Checked(); }));
+}
+
+// In the next run as well; a file that was written is not begun anew.
+TEST_F(Recordings, TheUnitHearsAgainWhatItHeardLast) {
+  Open(recording);
+  const std::string written = folder.Path() + "/out.wav";
+  session.unit.Ask("output file " + Quoted(written), nullptr);
+  ASSERT_TRUE(live.Await([&] { return State()["output"]["kind"].Text() == "file"; }));
+  session.Exit();
+  const auto before = fs::last_write_time(written);
+  LiveSession next(folder.Path());
+  next.StartUnit();
+  ASSERT_TRUE(next.Await([&] { return next.window.txtSource.Text() == recording; }));
+  EXPECT_EQ(next.session.unit.state["output"]["kind"].Text(), "none");
+  EXPECT_EQ(fs::last_write_time(written), before);
+  fs::remove(recording);
+  next.window.btnStop.Click();
+  next.window.btnStart.Click();
+  EXPECT_TRUE(
+      next.Await([&] { return next.window.lblTrouble.core.Caption().find("tone") != std::string::npos; }));
 }
 
 }  // namespace
