@@ -29,7 +29,7 @@ std::string Word(const vc::Said& said) {
   return text.empty() ? OneLine(said.Text()) : text;
 }
 
-// Names with names in them are lines of their own ("source.kind"), and so are rows of such.
+// Names with names in them are lines of their own ("source.kind"); of a row each is one, but for numbers.
 void Print(std::ostream& out, const std::string& name, const vc::Said& said) {
   if (const auto* names = std::get_if<vc::Said::Names>(&said.Value())) {
     for (const vc::Said::Named& each : *names) {
@@ -38,7 +38,7 @@ void Print(std::ostream& out, const std::string& name, const vc::Said& said) {
     return;
   }
   const vc::Said::Row& items = said.Items();
-  if (items.empty() || !std::holds_alternative<vc::Said::Names>(items.front().Value())) {
+  if (items.empty() || std::holds_alternative<double>(items.front().Value())) {
     out << name << '\t' << Word(said) << '\n';
     return;
   }

@@ -3,6 +3,7 @@
 #include <optional>
 #include <utility>
 
+#include <QFontDatabase>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QSignalBlocker>
@@ -141,6 +142,7 @@ void BindMemo(Binder& binder, vc::TextBox& text) {
   auto* view = new MemoView(binder.PaneOf(text.core).Container());
   view->setReadOnly(text.readOnly);
   view->setTabChangesFocus(true);
+  if (text.inColumns) view->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
   view->setMinimumSize(DigitsWide(*view, text.columns), (text.lines + 1) * LineHeight(*view));
   QLabel* caption = WordsBeside(view, text.core.Caption());
   binder.PaneOf(text.core).AddTall(caption, view, text.columns);

@@ -281,7 +281,8 @@ FrmClean::Around Session::CleanWindowParts() {
           .run = cleaning,
           .unit = unit,
           .startUnit = [this] { return StartUnit(); },
-          .chooseSound = [this](const SoundFileWish& wish, Form& over) { ChooseFile(wish, over); }};
+          .chooseSound = [this](const SoundFileWish& wish, Form& over) { ChooseFile(wish, over); },
+          .showUnit = [this] { windows.Open("FrmUnit"); }};
 }
 
 void Session::ChooseFile(const SoundFileWish& wish, Form& over) {

@@ -23,7 +23,8 @@ void ChooseSound::Fill() {
   form.SetCaption(wish->title);
   const std::string& path = wish->path;
   if (lastFolder.empty()) lastFolder = context.WorkingFolder();
-  chooser.Open(path.empty() ? lastFolder : FolderOf(path), LastPart(path));
+  const bool there = !path.empty() && context.files.KindOf(FolderOf(path)) == FileKind::Folder;
+  chooser.Open(there ? FolderOf(path) : lastFolder, LastPart(path));
   lblFault.core.SetCaption("");
   FollowName();
 }

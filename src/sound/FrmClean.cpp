@@ -11,8 +11,8 @@
 namespace vc {
 namespace {
 
-constexpr int WholeRecording = 0, PartOfIt = 1;
-constexpr int Learn = 0, Keep = 1;
+enum Part { WholeRecording, PartOfIt };
+enum Adaptive { Learn, Keep };
 constexpr int ProgressSteps = 1000;
 
 // "1 min 5 s": what is left is no more exact than a second.
@@ -36,8 +36,10 @@ std::string WriteText(Files& files, const std::string& path, const std::string& 
 }  // namespace
 
 FrmClean::FrmClean(const Around& parts) : around(parts), run(parts.run) {
-  for (Frame* frame : {&fraRecording, &fraCleaned, &fraWork, &fraEnd}) frame->look = FrameLook::Flat;
-  txtReport.readOnly = txtReport.multiLine = true;
+  txtReport.readOnly = txtReport.multiLine = txtReport.inColumns = true;
+  txtReport.columns = 72;
+  txtReport.lines = 16;
+  for (TextBox* box : {&txtFrom, &txtTo}) box->widest = "0:00:00.00";
   pbMain.SetOrientation(0);
   pbMain.SetFromColor(Highlight);
   pbMain.SetToColor(Highlight);
@@ -49,6 +51,7 @@ FrmClean::FrmClean(const Around& parts) : around(parts), run(parts.run) {
   btnStart.clicked = [this] { Start(); };
   btnCancel.clicked = [this] { run.Cancel(); };
   btnSaveReport.clicked = [this] { SaveReport(); };
+  btnHear.clicked = [this] { Hear(); };
   btnClose.clicked = [this] { Close(); };
   form.okButton = &btnClose;
   form.initialFocus = &txtRecording.core;
@@ -86,7 +89,7 @@ void FrmClean::TakeFromUnit() {
   if (source["kind"].Text() != "file") return;
   TakeRecording(source["name"].Text());
   const Said::Row& marks = around.unit.state["loop"].Items();
-  SelectPart(marks.size() != 2);
+  optPart.Select(marks.size() == 2 ? PartOfIt : WholeRecording);
   if (marks.size() != 2) return;
   txtFrom.SetText(TimeText(marks[0].Number()));
   txtTo.SetText(TimeText(marks[1].Number()));
@@ -98,8 +101,6 @@ void FrmClean::TakeRecording(const std::string& path) {
   if (txtCleaned.Text().empty() || txtCleaned.Text() == suggested) txtCleaned.SetText(name);
   suggested = name;
 }
-
-void FrmClean::SelectPart(bool whole) { optPart.Select(whole ? WholeRecording : PartOfIt); }
 
 bool FrmClean::ReadWish(CleanWish& wish) {
   std::error_code ignored;
@@ -179,12 +180,13 @@ void FrmClean::ShowSettings() { lblSettings.core.SetCaption(run.SettingsText());
 
 void FrmClean::ShowUsable() {
   const bool busy = run.Busy();
-  for (Frame* frame : {&fraRecording, &fraCleaned, &fraPart, &fraAdaptive}) frame->core.SetEnabled(!busy);
+  for (Frame* frame : {&fraChoose, &fraPart, &fraAdaptive}) frame->core.SetEnabled(!busy);
+  for (TextBox* box : {&txtRecording, &txtCleaned}) box->core.SetEnabled(!busy);
   const bool part = optPart.Selected() == PartOfIt;
   for (TextBox* box : {&txtFrom, &txtTo}) box->core.SetEnabled(part);
   btnStart.core.SetEnabled(!busy);
   btnCancel.core.SetEnabled(busy);
-  btnSaveReport.core.SetEnabled(!run.report.empty());
+  for (Button* button : {&btnSaveReport, &btnHear}) button->core.SetEnabled(!run.report.empty());
 }
 
 void FrmClean::SaveReport() {
@@ -193,6 +195,23 @@ void FrmClean::SaveReport() {
   const std::string fault = WriteText(around.setup.files, path, txtReport.Text());
   Tell(fault.empty() ? "The report is saved as " + LastPart(path) + "."
                      : LastPart(path) + " is not saved: " + fault);
+}
+
+// Both files themselves, in step: the cleaned one stands in the place of what leaves the unit's chain, which
+// may be set otherwise by now, and whose filters have learned something else. So the key that switches before
+// and after compares what was with what is in the file, as loud as each other.
+void FrmClean::Hear() {
+  if (!UnitRuns()) return;
+  const std::string from = ShortestText(run.wish.from.value_or(0.0));
+  for (const std::string& command :
+       {"source file " + Quoted(run.wish.in), "after file " + Quoted(run.wish.out) + " " + from,
+        "seek " + from, std::string("bypass off"), std::string("play")}) {
+    around.unit.Ask(command, [this](const Said& answer) {
+      if (!answer["ok"].True()) Tell(answer["error"].Text());
+    });
+  }
+  Tell("Key B switches between the recording and " + LastPart(run.wish.out) + ".");
+  around.showUnit();
 }
 
 void FrmClean::Tell(const std::string& text) { lblState.core.SetCaption(text); }

@@ -21,30 +21,32 @@ struct FrmClean {
     // Starts the simulated unit and connects to it; empty, or why it does not run.
     Wire<std::string()> startUnit;
     Wire<void(const SoundFileWish& wish, Form& over)> chooseSound;
+    Wire<void()> showUnit;  // its window, with the transport
   };
   explicit FrmClean(const Around& parts);
 
   Form form{"FrmClean", "Clean a Recording"};
-  Frame fraRecording{form, "fraRecording", "", Arrangement::Columns};
-  TextBox txtRecording{fraRecording, "txtRecording", "Recording"};
-  Button btnRecording{fraRecording, "btnRecording", "&Choose..."};
-  Frame fraCleaned{form, "fraCleaned", "", Arrangement::Columns};
-  TextBox txtCleaned{fraCleaned, "txtCleaned", "Cleaned File"};
-  Button btnCleaned{fraCleaned, "btnCleaned", "C&hoose..."};
+  TextBox txtRecording{form, "txtRecording", "Recording"};
+  TextBox txtCleaned{form, "txtCleaned", "Cleaned File"};
+  Frame fraChoose{form, "fraChoose", "", Arrangement::Columns};
+  Button btnRecording{fraChoose, "btnRecording", "&Open a Recording..."};
+  Button btnCleaned{fraChoose, "btnCleaned", "Clean &Into..."};
   Frame fraPart{form, "fraPart", "Part", Arrangement::Columns};
-  OptionGroup optPart{fraPart, "optPart", 0, {"&Whole Recording", "From"}};
-  TextBox txtFrom{fraPart, "txtFrom", ""};
+  OptionGroup optPart{fraPart, {{"optWhole", "&Whole Recording"}, {"optFromTo", "&Part of It"}}};
+  TextBox txtFrom{fraPart, "txtFrom", "From"};
   TextBox txtTo{fraPart, "txtTo", "To"};
   Frame fraAdaptive{form, "fraAdaptive", "Adaptive Filters", Arrangement::Columns};
-  OptionGroup optAdaptive{fraAdaptive, "optAdaptive", 0, {"&Learn From the Beginning", "&Kept As They Are"}};
+  OptionGroup optAdaptive{fraAdaptive,
+                          {{"optLearn", "&Learn From the Beginning"}, {"optKeep", "&Kept As They Are"}}};
   Label lblSettings{form, "lblSettings", ""};
   Frame fraWork{form, "fraWork", "", Arrangement::Columns};
   Button btnStart{fraWork, "btnStart", "&Start"};
   Button btnCancel{fraWork, "btnCancel", "Ca&ncel"};
-  ProgressBar pbMain{fraWork, "pbMain", "Progress"};
+  ProgressBar pbMain{fraWork, "pbMain", ""};
   Label lblState{form, "lblState", ""};  // how far it is, or what came of it
   TextBox txtReport{form, "txtReport", "Report"};
   Frame fraEnd{form, "fraEnd", "", Arrangement::Columns};
+  Button btnHear{fraEnd, "btnHear", "&Hear Before and After"};
   Button btnSaveReport{fraEnd, "btnSaveReport", "Save &Report"};
   Button btnClose{fraEnd, "btnClose", "Close"};
 
@@ -57,7 +59,6 @@ struct FrmClean {
   void BindFiles();
   void TakeFromUnit();
   void TakeRecording(const std::string& path);
-  void SelectPart(bool whole);
   // What the boxes say; false, and it is told, where one of them is no time.
   bool ReadWish(CleanWish& wish);
   void Start();
@@ -68,6 +69,7 @@ struct FrmClean {
   void ShowUsable();
   std::string StateText() const;
   void SaveReport();
+  void Hear();
   void Tell(const std::string& text);
   void Close();
 
