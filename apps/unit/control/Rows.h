@@ -8,7 +8,7 @@ namespace unit::control {
 using Run = std::optional<Answer>(Parts& parts, const Words& words);
 
 Run State, Devices, Peaks;
-Run Source, Output, Play, Pause, Seek, Loop, Bypass;
+Run Source, Output, Play, Pause, Seek, Loop, Bypass, After;
 Run Clean, Cancel, Wait;
 
 // The "clean" of the answers to state and wait.

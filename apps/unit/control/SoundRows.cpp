@@ -49,12 +49,15 @@ std::optional<double> SecondsOf(const std::string& word) {
 }
 
 // The opening of a pipe waits for whoever is at its other end, and its use as well. Empty, or what is wrong.
+std::string UnfitFile(const std::string& path) {
+  std::error_code error;
+  const bool other = std::filesystem::exists(path, error) && !std::filesystem::is_regular_file(path, error);
+  return other ? path + ": is no file on a disk" : "";
+}
+
 template <typename Kind>
 std::string Unfit(const Way<Kind>& way, const Words& words) {
-  std::error_code error;
-  const bool other = way.kind == Kind::File && std::filesystem::exists(words[1], error) &&
-                     !std::filesystem::is_regular_file(words[1], error);
-  return other ? words[1] + ": is no file on a disk" : "";
+  return way.kind == Kind::File ? UnfitFile(words[1]) : "";
 }
 
 }  // namespace
@@ -104,6 +107,18 @@ std::optional<Answer> Bypass(Parts& parts, const Words& words) {
   if (!on && (words.size() != 1 || words[0] != "off")) return Refused{"bypass needs on or off"};
   parts.sound->comparison.SetBypass(on);
   return DoneUnless({});
+}
+
+std::optional<Answer> After(Parts& parts, const Words& words) {
+  if (words.size() == 1 && words[0] == "chain") {
+    parts.sound->ClearAfter();
+    return DoneUnless({});
+  }
+  const auto begins = words.size() == 3 ? SecondsOf(words[2]) : std::optional(0.0);
+  if (words.size() < 2 || words.size() > 3 || words[0] != "file" || !begins)
+    return Refused{"after needs chain or file FILE [SECONDS]"};
+  if (const std::string wrong = UnfitFile(words[1]); !wrong.empty()) return Refused{wrong};
+  return DoneUnless(parts.sound->SetAfter(words[1], *begins));
 }
 
 }  // namespace unit::control

@@ -52,6 +52,7 @@ json SoundState(const LiveSound& live) {
           {"playing", live.Source().Playing()},
           {"position", file != nullptr ? file->Position() : 0.0},
           {"loop", LoopOf(file)},
+          {"after", live.After() ? json(live.After()->Name()) : json(nullptr)},
           {"bypass", live.comparison.Bypass()},
           {"bypassGain", live.comparison.GainDecibels()},
           {"dropOuts", live.DropOuts()},

@@ -42,15 +42,31 @@ std::variant<std::unique_ptr<LiveSound>, std::string> LiveSound::Open(const Soun
 LiveSound::LiveSound(SoundSource heard, SoundOptions wanted)
     : source(std::move(heard)), options(std::move(wanted)), rate(engine.SampleRate()) {}
 
+std::string LiveSound::WhyNotHeard(const std::string& path) const {
+  const auto* const series = std::get_if<FileSeries>(&sink);
+  return series != nullptr && series->Writes(path) ? path + ": is being written" : "";
+}
+
+std::string LiveSound::SetAfter(const std::string& path, double begins) {
+  if (source.File() == nullptr) return "only a recording that is heard can have become a file";
+  std::string wrong = WhyNotHeard(path);
+  if (!wrong.empty()) return wrong;
+  auto opened = CleanedSound::Open(path, begins, rate);
+  if (auto* const why = std::get_if<std::string>(&opened)) return std::move(*why);
+  after.emplace(std::get<CleanedSound>(std::move(opened)));
+  return {};
+}
+
 std::string LiveSound::SetSource(const SourceWish& wish) {
   if (wish.kind == SourceKind::File) {
-    const auto* const series = std::get_if<FileSeries>(&sink);
-    if (series != nullptr && series->Writes(wish.name)) return wish.name + ": is being written";
+    std::string wrong = WhyNotHeard(wish.name);
+    if (!wrong.empty()) return wrong;
   }
   if (wish.kind == SourceKind::Card || source.Card() != nullptr) RestCards();
   auto opened = SoundSource::Open(wish, rate);
   if (auto* const wrong = std::get_if<std::string>(&opened)) return std::move(*wrong);
   source = std::get<SoundSource>(std::move(opened));
+  after.reset();
   flawCounts = cardLost = false;
   const bool file = wish.kind == SourceKind::File;
   if (file) source.SetPlaying(false);
@@ -164,22 +180,27 @@ void LiveSound::RunBlock() {
   Settle();
   FollowRate();
   std::array<float, BlockFrames> left, right, outLeft, outRight;
+  const SoundReader* const file = source.File();
+  const auto second = file != nullptr && source.Playing() ? std::optional(file->Position()) : std::nullopt;
   source.Read(left, right);
   TellFlaw(false);
   engine.Process(left, right, outLeft, outRight);
-  Put({left, right}, {outLeft, outRight});
+  Put({left, right}, {outLeft, outRight}, second);
   done += BlockTime();
   seconds += static_cast<double>(BlockFrames) / rate;
 }
 
-void LiveSound::Put(const Comparison::Input& heard, const Comparison::Stereo& processed) {
+void LiveSound::Put(const Comparison::Input& heard, const Comparison::Stereo& processed,
+                    std::optional<double> second) {
   if (auto* const series = std::get_if<FileSeries>(&sink)) {
     const std::string failure = series->Write(processed[0], processed[1]);
     if (!failure.empty()) Fail(failure);
   }
   CardOutput* const card = PlayedCard();
   if (card == nullptr) return;
-  comparison.Process(heard, processed, engine.Latency());
+  const bool inStep = after && second;
+  if (inStep) after->Read(*second, processed[0], processed[1]);
+  comparison.Process(heard, processed, inStep ? std::array<std::size_t, 2>{} : engine.Latency());
   card->Write(processed[0], processed[1]);
 }
 
@@ -196,6 +217,7 @@ void LiveSound::FollowRate() {
   if (rate == engine.SampleRate()) return;
   rate = engine.SampleRate();
   source.SetRate(rate);
+  if (after) after->SetRate(rate);
   comparison.SetRate(rate);
   if (CardOutput* const card = PlayedCard()) card->SetRate(rate);
   if (auto* const series = std::get_if<FileSeries>(&sink)) {

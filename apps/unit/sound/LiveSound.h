@@ -10,6 +10,7 @@
 #include <variant>
 
 #include "unit/Unit.h"
+#include "unit/sound/CleanedSound.h"
 #include "unit/sound/Comparison.h"
 #include "unit/sound/Engine.h"
 #include "unit/sound/Peaks.h"
@@ -57,6 +58,12 @@ class LiveSound {
   const SoundSink& Sink() const { return sink; }
   // What the card's name is that plays; empty where none does.
   const std::string& CardName() const { return cardName; }
+  // What a sound card plays as processed sound while this recording is heard: a file that it has become,
+  // whose first sample belongs to that second of it; or, by nothing, what leaves the chain. Gives what
+  // SetSource gives.
+  std::string SetAfter(const std::string& path, double begins);
+  void ClearAfter() { after.reset(); }
+  const std::optional<CleanedSound>& After() const { return after; }
   // Of a file; null for what is none.
   const Peaks* Waveform() const { return peaks.get(); }
 
@@ -89,8 +96,10 @@ class LiveSound {
   void TakeTables(const Synthesis& synthesis);
   void Settle();
   void FollowRate();
-  void Put(const Comparison::Input& heard, const Comparison::Stereo& processed);
+  // second: of the recording that is heard, at which the block begins; none while nothing runs.
+  void Put(const Comparison::Input& heard, const Comparison::Stereo& processed, std::optional<double> second);
   std::string HeardFile() const;
+  std::string WhyNotHeard(const std::string& path) const;
   void CheckCards();
   void RestCards();
   void LoseCard(const std::string& trouble);
@@ -99,6 +108,7 @@ class LiveSound {
   void TellFlaw(bool atEnd);
 
   SoundSource source;
+  std::optional<CleanedSound> after;
   SoundSink sink;
   std::string cardName;
   std::unique_ptr<Peaks> peaks;
