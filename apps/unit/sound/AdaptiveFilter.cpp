@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 #include <utility>
 
 #include "unit/sound/Samples.h"
@@ -42,6 +43,7 @@ AdaptiveFilter::AdaptiveFilter()
     : inputs(AdaptiveDelay + BlockFrames),
       references(AdaptiveDelay + AdaptiveTaps + TransformSpan),
       learner(AdaptiveTaps),
+      scout(AdaptiveTaps),
       line(settings.sampleRate) {
   taps.reserve(AdaptiveTaps);
   Configure({});
@@ -60,12 +62,15 @@ void AdaptiveFilter::Configure(const AdaptiveSettings& wanted) {
   if (learner.Size() == settings.taps && referenceDelay == ofReference) return;
   line.Reset();
   learner.Resize(settings.taps);
+  scout.Resize(settings.taps);
   referenceDelay = ofReference;
   tapsKnown = framesKnown = heard = false;
 }
 
 void AdaptiveFilter::Clear() {
   learner.Clear();
+  scout.Clear();
+  learnerLeft = scoutLeft = 0;
   line.Reset();
   tapsKnown = false;
 }
@@ -133,8 +138,10 @@ void AdaptiveFilter::Hear() {
   const auto frame = [this](std::size_t blocksAgo) {
     return references.Window(referenceDelay + blocksAgo * BlockFrames, TransformSpan).first<TransformSpan>();
   };
-  learner.Hear(frame(0));
-  for (std::size_t i = 1; i < learner.Partitions() && !framesKnown; ++i) learner.HearAgain(i, frame(i));
+  for (BlockLearner* const one : {&learner, &scout}) {
+    one->Hear(frame(0));
+    for (std::size_t i = 1; i < one->Partitions() && !framesKnown; ++i) one->HearAgain(i, frame(i));
+  }
   framesKnown = heard = true;
 }
 
@@ -147,6 +154,7 @@ void AdaptiveFilter::Judge(std::size_t count) {
     referenceLevel.Take(reference[i], levelWeight);
     outputLevel.Take(error[i], levelWeight);
     adapting = MayAdapt();
+    taught[filled + i] = adapting;
     taughtError[filled + i] = adapting ? error[i] : 0;
     taughtInput[filled + i] = adapting ? late[i] : 0;
     blockPrediction[filled + i] = prediction[i];
@@ -160,11 +168,36 @@ void AdaptiveFilter::Learn() {
   constexpr double part = 163840, middle = 4;
   const double rate = RateOfWord(settings.rate);
   const double loudness = settings.normalize ? 1 : std::min(1.0, referenceLevel.meanSquare / UsualPower);
-  learner.Learn(taughtInput, taughtError,
-                {.rate = loudness * rate / part,
-                 .gain = loudness * rate / (rate + middle),
-                 .share = static_cast<double>(lessons) / BlockFrames});
+  const Lesson lesson{.rate = loudness * rate / part,
+                      .gain = loudness * rate / (rate + middle),
+                      .share = static_cast<double>(lessons) / BlockFrames};
+  learner.Learn(taughtInput, taughtError, lesson);
+  if (!settings.predictor) Scout(lesson);
   tapsKnown = false;
+}
+
+// A second set of taps, which nobody hears, forgets quickly: so it finds a way that has appeared or changed
+// while the first one, being sure of itself, does not look for it. Where it leaves less, it is followed (K.
+// Ochiai, T. Araseki, T. Ogihara, "Echo canceler with two echo path models", IEEE Transactions on
+// Communications 25, 1977).
+void AdaptiveFilter::Scout(const Lesson& lesson) {
+  constexpr double quick = 1.6e-3, likely = 0.1, kept = 0.98, better = 1.1;
+  const auto meanSquare = [](const BlockOf& sound) {
+    return std::inner_product(sound.begin(), sound.end(), sound.begin(), 0.0) / BlockFrames;
+  };
+  BlockOf left;
+  scout.Predict(left);
+  for (std::size_t i = 0; i < BlockFrames; ++i) {
+    left[i] = taught[i] ? WithinHeadroom(taughtInput[i] - WithinHeadroom(left[i])) : 0;
+  }
+  learnerLeft = kept * learnerLeft + (1 - kept) * meanSquare(taughtError);
+  scoutLeft = kept * scoutLeft + (1 - kept) * meanSquare(left);
+  scout.Learn(
+      taughtInput, left,
+      {.rate = std::max(lesson.rate, quick), .least = likely, .gain = lesson.gain, .share = lesson.share});
+  if (learnerLeft <= better * scoutLeft) return;
+  learner.Follow(scout);
+  learnerLeft = scoutLeft;
 }
 
 void AdaptiveFilter::Level::Take(float sample, double weight) {
@@ -210,6 +243,7 @@ void AdaptiveFilter::SetCoefficients(std::span<const std::int32_t> coefficients)
     wanted.push_back(static_cast<float>(std::clamp(coefficient / CoefficientUnit, -1.0, 1.0)));
   }
   learner.SetTaps(wanted);
+  scout.SetTaps(wanted);
   line.Reset();
   tapsKnown = false;
 }

@@ -117,6 +117,7 @@ class AdaptiveFilter {
   void Hear();
   void Judge(std::size_t count);
   void Learn();
+  void Scout(const Lesson& lesson);
   bool Holds() const;
   bool MayAdapt() const;
 
@@ -126,7 +127,8 @@ class AdaptiveFilter {
   double levelWeight = 0;  // of a sample in the short-time levels
 
   SampleHistory inputs, references;
-  BlockLearner learner;
+  BlockLearner learner, scout;
+  double learnerLeft = 0, scoutLeft = 0;  // mean squares of what the two leave of the input
   HeldLine line;
   AlignedFloats taps;                       // the oldest sample's first, as the learner has them
   bool tapsKnown = false;                   // taps are the learner's
@@ -134,6 +136,7 @@ class AdaptiveFilter {
   bool framesKnown = false;                 // and those before it
   BlockOf prediction{}, error{};            // of the present piece
   BlockOf blockPrediction{}, blockError{};  // of the block so far
+  std::array<bool, BlockFrames> taught{};   // whether a sample is learned from
   BlockOf taughtInput{}, taughtError{};     // 0 where it is not learned from
   std::size_t filled = 0, lessons = 0;      // samples of the present block, and those to be learned from
   Level inputLevel, outputLevel, referenceLevel;

@@ -7,8 +7,6 @@ namespace {
 
 // Of a tap's spectrum before anything was heard, and part of the power of taps that are given.
 constexpr float FirstVariance = 0.3F, GivenVariance = 0.01F;
-// A way that is not there may appear.
-constexpr float LeastPower = 1e-4F;
 constexpr float LargestTap = 1.0F;
 
 float PowerOf(const FrameSpectrum& spectrum, std::size_t line) {
@@ -52,6 +50,14 @@ void BlockLearner::SetTaps(std::span<const float> wanted) {
     for (std::size_t line = 0; line < TransformPoints; ++line) {
       at.variance[line] = GivenVariance * PowerOf(at.taps, line);
     }
+  }
+}
+
+void BlockLearner::Follow(const BlockLearner& leader) {
+  taps = leader.taps;
+  for (std::size_t i = 0; i < count; ++i) {
+    partitions[i].taps = leader.partitions[i].taps;
+    partitions[i].variance = leader.partitions[i].variance;
   }
 }
 
@@ -108,7 +114,10 @@ void BlockLearner::FindScale(const Lesson& lesson) {
   for (std::size_t i = 0; i < count; ++i) {
     Partition& at = partitions[i];
     const FrameSpectrum& sound = Sound(i);
-    AddUncertainty({.variance = at.variance, .rate = rates, .floor = LeastPower, .most = FirstVariance},
+    AddUncertainty({.variance = at.variance,
+                    .rate = rates,
+                    .floor = static_cast<float>(lesson.least),
+                    .most = FirstVariance},
                    {at.taps.re, at.taps.im}, {sound.re, sound.im}, scale);
   }
   const auto gain = static_cast<float>(lesson.gain);

@@ -13,10 +13,11 @@ namespace unit::sound {
 
 // What a block is learned with.
 struct Lesson {
-  double rate = 0;   // how fast the way from the reference to the input is taken to change: part of its power
-                     // a block
-  double gain = 1;   // of each step, 0..1
-  double share = 1;  // of the block's samples that may be learned from; the error is 0 in the others
+  double rate = 0;  // how fast the way from the reference to the input is taken to change: part of its power
+                    // a block
+  double least = 1e-4;  // power that the taps are taken to have in this
+  double gain = 1;      // of each step, 0..1
+  double share = 1;     // of the block's samples that may be learned from; the error is 0 in the others
 };
 
 // Taps from 0 to the latest lag, of a reference that is heard in frames of the last TransformSpan samples.
@@ -43,6 +44,9 @@ class BlockLearner {
   std::span<const float> Taps() const { return std::span(taps).first(size); }
   // As many as there are given, the rest is 0. Where one is not 0 they are taken to be about right.
   void SetTaps(std::span<const float> wanted);
+
+  // Takes over the taps of another one of the same size, and what is known of them.
+  void Follow(const BlockLearner& leader);
 
   // The next frame of the reference; the one before it becomes that of the next partition.
   void Hear(std::span<const float, TransformSpan> frame);
