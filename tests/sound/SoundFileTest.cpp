@@ -247,7 +247,7 @@ TEST_F(SoundFile, IsNotWrittenWhereItMayNotBe) {
   std::ofstream(In("old.wav")) << "old";
   const auto busy = SoundWriter::Create(In("old.wav"), 36000);
   for (const auto& [name, text] : {std::pair{"none/out.wav", "can't be written: No such file"},
-                                   {"old.wav", "can't be written: Device or resource busy"},
+                                   {"old.wav", "can't be written: it is being written already"},
                                    {"old.mp3", "must end in .wav or .flac"},
                                    {".", "can't be written: Is a directory"}}) {
     const auto created = SoundWriter::Create(In(name), 36000);

@@ -1,5 +1,6 @@
 #include "unit/clean/Cleaning.h"
 
+#include <system_error>
 #include <utility>
 
 #include "unit/clean/Job.h"
@@ -15,7 +16,12 @@ Cleaning::~Cleaning() {
 
 void Cleaning::Start() {
   begun = std::chrono::steady_clock::now();
-  thread = std::thread([this] { Run(); });
+  try {
+    thread = std::thread([this] { Run(); });
+  } catch (const std::system_error& fault) {
+    outcome.error = wish.in + ": can't be cleaned now: " + fault.what();
+    state = CleaningState::Failed;
+  }
 }
 
 void Cleaning::Cancel() { cancelled = true; }

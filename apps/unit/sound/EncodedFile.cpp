@@ -2,6 +2,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <string_view>
 #include <utility>
 
 #include <fcntl.h>
@@ -15,6 +16,14 @@ namespace {
 
 std::string Unwritable(const std::string& path, const std::string& reason) {
   return path + ": can't be written: " + reason;
+}
+
+// "Error : Opus only supports ... 48000."
+std::string PlainWords(std::string text) {
+  constexpr std::string_view head = "Error : ";
+  if (text.starts_with(head)) text.erase(0, head.size());
+  while (!text.empty() && (text.back() == '.' || text.back() == '\n')) text.pop_back();
+  return text;
 }
 
 }  // namespace
@@ -64,7 +73,9 @@ EncodedFile& EncodedFile::operator=(EncodedFile&& other) noexcept {
 std::variant<EncodedFile, std::string> EncodedFile::Create(const std::string& path,
                                                            const FileEncoding& format) {
   auto begun = PartFile::Begin(path);
-  if (const int* const error = std::get_if<int>(&begun)) return Unwritable(path, std::strerror(*error));
+  if (const int* const error = std::get_if<int>(&begun)) {
+    return Unwritable(path, *error == EBUSY ? "it is being written already" : std::strerror(*error));
+  }
   std::unique_ptr<Output> output(new Output{std::move(std::get<PartFile>(begun))});
   SF_INFO info{};
   info.samplerate = format.rate;
@@ -73,7 +84,7 @@ std::variant<EncodedFile, std::string> EncodedFile::Create(const std::string& pa
   SF_VIRTUAL_IO bytes{Output::Size, Output::Seek, nullptr, Output::Write, Output::Tell};
   SoundHandle file(sf_open_virtual(&bytes, SFM_WRITE, &info, output.get()));
   if (output->error != 0) return Unwritable(path, std::strerror(output->error));
-  if (!file) return Unwritable(path, sf_strerror(nullptr));
+  if (!file) return Unwritable(path, PlainWords(sf_strerror(nullptr)));
   sf_command(file.get(), SFC_RF64_AUTO_DOWNGRADE, nullptr, SF_TRUE);
   return EncodedFile(path, format.channels, std::move(output), std::move(file));
 }
