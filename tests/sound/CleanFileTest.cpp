@@ -205,7 +205,7 @@ TEST_F(CleanFile, AdaptsFromTheBeginningOrKeepsWhatWasLearned) {
   run.Left(Sine(300, UnitRate, 24000, 0.3));
   wish.setting.programs.stages[0].coefficients = run.engine.Learned(1);
   const auto kept = levels("kept as they were");
-  EXPECT_LT(kept.first, learned.first / 4);
+  EXPECT_LT(kept.first, learned.first / 2);
   wish.adaptive = Learning::FromBeginning;
   EXPECT_EQ(levels("learned from the beginning"), learned);
 }
