@@ -242,8 +242,7 @@ void FrmUnit::ShowUnit() {
                                                        : "&Start the Unit");
   btnStart.core.SetEnabled(connects || (!runs && unit.Installed()));
   btnStop.core.SetEnabled(runs);
-  for (Frame* frame : {&fraSource, &fraOutput, &fraTransport, &fraLoop, &fraHeard})
-    frame->core.SetEnabled(runs);
+  for (Frame* frame : {&fraSource, &fraOutput, &fraTransport, &fraLoop}) frame->core.SetEnabled(runs);
   btnDevices.core.SetEnabled(runs);
 }
 

@@ -61,6 +61,7 @@ struct FrmUnit {
   Button btnPlay{fraTransport, "btnPlay", "&Play"};
   TextBox txtPosition{fraTransport, "txtPosition", "Position"};
   Label lblLength{fraTransport, "lblLength", ""};
+  OptionGroup optHeard{fraTransport, {{"optBefore", "&Before"}, {"optAfter", "&After"}}};
   Frame fraLoop{form, "fraLoop", "", Arrangement::Columns};
   CheckBox chkLoop{fraLoop, "chkLoop", "&Loop"};
   TextBox txtFrom{fraLoop, "txtFrom", "From"};
@@ -68,9 +69,7 @@ struct FrmUnit {
   TextBox txtTo{fraLoop, "txtTo", "To"};
   Button btnTo{fraLoop, "btnTo", "To Here"};
 
-  Frame fraHeard{form, "fraHeard", "", Arrangement::Columns};
-  OptionGroup optHeard{fraHeard, {{"optBefore", "&Before"}, {"optAfter", "&After"}}};
-  Label lblHeard{fraHeard, "lblHeard", ""};
+  Label lblHeard{form, "lblHeard", ""};
   Label lblDropOuts{form, "lblDropOuts", ""};
   Label lblTrouble{form, "lblTrouble", ""};
   Frame fraEnd{form, "fraEnd", "", Arrangement::Columns};
