@@ -179,6 +179,7 @@ int Spawn(const std::string& path, const std::vector<std::string>& arguments,
   std::vector<std::string> words{path};
   words.insert(words.end(), arguments.begin(), arguments.end());
   std::vector<char*> pointers;
+  pointers.reserve(words.size() + 1);
   for (std::string& word : words) pointers.push_back(word.data());
   pointers.push_back(nullptr);
   const int failure = posix_spawn(&id, path.c_str(), &actions, &attributes, pointers.data(), environ);
