@@ -7,7 +7,6 @@
 
 #include "model/BandFrequencies.h"
 #include "model/BroadbandBlock.h"
-#include "model/BroadbandPresets.h"
 #include "model/Kinds.h"
 #include "model/modNumerical.h"
 
@@ -19,23 +18,13 @@ using S = SystemSettings;
 constexpr int LastLine = static_cast<int>(NoiseLines) - 1;
 constexpr int Frame = 2 * LastLine;
 
-// What the preset records leave of white noise with all that can be asked for, in dB, by the presets' order.
-struct DeepestFall {
-  float sampleRate;
-  std::array<double, 3> fall;  // noise reducer, noise equalizer, off
-};
-constexpr std::array deepestFalls{
-    DeepestFall{7200, {17.0, 8.2, 8.3}},   DeepestFall{12000, {18.8, 10.1, 8.8}},
-    DeepestFall{14400, {19.2, 10.8, 8.9}}, DeepestFall{18000, {19.8, 12.2, 9.1}},
-    DeepestFall{24000, {20.0, 13.6, 9.3}}, DeepestFall{36000, {20.6, 16.7, 9.5}},
-};
+// What the preset records leave of white noise with all that can be asked for, in dB, at every rate: with
+// smoothing and without.
+constexpr double SmoothedFall = 21.9, PlainFall = 7.5;
 
-double LeastKept(const S& s, int stage, std::int16_t kind) {
-  const auto* row = std::ranges::lower_bound(deepestFalls, s.sampleRate, {}, &DeepestFall::sampleRate);
-  if (row == deepestFalls.end()) --row;
+double LeastKept(const S& s, int stage) {
   const std::int32_t mode = s.broadbandParms[stage].mode;
-  const int preset = mode == 0 || mode == 1 ? kind : OffPreset;
-  return AmplitudeRatio(-row->fall.at(static_cast<std::size_t>(preset)));
+  return AmplitudeRatio(mode == 0 || mode == 1 ? -SmoothedFall : -PlainFall);
 }
 
 // The band that a frequency in Hz belongs to: the nearest.
@@ -49,7 +38,7 @@ NoiseBands BandsOf(const S& s, int stage) {
   constexpr double attenuationUnity = 32768, gainUnity = 16;
   const int entry = FilterStages + stage;
   const double attenuation = std::max<std::int16_t>(s.filterAtten[entry], 0) / attenuationUnity;
-  const double least = LeastKept(s, stage, Kind);
+  const double least = LeastKept(s, stage);
   NoiseBands bands{.gain = std::max<std::int16_t>(s.filterGain[entry], 0) / gainUnity};
   const std::array frequencies = BandFrequencies(s.bandwidthIndex);
   for (int line = 0; line <= LastLine; line++) {

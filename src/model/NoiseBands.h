@@ -9,8 +9,8 @@
 
 namespace vc {
 
-// The unit works on the lines of a spectrum, sampleRate / 256 apart from 0 to half of the rate.
-inline constexpr std::size_t NoiseLines = 129;
+// The unit works on the lines of a spectrum, sampleRate / 512 apart from 0 to half of the rate.
+inline constexpr std::size_t NoiseLines = 257;
 
 struct NoiseBands {
   std::array<double, NoiseLines> kept{};  // of the amplitude of steady noise, in each line, 0..1

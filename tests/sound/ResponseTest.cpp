@@ -266,7 +266,7 @@ std::vector<double> PowersOf(std::span<const float> sound, std::size_t size) {
 // Noise that is found anew falls as drawn.
 void ExpectFallAsDrawn(SoundRun& run, const Place& place, const std::vector<double>& frequencies,
                        const std::vector<float>& drawn) {
-  constexpr std::size_t perBuffer = 512, measured = 50000, perLine = 8, size = 256 * perLine;
+  constexpr std::size_t perBuffer = 1024, measured = 80000, perLine = 16, size = 256 * perLine;
   const auto buffers = static_cast<std::size_t>(run.record.broadbandParms[place.side].span);
   run.engine.ResetBroadband(3);
   const Signal noise = Noise((buffers + 8) * perBuffer + measured, 0.2F);
@@ -279,7 +279,9 @@ void ExpectFallAsDrawn(SoundRun& run, const Place& place, const std::vector<doub
       in += before[bin];
       left += after[bin];
     }
-    EXPECT_NEAR(Decibels(std::sqrt(left / in)), drawn[line], 1.25) << frequencies[line] << " Hz";
+    // On a steep slope the louder side of a line is what counts.
+    const double near = drawn[line] > -12 ? 1.25 : 2.5;
+    EXPECT_NEAR(Decibels(std::sqrt(left / in)), drawn[line], near) << frequencies[line] << " Hz";
   }
 }
 
@@ -287,13 +289,12 @@ TEST(Sound, SteadyNoiseFallsAsItsPictureShowsIt) {
   struct Case {
     std::int16_t kind;
     std::string atten, gain;
-    double bottom, top;  // dB; by the bandwidth where it is as far as the unit goes
+    double bottom, top;  // dB
   };
-  const double furthest[2][3] = {{-17.0, -18.8, -20.6}, {-8.2, -10.1, -16.7}};
+  constexpr double furthest = -21.9;
   constexpr auto reducer = vc::BroadbandKind::NoiseReducer, equalizer = vc::BroadbandKind::NoiseEq;
   for (const Place& place : Places) {
-    for (const std::size_t at : {0U, 1U, 2U}) {
-      const char* const bandwidth = std::array{"0", "1", "5"}[at];
+    for (const char* const bandwidth : {"0", "1", "5"}) {
       SoundRun run(place.configMode, bandwidth);
       run.Edit("broadbandActive", "1", place.side);
       for (int band = 0; band < 20; ++band) {
@@ -301,10 +302,10 @@ TEST(Sound, SteadyNoiseFallsAsItsPictureShowsIt) {
                  std::array{"1", "0", "0.5", "0.8"}[static_cast<std::size_t>(band) * 7 / 3 % 4], place.side,
                  band);
       }
-      for (const Case& c : {Case{equalizer, "32767", "16", furthest[1][at], 0},
+      for (const Case& c : {Case{equalizer, "32767", "16", furthest, 0},
                             {equalizer, "16384", "32", 0, 6},
                             {reducer, "22406", "16", -10, -10},
-                            {reducer, "32767", "8", furthest[0][at] - 6, furthest[0][at] - 6}}) {
+                            {reducer, "32767", "8", furthest - 6, furthest - 6}}) {
         SCOPED_TRACE(std::string("bandwidth ") + bandwidth + ", mode " + std::to_string(place.configMode) +
                      ", kind " + std::to_string(c.kind) + " at " + c.atten);
         run.Edit("broadbandType", std::to_string(c.kind), place.side);

@@ -27,6 +27,13 @@ float Float(std::span<const std::uint8_t> bytes, std::size_t place) {
 // False for what is no number, too.
 bool IsFraction(float value) { return value >= 0 && value <= 1; }
 
+// The record's averages are told for frames that are so many samples apart.
+constexpr std::size_t RecordHop = 64;
+
+float PerFrame(float average) {
+  return std::pow(average, static_cast<float>(Broadband::Hop) / static_cast<float>(RecordHop));
+}
+
 float FractionOr(float value, float otherwise) { return IsFraction(value) ? value : otherwise; }
 
 NoiseSmoothing SmoothingOf(std::int32_t mode) {
@@ -55,7 +62,7 @@ Broadband::Broadband(double rate)
       sampleRate(rate),
       sent(UsualRecord(rate)),
       valueOf(ValuesOfLines(rate)) {
-  // The squares of four windows, 64 apart, add up to 2; the transforms to 256.
+  // The squares of four windows, a hop apart, add up to 2; the transforms to the size of a frame.
   for (std::size_t i = 0; i < FrameSize; ++i) {
     window[i] = static_cast<float>(std::sin(std::numbers::pi * static_cast<double>(i) / FrameSize));
   }
@@ -112,15 +119,15 @@ void Broadband::UseRecord() {
 }
 
 NoiseFloorSettings Broadband::FloorSettings() const {
-  return {.averaging = record.averageSpectrum,
-          .noiseAveraging = record.noiseAverage,
+  return {.averaging = PerFrame(record.averageSpectrum),
+          .noiseAveraging = PerFrame(record.noiseAverage),
           .compensation = record.noiseEstimation,
           .buffers = static_cast<std::size_t>(record.buffers)};
 }
 
 NoiseGainSettings Broadband::GainSettings() const {
   return {.smoothing = SmoothingOf(record.mode),
-          .averaging = record.signalAveraging,
+          .averaging = PerFrame(record.signalAveraging),
           .floor = std::sqrt(record.subtractionFloor),
           .sampleRate = sampleRate};
 }

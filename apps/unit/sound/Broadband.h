@@ -13,6 +13,7 @@
 
 #include "unit/sound/BroadbandGrid.h"
 #include "unit/sound/NoiseFloor.h"
+#include "unit/sound/NoiseFrame.h"
 #include "unit/sound/NoiseGains.h"
 #include "unit/sound/NoiseTaken.h"
 
@@ -33,8 +34,8 @@ struct BroadbandRecord {
 // kHz.
 BroadbandRecord UsualRecord(double sampleRate);
 
-// A sound is cut into frames of 256 samples, 64 apart, under a root of a Hann window, and put together again.
-// A line of the spectrum keeps 1 - x (1 - G) of itself: G is the gain for the noise that was found
+// A sound is cut into frames of 512 samples, 128 apart, under a root of a Hann window, and put together
+// again. A line of the spectrum keeps 1 - x (1 - G) of itself: G is the gain for the noise that was found
 // (NoiseGains). x is such that a steady noise falls to 1 - a v, with v the value of the block that serves
 // the line (0..1, the reduction that the host asks for) and a the stage's attenuation; 1 where that is
 // further than the gains go. What leaves has the stage's gain.

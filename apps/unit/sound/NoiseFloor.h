@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <span>
 
+#include "unit/sound/NoiseFrame.h"
+
 namespace unit::sound {
 
 struct NoiseFloorSettings {
@@ -20,7 +22,7 @@ struct NoiseFloorSettings {
 // rises, but no further than the noise.
 class NoiseFloor {
  public:
-  static constexpr std::size_t Lines = 129;
+  static constexpr std::size_t Lines = NoiseFrame::Lines;
   static constexpr std::size_t MostBuffers = 100;
   static constexpr std::size_t FramesPerBuffer = 8;
   using Spectrum = std::array<float, Lines>;

@@ -12,20 +12,20 @@ enum class NoiseSmoothing { Ratio, Spectrum, None };
 
 struct NoiseGainSettings {
   NoiseSmoothing smoothing = NoiseSmoothing::Ratio;
-  float averaging = 0.97F;    // of what is smoothed, 0..1: what the last frame counts in the next one
+  float averaging = 0.94F;    // of what is smoothed, 0..1: what the last frame counts in the next one
   float floor = 0;            // the least gain, 0..1, of the amplitude
   double sampleRate = 12000;  // Hz
 };
 
-// Ratio: the gain of the least error in the logarithm of the spectrum, for the signal-to-noise ratio that the
-// decision-directed rule gives (Y. Ephraim, D. Malah, IEEE Transactions on Acoustics, Speech and Signal
-// Processing 32, 1984, and 33, 1985); its smoothing gives way to what stands clear of the noise. Spectrum:
-// Wiener's gain for the averaged spectrum. None: Wiener's gain for the frame alone.
+// Wiener's gain for a signal-to-noise ratio. Ratio: the one that the decision-directed rule gives (Y.
+// Ephraim, D. Malah, IEEE Transactions on Acoustics, Speech and Signal Processing 32, 1984); its smoothing
+// gives way to what stands clear of the noise. Spectrum: that of the averaged spectrum. None: that of the
+// frame alone.
 //
-// But for None, what a chance peak of the noise would leave as a short tone is evened out: where nothing
-// stands clear, a line gets the mean gain of many lines around it (T. Esch, P. Vary, ICASSP 2009; here each
-// line by its surroundings), and no line falls further than 22 dB, so that what is left is noise and not
-// silence with holes.
+// But for None, a line keeps that gain as far as speech is present in it: between it and the least gain, 22
+// dB down, it lies by the probability of speech, which is found over neighbours, far neighbours and the whole
+// frame (I. Cohen, B. Berdugo, Signal Processing 81, 2001: "optimally modified log-spectral amplitude"). So
+// a chance peak of the noise leaves no tone, and what is left is noise and not silence with holes.
 class NoiseGains {
  public:
   using Spectrum = NoiseFloor::Spectrum;
@@ -50,19 +50,22 @@ class NoiseGains {
   };
 
   void FindClear();
-  float Gain(std::size_t line, float noise) const;
-  void EvenOut();
+  float SignalRatio(std::size_t line, float noise) const;
+  void WeighBySpeech();
+  float Likelihood(float mean) const;
 
   NoiseGainSettings settings;
-  float floor = 0;
-  std::size_t nearReach = 1, surroundings = 1;  // lines on each side
-  float kept = 0;
-  Spectrum ratio{};  // of the power to the noise
-  Spectrum near{};   // its mean over neighbours in time and frequency
-  Spectrum clear{};  // whether a line stands clear of the noise, 0..1
-  Spectrum last{};   // Ratio: the powers that the last frame kept; Spectrum: the averages
+  float floor = 0, floorLog = 0;
+  std::size_t nearReach = 1, farReach = 1, voiceReach = 1;  // lines on each side
+  float clearKept = 0, presentKept = 0;
+  float leastPresent = 0, surelyPresent = 1, perLog = 1;
+  Spectrum ratio{};    // of the power to the noise
+  Spectrum near{};     // its mean over neighbours in time and frequency
+  Spectrum clear{};    // whether a line stands clear of the noise, 0..1
+  Spectrum signal{};   // the signal-to-noise ratio
+  Spectrum present{};  // its average, of short memory
+  Spectrum last{};     // Ratio: the powers of speech in the last frame; Spectrum: the averages
   Spectrum gain{};
-  Sums ratios;
 };
 
 }  // namespace unit::sound

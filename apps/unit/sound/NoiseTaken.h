@@ -7,13 +7,10 @@
 #include <kissfft/kiss_fftr.h>
 
 #include "unit/sound/NoiseFloor.h"
+#include "unit/sound/NoiseFrame.h"
 #include "unit/sound/NoiseGains.h"
 
 namespace unit::sound {
-
-struct NoiseFrame {
-  static constexpr std::size_t Size = 256, Hop = 64;  // samples
-};
 
 // Of 1 - G, with G the gain of a line, over the power of the noise: the mean, and the mean of its square.
 struct NoiseTaken {
