@@ -82,7 +82,7 @@ Signal SpeechOf(const SoundRun& run, std::size_t size) {
 
 Picture HumPicture() {
   SoundRun run;
-  cleaning::SetHumFilter(run, 1024, 8);
+  cleaning::SetHumFilter(run, 1024, 16);
   const std::size_t size = 180 * 12000;
   const Signal before = SceneSound(run.Rate(), size, cleaning::SpeechAndHum())[0], after = run.Left(before);
   const Signal speech = SpeechOf(run, size);

@@ -84,10 +84,10 @@ Signal Radio(std::size_t size, double rate, std::uint32_t seed) {
   Signal sound(size);
   double hertz = lowest;
   for (std::size_t i = 0; i < size; ++i) {
-    if (i % length == 0)
-      hertz = lowest * std::pow(2.0, static_cast<double>(scale[random() % scale.size()] +
-                                                         12 * static_cast<int>(random() % 3)) /
-                                         12);
+    if (i % length == 0) {
+      const int semitones = scale[random() % scale.size()] + 12 * static_cast<int>(random() % 3);
+      hertz = lowest * std::pow(2.0, semitones / 12.0);
+    }
     const double t = static_cast<double>(i % length) / rate;
     double sum = 0;
     for (int k = 1; k <= 6 && k * hertz < rate / 2; ++k)
@@ -102,9 +102,10 @@ Signal Room(std::size_t size, std::uint32_t seed) {
   constexpr std::size_t direct = 8;
   constexpr double decay = 6.9;
   Signal taps = White(size, seed);
-  for (std::size_t i = 0; i < size; ++i)
-    taps[i] *=
-        static_cast<float>(0.1 * std::exp(-decay * static_cast<double>(i) / static_cast<double>(size)));
+  for (std::size_t i = 0; i < size; ++i) {
+    const double age = static_cast<double>(i) / static_cast<double>(size);
+    taps[i] *= static_cast<float>(0.1 * std::exp(-decay * age));
+  }
   std::fill_n(taps.begin(), direct, 0.0F);
   taps[direct] = 0.5F;
   return taps;

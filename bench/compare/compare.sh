@@ -69,7 +69,7 @@ through_ffmpeg() {
 
 unit_hum() {  # the manual's settings for hum
   "$bin/compare_unit" "$1/noisy.wav" - "$1/out.wav" bandwidthIndex=1 'filterType(1)=1' 'filterActive(1)=1' \
-    'ch1Taps(1)=1024' 'ch1Mu(1)=8' 'ch1PredSpan(1)=1200' 'ch1AutoNormalize(1)=1' 'ch1AdaptSelect(1)=0' \
+    'ch1Taps(1)=1024' 'ch1Mu(1)=16' 'ch1PredSpan(1)=1200' 'ch1AutoNormalize(1)=1' 'ch1AdaptSelect(1)=0' \
     'filterAdapt(1)=1' adaptEnabled=1
 }
 notches() {  # of the 20 harmonics of 50 Hz, each so many Hz wide
@@ -116,7 +116,9 @@ recordings=(
   "hum-0 hum 0 5 $notches"
   "hum-10 hum 10 6 $notches"
   "mains-0 mains 0 7 $notches"
+  "hum+5 hum -5 15 $notches"
   "mains-10 mains 10 8 $notches"
+  "mains+5 mains -5 16 $notches"
   "hum-clean none 0 9 $notches"
   "radio-0 radio 0 10 $cancellers"
   "radio-5 radio -5 11 $cancellers"

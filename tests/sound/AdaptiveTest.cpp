@@ -130,7 +130,7 @@ TEST(OneChannelFilter, TakesAHumAndLeavesTheVoice) {
   for (int k = 1; k <= 20; ++k) hum = Sum(hum, Tone(size, 50.0 * k, Rate, 0.05 / std::sqrt(k)));
   std::fill(hum.begin() + stops, hum.end(), 0.0F);
   const AdaptiveSettings settings{
-      .predictor = true, .taps = 1024, .span = 1200, .rate = 8, .normalize = true, .sampleRate = Rate};
+      .predictor = true, .taps = 1024, .span = 1200, .rate = 16, .normalize = true, .sampleRate = Rate};
   const auto cleaned = [&](const Sound& sound) {
     AdaptiveFilter filter = Made(settings);
     return Through(filter, sound, sound).normal;

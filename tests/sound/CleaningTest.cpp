@@ -47,7 +47,7 @@ Sound Less(Sound sound, std::span<const float> part) {
 
 TEST(Cleaning, TakesTheHumFromUnderTheSpeech) {
   SoundRun run;
-  SetHumFilter(run, 1024, 8);
+  SetHumFilter(run, 1024, 16);
   const std::size_t size = Samples(run, 3 * Minute), measured = size / 2;
   const Sound before = SceneSound(run.Rate(), size, SpeechAndHum())[0], after = run.Left(before);
   const Sound speech = SceneSound(run.Rate(), size, SpeechAlone())[0];
