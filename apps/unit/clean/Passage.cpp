@@ -21,7 +21,7 @@ constexpr int Quality = SRC_SINC_BEST_QUALITY;
 
 void Converter::Free::operator()(SRC_STATE_tag* of) const { src_delete(of); }
 
-Converter::Converter(SoundSource heard, std::size_t channelCount, int fromHertz, int toHertz)
+Converter::Converter(SampleSource heard, std::size_t channelCount, int fromHertz, int toHertz)
     : source(std::move(heard)),
       channels(channelCount),
       ratio(static_cast<double>(toHertz) / fromHertz),
@@ -62,7 +62,7 @@ void Converter::ReadConverted(std::span<float> samples) {
   }
 }
 
-ChainPass::ChainPass(SoundSource heard, std::size_t channelCount, sound::Engine& chain)
+ChainPass::ChainPass(SampleSource heard, std::size_t channelCount, sound::Engine& chain)
     : source(std::move(heard)),
       channels(channelCount),
       engine(chain),
@@ -93,7 +93,7 @@ void ChainPass::RunBlock() {
   }
 }
 
-Passage::Passage(SoundSource heard, std::size_t channels, int rate, sound::Engine& engine)
+Passage::Passage(SampleSource heard, std::size_t channels, int rate, sound::Engine& engine)
     : there(std::move(heard), channels, rate, engine.SampleRate()),
       chain([this](std::span<float> samples) { there.Read(samples); }, channels, engine),
       back([this](std::span<float> samples) { chain.Read(samples); }, channels, engine.SampleRate(), rate) {}

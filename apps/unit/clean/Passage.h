@@ -10,7 +10,7 @@
 
 #include "unit/clean/Fifo.h"
 #include "unit/clean/Polyphase.h"
-#include "unit/clean/SoundSource.h"
+#include "unit/clean/SampleSource.h"
 #include "unit/sound/Engine.h"
 
 struct SRC_STATE_tag;
@@ -21,7 +21,7 @@ namespace unit::clean {
 // can hold pass unchanged.
 class Converter {
  public:
-  Converter(SoundSource heard, std::size_t channelCount, int fromHertz, int toHertz);
+  Converter(SampleSource heard, std::size_t channelCount, int fromHertz, int toHertz);
   void Read(std::span<float> samples);
 
  private:
@@ -31,7 +31,7 @@ class Converter {
 
   void ReadConverted(std::span<float> samples);
 
-  SoundSource source;
+  SampleSource source;
   std::size_t channels;
   double ratio;
   std::optional<Polyphase> polyphase;            // where it suits the rates
@@ -45,13 +45,13 @@ class Converter {
 class ChainPass {
  public:
   // engine must outlive it, and be set.
-  ChainPass(SoundSource heard, std::size_t channelCount, sound::Engine& chain);
+  ChainPass(SampleSource heard, std::size_t channelCount, sound::Engine& chain);
   void Read(std::span<float> samples);
 
  private:
   void RunBlock();
 
-  SoundSource source;
+  SampleSource source;
   std::size_t channels;
   sound::Engine& engine;
   std::array<std::size_t, 2> late;     // frames that are still to be dropped
@@ -62,7 +62,7 @@ class ChainPass {
 class Passage {
  public:
   // engine must outlive it, and be set.
-  Passage(SoundSource heard, std::size_t channels, int rate, sound::Engine& engine);
+  Passage(SampleSource heard, std::size_t channels, int rate, sound::Engine& engine);
   Passage(const Passage&) = delete;
   Passage& operator=(const Passage&) = delete;
 

@@ -39,7 +39,7 @@ bool Polyphase::Suits(int fromHertz, int toHertz) {
   return up <= MostTaps && 2 * up * ReachOf(up, down) <= MostTaps;
 }
 
-Polyphase::Polyphase(SoundSource heard, std::size_t channelCount, int fromHertz, int toHertz)
+Polyphase::Polyphase(SampleSource heard, std::size_t channelCount, int fromHertz, int toHertz)
     : source(std::move(heard)),
       channels(channelCount),
       up(Term(toHertz, fromHertz)),

@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "unit/clean/SoundSource.h"
+#include "unit/clean/SampleSource.h"
 
 namespace unit::clean {
 
@@ -19,14 +19,14 @@ class Polyphase {
   // Whether the taps for all places are few enough to be found at once.
   static bool Suits(int fromHertz, int toHertz);
 
-  Polyphase(SoundSource heard, std::size_t channelCount, int fromHertz, int toHertz);
+  Polyphase(SampleSource heard, std::size_t channelCount, int fromHertz, int toHertz);
   void Read(std::span<float> samples);
 
  private:
   void MakeTaps();
   void Hear();
 
-  SoundSource source;
+  SampleSource source;
   std::size_t channels;
   std::size_t up, down;                  // the rates' ratio in lowest terms
   std::size_t reach;                     // samples on either side that a sample is made of

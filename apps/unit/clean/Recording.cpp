@@ -14,14 +14,14 @@ namespace {
 using sound::LibraryReason;
 using sound::SoundHandle;
 
-constexpr int LowestRate = 200, HighestRate = 1'000'000;  // Hz
 constexpr std::size_t ChunkSamples = 2048;
 
 std::string NotHeard(const std::string& path, const SF_INFO& info) {
   if (info.channels > 2) {
     return path + ": has " + std::to_string(info.channels) + " channels: one or two can be cleaned";
   }
-  if (info.channels < 1 || info.samplerate < LowestRate || info.samplerate > HighestRate) {
+  if (info.channels < 1 || info.samplerate < sound::LowestFileRate ||
+      info.samplerate > sound::HighestFileRate) {
     return path + ": no sound that can be cleaned: " + std::to_string(info.samplerate) + " Hz, " +
            std::to_string(info.channels) + " channels";
   }
@@ -43,17 +43,11 @@ std::variant<Recording, std::string> Recording::Open(const std::string& path) {
   if (kind != std::filesystem::file_type::regular && kind != std::filesystem::file_type::not_found && !error)
     return path + ": is no file";
   SF_INFO info{};
-  errno = 0;
-  SoundHandle file(sf_open(path.c_str(), SFM_READ, &info));
-  if (!file) {
-    const int systemError = errno;
-    const bool unknown = sf_error(nullptr) != SF_ERR_SYSTEM;
-    return path + (unknown ? ": no sound that can be read: " : ": can't be read: ") +
-           LibraryReason(nullptr, systemError);
-  }
+  auto opened = sound::OpenToRead(path, info);
+  if (auto* const why = std::get_if<std::string>(&opened)) return std::move(*why);
   std::string wrong = NotHeard(path, info);
   if (!wrong.empty()) return wrong;
-  return Recording(path, std::move(file), info);
+  return Recording(path, std::get<SoundHandle>(std::move(opened)), info);
 }
 
 Recording::Recording(std::string soundPath, SoundHandle opened, const SF_INFO& info)
@@ -64,8 +58,7 @@ Recording::Recording(std::string soundPath, SoundHandle opened, const SF_INFO& i
       channels(static_cast<std::size_t>(info.channels)),
       sought(SeeksExactly(info)),
       said(sound::FramesSaid(info)),
-      guess(info.frames == SF_COUNT_MAX ? 0
-                                        : static_cast<std::uint64_t>(std::max<sf_count_t>(info.frames, 0))),
+      guess(sound::FrameCount(info)),
       flaws(path, info) {}
 
 bool Recording::Skip(std::uint64_t frame, const std::atomic<bool>& stopped) {

@@ -8,8 +8,8 @@
 #include <variant>
 #include <vector>
 
-#include "unit/sound/SoundFile.h"
 #include "unit/sound/SoundFlaws.h"
+#include "unit/sound/SoundHandle.h"
 
 namespace unit::clean {
 

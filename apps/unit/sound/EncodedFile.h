@@ -6,7 +6,7 @@
 #include <string>
 #include <variant>
 
-#include "unit/sound/SoundFile.h"
+#include "unit/sound/SoundHandle.h"
 
 namespace unit::sound {
 

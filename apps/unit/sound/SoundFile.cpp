@@ -2,55 +2,19 @@
 #include "unit/sound/SoundFile.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cmath>
-#include <cstring>
 #include <new>
-#include <sstream>
 #include <utility>
 
 #include <samplerate.h>
 #include <sndfile.h>
 
-#include "unit/sound/SoundLength.h"
-
 namespace unit::sound {
 namespace {
 
-constexpr int LowestFileRate = 200;
-constexpr int HighestFileRate = 1'000'000;
-constexpr float HighestSample = 8.0F;
 // Its pass band, nine tenths of the lower rate, has all of the unit's bandwidths, and its noise is at -121
 // dB.
 constexpr int Quality = SRC_SINC_MEDIUM_QUALITY;
-
-std::string Complaint(const std::string& path, const std::string& what) { return path + ": " + what; }
-
-// Why the file could not be opened or written; systemError as errno was just then.
-std::string ReasonOf(SNDFILE* file, int systemError) {
-  const int error = sf_error(file);
-  if (error == SF_ERR_SYSTEM && systemError != 0) return std::strerror(systemError);
-  std::string text = sf_error_number(error);
-  while (!text.empty() && (text.back() == '.' || text.back() == '\n')) text.pop_back();
-  std::replace(text.begin(), text.end(), '\n', ' ');
-  return text;
-}
-
-float Bounded(float sample) { return std::clamp(sample, -HighestSample, HighestSample); }
-
-std::string OutOf(std::uint64_t there, std::uint64_t said, const char* what) {
-  return "is cut off: " + std::to_string(there) + " of " + std::to_string(said) + what + " are there";
-}
-
-// By the header; empty where that says nothing else than what is there.
-std::string CutOf(const std::string& path, const SF_INFO& info) {
-  const std::optional<SoundLength> length = SoundLengthOf(path);
-  if (length && length->there < length->said)
-    return OutOf(length->there, length->said, " bytes of its sound");
-  const bool ogg = (info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_OGG;
-  return ogg && info.seekable != 0 && info.frames == SF_COUNT_MAX ? "is cut off: its last page is not there"
-                                                                  : "";
-}
 
 bool IsMpeg(const SF_INFO& info) { return (info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_MPEG; }
 
@@ -60,44 +24,25 @@ std::uint64_t LeadOf(const SF_INFO& info) {
   return IsMpeg(info) ? mpegLead * mpegFrame : 0;
 }
 
-std::uint64_t FrameCount(const SF_INFO& info) {
-  return info.frames == SF_COUNT_MAX ? 0 : static_cast<std::uint64_t>(std::max<sf_count_t>(info.frames, 0));
-}
-
-// An MPEG file's length may be a guess.
-std::uint64_t FramesSaid(const SF_INFO& info) { return IsMpeg(info) ? 0 : FrameCount(info); }
-
-std::string Samples(std::uint64_t count, const char* one, const char* more) {
-  return std::to_string(count) + (count == 1 ? one : more);
-}
-
 }  // namespace
 
-void CloseSound::operator()(sf_private_tag* file) const { sf_close(file); }
 void SoundReader::Free::operator()(SRC_STATE_tag* state) const { src_delete(state); }
 
 std::variant<SoundReader, std::string> SoundReader::Open(const std::string& path, int rate, bool looped) {
   SF_INFO info{};
-  errno = 0;
-  SoundHandle file(sf_open(path.c_str(), SFM_READ, &info));
-  if (!file) {
-    const int systemError = errno;
-    const bool unknown = sf_error(nullptr) != SF_ERR_SYSTEM;
-    return Complaint(path, unknown ? "no sound that can be read: " + ReasonOf(nullptr, 0)
-                                   : "can't be read: " + ReasonOf(nullptr, systemError));
-  }
+  auto opened = OpenToRead(path, info);
+  if (auto* const wrong = std::get_if<std::string>(&opened)) return std::move(*wrong);
   if (info.samplerate < LowestFileRate || info.samplerate > HighestFileRate || info.channels < 1) {
-    return Complaint(path, "no sound that can be played: " + std::to_string(info.samplerate) + " Hz, " +
-                               std::to_string(info.channels) + " channels");
+    return path + ": no sound that can be played: " + std::to_string(info.samplerate) + " Hz, " +
+           std::to_string(info.channels) + " channels";
   }
-  SoundReader reader(path, std::move(file), info, looped);
+  SoundReader reader(path, std::get<SoundHandle>(std::move(opened)), info, looped);
   reader.SetRate(rate);
   return reader;
 }
 
-SoundReader::SoundReader(std::string soundPath, SoundHandle opened, const SF_INFO& info, bool loops)
-    : path(std::move(soundPath)),
-      file(std::move(opened)),
+SoundReader::SoundReader(const std::string& path, SoundHandle opened, const SF_INFO& info, bool loops)
+    : file(std::move(opened)),
       fileRate(info.samplerate),
       channels(static_cast<std::size_t>(info.channels)),
       seekable(info.seekable != 0),
@@ -105,7 +50,7 @@ SoundReader::SoundReader(std::string soundPath, SoundHandle opened, const SF_INF
       loop(loops ? std::optional(Part{}) : std::nullopt),
       frameCount(FrameCount(info)),
       framesSaid(FramesSaid(info)),
-      cut(CutOf(path, info)),
+      flaws(path, info),
       raw(channels * ChunkFrames) {
   int error = 0;
   resampler.reset(src_new(Quality, 2, &error));
@@ -221,29 +166,13 @@ bool SoundReader::Rewind() {
 
 void SoundReader::CountFrames(std::size_t more) {
   at += more;
-  if (more == 0 && at < framesSaid && cut.empty()) cut = OutOf(at, framesSaid, " samples");
+  if (more == 0) flaws.EndedAt(at, framesSaid);
 }
 
 // What was read before was counted.
 float SoundReader::Take(float sample, std::uint64_t frame) {
-  if (std::isfinite(sample)) return Bounded(sample);
-  if (frame < reached) return 0.0F;
-  if (notNumbers + infinite == 0) firstFault = static_cast<double>(frame) / fileRate;
-  ++(std::isnan(sample) ? notNumbers : infinite);
-  return 0.0F;
-}
-
-std::string SoundReader::Flaw() const {
-  std::string text = cut;
-  const auto add = [&text](const std::string& more) { text += (text.empty() ? "" : ", ") + more; };
-  if (notNumbers > 0) add(Samples(notNumbers, " sample is no number (NaN)", " samples are no numbers (NaN)"));
-  if (infinite > 0) add(Samples(infinite, " sample is infinite", " samples are infinite"));
-  if (notNumbers + infinite > 0) {
-    std::ostringstream second;
-    second << ", from second " << firstFault << " on";
-    text += second.str();
-  }
-  return text.empty() ? text : Complaint(path, text);
+  if (frame < reached && !std::isfinite(sample)) return 0.0F;
+  return static_cast<float>(flaws.Bounded(sample, static_cast<double>(frame) / fileRate));
 }
 
 void SoundReader::ReadFrames() {
@@ -297,6 +226,7 @@ void SoundReader::Copy() {
 }
 
 void SoundReader::Resample() {
+  constexpr auto highest = static_cast<float>(HighestSample);
   SRC_DATA data{};
   data.data_in = chunk[std::min(chunkAt, ChunkFrames - 1)].data();
   data.input_frames = static_cast<long>(chunkCount - chunkAt);
@@ -310,7 +240,7 @@ void SoundReader::Resample() {
   const std::size_t before =
       std::exchange(readyCount, readyCount + static_cast<std::size_t>(data.output_frames_gen));
   for (Frame& frame : std::span(ready).subspan(before, readyCount - before)) {
-    for (float& sample : frame) sample = Bounded(sample);
+    for (float& sample : frame) sample = std::clamp(sample, -highest, highest);
   }
   ended = failed || (fileEnded && data.output_frames_gen == 0);
 }

@@ -12,17 +12,12 @@
 #include <vector>
 
 #include "unit/sound/Blocks.h"
+#include "unit/sound/SoundFlaws.h"
+#include "unit/sound/SoundHandle.h"
 
-struct SF_INFO;
-struct sf_private_tag;
 struct SRC_STATE_tag;
 
 namespace unit::sound {
-
-struct CloseSound {
-  void operator()(sf_private_tag* file) const;
-};
-using SoundHandle = std::unique_ptr<sf_private_tag, CloseSound>;
 
 // Plays a file of any kind that libsndfile reads and of 200 Hz to 1 MHz. The first two channels are left and
 // right, one alone is both. What is no number is played as 0, what is far above full scale as 8.
@@ -70,8 +65,8 @@ class SoundReader {
   // What is wrong with the sound as far as it was read, in words and with the path first: it is cut off
   // before the length that the file says it has, or samples are no numbers. Empty where nothing is. What is
   // heard again counts once.
-  std::string Flaw() const;
-  bool Flawed() const { return !cut.empty() || notNumbers + infinite > 0; }
+  std::string Flaw() const { return flaws.Text(); }
+  bool Flawed() const { return flaws.Any(); }
 
  private:
   using Frame = std::array<float, 2>;
@@ -85,7 +80,7 @@ class SoundReader {
     std::uint64_t from = 0, to = UINT64_MAX;
   };
 
-  SoundReader(std::string soundPath, SoundHandle opened, const SF_INFO& info, bool loops);
+  SoundReader(const std::string& path, SoundHandle opened, const SF_INFO& info, bool loops);
 
   bool SeekFile(std::uint64_t frame);
   bool GoTo(double frame);
@@ -99,7 +94,6 @@ class SoundReader {
   void Copy();
   void Resample();
 
-  std::string path;
   SoundHandle file;
   std::unique_ptr<SRC_STATE_tag, Free> resampler;
   int fileRate;
@@ -116,10 +110,8 @@ class SoundReader {
   std::uint64_t frameCount;           // of the whole file; 0 where it is not known
   std::uint64_t framesSaid;           // by the file itself, where it does not guess; 0 for no word
   std::uint64_t at = 0, reached = 0;  // the next frame to be read; how far the file was ever read
-  std::uint64_t notNumbers = 0, infinite = 0;  // samples
-  double firstFault = 0;                       // second of the first of them
-  std::string cut;                             // how much is there, in words; empty where all is
-  std::vector<float> raw;                      // as the file has it
+  SoundFlaws flaws;
+  std::vector<float> raw;  // as the file has it
   std::array<Frame, ChunkFrames> chunk{};
   std::size_t chunkAt = 0, chunkCount = 0;  // what of it is not used yet
   std::array<Frame, BlockFrames> ready{};

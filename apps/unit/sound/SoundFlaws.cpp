@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <optional>
 #include <sstream>
 #include <utility>
@@ -32,24 +31,6 @@ std::string Samples(std::uint64_t count, const char* one, const char* more) {
 }
 
 }  // namespace
-
-std::uint64_t FramesSaid(const SF_INFO& info) {
-  const bool guess = (info.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_MPEG;
-  return guess || info.frames == SF_COUNT_MAX
-             ? 0
-             : static_cast<std::uint64_t>(std::max<sf_count_t>(info.frames, 0));
-}
-
-std::string LibraryReason(sf_private_tag* file, int systemError) {
-  const int error = sf_error(file);
-  if (error == SF_ERR_SYSTEM && systemError != 0) return std::strerror(systemError);
-  std::string text = sf_error_number(error);
-  // So it calls a header with a rate of 0, for one.
-  if (text.starts_with("Internal error")) return "its header makes no sense";
-  while (!text.empty() && (text.back() == '.' || text.back() == '\n')) text.pop_back();
-  std::replace(text.begin(), text.end(), '\n', ' ');
-  return text;
-}
 
 SoundFlaws::SoundFlaws(std::string soundPath, const SF_INFO& info)
     : path(std::move(soundPath)), cut(CutOf(path, info)) {}

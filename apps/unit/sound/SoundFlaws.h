@@ -5,18 +5,10 @@
 #include <string>
 
 struct SF_INFO;
-struct sf_private_tag;
 
 namespace unit::sound {
 
 inline constexpr double HighestSample = 8;  // of what is heard; full scale is 1
-
-// How many frames the file says that it has; 0 where it says nothing or guesses.
-std::uint64_t FramesSaid(const SF_INFO& info);
-
-// Why the library could not open, read or write the file, without a full stop; systemError as errno was just
-// then.
-std::string LibraryReason(sf_private_tag* file, int systemError);
 
 class SoundFlaws {
  public:

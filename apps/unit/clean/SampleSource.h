@@ -7,6 +7,6 @@
 namespace unit::clean {
 
 // Fills frames, channels side by side, and never ends: there is silence behind a sound.
-using SoundSource = std::function<void(std::span<float> samples)>;
+using SampleSource = std::function<void(std::span<float> samples)>;
 
 }  // namespace unit::clean
