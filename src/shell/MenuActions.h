@@ -24,7 +24,7 @@ struct SessionCalls {
   Wire<void()> exit;
   // No unit was found: true where the simulated one runs instead now.
   Wire<bool()> offerUnit;
-  Wire<void()> showUnit;  // where it was taken up
+  Wire<void()> showUnit;     // where it was taken up
   Wire<void()> switchHeard;  // between before and after, of the simulated unit
   Wire<void(bool wanted)> queueRefresh;
   // Tells the operator something, on the splash while that is up and on the master panel from then on.
