@@ -55,6 +55,7 @@ void Tour::Run() {
   ShowObjectLog();
   if (linked) UpdateFirmware();
   if (linked) Reconnect();
+  ShowUnit();
   Expect(!linked || boxes.Unexpected() == 0, "no box came up that was not expected");
   LeaveProgram();
 }

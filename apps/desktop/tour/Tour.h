@@ -65,6 +65,8 @@ class Tour {
   void ShowReport();
   void PrintReport();
   void FileReport();
+  // The unit in the box, with a recording.
+  void ShowUnit();
   void UpdateFirmware();
   void ShowObjectLog();
   void Reconnect();

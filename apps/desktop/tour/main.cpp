@@ -33,7 +33,7 @@ std::string Install(const std::filesystem::path& program, const std::filesystem:
   std::filesystem::remove_all(folder, error);
   std::filesystem::create_directories(folder, error);
   std::filesystem::create_directory_symlink(program / "ports", folder / "ports", error);
-  for (const char* file : {"Factory Defaults.nrv", "vlnamain.fwr", "vlnadaug.fwr"}) {
+  for (const char* file : {"Factory Defaults.nrv", "vlnamain.fwr", "vlnadaug.fwr", "veltrana-unit"}) {
     std::filesystem::copy_file(program / file, folder / file, error);
   }
   return folder.string();
