@@ -46,7 +46,7 @@ void Print(std::ostream& out, const std::string& name, const vc::Said& said) {
 }
 
 std::string StartUnit(vc::Session& session) {
-  const std::string reason = session.StartUnit();
+  std::string reason = session.StartUnit();
   if (!reason.empty() || session.device.comm.CommPortOpen) return reason;
   return "it runs, but there is no connection to it";
 }

@@ -4,6 +4,7 @@
 #include <array>
 #include <utility>
 
+#include "model/Bandwidth.h"
 #include "text/Convert.h"
 #include "text/ProgramInfo.h"
 
@@ -53,9 +54,10 @@ void CleanRun::Cancel() {
 
 std::string CleanRun::SettingsText() const {
   const std::string name = around.setupName();
-  const std::string text = "Settings: " + (name.empty() ? "as they stand, of no setup file" : name) + ".";
-  if (around.settings.procEnabled != 0) return text;
-  return text + " Processing is off: the cleaned file will be as the recording is.";
+  const std::string text =
+      "Settings: " + (name.empty() ? "as they stand, of no setup file" : name) + ". What is above " +
+      std::string(BandwidthOf(around.settings.bandwidthIndex).name) + " (Bandwidth) goes.";
+  return text + (around.settings.procEnabled != 0 ? "" : " Processing is off: nothing else is changed.");
 }
 
 std::string CleanRun::WhyApart() const {

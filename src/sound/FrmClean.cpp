@@ -155,6 +155,12 @@ void FrmClean::FollowRun() {
   for (const std::string& line : run.report) report += line + "\n";
   txtReport.SetText(report);
   ShowUsable();
+  if (std::exchange(followed, run.phase) != run.phase) FocusNext();
+}
+
+// What the operator wants next, and no box into which a stray key would type.
+void FrmClean::FocusNext() {
+  form.Focus(run.Busy() ? btnCancel.core : run.phase == CleanPhase::Done ? btnHear.core : btnStart.core);
 }
 
 std::string FrmClean::StateText() const {

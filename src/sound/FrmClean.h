@@ -65,6 +65,7 @@ struct FrmClean {
   bool MayReplace(const std::string& path) const;
   bool UnitRuns();
   void FollowRun();
+  void FocusNext();
   void ShowSettings();
   void ShowUsable();
   std::string StateText() const;
@@ -75,6 +76,7 @@ struct FrmClean {
 
   Around around;
   CleanRun& run;
+  CleanPhase followed = CleanPhase::None;
   std::string suggested;  // name of the cleaned file that nobody has chosen
 };
 

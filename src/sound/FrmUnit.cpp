@@ -35,6 +35,11 @@ std::string LouderText(double gain) {
          " to be as loud as what comes out";
 }
 
+// A file stands in the place of what the filters make now.
+std::string HeardAfter(const std::string& file) {
+  return file.empty() ? "the sound that comes out" : LastPart(file) + " as it was cleaned, whatever is set";
+}
+
 // What is being typed stays.
 void ShowUnlessTyped(TextBox& box, const std::string& text) {
   if (!box.Typed()) box.SetText(text);
@@ -321,7 +326,7 @@ void FrmUnit::ShowHeard() {
   optHeard.Select(before ? Before : After);
   const double gain = unit.state["bypassGain"].Number();
   const std::string as = before ? "The sound card gets the sound that goes in" + LouderText(gain) + "."
-                                : "The sound card gets the sound that comes out.";
+                                : "The sound card gets " + HeardAfter(unit.state["after"].Text()) + ".";
   lblHeard.core.SetCaption(unit.Running() ? as : "Key B switches between the two.");
 }
 
