@@ -53,19 +53,22 @@ unit_reducer() {  # the manual's settings for speech
   "$bin/compare_unit" "$1/noisy.wav" - "$1/out.wav" bandwidthIndex=1 'broadbandType(1)=0' 'broadbandActive(1)=1' \
     'filterAtten(7)=29490'
 }
-speex() { "$bin/compare_speex" "$1/noisy.wav" "$1/out.wav" -15 20 2>>messages; }
+speex() { "$bin/compare_speex" "$1/noisy.wav" "$1/out.wav" -15 20 2>>messages; }       # its default
+speex_deep() { "$bin/compare_speex" "$1/noisy.wav" "$1/out.wav" -30 20 2>>messages; }
+noise_only() { echo "trim 0.1 $(awk "BEGIN { print $lead - 0.3 }")"; }
 noisered() {
-  sox -V1 -D "$1/noisy.wav" -n trim 0.1 $(awk "BEGIN { print $lead - 0.3 }") noiseprof "$1/profile"
-  sox -V1 -D "$1/noisy.wav" "$1/out.wav" noisered "$1/profile" 0.2
+  sox -V1 -D "$1/noisy.wav" -n $(noise_only) noiseprof "$1/profile"
+  sox -V1 -D "$1/noisy.wav" "$1/out.wav" noisered "$1/profile" 0.1
 }
-afftdn() {
-  through_ffmpeg "$1" "asendcmd=0.1 afftdn sn start,asendcmd=1.8 afftdn sn stop,afftdn=nr=20"
+afftdn() {  # told the level of the noise and its spectrum
+  local level
+  level=$(sox -V1 "$1/noisy.wav" -n $(noise_only) stats 2>&1 | awk '/^RMS lev dB/ { print $4 ~ /inf/ ? -80 : int($4) }')
+  through_ffmpeg "$1" "asendcmd=c='0.2 afftdn sn start; 1.8 afftdn sn stop',afftdn=nr=20:nf=$level"
 }
-anlmdn() { through_ffmpeg "$1" "anlmdn=s=0.01"; }
+anlmdn() { through_ffmpeg "$1" "anlmdn=s=100:p=0.002:r=0.02:m=15"; }
 through_ffmpeg() {
   ffmpeg -nostdin -v error -y -i "$1/noisy.wav" -af "$2" -c:a pcm_f32le "$1/out.wav"
 }
-
 
 unit_hum() {  # the manual's settings for hum
   "$bin/compare_unit" "$1/noisy.wav" - "$1/out.wav" bandwidthIndex=1 'filterType(1)=1' 'filterActive(1)=1' \
@@ -81,7 +84,6 @@ sox_half() { notches "$1" 0.5; }
 sox_1() { notches "$1" 1; }
 sox_2() { notches "$1" 2; }
 ff_quarter() { ff_notches "$1" 0.25; }
-ff_1() { ff_notches "$1" 1; }
 ff_notches() {
   local chain= k
   for ((k = 50; k <= 1000; k += 50)); do chain+="bandreject=f=$k:t=h:w=$2:r=f64,"; done
@@ -105,7 +107,7 @@ anlms() {
 
 # ---- The recordings and the tools that are tried on each: name, kind, ratio in dB, seed, tools.
 
-denoisers="unit_reducer speex noisered afftdn anlmdn"
+denoisers="unit_reducer speex speex_deep noisered afftdn anlmdn"
 notches="unit_hum ff_quarter sox_half sox_1 sox_2"
 cancellers="unit_canceller speex_128 speex_256 anlms_001 anlms_003 anlms_01"
 recordings=(
