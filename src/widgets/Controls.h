@@ -46,7 +46,7 @@ struct TextBox {
   // beside it moves.
   std::string widest;
   bool multiLine = false;
-  bool inColumns = false;  // by blanks, so that all letters have to be of one width
+  bool inColumns = false;        // by blanks, so that all letters have to be of one width
   int columns = 60, lines = 12;  // of characters that several lines of text have room for at least
   std::function<void()> changed;
   std::function<void()> gotFocus, lostFocus;
