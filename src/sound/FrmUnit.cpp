@@ -131,13 +131,23 @@ void FrmUnit::Start() {
 // A state that comes behind its answer is one after it.
 void FrmUnit::Tell(const std::string& command) {
   ++unanswered;
-  unit.Ask(command, [this](const Said& answer) {
-    --unanswered;
-    error = answer["ok"].True() ? std::string() : Capital(answer["error"].Text());
-    nowIn.clear();
-    nowOut.clear();
-    ShowTrouble();
+  unit.Ask(command, [this](const Said& answer) { TakeAnswer(answer); });
+}
+
+void FrmUnit::OpenRecording(const std::string& path) {
+  ++unanswered;
+  unit.Ask("source file " + Quoted(path), [this](const Said& answer) {
+    TakeAnswer(answer);
+    if (answer["ok"].True()) Tell("play");
   });
+}
+
+void FrmUnit::TakeAnswer(const Said& answer) {
+  --unanswered;
+  error = answer["ok"].True() ? std::string() : Capital(answer["error"].Text());
+  nowIn.clear();
+  nowOut.clear();
+  ShowTrouble();
 }
 
 void FrmUnit::ChooseSource() {
@@ -158,9 +168,9 @@ void FrmUnit::ChooseOutput() {
 
 // Where the operator leaves the window without a file, the choice is again what the unit does.
 void FrmUnit::AskForSource() {
-  around.chooseSound({"Open a Recording", txtSource.Text(), true,
-                      [this](const std::string& path) { Tell("source file " + Quoted(path)); }},
-                     form);
+  around.chooseSound(
+      {"Open a Recording", txtSource.Text(), true, [this](const std::string& path) { OpenRecording(path); }},
+      form);
   nowIn.clear();
 }
 

@@ -94,6 +94,9 @@ struct FrmUnit {
   void Start();
   // What the unit refuses is told, and all controls then show what it does.
   void Tell(const std::string& command);
+  // A recording that was opened is to be heard.
+  void OpenRecording(const std::string& path);
+  void TakeAnswer(const Said& answer);
   void ChooseSource();
   void ChooseOutput();
   void AskForSource();

@@ -228,6 +228,9 @@ TEST_F(Recordings, ARecordingIsOpenedSoughtAndPlayedInParts) {
   Open(recording);
   ASSERT_TRUE(live.Await([&] { return !window.wave.pbxWave.Traces().empty(); }))
       << window.lblTrouble.core.Caption();
+  EXPECT_TRUE(live.Await([&] { return window.btnPlay.core.Caption() == "&Pause"; }));
+  window.btnPlay.Click();
+  EXPECT_TRUE(live.Await([&] { return !State()["playing"].True(); }));
   EXPECT_EQ(window.txtSource.Text(), recording);
   EXPECT_EQ(window.lblLength.core.Caption(), "of 0:02.00");
   EXPECT_NEAR(*window.wave.pbxWave.LevelAt(window.wave.pbxWave.Traces()[0], 1.0), 0.0, 0.26);
