@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "persist/FileNames.h"
+#include "persist/SafeFile.h"
 #include "text/Convert.h"
 
 namespace vc {
@@ -21,16 +22,6 @@ std::string LeftText(double seconds) {
   const auto whole = static_cast<long>(std::ceil(std::max(seconds, 0.0)));
   const std::string tail = std::to_string(whole % perMinute) + " s";
   return whole < perMinute ? tail : std::to_string(whole / perMinute) + " min " + tail;
-}
-
-// Empty where it has been written.
-std::string WriteText(Files& files, const std::string& path, const std::string& text) {
-  const auto made = files.CreateBeside(path);
-  if (!made) return "the right to write there is missing.";
-  if (!made->Write(text) || !made->Flush()) return "the disk is full, or has failed.";
-  if (!made->Replace()) return "what has this name cannot be replaced.";
-  files.Settle();
-  return {};
 }
 
 }  // namespace
@@ -198,9 +189,9 @@ void FrmClean::ShowUsable() {
 void FrmClean::SaveReport() {
   const std::string path = std::filesystem::path(run.wish.out).replace_extension(".txt").string();
   if (!MayReplace(path)) return;
-  const std::string fault = WriteText(around.setup.files, path, txtReport.Text());
-  Tell(fault.empty() ? "The report is saved as " + LastPart(path) + "."
-                     : LastPart(path) + " is not saved: " + fault);
+  const bool saved = WriteWholeFile(around.setup.files, path, txtReport.Text());
+  Tell(saved ? "The report is saved as " + LastPart(path) + "."
+             : LastPart(path) + " is not saved: it cannot be written there, or the disk is full.");
 }
 
 // Both files themselves, in step: the cleaned one stands in the place of what leaves the unit's chain, which
