@@ -16,6 +16,7 @@ using support::Content;
 using support::Program;
 
 constexpr int Patience = 20000;  // ms
+constexpr double AnHour = 3600;  // s: seconds of work, so that it can be ended in the midst
 
 struct Cleaning : testing::Test, support::Installed {
   const std::string at = folder.Path() + "/", in = at + "in.wav", out = at + "out.wav";
@@ -95,7 +96,7 @@ TEST_F(Cleaning, SaysWhyNotAndGoesOnAndItsStatusIsTrue) {
 }
 
 TEST_F(Cleaning, AUnitThatIsKilledInTheMidstIsSaid) {
-  StartCleaning(600);
+  StartCleaning(AnHour);
   ASSERT_FALSE(console->Await("progress\tCleaning", Patience).empty());
   const std::string id = std::to_string(console->Id());
   kill(static_cast<pid_t>(std::stol(Content("/proc/" + id + "/task/" + id + "/children"))), SIGKILL);
@@ -106,7 +107,7 @@ TEST_F(Cleaning, AUnitThatIsKilledInTheMidstIsSaid) {
 }
 
 TEST_F(Cleaning, WhoeverEndsTheProgramInTheMidstLeavesTheFileAsItWas) {
-  StartCleaning(600);
+  StartCleaning(AnHour);
   ASSERT_FALSE(console->Await("progress\tCleaning", Patience).empty());
   console->Signal(SIGTERM);
   EXPECT_EQ(console->AwaitEnd(Patience), 1);

@@ -32,9 +32,9 @@ struct ShortTermLoudness::State {
   ebur128_state* library;
 };
 
-void ShortTermLoudness::Free::operator()(State* state) const {
-  ebur128_destroy(&state->library);
-  delete state;
+void ShortTermLoudness::Free::operator()(State* held) const {
+  ebur128_destroy(&held->library);
+  delete held;
 }
 
 ShortTermLoudness::ShortTermLoudness(int sampleRate) : rate(sampleRate) {

@@ -24,7 +24,7 @@ class ShortTermLoudness {
  private:
   struct State;
   struct Free {
-    void operator()(State* state) const;
+    void operator()(State* held) const;
   };
   std::unique_ptr<State, Free> state;
   int rate;
