@@ -266,9 +266,10 @@ int CleanRecording(const unit::Options& options) {
   }
   if (cleaning.State() == unit::clean::CleaningState::Cancelled)
     return Complain("ended before " + options.out + " was whole", EnvironmentFault);
-  if (!cleaning.Error().empty())
+  if (!cleaning.Error().empty()) {
     return Complain(cleaning.Error() + (cleaning.Flawed() ? " (--lenient takes it as it is)" : ""),
                     EnvironmentFault);
+  }
   for (const std::string& line : cleaning.Report()) std::cout << line << '\n';
   std::cout.flush();
   return 0;

@@ -19,7 +19,7 @@ const FieldRow& PortRow() { return RowOf<&SystemSettings::comPort>(); }
 
 std::string UnitConnection::Start() {
   if (!MayConnect()) return "the present connection was kept";
-  const std::string reason = StartUnconnected();
+  std::string reason = StartUnconnected();
   if (reason.empty()) around.master.connection.Connect();
   Follow();
   return reason;
