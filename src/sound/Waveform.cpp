@@ -11,7 +11,7 @@
 namespace vc {
 namespace {
 
-constexpr double Thousandths = 1000;
+constexpr double FullScale = 100000;  // in the numbers that the unit tells
 constexpr double LeastShare = 0.005;  // of the picture, that a drag marks
 
 struct Stroke {
@@ -20,6 +20,13 @@ struct Stroke {
 };
 constexpr std::array<Stroke, 6> Strokes{
     {{"Left", -1}, {"Right", 1}, {"Shift+Left", -0.1}, {"Shift+Right", 0.1}, {"PgUp", -10}, {"PgDown", 10}}};
+
+// A faint recording fills the picture as a loud one does; 1 is full scale.
+double ScaleFor(double peak) {
+  constexpr std::array<double, 14> scales{0.002, 0.005, 0.01, 0.02, 0.05, 0.1, 0.2, 0.5, 1, 2, 5, 10, 20, 50};
+  const auto* const enough = std::ranges::find_if(scales, [peak](double scale) { return scale >= peak; });
+  return enough == scales.end() ? scales.back() : *enough;
+}
 
 }  // namespace
 
@@ -39,7 +46,7 @@ void Waveform::Begin(double seconds, const std::string& name) {
   length = seconds;
   pressed = dragging = false;
   pbxWave.SetTraces({});
-  pbxWave.SetAxes({0, length > 0 ? length : 1, "s"}, {-1, 1});
+  ScaleTo(1);
   pbxWave.SetNote(length > 0 ? name : "No recording is open.");
   pbxWave.SetCursor(std::nullopt);
   ShowMarked(std::nullopt);
@@ -51,15 +58,21 @@ void Waveform::Take(const Said& peaks) {
   const std::size_t count = std::min(low.size(), high.size());
   PlotTrace trace;
   trace.name = "Recording";
+  double peak = 0;
   for (std::size_t i = 0; i < count; ++i) {
     const double at = (static_cast<double>(i) + 0.5) * length / static_cast<double>(count);
     for (const Said& end : {low[i], high[i]}) {
       trace.places.push_back(at);
-      trace.values.push_back(static_cast<float>(end.Number() / Thousandths));
+      const double value = end.Number() / FullScale;
+      peak = std::max(peak, std::abs(value));
+      trace.values.push_back(static_cast<float>(value));
     }
   }
+  ScaleTo(ScaleFor(peak));
   pbxWave.SetTraces({std::move(trace)});
 }
+
+void Waveform::ScaleTo(double most) { pbxWave.SetAxes({0, length > 0 ? length : 1, "s"}, {-most, most}); }
 
 void Waveform::ShowPosition(double seconds) {
   position = seconds;

@@ -27,7 +27,7 @@ struct Waveform {
 
   // How long the recording is; nothing of it is known yet.
   void Begin(double seconds, const std::string& name);
-  // The answer to "peaks": the lowest and the highest of each part, in thousandths of full scale.
+  // The answer to "peaks": the lowest and the highest of each part, in hundred-thousandths of full scale.
   void Take(const Said& peaks);
   void ShowPosition(double seconds);
   // None where nothing is marked.
@@ -37,6 +37,7 @@ struct Waveform {
  private:
   void Hear(const PlotPointer& event);
   bool Press(std::string_view combination);
+  void ScaleTo(double most);
 
   WaveformWires wires;
   double length = 0, position = 0, pressedAt = 0;

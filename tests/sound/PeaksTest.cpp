@@ -41,8 +41,8 @@ TEST_F(Waveform, HasTheExtentsOfBothSidesWhateverItsResolution) {
     const Peaks::Extents extents = peaks.In(parts);
     ASSERT_EQ(extents.low.size(), parts);
     for (std::size_t i = 0; i < parts; ++i) {
-      EXPECT_EQ(extents.low[i], i == parts / 4 ? -500 : 100) << parts << ' ' << i;
-      EXPECT_EQ(extents.high[i], i == parts - 1 ? 750 : 200) << parts << ' ' << i;
+      EXPECT_EQ(extents.low[i], i == parts / 4 ? -50000 : 10000) << parts << ' ' << i;
+      EXPECT_EQ(extents.high[i], i == parts - 1 ? 75000 : 20000) << parts << ' ' << i;
     }
   }
 }
@@ -53,8 +53,8 @@ TEST_F(Waveform, OfAShortFileHasNoHoles) {
   AwaitLoaded(peaks);
   const Peaks::Extents extents = peaks.In(1000);
   EXPECT_GT(extents.low.size(), 899U);
-  EXPECT_EQ(extents.low, std::vector<std::int16_t>(extents.low.size(), 250));
-  EXPECT_EQ(extents.high, std::vector<std::int16_t>(extents.high.size(), 500));
+  EXPECT_EQ(extents.low, std::vector<std::int32_t>(extents.low.size(), 25000));
+  EXPECT_EQ(extents.high, std::vector<std::int32_t>(extents.high.size(), 50000));
 }
 
 TEST_F(Waveform, OfWhatIsNoSoundIsEmpty) {

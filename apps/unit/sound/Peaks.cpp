@@ -33,10 +33,10 @@ struct Extent {
 };
 
 // 0 where no sample is a number.
-std::int16_t Thousandths(float sample) {
+std::int32_t HundredThousandths(float sample) {
   constexpr float most = 32.0F;
   if (!std::isfinite(sample)) return 0;
-  return static_cast<std::int16_t>(std::lround(std::clamp(sample, -most, most) * 1000.0F));
+  return static_cast<std::int32_t>(std::lround(std::clamp(sample, -most, most) * 100000.0F));
 }
 
 }  // namespace
@@ -112,8 +112,8 @@ Peaks::Extents Peaks::In(std::size_t parts) const {
     if (from >= known || (to > known && !all)) break;
     Extent extent;
     for (std::size_t each = from; each < std::min(to, known); ++each) extent.Join(shared->extents[each]);
-    found.low.push_back(Thousandths(extent.low));
-    found.high.push_back(Thousandths(extent.high));
+    found.low.push_back(HundredThousandths(extent.low));
+    found.high.push_back(HundredThousandths(extent.high));
   }
   return found;
 }

@@ -23,7 +23,7 @@ class Peaks {
   double Loaded() const;
 
   struct Extents {
-    std::vector<std::int16_t> low, high;  // thousandths of full scale, of all channels together
+    std::vector<std::int32_t> low, high;  // hundred-thousandths of full scale, of all channels together
   };
   static constexpr std::size_t MostParts = 4096;
   // Of the file in that many even parts, 1..MostParts, as far as they were read: fewer than `parts` until it
