@@ -45,10 +45,9 @@ struct FrmClean {
   ProgressBar pbMain{fraWork, "pbMain", ""};
   Label lblState{form, "lblState", ""};  // how far it is, or what came of it
   TextBox txtReport{form, "txtReport", "Report"};
-  Frame fraEnd{form, "fraEnd", "", Arrangement::Columns};
-  Button btnHear{fraEnd, "btnHear", "&Hear Before and After"};
-  Button btnSaveReport{fraEnd, "btnSaveReport", "Save &Report"};
-  Button btnClose{fraEnd, "btnClose", "Close"};
+  Button btnHear{form, "btnHear", "&Hear Before and After"};
+  Button btnSaveReport{form, "btnSaveReport", "Save &Report"};
+  Button btnClose{form, "btnClose", "Close"};
 
   // With the recording that the unit hears, and the part of it that is looped, where there are such.
   void Fill();

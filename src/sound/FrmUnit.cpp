@@ -59,6 +59,7 @@ FrmUnit::FrmUnit(const Around& parts)
   form.okButton = &btnClose;
   for (TextBox* box : {&txtPosition, &txtFrom, &txtTo}) box->widest = "0:00:00.00";
   for (TextBox* box : {&txtSource, &txtOutput}) box->readOnly = true;
+  for (Frame* line : {&fraUnit, &fraTransport, &fraLoop}) line->look = FrameLook::Flat;
   lblTrouble.keepsRoom = lblDropOuts.keepsRoom = true;
   BindUnit();
   BindSound();

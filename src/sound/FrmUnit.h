@@ -72,9 +72,8 @@ struct FrmUnit {
   Label lblHeard{form, "lblHeard", ""};
   Label lblDropOuts{form, "lblDropOuts", ""};
   Label lblTrouble{form, "lblTrouble", ""};
-  Frame fraEnd{form, "fraEnd", "", Arrangement::Columns};
-  Button btnDevices{fraEnd, "btnDevices", "Look for Sound Cards"};
-  Button btnClose{fraEnd, "btnClose", "Close"};
+  Button btnDevices{form, "btnDevices", "Look for Sound Cards"};
+  Button btnClose{form, "btnClose", "Close"};
 
   // As the unit is now, with the sound cards that there are.
   void Fill();

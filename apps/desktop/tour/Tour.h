@@ -67,6 +67,8 @@ class Tour {
   void FileReport();
   // The unit in the box, with a recording.
   void ShowUnit();
+  // The marked part of what the unit plays, with the settings that stand.
+  void CleanRecording();
   void UpdateFirmware();
   void ShowObjectLog();
   void Reconnect();

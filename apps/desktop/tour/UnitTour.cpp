@@ -2,6 +2,7 @@
 #include <QTest>
 
 #include "desktop/tour/Tour.h"
+#include "sound/FrmClean.h"
 #include "sound/FrmUnit.h"
 
 namespace tour {
@@ -42,6 +43,7 @@ void Tour::ShowUnit() {
   Await([&session] { return session.unit.state["bypass"].True(); }, "B lets the sound before be heard");
   Photograph(window, "unit-recording");
   Photograph(&Master(), "master-before");
+  CleanRecording();
   click("btnStop");
   click("btnClose");
   Expect(!session.unit.Running(), "the unit in the box has ended");
@@ -50,6 +52,18 @@ void Tour::ShowUnit() {
   if (linked) Choose({"mnuSettings"}, "mnuConnect");
   const bool& open = session.device.comm.CommPortOpen;
   if (linked) Await([&open] { return open; }, "connected to the other unit again");
+}
+
+void Tour::CleanRecording() {
+  const vc::Windows& windows = program.session.windows;
+  Choose({"mnuFile"}, "mnuClean");
+  desktop::FormWindow* window = Opened(windows.FormOf("FrmClean"), "clean-chosen");
+  if (window == nullptr) return;
+  QTest::mouseClick(window->findChild<QWidget*>("btnStart"), Qt::LeftButton);
+  const auto& clean = windows.Get<vc::FrmClean>("FrmClean");
+  Await([&clean] { return !clean.txtReport.Text().empty(); }, "the recording is cleaned");
+  Photograph(window, "clean-done");
+  QTest::mouseClick(window->findChild<QWidget*>("btnClose"), Qt::LeftButton);
 }
 
 }  // namespace tour
