@@ -150,7 +150,8 @@ void AdaptivesToFusedLoop(benchmark::State& state) {
   const bench::FusedPredictor loop(Taps, span + 1, step);
   const auto runLoop = [](bench::FusedPredictor& plain, std::span<float> sound) { plain.Process(sound); };
   const double parts = LeftBy(filter, RunPredictor) / LeftBy(loop, runLoop);
-  if (parts > 1.25) return state.SkipWithError("the filter leaves more than the loop");
+  // It learns by the block, so that within the first second more is left.
+  if (parts > 1.5) return state.SkipWithError("the filter leaves more than the loop");
   std::vector<AdaptiveFilter> filters(Filters, filter);
   std::vector<bench::FusedPredictor> loops(Filters, loop);
   std::vector<double> own, plain;
