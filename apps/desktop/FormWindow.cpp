@@ -143,23 +143,24 @@ QSize FormWindow::Wanted(const QSize& content) const {
   return (content + QSize(0, menuHeight)).expandedTo(minimumSizeHint()).boundedTo(room);
 }
 
-void FormWindow::Present(Qt::WindowModality modality, const QPoint& middle) {
+void FormWindow::Present(Qt::WindowModality modality, const QRect& over) {
   if (form == nullptr) return;
   FollowStale();
   if (!isVisible()) setWindowModality(modality);
-  if (!std::exchange(presented, true)) PlaceFirst(middle);
+  if (!std::exchange(presented, true)) PlaceFirst(over);
   show();
   raise();
   activateWindow();
   if (splash) AwaitPaint();
 }
 
-void FormWindow::PlaceFirst(const QPoint& middle) {
+void FormWindow::PlaceFirst(const QRect& over) {
   ensurePolished();
   TakeSize(Wanted(contents->sizeHint()));
   framed.start();
   const QRect room = screen()->availableGeometry();
-  const QPoint corner = middle - QPoint(width() / 2, height() / 2);
+  QPoint corner = over.center() - QPoint(width() / 2, height() / 2);
+  if (form->opensAside) corner.setX(over.right() + 1);
   move(std::clamp(corner.x(), room.left(), std::max(room.left(), room.right() - width())),
        std::clamp(corner.y(), room.top(), std::max(room.top(), room.bottom() - height())));
   if (form->initialFocus == nullptr) return binder->FocusFirst();

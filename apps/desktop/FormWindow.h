@@ -21,7 +21,7 @@ class FormWindow : public QMainWindow {
   ~FormWindow() override;
 
   // Shows it in front; at first in the size that its contents ask for, around the middle of a place.
-  void Present(Qt::WindowModality modality, const QPoint& middle);
+  void Present(Qt::WindowModality modality, const QRect& over);
   // Hides the window and lets go of the form, which may be gone at any time from then on. The widgets stay
   // until the window goes, and hear nothing.
   void Release();
@@ -41,7 +41,7 @@ class FormWindow : public QMainWindow {
   void OpenMenuBar();
   void FollowStale();
   void DressAsSplash();
-  void PlaceFirst(const QPoint& middle);
+  void PlaceFirst(const QRect& over);
   void AwaitPaint();
   void TellActivated();
   // What the contents and the menu bar need, no more than the screen has.

@@ -45,7 +45,7 @@ FormWindow* FormWindows::WindowUnder(const vc::Forms::Entry& entry) const {
 }
 
 void FormWindows::Show(const vc::Forms::Entry& entry) {
-  const QPoint middle = MiddleFor(entry);
+  const QRect over = AreaUnder(entry);
   QPointer<FormWindow>& window = windows[entry.form];
   if (window == nullptr) {
     window = new FormWindow(*entry.form, [this, form = entry.form] { forms.Close(*form); });
@@ -58,7 +58,7 @@ void FormWindows::Show(const vc::Forms::Entry& entry) {
   if (under != window) {
     window->windowHandle()->setTransientParent(under == nullptr ? nullptr : under->windowHandle());
   }
-  window->Present(QtModality(entry.modality), middle);
+  window->Present(QtModality(entry.modality), over);
 }
 
 void FormWindows::Hide(const vc::Form& form) {
@@ -77,14 +77,14 @@ void FormWindows::TakeAway(const vc::Form& form) {
   if (next != nullptr) next->activateWindow();
 }
 
-QPoint FormWindows::MiddleFor(const vc::Forms::Entry& shown) const {
+QRect FormWindows::AreaUnder(const vc::Forms::Entry& shown) const {
   const FormWindow* owner = shown.owner == nullptr ? nullptr : WindowOf(*shown.owner);
-  if (owner != nullptr && owner->isVisible()) return owner->geometry().center();
+  if (owner != nullptr && owner->isVisible()) return owner->geometry();
   for (const vc::Forms::Entry& entry : forms.open) {
     const FormWindow* window = entry.form == shown.form ? nullptr : WindowOf(*entry.form);
-    if (window != nullptr && window->isVisible()) return window->geometry().center();
+    if (window != nullptr && window->isVisible()) return window->geometry();
   }
-  return QGuiApplication::primaryScreen()->availableGeometry().center();
+  return QGuiApplication::primaryScreen()->availableGeometry();
 }
 
 }  // namespace desktop

@@ -26,8 +26,8 @@ class FormWindows {
   void TakeAway(const vc::Form& form);
   // Above which window it lies: its owner's; without one a modal window lies above the first.
   FormWindow* WindowUnder(const vc::Forms::Entry& entry) const;
-  // The middle of the owner's window, of the first one on the screen, or of the screen itself.
-  QPoint MiddleFor(const vc::Forms::Entry& shown) const;
+  // What it opens over: its owner's window, the first one on the screen, or the screen itself.
+  QRect AreaUnder(const vc::Forms::Entry& shown) const;
 
   vc::Forms& forms;
   std::map<const vc::Form*, QPointer<FormWindow>> windows;

@@ -57,6 +57,7 @@ FrmUnit::FrmUnit(const Around& parts)
       around(parts),
       unit(parts.unit) {
   form.okButton = &btnClose;
+  form.opensAside = true;
   for (TextBox* box : {&txtPosition, &txtFrom, &txtTo}) box->widest = "0:00:00.00";
   for (TextBox* box : {&txtSource, &txtOutput}) box->readOnly = true;
   for (Frame* line : {&fraUnit, &fraTransport, &fraLoop}) line->look = FrameLook::Flat;

@@ -111,6 +111,10 @@ struct Form {
   const std::string& Caption() const { return caption; }
   void SetCaption(const std::string& text);
 
+  // It stays open while the form that it opens over is worked with, so it opens at its right and not over its
+  // middle.
+  bool opensAside = false;
+
   // Where the keyboard is when the form opens; its first control where there is none.
   const ControlCore* initialFocus = nullptr;
   // Takes the keyboard to a control of the open form.

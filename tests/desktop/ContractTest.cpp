@@ -59,7 +59,7 @@ void CheckValues(const FormWindow& window, const vc::Form& form) {
 
 void CheckForm(vc::Form& form) {
   FormWindow window(form, [] {});
-  window.Present(Qt::NonModal, {400, 300});
+  window.Present(Qt::NonModal, {0, 0, 800, 600});
   ForEveryControl(window, form, [&window](vc::ControlCore& core, QWidget* widget) {
     EXPECT_FALSE(widget->accessibleName().isEmpty());
     const bool enabled = core.Enabled();
@@ -76,7 +76,7 @@ void CheckForm(vc::Form& form) {
   window.hide();
   ForEveryControl(window, form,
                   [](vc::ControlCore& core, QWidget* /*widget*/) { core.SetEnabled(!core.Enabled()); });
-  window.Present(Qt::NonModal, {400, 300});
+  window.Present(Qt::NonModal, {0, 0, 800, 600});
   ForEveryControl(window, form, [](vc::ControlCore& core, QWidget* widget) {
     EXPECT_EQ(widget->isEnabledTo(widget->parentWidget()), core.Enabled());
     core.SetEnabled(!core.Enabled());
@@ -120,7 +120,7 @@ TEST(Contract, EveryPanelKeepsItToo) {
   run.Edit("levelControlsShown", "1");
   const auto check = [&run] {
     FormWindow window(run.Top(), [] {});
-    window.Present(Qt::NonModal, {400, 300});
+    window.Present(Qt::NonModal, {0, 0, 800, 600});
     CheckValues(window, run.Top());
     window.Release();
     CheckForm(run.Top());

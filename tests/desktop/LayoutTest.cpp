@@ -84,7 +84,8 @@ TEST(Layout, EveryOtherWindowFitsASmallScreen) {
     QCoreApplication::processEvents();
     ExpectAllFits(run.Window());
   };
-  for (const char* entry : {"mnuSave", "mnuOpen", "mnuViewDescription", "mnuWorkingFolder"}) {
+  for (const char* entry :
+       {"mnuSave", "mnuOpen", "mnuViewDescription", "mnuWorkingFolder", "mnuClean", "mnuUnit"}) {
     SCOPED_TRACE(entry);
     EXPECT_EQ(run.Click(entry), "");
     ASSERT_NE(&run.Top(), &run.session.master.form);
@@ -99,6 +100,20 @@ TEST(Layout, EveryOtherWindowFitsASmallScreen) {
   run.Press("Ctrl+N");
   ASSERT_EQ(run.Top().name, "CtlNoiseParms");
   expectRoom();
+}
+
+TEST(Layout, TheUnitsWindowOpensAtTheRightSoThatTheFirstStagesStayInSight) {
+  MasterWindow run;
+  EXPECT_EQ(run.Click("mnuUnit"), "");
+  run.Ready();
+  EXPECT_NEAR(run.Window().geometry().right(), run.Window().screen()->availableGeometry().right(), 2);
+  run.CloseTop();
+  run.Window().move(40 - run.Window().width(), 0);
+  run.Ready();
+  const int right = run.Window().frameGeometry().right();
+  EXPECT_EQ(run.Click("mnuUnit"), "");
+  run.Ready();
+  EXPECT_NEAR(run.Window().frameGeometry().x(), right, 20);
 }
 
 // How many lines of the way's ink leave a block at its right.
