@@ -7,13 +7,11 @@
 #include <signal.h>  // NOLINT(modernize-deprecated-headers): the system's
 
 #include "Program.h"
+#include "SaidLine.h"
 #include "TempFolder.h"
 #include "card/Jack.h"
-#include "host/JsonLine.h"
-#include "model/Kinds.h"
-#include "sound/SoundRun.h"
+#include "sound/NotchMemory.h"
 #include "unit/HostLine.h"
-#include "unit/MemoryFile.h"
 
 namespace card_test {
 namespace {
@@ -25,29 +23,15 @@ class UnitOnCards : public testing::Test {
   void SetUp() override {
     server = JackServer::Start();
     if (!server) GTEST_SKIP() << "jackd is not installed or does not start: no live sound is tested";
-    WriteMemories();
+    support::WriteNotchMemory(memories, "440");  // the studio's tone
     program = std::make_unique<support::Program>(
         UNIT_PROGRAM,
         std::vector<std::string>{"--link", link, "--memories", memories, "--memory", "2", "--attached"});
   }
 
-  // A unit with a notch at the studio's tone in memory 2.
-  void WriteMemories() const {
-    support::SoundRun run;
-    run.Put(1, vc::FilterKind::Notch);
-    for (const auto& [field, value] :
-         {std::pair{"notchFreq", "440"}, {"notchWidth", "300"}, {"notchAtten", "50"}})
-      run.Edit(field, value, 1);
-    run.Settle();
-    run.session.panels.OpenMemory(2);
-    run.test.desk.answers = {vc::Answer::Yes};
-    run.Click("btnOK");
-    std::ofstream(memories) << MemoryFileText(run.unit.Now().memories);
-  }
-
   Said Ask(const std::string& command) const {
     program->Say(command);
-    return host::ReadJsonLine(program->Await("{")).value_or(Said());
+    return support::SaidIn(program->Await("{"));
   }
   // The studio hears its tone so loud, in decibels, before long: a busy machine has drop-outs.
   static bool Hears(const Studio& studio, double least, double most) {

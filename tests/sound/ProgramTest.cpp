@@ -3,11 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include "NotchMemory.h"
 #include "Program.h"
-#include "SoundRun.h"
 #include "TempFolder.h"
-#include "model/Kinds.h"
-#include "unit/MemoryFile.h"
 #include "unit/sound/SoundFile.h"
 #include "unit/sound/SoundWriter.h"
 
@@ -41,21 +39,6 @@ class Recording : public testing::Test {
     EXPECT_EQ(writer.Close(), "");
   }
 
-  // A unit with a notch at the hum in memory 2.
-  void WriteMemories() const {
-    support::SoundRun run;
-    run.Put(1, vc::FilterKind::Notch);
-    for (const auto& [field, value] :
-         {std::pair{"notchFreq", "400"}, {"notchWidth", "300"}, {"notchAtten", "50"}}) {
-      run.Edit(field, value, 1);
-    }
-    run.Settle();
-    run.session.panels.OpenMemory(2);
-    run.test.desk.answers = {vc::Answer::Yes};
-    run.Click("btnOK");
-    std::ofstream(memories) << MemoryFileText(run.unit.Now().memories);
-  }
-
   // The left channel of the last second of a file, at the unit's rate.
   static Signal LastSecond(const std::string& path, int rate) {
     auto reader = std::get<SoundReader>(SoundReader::Open(path, rate, false));
@@ -74,7 +57,7 @@ class Recording : public testing::Test {
 
 TEST_F(Recording, IsCleanedByTheSettingOfAMemory) {
   WriteRecording();
-  WriteMemories();
+  support::WriteNotchMemory(memories, std::to_string(static_cast<int>(Hum)));
   const auto [code, said] = Run(fast + " --memory 2");
   ASSERT_EQ(code, 0) << said;
   EXPECT_TRUE(said.starts_with("veltrana-unit: 2")) << said;
@@ -98,7 +81,7 @@ TEST_F(Recording, IsCleanedByTheSettingOfAMemory) {
 // By whatever name or link.
 TEST_F(Recording, IsNeverWrittenOver) {
   WriteRecording();
-  WriteMemories();
+  support::WriteNotchMemory(memories, std::to_string(static_cast<int>(Hum)));
   const std::string before = support::Content(noisy), link = folder.Path() + "/link.wav",
                     hard = folder.Path() + "/hard.wav";
   std::filesystem::create_symlink("noisy.wav", link);
@@ -116,7 +99,7 @@ TEST_F(Recording, IsNeverWrittenOver) {
 
 // What came out of an earlier run stays until there is something better.
 TEST_F(Recording, WithAFlawIsTakenOnlyByTheLenient) {
-  WriteMemories();
+  support::WriteNotchMemory(memories, std::to_string(static_cast<int>(Hum)));
   WriteRecording();
   std::filesystem::resize_file(noisy, 400'000);
   const std::string told = "veltrana-unit: " + noisy + ": is cut off";
@@ -148,7 +131,7 @@ TEST_F(Recording, WithAFlawIsTakenOnlyByTheLenient) {
 
 TEST_F(Recording, WhatIsMissingIsTold) {
   WriteRecording();
-  WriteMemories();
+  support::WriteNotchMemory(memories, std::to_string(static_cast<int>(Hum)));
   for (const auto& [arguments, complaint] :
        {std::pair{fast + " --memory 3", memories + ": memory 3 is empty"},
         {"--fast --memory 2 --memories " + memories + " --in " + folder.Path() + "/none.wav --out " + clean,

@@ -9,8 +9,8 @@
 #include <sys/stat.h>
 
 #include "Program.h"
+#include "SaidLine.h"
 #include "TempFolder.h"
-#include "host/JsonLine.h"
 #include "unit/HostLine.h"
 
 namespace unit_test {
@@ -45,7 +45,7 @@ class UnitControl : public testing::Test {
         "/bin/sh",
         std::vector<std::string>{"-c", before + ' ' + UNIT_PROGRAM + " --link " + link + ' ' + behind});
   }
-  Said Answer() const { return host::ReadJsonLine(program->Await("{")).value_or(Said()); }
+  Said Answer() const { return support::SaidIn(program->Await("{")); }
   Said Ask(const std::string& command) const {
     program->Say(command);
     return Answer();
