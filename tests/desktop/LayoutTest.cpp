@@ -108,7 +108,12 @@ TEST(Layout, TheUnitsWindowOpensAtTheRightSoThatTheFirstStagesStayInSight) {
   run.Ready();
   EXPECT_NEAR(run.Window().geometry().right(), run.Window().screen()->availableGeometry().right(), 2);
   run.CloseTop();
-  run.Window().move(40 - run.Window().width(), 0);
+  // A window is kept on the screen for a while after it has come.
+  EXPECT_TRUE(QTest::qWaitFor([&run] {
+    run.Window().move(40 - run.Window().width(), 0);
+    QTest::qWait(100);
+    return run.Window().x() < 0;
+  }));
   run.Ready();
   const int right = run.Window().frameGeometry().right();
   EXPECT_EQ(run.Click("mnuUnit"), "");
