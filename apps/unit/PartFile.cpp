@@ -97,9 +97,12 @@ void PartFile::Keep() {
   if (descriptor >= 0) close(std::exchange(descriptor, -1));
 }
 
-bool IsSameFile(const std::string& a, const std::string& b) {
-  std::error_code error;
-  return fs::equivalent(a, b, error);
+std::string WrittenOver(const std::string& path, const std::string& file) {
+  for (const std::string& written : {path, PartFile::PartOf(path)}) {
+    std::error_code error;
+    if (fs::equivalent(written, file, error)) return written;
+  }
+  return {};
 }
 
 }  // namespace unit

@@ -42,7 +42,8 @@ class PartFile {
   std::string part, target;
 };
 
-// Whether both names lead to one file that there is.
-bool IsSameFile(const std::string& a, const std::string& b);
+// Which of the names that are written on the way to the path leads to the file: itself or its part. Empty
+// where neither does.
+std::string WrittenOver(const std::string& path, const std::string& file);
 
 }  // namespace unit

@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <utility>
 
+#include "persist/FileNames.h"
 #include "text/Convert.h"
 
 namespace vc {
@@ -17,13 +18,6 @@ namespace fs = std::filesystem;
 constexpr int PerMinute = 60;
 
 std::string TwoDigits(std::int64_t number) { return (number < 10 ? "0" : "") + std::to_string(number); }
-
-std::string Lower(std::string text) {
-  std::ranges::transform(text, text.begin(), [](char letter) {
-    return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
-  });
-  return text;
-}
 
 // Named in two ways, by a link perhaps, it is the same file.
 bool SameFile(const std::string& one, const std::string& other) {
@@ -89,10 +83,10 @@ std::optional<double> ParseTime(std::string_view text) {
 std::string CleanedName(const std::string& in) {
   const fs::path path(in);
   if (!path.has_filename()) return {};
-  const std::string extension = path.extension().string(), lower = Lower(extension);
-  const bool writable = lower == ".wav" || lower == ".flac";
-  return (path.parent_path() / (path.stem().string() + " cleaned" + (writable ? extension : ".wav")))
-      .string();
+  const std::string name = path.filename().string();
+  const bool writable = HasExtension(name, ".wav") || HasExtension(name, ".flac");
+  const std::string extension = writable ? path.extension().string() : ".wav";
+  return (path.parent_path() / (path.stem().string() + " cleaned" + extension)).string();
 }
 
 std::string FaultOf(const CleanWish& wish, Files& files) {

@@ -195,7 +195,6 @@ void FrmUnit::AskDevices() {
 }
 
 void FrmUnit::TakeDevices(const Said& answer) {
-  devicesKnown = true;
   FillDevices(cmbInput, answer["inputs"], cmbInput.Text());
   FillDevices(cmbOutput, answer["outputs"], cmbOutput.Text());
   Follow();

@@ -124,7 +124,7 @@ struct FrmUnit {
   UnitProgram& unit;
   std::string error;    // why the last wish was not granted
   std::string peaksOf;  // file whose waveform is on show or asked for
-  bool peaksWhole = false, peaksAsked = false, devicesKnown = false;
+  bool peaksWhole = false, peaksAsked = false;
   std::string nowIn, nowOut;  // as the unit has told last
   Marked marked;
   int unanswered = 0;  // wishes that the state does not show yet

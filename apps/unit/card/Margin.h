@@ -6,9 +6,8 @@
 
 namespace unit::sound {
 
-// In all, the card's own buffer, a block of the unit and the margin are 40 ms, and 50 ms where there
-// are drop-outs; but the margin is never less than Least and what
-// it has grown by, however long the blocks are.
+// In all, the card's own buffer, a block of the unit and the margin are 40 ms, and 50 ms where there are
+// drop-outs; but the margin is never less than Least and what it has grown by, however long the blocks are.
 class Margin {
  public:
   // Seconds; period: of the card's buffer, of which two are always under way.

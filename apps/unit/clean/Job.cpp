@@ -235,10 +235,8 @@ Outcome CleanOpened(const CleaningWish& wish, Recording recording, const std::at
 }  // namespace
 
 Outcome Clean(const CleaningWish& wish, const std::atomic<bool>& cancelled, std::atomic<double>& done) {
-  for (const std::string& written : {wish.out, PartFile::PartOf(wish.out)}) {
-    if (IsSameFile(wish.in, written))
-      return Failure(written + ": is the recording itself, so it is not written");
-  }
+  const std::string written = WrittenOver(wish.out, wish.in);
+  if (!written.empty()) return Failure(written + ": is the recording itself, so it is not written");
   try {
     auto recording = Recording::Open(wish.in);
     if (auto* const wrong = std::get_if<std::string>(&recording)) return Failure(std::move(*wrong));

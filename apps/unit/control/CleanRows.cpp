@@ -1,7 +1,5 @@
 // Cleaning a recording beside everything else.
 #include <array>
-#include <charconv>
-#include <cmath>
 #include <nlohmann/json.hpp>
 
 #include "unit/Unit.h"
@@ -26,35 +24,36 @@ constexpr StateRow states[] = {{CleaningState::Running, "running"},
                                {CleaningState::Cancelled, "cancelled"},
                                {CleaningState::Failed, "failed"}};
 
-bool TakeSecond(const std::string& text, double& second) {
-  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), second);
-  return error == std::errc() && end == text.data() + text.size() && std::isfinite(second) && second >= 0;
-}
-
 struct Wanted {
   std::string_view word;
   std::string_view wants;  // what a good value is
   bool (*take)(CleaningWish& wish, const std::string& value);
 };
-constexpr Wanted wanted[] = {
-    {"from", "a second of the recording",
-     [](CleaningWish& wish, const std::string& value) { return TakeSecond(value, wish.from); }},
-    {"to", "a second of the recording",
-     [](CleaningWish& wish, const std::string& value) { return TakeSecond(value, wish.to.emplace()); }},
-    {"adaptive", "learn or keep",
-     [](CleaningWish& wish, const std::string& value) {
-       wish.adaptive = value == "keep" ? Learning::Kept : Learning::FromBeginning;
-       return value == "keep" || value == "learn";
-     }},
-    {"setup", "a name",
-     [](CleaningWish& wish, const std::string& value) {
-       wish.setup = value;
-       return true;
-     }},
-    {"flaws", "take or refuse", [](CleaningWish& wish, const std::string& value) {
-       wish.lenient = value == "take";
-       return value == "take" || value == "refuse";
-     }}};
+constexpr Wanted wanted[] = {{"from", "a second of the recording",
+                              [](CleaningWish& wish, const std::string& value) {
+                                const auto second = SecondsOf(value);
+                                wish.from = second.value_or(0);
+                                return second.has_value();
+                              }},
+                             {"to", "a second of the recording",
+                              [](CleaningWish& wish, const std::string& value) {
+                                wish.to = SecondsOf(value);
+                                return wish.to.has_value();
+                              }},
+                             {"adaptive", "learn or keep",
+                              [](CleaningWish& wish, const std::string& value) {
+                                wish.adaptive = value == "keep" ? Learning::Kept : Learning::FromBeginning;
+                                return value == "keep" || value == "learn";
+                              }},
+                             {"setup", "a name",
+                              [](CleaningWish& wish, const std::string& value) {
+                                wish.setup = value;
+                                return true;
+                              }},
+                             {"flaws", "take or refuse", [](CleaningWish& wish, const std::string& value) {
+                                wish.lenient = value == "take";
+                                return value == "take" || value == "refuse";
+                              }}};
 
 // What is wrong with the words, or nothing.
 std::string TakeWish(const Words& words, CleaningWish& wish) {

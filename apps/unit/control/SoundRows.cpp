@@ -1,5 +1,4 @@
 // What is heard, where it goes, and how it runs.
-#include <charconv>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
@@ -37,15 +36,6 @@ const Way<Kind>* WayOf(const Way<Kind> (&ways)[Count], const Words& words) {
 Answer DoneAnewUnless(Parts& parts, const std::string& wrong) {
   if (wrong.empty()) parts.trouble.clear();
   return DoneUnless(wrong);
-}
-
-std::optional<double> SecondsOf(const std::string& word) {
-  constexpr double most = 1e7;
-  double seconds = 0;
-  const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), seconds);
-  if (error != std::errc() || end != word.data() + word.size() || !(seconds >= 0 && seconds <= most))
-    return std::nullopt;
-  return seconds;
 }
 
 // The opening of a pipe waits for whoever is at its other end, and its use as well. Empty, or what is wrong.

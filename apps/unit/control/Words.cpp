@@ -1,6 +1,6 @@
 #include "unit/control/Words.h"
 
-#include <optional>
+#include <charconv>
 
 namespace unit::control {
 namespace {
@@ -59,6 +59,14 @@ std::variant<Words, std::string> WordsOf(std::string_view line) {
     }
     words.push_back(std::move(word));
   }
+}
+
+std::optional<double> SecondsOf(const std::string& word) {
+  constexpr double most = 1e7;
+  double seconds = 0;
+  const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), seconds);
+  const bool whole = error == std::errc() && end == word.data() + word.size();
+  return whole && seconds >= 0 && seconds <= most ? std::optional(seconds) : std::nullopt;
 }
 
 }  // namespace unit::control

@@ -19,10 +19,8 @@ std::string NameOf(const std::string& path, int number) {
 
 // The recording may bear the name of a later file as well.
 std::variant<SoundWriter, std::string> Create(const std::string& name, int rate, const std::string& heard) {
-  for (const std::string& written : {name, PartFile::PartOf(name)}) {
-    if (!heard.empty() && IsSameFile(heard, written))
-      return written + ": is the file that is heard, so it is not written";
-  }
+  const std::string written = WrittenOver(name, heard);
+  if (!written.empty()) return written + ": is the file that is heard, so it is not written";
   return SoundWriter::Create(name, rate);
 }
 
@@ -60,8 +58,7 @@ std::string FileSeries::SetRate(int sampleRate, const std::string& heard) {
 std::string FileSeries::Close() { return writer->Close(); }
 
 bool FileSeries::Writes(const std::string& file) const {
-  const std::string name = NameOf(path, number);
-  return IsSameFile(file, name) || IsSameFile(file, PartFile::PartOf(name));
+  return !WrittenOver(NameOf(path, number), file).empty();
 }
 
 }  // namespace unit::sound
