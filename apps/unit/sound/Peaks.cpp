@@ -103,8 +103,8 @@ double Peaks::Loaded() const {
 
 // The part that is being read is not told yet.
 Peaks::Extents Peaks::In(std::size_t parts) const {
-  const bool all = shared->ended;
   const std::lock_guard guard(shared->lock);
+  const bool all = shared->ended || shared->read == shared->frames;
   const std::size_t known = shared->extents.size() - (all || shared->extents.empty() ? 0 : 1);
   Extents found;
   for (std::size_t i = 0; i < parts; ++i) {
