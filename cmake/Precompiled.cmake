@@ -1,7 +1,7 @@
 # Headers that are compiled once for many sources. With them a source compiles although it lacks an #include of its own,
-# so each source is compiled without them in one of the builds that are always made: what is shipped in "release", the
-# tests in "asan". In the fuzzers' build they would take longer than they save.
-set(VELTRANA_PRECOMPILED "" CACHE STRING "Whose headers of the system are precompiled: PROGRAM or TESTS")
+# so each source is compiled without them as well: all in "asan", and what needs no toolkit in "fuzz", where they would
+# take longer than they save.
+set(VELTRANA_PRECOMPILED "" CACHE STRING "Whose headers of the system are precompiled: a list of PROGRAM and TESTS")
 
 if(VELTRANA_PRECOMPILED AND ccache)  # which keeps what was compiled with them only if it is told so
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${ccache})
@@ -14,7 +14,7 @@ set(standard_headers <algorithm> <array> <cmath> <cstddef> <cstdint> <filesystem
 # DEFINITIONS, for the targets named, which are compiled with the same options. OF says whose they are.
 function(precompile name)
   cmake_parse_arguments(PARSE_ARGV 1 precompiled "" "OF" "HEADERS;LINK;DEFINITIONS;TARGETS")
-  if(NOT VELTRANA_PRECOMPILED STREQUAL precompiled_OF)
+  if(NOT precompiled_OF IN_LIST VELTRANA_PRECOMPILED)
     return()
   endif()
   file(CONFIGURE OUTPUT ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp CONTENT "")
