@@ -4,6 +4,7 @@
 #include <array>
 #include <cmath>
 
+#include "link/Frames.h"
 #include "model/Kinds.h"
 #include "model/Stages.h"
 #include "text/Convert.h"
@@ -132,72 +133,125 @@ Word Averaging(const Source& s, int) {
 }
 Word AnalyzerRunning(const Source& s, int) {
   const int clear = s.analyzerClear ? registers::AnalyzerClear : 0;
-  return ToWord(clear | (s.settings.specRun == 0 ? 0x8080 : 0));
+  return ToWord(clear | (s.settings.specRun == 0 ? registers::AnalyzerStands : 0));
 }
 Word TraceGain(std::int16_t decibels) { return ToWord(Nearest32(std::pow(10.0, decibels / 20.0) * 128.0)); }
 Word BlueGain(const Source& s, int) { return TraceGain(s.settings.blueGain); }
 Word YellowGain(const Source& s, int) { return TraceGain(s.settings.yellowGain); }
 
+namespace entries = entryName;
+
 constexpr std::array Rows{
-    RegisterRow{0, 1, "system word", "left level, bandwidth", SystemWordOf},
-    RegisterRow{1, 1, "right level", "`levelControl[2]`", RightLevel},
-    RegisterRow{4, 1, "limiter", "on, linked, 3 - release, 4095", Limiter},
-    RegisterRow{5, 1, "input stage", "input and output high-pass on, 4095", InputStage},
-    RegisterRow{6, 2, "output stage", "4095 with processing, else 0", OutputStage},
-    RegisterRow{8, 1, "limiter threshold", "by `limiterThreshold`", LimiterThreshold},
-    RegisterRow{9, 8, "reserved", "`reservedLongs`, high word then low word", ReservedLong},
-    RegisterRow{17, 1, "input high-pass", "`ihpfCutoff`, Hz", InputCutoff},
-    RegisterRow{18, 1, "output high-pass", "`ohpfCutoff`, Hz", OutputCutoff},
-    RegisterRow{19, 1, "automatic gain control", "on, linked, release, gain word", Agc},
-    RegisterRow{20, 1, "gain word", "by `agcGain`", AgcGainWord},
-    RegisterRow{32, 8, "stage routing", "sources B, A, C of positions 1 to 8", StageRouting},
-    RegisterRow{40, 2, "channel routing", "the equalizer's source twice, the analyzer tap", ChannelRouting},
-    RegisterRow{42, 1, "output routing", "linked, swap, left source, right source", OutputRouting},
-    RegisterRow{43, 6, "span", "prediction span or delay of positions 1 to 6", Span},
-    RegisterRow{51, 3, "sizes", "taps minus one of a pair of positions, each at most 255", SizePair},
-    RegisterRow{55, 1, "equalizer sizes", "the same of positions 9 and 10", EqualizerSizes},
-    RegisterRow{56, 6, "adaptation", "blocks, and Mu unless frozen, of positions 1 to 6", Adaptation},
-    RegisterRow{64, 2, "adapt selection", "a nibble each of four positions", AdaptSelect},
-    RegisterRow{66, 8, "adapt threshold", "linear, positions 1 to 8", Threshold},
-    RegisterRow{74, 1, "normalization", "a bit each of positions 1 to 8", Normalize},
-    RegisterRow{75, 8, "attenuation", "positions 1 to 8", Attenuation},
-    RegisterRow{85, 1, "classes", "three bits each of positions 1 to 5", FirstClasses},
-    RegisterRow{86, 1, "classes", "three bits each of positions 6, 9, 10", LastClasses},
-    RegisterRow{87, 1, "borrowing", "`extraStages` of positions 1 to 6", Borrowing},
-    RegisterRow{88, 1, "adaptive stages", "a bit each of positions 1 to 8", AdaptiveStages},
-    RegisterRow{105, 8, "gain", "positions 1 to 8", Gain},
-    RegisterRow{129, 1, "level controls", "112 while they are shown, else 96", LevelControls},
-    RegisterRow{151, 1, "spectrum averaging", "`specAverages` twice, averager mode", Averaging},
-    RegisterRow{150, 1, "analyzer run", "0x4040 to begin anew, 0x8080 while it stands", AnalyzerRunning},
-    RegisterRow{158, 1, "blue gain", "linear, 128 is 0 dB", BlueGain},
-    RegisterRow{157, 1, "yellow gain", "linear, 128 is 0 dB", YellowGain},
+    RegisterRow{0, 1, "system word", "left level, bandwidth", "", SystemWordOf, reading::SystemWord},
+    RegisterRow{1, 1, "right level", "`levelControl[2]`", "dB", RightLevel, reading::Level},
+    RegisterRow{4, 1, "limiter", "on, linked, 3 - release, 4095", "s", Limiter, reading::Limiter},
+    RegisterRow{5, 1, "input stage", "input and output high-pass on, 4095", "", InputStage,
+                reading::InputStage},
+    RegisterRow{6, 2, "output stage", "4095 with processing, else 0", "", OutputStage, reading::OutputStage,
+                entries::Side},
+    RegisterRow{8, 1, "limiter threshold", "by `limiterThreshold`", "dB", LimiterThreshold,
+                reading::LimiterThreshold},
+    RegisterRow{9, 8, "reserved", "`reservedLongs`, high word then low word", "", ReservedLong, reading::Hex,
+                entries::HalfOfLong},
+    RegisterRow{17, 1, "input high-pass", "`ihpfCutoff`", "Hz", InputCutoff, reading::Number},
+    RegisterRow{18, 1, "output high-pass", "`ohpfCutoff`", "Hz", OutputCutoff, reading::Number},
+    RegisterRow{19, 1, "automatic gain control", "on, linked, release, gain word", "dB", Agc, reading::Agc},
+    RegisterRow{20, 1, "gain word", "by `agcGain`", "dB", AgcGainWord, reading::AgcGain},
+    RegisterRow{32, 8, "stage routing", "sources B, A, C of positions 1 to 8", "", StageRouting,
+                reading::StageRouting, entries::Position},
+    RegisterRow{40, 2, "channel routing", "the equalizer's source twice, the analyzer tap", "",
+                ChannelRouting, reading::ChannelRouting, entries::Side},
+    RegisterRow{42, 1, "output routing", "linked, swap, left source, right source", "", OutputRouting,
+                reading::OutputRouting},
+    RegisterRow{43, 6, "span", "prediction span or delay of positions 1 to 6", "samples", Span,
+                reading::Number, entries::Position},
+    RegisterRow{51, 3, "sizes", "taps minus one of a pair of positions, each at most 255", "taps", SizePair,
+                reading::Sizes, entries::Pair},
+    RegisterRow{55, 1, "equalizer sizes", "the same of positions 9 and 10", "taps", EqualizerSizes,
+                reading::Sizes},
+    RegisterRow{56, 6, "adaptation", "blocks, and Mu unless frozen, of positions 1 to 6", "", Adaptation,
+                reading::Adaptation, entries::Position},
+    RegisterRow{64, 2, "adapt selection", "a nibble each of four positions", "", AdaptSelect,
+                reading::AdaptSelection, entries::Four},
+    RegisterRow{66, 8, "adapt threshold", "linear, positions 1 to 8", "dB", Threshold, reading::Threshold,
+                entries::Position},
+    RegisterRow{74, 1, "normalization", "a bit each of positions 1 to 8", "", Normalize, reading::Positions},
+    RegisterRow{75, 8, "attenuation", "positions 1 to 8", "dB", Attenuation, reading::Attenuation,
+                entries::Position},
+    RegisterRow{85, 1, "classes", "three bits each of positions 1 to 5", "", FirstClasses,
+                reading::FirstClasses},
+    RegisterRow{86, 1, "classes", "three bits each of positions 6, 9, 10", "", LastClasses,
+                reading::LastClasses},
+    RegisterRow{87, 1, "borrowing", "`extraStages` of positions 1 to 6", "", Borrowing, reading::Borrowing},
+    RegisterRow{88, 1, "adaptive stages", "a bit each of positions 1 to 8", "", AdaptiveStages,
+                reading::Positions},
+    RegisterRow{105, 8, "gain", "positions 1 to 8", "dB", Gain, reading::Gain, entries::Position},
+    RegisterRow{129, 1, "level controls", "112 while they are shown, else 96", "", LevelControls,
+                reading::LevelControls},
+    RegisterRow{151, 1, "spectrum averaging", "`specAverages` twice, averager mode", "", Averaging,
+                reading::Averaging},
+    RegisterRow{150, 1, "analyzer run", "0x4040 to begin anew, 0x8080 while it stands", "", AnalyzerRunning,
+                reading::AnalyzerRun},
+    RegisterRow{158, 1, "blue gain", "linear, 128 is 0 dB", "dB", BlueGain, reading::TraceGain},
+    RegisterRow{157, 1, "yellow gain", "linear, 128 is 0 dB", "dB", YellowGain, reading::TraceGain},
 };
+
+constexpr std::array Commands{
+    CommandRow{registers::StageReset, "reset of stages", false, reading::Positions},
+    CommandRow{command::ReadCoefficients, "coefficients", true, reading::CoefficientBlock},
+    CommandRow{registers::BroadbandPiece, "broadband stage", false, reading::BroadbandPiece},
+    CommandRow{registers::BroadbandReset, "reset of broadband stages", false, reading::Sides},
+    CommandRow{registers::StoreInMemory, "store", false, reading::MemoryPlace},
+    CommandRow{command::ConfirmConnection, "connection check", false, nullptr},
+    CommandRow{command::Version, "version", true, nullptr},
+    CommandRow{command::FirstSpectrum, "spectrum of trace 1", true, nullptr},
+    CommandRow{command::FirstSpectrum + 1, "spectrum of trace 2", true, nullptr},
+    CommandRow{registers::Synthesize, "synthesize", false, reading::Synthesis},
+    CommandRow{command::MainStatus, "levels and status", true, nullptr},
+    CommandRow{command::EqualizerStatus, "equalizer levels", true, nullptr},
+};
+
+std::string RegisterLines() {
+  std::string lines = "| code | register | value | in a trace |\n|---|---|---|---|\n";
+  for (const RegisterRow& row : RegisterRows()) {
+    std::string codes = std::to_string(row.firstCode);
+    if (row.count > 1) codes.append(" to ").append(std::to_string(row.firstCode + row.count - 1));
+    const bool plain = *row.unit != '\0';
+    lines.append("| ").append(codes).append(" | ").append(row.name).append(" | ").append(row.value);
+    lines.append(" | ").append(plain ? row.unit : "words").append(" |\n");
+  }
+  return lines;
+}
+
+std::string CommandLines() {
+  std::string lines = "| code | command | answer |\n|---|---|---|\n";
+  for (const CommandRow& row : CommandRows()) {
+    lines.append("| ").append(std::to_string(row.code)).append(" | ").append(row.name);
+    lines.append(" | ").append(row.request ? "data" : "acknowledged").append(" |\n");
+  }
+  return lines;
+}
 
 }  // namespace
 
 std::span<const RegisterRow> RegisterRows() { return Rows; }
+std::span<const CommandRow> CommandRows() { return Commands; }
 
 std::uint16_t BandwidthBits(const SystemSettings& settings) {
-  constexpr int elevenKilohertz = 4;
-  if (settings.bandwidthIndex == elevenKilohertz && settings.unitOptionLatched) return 20480;
-  return Choice<6>({36864, 45056, 49152, 53248, 57344, 61440}, settings.bandwidthIndex, 36864);
+  constexpr auto option = static_cast<std::int16_t>(registers::OptionBandwidthIndex);
+  if (settings.bandwidthIndex == option && settings.unitOptionLatched) return registers::OptionBandwidthWord;
+  return Choice(registers::BandwidthWords, settings.bandwidthIndex, registers::BandwidthWords.front());
 }
 
 std::string RegisterPage() {
-  std::string page =
-      "# The unit's registers\n\nIn the order in which a download walks them. Positions are the unit's: in "
-      "the stereo "
-      "modes the left filter of\npair p stands at 2p - 1, the right one at 2p; 7 and 8 are the broadband "
-      "stages, 9 and "
-      "10 the equalizers.\nThis page is made from the program's own table.\n\n| code | register | value "
-      "|\n|---|---|---|\n";
-  for (const RegisterRow& row : RegisterRows()) {
-    std::string codes = std::to_string(row.firstCode);
-    if (row.count > 1) codes.append(" to ").append(std::to_string(row.firstCode + row.count - 1));
-    page.append("| ").append(codes).append(" | ").append(row.name).append(" | ").append(row.value).append(
-        " |\n");
-  }
-  return page;
+  return "# The unit's registers\n\nIn the order in which a download walks them. Positions are the unit's: "
+         "in "
+         "the stereo "
+         "modes the left filter of\npair p stands at 2p - 1, the right one at 2p; 7 and 8 are the broadband "
+         "stages, 9 and "
+         "10 the equalizers.\nThis page is made from the program's own table, as are the names and values in "
+         "the [line trace](line-trace.md).\n\n" +
+         RegisterLines() + "\n## Commands that are no registers\n\n" + CommandLines();
 }
 
 }  // namespace vc

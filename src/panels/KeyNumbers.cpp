@@ -8,6 +8,7 @@
 #include <span>
 
 #include "model/Kinds.h"
+#include "model/RegisterReadings.h"
 #include "panels/ValueLaws.h"
 #include "text/Convert.h"
 
@@ -207,16 +208,14 @@ std::string HighpassKeyNumbers(std::int16_t cutoff) { return Hz(cutoff); }
 
 std::string AgcKeyNumbers(const S& settings) {
   constexpr std::array gains{5, 10, 15, 20, 25, 30, 35};
-  constexpr std::array releases{400, 200, 100, 50};
   return std::to_string(Chosen(gains, settings.agcGain)) + " dB, " +
-         std::to_string(Chosen(releases, settings.agcRelease)) + " ms";
+         std::string(Chosen(AgcReleaseMilliseconds, settings.agcRelease)) + " ms";
 }
 
 std::string LimiterKeyNumbers(const S& settings) {
   constexpr std::array thresholds{"-6", "-9", "-12", "-15"};
-  constexpr std::array releases{"0.125", "0.250", "0.500", "1.0"};
   return std::string(Chosen(thresholds, settings.limiterThreshold)) + " dB, " +
-         Chosen(releases, settings.limiterRelease) + " s";
+         std::string(Chosen(LimiterReleaseSeconds, settings.limiterRelease)) + " s";
 }
 
 }  // namespace vc

@@ -5,6 +5,7 @@
 
 #include "model/Clamp.h"
 #include "model/Kinds.h"
+#include "model/RegisterTable.h"
 #include "persist/MemSelect.h"
 
 namespace vc {
@@ -184,14 +185,13 @@ bool ChainPanels::StoreInMemory(int memory, int function) {
                     "There is no connection to the unit.  Nothing has been stored in its memory.");
     return false;
   }
-  constexpr std::uint8_t storeInMemory = 127;
   constexpr std::int16_t longestSeconds = 60;
   around.desk.SetHourglass(true);
   const bool timerWasOn = around.periodic.tmrBargraph->Enabled();
   around.periodic.EnableMainTimer(false);
   if (around.settings.settingsChanged != 0) around.edits.SendChanges();
   around.desk.ShowProgress("Storing settings in the unit", 0, 1);
-  device.IssueCommand(storeInMemory, (function & 15) * 4 + (memory & 12) * 8 + (memory & 3), longestSeconds);
+  device.IssueCommand(registers::StoreInMemory, (function & 15) * 4 + (memory & 12) * 8 + (memory & 3), longestSeconds);
   around.desk.ShowProgress("Storing settings in the unit", 1, 1);
   around.desk.SetHourglass(false);
   // A failure has told the operator and closed the line.
