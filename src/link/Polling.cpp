@@ -56,6 +56,7 @@ void modDeviceComm::SendPolled(const PolledRequest& request, std::uint16_t argum
   if (unsettled && !LineIsSilent()) return;
   if (UnansweredHundredths == 0) askedSince = portLibrary.WaitHundredths(0);
   const CommandFrame frame = MakeCommandFrame(request.code, argument);
+  portLibrary.tap.Sent(frame, 1);
   portLibrary.WriteComm(comm.CommPortId, frame);
   ReplyTicksLeft = Nearest(Divide(request.waitMilliseconds, hooks.mainTimerMilliseconds()));
   ReplyBytesExpected = request.bytesExpected;
@@ -79,9 +80,12 @@ void modDeviceComm::TakePolledReply(const PolledRequest& request, const ReplyRea
                                     const ReplyReader& takeBody) {
   const std::uint16_t error = portLibrary.GetCommError(comm.CommPortId, comm.CommStat);
   if (error == 0 && comm.CommStat.cbInQue >= ReplyBytesExpected) {
+    const std::string whole = portLibrary.Overheard(comm.CommPortId, ReplyBytesExpected);
     std::string reply;
     comm.ReadCommString(comm.CommPortId, reply, request.bytesRead);
     const bool good = BeginsWell(request, reply);
+    portLibrary.tap.Reply(whole, static_cast<std::size_t>(ReplyBytesExpected),
+                          good ? ReplyFate::Good : ReplyFate::Wrong);
     if (good && takeBody) takeBody(reply);
     comm.FlushCommQueues();
     ReplyTicksLeft = ReplyBytesExpected = MissedReplyCount = 0;
@@ -93,10 +97,12 @@ void modDeviceComm::TakePolledReply(const PolledRequest& request, const ReplyRea
   }
   UnansweredHundredths = portLibrary.WaitHundredths(0) - askedSince;
   if (error != 0) {
+    TellErrors(error);
     comm.FlushCommQueues();
     ReplyTicksLeft = ReplyBytesExpected = 0;
     CountMissByError(error);
   } else if (--ReplyTicksLeft == 0) {
+    TellPolledReply(ReplyFate::Wrong);
     ReplyBytesExpected = 0;
     comm.FlushCommQueues();
     CountMissBySilence();

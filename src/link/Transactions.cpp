@@ -19,6 +19,8 @@ constexpr std::int16_t RetryCountMask = 0x3FFF;
 constexpr std::int32_t WaitStepHundredths =
     5;  // between two calls of hooks.waiting, or looks at hooks.ending
 
+ReplyFate FateOf(std::size_t count) { return count == 0 ? ReplyFate::Missing : ReplyFate::Wrong; }
+
 }  // namespace
 
 struct modDeviceComm::Wait {
@@ -48,7 +50,10 @@ bool modDeviceComm::AwaitReply(std::int16_t bytes, std::int32_t limitHundredths,
   std::uint16_t seen = 0;
   while (true) {
     errors |= portLibrary.GetCommError(comm.CommPortId, comm.CommStat);
-    if ((errors & commError::SignalTimeout) != 0) return false;
+    if ((errors & commError::SignalTimeout) != 0) {
+      TellErrors(errors);
+      return false;
+    }
     const std::int32_t now = portLibrary.WaitHundredths(0);
     if (comm.CommStat.cbInQue != seen) {
       seen = comm.CommStat.cbInQue;
@@ -59,7 +64,10 @@ bool modDeviceComm::AwaitReply(std::int16_t bytes, std::int32_t limitHundredths,
     portLibrary.AwaitComm(comm.CommPortId, std::min(limitHundredths - (now - start), WaitStepHundredths));
     TellWaiting();
   }
-  if (errors != 0) Pause(errorPauseHundredths);
+  if (errors != 0) {
+    TellErrors(errors);
+    Pause(errorPauseHundredths);
+  }
   return true;
 }
 
@@ -72,6 +80,27 @@ void modDeviceComm::Pause(std::int32_t hundredths) {
     const std::uint16_t errors = portLibrary.GetCommError(comm.CommPortId, comm.CommStat);
     if ((errors & commError::SignalTimeout) != 0) return;
   }
+}
+
+void modDeviceComm::TellErrors(std::uint16_t errors) const {
+  if (!portLibrary.tap.On()) return;
+  if ((errors & commError::SignalTimeout) != 0) return portLibrary.tap.Event("the line has gone", true);
+  std::string text = "line error:";
+  for (const auto& [bit, name] : {std::pair{commError::QueueOverflow, " queue full"},
+                                  {commError::Overrun, " overrun"},
+                                  {commError::Parity, " parity"},
+                                  {commError::Framing, " framing"},
+                                  {commError::Break, " break"}}) {
+    if ((errors & bit) != 0) text += name;
+  }
+  portLibrary.tap.Event(text, true);
+}
+
+void modDeviceComm::TellPolledReply(ReplyFate whole) {
+  if (!portLibrary.tap.On()) return;
+  const std::string waiting = portLibrary.Overheard(comm.CommPortId, ReplyBytesExpected);
+  const auto awaited = static_cast<std::size_t>(ReplyBytesExpected);
+  portLibrary.tap.Reply(waiting, awaited, waiting.size() == awaited ? whole : FateOf(waiting.size()));
 }
 
 bool modDeviceComm::NothingBehind(std::int16_t bytes) {
@@ -89,24 +118,29 @@ void modDeviceComm::AwaitSilence() {
 
 modDeviceComm::Outcome modDeviceComm::Transact(const Exchange& exchange, int attempts, std::string& reply) {
   const Wait wait(*this);
-  for (bool first = true; attempts > 0; first = false) {
+  const LineTap& tap = portLibrary.tap;
+  for (int attempt = 1; attempts > 0; ++attempt) {
     if (exchange.drainEachTime) DrainPendingReply();
     if (!comm.CommPortOpen) return Outcome::Closed;
+    tap.Sent(exchange.frame, attempt);
     portLibrary.WriteComm(comm.CommPortId, exchange.frame);
     if (!AwaitReply(exchange.replyBytes, exchange.limitHundredths, exchange.errorPauseHundredths)) {
       return Outcome::Gone;
     }
     const bool whole = !exchange.nothingBehind || NothingBehind(exchange.replyBytes);
     reply.clear();
-    comm.ReadCommString(comm.CommPortId, reply, exchange.replyBytes);
+    const auto count =
+        static_cast<std::size_t>(comm.ReadCommString(comm.CommPortId, reply, exchange.replyBytes));
     const bool good =
         whole && reply.starts_with(exchange.replyToken) && (!exchange.accept || exchange.accept(reply));
+    tap.Reply(std::string_view(reply).substr(0, count), static_cast<std::size_t>(exchange.replyBytes),
+              good ? ReplyFate::Good : FateOf(count));
     if (!good && hooks.ending()) {
       DisconnectZorq(true);
       return Outcome::Closed;
     }
     // A frame that was sent again may be answered twice.
-    if (good && first) {
+    if (good && attempt == 1) {
       comm.FlushCommQueues();
     } else {
       AwaitSilence();
@@ -130,7 +164,10 @@ void modDeviceComm::PauseForRecovery() {
 void modDeviceComm::DrainPendingReply() {
   if (!comm.CommPortOpen) return;
   const Wait wait(*this);
-  if (ReplyTicksLeft != 0) AwaitReply(ReplyBytesExpected, BaudTimeoutExtra, 0);
+  if (ReplyTicksLeft != 0) {
+    AwaitReply(ReplyBytesExpected, BaudTimeoutExtra, 0);
+    TellPolledReply(ReplyFate::Unused);
+  }
   if (unsettled) AwaitSilence();
   comm.FlushCommQueues();
   ReplyTicksLeft = 0;

@@ -164,6 +164,9 @@ struct modDeviceComm {
   void SendPolled(const PolledRequest& request, std::uint16_t argument);
   void TakePolledReply(const PolledRequest& request, const ReplyReader& decode, const ReplyReader& takeBody);
   bool LineIsSilent();
+  // To the tap: what waits of the polled reply, and what is wrong with the line.
+  void TellPolledReply(ReplyFate whole);
+  void TellErrors(std::uint16_t errors) const;
   void CountMissByError(std::uint16_t error);
   void CountMissBySilence();
   bool TooManyMisses() const;

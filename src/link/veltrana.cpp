@@ -45,7 +45,7 @@ veltrana::Line* veltrana::Find(std::int16_t handle) {
   return found == lines.end() ? nullptr : &found->second;
 }
 
-void veltrana::Pump(Line& line) {
+void veltrana::Pump(Line& line) const {
   std::array<std::uint8_t, 512> block{};
   while (!line.output.empty()) {
     const std::size_t count = std::min(block.size(), line.output.size());
@@ -57,6 +57,7 @@ void veltrana::Pump(Line& line) {
   while (line.input.size() < line.inputSize) {
     const std::size_t room = std::min(block.size(), line.inputSize - line.input.size());
     const std::size_t count = line.port->Read({block.data(), room});
+    if (count != 0) tap.Came();
     line.input.insert(line.input.end(), block.begin(), block.begin() + static_cast<std::ptrdiff_t>(count));
     if (count < room) break;
   }
@@ -65,8 +66,13 @@ void veltrana::Pump(Line& line) {
 
 std::int16_t veltrana::OpenComm(std::string_view name, std::int16_t inputSize, std::int16_t outputSize) {
   openFailure.clear();
-  auto port = ports.Open(std::string(name.substr(0, name.find('\0'))), openFailure);
-  if (!port) return -1;
+  const std::string portName(name.substr(0, name.find('\0')));
+  auto port = ports.Open(portName, openFailure);
+  if (!port) {
+    tap.Event(openFailure, true);
+    return -1;
+  }
+  if (tap.On()) tap.Event(portName + " opened", false);
   std::int16_t handle = 1;
   while (lines.contains(handle)) ++handle;
   Line& line = lines[handle];
@@ -76,7 +82,23 @@ std::int16_t veltrana::OpenComm(std::string_view name, std::int16_t inputSize, s
   return handle;
 }
 
-void veltrana::CloseComm(std::int16_t handle) { lines.erase(handle); }
+void veltrana::CloseComm(std::int16_t handle) {
+  Line* line = Find(handle);
+  if (line == nullptr) return;
+  TellUnread(*line);
+  tap.Event("port closed", false);
+  lines.erase(handle);
+}
+
+// Nobody will read what waits.
+void veltrana::TellUnread(Line& line) const {
+  if (!tap.On()) return;
+  Pump(line);
+  const auto unread =
+      line.input.begin() + static_cast<std::ptrdiff_t>(std::min(line.overheard, line.input.size()));
+  const std::string bytes(unread, line.input.end());
+  if (!bytes.empty()) tap.Reply(bytes, 0, ReplyFate::ThrownAway);
+}
 
 std::int16_t veltrana::SetCommState16(const CommRecord& record) {
   Line* line = Find(record[commRecord::PortId]);
@@ -85,7 +107,13 @@ std::int16_t veltrana::SetCommState16(const CommRecord& record) {
   SerialConfig config;
   config.baud = code == commRecord::Code115200 ? 115200 : code;
   config.dtr = (record[commRecord::Flags] & commRecord::DtrHeldOff) == 0;
-  return line->port->Configure(config) ? std::int16_t{0} : std::int16_t{-1};
+  const bool taken = line->port->Configure(config);
+  if (tap.On()) {
+    tap.Event(std::to_string(config.baud) + " baud, DTR " + (config.dtr ? "on" : "off") +
+                  (taken ? "" : ": refused by the port"),
+              !taken);
+  }
+  return taken ? std::int16_t{0} : std::int16_t{-1};
 }
 
 std::int16_t veltrana::WriteComm(std::int16_t handle, std::span<const std::uint8_t> bytes) {
@@ -106,7 +134,15 @@ std::int16_t veltrana::ReadComm(std::int16_t handle, std::span<std::uint8_t> byt
   const std::size_t count = std::min(bytes.size(), line->input.size());
   std::copy_n(line->input.begin(), count, bytes.begin());
   line->input.erase(line->input.begin(), line->input.begin() + static_cast<std::ptrdiff_t>(count));
+  line->overheard -= std::min(line->overheard, count);
   return static_cast<std::int16_t>(count);
+}
+
+std::string veltrana::Overheard(std::int16_t handle, std::int16_t count) {
+  Line* line = tap.On() ? Find(handle) : nullptr;
+  if (line == nullptr) return {};
+  line->overheard = std::min(line->input.size(), static_cast<std::size_t>(std::max<std::int16_t>(count, 0)));
+  return {line->input.begin(), line->input.begin() + static_cast<std::ptrdiff_t>(line->overheard)};
 }
 
 std::uint16_t veltrana::GetCommError(std::int16_t handle, CommStatus& status) {
@@ -125,9 +161,12 @@ std::int16_t veltrana::FlushComm(std::int16_t handle, std::int16_t selector) {
   Line* line = Find(handle);
   if (line == nullptr) return -1;
   if (selector == 0) {
+    tap.NotSent(line->output.size());
     line->output.clear();
     line->port->DiscardOutput();
   } else {
+    TellUnread(*line);
+    line->overheard = 0;
     line->input.clear();
     line->port->DiscardInput();
   }

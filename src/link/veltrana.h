@@ -14,6 +14,7 @@
 #include <string>
 #include <string_view>
 
+#include "link/LineTap.h"
 #include "platform/Clock.h"
 #include "platform/SerialPort.h"
 
@@ -60,6 +61,7 @@ struct veltrana {
   SerialPorts& ports;
   Clock& clock;
   std::string openFailure;  // why the last OpenComm failed, in plain words
+  LineTap tap;
 
   // Opens the port of a NUL-terminated name ("COM1") exclusively, with queues of the sizes given. Negative
   // where the port is absent or busy.
@@ -83,6 +85,10 @@ struct veltrana {
   // that is gone.
   void AwaitSilence(std::int16_t handle, std::int64_t microseconds);
 
+  // The first bytes of the input queue, at most so many, where the tap is listened to; else nothing. They
+  // stay where they are, and whoever asks tells the tap of them: no flush will.
+  std::string Overheard(std::int16_t handle, std::int16_t count);
+
   // Waits (0 for not at all), then returns the present time, both in hundredths of a second.
   std::int32_t WaitHundredths(std::int32_t hundredths);
 
@@ -99,9 +105,11 @@ struct veltrana {
     std::deque<std::uint8_t> input, output;
     std::uint16_t errors = 0;
     std::optional<std::size_t> coefBlock;  // of the last coefficient request, 0..31
+    std::size_t overheard = 0;             // bytes of the input that the tap has been told of
   };
   Line* Find(std::int16_t handle);
-  static void Pump(Line& line);
+  void Pump(Line& line) const;
+  void TellUnread(Line& line) const;
 
   std::map<std::int16_t, Line> lines;
   std::int64_t startMicroseconds;
