@@ -24,6 +24,7 @@ void BindKind(Binder& binder, vc::GraphicButton& button);
 void BindKind(Binder& binder, vc::Slider& slider);
 void BindKind(Binder& binder, vc::UpDown& upDown);
 void BindKind(Binder& binder, vc::ListBox& list);
+void BindKind(Binder& binder, vc::Listing& listing);
 void BindKind(Binder& binder, vc::OptionButton& option);
 void BindKind(Binder& binder, vc::CheckBox& check);
 void BindKind(Binder& binder, vc::LevelBar& bar);

@@ -7,6 +7,7 @@
 #include "widgets/Controls.h"
 #include "widgets/GraphicButton.h"
 #include "widgets/LevelBar.h"
+#include "widgets/Listing.h"
 #include "widgets/Plot.h"
 #include "widgets/ProgressBar.h"
 #include "widgets/Waterfall.h"
@@ -28,6 +29,7 @@ const char* Kind(const GraphicButton& control) {
 const char* Kind(const Slider& /*control*/) { return "slider"; }
 const char* Kind(const UpDown& /*control*/) { return "updown"; }
 const char* Kind(const ListBox& /*control*/) { return "list"; }
+const char* Kind(const Listing& /*control*/) { return "listing"; }
 const char* Kind(const OptionButton& /*control*/) { return "option"; }
 const char* Kind(const CheckBox& /*control*/) { return "check"; }
 const char* Kind(const LevelBar& /*control*/) { return "level"; }
@@ -49,6 +51,7 @@ std::string Value(const GraphicButton& control) {
 std::string Value(const Slider& control) { return ShortestText(control.Position()); }
 std::string Value(const UpDown& control) { return std::to_string(control.Value()); }
 std::string Value(const ListBox& control) { return control.Text(); }
+std::string Value(const Listing& control) { return std::to_string(control.Rows()) + " rows"; }
 std::string Value(const OptionButton& control) { return OnOff(control.Value()); }
 std::string Value(const CheckBox& control) { return OnOff(control.Value()); }
 std::string Value(const LevelBar& control) {
@@ -90,6 +93,11 @@ std::string Range(const ListBox& control) {
   std::string rows;
   for (const std::string& item : control.Items()) rows = Joined(rows, item);
   return rows;
+}
+std::string Range(const Listing& control) {
+  std::string row;
+  for (const ListingColumn& column : control.columns) row = Joined(row, column.heading);
+  return row;
 }
 std::string Range(const OptionButton& /*control*/) { return "0..1"; }
 std::string Range(const CheckBox& /*control*/) { return "0..1"; }
@@ -189,6 +197,7 @@ std::string ValueOf(const AnyControl& control) {
 }
 
 std::string NumbersOf(const AnyControl& control) {
+  if (Listing* const* listing = std::get_if<Listing*>(&control)) return (*listing)->Text();
   Plot* const* plot = std::get_if<Plot*>(&control);
   return plot != nullptr && (*plot)->screen ? PlotNumbers(**plot) : std::string{};
 }

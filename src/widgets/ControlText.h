@@ -12,7 +12,8 @@ namespace vc {
 std::string KindOf(const AnyControl& control);
 // What the control shows; empty where there is nothing to show.
 std::string ValueOf(const AnyControl& control);
-// All that an instrument's screen shows, as PlotNumbers has it; empty of any other control.
+// All that an instrument's screen shows, as PlotNumbers has it, and all rows of a listing; empty of any other
+// control.
 std::string NumbersOf(const AnyControl& control);
 // "96..255", the rows of a list with " | " between; empty where any value goes.
 std::string RangeOf(const AnyControl& control);

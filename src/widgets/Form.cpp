@@ -3,6 +3,7 @@
 #include "widgets/Controls.h"
 #include "widgets/GraphicButton.h"
 #include "widgets/LevelBar.h"
+#include "widgets/Listing.h"
 #include "widgets/Plot.h"
 #include "widgets/ProgressBar.h"
 #include "widgets/Waterfall.h"

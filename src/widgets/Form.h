@@ -21,6 +21,7 @@ struct GraphicButton;
 struct Slider;
 struct UpDown;
 struct ListBox;
+struct Listing;
 struct OptionButton;
 struct CheckBox;
 struct LevelBar;
@@ -32,8 +33,8 @@ struct MenuEntry;
 
 // One of the kinds of control. Faces dispatch on the kind, never on which control it is.
 using AnyControl =
-    std::variant<Frame*, Label*, TextBox*, Button*, GraphicButton*, Slider*, UpDown*, ListBox*, OptionButton*,
-                 CheckBox*, LevelBar*, ProgressBar*, Plot*, Waterfall*, Picture*, MenuEntry*>;
+    std::variant<Frame*, Label*, TextBox*, Button*, GraphicButton*, Slider*, UpDown*, ListBox*, Listing*,
+                 OptionButton*, CheckBox*, LevelBar*, ProgressBar*, Plot*, Waterfall*, Picture*, MenuEntry*>;
 
 // Where a control is declared: in a form, in one of its frames, or in a menu.
 struct Place {

@@ -8,6 +8,7 @@
 #include "widgets/Controls.h"
 #include "widgets/GraphicButton.h"
 #include "widgets/LevelBar.h"
+#include "widgets/Listing.h"
 #include "widgets/Plot.h"
 #include "widgets/ProgressBar.h"
 #include "widgets/Waterfall.h"
@@ -51,6 +52,7 @@ struct SampleForm {
   vc::ProgressBar prgWork{form, "prgWork", "Work"};
   vc::Plot pltCurve{form, "pltCurve", "Curve"};
   vc::Waterfall wtrCurve{form, "wtrCurve", "Lately", pltCurve};
+  vc::Listing lstRows{form, "lstRows", "Rows", {{"No.", 6, true}, {"What", 20}}};
   vc::GraphicButton btnActive{form, "btnActive", "Active", vc::GraphicButton::Style::Latching};
   vc::GraphicButton btnClear{form, "btnClear", "Clear", vc::GraphicButton::Style::Push};
   vc::Button btnHidden{form, "btnHidden", "Hidden"};
@@ -90,6 +92,11 @@ struct SampleForm {
     prgWork.SetOrientation(0);
     pltCurve.SetAxes({0.0, 1600.0, "Hz"}, {-20.0, 0.0, "dB"});
     pltCurve.SetTraces({{"Curve", {0.0F, -6.0F, -12.0F}}});
+    lstRows.lines = 4;
+    lstRows.cells = [](std::size_t number) {
+      return std::vector<std::string>{std::to_string(number), "row " + std::to_string(number)};
+    };
+    lstRows.Roll(0, 3);
     btnHidden.core.SetVisible(false);
     btnClear.core.SetEnabled(false);
     sldrCutoff.changed = [this] { events += "cutoff "; };
