@@ -76,12 +76,47 @@ void EditHistory::Record(Step step, const Action& action) {
   if (continues) {
     Join(step);
   } else {
-    steps.resize(done);
-    steps.push_back(std::move(step));
-    if (steps.size() > MostSteps) steps.erase(steps.begin());
+    Push(std::move(step));
   }
   done = steps.size();
   lastEdit = clock.Microseconds();
+  wires.changed();
+}
+
+void EditHistory::Push(Step step) {
+  steps.resize(done);
+  steps.push_back(std::move(step));
+  if (steps.size() > MostSteps) steps.erase(steps.begin());
+  done = steps.size();
+}
+
+KeptSetup EditHistory::Kept() const { return {OperatorsRecord(settings), Built()}; }
+
+// A fit may make something else of the other setup than what was kept.
+void EditHistory::Cross(const std::string& title, const KeptSetup& other, const Beside& beside) {
+  if (depth > 0) return;
+  CloseStep();
+  const auto before = std::make_unique<SystemSettings>(settings);
+  Step step{title, "", false, ChangesBetween(settings, other.record), Built(), other.built, beside, true};
+  Restore(step, false);
+  step.changes = ChangesBetween(*before, settings);
+  step.builtAfter = Built();
+  Push(std::move(step));
+  wires.changed();
+}
+
+bool EditHistory::CrossAgain() {
+  const bool back = CanUndo() && steps[done - 1].crosses;
+  if (!back && !(CanRedo() && steps[done].crosses)) return false;
+  back ? Undo() : Redo();
+  return true;
+}
+
+void EditHistory::Note(const std::string& title, const Beside& beside) {
+  if (depth > 0) return;
+  CloseStep();
+  beside(false);
+  Push({title, "", false, {}, Built(), Built(), beside});
   wires.changed();
 }
 
@@ -114,6 +149,16 @@ void EditHistory::CloseStep() { open = dragging = false; }
 
 void EditHistory::Restore(const Step& step, bool back) {
   const auto was = std::make_unique<SystemSettings>(settings);
+  PutInPlace(step, back);
+  if (step.beside) step.beside(back);
+  {
+    const Depth inside(depth);  // what follows belongs to no step
+    wires.restored(*was, step.exchange);
+  }
+  wires.changed();
+}
+
+void EditHistory::PutInPlace(const Step& step, bool back) {
   const auto& [from, to] =
       back ? std::tie(step.builtAfter, step.builtBefore) : std::tie(step.builtBefore, step.builtAfter);
   {
@@ -132,11 +177,6 @@ void EditHistory::Restore(const Step& step, bool back) {
       settings.filterDirty[stage] = -1;  // the unit still holds the table that is now none
     }
   }
-  {
-    const Depth inside(depth);  // what follows belongs to no step
-    wires.restored(*was, step.exchange);
-  }
-  wires.changed();
 }
 
 void EditHistory::Undo() {

@@ -26,6 +26,16 @@ struct HistoryWires {
   Wire<void()> changed;
 };
 
+// A setup outside the record: the operator's values, and which tables are finished.
+struct KeptSetup {
+  SystemSettings record;
+  PerStage<std::int16_t> built;
+};
+
+// What a step does beside the record, such as which of two setups is in it: run where the step is made or
+// done again, and with `back` where it is taken back.
+using Beside = std::function<void(bool back)>;
+
 // Only what a setup keeps is a step's matter, and of that not the connection: port and rate stay as they are.
 struct EditHistory {
   EditHistory(SystemSettings& record, Clock& timeSource, HistoryWires wired);
@@ -39,6 +49,16 @@ struct EditHistory {
   void Edit(const std::string& title, const std::string& source, const Action& action);
   // As Edit, for another setup that takes the place of the whole one.
   void Exchange(const std::string& title, const std::function<void()>& action);
+  // What the record has now, to come back to.
+  KeptSetup Kept() const;
+  // To another setup that is kept beside this one, and this one stays. It is a step even where both are
+  // alike; the unit follows as it does after an undo.
+  void Cross(const std::string& title, const KeptSetup& other, const Beside& beside);
+  // Where the last step has crossed, or the one that was taken back last: back along it, or along it again.
+  // So going to and fro makes no further steps. False where there is none.
+  bool CrossAgain();
+  // A step that leaves the record alone.
+  void Note(const std::string& title, const Beside& beside);
   // Runs what follows from the last step by itself, such as a fit that waited for the next tick; what it
   // changes becomes part of that step.
   void Amend(const std::function<void()>& action);
@@ -62,16 +82,21 @@ struct EditHistory {
     bool exchange;
     FieldChanges changes;
     PerStage<std::int16_t> builtBefore, builtAfter;  // which tables are finished
+    Beside beside{};                                 // none where the step is of the record alone
+    bool crosses = false;
 
-    bool IsNone() const { return changes.Empty() && builtBefore == builtAfter; }
+    bool IsNone() const { return changes.Empty() && builtBefore == builtAfter && !beside; }
   };
 
   // filterBuilt, with every table that the unit holds marked as finished.
   PerStage<std::int16_t> Built() const;
   void Record(Step step, const Action& action);
+  void Push(Step step);
   bool Continues(const std::string& source) const;
   void Join(const Step& step);
+  // Brings the record to one end of a step, and the unit after it.
   void Restore(const Step& step, bool back);
+  void PutInPlace(const Step& step, bool back);
 
   SystemSettings& settings;
   Clock& clock;

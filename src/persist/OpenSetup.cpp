@@ -5,16 +5,21 @@
 namespace vc {
 
 void OpenSetup::Take(const std::string& file) {
-  path = file;
-  taken = settings;
+  held.path = file;
+  held.taken = settings;
   tellExchanged();
 }
 
 void OpenSetup::Forget() {
-  path.clear();
+  held.path.clear();
   tellExchanged();
 }
 
-bool OpenSetup::Changed() const { return SetupDiffers(taken, settings); }
+bool OpenSetup::Changed() const { return SetupDiffers(held.taken, settings); }
+
+void OpenSetup::Swap(SetupOfFile& other) {
+  std::swap(held, other);
+  tellExchanged();
+}
 
 }  // namespace vc

@@ -10,25 +10,33 @@
 
 namespace vc {
 
+// A file, and the setup as it holds it.
+struct SetupOfFile {
+  std::string path;
+  SystemSettings taken;
+};
+
 struct OpenSetup {
   // exchanged is told where another file is open, or none.
   OpenSetup(const SystemSettings& record, Wire<void()> exchanged)
       : settings(record), tellExchanged(std::move(exchanged)) {}
 
   // Whole, with its folder; empty where no file is open.
-  const std::string& Path() const { return path; }
+  const std::string& Path() const { return held.path; }
   // The record is as this file holds it, or, where the path is empty, as the run begins with it.
   void Take(const std::string& file);
   // No file holds what is in the record now.
   void Forget();
   // The record differs from what was taken in anything that a setup keeps.
   bool Changed() const;
+  // For another setup that comes into the record with the file that is open of it, and back.
+  const SetupOfFile& Held() const { return held; }
+  void Swap(SetupOfFile& other);
 
  private:
   const SystemSettings& settings;
   Wire<void()> tellExchanged;
-  std::string path;
-  SystemSettings taken;
+  SetupOfFile held;
 };
 
 }  // namespace vc

@@ -39,7 +39,8 @@ std::vector<std::string> NamesOf(const Kinds& kinds) {
 
 TopRow::TopRow(Form& owner) : form(owner) {
   fraTop.look = FrameLook::Card;
-  for (Frame* frame : {&fraConnection, &fraLayout, &fraNumFilters, &fraUnit, &fraDisplays}) {
+  for (Frame* frame :
+       {&fraConnection, &fraLayout, &fraPair, &fraSides, &fraNumFilters, &fraUnit, &fraDisplays}) {
     frame->look = FrameLook::Flat;
   }
   fraUnit.buttonsPerRow = PairsOfButtons;

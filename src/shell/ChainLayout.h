@@ -26,6 +26,10 @@ struct TopRow {
   Frame fraLayout{fraTop, "fraLayout", "Setup"};
   ListBox cmbBandwidth{fraLayout, "cmbBandwidth", "Bandwidth"};
   ListBox cmbConfig{fraLayout, "cmbConfig", "Configuration"};
+  Frame fraPair{fraTop, "fraPair", "Setup Heard"};
+  Frame fraSides{fraPair, "fraSides", "", Arrangement::Columns};
+  OptionGroup optSetup{fraSides, "optSetup", 0, {"A", "B"}};
+  GraphicButton btnCopySetup{fraPair, "btnCopySetup", "Copy to B", GraphicButton::Style::Push};
   Frame fraNumFilters{fraTop, "fraNumFilters", "Number of Filters", Arrangement::Columns};
   OptionGroup optNumFilters{fraNumFilters, "optNumFilters", 0, {"1", "2", "3", "4", "5", "6"}};
   Frame fraUnit{fraTop, "fraUnit", "Whole Chain"};

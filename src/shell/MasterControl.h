@@ -52,6 +52,7 @@ struct MasterControl {
   Label lblKeeping{fraFoot, "lblKeeping", ""};
   // Before or after, while the simulated unit can be heard.
   Label lblHeard{fraFoot, "lblHeard", ""};
+  Label lblSetupHeard{fraFoot, "lblSetupHeard", ""};
   Label lblSetupFile{fraFoot, "lblSetupFile", ""};  // the path of the open setup
 
   ChainBlocks blocks;

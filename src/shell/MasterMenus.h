@@ -24,6 +24,8 @@ struct MasterMenus {
   MenuEntry mnuEdit{form, "mnuEdit", "Edit"};
   MenuEntry mnuUndo{mnuEdit, "mnuUndo", "&Undo"};
   MenuEntry mnuRedo{mnuEdit, "mnuRedo", "&Redo"};
+  MenuEntry mnuSwitchSetup{mnuEdit, "mnuSwitchSetup", "&Switch to Setup B"};
+  MenuEntry mnuCopySetup{mnuEdit, "mnuCopySetup", "&Copy Setup A to B"};
 
   MenuEntry mnuView{form, "mnuView", "&View"};
   ControlArray<MenuEntry, 0, 3> mnuTheme{

@@ -43,6 +43,7 @@ std::string StepCaption(const std::string& verb, const std::string& title) {
 MenuActions::MenuActions(const Around& parts) : around(parts), menus(parts.menus) {
   BindFileMenu();
   BindEditMenu();
+  BindSetups();
   BindSettings();
   BindReports();
   BindHelp();
@@ -79,6 +80,20 @@ void MenuActions::BindEditMenu() {
   menus.mnuUndo.clicked = [this] { around.blocks.ShowOnce([this] { around.history.Undo(); }); };
   menus.mnuRedo.shortcut = "Ctrl+Shift+Z";
   menus.mnuRedo.clicked = [this] { around.blocks.ShowOnce([this] { around.history.Redo(); }); };
+}
+
+void MenuActions::BindSetups() {
+  const auto once = [this](const Wire<void()>& work) {
+    return [this, &work] { around.blocks.ShowOnce([&work] { work(); }); };
+  };
+  menus.mnuSwitchSetup.shortcut = "Ctrl+B";
+  menus.mnuSwitchSetup.clicked = once(around.session.switchSetup);
+  menus.mnuCopySetup.clicked = once(around.session.copySetup);
+  around.top.btnCopySetup.clicked = menus.mnuCopySetup.clicked;
+  around.top.optSetup.changed = [this] {
+    around.blocks.ShowOnce([this] { around.session.hearSetup(around.top.optSetup.Selected()); });
+  };
+  ShowSetupHeard(0);
 }
 
 void MenuActions::BindSettings() {
@@ -165,6 +180,15 @@ void MenuActions::ShowSteps() {
   menus.mnuUndo.core.SetCaption(StepCaption("&Undo", history.UndoTitle()));
   menus.mnuRedo.core.SetEnabled(history.CanRedo());
   menus.mnuRedo.core.SetCaption(StepCaption("&Redo", history.RedoTitle()));
+}
+
+void MenuActions::ShowSetupHeard(int side) {
+  const Mute inert(menus.form);
+  const std::string heard = side == 0 ? "A" : "B", other = side == 0 ? "B" : "A";
+  menus.mnuSwitchSetup.core.SetCaption("&Switch to Setup " + other);
+  menus.mnuCopySetup.core.SetCaption("&Copy Setup " + heard + " to " + other);
+  around.top.optSetup.Select(side);
+  around.top.btnCopySetup.core.SetCaption("Copy to " + other);
 }
 
 void MenuActions::CheckTheme(Theme theme) {

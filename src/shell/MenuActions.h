@@ -24,7 +24,9 @@ struct SessionCalls {
   Wire<void()> exit;
   // No unit was found: true where the simulated one runs instead now.
   Wire<bool()> offerUnit;
-  Wire<void()> showUnit;     // where it was taken up
+  Wire<void()> showUnit;           // where it was taken up
+  Wire<void(int side)> hearSetup;  // SetupPair::A or B
+  Wire<void()> switchSetup, copySetup;
   Wire<void()> switchHeard;  // between before and after, of the simulated unit
   Wire<void(bool wanted)> queueRefresh;
   // Tells the operator something, on the splash while that is up and on the master panel from then on.
@@ -52,6 +54,8 @@ struct MenuActions {
 
   // Which step can be undone, and which done again.
   void ShowSteps();
+  // Which of the two setups is heard: 0 A, 1 B.
+  void ShowSetupHeard(int side);
   void CheckTheme(Theme theme);
   // Stores to the open file, with all that is asked before; the window stays where that comes to nothing.
   void StoreOpenSetup();
@@ -59,6 +63,7 @@ struct MenuActions {
  private:
   void BindFileMenu();
   void BindEditMenu();
+  void BindSetups();
   void BindSettings();
   void BindReports();
   void BindHelp();

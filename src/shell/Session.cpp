@@ -28,6 +28,7 @@ Session::Session(Platform host)
       }),
       setupContext(SetupContextWires()),
       edits(settings, host.clock, EditsWires()),
+      pair(PairParts()),
       master(MasterParts()),
       periodic(host.events, host.clock, settings, device, master, TickWires()),
       panels({edits, settings, platform.desk, forms, master, periodic, device, coefReader, host.events,
@@ -138,6 +139,14 @@ SetupContext Session::SetupContextWires() {
           .open = {settings, [this] { ShowOpenSetup(); }}};
 }
 
+SetupPair::Around Session::PairParts() {
+  return {.edits = edits,
+          .setup = setupContext,
+          .events = platform.events,
+          .mayOverwrite = [this](const std::string& setup) { return MayOverwrite(setup); },
+          .shown = [this] { ShowSetupHeard(); }};
+}
+
 MasterControl::Around Session::MasterParts() {
   return {.edits = edits,
           .config = config,
@@ -160,6 +169,9 @@ MasterControl::Around Session::MasterParts() {
                           },
                       .offerUnit = [this] { return unitConnection.OfferInstead(); },
                       .showUnit = [this] { unitConnection.ShowStarted(); },
+                      .hearSetup = [this](int side) { pair.Hear(static_cast<SetupPair::Side>(side)); },
+                      .switchSetup = [this] { pair.Switch(); },
+                      .copySetup = [this] { pair.Copy(); },
                       .switchHeard = [this] { unitConnection.SwitchHeard(); },
                       .queueRefresh = [this](bool wanted) { QueueRefresh(wanted); },
                       .tell =
@@ -380,9 +392,24 @@ void Session::NewSetup() {
 void Session::ShowOpenSetup() {
   const std::string& path = setupContext.open.Path();
   const std::string caption = " Master Control Panel", mark = setupContext.open.Changed() ? "*" : "";
-  master.form.SetCaption(mark + (path.empty() ? ApplicationTitle + caption
-                                              : LastPart(path) + caption + " - " + ApplicationTitle));
+  const std::string name = (path.empty() ? ApplicationTitle : LastPart(path)) + SetupMark();
+  master.form.SetCaption(mark + name + caption + (path.empty() ? "" : " - " + ApplicationTitle));
   master.lblSetupFile.core.SetCaption(path);
+}
+
+std::string Session::SetupMark() const { return pair.Heard() == SetupPair::A ? "" : " (Setup B)"; }
+
+void Session::ShowSetupHeard() {
+  master.actions.ShowSetupHeard(pair.Heard());
+  master.lblSetupHeard.core.SetCaption("Setup " + SetupPair::NameOf(pair.Heard()) + " is heard");
+  ShowOpenSetup();
+}
+
+bool Session::MayOverwrite(const std::string& setup) {
+  return platform.desk.Box(box::InformationYesNo, "Copy Setup",
+                           "Setup " + setup +
+                               " has changes that no file holds.  Do you wish to copy over it?  "
+                               "Undo brings it back.") == Answer::Yes;
 }
 
 void Session::TakeOnSetup() {

@@ -27,6 +27,7 @@
 #include "shell/Printouts.h"
 #include "shell/ReportSources.h"
 #include "shell/Reports.h"
+#include "shell/SetupPair.h"
 #include "shell/UnitConnection.h"
 #include "shell/Windows.h"
 #include "sound/CleanRun.h"
@@ -56,6 +57,7 @@ struct Session {
   SetupContext setupContext;
   RecordEdits edits;
   EditHistory& history = edits.history;
+  SetupPair pair;
   MasterControl master;
   PeriodicService periodic;
   ChainPanels panels;
@@ -89,6 +91,7 @@ struct Session {
   CoefHooks CoefWires();
   SetupHooks SetupWires();
   SetupContext SetupContextWires();
+  SetupPair::Around PairParts();
   MasterControl::Around MasterParts();
   Displays::Around DisplayParts();
   WindowContext WindowWires();
@@ -114,6 +117,10 @@ struct Session {
   void TellAtStart(const std::string& what);
   void TakeOnSetup();
   void ShowOpenSetup();
+  void ShowSetupHeard();
+  // Behind the titles of all windows that show a setup: nothing while A is heard.
+  std::string SetupMark() const;
+  bool MayOverwrite(const std::string& setup);
   void CloseAllButMaster();
 
   // The port and the rate that the operator has chosen.
