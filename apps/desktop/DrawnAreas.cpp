@@ -47,6 +47,15 @@ void DrawnAreas::Add(const vc::Rectangle& area, vc::Colour colour, const std::st
 
 void DrawnAreas::FillRectangle(const vc::Rectangle& area, vc::Colour colour) { Add(area, colour); }
 void DrawnAreas::FillEllipse(const vc::Rectangle& area, vc::Colour colour) { Add(area, colour); }
+void DrawnAreas::FillPolygon(std::span<const vc::Point> corners, vc::Colour colour) {
+  QRectF around;
+  for (const vc::Point& corner : corners) around |= QRectF(corner.x, corner.y, 1.0, 1.0);
+  things.push_back({around.adjusted(-Reach, -Reach, Reach, Reach).toAlignedRect(),
+                    colour,
+                    {},
+                    {corners.begin(), corners.end()}});
+}
+
 void DrawnAreas::FrameRectangle(const vc::Rectangle& area, vc::Colour colour) { Add(area, colour); }
 void DrawnAreas::DrawEdge(const vc::Rectangle& area, vc::EdgeStyle style) {
   Add(area, static_cast<vc::Colour>(style));

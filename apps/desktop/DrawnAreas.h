@@ -32,6 +32,7 @@ class DrawnAreas : public vc::Surface {
 
   void FillRectangle(const vc::Rectangle& area, vc::Colour colour) override;
   void FillEllipse(const vc::Rectangle& area, vc::Colour colour) override;
+  void FillPolygon(std::span<const vc::Point> corners, vc::Colour colour) override;
   void FrameRectangle(const vc::Rectangle& area, vc::Colour colour) override;
   void DrawEdge(const vc::Rectangle& area, vc::EdgeStyle style) override;
   void DrawAcross(int left, int top, int length, vc::LineStyle style, vc::Colour colour) override;

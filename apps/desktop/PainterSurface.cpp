@@ -79,6 +79,13 @@ void ForEachDash(const Fine& fine, int begin, int length, vc::LineStyle style, c
 
 QRect ToQt(const vc::Rectangle& area) { return {area.left, area.top, area.width, area.height}; }
 
+QPolygonF ToQt(std::span<const vc::Point> points) {
+  QPolygonF polygon;
+  polygon.reserve(static_cast<qsizetype>(points.size()));
+  for (const vc::Point& point : points) polygon.append({point.x, point.y});
+  return polygon;
+}
+
 }  // namespace
 
 QColor ColourOf(vc::Colour colour, const QPalette& palette) {
@@ -96,11 +103,19 @@ void PainterSurface::FillRectangle(const vc::Rectangle& area, vc::Colour colour)
 
 void PainterSurface::FillEllipse(const vc::Rectangle& area, vc::Colour colour) {
   if (!visible.intersects(ToQt(area))) return;
+  FillSmoothly(colour, [&] { painter.drawEllipse(ToQt(area)); });
+}
+
+void PainterSurface::FillPolygon(std::span<const vc::Point> corners, vc::Colour colour) {
+  FillSmoothly(colour, [&] { painter.drawPolygon(ToQt(corners), Qt::WindingFill); });
+}
+
+void PainterSurface::FillSmoothly(vc::Colour colour, const auto& draw) {
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(Qt::NoPen);
   painter.setBrush(ColourOf(colour, palette));
-  painter.drawEllipse(ToQt(area));
+  draw();
   painter.restore();
 }
 
@@ -147,14 +162,11 @@ void PainterSurface::DrawPolyline(std::span<const vc::Point> points, vc::Colour 
   if (raster != nullptr) {
     return raster->Stroke(strokeTarget, points, clip, ColourOf(colour, palette).rgb());
   }
-  QPolygonF line;
-  line.reserve(static_cast<qsizetype>(points.size()));
-  for (const vc::Point& point : points) line.append({point.x, point.y});
   painter.save();
   painter.setClipRect(ToQt(clip), Qt::IntersectClip);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(ColourOf(colour, palette), CurveWidth));
-  painter.drawPolyline(line);
+  painter.drawPolyline(ToQt(points));
   painter.restore();
 }
 

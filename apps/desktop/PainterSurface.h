@@ -30,6 +30,7 @@ class PainterSurface : public vc::Surface {
 
   void FillRectangle(const vc::Rectangle& area, vc::Colour colour) override;
   void FillEllipse(const vc::Rectangle& area, vc::Colour colour) override;
+  void FillPolygon(std::span<const vc::Point> corners, vc::Colour colour) override;
   void FrameRectangle(const vc::Rectangle& area, vc::Colour colour) override;
   void DrawEdge(const vc::Rectangle& area, vc::EdgeStyle style) override;
   void DrawAcross(int left, int top, int length, vc::LineStyle style, vc::Colour colour) override;
@@ -43,6 +44,7 @@ class PainterSurface : public vc::Surface {
 
  private:
   void DrawRing(const QRect& area, QPalette::ColorRole upperLeft, QPalette::ColorRole lowerRight);
+  void FillSmoothly(vc::Colour colour, const auto& draw);
   QFont TextFont() const;
 
   QPainter& painter;

@@ -31,11 +31,10 @@ bool DrawOn(const Canvas& canvas, double fineness, const vc::Drawing& drawing) {
   return cairo_status(context.get()) == CAIRO_STATUS_SUCCESS;
 }
 
-std::string DrawPng(const vc::Size& size, const vc::Drawing& drawing) {
-  const Canvas canvas(
-      cairo_image_surface_create(CAIRO_FORMAT_RGB24, Fineness * size.width, Fineness * size.height));
+std::string DrawPng(cairo_format_t format, int fineness, const vc::Size& size, const vc::Drawing& drawing) {
+  const Canvas canvas(cairo_image_surface_create(format, fineness * size.width, fineness * size.height));
   std::string bytes;
-  const bool whole = DrawOn(canvas, Fineness, drawing) &&
+  const bool whole = DrawOn(canvas, fineness, drawing) &&
                      cairo_surface_write_to_png_stream(canvas.get(), Append, &bytes) == CAIRO_STATUS_SUCCESS;
   return whole ? bytes : std::string();
 }
@@ -53,9 +52,14 @@ std::string DrawSvg(const vc::Size& size, const vc::Drawing& drawing) {
 }  // namespace
 
 std::string CairoPictures::Draw(vc::PictureFormat format, const vc::Size& size, const vc::Drawing& drawing) {
-  return format == vc::PictureFormat::Png ? DrawPng(size, drawing) : DrawSvg(size, drawing);
+  return format == vc::PictureFormat::Png ? DrawPng(CAIRO_FORMAT_RGB24, Fineness, size, drawing)
+                                          : DrawSvg(size, drawing);
 }
 
 bool CairoPictures::Copy(const vc::Size& /*size*/, const vc::Drawing& /*drawing*/) { return false; }
+
+std::string DrawIcon(const vc::Size& size, const vc::Drawing& drawing) {
+  return DrawPng(CAIRO_FORMAT_ARGB32, 1, size, drawing);
+}
 
 }  // namespace host

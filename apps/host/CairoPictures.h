@@ -13,4 +13,7 @@ class CairoPictures : public vc::Pictures {
   bool Copy(const vc::Size& size, const vc::Drawing& drawing) override;
 };
 
+// A PNG file of just these pixels, transparent where nothing is drawn; empty where it cannot be drawn.
+std::string DrawIcon(const vc::Size& size, const vc::Drawing& drawing);
+
 }  // namespace host

@@ -100,6 +100,14 @@ void CairoSurface::FillEllipse(const vc::Rectangle& area, vc::Colour colour) {
   cairo_fill(context);
 }
 
+void CairoSurface::FillPolygon(std::span<const vc::Point> corners, vc::Colour colour) {
+  SetColour(colour);
+  cairo_new_path(context);
+  for (const vc::Point& corner : corners) cairo_line_to(context, corner.x, corner.y);
+  cairo_close_path(context);
+  cairo_fill(context);
+}
+
 void CairoSurface::FrameRectangle(const vc::Rectangle& area, vc::Colour colour) {
   SetColour(colour);
   cairo_set_line_width(context, 1.0);

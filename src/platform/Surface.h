@@ -71,6 +71,8 @@ class Surface {
   virtual ~Surface() = default;
   virtual void FillRectangle(const Rectangle& area, Colour colour) = 0;
   virtual void FillEllipse(const Rectangle& area, Colour colour) = 0;
+  // What the closed outline encloses, with smooth edges; nothing with fewer than three corners.
+  virtual void FillPolygon(std::span<const Point> corners, Colour colour) = 0;
   virtual void FrameRectangle(const Rectangle& area, Colour colour) = 0;
   // All four sides.
   virtual void DrawEdge(const Rectangle& area, EdgeStyle style) = 0;

@@ -12,7 +12,7 @@
 namespace support {
 
 struct Drawn {
-  std::string what;  // "fill", "ellipse", "frame", "edge", "line", "dotted", "curve", "text"
+  std::string what;  // "fill", "ellipse", "polygon", "frame", "edge", "line", "dotted", "curve", "text"
   vc::Rectangle area;
   vc::Colour colour = 0;
   vc::EdgeStyle edge = 0;
@@ -32,6 +32,9 @@ class RecordingSurface : public vc::Surface {
   }
   void FillEllipse(const vc::Rectangle& area, vc::Colour colour) override {
     drawn.push_back({"ellipse", area, colour});
+  }
+  void FillPolygon(std::span<const vc::Point> corners, vc::Colour colour) override {
+    drawn.push_back({"polygon", {}, colour, 0, {}, {corners.begin(), corners.end()}});
   }
   void FrameRectangle(const vc::Rectangle& area, vc::Colour colour) override {
     drawn.push_back({"frame", area, colour});
