@@ -35,7 +35,8 @@ class ConsoleDesk : public vc::Desk {
   bool Open(const std::string& target) override;
   void SetTheme(vc::Theme /*theme*/) override {}
   std::string InstallFolder() const override { return folders.writable; }
-  std::string ProgramFolder() const override { return folders.executable; }
+  std::string ProgramFolder() const override { return folders.Files(); }
+  std::string ExecutableFolder() const override { return folders.executable; }
   bool ProgramFolderReadOnly() const override { return folders.readOnly; }
 
   // Answers for the next boxes, first come first served: ok, cancel, yes, no, or a path for a file box.

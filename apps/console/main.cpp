@@ -89,8 +89,7 @@ int RunConsole() {
   host::SystemClock clock;
   host::TimerLoop loop(clock);
   loop.SetEndAsked([&signals] { return signals.Come(); }, [&signals] { signals.Forget(); });
-  host::PosixSerialPorts ports(
-      {.linkFolder = folders.executable + "/ports", .ownFolder = folders.writable + "/ports"});
+  host::PosixSerialPorts ports(folders.Ports());
   console::ConsoleDesk desk(std::cout, clock, folders);
   host::PosixFiles files;
   host::PdfPrinters printers(

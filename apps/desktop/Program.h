@@ -26,8 +26,7 @@ struct Program {
   host::SystemClock clock;
   QtEventLoop events;
   QtDesk desk{clock, folders};
-  host::PosixSerialPorts ports{
-      {.linkFolder = folders.executable + "/ports", .ownFolder = folders.writable + "/ports"}};
+  host::PosixSerialPorts ports{folders.Ports()};
   host::PosixFiles files;
   QtPrinters printers{files};
   QtPictures pictures;

@@ -19,11 +19,18 @@ fs::path UserDataFolder() {
 
 }  // namespace
 
+PortMap Folders::Ports() const {
+  if (!shared.empty()) return {.linkFolder = writable + "/ports"};
+  return {.linkFolder = executable + "/ports", .ownFolder = writable + "/ports"};
+}
+
 Folders ChooseFolders(const std::string& executable, const std::string& fallback) {
-  if (access(executable.c_str(), W_OK | X_OK) == 0) return {executable, executable};
   std::error_code error;  // a folder that cannot be made shows when the first file is written
+  const fs::path shared = fs::path(executable).parent_path() / "share" / "veltrana";
+  const bool installed = fs::is_directory(shared, error);
+  if (!installed && access(executable.c_str(), W_OK | X_OK) == 0) return {executable, executable};
   fs::create_directories(fallback, error);
-  return {executable, fallback, true};
+  return {executable, fallback, !installed, installed ? shared.string() : ""};
 }
 
 Folders FindFolders() {

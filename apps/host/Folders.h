@@ -1,19 +1,30 @@
-// Where the program lies and where it may write.
+// Where the program lies with its files, and where it may write.
 #pragma once
 
 #include <string>
 
+#include "host/PortMap.h"
+
 namespace host {
 
 struct Folders {
-  std::string executable;  // the folder that holds the program
-  std::string writable;    // the same, or the user's data folder where that one cannot be written
-  bool readOnly = false;   // the executable's cannot
+  std::string executable;  // the folder that holds the programs
+  std::string writable;    // the same, or the user's data folder where nothing is to be written there
+  bool readOnly = false;   // the executable's is where settings would be, but cannot be written
+  std::string shared{};    // where an installed program's files lie; none where they are beside it
+
+  // What comes with the program: factory setup, firmware, manual. Nothing is written there.
+  const std::string& Files() const { return shared.empty() ? executable : shared; }
+  // Links to ports lie beside the program, and where it may write.
+  PortMap Ports() const;
 };
 
 Folders FindFolders();
 
-// The executable's folder alone where it can be written, else with the fallback, which is made if it is
+// The folders of a program that lies in a folder. Where that is one of the system's, with the program's files
+// in
+// ../share/veltrana, all that is written goes to the fallback, whoever starts the program. Else everything is
+// in the executable's folder, or written to the fallback where that cannot be. The fallback is made if it is
 // missing.
 Folders ChooseFolders(const std::string& executable, const std::string& fallback);
 

@@ -18,6 +18,7 @@
 #include <sys/sysmacros.h>
 #include <unistd.h>
 
+#include "host/DeviceRights.h"
 #include "host/DeviceUsers.h"
 #include "host/SystemClock.h"
 
@@ -170,7 +171,7 @@ std::string WhyNotOpened(const std::string& path, int error) {
       return path + " is not there";
     case EACCES:
     case EPERM:
-      return "No permission to use " + path + ": the user must be in the group dialout";
+      return WhyNoPermission(path);
     case EBUSY:
     case EWOULDBLOCK:
       return path + " is in use" + UsersOf(path);

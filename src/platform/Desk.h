@@ -67,11 +67,14 @@ class Desk {
   virtual bool Open(const std::string& target) = 0;
   virtual void SetTheme(Theme theme) = 0;
   // Where the program reads and writes its own files, without a separator at the end: the executable's
-  // folder, or the user's data folder where that one cannot be written.
+  // folder, or the user's data folder where the program is installed in the system's, or cannot write there.
   virtual std::string InstallFolder() const = 0;
-  // Where the executable lies with the files that come with it; nothing is written there.
+  // Where the files lie that come with the program; nothing is written there.
   virtual std::string ProgramFolder() const = 0;
-  // The program folder cannot be written, and the install folder stands in for it.
+  // Where the programs lie that come with it, often the same.
+  virtual std::string ExecutableFolder() const = 0;
+  // The program folder is the place of the settings, too, but cannot be written: the install folder stands in
+  // for it.
   virtual bool ProgramFolderReadOnly() const = 0;
 };
 

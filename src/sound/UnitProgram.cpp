@@ -34,7 +34,7 @@ UnitProgram::UnitProgram(Platform& host, const SystemSettings& record, UnitEvent
       events(std::move(unitEvents)),
       tmrUnit(host.events.CreateTimer(TickMilliseconds, [this] { Tick(); })) {}
 
-std::string UnitProgram::Path() const { return JoinPath(platform.desk.ProgramFolder(), "veltrana-unit"); }
+std::string UnitProgram::Path() const { return JoinPath(platform.desk.ExecutableFolder(), "veltrana-unit"); }
 
 bool UnitProgram::Installed() const { return platform.files.KindOf(Path()) == FileKind::File; }
 

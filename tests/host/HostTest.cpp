@@ -3,12 +3,16 @@
 #include <filesystem>
 #include <fstream>
 
+#include <gmock/gmock.h>
+#include <grp.h>
 #include <gtest/gtest.h>
+#include <pwd.h>
 #include <unistd.h>
 
 #include "Pty.h"
 #include "TempFolder.h"
 #include "VirtualClock.h"
+#include "host/DeviceRights.h"
 #include "host/EndSignals.h"
 #include "host/Folders.h"
 #include "host/PosixSerialPorts.h"
@@ -109,6 +113,56 @@ TEST(Folders, UnwritableFolderGivesWayToTheUsersOwn) {
   EXPECT_EQ(both.writable, own);
   EXPECT_TRUE(both.readOnly);
   EXPECT_TRUE(fs::is_directory(own));
+}
+
+TEST(Folders, AnInstalledProgramWritesNothingBesideItself) {
+  const support::TempFolder folder;
+  const std::string programs = folder.Path() + "/bin", shared = folder.Path() + "/share/veltrana";
+  const std::string own = folder.Path() + "/home/veltrana";
+  fs::create_directories(programs);
+  EXPECT_EQ(ChooseFolders(programs, own).Files(), programs);
+  EXPECT_EQ(ChooseFolders(programs, own).Ports().linkFolder, programs + "/ports");
+  fs::create_directories(shared);
+  const Folders installed = ChooseFolders(programs, own);  // although the folder could be written
+  EXPECT_EQ(installed.executable, programs);
+  EXPECT_EQ(installed.Files(), shared);
+  EXPECT_EQ(installed.writable, own);
+  EXPECT_FALSE(installed.readOnly);
+  EXPECT_EQ(installed.Ports().linkFolder, own + "/ports");
+  EXPECT_TRUE(fs::is_directory(own));
+}
+
+TEST(DeviceRights, SayWhoMayUseTheDeviceAndWhatGivesTheRight) {
+  const DeviceRights usual{"root", "dialout", 0660};
+  const std::string members = "only members of the group \"dialout\" may use it";
+  EXPECT_EQ(AdviceOnRights(usual, {"ana"}), members + ": sudo adduser ana dialout, then log in again");
+  EXPECT_EQ(AdviceOnRights(usual, {"ana", false, true}),
+            members + ", and ana is one from the next login on: log in again");
+  for (const DeviceRights& closed :
+       {DeviceRights{"root", "dialout", 0640}, DeviceRights{"root", "root", 0660, true}}) {
+    EXPECT_EQ(AdviceOnRights(closed, {"ana"}), "only the user \"root\" may use it");
+  }
+  const std::string otherwise = "the system forbids it, although the rights of the device would allow it";
+  EXPECT_EQ(AdviceOnRights(usual, {"ana", true, true}), otherwise);
+  EXPECT_EQ(AdviceOnRights({"root", "tty", 0666}, {"ana"}), otherwise);
+}
+
+// As whoever runs the tests, of a device of his own: what the databases say is read, names and all.
+TEST(DeviceRights, AreThoseOfTheVeryDevice) {
+  const support::TempFolder folder;
+  const std::string line = folder.Path() + "/line";
+  EXPECT_EQ(WhyNoPermission(line),
+            "No permission to use " + line + ": the folder that it lies in may not be entered");
+  std::ofstream(line).put('x');
+  fs::permissions(line, fs::perms::owner_read);
+  EXPECT_EQ(WhyNoPermission(line), "No permission to use " + line + ": only the user \"" +
+                                       getpwuid(getuid())->pw_name + "\" may use it");
+  if (getuid() != 0) return;  // who alone can give it to another group
+  const group* serial = getgrnam("dialout");
+  ASSERT_NE(serial, nullptr);
+  ASSERT_EQ(chown(line.c_str(), 0, serial->gr_gid), 0);
+  fs::permissions(line, fs::perms::group_read | fs::perms::group_write);
+  EXPECT_THAT(WhyNoPermission(line), testing::HasSubstr("sudo adduser root dialout, then log in again"));
 }
 
 TEST(TimerLoop, TicksAtItsPaceAndMissesInsteadOfBursting) {

@@ -48,6 +48,7 @@ class TestDesk : public vc::Desk {
   void SetTheme(vc::Theme chosen) override { theme = chosen; }
   std::string InstallFolder() const override { return installFolder; }
   std::string ProgramFolder() const override { return programFolder; }
+  std::string ExecutableFolder() const override { return programFolder; }
   bool ProgramFolderReadOnly() const override { return programFolderReadOnly; }
 
   std::vector<ShownBox> boxes;
