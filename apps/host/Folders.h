@@ -22,10 +22,9 @@ struct Folders {
 Folders FindFolders();
 
 // The folders of a program that lies in a folder. Where that is one of the system's, with the program's files
-// in
-// ../share/veltrana, all that is written goes to the fallback, whoever starts the program. Else everything is
-// in the executable's folder, or written to the fallback where that cannot be. The fallback is made if it is
-// missing.
+// in ../share/veltrana, all that is written goes to the fallback, whoever starts the program. Else everything
+// is in the executable's folder, or written to the fallback where that cannot be. The fallback is made if it
+// is missing.
 Folders ChooseFolders(const std::string& executable, const std::string& fallback);
 
 }  // namespace host
