@@ -16,6 +16,7 @@ bool FirmwarePort::Open(std::string& reason) {
   port = ports.Open("COM" + std::to_string(CommPort), reason);
   if (port == nullptr) return false;
   if (port->Configure(BootLine)) {
+    if (tap.On()) tap.Event("COM" + std::to_string(CommPort) + " opened for an update, 115200 baud", false);
     port->DiscardInput();
     return true;
   }
@@ -25,6 +26,7 @@ bool FirmwarePort::Open(std::string& reason) {
 }
 
 void FirmwarePort::Close() {
+  if (port != nullptr) tap.Event("port closed", false);
   port.reset();
   input.clear();
   output.clear();
@@ -34,7 +36,9 @@ void FirmwarePort::Collect() {
   if (port == nullptr) return;
   std::array<std::uint8_t, 256> block{};
   for (std::size_t count = port->Read(block); count > 0; count = port->Read(block)) {
+    const std::size_t before = input.size();
     input.append(block.begin(), block.begin() + static_cast<std::ptrdiff_t>(count));
+    tap.RawCame(std::string_view(input).substr(before));
   }
 }
 
@@ -74,12 +78,12 @@ bool FirmwarePort::HasCome(std::uint8_t byte) {
 
 void FirmwarePort::Write(std::string_view text) {
   output += text;
+  tap.RawSent(text);
   PushOut();
 }
 
 void FirmwarePort::Write(std::span<const std::uint8_t> bytes) {
-  output.append(bytes.begin(), bytes.end());
-  PushOut();
+  Write(std::string_view(std::string(bytes.begin(), bytes.end())));
 }
 
 bool FirmwarePort::Gone() { return port == nullptr || port->TakeErrors().gone; }

@@ -8,13 +8,14 @@
 #include <string>
 #include <string_view>
 
+#include "link/LineTap.h"
 #include "platform/SerialPort.h"
 
 namespace vc {
 
 class FirmwarePort {
  public:
-  explicit FirmwarePort(SerialPorts& machinePorts) : ports(machinePorts) {}
+  FirmwarePort(SerialPorts& machinePorts, const LineTap& lineTap) : ports(machinePorts), tap(lineTap) {}
 
   int CommPort = 1;  // 1 to 9
 
@@ -44,6 +45,7 @@ class FirmwarePort {
   void PushOut();
 
   SerialPorts& ports;
+  const LineTap& tap;
   std::unique_ptr<SerialPort> port;
   std::string input;   // not taken yet
   std::string output;  // that the line had no room for yet

@@ -13,14 +13,14 @@ constexpr const char* WhyOpen =
 }  // namespace
 
 FrmFirmwareUpload::FrmFirmwareUpload(Platform& host, modDebug& objectLog, const SystemSettings& record,
-                                     Forms& openForms)
+                                     Forms& openForms, const LineTap& tap)
     : tmrActivation(host.events.CreateTimer(ActivationMilliseconds, [this] { Activate(); })),
       tmrBlink(host.events.CreateTimer(BlinkMilliseconds,
                                        [this] { lblBlink.core.SetVisible(!lblBlink.core.Visible()); })),
       platform(host),
       settings(record),
       forms(openForms),
-      firmware(host, objectLog, View()) {
+      firmware(host, objectLog, View(), tap) {
   fraStage.look = FrameLook::Card;
   fraUnit.look = fraPackets.look = FrameLook::Flat;
   pbMain.SetOrientation(0);

@@ -16,7 +16,8 @@
 namespace vc {
 
 struct FrmFirmwareUpload {
-  FrmFirmwareUpload(Platform& host, modDebug& objectLog, const SystemSettings& record, Forms& openForms);
+  FrmFirmwareUpload(Platform& host, modDebug& objectLog, const SystemSettings& record, Forms& openForms,
+                    const LineTap& tap);
 
   Form form{"FrmFirmwareUpload", ApplicationTitle + " Firmware Update"};
   Frame fraUnit{form, "fraUnit", "", Arrangement::Columns};

@@ -31,8 +31,8 @@ std::string Named(int section) { return "section " + std::to_string(section); }
 
 }  // namespace
 
-modFirmware::modFirmware(const Platform& host, modDebug& objectLog, UploadView uploadView)
-    : commMain(host.ports), platform(host), view(std::move(uploadView)), log(objectLog) {}
+modFirmware::modFirmware(const Platform& host, modDebug& objectLog, UploadView uploadView, const LineTap& tap)
+    : commMain(host.ports, tap), platform(host), view(std::move(uploadView)), log(objectLog) {}
 
 bool modFirmware::Fail(const std::string& why) {
   if (failure) return false;

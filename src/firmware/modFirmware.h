@@ -58,7 +58,7 @@ struct UploadView {
 std::string UnitStateText(const UpdateState& state, const std::string& why);
 
 struct modFirmware {
-  modFirmware(const Platform& host, modDebug& objectLog, UploadView uploadView);
+  modFirmware(const Platform& host, modDebug& objectLog, UploadView uploadView, const LineTap& tap);
 
   FirmwarePort commMain;
   // Set by whoever wants an update to end, and by its end in whatever way.

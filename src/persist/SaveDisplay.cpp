@@ -4,8 +4,9 @@
 
 namespace vc {
 
-SaveDisplay::SaveDisplay(SetupContext& setupContext)
-    : target(form, setupContext, [this](const std::string& path) { return Save(path); }),
+SaveDisplay::SaveDisplay(SetupContext& setupContext, const std::string& formName, const std::string& caption)
+    : form(formName, caption),
+      target(form, setupContext, [this](const std::string& path) { return Save(path); }),
       context(setupContext) {}
 
 void SaveDisplay::Take(const std::string& title, std::vector<FileType> choices) {

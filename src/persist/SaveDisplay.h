@@ -15,9 +15,10 @@ struct FileType {
 };
 
 struct SaveDisplay {
-  explicit SaveDisplay(SetupContext& setupContext);
+  explicit SaveDisplay(SetupContext& setupContext, const std::string& formName = "SaveDisplay",
+                       const std::string& caption = "Save Display");
 
-  Form form{"SaveDisplay", "Save Display"};
+  Form form;
   FileTarget target;
 
   // What is to be saved from now on: what it is called, "Spectrum", and the types to choose from.

@@ -48,6 +48,8 @@ struct MasterMenus {
   MenuEntry mnuUnit{mnuSettings, "mnuUnit", "Simulated &Unit..."};
   MenuEntry mnuHearBefore{mnuSettings, "mnuHearBefore", "Hear It &Before Processing"};
 
+  MenuEntry mnuLineTrace{mnuSettings, "mnuLineTrace", "Line &Trace..."};
+
   MenuEntry mnuStandAlone{form, "mnuStandAlone", "S&tand-Alone"};
   ControlArray<MenuEntry, 1, 10> mnuMemorySelect{
       mnuStandAlone,

@@ -111,6 +111,7 @@ void MenuActions::BindSettings() {
   menus.mnuHearBefore.SetChecked(false);
   menus.mnuHearBefore.core.SetEnabled(false);
   menus.mnuHearBefore.clicked = [this] { around.session.switchHeard(); };
+  menus.mnuLineTrace.clicked = [this] { around.windows.Open("FrmLineTrace"); };
   for (MenuEntry& entry : menus.mnuMemorySelect) {
     entry.clicked = [this, index = entry.core.index] { around.panels.OpenMemory(index); };
   }

@@ -7,6 +7,7 @@
 #include "model/Loans.h"
 #include "model/Settings.h"
 #include "persist/FileNames.h"
+#include "persist/SaveDisplay.h"
 #include "report/GraphPictures.h"
 #include "shell/Notices.h"
 #include "text/ProgramInfo.h"
@@ -16,6 +17,7 @@ namespace vc {
 Session::Session(Platform host)
     : platform(host),
       portLibrary(host.ports, host.clock),
+      lineTrace(host.clock),
       device(portLibrary, {settings.comPort, settings.baudIndex, settings.linkReady}, LinkWires()),
       download(settings, device,
                [this](int done, int total) { platform.desk.ShowProgress("Sending settings", done, total); }),
@@ -205,7 +207,19 @@ WindowContext Session::WindowWires() {
                                 bool DoubleSpaced) { reports.Print(printer, DoubleSpaced); },
           .platform = platform,
           .cleaning = CleanWindowParts(),
-          .unitWindow = UnitWindowParts()};
+          .unitWindow = UnitWindowParts(),
+          .tracing = TracingParts()};
+}
+
+FrmLineTrace::Around Session::TracingParts() {
+  return {.trace = lineTrace,
+          .tap = portLibrary.tap,
+          .forms = forms,
+          .events = platform.events,
+          .save = [this](const std::string& text, Form& over) {
+            windows.Get<SaveDisplay>("SaveTrace").Take("Line Trace", {{"Text", ".txt", text}});
+            windows.OpenOver("SaveTrace", over);
+          }};
 }
 
 Reports::Around Session::ReportParts() {

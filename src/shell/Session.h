@@ -5,6 +5,7 @@
 #include <string>
 #include <tuple>
 
+#include "link/LineTrace.h"
 #include "link/modDeviceComm.h"
 #include "link/veltrana.h"
 #include "model/CoefReader.h"
@@ -47,6 +48,7 @@ struct Session {
   modDebug objectLog;
   SystemSettings settings;
   veltrana portLibrary;
+  LineTrace lineTrace;
   modDeviceComm device;
   Download download;
   modDeviceConfig config;
@@ -100,6 +102,7 @@ struct Session {
   EditWires EditsWires();
   UnitEvents UnitWires();
   FrmUnit::Around UnitWindowParts();
+  FrmLineTrace::Around TracingParts();
   UnitConnection::Around UnitParts();
   CleanRun::Around CleaningParts();
   FrmClean::Around CleanWindowParts();

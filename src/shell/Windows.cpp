@@ -20,7 +20,7 @@ namespace vc {
 namespace {
 
 template <typename Window, typename... Parts>
-AnyWindow Make(Parts&... parts) {
+AnyWindow Make(Parts&&... parts) {
   auto made = std::make_shared<Window>(parts...);
   AnyWindow window{made, &made->form, nullptr};
   if constexpr (requires { made->Fill(); }) window.fill = [filled = made.get()] { filled->Fill(); };
@@ -35,7 +35,8 @@ AnyWindow OverSetups(const WindowContext& context) {
 AnyWindow Splash(const WindowContext& /*context*/) { return Make<FrmSplash>(); }
 AnyWindow ObjectLog(const WindowContext& context) { return Make<FrmDebug>(context.objectLog, context.forms); }
 AnyWindow FirmwareUpload(const WindowContext& context) {
-  return Make<FrmFirmwareUpload>(context.platform, context.objectLog, context.setup.settings, context.forms);
+  return Make<FrmFirmwareUpload>(context.platform, context.objectLog, context.setup.settings, context.forms,
+                                 context.tracing.tap);
 }
 
 AnyWindow Clean(const WindowContext& context) { return Make<FrmClean>(context.cleaning); }
@@ -45,11 +46,17 @@ AnyWindow CheckPrinter(const WindowContext& context) {
                               context.printReport);
 }
 
+AnyWindow LineTraceWindow(const WindowContext& context) { return Make<FrmLineTrace>(context.tracing); }
+
+AnyWindow SaveTrace(const WindowContext& context) {
+  return Make<SaveDisplay>(context.setup, "SaveTrace", "Save Line Trace");
+}
+
 AnyWindow SimulatedUnit(const WindowContext& context) { return Make<FrmUnit>(context.unitWindow); }
 
 constexpr std::string_view Master = "MasterControl";
 
-constexpr std::array<WindowRow, 14> AllRows{
+constexpr std::array<WindowRow, 16> AllRows{
     {{"FrmSplash", Splash, "", Modality::Modeless},
      {"StoSet", OverSetups<StoSet>, Master, Modality::Modal},
      {"RecSet", OverSetups<RecSet>, Master, Modality::Modal},
@@ -63,6 +70,8 @@ constexpr std::array<WindowRow, 14> AllRows{
      {"ChkPrinterForm", CheckPrinter, Master, Modality::Modal},
      {"FrmFirmwareUpload", FirmwareUpload, Master, Modality::Modal},
      {"FrmUnit", SimulatedUnit, Master, Modality::Modeless},
+     {"FrmLineTrace", LineTraceWindow, Master, Modality::Modeless},
+     {"SaveTrace", SaveTrace, "", Modality::OverOwner},
      {"FrmDebug", ObjectLog, Master, Modality::Modal}}};
 
 const WindowRow& RowOf(std::string_view name) {

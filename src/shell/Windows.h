@@ -12,6 +12,7 @@
 
 #include "persist/SetupContext.h"
 #include "platform/Platform.h"
+#include "shell/FrmLineTrace.h"
 #include "sound/FrmClean.h"
 #include "sound/FrmUnit.h"
 #include "text/modDebug.h"
@@ -28,6 +29,7 @@ struct WindowContext {
   Platform& platform;
   FrmClean::Around cleaning;
   FrmUnit::Around unitWindow;
+  FrmLineTrace::Around tracing;
 };
 
 // A window of any kind, as its owner holds it.

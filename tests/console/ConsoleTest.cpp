@@ -49,6 +49,27 @@ TEST_F(Consoles, BoxesAreAnsweredFromTheQueue) {
   EXPECT_EQ(FromOneLine("a\\x  \\"), "a\\x  \\");
 }
 
+TEST_F(Consoles, PrintsTheLineTrace) {
+  EXPECT_EQ(Say("menu mnuLineTrace"), "");
+  Say("run 100");
+  Say("record ihpfCutoff 250");
+  Say("run 500");
+  const std::string rows = Say("get FrmLineTrace.lstTrace"), before = "FrmLineTrace.lstTrace\t";
+  EXPECT_EQ(rows.find(before + "ms\tafter ms\tDirection\tFrame\n"), 0U);
+  EXPECT_NE(rows.find("\tto unit\t17 input high-pass = 250: 250 Hz\n" + before), std::string::npos);
+  EXPECT_NE(rows.find("\tfrom unit\tacknowledged\n"), std::string::npos);
+  const std::string shown = Say("show FrmLineTrace");
+  EXPECT_NE(shown.find(" rows\tms | after ms | Direction | Frame\tenabled\tshown\tRows\n"),
+            std::string::npos);
+  Say("click FrmLineTrace.btnSave");
+  Say("type SaveTrace.txtFileName " + folder.Path() + "/mine");
+  Say("click SaveTrace.btnOK");
+  EXPECT_NE(support::Content(folder.Path() + "/mine.txt").find("250 Hz\t3F 4D 50 11 FA 00 F5\n"),
+            std::string::npos);
+  EXPECT_EQ(Say("close FrmLineTrace"), "");
+  EXPECT_FALSE(session.portLibrary.tap.On());
+}
+
 TEST_F(Consoles, DrawsOnAPlot) {
   EXPECT_EQ(Say("record filterType(1) 12"), "filterType(1)\t12\n");
   Say("click btnFilterConfig(1)");

@@ -17,7 +17,7 @@ constexpr std::uint32_t Exchanges = 17;  // of an update without a fault
 struct Update {
   support::FaultyLine line;
   support::TestSession test{line.End()};
-  modFirmware firmware{test.session.platform, test.session.objectLog, View()};
+  modFirmware firmware{test.session.platform, test.session.objectLog, View(), test.session.portLibrary.tap};
   const unit::Images old = unit::FactoryImages(402);
   const unit::Images files{unit::MakeImage(Section::Main, 410, 6 * 128),
                            unit::MakeImage(Section::Daughter, 410, 3 * 128)};

@@ -33,8 +33,9 @@ struct Receiver : testing::TestWithParam<std::size_t> {
   support::TestPictures pictures;
   support::NoPrograms programs;
   modDebug log;
+  const LineTap tap;
   modFirmware firmware{
-      {clock, loop, desk, ports, files, printers, pictures, programs}, log, support::QuietView()};
+      {clock, loop, desk, ports, files, printers, pictures, programs}, log, support::QuietView(), tap};
   const std::string received = folder.Path() + "/received";
 
   Receiver() { std::filesystem::create_symlink(line.Path(), folder.Path() + "/COM3"); }

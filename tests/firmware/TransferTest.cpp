@@ -27,7 +27,7 @@ struct Transfer : testing::Test {
   std::vector<std::string> stages;
   std::vector<std::pair<int, int>> progress;
   bool blinking = false, writing = false;
-  modFirmware firmware{test.session.platform, test.session.objectLog, View()};
+  modFirmware firmware{test.session.platform, test.session.objectLog, View(), test.session.portLibrary.tap};
   std::string reply;
 
   UploadView View() {

@@ -103,6 +103,25 @@ TEST_F(Updates, OnDemandDisconnectsUpdatesAndConnectsAgainWithAFullDownload) {
   EXPECT_EQ(session.forms.open.size(), 2U);  // the panel is still there
 }
 
+// The boot ROM has no frames: its bytes are told as they are, all of them.
+TEST_F(Updates, TheLineTraceHasWhatTheBootRomHearsAndSays) {
+  Start();
+  session.lineTrace.Begin(session.portLibrary.tap);
+  PressTwice();
+  AwaitEnd();
+  std::string sent, said, story;
+  for (std::size_t number = session.lineTrace.First(); number < session.lineTrace.Behind(); ++number) {
+    const LineRow& row = session.lineTrace.At(number);
+    if (row.way == LineWay::Event) story += row.bytes + ";";
+    if (row.fate == ReplyFate::Raw) (row.way == LineWay::ToUnit ? sent : said) += row.bytes;
+  }
+  EXPECT_THAT(story, HasSubstr("port closed;COM1 opened for an update, 115200 baud;"));
+  EXPECT_TRUE(sent.starts_with("?TERMIN"));
+  constexpr std::size_t packets = 2 * 10, packetBytes = 132;
+  EXPECT_GT(sent.size(), packets * packetBytes);
+  EXPECT_EQ(std::ranges::count(said, '\x06'), 2 * 11);  // each packet, and each end
+}
+
 TEST_F(Updates, AtTheStartTheRestOfItComesBehind) {
   test.desk.answers = {Answer::Yes};
   session.Start();

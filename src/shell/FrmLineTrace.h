@@ -1,0 +1,72 @@
+// "Line Trace": what passes on the line while the window is open, in words, row by row.
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <memory>
+#include <string>
+
+#include "link/LineTrace.h"
+#include "platform/Platform.h"
+#include "text/Wire.h"
+#include "widgets/Controls.h"
+#include "widgets/Forms.h"
+#include "widgets/Listing.h"
+
+namespace vc {
+
+struct FrmLineTrace {
+  struct Around {
+    LineTrace& trace;
+    LineTap& tap;
+    Forms& forms;
+    EventLoop& events;
+    // Asks for a file and writes the text into it.
+    Wire<void(const std::string& text, Form& over)> save;
+  };
+  explicit FrmLineTrace(const Around& parts);
+  FrmLineTrace(const FrmLineTrace&) = delete;
+  FrmLineTrace& operator=(const FrmLineTrace&) = delete;
+
+  Form form{"FrmLineTrace", "Line Trace"};
+  Frame fraFilter{form, "fraFilter", "Show", Arrangement::Columns};
+  ListBox cmbWay{fraFilter, "cmbWay", "Direction"};
+  CheckBox chkRegisters{fraFilter, "chkRegisters", "&Register Writes"};
+  CheckBox chkPolls{fraFilter, "chkPolls", "&Polls"};
+  CheckBox chkCoefficients{fraFilter, "chkCoefficients", "Coefficients and &Data"};
+  CheckBox chkOther{fraFilter, "chkOther", "&Other"};
+  CheckBox chkErrors{fraFilter, "chkErrors", "&Errors"};
+  TextBox txtSearch{fraFilter, "txtSearch", "With the Text"};
+  Listing lstTrace{
+      form, "lstTrace", "Rows", {{"ms", 10, true}, {"after ms", 8, true}, {"Direction", 9}, {"Frame", 64}}};
+  Label lblRows{form, "lblRows", ""};
+  Button btnPause{form, "btnPause", "P&ause"};
+  Button btnClear{form, "btnClear", "C&lear"};
+  Button btnSave{form, "btnSave", "&Save..."};
+  Button btnClose{form, "btnClose", "Close"};
+
+  // Begins to trace, which ends when the window goes.
+  void Fill();
+  // The rows on show as a file has them, below what must be known of them.
+  std::string FileText() const;
+
+ private:
+  void BindFilters();
+  void Pause();
+  void Clear();
+  void ChooseAnew();
+  void Follow();
+  bool Shown(const LineRow& row) const;
+  std::string FilterText() const;
+  std::string RowsText() const;
+  void ShowState();
+  const LineRow& RowAt(std::size_t number) const { return trace.At(chosen[number - lstTrace.First()]); }
+
+  Around around;
+  LineTrace& trace;
+  std::unique_ptr<Timer> tmrFollow;
+  std::deque<std::size_t> chosen;  // numbers of the trace's rows that the filters show
+  std::size_t looked = 0;          // rows of the trace below this one have been looked at
+};
+
+}  // namespace vc
