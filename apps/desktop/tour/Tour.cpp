@@ -54,7 +54,7 @@ void Tour::Run() {
   ShowAbout();
   ShowObjectLog();
   if (linked) UpdateFirmware();
-  if (linked) Reconnect();
+  if (linked) TraceLine();
   ShowUnit();
   Expect(!linked || boxes.Unexpected() == 0, "no box came up that was not expected");
   LeaveProgram();

@@ -72,6 +72,8 @@ class Tour {
   void UpdateFirmware();
   void ShowObjectLog();
   void Reconnect();
+  // Reconnects with the line trace open, and looks at it.
+  void TraceLine();
   void LeaveProgram();
 
   void Say(const char* how, const std::string& what) const;
