@@ -89,6 +89,7 @@ void FormWindow::AddKeys() {
 
 void FormWindow::AddKey(const std::string& combination) {
   auto* shortcut = new QShortcut(QKeySequence(ToQt(combination)), this);
+  shortcut->setAutoRepeat(!form->unrepeated.contains(combination));
   connect(shortcut, &QShortcut::activated, this, [this, combination] {
     Application::Guard([this, &combination] {
       if (form != nullptr) form->Press(combination);

@@ -47,6 +47,7 @@ void BindKind(Binder& binder, vc::MenuEntry& entry) {
   action->setObjectName(name);
   around->addAction(action);
   action->setShortcut(QKeySequence(ToQt(entry.shortcut)));
+  action->setAutoRepeat(!entry.core.form.unrepeated.contains(entry.shortcut));
   QObject::connect(action, &QAction::triggered, around,
                    [&binder, &entry] { binder.Operate(entry.core, [&entry] { entry.Click(); }); });
   Follow(binder, entry, action);

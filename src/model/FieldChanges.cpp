@@ -100,7 +100,6 @@ FieldChanges ChangesBetween(const SystemSettings& before, const SystemSettings& 
 }
 
 bool SetupDiffers(const SystemSettings& one, const SystemSettings& other) {
-  if (one.filterBuilt != other.filterBuilt) return true;
   return std::ranges::any_of(Fields(), [&](const FieldRow& row) {
     bool differs = false;
     if (IsOfASetup(row)) {

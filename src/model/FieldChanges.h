@@ -40,7 +40,7 @@ struct FieldChanges {
 
 // Port and rate are left aside: the connection is nobody's step.
 FieldChanges ChangesBetween(const SystemSettings& before, const SystemSettings& after);
-// Whether there are any, or other tables are finished.
+// Whether there are any in what a setup keeps. Which tables have gone out is nothing that a file holds.
 bool SetupDiffers(const SystemSettings& one, const SystemSettings& other);
 
 }  // namespace vc

@@ -5,12 +5,17 @@
 
 namespace vc {
 
-Panel::Panel(const PanelContext& opened, const std::string& name, const std::string& title, FormLook look)
-    : context(opened), settings(context.settings), form(name, title + context.suffix, look) {
+Panel::Panel(const PanelContext& opened, const std::string& name, const std::string& called, FormLook look)
+    : context(opened),
+      settings(context.settings),
+      form(name, called + context.suffix, look),
+      unmarked(form.Caption()) {
   form.keys["Ctrl+Z"] = [this] { context.edits.history.Undo(); };
   form.keys["Ctrl+Shift+Z"] = [this] { context.edits.history.Redo(); };
   form.keys["Ctrl+Y"] = form.keys["Ctrl+Shift+Z"];
   form.keys["Ctrl+S"] = [this] { context.storeOpenSetup(); };
+  form.keys["Ctrl+B"] = [this] { context.switchSetup(); };
+  form.unrepeated.insert("Ctrl+B");
   form.keys["B"] = [this] { context.switchHeard(); };
   form.activated = [this] { context.activated(); };
   form.unloaded = [this] {
@@ -36,6 +41,7 @@ void Panel::Fill() {
     for (const auto& fill : parameters) fill();
   }
   filling = false;
+  form.SetCaption(unmarked + context.setupMark());
   for (const auto& show : shown) show();
 }
 

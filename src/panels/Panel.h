@@ -53,6 +53,10 @@ struct PanelContext {
   Wire<void()> turnFrequencyAxis;
   // Stores the setup to the open file.
   Wire<void()> storeOpenSetup;
+  // The other one of two setups is heard. And: what the titles say of which one is, behind what else they
+  // say.
+  Wire<void()> switchSetup;
+  Wire<std::string()> setupMark;
   // The other one of what is heard of the simulated unit, before and after.
   Wire<void()> switchHeard;
   // Stores what is set in a stand-alone memory of the unit; false where it could not be.
@@ -71,7 +75,7 @@ struct PanelContext {
 
 struct Panel {
   // The title without its suffix.
-  Panel(const PanelContext& opened, const std::string& name, const std::string& title,
+  Panel(const PanelContext& opened, const std::string& name, const std::string& called,
         FormLook look = FormLook::Window);
   Panel(const Panel&) = delete;
   Panel& operator=(const Panel&) = delete;
@@ -109,6 +113,7 @@ struct Panel {
   void SwitchIn() const;
 
  private:
+  const std::string unmarked;  // the title
   bool filling = false, again = false;
   const ControlCore* source = nullptr;  // of the edit that is under way
 };

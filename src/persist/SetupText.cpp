@@ -48,6 +48,10 @@ class Reader {
     return Stores(run) ? TakeRun(lines, run, settings, Ending::Early) : SkipRun(lines, run, Ending::Early);
   }
 
+  std::string_view Rest() const {
+    return lines.AtEnd() ? std::string_view{} : lines.text.substr(lines.place);
+  }
+
  private:
   bool Stores(const LineRun& run) const {
     return run.use == LineUse::Stored || (run.use == LineUse::Connection && takeConnection) ||
@@ -103,8 +107,12 @@ std::string WriteSetup(SystemSettings& settings, std::int16_t protect, const Lea
   return writer.Text();
 }
 
-bool ReadSetup(SystemSettings& settings, std::string_view text, bool takeConnection, LearnedStages& learned) {
-  return WalkSetup(Reader(settings, text, takeConnection, learned));
+bool ReadSetup(SystemSettings& settings, std::string_view text, bool takeConnection, LearnedStages& learned,
+               std::string_view* behind) {
+  Reader reader(settings, text, takeConnection, learned);
+  const bool good = WalkSetup(reader);
+  if (behind != nullptr) *behind = reader.Rest();
+  return good;
 }
 
 bool ReadSetupHeader(std::string_view text, SetupHeader& header) {

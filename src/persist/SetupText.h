@@ -22,8 +22,9 @@ std::string WriteSetup(SystemSettings& settings, std::int16_t protect, const Lea
 
 // Puts the values into the record, which holds the defaults, up to the first line that is none, and then it
 // is false. A text that merely ends early leaves the rest as it is and is good. The values are as they stand
-// in the text, in range or not.
-bool ReadSetup(SystemSettings& settings, std::string_view text, bool takeConnection, LearnedStages& learned);
+// in the text, in range or not. behind is what the text has beyond the last line of a setup.
+bool ReadSetup(SystemSettings& settings, std::string_view text, bool takeConnection, LearnedStages& learned,
+               std::string_view* behind = nullptr);
 
 // False where a text is never closed or the third line is no number. What the text does not reach stays as it
 // is.

@@ -41,7 +41,7 @@ std::string modSettings::Locate(const std::string& name) const {
   return name;
 }
 
-bool modSettings::LoadSetupFile(const std::string& path, std::int16_t& flag) {
+bool modSettings::LoadSetupFile(const std::string& path, std::int16_t& flag, std::string* behind) {
   std::string text;
   if (!ReadWholeFile(files, Locate(path), text)) return false;
   const bool takeConnection = flag == TakeConnection;
@@ -57,7 +57,9 @@ bool modSettings::LoadSetupFile(const std::string& path, std::int16_t& flag) {
     settings.baudIndex = baudIndex;
   }
   LearnedStages learned;
-  const bool read = ReadSetup(settings, text, takeConnection, learned);
+  std::string_view rest;
+  const bool read = ReadSetup(settings, text, takeConnection, learned, &rest);
+  if (behind != nullptr) *behind = rest;
   ValidateSettings(settings);
   for (int stage = 1; stage <= FilterStages; ++stage) BuildRows(settings, stage);
   if (!read) return false;
@@ -99,10 +101,10 @@ std::string modSettings::CompanionFault() const {
   return names.empty() ? names : names + " could not be written.";
 }
 
-bool modSettings::SaveSetupFile(const std::string& path, std::int16_t protect) {
+bool modSettings::SaveSetupFile(const std::string& path, std::int16_t protect, std::string_view behind) {
   LearnedStages learned;
   if (hooks.portOpen() && !ReadLearned(StagesWithBlocks(settings), learned)) return false;
-  return WriteWholeFile(files, path, WriteSetup(settings, protect, learned));
+  return WriteWholeFile(files, path, WriteSetup(settings, protect, learned).append(behind));
 }
 
 bool modSettings::ReadLearned(std::span<const int> stages, LearnedStages& learned) {
@@ -120,8 +122,9 @@ bool modSettings::ReadLearned(std::span<const int> stages, LearnedStages& learne
   return true;
 }
 
-bool modSettings::SaveWithoutCoefficients(const std::string& path, std::int16_t protect) {
-  return WriteWholeFile(files, path, WriteSetup(settings, protect, {}));
+bool modSettings::SaveWithoutCoefficients(const std::string& path, std::int16_t protect,
+                                          std::string_view behind) {
+  return WriteWholeFile(files, path, WriteSetup(settings, protect, {}).append(behind));
 }
 
 bool modSettings::ReadFileHeader(const std::string& path, SetupHeader& header) {

@@ -43,15 +43,15 @@ struct modSettings {
   // nothing has changed; false too where it breaks off at a line that is none, and then what stood before
   // that line is in the record. A file that merely ends early is good. Learned coefficients go into files of
   // their own, "Previous Filter 1 Settings.cof"; one that cannot be written does not make the setup a bad one
-  // (see CompanionFault).
-  bool LoadSetupFile(const std::string& path, std::int16_t& flag);
+  // (see CompanionFault). behind gets what the file has beyond the setup, where that is asked for.
+  bool LoadSetupFile(const std::string& path, std::int16_t& flag, std::string* behind = nullptr);
   // A load that leaves the record as it was where it fails.
   bool RecallSetupFile(const std::string& path, std::int16_t flag);
   // Writes the record with what the unit has learned; without, where the port is closed. False where anything
-  // failed, and then the old file stands as it was.
-  bool SaveSetupFile(const std::string& path, std::int16_t protect);
+  // failed, and then the old file stands as it was. behind is put beyond the setup, as it is.
+  bool SaveSetupFile(const std::string& path, std::int16_t protect, std::string_view behind = {});
   // The same without asking the unit.
-  bool SaveWithoutCoefficients(const std::string& path, std::int16_t protect);
+  bool SaveWithoutCoefficients(const std::string& path, std::int16_t protect, std::string_view behind = {});
   // False where the file cannot be read or one of its first three lines is no such line.
   bool ReadFileHeader(const std::string& path, SetupHeader& header);
 

@@ -48,6 +48,8 @@ PanelContext ChainPanels::ContextFor(const Block& block) {
           .frequencyAxis = [this] { return around.master.blocks.FrequencyAxisLaw(); },
           .turnFrequencyAxis = [this] { around.master.menus.mnuFrequencyAxis.Click(); },
           .storeOpenSetup = [this] { around.master.actions.StoreOpenSetup(); },
+          .switchSetup = [this] { around.master.menus.mnuSwitchSetup.Click(); },
+          .setupMark = [this] { return around.setupMark(); },
           .switchHeard = [this] { around.master.menus.mnuHearBefore.Click(); },
           .storeInMemory = [this](int memory, int function) { return StoreInMemory(memory, function); },
           .exchangeTable = [this](const TableExchange& exchange) { ExchangeTable(exchange); },

@@ -33,6 +33,7 @@ struct ChainPanels {
     Windows& windows;
     Displays& displays;
     SpectrumReader& spectra;
+    Wire<std::string()> setupMark;  // see PanelContext
   };
   explicit ChainPanels(const Around& parts);
 

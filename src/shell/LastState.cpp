@@ -5,7 +5,9 @@
 
 #include "model/Settings.h"
 #include "persist/FileNames.h"
+#include "persist/OtherSetup.h"
 #include "shell/MasterControl.h"
+#include "shell/SetupPair.h"
 #include "text/ProgramInfo.h"
 #include "text/modFile.h"
 
@@ -27,13 +29,14 @@ bool Readable(Files& files, const std::string& path) {
 
 }  // namespace
 
-LastState::LastState(const SetupContext& context, Platform& host, MasterControl& panel)
+LastState::LastState(const SetupContext& context, Platform& host, MasterControl& panel, SetupPair& both)
     : tmrKeepState(host.events.CreateTimer(LookMilliseconds, [this] { KeepUp(); })),
       setupContext(context),
       settings(context.settings),
       setups(context.setups),
       platform(host),
-      master(panel) {}
+      master(panel),
+      pair(both) {}
 
 std::string LastState::Path(const char* name) const { return JoinPath(platform.desk.InstallFolder(), name); }
 
@@ -59,8 +62,9 @@ void LastState::Load() {
     InitSettings(settings);
     LoadFactorySetup();
     settings.workingFolder.clear();
+    pair.Begin(SetupPair::A, {});
   }
-  seen = settings;
+  Look();
   master.ShowKeeping(usualNote);
   tmrKeepState->SetEnabled(true);
 }
@@ -88,14 +92,37 @@ std::vector<std::string> LastState::Sources() {
 bool LastState::LoadFrom(const std::string& path) {
   if (platform.files.KindOf(path) == FileKind::Nothing) return false;
   std::int16_t flag = TakeConnection;
-  if (setups.LoadSetupFile(path, flag)) return true;
-  // The exit writes a new one in its place: what is left of this one may be all that the operator has.
+  std::string behind;
+  const bool loaded = setups.LoadSetupFile(path, flag, &behind);
+  if (loaded && TakeOther(behind)) return true;
+  Spare(path);
+  if (loaded) unkeptSince = platform.clock.Microseconds();  // what has been read is in no file now
+  return loaded;
+}
+
+bool LastState::TakeOther(const std::string& behind) {
+  std::optional<OtherSetup> other;
+  const bool read = ReadOtherSetup(behind, other);
+  if (other) {
+    pair.Begin(other->side == 0 ? SetupPair::B : SetupPair::A, other->record);
+  } else {
+    pair.Begin(SetupPair::A, {});
+  }
+  return read;
+}
+
+std::string LastState::Behind() const {
+  const SystemSettings* other = pair.OtherRecord();
+  return other == nullptr ? "" : WriteOtherSetup({pair.Other(), *other});
+}
+
+// The exit writes a new one in its place: what is left of this one may be all that the operator has.
+void LastState::Spare(const std::string& path) {
   if (path != keptAt) {
     TellUnopened(path, "");
   } else if (!heldElsewhere && !PutAside(path)) {
     KeepInstead();
   }
-  return false;
 }
 
 // Behind those that were put aside before, of which the last ones stay.
@@ -146,8 +173,9 @@ void LastState::Save() {
 // First what takes no time: whoever ends the program may not wait until the unit has answered.
 void LastState::SaveNow() {
   setups.WriteCompanions();
-  bool kept = setups.SaveWithoutCoefficients(keptAt, 0);
-  if (setups.hooks.portOpen()) kept = setups.SaveSetupFile(keptAt, 0) || kept;
+  const std::string behind = Behind();
+  bool kept = setups.SaveWithoutCoefficients(keptAt, 0, behind);
+  if (setups.hooks.portOpen()) kept = setups.SaveSetupFile(keptAt, 0, behind) || kept;
   if (kept) return;
   const std::string name = LastPart(keptAt);
   platform.desk.Box(box::Exclamation, "Unable to Save File",
@@ -159,23 +187,28 @@ void LastState::SaveNow() {
 void LastState::KeepUp() {
   platform.files.Settle();
   if (heldElsewhere || !Settled()) return;
-  const bool moved = settings != seen;
+  const bool moved = settings != seen || pair.Revision() != seenOther;
   const std::int64_t now = platform.clock.Microseconds();
-  if (moved) seen = settings;
+  if (moved) Look();
   if (moved && !unkeptSince) unkeptSince = now;
   if (unkeptSince && (!moved || now - *unkeptSince >= LongestMicroseconds)) Keep();
 }
 
+void LastState::Look() {
+  seen = settings;
+  seenOther = pair.Revision();
+}
+
 void LastState::KeepNow() {
   if (heldElsewhere || !Settled()) return;
-  seen = settings;
+  Look();
   Keep();
   platform.files.Settle();
 }
 
 void LastState::Keep() {
   setups.WriteCompanions();
-  if (setups.SaveWithoutCoefficients(keptAt, 0)) {
+  if (setups.SaveWithoutCoefficients(keptAt, 0, Behind())) {
     unkeptSince.reset();
     master.ShowKeeping(usualNote);
   } else {

@@ -1,6 +1,6 @@
-// What one run of the program leaves to the next: the whole setup, in a file of the program's own folder. It
-// is kept at the exit, and while the program runs soon after every change, so that a crash or a power cut
-// costs the last seconds at most.
+// What one run of the program leaves to the next: the whole setup and the other one of the pair, in a file of
+// the program's own folder. It is kept at the exit, and while the program runs soon after every change, so
+// that a crash or a power cut costs the last seconds at most.
 #pragma once
 
 #include <cstdint>
@@ -16,10 +16,11 @@
 namespace vc {
 
 struct MasterControl;
+struct SetupPair;
 
 struct LastState {
   // The panel shows what the operator is to know of the keeping, for as long as that holds.
-  LastState(const SetupContext& context, Platform& host, MasterControl& panel);
+  LastState(const SetupContext& context, Platform& host, MasterControl& panel, SetupPair& both);
 
   std::unique_ptr<Timer> tmrKeepState;
 
@@ -40,11 +41,18 @@ struct LastState {
  private:
   std::vector<std::string> Sources();
   bool LoadFrom(const std::string& path);
+  // False where what stands behind the setup is no other one, which then begins anew.
+  bool TakeOther(const std::string& behind);
+  // The content of a file that is not ours to lose.
+  void Spare(const std::string& path);
+  // What is written behind the setup.
+  std::string Behind() const;
   bool PutAside(const std::string& path) const;
   void KeepInstead();
   void TellUnopened(const std::string& path, const std::string& instead) const;
   void TellCompanions() const;
   void SaveNow();
+  void Look();
   void KeepUp();
   void Keep();
   // False while something is about to change the record back, so that it must not be kept as it is.
@@ -56,11 +64,13 @@ struct LastState {
   modSettings& setups;
   Platform& platform;
   MasterControl& master;
+  SetupPair& pair;
   std::unique_ptr<FileLock> claim;
   bool heldElsewhere = false;
   std::string keptAt;                       // the path of what this run leaves
   std::string usualNote;                    // while nothing is wrong
   SystemSettings seen;                      // at the last look
+  int seenOther = 0;                        // which revision of the other setup
   std::optional<std::int64_t> unkeptSince;  // when a change that is not kept yet was seen, microseconds
 };
 

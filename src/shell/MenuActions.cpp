@@ -87,6 +87,7 @@ void MenuActions::BindSetups() {
     return [this, &work] { around.blocks.ShowOnce([&work] { work(); }); };
   };
   menus.mnuSwitchSetup.shortcut = "Ctrl+B";
+  menus.form.unrepeated.insert(menus.mnuSwitchSetup.shortcut);
   menus.mnuSwitchSetup.clicked = once(around.session.switchSetup);
   menus.mnuCopySetup.clicked = once(around.session.copySetup);
   around.top.btnCopySetup.clicked = menus.mnuCopySetup.clicked;

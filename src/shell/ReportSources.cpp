@@ -150,6 +150,8 @@ std::vector<ReportText> ReportSources::Ask(const Asked& asked) const {
                                       .frequencyAxis = [] { return AxisLaw::Linear; },
                                       .turnFrequencyAxis = [] {},
                                       .storeOpenSetup = [] {},
+                                      .switchSetup = [] {},
+                                      .setupMark = [] { return std::string{}; },
                                       .switchHeard = [] {},
                                       .storeInMemory = [](int, int) { return false; },
                                       .exchangeTable = [](const TableExchange&) {},

@@ -34,9 +34,9 @@ Session::Session(Platform host)
       master(MasterParts()),
       periodic(host.events, host.clock, settings, device, master, TickWires()),
       panels({edits, settings, platform.desk, forms, master, periodic, device, coefReader, host.events,
-              windows, displays, spectrumReader}),
+              windows, displays, spectrumReader, [this] { return SetupMark(); }}),
       displays(DisplayParts()),
-      lastState(setupContext, platform, master),
+      lastState(setupContext, platform, master, pair),
       unit(platform, settings, UnitWires()),
       unitConnection(UnitParts()),
       cleaning(CleaningParts()),
@@ -280,6 +280,7 @@ FrmUnit::Around Session::UnitWindowParts() {
           .stop = [this] { unitConnection.Stop(); },
           .connected = [this] { return unitConnection.Connected(); },
           .switchHeard = [this] { unitConnection.SwitchHeard(); },
+          .switchSetup = [this] { master.menus.mnuSwitchSetup.Click(); },
           .hearsBefore = [this] { return unitConnection.HearsBefore(); },
           .chooseSound = [this](const SoundFileWish& wish, Form& over) { ChooseFile(wish, over); }};
 }

@@ -110,6 +110,8 @@ void FrmUnit::BindTransport() {
 
 void FrmUnit::BindHeard() {
   form.keys["B"] = [this] { around.switchHeard(); };
+  form.keys["Ctrl+B"] = [this] { around.switchSetup(); };
+  form.unrepeated.insert("Ctrl+B");
   optHeard.changed = [this] {
     if ((optHeard.Selected() == Before) != around.hearsBefore()) around.switchHeard();
   };

@@ -29,6 +29,7 @@ struct FrmUnit {
     Wire<bool()> connected;  // the line that is open is the unit's
     // The other one of what is heard, before and after.
     Wire<void()> switchHeard;
+    Wire<void()> switchSetup;  // the other one of two is heard
     Wire<bool()> hearsBefore;
     Wire<void(const SoundFileWish& wish, Form& over)> chooseSound;
   };

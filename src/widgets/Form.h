@@ -4,6 +4,7 @@
 
 #include <functional>
 #include <map>
+#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -128,6 +129,8 @@ struct Form {
 
   // Key combinations that work anywhere on the form, "Alt+A".
   std::map<std::string, std::function<void()>> keys;
+  // Those of these, and of the shortcuts of the menus, that act once however long they are held.
+  std::set<std::string> unrepeated;
   // The operator presses a combination: one of the keys, the shortcut of a menu entry, or Escape, which every
   // form knows. Returns what is wrong, or the empty text.
   std::string Press(const std::string& combination);

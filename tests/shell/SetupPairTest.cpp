@@ -138,5 +138,211 @@ TEST(SetupPair, TheUnitGetsTheDifference) {
   EXPECT_EQ(there.find("85/"), std::string::npos);
 }
 
+// The table of a filter goes with its setup, finished or not.
+TEST(SetupPair, TablesAndDraftsStayWithTheirSetup) {
+  Pair run;
+  run.Edit("filterType", std::to_string(FilterKind::MultipleNotch), 1);
+  run.Edit("mnotchFreq", "1000", 1, 1);
+  run.Settle();
+  run.session.edits.Apply({{FindField("mnotchFreq"), 1, 1, 1500.0}}, {"Draft", "", EditState::Draft});
+  run.Press("Ctrl+B");
+  run.session.edits.Apply({{FindField("mnotchFreq"), 1, 1, 1700.0}}, {"Rows", "", EditState::Finished});
+  run.Settle();
+  const auto rows = [&run] {
+    return std::to_string(run.record.mnotchFreq[1][1]) + " " + std::to_string(run.record.builtFreq[1][1]);
+  };
+  const std::string heldOfB = run.Holds();
+  run.Press("Ctrl+B");
+  run.Settle();
+  EXPECT_EQ(rows(), "1500 1000");
+  const std::string heldOfA = run.Holds();
+  EXPECT_NE(heldOfA, heldOfB);
+  run.Press("Ctrl+B");
+  run.Settle();
+  EXPECT_EQ(rows(), "1700 1700");
+  EXPECT_TRUE(run.Holds() == heldOfB);
+}
+
+TEST(SetupPair, AnotherConfigurationIsLaidOutAnew) {
+  Pair run;
+  run.Edit("numFilters", "5");
+  run.Edit("ch1Taps", "2048", 1);
+  run.Edit("hpfCutoff", "3000", 2);
+  run.Settle();
+  run.Press("Ctrl+B");
+  run.Set("cmbBandwidth", "16 kHz");
+  run.Set("cmbConfig", "Stereo Independent");
+  run.Edit("hpfCutoff", "12000", 2);
+  run.Settle();
+  const std::string heldOfB = run.Holds();
+  const SystemSettings ofB = run.record;
+  run.Press("Ctrl+B");
+  run.Settle();
+  EXPECT_EQ(run.Get("cmbBandwidth") + run.Get("cmbConfig"), "3.2 kHzMono");
+  EXPECT_EQ(run.record.numFilters * 10000 + run.record.ch1Taps[1], 52048);
+  EXPECT_EQ(run.record.hpfCutoff[2], 3000);
+  run.Press("Ctrl+B");
+  run.Settle();
+  EXPECT_EQ(run.record.hpfCutoff[2], 12000);
+  EXPECT_EQ(run.record.sampleRate, ofB.sampleRate);
+  EXPECT_EQ(run.record.numFilters, ofB.numFilters);
+  EXPECT_TRUE(run.Holds() == heldOfB);
+}
+
+// What a fit takes is taken from the setup whose edit has asked for it, so that undo gives it back.
+TEST(SetupPair, AFitThatWaitsBelongsToTheSetupThatIsLeft) {
+  Pair run;
+  run.Edit("numFilters", "5");
+  run.Settle();
+  run.Edit("ch1Taps", "2048", 1);
+  run.Settle();
+  run.Edit("ch1PredSpan", "8191", 1);
+  run.Edit("ch1Taps", "1024", 1);
+  run.Press("Ctrl+B");  // before the tick that fits it
+  run.Press("Ctrl+B");
+  run.Settle();
+  EXPECT_EQ(run.record.ch1PredSpan[1], 4095);
+  run.Press("Ctrl+Z");
+  EXPECT_EQ(run.record.ch1Taps[1], 2048);
+  EXPECT_EQ(run.record.ch1PredSpan[1], 8191);
+}
+
+TEST(SetupPair, AnOpenPanelShowsTheOtherOrGoes) {
+  Pair run;
+  run.OpenFilter(1, FilterKind::Highpass);
+  run.Type("txtCutoff", "700");
+  run.Press("Ctrl+B");
+  EXPECT_EQ(run.Top().Caption(), "Highpass (Filter 1) (Setup B)");
+  std::get<TextBox*>(run.Find("txtCutoff"))->Type("900");  // and is not left
+  run.Press("Ctrl+B");
+  EXPECT_EQ(run.Top().Caption() + run.Get("txtCutoff"), "Highpass (Filter 1)700");
+  EXPECT_EQ(run.session.pair.OtherRecord()->hpfCutoff[1], 900);
+  run.CloseTop();
+  run.Set("cmbFilter(1)", "Lowpass");
+  run.session.panels.OpenFilter(1);
+  run.Press("Ctrl+B");
+  EXPECT_EQ(run.Top().name + std::to_string(run.record.hpfCutoff[1]), "MasterControl900");
+}
+
+TEST(SetupPair, WaitsForTheHandOnASlider) {
+  Pair run;
+  run.OpenFilter(1, FilterKind::Highpass);
+  Slider& cutoff = *std::get<Slider*>(run.Find("sldrCutoff"));
+  cutoff.Hold();
+  cutoff.SetPosition(600);
+  run.Press("Ctrl+B");
+  run.test.loop.RunFor(500);
+  EXPECT_EQ(run.Heard(), "A");
+  cutoff.SetPosition(800);
+  cutoff.Release();
+  run.test.loop.RunFor(500);
+  EXPECT_EQ(run.Heard(), "B");
+  EXPECT_EQ(run.session.pair.OtherRecord()->hpfCutoff[1], 800);
+  cutoff.Hold();
+  run.Press("Ctrl+B");
+  run.Press("Ctrl+B");  // once too often
+  cutoff.Release();
+  run.test.loop.RunFor(500);
+  EXPECT_EQ(run.Heard(), "B");
+}
+
+TEST(SetupPair, WhatIsPutAsideOrLentStaysWithItsSetup) {
+  Pair run;
+  run.Edit("levelControl", "180", 1);
+  run.Click("mnuLevelControls");
+  run.Press("Ctrl+B");
+  run.Edit("levelControl", "200", 2);
+  run.Edit("yellowSignal", "3");
+  run.Press("Ctrl+B");
+  run.Click("mnuLevelControls");
+  EXPECT_EQ(run.record.levelControl[1], 180);
+  run.OpenFilter(1, FilterKind::SpectralInverse);  // has the analyzer to itself
+  EXPECT_FALSE(run.record.loans.empty());
+  const SystemSettings own = OperatorsRecord(run.record);
+  run.Press("Ctrl+B");
+  EXPECT_EQ(run.session.pair.OtherRecord()->yellowSignal, own.yellowSignal);
+  EXPECT_TRUE(run.session.pair.OtherRecord()->loans.empty());
+  if (run.Top().name != "MasterControl") run.CloseTop();
+  EXPECT_EQ(run.record.yellowSignal, 3);
+  EXPECT_EQ(run.record.levelControl[2], 200);
+  EXPECT_TRUE(run.record.loans.empty());
+}
+
+TEST(SetupPair, EachHasItsFileAndItsMark) {
+  Pair run;
+  const auto store = [&run](const char* name) {
+    run.Click("mnuSave");
+    run.Type("txtFileName", name);
+    run.test.desk.answers = {Answer::Yes};
+    EXPECT_EQ(run.Click("btnOK"), "");
+  };
+  run.Edit("hiResCurve", "-20", 1, 100);
+  run.Set("cmbFilter(1)", "Hi-Res Graphic");
+  run.Settle();
+  store("Hall");
+  run.Press("Ctrl+B");
+  EXPECT_EQ(run.Title(), "Veltrana (Setup B) Master Control Panel");  // Hall.nrv is the other one's
+  run.Edit("hiResCurve", "-30", 1, 100);
+  run.Settle();
+  store("Street");
+  EXPECT_EQ(run.Title(), "Street.nrv (Setup B) Master Control Panel - Veltrana");
+  run.Edit("ihpfCutoff", "440");
+  run.Press("Ctrl+B");
+  run.Settle();
+  EXPECT_EQ(run.Title(), "Hall.nrv Master Control Panel - Veltrana");
+  EXPECT_TRUE(run.session.pair.OtherChanged());
+  run.Edit("ihpfCutoff", "330");
+  run.test.desk.answers = {Answer::Yes};
+  run.Press("Ctrl+S");
+  EXPECT_EQ(run.Title(), "Hall.nrv Master Control Panel - Veltrana");
+  run.Press("Ctrl+B");
+  EXPECT_EQ(run.Title(), "*Street.nrv (Setup B) Master Control Panel - Veltrana");
+  run.Press("Ctrl+Z");
+  run.Press("Ctrl+Z");  // the edit in A; then B is as it was stored
+  run.Press("Ctrl+B");
+  EXPECT_EQ(run.record.ihpfCutoff, 440);
+}
+
+TEST(SetupPair, AStoreUnderWayIsNotDisturbed) {
+  Pair run;
+  run.Press("Ctrl+B");
+  run.Edit("ihpfCutoff", "440");
+  run.Click("mnuSave");
+  run.Type("txtFileName", "Street");
+  int asked = 0;
+  run.session.setups.hooks.progress = [&](int /*done*/, int /*total*/) {
+    ++asked;
+    run.session.pair.Switch();
+    run.session.pair.Copy();
+  };
+  EXPECT_EQ(run.Click("btnOK"), "");
+  EXPECT_GT(asked, 0);
+  EXPECT_EQ(run.Heard() + run.Title(), "BStreet.nrv (Setup B) Master Control Panel - Veltrana");
+}
+
+TEST(SetupPair, WorksWithoutAUnitAndWithALostOne) {
+  Pair run;
+  run.Edit("ihpfCutoff", "330");
+  run.Press("Ctrl+B");
+  run.Edit("ihpfCutoff", "440");
+  run.Settle();
+  constexpr std::size_t never = 1000000;
+  run.unit.FailAt(never, support::WatchedUnit::Failure::FrameLost, run.test.ports.state);
+  run.unit.FallSilent();
+  run.Press("Ctrl+B");
+  run.test.loop.RunFor(60000);
+  EXPECT_FALSE(run.session.device.comm.CommPortOpen);
+  EXPECT_EQ(run.record.ihpfCutoff, 330);
+  run.Press("Ctrl+B");
+  run.Press("Ctrl+B");
+  run.unit.Recover();
+  run.session.master.menus.mnuConnect.Click();
+  run.Settle();
+  EXPECT_EQ(run.Unit(17), 330);
+  run.Press("Ctrl+B");
+  run.Settle();
+  EXPECT_EQ(run.Unit(17), 440);
+}
+
 }  // namespace
 }  // namespace vc

@@ -86,6 +86,8 @@ inline vc::PanelContext LoneContext(PanelRun& run, const std::string& suffix) {
           .frequencyAxis = DeadEnd{},
           .turnFrequencyAxis = DeadEnd{},
           .storeOpenSetup = DeadEnd{},
+          .switchSetup = DeadEnd{},
+          .setupMark = DeadEnd{},
           .switchHeard = DeadEnd{},
           .storeInMemory = DeadEnd{},
           .exchangeTable = DeadEnd{},
