@@ -47,6 +47,10 @@ At the place marked below stand the blocks of what the unit had learned, for eac
 file `Previous Filter 1 Settings.cof` (or `Left Filter`, `Right Filter`) in the working folder: the filter's six
 settings, one a line, then the block. The operator sends it to the unit by recalling that file.
 
+Behind its last line a reader does not look. There the last state has the other one of the two setups, A and B, where
+there is one: a line `"Other setup A"` or `"Other setup B"`, which says which of them it is, and then its lines as above,
+without coefficient blocks. The lines before it are of the one that is heard.
+
 This page is made from the program's own walk over the lines.
 
 | lines | type | what | reader |

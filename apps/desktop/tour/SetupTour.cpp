@@ -56,6 +56,26 @@ void Tour::StoreAndRecall() {
   Expect(boxes.LastTitle() == "Create New Setup", "a new setup asks first");
 }
 
+void Tour::SwitchSetups() {
+  vc::Session& session = program.session;
+  Master().activateWindow();
+  Photograph(&Master(), "setup-a");
+  QTest::keyClick(&Master(), Qt::Key_B, Qt::ControlModifier);
+  Expect(session.pair.Heard() == vc::SetupPair::B, "Ctrl+B: setup B is heard");
+  const std::int16_t filters = session.settings.numFilters;
+  ChooseRow("cmbConfig", "Stereo Independent");
+  Photograph(&Master(), "setup-b");
+  Expect(Master().windowTitle() == "*Veltrana (Setup B) Master Control Panel", "the title says so");
+  QTest::mouseClick(Master().findChild<QWidget*>("optSetup(0)"), Qt::LeftButton);
+  Expect(session.settings.configMode == 0 && session.settings.numFilters == filters,
+         "the button A leads back to it");
+  boxes.AnswerNext(QMessageBox::Yes);
+  QTest::mouseClick(Master().findChild<QWidget*>("btnCopySetup"), Qt::LeftButton);
+  Expect(session.pair.OtherRecord()->configMode == 0, "A is copied over B");
+  Choose({"mnuEdit"}, "mnuUndo");
+  Expect(session.pair.OtherRecord()->configMode != 0, "undo brings B back");
+}
+
 void Tour::StoreSetup(const QString& name) {
   const vc::Form& form = program.session.windows.FormOf("StoSet");
   for (const bool again : {false, true}) {

@@ -49,6 +49,7 @@ void Tour::Run() {
   ShowDisplays();
   UndoSteps();
   StoreAndRecall();
+  SwitchSetups();
   StoreAndRecallFilter();
   ShowReport();
   ShowAbout();

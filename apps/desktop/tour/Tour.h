@@ -36,6 +36,8 @@ class Tour {
   void StoreAndRecall();
   void StoreSetup(const QString& name);
   void RecallSetup(const QString& name);
+  // To the other of two setups by the keyboard, back by its button, and a copy that is taken back.
+  void SwitchSetups();
   // The table of one filter, by the window that a panel opens for it.
   void StoreAndRecallFilter();
   void ShowFileWindow(const std::string& entry, const vc::Form& form);
