@@ -3,6 +3,7 @@
 #include <string>
 
 #include "desktop/Accessibility.h"
+#include "desktop/MarkIcon.h"
 #include "desktop/MessageBox.h"
 #include "text/ProgramInfo.h"
 
@@ -10,6 +11,8 @@ namespace desktop {
 
 Application::Application(int& argumentCount, char** arguments) : QApplication(argumentCount, arguments) {
   setApplicationName(QString::fromStdString(vc::ApplicationTitle));
+  setDesktopFileName(QStringLiteral("veltrana"));  // by which a desktop knows whose window it is
+  setWindowIcon(MarkIcon());
   setQuitOnLastWindowClosed(false);
   InstallAccessibility();
 }

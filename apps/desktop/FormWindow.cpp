@@ -17,6 +17,7 @@
 #include <QWindow>
 
 #include "desktop/Application.h"
+#include "desktop/PictureView.h"
 #include "desktop/QtText.h"
 #include "widgets/Controls.h"
 
@@ -110,6 +111,9 @@ void FormWindow::DressAsSplash() {
   for (QLabel* label : contents->findChildren<QLabel*>()) {
     label->setWordWrap(false);
     label->setAlignment(Qt::AlignCenter);
+  }
+  for (auto* picture : contents->findChildren<PictureView*>()) {
+    contents->layout()->setAlignment(picture, Qt::AlignHCenter);
   }
 }
 

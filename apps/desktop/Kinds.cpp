@@ -250,7 +250,9 @@ void BindKind(Binder& binder, vc::LevelBar& bar) {
 
 void BindKind(Binder& binder, vc::Picture& picture) {
   Pane& pane = binder.PaneOf(picture.core);
-  auto* view = new PictureView(picture, pane.Container());
+  auto* view = new PictureView(picture, pane.Container(), [&binder, &picture](const auto& action) {
+    binder.Operate(picture.core, action);
+  });
   pane.AddWide(view);
   binder.Bind(picture.core, {.widget = view, .showValue = [view](std::string_view) { view->update(); }});
 }

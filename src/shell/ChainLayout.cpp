@@ -39,6 +39,7 @@ std::vector<std::string> NamesOf(const Kinds& kinds) {
 
 TopRow::TopRow(Form& owner) : form(owner) {
   fraTop.look = FrameLook::Card;
+  imgLogo.lines = {3, 3};
   for (Frame* frame :
        {&fraConnection, &fraLayout, &fraPair, &fraSides, &fraNumFilters, &fraUnit, &fraDisplays}) {
     frame->look = FrameLook::Flat;

@@ -7,6 +7,8 @@
 
 #include "panels/SliderText.h"
 #include "shell/ConnectionIcon.h"
+#include "shell/Logos.h"
+#include "text/ProgramInfo.h"
 #include "widgets/Controls.h"
 #include "widgets/GraphicButton.h"
 #include "widgets/LevelBar.h"
@@ -20,6 +22,7 @@ struct TopRow {
   Form& form;
 
   Frame fraTop{form, "fraTop", "", Arrangement::Columns};
+  Picture imgLogo{fraTop, "imgLogo", ApplicationTitle, 1, DrawLogo, 0};
   Frame fraConnection{fraTop, "fraConnection", "Connection", Arrangement::Columns};
   Picture pbxInfoPic{fraConnection, "pbxInfoPic", "Activity", ConnectionIconImages, DrawConnectionIcon};
   TextBox txtComInfo{fraConnection, "txtComInfo", ""};

@@ -24,8 +24,13 @@ MasterControl::MasterControl(const Around& parts)
   top.txtComInfo.readOnly = true;
   top.txtComInfo.widest = ConnectionText(StateConnected, 1, LastBaudIndex) + UnansweredText(longestSilence);
   lblSetupFile.elided = true;
+  imgNamedLogo.lines = {5, 1};
   for (Label& label : lblOversizeFilters) label.keepsRoom = true;
   form.initialFocus = &top.txtComInfo.core;  // where no stray key or wheel can change anything
+  for (Picture* logo : {&top.imgLogo, &imgNamedLogo}) {
+    logo->core.tip = WithoutAccessKey(menus.mnuWebPage.core.Caption());
+    logo->clicked = [this] { menus.mnuWebPage.Click(); };
+  }
   ShowOversize(false);
   lblHeard.core.SetVisible(false);
   form.closeRequested = menus.mnuExit.clicked;

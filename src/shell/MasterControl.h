@@ -54,6 +54,7 @@ struct MasterControl {
   Label lblHeard{fraFoot, "lblHeard", ""};
   Label lblSetupHeard{fraFoot, "lblSetupHeard", ""};
   Label lblSetupFile{fraFoot, "lblSetupFile", ""};  // the path of the open setup
+  Picture imgNamedLogo{fraFoot, "imgLogo", ApplicationTitle, 1, DrawNamedLogo, 1};
 
   ChainBlocks blocks;
   RecordMirrors mirrors;

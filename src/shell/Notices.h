@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "shell/Logos.h"
 #include "text/ProgramInfo.h"
 #include "text/modDebug.h"
 #include "widgets/Controls.h"
@@ -11,8 +12,12 @@
 namespace vc {
 
 struct FrmSplash {
-  FrmSplash() { lblTitle.heading = true; }
+  FrmSplash() {
+    lblTitle.heading = true;
+    imgMark.lines = {6, 6};
+  }
   Form form{"FrmSplash", ApplicationTitle, FormLook::Splash};
+  Picture imgMark{form, "imgMark", ApplicationTitle, 1, DrawLogo};
   Label lblTitle{form, "lblTitle", ApplicationTitle + " Master Control Program"};
   Label lblVersion{form, "lblVersion", "Version " + VersionText()};
   Label lblWaiting{form, "lblWaiting", "Reading the last settings"};

@@ -175,6 +175,10 @@ std::string Press(ListBox& control) {
   return control.Activate(), std::string{};
 }
 std::string Press(CheckBox& control) { return control.SetValue(!control.Value()), std::string{}; }
+std::string Press(Picture& control) {
+  if (!control.clicked) return "a picture cannot be clicked";
+  return control.Click(), std::string{};
+}
 std::string Press(MenuEntry& control) {
   if (!control.children.empty()) return "it is a menu, not an entry";
   return control.Click(), std::string{};

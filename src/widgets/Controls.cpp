@@ -239,8 +239,8 @@ void CheckBox::SetValue(bool on) {
 }
 
 Picture::Picture(Place place, const std::string& name, const std::string& caption, int images,
-                 Drawing drawing)
-    : core(place, name, NoIndex, caption), imageCount(images), draw(std::move(drawing)) {
+                 Drawing drawing, int index)
+    : core(place, name, index, caption), imageCount(images), draw(std::move(drawing)) {
   Register(this);
 }
 

@@ -218,13 +218,16 @@ struct CheckBox {
 // A picture of which one image of a list is shown.
 struct Picture {
   using Drawing = std::function<void(Surface& surface, const Rectangle& area, int image)>;
-  Picture(Place place, const std::string& name, const std::string& caption, int images, Drawing drawing);
+  Picture(Place place, const std::string& name, const std::string& caption, int images, Drawing drawing,
+          int index = NoIndex);
   ControlCore core;
+  std::function<void()> clicked;  // none where a click means nothing; it takes no keyboard
   const int imageCount;
   const Drawing draw;
   Size lines{4, 2};                    // the room that it takes, in lines of text
   int Image() const { return image; }  // 1..imageCount
   void SetImage(int number) { core.Store(image, number, "Image"); }
+  void Click() const { core.Raise(clicked); }
 
  private:
   int image = 1;

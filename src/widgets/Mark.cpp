@@ -9,8 +9,8 @@ namespace vc {
 namespace {
 
 constexpr Colour Stopped = MakeColour(0x17, 0x3A, 0x63);  // above the response
-constexpr Colour Passed = MakeColour(0x2F, 0x7F, 0xCC);   // below it
-constexpr Colour Speech = MakeColour(0x8C, 0xC4, 0xF5);
+constexpr Colour Passed = MakeColour(0x3A, 0x8D, 0xDB);   // below it
+constexpr Colour Speech = MakeColour(0xA3, 0xD2, 0xFA);
 constexpr Colour Response = MakeColour(0xFF, 0xFF, 0xFF);
 constexpr Colour Tone = MakeColour(0xF7, 0xB5, 0x3B);
 
@@ -113,6 +113,14 @@ void DrawMark(Surface& surface, const Rectangle& area) {
     for (const Point& point : part.outline) corners.push_back({left + point.x * unit, top + point.y * unit});
     surface.FillPolygon(corners, part.colour);
   }
+}
+
+void DrawMarkAndName(Surface& surface, const Rectangle& area, const std::string& name) {
+  DrawMark(surface, {area.left, area.top, area.height, area.height});
+  const int gap = area.height / 3, left = area.left + area.height + gap;
+  const int letters = surface.TextSize(name).height;
+  surface.foreColour = ButtonText;
+  surface.DrawText({left, area.top + (area.height - letters) / 2, area.Right() - left, letters}, name);
 }
 
 }  // namespace vc

@@ -2,6 +2,7 @@
 // picture files, splash and master panel all draw it from here.
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "platform/Surface.h"
@@ -20,5 +21,7 @@ const std::vector<MarkPart>& MarkParts();
 
 // As large as fits, in the middle of the area. What is around the tile stays as it is.
 void DrawMark(Surface& surface, const Rectangle& area);
+// At the left, with a name in the surface's own letters behind it.
+void DrawMarkAndName(Surface& surface, const Rectangle& area, const std::string& name);
 
 }  // namespace vc

@@ -250,8 +250,8 @@ TEST(MasterPanel, EveryEntryDoesSomething) {
   }
   run.session.master.top.btnClearAll.Refresh(9);
   EXPECT_EQ(run.test.desk.boxes.back().text, "Invalid picture state in GraphicButton:Refresh()");
-  run.Click("mnuWebPage");
-  EXPECT_EQ(run.test.desk.opened.size(), 1U);
+  for (const char* place : {"mnuWebPage", "imgLogo(0)", "imgLogo(1)"}) EXPECT_EQ(run.Click(place), "");
+  EXPECT_EQ(run.test.desk.opened, std::vector<std::string>(3, MakerSite));
   run.Click("mnuTheme(2)");
   EXPECT_EQ(run.test.desk.theme, Theme::Dark);
   run.Press("Ctrl+L");
