@@ -86,6 +86,7 @@ void FormWindow::AddKeys() {
     if (!InMenus(*form, combination)) AddKey(combination);  // with two of them neither would work
   }
   AddKey("Escape");
+  AddKey(vc::HelpKey);
 }
 
 void FormWindow::AddKey(const std::string& combination) {

@@ -1,21 +1,16 @@
 #include "shell/MenuActions.h"
 
-#include <filesystem>
-#include <system_error>
-
 #include "model/FieldAccess.h"
 #include "persist/StoSet.h"
 #include "shell/ChainPanels.h"
+#include "shell/Help.h"
 #include "shell/Look.h"
 #include "shell/Reports.h"
 #include "shell/Windows.h"
 #include "text/ProgramInfo.h"
-#include "text/modFile.h"
 
 namespace vc {
 namespace {
-
-constexpr int FastStartContext = 101;
 
 constexpr const char* HowToPrintScreens =
     "Screens cannot be printed from this program by "
@@ -135,8 +130,10 @@ void MenuActions::BindReports() {
 }
 
 void MenuActions::BindHelp() {
-  menus.mnuHelpContents.clicked = [this] { OpenHelp("the overview", 0); };
-  menus.mnuFastStart.clicked = [this] { OpenHelp("the fast start instructions", FastStartContext); };
+  menus.mnuHelpContents.clicked = [this] { OpenHelp(around.desk, HelpFrontPage, "the overview"); };
+  menus.mnuFastStart.clicked = [this] {
+    OpenHelp(around.desk, HelpPageOf(FastStartContext), "the fast start instructions");
+  };
   menus.mnuWebPage.clicked = [this] { OpenWebPage(); };
   menus.mnuAbout.clicked = [this] { around.connection.ShowAbout(); };
 }
@@ -145,15 +142,6 @@ void MenuActions::OpenWebPage() {
   if (around.desk.Open(MakerSite)) return;
   around.desk.Box(box::Exclamation, WithoutAccessKey(menus.mnuWebPage.core.Caption()),
                   "There is no browser that could open " + MakerSite + ".");
-}
-
-void MenuActions::OpenHelp(const std::string& topic, int context) {
-  const std::string file = JoinPath(around.desk.ProgramFolder(), "Veltrana Help.html");
-  std::error_code ignored;
-  const std::string place = context == 0 ? file : file + "#" + std::to_string(context);
-  if (std::filesystem::exists(file, ignored) && around.desk.Open(place)) return;
-  around.desk.Box(box::Information, "Help",
-                  "The help file with " + topic + " is not installed beside the program.");
 }
 
 void MenuActions::BindKeys() {

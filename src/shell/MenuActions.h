@@ -70,8 +70,6 @@ struct MenuActions {
   void BindKeys();
   void OpenFileWindow(std::string_view name);
   void AskForNewSetup();
-  // Of a topic, context 0 for the beginning.
-  void OpenHelp(const std::string& topic, int context);
   void OpenWebPage();
 
   Around around;

@@ -9,6 +9,7 @@
 #include "persist/FileNames.h"
 #include "persist/SaveDisplay.h"
 #include "report/GraphPictures.h"
+#include "shell/Help.h"
 #include "shell/Notices.h"
 #include "text/ProgramInfo.h"
 #include "text/modFile.h"
@@ -47,6 +48,7 @@ Session::Session(Platform host)
       printouts({host.printers, host.desk, windows}),
       reports(ReportParts()) {
   master.form.activated = [this] { Activated(); };
+  forms.helpAsked = [this](const Form& form) { OpenHelpOf(platform.desk, form); };
 }
 
 LinkHooks Session::LinkWires() {

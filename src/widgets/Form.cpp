@@ -59,6 +59,10 @@ void Form::SetCaption(const std::string& text) {
 
 std::string Form::Press(const std::string& combination) {
   if (combination == "Escape") return Escape(), std::string{};
+  if (combination == HelpKey) {
+    if (helpAsked) helpAsked();
+    return {};
+  }
   for (const AnyControl& control : controls) {
     auto* const* entry = std::get_if<MenuEntry*>(&control);
     if (entry == nullptr || (*entry)->shortcut != combination) continue;

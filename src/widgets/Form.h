@@ -100,6 +100,9 @@ struct ControlCore {
 // close together; or a greeting without a frame, while the program is about to work.
 enum class FormLook { Window, Dense, Splash };
 
+// Asks for the page of a form, in any of them.
+inline constexpr const char* HelpKey = "F1";
+
 struct Form {
   Form(std::string formName, std::string formCaption, FormLook formLook = FormLook::Window)
       : name(std::move(formName)), look(formLook), caption(std::move(formCaption)) {}
@@ -131,8 +134,8 @@ struct Form {
   std::map<std::string, std::function<void()>> keys;
   // Those of these, and of the shortcuts of the menus, that act once however long they are held.
   std::set<std::string> unrepeated;
-  // The operator presses a combination: one of the keys, the shortcut of a menu entry, or Escape, which every
-  // form knows. Returns what is wrong, or the empty text.
+  // The operator presses a combination: one of the keys, the shortcut of a menu entry, or Escape and F1,
+  // which every form knows. Returns what is wrong, or the empty text.
   std::string Press(const std::string& combination);
   // Takes what was typed into a text box, as leaving the box does.
   void TakeTyped();
@@ -148,6 +151,7 @@ struct Form {
   std::function<void()> closeRequested;
   std::function<void()> unloaded;
   std::function<void(const std::string& message)> complain;  // about a fault of the program
+  std::function<void()> helpAsked;                           // F1: what the manual says of it
 
   // Set by the one view that shows the form.
   std::function<void(const ControlCore& control, std::string_view property)> controlChanged;

@@ -44,6 +44,7 @@ void Forms::Show(Form& form, Modality modality, Form* owner) {
   const Entry entry{&form, modality, false, owner};
   open.push_back(entry);
   form.complain = [this](const std::string& message) { tellComplaint(message); };
+  form.helpAsked = [this, &form] { Raise(helpAsked, form); };
   Raise(shown, entry);
   Raise(form.activated);
   for (const Entry& owned : OwnedBy(form)) {

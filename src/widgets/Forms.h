@@ -32,6 +32,8 @@ struct Forms {
   std::function<void(const Entry&)> shown;
   std::function<void(Form&)> hidden;
   std::function<void(Form&)> gone;
+  // The operator wants to know about a form.
+  std::function<void(const Form&)> helpAsked;
 
   // Opens the form, or shows it again and brings it forward, and with it what it owns. A window lies above
   // its owner, hides with it and goes before it; it keeps the owner that it has where none is named. One
