@@ -13,10 +13,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr std::string_view KeysPage = "keys";  // has the words of all keys, and their table
 constexpr const char* StyleSheet = "manual.css";
 
 // The general pages in the order in which they are read.
-constexpr auto GeneralPages = std::to_array<std::string_view>({"first-steps", "chain"});
+constexpr auto GeneralPages = std::to_array<std::string_view>(
+    {"first-steps", "chain", "whole-chain", "setups", "two-setups", "files", "memories", "reports",
+     "firmware", "remote-unit", "line-trace", "trouble", "not-kept", "keys"});
 
 struct Group {
   std::string_view name, heading;
@@ -113,7 +116,9 @@ class Maker {
       made.missing.push_back("pages/" + name + " has no words");
       return;
     }
-    made.files[Within(vc::HelpPageName(name))] = GeneralPage(*words, PictureOf(name, words), MarkupOf(name));
+    made.files[Within(vc::HelpPageName(name))] =
+        GeneralPage(*words, PictureOf(name, words),
+                    name == KeysPage ? KeyTable(forms, *words, MarkupOf(name)) : "", MarkupOf(name));
   }
 
   void MakeFormPage(const FormFacts& form) {
@@ -125,6 +130,7 @@ class Maker {
                         .form = form,
                         .words = words == nullptr ? none : *words,
                         .common = Find(formWords, Common),
+                        .keys = Find(pageWords, KeysPage),
                         .picture = picture,
                         .markup = MarkupOf(form.name)};
     made.files[Within(vc::HelpPageName(form.name))] = page.Html(words == nullptr ? nullptr : &made.missing);
@@ -152,7 +158,19 @@ class Maker {
       if (std::ranges::find(GeneralPages, words.name) == GeneralPages.end()) {
         made.wrong.push_back("pages/" + words.name + ".txt: no list of pages has it");
       }
+      for (const ControlWords& key : words.keys) {
+        if (!HasKey(key.name))
+          made.wrong.push_back("pages/" + words.name + ".txt: no window has the key " + key.name);
+      }
     }
+  }
+
+  bool HasKey(const std::string& name) const {
+    return std::ranges::any_of(forms, [&name](const FormFacts& form) {
+      return std::ranges::any_of(form.keys, [&](const std::string& combination) {
+        return name == combination || name == form.name + "." + combination;
+      });
+    });
   }
 
   std::vector<FrontGroup> FrontGroups() const {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <map>
 #include <utility>
 
 #include "shell/Help.h"
@@ -107,15 +108,62 @@ std::string FormPage::Controls(Errata* missing) const {
   return list.empty() ? list : "<h2>Its controls</h2>\n<dl>\n" + list + "</dl>\n";
 }
 
+const std::string* KeyWords(const Words* keys, const std::string& form, const std::string& combination) {
+  if (keys == nullptr) return nullptr;
+  const std::string* own = keys->OfKey(form + "." + combination);
+  return own != nullptr ? own : keys->OfKey(combination);
+}
+
+std::string FormPage::Keys(Errata* missing) const {
+  std::string list;
+  for (const std::string& combination : form.keys) {
+    const std::string* text = KeyWords(keys, form.name, combination);
+    if (text == nullptr && missing != nullptr) {
+      missing->push_back(form.name + ": the key " + combination + " has no words");
+    }
+    list += "<tr><th scope=\"row\"><kbd>" + Escaped(combination) + "</kbd></th><td>" +
+            (text == nullptr ? std::string{} : markup.Line(*text)) + "</td></tr>\n";
+  }
+  return list.empty() ? list : "<h2>Keys of the window</h2>\n<table>\n" + list + "</table>\n";
+}
+
+std::string KeyTable(const std::vector<FormFacts>& forms, const Words& keys, const Markup& markup) {
+  constexpr std::size_t fewest = 4;  // windows that are not named one by one
+  std::map<std::pair<std::string, std::string>, std::vector<std::string>> where;
+  for (const FormFacts& form : forms) {
+    for (const std::string& combination : form.keys) {
+      const std::string* text = KeyWords(&keys, form.name, combination);
+      if (text != nullptr)
+        where[{combination, markup.Line(*text)}].push_back(markup.Line("[[" + form.name + "]]"));
+    }
+    for (const FormFacts::Row& row : form.rows) {
+      const Facts& facts = row.facts;
+      if (!facts.key.empty())
+        where[{facts.key, Escaped(facts.caption)}].push_back(markup.Line("[[" + form.name + "]]"));
+    }
+  }
+  std::string list;
+  for (const auto& [key, pages] : where) {
+    std::string names;
+    for (const std::string& page : pages) names += (names.empty() ? "" : ", ") + page;
+    if (pages.size() >= fewest) names = std::to_string(pages.size()) + " windows";
+    list += "<tr><th scope=\"row\"><kbd>" + Escaped(key.first) + "</kbd></th><td>" + key.second +
+            "</td><td>" + names + "</td></tr>\n";
+  }
+  return "<table>\n<thead><tr><th>Key</th><th>What it does</th><th>Where</th></tr></thead>\n<tbody>\n" +
+         list + "</tbody>\n</table>\n";
+}
+
 std::string FormPage::Html(Errata* missing) const {
   return Whole(title, "../",
                Figure(picture, title) + Section("What it is for", words.purpose) +
                    Section("When to take it", words.when) + Section("What one hears", words.hear) +
-                   Controls(missing) + Section("Good to know", words.notes));
+                   Controls(missing) + Keys(missing) + Section("Good to know", words.notes));
 }
 
-std::string GeneralPage(const Words& words, const std::string& picture, const Markup& markup) {
-  return Whole(words.title, "../", Figure(picture, words.title) + markup.Blocks(words.text));
+std::string GeneralPage(const Words& words, const std::string& picture, const std::string& made,
+                        const Markup& markup) {
+  return Whole(words.title, "../", Figure(picture, words.title) + markup.Blocks(words.text) + made);
 }
 
 std::string FrontPage(const std::vector<FrontGroup>& groups) {

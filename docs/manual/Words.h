@@ -23,9 +23,11 @@ struct Words {
   std::string picture{};         // another one than the page's own
   std::string purpose{}, when{}, hear{}, notes{}, text{};
   std::vector<ControlWords> controls{};
+  std::vector<ControlWords> keys{};  // by the combination, "Form.Ctrl+N" where it is another one's elsewhere
 
-  // Null where the file has no line for the control.
+  // Null where the file has no line for the control, or the key.
   const std::string* Of(std::string_view control) const;
+  const std::string* OfKey(std::string_view combination) const;
 };
 
 // Nothing but the errata tells of a line that cannot be read; the rest counts.
