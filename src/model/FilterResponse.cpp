@@ -14,8 +14,8 @@ namespace {
 using Frequencies = std::vector<double>;  // cycles per sample, 0.0..0.5
 using Amplitudes = std::vector<double>;   // of either sign, one a frequency
 
-std::vector<double> InHertz(const SystemSettings& settings, std::vector<double> frequencies) {
-  for (double& frequency : frequencies) frequency *= static_cast<double>(settings.sampleRate);
+std::vector<double> InHertz(float sampleRate, std::vector<double> frequencies) {
+  for (double& frequency : frequencies) frequency *= static_cast<double>(sampleRate);
   return frequencies;
 }
 
@@ -33,11 +33,11 @@ concept HasTelling = requires(const T& filter) {
   TellingAt(filter);
 };
 
-Frequencies InCycles(const SystemSettings& settings, std::span<const double> frequencies) {
+Frequencies InCycles(float sampleRate, std::span<const double> frequencies) {
   Frequencies cycles;
   cycles.reserve(frequencies.size());
   for (const double frequency : frequencies) {
-    cycles.push_back(Bounded(frequency / static_cast<double>(settings.sampleRate), 0.0, 0.5));
+    cycles.push_back(Bounded(frequency / static_cast<double>(sampleRate), 0.0, 0.5));
   }
   return cycles;
 }
@@ -53,28 +53,43 @@ std::vector<float> InDecibels(const Amplitudes& amplitudes) {
   return decibels;
 }
 
-std::vector<double> WithinBand(const SystemSettings& settings, std::vector<double> hertz) {
-  std::erase_if(hertz, [&](double one) { return !(one >= 0 && one <= settings.bandwidthHz); });
+std::vector<double> WithinBand(std::int16_t bandwidthHz, std::vector<double> hertz) {
+  std::erase_if(hertz, [&](double one) { return !(one >= 0 && one <= bandwidthHz); });
   return hertz;
 }
 
 }  // namespace
 
-std::vector<float> FilterResponse(const SystemSettings& settings, const BlockKind& block,
-                                  std::span<const double> frequencies) {
+std::vector<double> GainsAt(const ResponseBasis& basis, std::span<const double> frequencies) {
   return std::visit(
-      [&](const auto& filter) -> std::vector<float> {
+      [&](const auto& filter) -> std::vector<double> {
         if constexpr (HasGains<decltype(filter)>) {
-          return InDecibels(GainsAt(filter, InCycles(settings, frequencies)));
+          return GainsAt(filter, InCycles(basis.sampleRate, frequencies));
         }
         return {};
       },
-      BasisOf(settings, block).filter);
+      basis.filter);
+}
+
+std::vector<double> TellingAt(const ResponseBasis& basis) {
+  return std::visit(
+      [&](const auto& filter) -> std::vector<double> {
+        if constexpr (HasTelling<decltype(filter)>) {
+          return WithinBand(basis.bandwidthHz, InHertz(basis.sampleRate, TellingAt(filter)));
+        }
+        return {};
+      },
+      basis.filter);
+}
+
+std::vector<float> FilterResponse(const SystemSettings& settings, const BlockKind& block,
+                                  std::span<const double> frequencies) {
+  return InDecibels(GainsAt(BasisOf(settings, block), frequencies));
 }
 
 std::vector<float> CurveResponse(const SystemSettings& settings, DrawnCurve curve,
                                  std::span<const double> frequencies) {
-  return InDecibels(GainsAt(CurveFilterOf(settings, curve), InCycles(settings, frequencies)));
+  return InDecibels(GainsAt(CurveFilterOf(settings, curve), InCycles(settings.sampleRate, frequencies)));
 }
 
 std::vector<std::vector<float>> ResponseParts(const SystemSettings& settings, const BlockKind& block,
@@ -83,7 +98,7 @@ std::vector<std::vector<float>> ResponseParts(const SystemSettings& settings, co
   std::visit(
       [&](const auto& filter) {
         if constexpr (HasParts<decltype(filter)>) {
-          for (const Amplitudes& part : PartsAt(filter, InCycles(settings, frequencies))) {
+          for (const Amplitudes& part : PartsAt(filter, InCycles(settings.sampleRate, frequencies))) {
             parts.push_back(InDecibels(part));
           }
         }
@@ -93,14 +108,7 @@ std::vector<std::vector<float>> ResponseParts(const SystemSettings& settings, co
 }
 
 std::vector<double> TellingFrequencies(const SystemSettings& settings, const BlockKind& block) {
-  return std::visit(
-      [&](const auto& filter) -> std::vector<double> {
-        if constexpr (HasTelling<decltype(filter)>) {
-          return WithinBand(settings, InHertz(settings, TellingAt(filter)));
-        }
-        return {};
-      },
-      BasisOf(settings, block).filter);
+  return TellingAt(BasisOf(settings, block));
 }
 
 }  // namespace vc

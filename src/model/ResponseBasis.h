@@ -2,7 +2,9 @@
 #pragma once
 
 #include <cstdint>
+#include <span>
 #include <variant>
+#include <vector>
 
 #include "model/CombFilter.h"
 #include "model/CutOffFilter.h"
@@ -27,5 +29,10 @@ struct ResponseBasis {
   bool operator==(const ResponseBasis&) const = default;
 };
 ResponseBasis BasisOf(const SystemSettings& settings, const BlockKind& block);
+
+// The gain at each of these frequencies in Hz, of either sign; empty where there is no computed response.
+std::vector<double> GainsAt(const ResponseBasis& basis, std::span<const double> frequencies);
+// As TellingFrequencies.
+std::vector<double> TellingAt(const ResponseBasis& basis);
 
 }  // namespace vc
