@@ -42,6 +42,7 @@ class EmptyDesk : public vc::Desk {
   void SetTheme(vc::Theme /*theme*/) override {}
   std::string InstallFolder() const override { return folder; }
   std::string ProgramFolder() const override { return folder; }
+  std::string ExecutableFolder() const override { return folder; }
   bool ProgramFolderReadOnly() const override { return false; }
 
  private:
