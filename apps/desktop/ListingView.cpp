@@ -99,7 +99,7 @@ ListingView::ListingView(const vc::Listing& shown, QWidget* parent) : QTableView
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   verticalHeader()->setMinimumSectionSize(1);
   verticalHeader()->setDefaultSectionSize(LineHeight(*this) * 5 / 4);
-  horizontalHeader()->setStretchLastSection(true);
+  setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   horizontalHeader()->setHighlightSections(false);
   int width = 0;
   for (std::size_t i = 0; i < shown.columns.size(); ++i) {
@@ -107,6 +107,7 @@ ListingView::ListingView(const vc::Listing& shown, QWidget* parent) : QTableView
     setColumnWidth(static_cast<int>(i), column);
     width += column;
   }
+  width += verticalScrollBar()->sizeHint().width() + 2 * frameWidth();
   setMinimumSize(width, (shown.lines + 2) * verticalHeader()->defaultSectionSize());
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
@@ -125,6 +126,14 @@ void ListingView::keyPressEvent(QKeyEvent* event) {
   if (!event->matches(QKeySequence::Copy)) return QTableView::keyPressEvent(event);
   CopyChosen();
   event->accept();
+}
+
+void ListingView::resizeEvent(QResizeEvent* event) {
+  QTableView::resizeEvent(event);
+  const int last = rows.columnCount() - 1;
+  int left = viewport()->width();
+  for (int column = 0; column < last; ++column) left -= columnWidth(column);
+  setColumnWidth(last, left);
 }
 
 void ListingView::CopyChosen() const {

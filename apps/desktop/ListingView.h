@@ -42,6 +42,8 @@ class ListingView : public QTableView {
  protected:
   // The chosen rows go to the clipboard.
   void keyPressEvent(QKeyEvent* event) override;
+  // The last column takes what the others leave.
+  void resizeEvent(QResizeEvent* event) override;
 
  private:
   void CopyChosen() const;

@@ -52,7 +52,7 @@ FrmLineTrace::FrmLineTrace(const Around& parts)
 }
 
 void FrmLineTrace::BindFilters() {
-  fraFilter.look = FrameLook::Flat;
+  fraFilter.look = fraKinds.look = FrameLook::Flat;
   cmbWay.SetItems({"Both", "To the Unit", "From the Unit"});
   cmbWay.SetListIndex(BothWays);
   cmbWay.changed = [this] { ChooseAnew(); };

@@ -29,16 +29,17 @@ struct FrmLineTrace {
   FrmLineTrace& operator=(const FrmLineTrace&) = delete;
 
   Form form{"FrmLineTrace", "Line Trace"};
-  Frame fraFilter{form, "fraFilter", "Show", Arrangement::Columns};
+  Frame fraFilter{form, "fraFilter", "", Arrangement::Columns};
   ListBox cmbWay{fraFilter, "cmbWay", "Direction"};
-  CheckBox chkRegisters{fraFilter, "chkRegisters", "&Register Writes"};
-  CheckBox chkPolls{fraFilter, "chkPolls", "&Polls"};
-  CheckBox chkCoefficients{fraFilter, "chkCoefficients", "Coefficients and &Data"};
-  CheckBox chkOther{fraFilter, "chkOther", "&Other"};
-  CheckBox chkErrors{fraFilter, "chkErrors", "&Errors"};
   TextBox txtSearch{fraFilter, "txtSearch", "With the Text"};
+  Frame fraKinds{form, "fraKinds", "", Arrangement::Columns};
+  CheckBox chkRegisters{fraKinds, "chkRegisters", "&Register Writes"};
+  CheckBox chkPolls{fraKinds, "chkPolls", "&Polls"};
+  CheckBox chkCoefficients{fraKinds, "chkCoefficients", "Coefficients and &Data"};
+  CheckBox chkOther{fraKinds, "chkOther", "&Other"};
+  CheckBox chkErrors{fraKinds, "chkErrors", "&Errors"};
   Listing lstTrace{
-      form, "lstTrace", "Rows", {{"ms", 10, true}, {"after ms", 8, true}, {"Direction", 9}, {"Frame", 64}}};
+      form, "lstTrace", "Rows", {{"ms", 9, true}, {"after ms", 7, true}, {"Direction", 8}, {"Frame", 44}}};
   Label lblRows{form, "lblRows", ""};
   Button btnPause{form, "btnPause", "P&ause"};
   Button btnClear{form, "btnClear", "C&lear"};
