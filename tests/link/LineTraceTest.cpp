@@ -137,6 +137,7 @@ TEST_F(Traced, ItKeepsTheLastRowsAndSaysWhatIsMissing) {
   for (int i = 0; i < 12'000; ++i) session.portLibrary.tap.Event(std::to_string(i), false);
   EXPECT_EQ(trace.Behind() - trace.First(), LineTrace::MostRows);
   EXPECT_EQ(trace.Dropped(), 2'000U);
+  EXPECT_EQ(trace.First(), 2'000U);
   EXPECT_EQ(trace.At(trace.First()).bytes, "2000");
   EXPECT_EQ(trace.At(trace.Behind() - 1).bytes, "11999");
   trace.End();
