@@ -4,6 +4,7 @@
 
 #include "Outing.h"
 #include "RandomRecord.h"
+#include "model/Kinds.h"
 #include "persist/OtherSetup.h"
 
 namespace vc {
@@ -19,6 +20,8 @@ using testing::IsEmpty;
 struct PairStates : States {
   // A with 330 Hz, and B, which is heard, with 440 Hz.
   static void SetBoth(Outing& run) {
+    run.Edit("filterType", "8", 1);
+    run.Edit("mnotchFreq", "1000", 1, 1);
     run.Edit("ihpfCutoff", "330");
     run.session.pair.Switch();
     run.Edit("ihpfCutoff", "440");
@@ -31,6 +34,7 @@ struct PairStates : States {
     EXPECT_EQ(session.pair.OtherRecord()->ihpfCutoff, 330);
     session.pair.Switch();
     EXPECT_EQ(session.settings.ihpfCutoff * 10 + session.settings.configMode, 3300);
+    EXPECT_EQ(session.settings.builtFreq[1][1], 1000);  // and is no draft
   }
 };
 
@@ -71,8 +75,34 @@ TEST_F(PairStates, AKillCostsTheLastSecondsOfBothAtMost) {
     run.session.pair.Switch();
     run.Edit("ihpfCutoff", "500");  // and no exit
   }
-  Outing run(*this, false);
-  ExpectBoth(run.Started());
+  {
+    Outing run(*this, false);
+    ExpectBoth(run.Started());
+    run.loop.RunFor(6000);
+    run.desk.answers = {Answer::Yes};
+    run.session.pair.Copy();  // which the record does not tell
+    run.loop.RunFor(6000);
+  }
+  EXPECT_EQ(Outing(*this, false).Started().pair.OtherRecord()->ihpfCutoff, 330);
+}
+
+// What the fit takes of the other one is given back with the switch.
+TEST_F(PairStates, AnotherSetupThatDoesNotFitIsFittedWithinTheStep) {
+  SystemSettings left;
+  InitSettings(left);
+  left.numFilters = 5;
+  left.filterType.Fill(FilterKind::OneChAdaptive);
+  left.ch1Taps[1] = 2048;
+  left.ch1PredSpan[1] = 8191;
+  OtherSetup other{1, left};
+  other.record.ch1Taps[1] = 1024;
+  Put(last, WriteSetup(left, 0, {}) + WriteOtherSetup(other));
+  Outing run(*this);
+  EXPECT_EQ(run.Started().settings.ch1PredSpan[1], 8191);
+  run.session.pair.Switch();
+  EXPECT_EQ(run.session.settings.ch1PredSpan[1], 4095);
+  run.session.history.Undo();
+  EXPECT_EQ(run.session.settings.ch1PredSpan[1], 8191);
 }
 
 TEST_F(PairStates, AWriteThatBreaksOffLosesNeither) {

@@ -163,6 +163,20 @@ TEST(SetupPair, TablesAndDraftsStayWithTheirSetup) {
   EXPECT_TRUE(run.Holds() == heldOfB);
 }
 
+TEST(SetupPair, ATableThatIsNotFinishedIsNoneInTheUnit) {
+  Pair run;
+  run.Edit("filterType", std::to_string(FilterKind::MultipleNotch), 1);
+  run.Settle();
+  const std::string heldOfA = run.Holds();
+  run.Press("Ctrl+B");
+  run.Edit("mnotchFreq", "1000", 1, 1);
+  run.Settle();
+  EXPECT_FALSE(run.Holds() == heldOfA);
+  run.Press("Ctrl+B");
+  run.Settle();
+  EXPECT_TRUE(run.Holds() == heldOfA);
+}
+
 TEST(SetupPair, AnotherConfigurationIsLaidOutAnew) {
   Pair run;
   run.Edit("numFilters", "5");
@@ -224,6 +238,13 @@ TEST(SetupPair, AnOpenPanelShowsTheOtherOrGoes) {
   EXPECT_EQ(run.Top().name + std::to_string(run.record.hpfCutoff[1]), "MasterControl900");
 }
 
+TEST(SetupPair, WhatIsTypedOnTheMasterPanelIsTakenBefore) {
+  Pair run;
+  std::get<TextBox*>(run.Find("txtGain(0)"))->Type("-6");
+  run.Press("Ctrl+B");
+  EXPECT_EQ(run.session.pair.OtherRecord()->levelControl[1], 180);
+}
+
 TEST(SetupPair, WaitsForTheHandOnASlider) {
   Pair run;
   run.OpenFilter(1, FilterKind::Highpass);
@@ -251,11 +272,15 @@ TEST(SetupPair, WhatIsPutAsideOrLentStaysWithItsSetup) {
   run.Edit("levelControl", "180", 1);
   run.Click("mnuLevelControls");
   run.Press("Ctrl+B");
+  run.Click("mnuLevelControls");
+  run.Edit("levelControl", "150", 1);
+  run.Click("mnuLevelControls");
   run.Edit("levelControl", "200", 2);
   run.Edit("yellowSignal", "3");
+  run.Edit("workingFolder", "/tapes");  // no setup's
   run.Press("Ctrl+B");
   run.Click("mnuLevelControls");
-  EXPECT_EQ(run.record.levelControl[1], 180);
+  EXPECT_EQ(std::to_string(run.record.levelControl[1]) + run.record.workingFolder, "180/tapes");
   run.OpenFilter(1, FilterKind::SpectralInverse);  // has the analyzer to itself
   EXPECT_FALSE(run.record.loans.empty());
   const SystemSettings own = OperatorsRecord(run.record);
@@ -297,10 +322,15 @@ TEST(SetupPair, EachHasItsFileAndItsMark) {
   EXPECT_EQ(run.Title(), "Hall.nrv Master Control Panel - Veltrana");
   run.Press("Ctrl+B");
   EXPECT_EQ(run.Title(), "*Street.nrv (Setup B) Master Control Panel - Veltrana");
-  run.Press("Ctrl+Z");
-  run.Press("Ctrl+Z");  // the edit in A; then B is as it was stored
   run.Press("Ctrl+B");
-  EXPECT_EQ(run.record.ihpfCutoff, 440);
+  run.test.desk.answers = {Answer::Yes};
+  run.Click("btnCopySetup");
+  run.Press("Ctrl+B");
+  EXPECT_EQ(run.Title(), "Veltrana (Setup B) Master Control Panel");
+  run.Press("Ctrl+Z");
+  run.Press("Ctrl+Z");
+  run.Press("Ctrl+B");
+  EXPECT_EQ(run.Title(), "*Street.nrv (Setup B) Master Control Panel - Veltrana");
 }
 
 TEST(SetupPair, AStoreUnderWayIsNotDisturbed) {

@@ -58,7 +58,12 @@ void Tour::StoreAndRecall() {
 
 void Tour::SwitchSetups() {
   vc::Session& session = program.session;
+  const auto otherMode = [&session] {
+    const vc::SystemSettings* other = session.pair.OtherRecord();
+    return other == nullptr ? -1 : other->configMode;
+  };
   Master().activateWindow();
+  Expect(QTest::qWaitForWindowActive(&Master(), PatienceMilliseconds), "the panel is active again");
   Photograph(&Master(), "setup-a");
   QTest::keyClick(&Master(), Qt::Key_B, Qt::ControlModifier);
   Expect(session.pair.Heard() == vc::SetupPair::B, "Ctrl+B: setup B is heard");
@@ -71,9 +76,9 @@ void Tour::SwitchSetups() {
          "the button A leads back to it");
   boxes.AnswerNext(QMessageBox::Yes);
   QTest::mouseClick(Master().findChild<QWidget*>("btnCopySetup"), Qt::LeftButton);
-  Expect(session.pair.OtherRecord()->configMode == 0, "A is copied over B");
+  Expect(otherMode() == 0, "A is copied over B");
   Choose({"mnuEdit"}, "mnuUndo");
-  Expect(session.pair.OtherRecord()->configMode != 0, "undo brings B back");
+  Expect(otherMode() == 2, "undo brings B back");
 }
 
 void Tour::StoreSetup(const QString& name) {
