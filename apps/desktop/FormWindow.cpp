@@ -107,6 +107,8 @@ void FormWindow::OpenMenuBar() {
 void FormWindow::DressAsSplash() {
   setWindowFlags(Qt::SplashScreen | Qt::FramelessWindowHint);
   contents->setProperty("splash", true);  // the theme's style sheet asks for these properties
+  scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);  // nobody could use them
+  scroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   const int line = LineHeight(*this);
   contents->layout()->setContentsMargins(5 * line, 4 * line, 5 * line, 4 * line);
   for (QLabel* label : contents->findChildren<QLabel*>()) {
