@@ -17,7 +17,8 @@ class QuietDesk : public vc::Desk {
   vc::Answer Box(int code, const std::string& /*title*/, const std::string& /*text*/) override {
     const vc::box::Buttons buttons = vc::box::ButtonsOf(code);
     if (!agrees) return vc::SafeAnswer(buttons);
-    return buttons == vc::box::Buttons::YesNo ? vc::Answer::Yes : vc::Answer::Ok;
+    const bool yesOrNo = buttons == vc::box::Buttons::YesNo || buttons == vc::box::Buttons::YesNoCancel;
+    return yesOrNo ? vc::Answer::Yes : vc::Answer::Ok;
   }
   void Beep() override {}
   void SetHourglass(bool /*shown*/) override {}

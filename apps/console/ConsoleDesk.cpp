@@ -14,11 +14,14 @@ struct AnswerRow {
   Answer answer;
   Buttons offeredBy;
 };
-constexpr std::array<AnswerRow, 5> AnswerTable{{{"ok", Answer::Ok, Buttons::Ok},
+constexpr std::array<AnswerRow, 8> AnswerTable{{{"ok", Answer::Ok, Buttons::Ok},
                                                 {"ok", Answer::Ok, Buttons::OkCancel},
                                                 {"cancel", Answer::Cancel, Buttons::OkCancel},
                                                 {"yes", Answer::Yes, Buttons::YesNo},
-                                                {"no", Answer::No, Buttons::YesNo}}};
+                                                {"no", Answer::No, Buttons::YesNo},
+                                                {"cancel", Answer::Cancel, Buttons::YesNoCancel},
+                                                {"yes", Answer::Yes, Buttons::YesNoCancel},
+                                                {"no", Answer::No, Buttons::YesNoCancel}}};
 
 std::optional<Answer> Offered(const std::string& word, Buttons buttons) {
   for (const AnswerRow& row : AnswerTable) {

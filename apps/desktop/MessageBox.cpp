@@ -31,6 +31,8 @@ QMessageBox::StandardButtons ButtonsOf(int code) {
   switch (vc::box::ButtonsOf(code)) {
     case vc::box::Buttons::OkCancel:
       return QMessageBox::Ok | QMessageBox::Cancel;
+    case vc::box::Buttons::YesNoCancel:
+      return QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel;
     case vc::box::Buttons::YesNo:
       return QMessageBox::Yes | QMessageBox::No;
     case vc::box::Buttons::Ok:

@@ -57,6 +57,15 @@ This page is made from the program's own walk over the lines.
 |---|---|---|---|
 )";
 
+constexpr std::string_view TrailPage = R"(
+# The recent files
+
+`veltrana.recent` lies beside the last state: lines of text, each ended by LF. The first is `veltrana.recent 1`, the second
+the path of the open setup file, or empty. Up to eight further ones are the setup files stored or recalled last, the latest
+in front. Paths are absolute and bytes as they are, but for a backslash (`\\`) and a line end (`\n`). A file in which any
+line is none of these counts as empty.
+)";
+
 }  // namespace
 
 std::string SetupFilePage() {
@@ -72,6 +81,7 @@ std::string SetupFilePage() {
     return true;
   });
   page += "\n" + std::to_string(line - 1) + " lines, without the coefficient blocks.\n";
+  page += TrailPage;
   return page;
 }
 

@@ -12,17 +12,20 @@ inline constexpr int AskOkCancel = 1;
 inline constexpr int Critical = 16;
 inline constexpr int CriticalYesNo = 20;
 inline constexpr int Exclamation = 48;
+inline constexpr int ExclamationYesNoCancel = 51;
 inline constexpr int ExclamationYesNo = 52;
 inline constexpr int ExclamationYesNoLast = 308;  // Enter takes the last button, as it does in every such box
 inline constexpr int Information = 64;
 inline constexpr int InformationYesNo = 0x44;
 
-enum class Buttons { Ok, OkCancel, YesNo };
+enum class Buttons { Ok, OkCancel, YesNoCancel, YesNo };
 // The low four bits of a code name the buttons.
 constexpr Buttons ButtonsOf(int code) {
   switch (code & 15) {
     case 1:
       return Buttons::OkCancel;
+    case 3:
+      return Buttons::YesNoCancel;
     case 4:
       return Buttons::YesNo;
     default:
@@ -40,6 +43,7 @@ enum class Theme { System, Light, Dark };
 constexpr Answer SafeAnswer(box::Buttons buttons) {
   switch (buttons) {
     case box::Buttons::OkCancel:
+    case box::Buttons::YesNoCancel:
       return Answer::Cancel;
     case box::Buttons::YesNo:
       return Answer::No;

@@ -10,6 +10,7 @@ class FaultyFiles : public vc::Files {
   int failAt = 0;   // counted from 1; 0 for never
   int failFor = 1;  // operations in a row
   int operations = 0;
+  bool full = false;  // nothing can be written, all else works
 
   vc::FileKind KindOf(const std::string& path) override { return real.KindOf(path); }
   std::int64_t WrittenAt(const std::string& path) override { return real.WrittenAt(path); }
@@ -39,7 +40,7 @@ class FaultyFiles : public vc::Files {
         : files(owner), file(std::move(opened)) {}
     // A disk that is full takes what still fits.
     bool Write(std::string_view bytes) override {
-      if (files.Works()) return file->Write(bytes);
+      if (files.Works() && !files.full) return file->Write(bytes);
       static_cast<void>(file->Write(bytes.substr(0, bytes.size() / 2)));
       return false;
     }
