@@ -75,6 +75,17 @@ bool modSettings::RecallSetupFile(const std::string& path, std::int16_t flag) {
   return false;
 }
 
+bool modSettings::PeekSetupFile(const std::string& path, SystemSettings& other) {
+  std::string text;
+  if (!ReadWholeFile(files, Locate(path), text)) return false;
+  InitSettings(other);
+  LearnedStages unused;
+  if (!ReadSetup(other, text, false, unused)) return false;
+  ValidateSettings(other);
+  for (int stage = 1; stage <= FilterStages; ++stage) BuildRows(other, stage);
+  return true;
+}
+
 std::map<std::string, std::string> modSettings::Companions(const LearnedStages& learned) const {
   std::map<std::string, std::string> companions;
   for (const auto& [stage, coefficients] : learned) {

@@ -47,6 +47,8 @@ struct modSettings {
   bool LoadSetupFile(const std::string& path, std::int16_t& flag, std::string* behind = nullptr);
   // A load that leaves the record as it was where it fails.
   bool RecallSetupFile(const std::string& path, std::int16_t flag);
+  // What a file holds, in a record of the caller's own. False where it cannot be read whole.
+  bool PeekSetupFile(const std::string& path, SystemSettings& other);
   // Writes the record with what the unit has learned; without, where the port is closed. False where anything
   // failed, and then the old file stands as it was. behind is put beyond the setup, as it is.
   bool SaveSetupFile(const std::string& path, std::int16_t protect, std::string_view behind = {});
