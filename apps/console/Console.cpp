@@ -64,7 +64,7 @@ std::string IndexText(const vc::FieldRow& row) {
 }  // namespace
 
 std::span<const Console::Command> Console::Commands() {
-  static constexpr std::array<Command, 20> table{{{"forms", "forms", &Console::ListForms},
+  static constexpr std::array<Command, 21> table{{{"forms", "forms", &Console::ListForms},
                                                   {"show", "show [FORM]", &Console::ShowForm},
                                                   {"get", "get CONTROL", &Console::GetControl},
                                                   {"set", "set CONTROL VALUE", &Console::SetControl},
@@ -82,6 +82,7 @@ std::span<const Console::Command> Console::Commands() {
                                                   {"record", "record FIELD(I,J) [VALUE]", &Console::Record},
                                                   {"unit", "unit start|stop|COMMAND", &Console::Unit},
                                                   {"clean", vc::CleanUsage, &Console::Clean},
+                                                  {"drop", "drop FILE", &Console::Drop},
                                                   {"quit", "quit", &Console::Quit},
                                                   {"help", "help", &Console::Help}}};
   return table;
@@ -235,6 +236,11 @@ void Console::Record(const std::string& arguments) {
   }
   out << pathText << '\t' << OneLine(vc::FieldText(session.settings, *row, path->index[0], path->index[1]))
       << '\n';
+}
+
+void Console::Drop(const std::string& arguments) {
+  if (arguments.empty()) return Error("drop", "say which file");
+  session.atHand.Drop({FromOneLine(arguments)});
 }
 
 void Console::Quit(const std::string& /*arguments*/) {

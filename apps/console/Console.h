@@ -54,6 +54,7 @@ class Console {
   void Unit(const std::string& arguments);
   void AskUnit(const std::string& command);
   void Clean(const std::string& arguments);
+  void Drop(const std::string& arguments);
   void Quit(const std::string& arguments);
   void Help(const std::string& arguments);
 

@@ -107,6 +107,8 @@ int RunConsole() {
     if (input.Take(line)) {
       face.Execute(line);
     } else if (input.Exhausted()) {
+      const bool lost = !session.lastState.KeepsState() && session.setupContext.open.Changed();
+      if (lost) desk.QueueAnswer("no");  // nobody is there any more who could say where to save it
       face.Execute("quit");
       if (!loop.Ending()) loop.RunFor(RefusedMilliseconds);
     } else {

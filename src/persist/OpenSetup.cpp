@@ -4,9 +4,11 @@
 
 namespace vc {
 
-void OpenSetup::Take(const std::string& file) {
+void OpenSetup::Take(const std::string& file) { Take(file, settings); }
+
+void OpenSetup::Take(const std::string& file, const SystemSettings& judge) {
   held.path = file;
-  held.taken = settings;
+  held.taken = judge;
   tellExchanged();
 }
 

@@ -25,6 +25,9 @@ struct OpenSetup {
   const std::string& Path() const { return held.path; }
   // The record is as this file holds it, or, where the path is empty, as the run begins with it.
   void Take(const std::string& file);
+  // A file is open that holds another record than the one in the hand, or, where the path is empty, none
+  // does and the record is judged by this one.
+  void Take(const std::string& file, const SystemSettings& judge);
   // No file holds what is in the record now.
   void Forget();
   // The record differs from what was taken in anything that a setup keeps.

@@ -1,6 +1,10 @@
 #include "persist/RecSet.h"
 
+#include <memory>
+
+#include "persist/ChainSummary.h"
 #include "persist/FileNames.h"
+#include "persist/SetupFiles.h"
 
 namespace vc {
 
@@ -8,16 +12,19 @@ RecSet::RecSet(SetupContext& setupContext)
     : chooser(form, setupContext.files, setupContext.desk, SetupExtension, "Setup Files",
               [this] { FollowName(); }),
       txtDescription(chooser.folders.fraLists, "txtDescription", "Description"),
+      txtSummary(chooser.folders.fraLists, "txtSummary", "Chain"),
       context(setupContext) {
   txtDescription.readOnly = txtDescription.multiLine = true;
-  txtDescription.columns = 26;
+  txtDescription.columns = 24;
+  txtSummary.readOnly = txtSummary.multiLine = true;
+  txtSummary.columns = 32;
   chkProtect.core.SetEnabled(false);
   form.initialFocus = &chooser.fileVw.core;
   chooser.fileVw.activated = [this] { btnOK.Click(); };
   chooser.txtFileName.keyPress = [this](int code) {
     if (code == EnterKey && btnOK.core.Usable()) btnOK.Click();
   };
-  btnOK.clicked = [this] { context.Attempt(form, [this] { return Recall(); }); };
+  btnOK.clicked = [this] { Recall(); };
   context.BindCancel(form, btnCancel);
 }
 
@@ -30,6 +37,13 @@ std::string RecSet::ChosenName() const {
   return there ? name : WithExtension(name, chooser.extension);
 }
 
+// Only of the file that is chosen, so that a folder of hundreds opens as fast as an empty one.
+std::string RecSet::SummaryOf(const std::string& name) const {
+  const auto chosen = std::make_unique<SystemSettings>();
+  if (!context.setups.PeekSetupFile(chooser.Path(name), *chosen)) return "This file is damaged.";
+  return ChainSummary(*chosen);
+}
+
 bool RecSet::ReadHeader(const std::string& name, SetupHeader& header) const {
   return context.setups.ReadFileHeader(chooser.Path(name), header) && CheckModelId(header.identifier);
 }
@@ -38,43 +52,19 @@ void RecSet::FollowName() {
   const bool named = !IsBlank(chooser.txtFileName.Text());
   btnOK.core.SetEnabled(named);
   SetupHeader header;
-  if (named && !ReadHeader(ChosenName(), header))
-    header = {{}, context.FaultOf(chooser.Path(ChosenName())), 0};
+  const bool good = named && ReadHeader(ChosenName(), header);
+  if (named && !good) header = {{}, context.FaultOf(chooser.Path(ChosenName())), 0};
   txtDescription.SetText(header.description);
+  txtSummary.SetText(good ? SummaryOf(ChosenName()) : "");
   chkProtect.SetValue(header.protect == 1);
 }
 
-bool RecSet::Recall() {
-  const std::string name = ChosenName();
-  SetupHeader header;
-  if (!ReadHeader(name, header)) {
-    context.Warn(box::Exclamation, "Invalid Settings File",
-                 name + " is not a valid settings file.  Please choose another file.");
-    return false;
-  }
-  bool read = false;
-  context.edits.history.Exchange("Setup Recall",
-                                 [&] { read = context.Work([this, &name] { return Read(name); }); });
-  if (!read) {
-    context.Warn(box::Exclamation, "Unable to Load File", name + " cannot be opened.");
-    return false;
-  }
-  context.Remember(chooser.Path(name));
-  TellCompanions();
-  return true;
-}
-
-void RecSet::TellCompanions() const {
-  const std::string fault = context.setups.CompanionFault();
-  if (fault.empty()) return;
-  context.Warn(box::Exclamation, "Unable to Save File", fault + "  The setup itself has been recalled.");
-}
-
-bool RecSet::Read(const std::string& name) {
-  if (!context.setups.RecallSetupFile(chooser.Path(name), KeepConnection)) return false;
-  context.recalled(LastPart(name));
-  context.open.Take(chooser.Path(name));
-  return true;
+void RecSet::Recall() {
+  const std::string name = ChosenName(), path = chooser.Path(name);
+  if (!IsSetup(context, path, name)) return;
+  context.before(LastPart(path) + " is recalled", [this, path, name] {
+    context.Attempt(form, [&] { return RecallSetup(context, path, name); });
+  });
 }
 
 }  // namespace vc

@@ -14,6 +14,7 @@ struct RecSet {
   Form form{"RecSet", "Recall Setup"};
   FileChooser chooser;
   TextBox txtDescription;  // of the chosen file
+  TextBox txtSummary;      // of its chain; what is wrong with it, where it is damaged behind its first lines
   CheckBox chkProtect{form, "chkProtect", "This file is protected from being overwritten"};
   Button btnOK{form, "btnOK", "OK"};
   Button btnCancel{form, "btnCancel", "Cancel"};
@@ -25,10 +26,9 @@ struct RecSet {
   void FollowName();
   // The name as it stands where there is such a file, else with the extension.
   std::string ChosenName() const;
+  std::string SummaryOf(const std::string& name) const;
   bool ReadHeader(const std::string& name, SetupHeader& header) const;
-  bool Recall();
-  bool Read(const std::string& name);
-  void TellCompanions() const;
+  void Recall();
 
   SetupContext& context;
 };

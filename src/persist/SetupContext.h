@@ -30,6 +30,11 @@ struct SetupContext {
   // A setup has been written, or is in the record; told with the file's name while the main timer is off.
   Wire<void(const std::string& name)> stored;
   Wire<void(const std::string& name)> recalled;
+  // Another setup is to take the place of the one that stands ("Tape 2.nrv is recalled"): goes on once the
+  // operator has settled what becomes of unsaved changes, and not at all where that is to keep them.
+  Wire<void(const std::string& what, const std::function<void()>& go)> before;
+  // A setup file has been stored or recalled, whole with its folder.
+  Wire<void(const std::string& path)> used;
   // Gives the adaptive filter of a stage in the unit what it is to have learned.
   Wire<Transmission(int stage, std::span<const std::int32_t> coefficients)> sendLearned;
   OpenSetup open;

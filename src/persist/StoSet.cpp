@@ -3,9 +3,9 @@
 #include <filesystem>
 #include <system_error>
 
-#include "model/FieldAccess.h"
 #include "persist/Description.h"
 #include "persist/FileNames.h"
+#include "persist/SetupFiles.h"
 
 namespace vc {
 
@@ -22,7 +22,13 @@ StoSet::StoSet(SetupContext& setupContext)
   chooser.txtFileName.keyPress = [this](int code) {
     if (code == EnterKey && btnOK.core.Usable()) btnOK.Click();
   };
-  btnOK.clicked = [this] { context.Attempt(form, [this] { return Store(); }); };
+  btnOK.clicked = [this] {
+    bool stored = false;
+    const std::function<void()> then = whenStored;  // the form's end forgets it
+    context.Attempt(form, [&] { return stored = Store(); });
+    if (stored) Raise(then);
+  };
+  form.unloaded = [this] { whenStored = nullptr; };
   context.BindCancel(form, btnCancel);
 }
 
@@ -61,49 +67,20 @@ std::string StoSet::AboutFile() const {
 bool StoSet::Store() {
   const std::string name = WithExtension(chooser.txtFileName.Text(), chooser.extension);
   if (!MayWrite(name)) return false;
-  if (!context.Work([this, &name] { return Write(name); })) return Fail(name);
-  context.Remember(chooser.Path(name));
-  return true;
+  const std::string text = Edited(context.settings.setupDescription, txtDescription.Text());
+  if (StoreSetup(context, chooser.Path(name), text, chkProtect.Value() ? 1 : 0)) return true;
+  TellNotStored(context, name);
+  chooser.folders.Refresh();
+  return false;
 }
 
 bool StoSet::MayWrite(const std::string& name) const {
   SetupHeader header;
   if (!context.setups.ReadFileHeader(chooser.Path(name), header)) return true;
   if (!CheckModelId(header.identifier)) return true;
-  if (header.protect != 1) {
-    return context.Warn(box::InformationYesNo, "File Already Exists",
-                        name + " already exists. Do you wish to overwrite?") == Answer::Yes;
-  }
-  context.Warn(box::Exclamation, "Protected File Already Exists",
-               name +
-                   " already exists and is protected. You will need to select a different filename if you "
-                   "wish to store this setup.");
-  return false;
-}
-
-bool StoSet::Write(const std::string& name) {
-  std::string& description = context.settings.setupDescription;
-  const std::string before = description;
-  const std::string text = Edited(before, txtDescription.Text());
-  const std::int16_t protect = chkProtect.Value() ? 1 : 0;
-  description = text;  // for the file, and kept only if that has been written
-  // A folder's name with nothing behind it would become a hidden file in it.
-  const bool written = HasExtension(LastPart(name), chooser.extension) &&
-                       context.setups.SaveSetupFile(chooser.Path(name), protect);
-  description = before;
-  if (written) {
-    context.edits.Apply({{&RowOf<&SystemSettings::setupDescription>(), 0, 0, text}}, {"File Description"});
-    context.stored(LastPart(name));
-    context.open.Take(chooser.Path(name));
-  }
-  return written;
-}
-
-bool StoSet::Fail(const std::string& name) {
-  context.Warn(box::Exclamation, "Unable to Save File",
-               name + ".  Disk Full or " + name + " cannot be opened.  Cancelling parameter store...");
-  chooser.folders.Refresh();
-  return false;
+  if (ProtectedInTheWay(context, chooser.Path(name), name)) return false;
+  return context.Warn(box::InformationYesNo, "File Already Exists",
+                      name + " already exists. Do you wish to overwrite?") == Answer::Yes;
 }
 
 }  // namespace vc

@@ -1,6 +1,7 @@
 // "Store Setup": writes the record into a file of the operator's choice.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "persist/FileChooser.h"
@@ -19,6 +20,9 @@ struct StoSet {
   Button btnOK{form, "btnOK", "OK"};
   Button btnCancel{form, "btnCancel", "Cancel"};
 
+  // What waits for the store that the window is open for. It goes with the window where nothing is stored.
+  std::function<void()> whenStored;
+
   // Filled anew from the record, with the file that is open.
   void Fill();
   // With the window on show: stores to the open file, with all that is asked before. The window stays where
@@ -31,8 +35,6 @@ struct StoSet {
   bool Store();
   // False where a protected file stands in the way, or the operator wants to keep the one that does.
   bool MayWrite(const std::string& name) const;
-  bool Write(const std::string& name);
-  bool Fail(const std::string& name);
 
   SetupContext& context;
 };

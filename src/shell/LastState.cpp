@@ -94,7 +94,12 @@ bool LastState::LoadFrom(const std::string& path) {
   std::int16_t flag = TakeConnection;
   std::string behind;
   const bool loaded = setups.LoadSetupFile(path, flag, &behind);
-  if (loaded && TakeOther(behind)) return true;
+  if (loaded) {
+    SetupHeader header;
+    setups.ReadFileHeader(path, header);
+    found = {true, header.description};
+    if (TakeOther(behind)) return true;
+  }
   Spare(path);
   if (loaded) unkeptSince = platform.clock.Microseconds();  // what has been read is in no file now
   return loaded;

@@ -31,6 +31,16 @@ struct LastState {
   // is put aside; one that cannot be read stays, and what this run leaves has another name. Told are that,
   // coefficients that could not be put into their files, and a missing factory setup.
   void Load();
+  // What Load found: a state of an earlier run, and the description in it, which a start does not take.
+  struct Found {
+    bool state = false;
+    std::string description{};
+  };
+  const Found& Earlier() const { return found; }
+  // The folder's state is this run's own.
+  bool Claimed() const { return claim != nullptr; }
+  // False where another program keeps its state here.
+  bool KeepsState() const { return !heldElsewhere; }
   // At once, without what the unit has learned.
   void KeepNow();
   // At the exit: with what the unit has learned, or without where that cannot be had. A failure is told.
@@ -67,6 +77,7 @@ struct LastState {
   SetupPair& pair;
   std::unique_ptr<FileLock> claim;
   bool heldElsewhere = false;
+  Found found;
   std::string keptAt;                       // the path of what this run leaves
   std::string usualNote;                    // while nothing is wrong
   SystemSettings seen;                      // at the last look

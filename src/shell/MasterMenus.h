@@ -15,6 +15,10 @@ struct MasterMenus {
   MenuEntry mnuSave{mnuFile, "mnuSave", "&Save Setup File"};
   MenuEntry mnuSaveOpen{mnuFile, "mnuSaveOpen", "Save to Open Fi&le"};
   MenuEntry mnuOpen{mnuFile, "mnuOpen", "&Open Setup File"};
+  MenuEntry mnuRecent{mnuFile, "mnuRecent", "&Recent Files"};
+  // Named as the files are; the whole path is the tip.
+  ControlArray<MenuEntry, 1, 8> mnuRecentFile{mnuRecent, "mnuRecentFile", {}};
+  MenuEntry mnuRevert{mnuFile, "mnuRevert", "Re&vert to File"};
   MenuEntry mnuViewDescription{mnuFile, "mnuViewDescription", "&Edit File Description"};
   MenuEntry mnuWorkingFolder{mnuFile, "mnuWorkingFolder", "Edit &Working Folder"};
   MenuEntry mnuClean{mnuFile, "mnuClean", "&Clean a Recording..."};

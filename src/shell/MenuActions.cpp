@@ -190,7 +190,8 @@ void MenuActions::AskForNewSetup() {
       box::InformationYesNo, "Create New Setup",
       "Make sure you have saved your current configuration before creating a new setup.\nSetup Recall may "
       "require 60 seconds to complete. Do you still wish to create a new setup?");
-  if (answer == Answer::Yes) around.session.newSetup();
+  if (answer != Answer::Yes) return;
+  around.session.before("a new one is begun", [this] { around.session.newSetup(); });
 }
 
 }  // namespace vc

@@ -1,6 +1,7 @@
 // What the menus and the keys of the master control panel do, but for the connection.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "model/EditHistory.h"
@@ -21,6 +22,7 @@ struct Windows;
 // What only the session can do.
 struct SessionCalls {
   Wire<void()> newSetup;
+  Wire<void(const std::string& what, const std::function<void()>& go)> before;  // see SetupContext
   Wire<void()> exit;
   // No unit was found: true where the simulated one runs instead now.
   Wire<bool()> offerUnit;

@@ -43,6 +43,8 @@ Session::Session(Platform host)
       cleaning(CleaningParts()),
       look(platform, master),
       windows(WindowWires()),
+      trail(host.files, JoinPath(host.desk.InstallFolder(), SetupTrail::FileName)),
+      atHand({setupContext, windows, master.menus, trail}),
       reportSources({settings, host.clock, host.desk, host.events, device, spectrumReader, master, displays}),
       report(host.clock, reportSources.Wires()),
       printouts({host.printers, host.desk, windows}),
@@ -122,25 +124,28 @@ SetupHooks Session::SetupWires() {
 }
 
 SetupContext Session::SetupContextWires() {
-  return {.settings = settings,
-          .setups = setups,
-          .files = platform.files,
-          .desk = platform.desk,
-          .forms = forms,
-          .edits = edits,
-          .switchMainTimer =
-              [this](bool on) {
-                const bool before = periodic.tmrBargraph->Enabled();
-                periodic.EnableMainTimer(on);
-                return before;
-              },
-          .stored = [this](const std::string& /*name*/) { platform.files.Settle(); },
-          .recalled = [this](const std::string& /*name*/) { TakeOnSetup(); },
-          .sendLearned =
-              [this](int stage, std::span<const std::int32_t> coefficients) {
-                return download.SendLearned(stage, coefficients);
-              },
-          .open = {settings, [this] { ShowOpenSetup(); }}};
+  return {
+      .settings = settings,
+      .setups = setups,
+      .files = platform.files,
+      .desk = platform.desk,
+      .forms = forms,
+      .edits = edits,
+      .switchMainTimer =
+          [this](bool on) {
+            const bool before = periodic.tmrBargraph->Enabled();
+            periodic.EnableMainTimer(on);
+            return before;
+          },
+      .stored = [this](const std::string& /*name*/) { platform.files.Settle(); },
+      .recalled = [this](const std::string& /*name*/) { TakeOnSetup(); },
+      .before = [this](const std::string& what, const std::function<void()>& go) { atHand.Before(what, go); },
+      .used = [this](const std::string& path) { atHand.Used(path); },
+      .sendLearned =
+          [this](int stage, std::span<const std::int32_t> coefficients) {
+            return download.SendLearned(stage, coefficients);
+          },
+      .open = {settings, [this] { ShowOpenSetup(); }}};
 }
 
 SetupPair::Around Session::PairParts() {
@@ -164,12 +169,19 @@ MasterControl::Around Session::MasterParts() {
           .look = look,
           .reports = reports,
           .session = {.newSetup = [this] { NewSetup(); },
+                      .before = [this](const std::string& what,
+                                       const std::function<void()>& go) { atHand.Before(what, go); },
                       .exit =
                           [this] {
                             const bool now = !platform.events.endRefused;
                             if (now && !windows.Get<FrmClean>("FrmClean").MayEnd()) return;
-                            if (now) Exit();
-                            platform.events.RequestEnd();
+                            const auto end = [this, now] {
+                              if (now) Exit();
+                              platform.events.RequestEnd();
+                            };
+                            // What is kept for the next run is not lost.
+                            if (!now || lastState.KeepsState()) return end();
+                            atHand.Before("the program ends", end);
                           },
                       .offerUnit = [this] { return unitConnection.OfferInstead(); },
                       .showUnit = [this] { unitConnection.ShowStarted(); },
@@ -343,6 +355,7 @@ void Session::Start() {
   InitSettings(settings);
   lastState.Claim();
   lastState.Load();
+  trail.Load();
   look.Load();
   master.ConfigMasterControl();
   periodic.ShowLevelBars();
@@ -354,7 +367,7 @@ void Session::FinishStart() {
   TellAtStart(device.comm.CommPortOpen ? "Sending the settings to " + ApplicationTitle
                                        : "Fitting the filters");
   config.ConfigureStages(true);
-  setupContext.open.Take({});
+  atHand.TakeUp(lastState.Earlier(), device.status.unitOption);
   windows.Close("FrmSplash");
   forms.Show(master.form);
   periodic.pollMode = poll::MainLevels;
@@ -403,6 +416,7 @@ void Session::NewSetup() {
     setupContext.open.Take({});
   });
   settings.loadingSetup = false;
+  ShowOpenSetup();
   platform.desk.SetHourglass(false);
 }
 
@@ -412,6 +426,8 @@ void Session::ShowOpenSetup() {
   const std::string name = (path.empty() ? ApplicationTitle : LastPart(path)) + SetupMark();
   master.form.SetCaption(mark + name + caption + (path.empty() ? "" : " - " + ApplicationTitle));
   master.lblSetupFile.core.SetCaption(path);
+  atHand.ShowMenus();
+  if (!settings.loadingSetup && lastState.KeepsState()) trail.KeepOpen(path);
 }
 
 std::string Session::SetupMark() const { return pair.Heard() == SetupPair::A ? "" : " (Setup B)"; }

@@ -29,6 +29,7 @@
 #include "shell/ReportSources.h"
 #include "shell/Reports.h"
 #include "shell/SetupPair.h"
+#include "shell/SetupsAtHand.h"
 #include "shell/UnitConnection.h"
 #include "shell/Windows.h"
 #include "sound/CleanRun.h"
@@ -70,6 +71,8 @@ struct Session {
   CleanRun cleaning;
   Look look;
   Windows windows;
+  SetupTrail trail;
+  SetupsAtHand atHand;
   ReportSources reportSources;
   modReport report;
   Printouts printouts;

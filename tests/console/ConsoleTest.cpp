@@ -154,6 +154,24 @@ TEST_F(Consoles, WhatMustStayOpenSaysWhy) {
   EXPECT_FALSE(loop.Ending());
 }
 
+TEST_F(Consoles, AFileIsDroppedAndTheQuestionTakesTheNextAnswer) {
+  vc::SystemSettings made;
+  vc::InitSettings(made);
+  made.ihpfCutoff = 444;
+  const std::string file = folder.Path() + "/two  blanks \\n.nrv";
+  support::Put(file, vc::WriteSetup(made, 0, {}));
+  EXPECT_EQ(Say("drop").find("error"), 0U);
+  EXPECT_NE(Say("drop " + folder.Path() + "/none.nrv").find("There is no file"), std::string::npos);
+  const std::string drop = "drop " + folder.Path() + "/two  blanks \\\\n.nrv";
+  Say("record ihpfCutoff 333");
+  EXPECT_NE(Say(drop).find("box\t51\tUnsaved Changes\t"), std::string::npos);
+  EXPECT_EQ(session.settings.ihpfCutoff, 333);
+  Say("answer no");
+  const std::string told = Say(drop);
+  EXPECT_TRUE(told.ends_with("\tno\n")) << told;
+  EXPECT_EQ(session.settings.ihpfCutoff, 444);
+}
+
 TEST_F(Consoles, NonsenseIsOneLineOfError) {
   for (const char* bad :
        {"nonsense", "get", "set", "set txtComInfo", "click mnuAbout.x", "key Ctrl+Alt+Del", "click .",

@@ -73,7 +73,7 @@ TEST_F(Installed, StartsAndBeginsANewSetupWhereTheCurrentFolderMayNotBeEntered) 
   Program console("/bin/sh",
                   {"-c", "cd '" + shut.string() + "' && chmod 0 . && exec " + dropRoot + " " + program});
   console.Say("record bandwidthIndex 3");
-  console.Say("answer yes");
+  console.Say("answer yes no");
   console.Say("menu mnuNew");
   console.Say("record bandwidthIndex");
   EXPECT_EQ(console.Await("box"),

@@ -28,6 +28,8 @@ struct SetupWindows : support::SetupFixture {
                            support::DeadEnd{},
                            support::DeadEnd{},
                            support::DeadEnd{},
+                           [](const std::string& /*what*/, const std::function<void()>& go) { go(); },
+                           support::DeadEnd{},
                            support::DeadEnd{},
                            {settings, support::DeadEnd{}}};
   vc::StoSet store{context};

@@ -213,7 +213,7 @@ TEST_P(Curves, AreNoLongerEditedWhereAnotherOneStands) {
   run.session.history.Undo();
   support::OpenPanel(run, kind.panel);
   begin();
-  run.test.desk.answers = {Answer::Yes};
+  run.test.desk.answers = {Answer::Yes, Answer::No};
   run.session.master.menus.mnuNew.Click();
   EXPECT_EQ(run.Top().name, "MasterControl");
   run.session.history.Undo();

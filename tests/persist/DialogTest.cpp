@@ -2,6 +2,7 @@
 #include "LoneEdits.h"
 #include "SetupFixture.h"
 #include "VirtualClock.h"
+#include "model/Kinds.h"
 #include "persist/Description.h"
 #include "persist/FrmWorkingFolder.h"
 #include "persist/RecSet.h"
@@ -26,6 +27,8 @@ struct Dialogs : support::SetupFixture {
                        .switchMainTimer = [this](bool on) { return std::exchange(timerOn, on); },
                        .stored = [this](const std::string& name) { told += "stored " + name; },
                        .recalled = [this](const std::string& name) { told += "recalled " + name; },
+                       .before = [](const std::string& /*what*/, const std::function<void()>& go) { go(); },
+                       .used = support::DeadEnd{},
                        .sendLearned = support::DeadEnd{},
                        .open = {settings, support::DeadEnd{}}};
   StoSet store{context};
@@ -296,6 +299,58 @@ TEST_F(Dialogs, ARecallTakesWhatTheFileHolds) {
   EXPECT_EQ(settings.lpfCutoff[1], 999);
   EXPECT_EQ(told, "recalled plain.NRVrecalled no extensionrecalled x.nrv");
   EXPECT_EQ(Boxes(), "");
+}
+
+TEST_F(Dialogs, TheChainOfAFileShowsWhenItIsChosenAndChangesNothing) {
+  SystemSettings made = settings;
+  made.configMode = ConfigMode::StereoIndependent;
+  made.bandwidthIndex = 3;
+  made.numFilters = 2;
+  made.filterType[1] = FilterKind::Notch;
+  made.filterType[2] = FilterKind::Lowpass;
+  made.filterType[4] = FilterKind::Comb;
+  made.filterActive.Fill(1);
+  made.filterActive[2] = 0;
+  made.broadbandActive.Fill(0);
+  made.procEnabled = 1;
+  const std::string text = WriteSetup(made, 0, {});
+  support::Put(Path("two.nrv"), text);
+  support::Put(Path("worse.nrv"), text.substr(0, text.size() / 2) + "\r\nabc\r\n");
+  const SystemSettings before = settings;
+  Show(recall);
+  EXPECT_EQ(Shown("txtSummary"), "");
+  Choose("fileVw", "two.nrv");
+  const std::string shown = Shown("txtSummary");
+  const auto order = {"Stereo Independent, 8",
+                      "Left",
+                      "Noise Reducer (off)",
+                      "1. Notch",
+                      "2. Lowpass",
+                      "(off)",
+                      "Right",
+                      "1. Comb",
+                      "Limiter"};
+  std::size_t at = 0;
+  for (const std::string part : order) {
+    const std::size_t next = shown.find(part, at);
+    EXPECT_NE(next, std::string::npos) << part << " in\n" << shown;
+    if (next != std::string::npos) at = next;
+  }
+  EXPECT_EQ(shown.find("3. "), std::string::npos);
+  EXPECT_NE(shown.find("1. Notch\n"), std::string::npos) << shown;
+  Choose("fileVw", "worse.nrv");
+  EXPECT_EQ(Shown("txtSummary"), "This file is damaged.");
+  Type("txtFileName", "none");
+  EXPECT_EQ(Shown("txtSummary"), "");
+  EXPECT_TRUE(settings == before);
+}
+
+TEST_F(Dialogs, AFolderOfManySetupsIsReadFileByFile) {
+  for (int n = 0; n < 300; ++n) support::Put(Path(std::to_string(n) + ".nrv"), "\"VELTRA\"\r\n\"\"\r\n0\r\n");
+  const int before = files.operations;
+  Show(recall);
+  Choose("fileVw", "7.nrv");
+  EXPECT_LT(files.operations - before, 40);
 }
 
 TEST_F(Dialogs, ARecallSaysWhichCompanionCouldNotBeWrittenAndCounts) {

@@ -36,7 +36,7 @@ const std::pair<const char*, End> Ends[] = {{"OK", [](Beside& run) { run.Click("
                                             {"another kind", [](Beside& run) { run.session.history.Undo(); }},
                                             {"another setup",
                                              [](Beside& run) {
-                                               run.test.desk.answers = {Answer::Yes};
+                                               run.test.desk.answers = {Answer::Yes, Answer::No};
                                                run.session.master.menus.mnuNew.Click();
                                              }},
                                             {"fewer filters", [](Beside& run) {

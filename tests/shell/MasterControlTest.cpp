@@ -127,12 +127,13 @@ TEST(MasterPanel, ParkedLevelsStayWithTheirSetup) {
   EXPECT_TRUE(run.session.setups.SaveSetupFile(run.test.desk.InstallFolder() + "/plain.nrv", 0));
   run.Click("mnuOpen");
   run.Type("txtFileName", "plain");
+  run.test.desk.answers = {Answer::No};
   run.Click("btnOK");
   run.Click("mnuLevelControls");
   EXPECT_EQ(run.Get("txtGain(0)"), "0");
 
   run.Click("mnuLevelControls");
-  run.test.desk.answers = {Answer::Yes};
+  run.test.desk.answers = {Answer::Yes, Answer::No};
   run.Click("mnuNew");
   run.Set("sldrLevel(0)", "220");
   run.Click("mnuLevelControls");

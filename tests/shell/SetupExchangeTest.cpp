@@ -13,7 +13,6 @@ using support::SetupOf;
 using support::States;
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 TEST_F(States, ANewSetupIsAskedForAndKeepsTheLink) {
   Outing run(*this);
@@ -27,7 +26,7 @@ TEST_F(States, ANewSetupIsAskedForAndKeepsTheLink) {
   session.device.DisconnectZorq(true);
   session.settings.comPort = 3;
   session.master.menus.mnuConnect.Click();
-  run.desk.answers = {Answer::Yes};
+  run.desk.answers = {Answer::Yes, Answer::No};
   EXPECT_EQ(run.Do("mnuNew"), "");
   EXPECT_EQ(session.settings.bandwidthIndex, 0);
   EXPECT_EQ(session.settings.comPort, 3);
@@ -70,6 +69,7 @@ TEST_F(States, ASetupGoesOutToAFileAndComesBackIntoTheUnit) {
   run.loop.RunFor(1000);
   EXPECT_EQ(run.Do("mnuOpen"), "");
   EXPECT_EQ(run.Do("txtFileName", "Tape 1"), "");
+  run.desk.answers = {Answer::No};
   EXPECT_EQ(run.Do("btnOK"), "");
   EXPECT_EQ(session.settings.setupDescription, "Interview \"A\"");
   EXPECT_EQ(session.settings.workingFolder, folder.Path());
@@ -78,7 +78,7 @@ TEST_F(States, ASetupGoesOutToAFileAndComesBackIntoTheUnit) {
   EXPECT_EQ(SetupOf(session), stored);
   EXPECT_EQ(unit.Dump(), held);
   EXPECT_TRUE(session.periodic.tmrBargraph->Enabled());
-  EXPECT_THAT(run.Titles(), IsEmpty());
+  EXPECT_THAT(run.Titles(), ElementsAre("Unsaved Changes"));
 }
 
 TEST_F(States, TheTitleTellsWhatIsNotStored) {
@@ -111,6 +111,7 @@ TEST_F(States, TheTitleTellsWhatIsNotStored) {
 
   run.Edit("ihpfCutoff", "200");
   press("Ctrl+O");
+  run.desk.answers = {Answer::No};
   EXPECT_EQ(run.Do("btnOK"), "");  // the name is there still
   EXPECT_EQ(session.settings.ihpfCutoff, 400);
   EXPECT_EQ(form.Caption(), "Tape.nrv Master Control Panel - Veltrana");

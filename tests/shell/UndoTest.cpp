@@ -166,7 +166,7 @@ TEST(Undo, ReachesBehindANewSetup) {
   PanelRun run;
   run.Edit("ihpfCutoff", "330");
   run.Edit("setupDescription", "Hall, hum");
-  run.test.desk.answers = {Answer::Yes};
+  run.test.desk.answers = {Answer::Yes, Answer::No};
   run.Click("mnuNew");
   EXPECT_NE(run.record.ihpfCutoff, 330);
   EXPECT_EQ(run.session.history.UndoTitle(), "New Filter Configuration");
@@ -185,6 +185,7 @@ TEST(Undo, ReachesBehindARecall) {
   run.Edit("ihpfCutoff", "330");
   run.Click("mnuOpen");
   run.Type("txtFileName", "hall");
+  run.test.desk.answers = {Answer::No};
   run.Click("btnOK");
   EXPECT_EQ(run.record.ihpfCutoff, 200);
   EXPECT_EQ(run.session.history.UndoTitle(), "Setup Recall");

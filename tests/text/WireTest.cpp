@@ -19,7 +19,7 @@ static_assert(support::FewestWires<FitHooks>() == 6);
 static_assert(support::FewestWires<CoefHooks>() == 6);
 static_assert(support::FewestWires<SetupHooks>() == 3);
 static_assert(support::FewestWires<TickCalls>() == 4);
-static_assert(support::FewestWires<SessionCalls>() == 10);
+static_assert(support::FewestWires<SessionCalls>() == 11);
 static_assert(!std::is_default_constructible_v<SetupContext>);
 static_assert(!std::is_constructible_v<Wire<void()>, std::nullptr_t>);
 static_assert(!std::is_constructible_v<Wire<void()>, void (*)(int)>);

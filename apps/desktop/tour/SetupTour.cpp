@@ -105,7 +105,12 @@ void Tour::RecallSetup(const QString& name) {
   if (window == nullptr) return;
   Type(*window, "txtFileName", name);
   Photograph(window, "recall");
+  boxes.AnswerNext(QMessageBox::No);
   PressOk(*window, form, "the setup is recalled");
+  Expect(boxes.LastTitle() == "Unsaved Changes", "changes that no file holds are asked for");
+  Expect(OpenMenu(Master(), {"mnuFile", "mnuRecent"}) != nullptr, "the recent files opened");
+  Photograph(&Master(), "menu-mnuRecent");
+  CloseMenus(Master());
 }
 
 void Tour::StoreAndRecallFilter() {
