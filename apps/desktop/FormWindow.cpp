@@ -8,12 +8,16 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QDragEnterEvent>
+#include <QFile>
 #include <QLayout>
 #include <QMenuBar>
+#include <QMimeData>
 #include <QResizeEvent>
 #include <QScreen>
 #include <QScrollArea>
 #include <QShortcut>
+#include <QUrl>
 #include <QWindow>
 
 #include "desktop/Application.h"
@@ -35,9 +39,10 @@ bool InMenus(const vc::Form& form, const std::string& combination) {
 
 }  // namespace
 
-FormWindow::FormWindow(vc::Form& shownForm, std::function<void()> closedByOperator)
+FormWindow::FormWindow(vc::Form& shownForm, std::function<void()> closedByOperator, Dropped filesDropped)
     : form(&shownForm),
       closed(std::move(closedByOperator)),
+      dropped(std::move(filesDropped)),
       scroll(new QScrollArea(this)),
       contents(new QWidget(scroll)),
       splash(shownForm.look == vc::FormLook::Splash) {
@@ -55,8 +60,39 @@ FormWindow::FormWindow(vc::Form& shownForm, std::function<void()> closedByOperat
   framed.setInterval(LookMilliseconds);
   connect(&framed, &QTimer::timeout, this, [this] { FitFrame(); });
   AddKeys();
+  CatchDrops();
   Join();
 }
+
+void FormWindow::CatchDrops() {
+  setAcceptDrops(true);
+  for (QWidget* widget : contents->findChildren<QWidget*>()) {
+    if (widget->acceptDrops()) widget->installEventFilter(this);
+  }
+}
+
+bool FormWindow::TakeDrop(QEvent* event) {
+  const QEvent::Type type = event->type();
+  if (type != QEvent::DragEnter && type != QEvent::DragMove && type != QEvent::Drop) return false;
+  auto* drop = static_cast<QDropEvent*>(event);
+  if (!drop->mimeData()->hasUrls()) return false;
+  // Told later: the program that the files come from waits until the drop is over.
+  if (type == QEvent::Drop) {
+    std::vector<std::string> paths;
+    for (const QUrl& url : drop->mimeData()->urls()) {
+      paths.push_back(url.isLocalFile() ? QFile::encodeName(url.toLocalFile()).toStdString()
+                                        : url.toString().toStdString());
+    }
+    QTimer::singleShot(0, this, [tell = dropped, paths] { Application::Guard([&] { tell(paths); }); });
+  }
+  drop->setDropAction(Qt::CopyAction);
+  drop->accept();
+  return true;
+}
+
+void FormWindow::dragEnterEvent(QDragEnterEvent* event) { TakeDrop(event); }
+
+void FormWindow::dropEvent(QDropEvent* event) { TakeDrop(event); }
 
 // The widgets go while the binder that they speak to is still there, and this filter with them: what a widget
 // says on its way out is not heard.
@@ -235,6 +271,7 @@ void FormWindow::resizeEvent(QResizeEvent* event) {
 
 bool FormWindow::eventFilter(QObject* watched, QEvent* event) {
   if (form == nullptr) return event->type() != QEvent::DeferredDelete;
+  if (watched != contents && TakeDrop(event)) return true;
   if (watched == contents && event->type() == QEvent::LayoutRequest) GrowToContents();
   return QMainWindow::eventFilter(watched, event);
 }

@@ -3,6 +3,8 @@
 
 #include <functional>
 #include <memory>
+#include <string>
+#include <vector>
 
 #include <QMainWindow>
 #include <QTimer>
@@ -17,7 +19,9 @@ namespace desktop {
 class FormWindow : public QMainWindow {
  public:
   // closedByOperator is told of the close button of the window's frame; the window itself stays.
-  FormWindow(vc::Form& shownForm, std::function<void()> closedByOperator);
+  // dropped is told of files that were dropped on it, once the drop is over: whole paths.
+  using Dropped = std::function<void(const std::vector<std::string>& paths)>;
+  FormWindow(vc::Form& shownForm, std::function<void()> closedByOperator, Dropped filesDropped);
   ~FormWindow() override;
 
   // Shows it in front; at first in the size that its contents ask for, around the middle of a place.
@@ -30,12 +34,18 @@ class FormWindow : public QMainWindow {
   bool event(QEvent* event) override;
   bool eventFilter(QObject* watched, QEvent* event) override;
   void closeEvent(QCloseEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void resizeEvent(QResizeEvent* event) override;
 
  private:
   void Join();
   void FallSilent();
+  // Text boxes would take the names of dropped files as text.
+  void CatchDrops();
+  // True where it was one of files.
+  bool TakeDrop(QEvent* event);
   void AddKeys();
   void AddKey(const std::string& combination);
   void OpenMenuBar();
@@ -54,6 +64,7 @@ class FormWindow : public QMainWindow {
 
   vc::Form* form;
   std::function<void()> closed;
+  Dropped dropped;
   QScrollArea* scroll;
   QWidget* contents;
   bool splash;

@@ -48,7 +48,9 @@ void FormWindows::Show(const vc::Forms::Entry& entry) {
   const QRect over = AreaUnder(entry);
   QPointer<FormWindow>& window = windows[entry.form];
   if (window == nullptr) {
-    window = new FormWindow(*entry.form, [this, form = entry.form] { forms.Close(*form); });
+    window = new FormWindow(
+        *entry.form, [this, form = entry.form] { forms.Close(*form); },
+        [this](const std::vector<std::string>& paths) { vc::Raise(filesDropped, paths); });
     // Of one that blocks nothing the window system would not know that it stays above its owner.
     const bool beside = entry.owner != nullptr && entry.modality == vc::Modality::Modeless;
     if (beside) window->setWindowFlags(Qt::Dialog | Qt::WindowMinMaxButtonsHint | Qt::WindowCloseButtonHint);

@@ -1,7 +1,10 @@
 // A window for every open form: what the session shows, hides and takes away happens on the screen.
 #pragma once
 
+#include <functional>
 #include <map>
+#include <string>
+#include <vector>
 
 #include <QPointer>
 
@@ -16,6 +19,9 @@ class FormWindows {
   ~FormWindows();
   FormWindows(const FormWindows&) = delete;
   FormWindows& operator=(const FormWindows&) = delete;
+
+  // Files were dropped on one of them.
+  std::function<void(const std::vector<std::string>& paths)> filesDropped;
 
   // Null where the form has no window.
   FormWindow* WindowOf(const vc::Form& form) const;

@@ -20,7 +20,9 @@ QWidget* MenuAround(const Binder& binder, const vc::MenuEntry& entry) {
 void Follow(Binder& binder, vc::MenuEntry& entry, QAction* action) {
   Bound bound;
   bound.showCaption = [action, &entry] { action->setText(ToQt(entry.core.Caption())); };
-  bound.showValue = [action, &entry](std::string_view) {
+  const auto showTip = [action, &entry] { action->setToolTip(ToQt(entry.core.tip).toHtmlEscaped()); };
+  bound.showValue = [action, &entry, showTip](std::string_view) {
+    showTip();
     action->setCheckable(entry.checkable);
     action->setChecked(entry.Checked());
   };
@@ -39,6 +41,7 @@ void BindKind(Binder& binder, vc::MenuEntry& entry) {
   if (!entry.children.empty()) {
     auto* menu = new QMenu(around);
     menu->setObjectName(name);
+    menu->setToolTipsVisible(true);
     around->addAction(menu->menuAction());
     menu->menuAction()->setObjectName(name);
     return Follow(binder, entry, menu->menuAction());

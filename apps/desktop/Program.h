@@ -1,7 +1,9 @@
 // One run of the desktop program: the session and everything that the desktop supplies to it.
 #pragma once
 
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "desktop/FormWindows.h"
 #include "desktop/QtDesk.h"
@@ -20,6 +22,7 @@ namespace desktop {
 struct Program {
   explicit Program(host::Folders where = host::FindFolders()) : folders(std::move(where)) {
     desk.refuseHeld = [this] { return events.RefuseHeld(); };
+    windows.filesDropped = [this](const std::vector<std::string>& paths) { session.atHand.Drop(paths); };
   }
 
   host::Folders folders;

@@ -1,20 +1,29 @@
 // veltrana: the session in windows.
+#include <algorithm>
 #include <iostream>
+#include <string>
+#include <vector>
 
 #include <QTimer>
 
 #include "desktop/Application.h"
 #include "desktop/EndRequests.h"
+#include "desktop/FileRequests.h"
 #include "desktop/Program.h"
 #include "desktop/Theme.h"
 #include "host/StandardStreams.h"
 
 int main(int argc, char** argv) {
-  if (argc > 1) {
-    std::cerr << "veltrana takes no arguments: its configuration lies in the setup files\n";
+  const std::vector<std::string> arguments(argv + 1, argv + std::max(argc, 1));
+  if (arguments.size() > 1 || (!arguments.empty() && arguments.front().starts_with('-'))) {
+    std::cerr << "veltrana takes a setup file and nothing else: its configuration lies in the setup files\n";
     return 2;
   }
   host::FillStandardStreams();
+  const std::string file = arguments.empty() ? "" : host::WholePath(arguments.front());
+  host::Handover handover(host::FindFolders().writable);
+  if (!file.empty() && handover.Give(file)) return 0;  // the running program opens it
+  argc = 1;
   host::EndSignals signals;
   desktop::Application application(argc, argv);
   desktop::ApplyTheme(desktop::SystemTheme());
@@ -24,6 +33,8 @@ int main(int argc, char** argv) {
       signals, [&program] { program.events.RequestEnd(); },
       [&program] { program.session.lastState.KeepNow(); },
       [&program] { return static_cast<bool>(program.events.endRefused); });
+  desktop::FileRequests files(program, handover);
+  if (!file.empty()) files.Add(file);
   // From within the running loop, so that the message boxes of the start work.
   QTimer start;
   start.setSingleShot(true);
