@@ -51,7 +51,9 @@ std::string Joined(const std::vector<std::string>& words, const std::string& bet
 std::string OfAll(const std::vector<std::string>& places, const std::vector<std::string>& said) {
   if (std::ranges::adjacent_find(said, std::not_equal_to<>()) == said.end()) return said.front();
   std::vector<std::string> each;
-  for (std::size_t i = 0; i < said.size(); ++i) each.push_back(places[i] + ": " + said[i]);
+  for (std::size_t i = 0; i < said.size(); ++i) {
+    each.push_back((places[i].empty() ? "" : places[i] + ": ") + said[i]);
+  }
   return Joined(each, "; ");
 }
 

@@ -3,13 +3,38 @@
 #include <algorithm>
 
 #include "manual/OpenForms.h"
+#include "manual/Spread.h"
 #include "widgets/ControlText.h"
 #include "widgets/Controls.h"
 
 namespace manual {
 namespace {
 
-FormFacts FactsOf(const vc::Form& form) {
+// What one slider of a panel shows over all that the others can be set to; empty where it hangs on none of
+// them.
+std::string RangeWithOthers(OpenForms& forms, const ControlGroup& group) {
+  vc::Session& session = forms.session;
+  vc::Slider* slider = vc::SliderIn(group.controls.front());
+  if (slider == nullptr || group.controls.size() > 1 || !session.panels.IsOpen()) return {};
+  const vc::SystemSettings before = session.settings;
+  bool hangs = false;
+  std::string ranges;
+  const auto boxes = vc::TextsOf(*slider);
+  for (const vc::TextBox* box : boxes) {
+    const auto spread = SpreadOf(*slider, *box);
+    session.settings = before;
+    session.panels.Refresh();
+    if (!spread) return {};
+    hangs = hangs || spread->hangs;
+    const std::string caption =
+        boxes.size() > 1 && !box->core.Caption().empty() ? box->core.Caption() + " " : "";
+    ranges += (ranges.empty() ? "" : "; ") + caption + spread->lower + " to " + spread->upper +
+              (box->unit.empty() ? "" : " " + box->unit);
+  }
+  return hangs ? ranges + ", as other settings here leave it" : std::string{};
+}
+
+FormFacts FactsOf(OpenForms& forms, const vc::Form& form) {
   FormFacts facts{.name = form.name, .caption = form.Caption()};
   for (const ControlGroup& group : GroupsOf(form)) {
     FormFacts::Row row{{}, FactsOf(group)};
@@ -17,6 +42,8 @@ FormFacts FactsOf(const vc::Form& form) {
       const std::string& name = vc::CoreOf(control).name;
       if (row.names.empty() || row.names.back() != name) row.names.push_back(name);
     }
+    const std::string range = RangeWithOthers(forms, group);
+    if (!range.empty()) row.facts.range = range;
     facts.rows.push_back(row);
   }
   for (const vc::AnyControl& control : form.controls) {
@@ -31,7 +58,7 @@ FormFacts FactsOf(const vc::Form& form) {
 
 std::vector<FormFacts> Now(OpenForms& forms) {
   std::vector<FormFacts> all;
-  forms.ForEach([&all](vc::Form& form) { all.push_back(FactsOf(form)); });
+  forms.ForEach([&](vc::Form& form) { all.push_back(FactsOf(forms, form)); });
   return all;
 }
 

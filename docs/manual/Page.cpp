@@ -20,14 +20,15 @@ std::string Spaced(std::string_view address) {
 // What all pages have around them; up leads to the folder of the front page.
 std::string Whole(const std::string& title, const std::string& up, const std::string& inside) {
   const std::string folder = up.empty() ? std::string(vc::HelpFolder) + "/" : "";
-  const std::string home = "<a href=\"" + up + Spaced(vc::HelpFrontPage) + "\">";
+  const std::string home = "<header><a href=\"" + up + Spaced(vc::HelpFrontPage) + "\">" +
+                           Escaped(vc::ApplicationTitle) + " Help</a></header>\n";
   return "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
          "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n"
          "<meta name=\"color-scheme\" content=\"light dark\">\n<title>" +
          Escaped(title) + " - " + Escaped(vc::ApplicationTitle) +
-         "</title>\n<link rel=\"stylesheet\" href=\"" + folder + "manual.css\">\n</head>\n<body>\n<header>" +
-         home + Escaped(vc::ApplicationTitle) + " Help</a></header>\n<main>\n<h1>" + Escaped(title) +
-         "</h1>\n" + inside + "</main>\n</body>\n</html>\n";
+         "</title>\n<link rel=\"stylesheet\" href=\"" + folder + "manual.css\">\n</head>\n<body>\n" +
+         (up.empty() ? "" : home) + "<main>\n<h1>" + Escaped(title) + "</h1>\n" + inside +
+         "</main>\n</body>\n</html>\n";
 }
 
 std::string Figure(const std::string& picture, const std::string& of) {
