@@ -29,6 +29,7 @@ void Tour::ShowDisplays() {
     UsePanel(*window, form + ", measured");
     if (linked) QTest::qWait(LookMilliseconds);
     Photograph(window, form);
+    ShowOver(*window, form);
     ShowBesidePanel(*window, form);
     ShowFullScreen(*window, form);
     Press(*window, "btnClose");

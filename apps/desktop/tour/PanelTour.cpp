@@ -150,6 +150,7 @@ void Tour::ShowPanels() {
     UsePanel(*window, form);
     if (window->findChild<QWidget*>("FilterDisplay") != nullptr) DrawCurve(*window, form);
     if (form == "CtlSIF") DrawCustomCurve(*window);
+    ShowOver(*window, form);
     Press(*window, "btnOK");
     Await([this, &form] { return program.session.forms.Find(form) == nullptr; }, "OK closes it");
   }
@@ -169,6 +170,29 @@ void Tour::DrawCustomCurve(desktop::FormWindow& over) {
   if (window == nullptr) return;
   DrawCurve(*window, "CtlCustomCurve");
   Press(*window, "btnOK");
+}
+
+void Tour::ShowOver(desktop::FormWindow& over, const std::string& form) {
+  struct Opening {
+    std::string_view form;
+    const char *button, *opened;  // without a button it is Ctrl+N
+  };
+  constexpr auto openings = std::to_array<Opening>({{"CtlNoiseReducer", nullptr, "CtlNoiseParms"},
+                                                    {"Ctl1CH", "btnAdjustMaximum", "FSAdjust"},
+                                                    {"SpecDisp", "btnSave", "SaveDisplay"},
+                                                    {"FrmUnit", "btnSource", "ChooseSound"}});
+  const auto* opening = std::ranges::find(openings, form, &Opening::form);
+  if (opening == openings.end()) return;
+  if (opening->button == nullptr) {
+    QTest::keyClick(&over, Qt::Key_N, Qt::ControlModifier);
+  } else {
+    Press(over, opening->button);
+  }
+  const std::string opened = opening->opened;
+  desktop::FormWindow* window = OpenedByName(opened);
+  if (window == nullptr) return;
+  QTest::keyClick(window, Qt::Key_Escape);
+  Await([this, &opened] { return program.session.forms.Find(opened) == nullptr; }, "Escape closes it");
 }
 
 void Tour::UsePanel(desktop::FormWindow& window, const std::string& form) {

@@ -53,6 +53,8 @@ class Tour {
   void DrawCurve(desktop::FormWindow& window, const std::string& form);
   void AwaitSpectrum();
   void DrawCustomCurve(desktop::FormWindow& over);
+  // What a panel opens over itself, by a button or a key: a picture, and away again.
+  void ShowOver(desktop::FormWindow& over, const std::string& form);
   void StoreInMemory();
   // The displays, each with a panel beside it and over the whole screen.
   void ShowDisplays();

@@ -42,6 +42,7 @@ void Tour::ShowUnit() {
   QTest::keyClick(window->findChild<QWidget*>("pbxWave"), Qt::Key_B);
   Await([&session] { return session.unit.state["bypass"].True(); }, "B lets the sound before be heard");
   Photograph(window, "unit-recording");
+  ShowOver(*window, form.name);
   Photograph(&Master(), "master-before");
   CleanRecording();
   click("btnStop");
