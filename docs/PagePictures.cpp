@@ -14,16 +14,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Five bits of a channel are more than a window's colours need, and make a file half as long.
+// Six bits of a channel are more than a window's colours need, and make a shorter file.
 QImage Reduced(const QImage& original) {
   constexpr int widest = 960;
-  constexpr int coarse = 0xF8, half = 4;
+  constexpr int step = 4;
   QImage image =
       original.width() > widest ? original.scaledToWidth(widest, Qt::SmoothTransformation) : original;
   image = image.convertToFormat(QImage::Format_RGB888);
   const auto rounded = [](uchar value) {
-    const int near = std::min(value + half, 255) & coarse;
-    return static_cast<uchar>(near == coarse ? 255 : near);
+    return static_cast<uchar>(std::min((value + step / 2) / step * step, 255));
   };
   for (int row = 0; row < image.height(); ++row) {
     uchar* line = image.scanLine(row);

@@ -9,6 +9,7 @@
 #include "desktop/tour/Tour.h"
 #include "model/Kinds.h"
 #include "shell/PanelHost.h"
+#include "widgets/Controls.h"
 
 namespace tour {
 namespace {
@@ -191,8 +192,8 @@ void Tour::ShowOver(desktop::FormWindow& over, const std::string& form) {
   const std::string opened = opening->opened;
   desktop::FormWindow* window = OpenedByName(opened);
   if (window == nullptr) return;
-  QTest::keyClick(window, Qt::Key_Escape);
-  Await([this, &opened] { return program.session.forms.Find(opened) == nullptr; }, "Escape closes it");
+  Press(*window, program.session.forms.Find(opened)->cancelButton->core.name.c_str());
+  Await([this, &opened] { return program.session.forms.Find(opened) == nullptr; }, "its button closes it");
 }
 
 void Tour::UsePanel(desktop::FormWindow& window, const std::string& form) {
