@@ -185,6 +185,8 @@ void Tour::ShowOver(desktop::FormWindow& over, const std::string& form) {
   const auto* opening = std::ranges::find(openings, form, &Opening::form);
   if (opening == openings.end()) return;
   if (opening->button == nullptr) {
+    over.activateWindow();
+    Expect(QTest::qWaitForWindowActive(&over, PatienceMilliseconds), form + " has the keyboard");
     QTest::keyClick(&over, Qt::Key_N, Qt::ControlModifier);
   } else {
     Press(over, opening->button);
