@@ -43,6 +43,18 @@ std::vector<double> GainsOf(const SystemSettings& settings, const ChainBasis& ba
   return GainsAt(*highpass, cycles);
 }
 
+// The telling ones that lie within the others, sorted in.
+std::vector<double> Merged(std::span<const double> frequencies, std::span<const double> telling) {
+  std::vector<double> all(frequencies.begin(), frequencies.end());
+  if (all.empty()) return all;
+  std::ranges::copy_if(telling, std::back_inserter(all),
+                       [&](double one) { return one > frequencies.front() && one < frequencies.back(); });
+  std::ranges::sort(all);
+  const auto again = std::ranges::unique(all);
+  all.erase(again.begin(), again.end());
+  return all;
+}
+
 float Decibels(double gain) {
   return std::max(ChainResponse::LowestPart, static_cast<float>(20 * std::log10(std::abs(gain))));
 }
@@ -75,10 +87,14 @@ bool ChainResponse::Follow(const SystemSettings& settings, std::span<const doubl
       if (IsDesigned(filter)) channel.parts.push_back(Taken(settings, filter, before));
     }
   }
-  places = AllPlaces(settings, frequencies);
+  std::vector<double> telling;
+  for (const Channel& channel : channels) {
+    for (const Part& part : channel.parts) std::ranges::copy(part.telling, std::back_inserter(telling));
+  }
+  places = Merged(frequencies, telling);
   const std::size_t computedBefore = computed;
   for (Channel& channel : channels) {
-    for (Part& part : channel.parts) Fill(settings, part);
+    for (Part& part : channel.parts) Fill(settings, part, frequencies);
     Sum(channel);
   }
   return computed != computedBefore || places != placesBefore ||
@@ -102,38 +118,28 @@ ChainResponse::Part ChainResponse::Taken(const SystemSettings& settings, const C
   return part;
 }
 
-std::vector<double> ChainResponse::AllPlaces(const SystemSettings& settings,
-                                             std::span<const double> frequencies) const {
-  std::vector<double> all(frequencies.begin(), frequencies.end());
-  for (const Channel& channel : channels) {
-    for (const Part& part : channel.parts) std::ranges::copy(part.telling, std::back_inserter(all));
-  }
-  std::ranges::sort(all);
-  const auto again = std::ranges::unique(all);
-  all.erase(again.begin(), again.end());
-  if (frequencies.empty()) return all;
-  const double last = std::min<double>(frequencies.back(), static_cast<double>(settings.sampleRate) / 2);
-  std::erase_if(all, [&](double place) { return place < frequencies.front() || place > last; });
-  return all;
-}
-
-// At the places where it has not been computed yet.
-void ChainResponse::Fill(const SystemSettings& settings, Part& part) {
-  if (part.places == places) return;
-  std::vector<double> missing;
-  std::ranges::set_difference(places, part.places, std::back_inserter(missing));
-  const std::vector<double> gains = GainsOf(settings, part.basis, missing);
-  computed += missing.size();
-  std::vector<float> all;
-  all.reserve(places.size());
-  std::size_t known = 0, added = 0;
-  for (const double place : places) {
-    while (known < part.places.size() && part.places[known] < place) ++known;
-    const bool there = known < part.places.size() && part.places[known] == place;
-    all.push_back(there ? part.decibels[known] : Decibels(gains[added++]));
+// It is computed at its own places alone. At those of the others it has what the line that joins two of its
+// own has: a table is designed anew for each request, however few the frequencies are.
+void ChainResponse::Fill(const SystemSettings& settings, Part& part, std::span<const double> frequencies) {
+  const std::vector<double> own = Merged(frequencies, part.telling);
+  if (part.ownPlaces != own) {
+    part.ownPlaces = own;
+    part.own.clear();
+    for (const double gain : GainsOf(settings, part.basis, own)) part.own.push_back(Decibels(gain));
+    computed += own.size();
+  } else if (part.places == places) {
+    return;
   }
   part.places = places;
-  part.decibels = std::move(all);
+  part.decibels.clear();
+  std::size_t next = 0;
+  for (const double place : places) {
+    while (next + 1 < own.size() && own[next] < place) ++next;
+    const double step = next == 0 ? 0 : own[next] - own[next - 1];
+    const double back = step > 0 ? std::max(own[next] - place, 0.0) / step : 0;
+    const double before = part.own[next == 0 ? 0 : next - 1];
+    part.decibels.push_back(static_cast<float>(part.own[next] + (before - part.own[next]) * back));
+  }
 }
 
 void ChainResponse::Sum(Channel& channel) const {

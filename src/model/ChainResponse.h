@@ -38,9 +38,11 @@ class ChainResponse {
   struct Part {
     ChainFilter filter;
     ChainBasis basis;
-    std::vector<double> telling{};  // Hz, what a picture of it must not miss
-    std::vector<double> places{};   // Hz
-    std::vector<float> decibels{};  // at each of them, not bounded but by LowestPart
+    std::vector<double> telling{};    // Hz, what a picture of it must not miss
+    std::vector<double> ownPlaces{};  // Hz, where it is computed
+    std::vector<float> own{};         // at each of them, not bounded but by LowestPart
+    std::vector<double> places{};     // of the whole chain
+    std::vector<float> decibels{};
   };
   struct Channel {
     std::vector<Part> parts{};
@@ -66,8 +68,7 @@ class ChainResponse {
 
  private:
   Part Taken(const SystemSettings& settings, const ChainFilter& filter, std::vector<Channel>& before);
-  std::vector<double> AllPlaces(const SystemSettings& settings, std::span<const double> frequencies) const;
-  void Fill(const SystemSettings& settings, Part& part);
+  void Fill(const SystemSettings& settings, Part& part, std::span<const double> frequencies);
   void Sum(Channel& channel) const;
 
   std::vector<double> places;
