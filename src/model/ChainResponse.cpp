@@ -50,8 +50,8 @@ std::vector<double> Merged(std::span<const double> frequencies, std::span<const 
   std::ranges::copy_if(telling, std::back_inserter(all),
                        [&](double one) { return one > frequencies.front() && one < frequencies.back(); });
   std::ranges::sort(all);
-  const auto again = std::ranges::unique(all);
-  all.erase(again.begin(), again.end());
+  const auto again = std::unique(all.begin(), all.end());
+  all.erase(again, all.end());
   return all;
 }
 

@@ -142,7 +142,9 @@ std::string InputStage(Word value, int) {
 
 std::string OutputStage(Word value, int) { return value == 0 ? "not processed" : "processed"; }
 
-std::string LimiterThreshold(Word value, int) { return Decibels(value / static_cast<double>(FullScaleLevel)); }
+std::string LimiterThreshold(Word value, int) {
+  return Decibels(value / static_cast<double>(FullScaleLevel));
+}
 
 std::string AgcGain(Word value, int) {
   constexpr double unity = 4095;

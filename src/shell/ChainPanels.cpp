@@ -193,7 +193,8 @@ bool ChainPanels::StoreInMemory(int memory, int function) {
   around.periodic.EnableMainTimer(false);
   if (around.settings.settingsChanged != 0) around.edits.SendChanges();
   around.desk.ShowProgress("Storing settings in the unit", 0, 1);
-  device.IssueCommand(registers::StoreInMemory, (function & 15) * 4 + (memory & 12) * 8 + (memory & 3), longestSeconds);
+  device.IssueCommand(registers::StoreInMemory, (function & 15) * 4 + (memory & 12) * 8 + (memory & 3),
+                      longestSeconds);
   around.desk.ShowProgress("Storing settings in the unit", 1, 1);
   around.desk.SetHourglass(false);
   // A failure has told the operator and closed the line.
