@@ -1,6 +1,7 @@
 #include "shell/Session.h"
 
 #include <algorithm>
+#include <memory>
 #include <tuple>
 #include <utility>
 
@@ -368,6 +369,8 @@ void Session::FinishStart() {
                                        : "Fitting the filters");
   config.ConfigureStages(true);
   atHand.TakeUp(lastState.Earlier(), device.status.unitOption);
+  const auto factory = std::make_unique<SystemSettings>();
+  if (atHand.Held(FactoryFile, device.status.unitOption, *factory)) pair.JudgeOther(*factory);
   windows.Close("FrmSplash");
   forms.Show(master.form);
   periodic.pollMode = poll::MainLevels;

@@ -117,4 +117,10 @@ void SetupPair::Begin(Side heardNow, const std::optional<SystemSettings>& kept) 
   around.shown();
 }
 
+void SetupPair::JudgeOther(const SystemSettings& by) {
+  if (!other) return;
+  fileOfOther = {"", by};
+  fileOfOther.taken.setupDescription = other->setup.record.setupDescription;
+}
+
 }  // namespace vc

@@ -49,6 +49,8 @@ struct SetupPair {
   bool OtherChanged() const;
   // The run begins with these two.
   void Begin(Side heardNow, const std::optional<SystemSettings>& kept);
+  // No file is open of the other one, which counts as changed where it differs from this record.
+  void JudgeOther(const SystemSettings& by);
   // Another number whenever the other one is another one.
   int Revision() const { return revision; }
 

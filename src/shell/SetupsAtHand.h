@@ -34,6 +34,8 @@ struct SetupsAtHand {
   // the description of that run. What the run has not stored counts as changed; where no file was open it is
   // the factory setup that tells.
   void TakeUp(const LastState::Found& earlier, bool unitOption);
+  // What a file holds, fitted as a recall fits it. False where it cannot be read.
+  bool Held(const std::string& path, bool unitOption, SystemSettings& record) const;
   // A file whose whole path is known takes the place of what stands: of the list of files, of the file
   // manager. What is wrong with it is told, and then nothing has changed.
   void Open(const std::string& path);
@@ -47,8 +49,6 @@ struct SetupsAtHand {
   void ShowMenus();
 
  private:
-  // What a file holds, fitted as a recall fits it.
-  bool Held(const std::string& path, bool unitOption, SystemSettings& record) const;
   void OpenRecent(std::size_t place);
   void Store(const std::function<void()>& go);
   // A window lies over the master panel that has to be answered first.

@@ -48,8 +48,9 @@ TEST_F(PairStates, TheExitKeepsBoth) {
   {
     Outing run(*this, false);
     ExpectBoth(run.Started());
-    EXPECT_EQ(run.session.master.form.Caption(), "Veltrana Master Control Panel");
+    EXPECT_EQ(run.session.master.form.Caption(), "*Veltrana Master Control Panel");
     run.session.pair.Switch();
+    EXPECT_TRUE(run.session.pair.OtherChanged());  // of the run before, and in no file
     run.session.Exit();
   }
   Outing run(*this);
