@@ -16,6 +16,18 @@
 namespace vc {
 namespace {
 
+// One value alone stands all along.
+void FillTrace(Surface& surface, const Plot& plot, const PlotTrace& trace, const PlotLayout& layout) {
+  const Rectangle& frame = layout.frame;
+  const int bottom = frame.Bottom() - 1;
+  for (int column = frame.left + 1; column < frame.Right() - 1; ++column) {
+    const auto level = plot.LevelAt(trace, layout.x.ValueAt(column + 0.5));
+    const double row = level ? layout.ScaleFor(trace).PixelOf(*level) : bottom;
+    const int top = static_cast<int>(std::clamp<double>(row, frame.top + 1, bottom));
+    if (top < bottom) surface.FillRectangle({column, top, 1, bottom - top}, trace.colour);
+  }
+}
+
 // The curve in runs: it is broken where there is no number. One value alone has a second point.
 void DrawTrace(Surface& surface, const PlotTrace& trace, const PlotAxis& axis, const PlotLayout& layout) {
   const PlotScale x = layout.x, y = layout.ScaleFor(trace);
@@ -125,7 +137,7 @@ std::string PlaceText(double place) {
 bool PlotTrace::operator==(const PlotTrace& other) const {
   const auto bits = [](float value) { return std::bit_cast<std::uint32_t>(value); };
   return name == other.name && std::ranges::equal(values, other.values, {}, bits, bits) &&
-         colour == other.colour && places == other.places && yAxis == other.yAxis;
+         colour == other.colour && places == other.places && yAxis == other.yAxis && filled == other.filled;
 }
 
 Plot::Plot(Place place, const std::string& name, const std::string& caption, int index)
@@ -180,6 +192,7 @@ std::optional<double> Plot::LevelAt(const PlotTrace& trace, double x) const {
 
 std::string Plot::CursorText() const {
   if (!cursor) return {};
+  if (saidAt) return saidAt(*cursor);
   constexpr double fine = 500.0;
   const int decimals = static_cast<int>(-std::floor(std::log10((xAxis.to - xAxis.from) / fine)));
   std::string text = WithUnit(FixedText(*cursor, std::clamp(decimals, 0, 6)), xAxis.unit);
@@ -246,14 +259,17 @@ void Plot::DrawGrid(Surface& surface, const PlotLayout& layout) const {
 }
 
 void Plot::DrawBars(Surface& surface, const PlotLayout& layout) const {
-  if (bars.empty()) return;
+  if (bars.empty() && std::ranges::none_of(traces, &PlotTrace::filled)) return;
   for (const PlotBar& bar : bars) DrawBar(surface, bar, layout, InksOf(*this));
+  for (const PlotTrace& trace : traces) {
+    if (trace.filled) FillTrace(surface, *this, trace, layout);
+  }
   for (const PlotLine& line : layout.lines) DrawLine(surface, line);
 }
 
 void Plot::DrawTraces(Surface& surface, const PlotLayout& layout) const {
   std::for_each(traces.rbegin(), traces.rend(), [&](const PlotTrace& trace) {
-    if (!trace.values.empty()) DrawTrace(surface, trace, xAxis, layout);
+    if (!trace.values.empty() && !trace.filled) DrawTrace(surface, trace, xAxis, layout);
   });
 }
 

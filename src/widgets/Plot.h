@@ -30,6 +30,7 @@ struct PlotTrace {
   Colour colour = TraceColours[0];
   std::vector<double> places{};     // along the x axis, one a value; none where they are evenly spaced
   std::optional<PlotAxis> yAxis{};  // of its own, at the right; the plot's where it has none
+  bool filled = false;              // from below up to it, behind the lines of the grid
   // What is not a number is equal to the same, so that a curve with gaps that is set again changes nothing.
   bool operator==(const PlotTrace& other) const;
 };
@@ -102,6 +103,7 @@ struct Plot {
   bool small = false;   // a glance at the curve, without numbers and names
   bool large = false;   // so much is to be taken in it that it wants the room
   bool square = false;  // both axes are of one measure
+  bool low = false;     // a strip that does with little height, and gives way to what is around it
   // An instrument's screen: dark in every theme, with the curves' names in their own colours in it.
   bool screen = false;
   // Its letters become larger where it is larger than it was designed.
@@ -139,6 +141,8 @@ struct Plot {
   // A line across the curves that tells what they have there; none takes it away. It is held within the axis.
   void SetCursor(std::optional<double> x);
   const std::optional<double>& Cursor() const { return cursor; }
+  // What is said at the cursor, where somebody knows more than what the curves have there.
+  std::function<std::string(double x)> saidAt;
   // "1000 Hz: -6.0 dB", of several curves "1000 Hz: Input -6.0 dB, Output -7.5 dB"; empty without a cursor.
   std::string CursorText() const;
   // Over the curves; each is there or not.

@@ -395,6 +395,7 @@ const PlotInks& InksOf(const Plot& plot) { return plot.screen ? ScreenInks : The
 
 PlotRoom DesignRoom(const Plot& plot) {
   if (plot.small) return {8, 5};
+  if (plot.low) return {56, 8};
   return plot.large ? PlotRoom{84, 24} : PlotRoom{56, 18};
 }
 
