@@ -43,11 +43,17 @@ class FlowLayout : public QHBoxLayout {
     const int each = ShareOut(area.width());
     QHBoxLayout::setGeometry(area);
     for (int i = 0; i < count() && each > 0 && LanesShown() == 1; ++i) {
-      if (blocks.at(static_cast<std::size_t>(i)) > 0) KeepShape(*itemAt(i), each);
+      if (blocks.at(static_cast<std::size_t>(i)) > 0 && !HoldsRows(*itemAt(i))) KeepShape(*itemAt(i), each);
     }
   }
 
  private:
+  // Blocks with something else below them, which keep their shape among themselves.
+  static bool HoldsRows(const QLayoutItem& item) {
+    const auto* rows = qobject_cast<const QGridLayout*>(item.widget()->layout());
+    return rows != nullptr && rows->count() > 0 && rows->itemAt(0)->widget() != nullptr &&
+           dynamic_cast<const FlowLayout*>(rows->itemAt(0)->widget()->layout()) != nullptr;
+  }
   // A block that has the whole height for itself becomes no strip.
   static void KeepShape(QLayoutItem& item, int blockWidth) {
     constexpr double mostHeight = 3.2;  // for its width
@@ -237,6 +243,9 @@ void Pane::AddWide(QWidget* widget) {
   const bool wide = widget->sizePolicy().expandingDirections().testFlag(Qt::Horizontal);
   if (Columns() && wide && tableRow == nullptr) columns->setStretchFactor(widget, 1);
   const bool tall = widget->sizePolicy().expandingDirections().testFlag(Qt::Vertical);
+  if (grid != nullptr && tall && alongSignal && !Is(vc::FrameLook::Card)) {
+    grid->setRowStretch(grid->rowCount() - 1, 1);
+  }
   if (!Is(vc::FrameLook::Card) || grid == nullptr || !tall) return;
   spread = true;
   grid->setRowStretch(grid->rowCount() - 1, 1);
@@ -379,7 +388,8 @@ void Pane::SettleAlongSignal(const Pane& inner) {
   }
   int row = 0, column = 0, rows = 0, span = 0;
   grid->getItemPosition(grid->indexOf(inner.container), &row, &column, &rows, &span);
-  grid->setRowStretch(row, 1);
+  constexpr int blocksShare = 3;  // of what is left over, to one for a picture below them
+  grid->setRowStretch(row, blocksShare);
 }
 
 }  // namespace desktop

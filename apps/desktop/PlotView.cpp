@@ -40,7 +40,10 @@ QSize PlotView::sizeHint() const {
   const vc::PlotRoom room = vc::DesignRoom(model);
   return SizeOf(room.digits, room.lines);
 }
-QSize PlotView::minimumSizeHint() const { return small ? SizeOf(8, 2) : SizeOf(34, 12); }
+QSize PlotView::minimumSizeHint() const {
+  if (model.low) return SizeOf(34, 5);
+  return small ? SizeOf(8, 2) : SizeOf(34, 12);
+}
 
 PlotView::Ground PlotView::GroundNow() const {
   return {model.Revision(), model.CurveRevision(), model.core.Caption()};

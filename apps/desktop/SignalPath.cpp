@@ -66,6 +66,7 @@ class Path {
   bool Leads(Block block) const;
   void DrawStep(QPainter& painter, const Step& step) const;
   void DrawTip(QPainter& painter, const QPointF& tip, const QPointF& direction) const;
+  QRect Lanes() const;
   std::vector<double> LevelsOf(const Step& step) const;
   std::vector<QPolygonF> RoutesOf(const Step& step) const;
   QPolygonF BentRoute(const QRect& from, const QRect& to) const;
@@ -120,17 +121,32 @@ void Path::Join(const Blocks& exits, const Blocks& entries) {
   }
 }
 
+// Where the lanes of the channels lie: beside all of the flow, or beside the blocks that have something else
+// below them.
+QRect Path::Lanes() const {
+  for (const Block part : PartsOf(whole)) {
+    const bool rows = HoldsOthers(*part) && part->Model().arrangement == vc::Arrangement::Rows;
+    if (rows) return AreaOf(PartsOf(*part).front());
+  }
+  return whole.rect();
+}
+
 // The heights at which the channels go straight from one block to the next: all along in the middle of their
 // lanes, where both blocks reach so far.
 std::vector<double> Path::LevelsOf(const Step& step) const {
   const QRect from = AreaOf(step.from), to = AreaOf(step.to);
   const int channels = std::min(step.from->Model().Channels(), step.to->Model().Channels());
-  if (channels < 2) return {static_cast<double>((from.height() < to.height() ? from : to).center().y())};
+  const QRect lanes = Lanes();
+  const bool ends = std::min(from.height(), to.height()) > lanes.height();  // both are beside all lanes
+  if (channels < 2) {
+    return {static_cast<double>((ends ? lanes : from.height() < to.height() ? from : to).center().y())};
+  }
   const int line = LineHeight(whole);
-  const double lane = (whole.height() - line) / 2.0;
+  const int aside = (lanes.height() - line) / 4;  // on a whole pixel, where a line is sharp
   const double top = std::max(from.top(), to.top()), bottom = std::min(from.bottom(), to.bottom());
   const double inside = line / 2.0;
-  return {std::max(lane / 2, top + inside), std::min(whole.height() - lane / 2, bottom - inside)};
+  return {std::max<double>(lanes.top() + aside, top + inside),
+          std::min<double>(lanes.top() + lanes.height() - aside, bottom - inside)};
 }
 
 std::vector<QPolygonF> Path::RoutesOf(const Step& step) const {

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 #include <utility>
+#include <variant>
 
 #include "model/Kinds.h"
 #include "panels/KeyNumbers.h"
@@ -53,6 +55,31 @@ void SetBlock(Frame& frame, const std::string& caption, bool there) {
 
 }  // namespace
 
+ChainBlocks::ChainBlocks(ChainLayout& layout, const SystemSettings& record)
+    : whole(layout.pltWholeChain, record, [this](const ChainFilter& filter) { return NameOf(filter); }),
+      chain(layout),
+      settings(record) {}
+
+// "Left Filter 2, Lowpass"
+std::string ChainBlocks::NameOf(const ChainFilter& filter) const {
+  if (const auto* end = std::get_if<ChainEnd>(&filter)) {
+    return (*end == ChainEnd::Input ? chain.ihpf : chain.ohpf).frame.core.Caption();
+  }
+  const auto& block = std::get<BlockKind>(filter);
+  const auto named = [&block](const Frame& frame, std::span<const KindRow> kinds) {
+    const auto kind = static_cast<std::size_t>(block.kind);
+    return frame.core.Caption() + (kind < kinds.size() ? ", " + std::string(kinds[kind].name) : "");
+  };
+  switch (block.family) {
+    case BlockFamily::Equalizer:
+      return named(chain.Equalizer(block.number).frame, EqKinds());
+    case BlockFamily::Broadband:
+      return named(chain.Broadband(block.number).frame, BroadbandKinds());
+    default:
+      return named(chain.Filter(block.number).frame, FilterKinds());
+  }
+}
+
 void ChainBlocks::ConfigureBlocks() {
   const BlockNames& names = NamesIn(settings.configMode);
   for (const int side : {1, 2}) {
@@ -94,6 +121,7 @@ void ChainBlocks::ShowWhatBlocksDo() {
   if (due) return;
   ShowKeyNumbers();
   ShowPictures();
+  whole.Show(frequencyAxis);
 }
 
 void ChainBlocks::LayOutFrequencies(AxisLaw law) {

@@ -11,15 +11,18 @@
 #include "model/SystemSettings.h"
 #include "shell/BlockPicture.h"
 #include "shell/ChainLayout.h"
+#include "shell/ChainPicture.h"
 #include "widgets/Plot.h"
 
 namespace vc {
 
 struct ChainBlocks {
-  ChainBlocks(ChainLayout& layout, const SystemSettings& record) : chain(layout), settings(record) {}
+  ChainBlocks(ChainLayout& layout, const SystemSettings& record);
 
   // Captions of the blocks, and which of them are there, by the configuration.
   void ConfigureBlocks();
+  // What all of them do together.
+  ChainPicture whole;
   // Clear and adapt show for the adaptive kinds only.
   void ConfigureFilterStageButtons(int stage);
   // Which blocks are in the signal's way, and what they do.
@@ -45,6 +48,7 @@ struct ChainBlocks {
   std::string BroadbandSuffix(int number) const;
 
  private:
+  std::string NameOf(const ChainFilter& filter) const;
   struct Hold {
     explicit Hold(int& counter) : count(++counter) {}
     ~Hold() { --count; }

@@ -110,6 +110,7 @@ ChainLayout::ChainLayout(Form& owner) : form(owner) {
     frame->look = FrameLook::Panel;
   }
   fraLastStages.collapses = true;
+  pltWholeChain.low = true;
   for (Frame* frame : {&fraLeftOut, &fraRightOut}) frame->buttonsPerRow = 1;
   PrepareMeter(lbOutputLeft, btnClipOutputLeft);
   PrepareMeter(lbOutputRight, btnClipOutputRight);

@@ -106,11 +106,13 @@ struct ChainLayout {
   FixedBlock ihpf{fraInputProcessor, "Ihpf", "Input HPF", "IHPFSetup"};
   FixedBlock agc{fraInputProcessor, "Agc", "AGC", "AGCSetup"};
 
-  Frame fraBroadbandStages{fraSignal, "fraBroadbandStages", "", Arrangement::Lanes};
+  Frame fraChain{fraSignal, "fraChain", ""};
+  Frame fraBlocks{fraChain, "fraBlocks", "", Arrangement::Flow};
+  Frame fraBroadbandStages{fraBlocks, "fraBroadbandStages", "", Arrangement::Lanes};
   std::array<KindBlock, 2> broadband{KindBlock{fraBroadbandStages, "Broadband", 1},
                                      KindBlock{fraBroadbandStages, "Broadband", 2}};
 
-  Frame fraStages{fraSignal, "fraStages", "", Arrangement::Lanes};
+  Frame fraStages{fraBlocks, "fraStages", "", Arrangement::Lanes};
   Frame fraFirstStages{fraStages, "fraFirstStages", "", Arrangement::Flow};
   std::array<FilterBlock, 3> firstStages{FilterBlock{fraFirstStages, 1}, FilterBlock{fraFirstStages, 2},
                                          FilterBlock{fraFirstStages, 3}};
@@ -118,8 +120,10 @@ struct ChainLayout {
   std::array<FilterBlock, 3> lastStages{FilterBlock{fraLastStages, 4}, FilterBlock{fraLastStages, 5},
                                         FilterBlock{fraLastStages, 6}};
 
-  Frame fraEqualizers{fraSignal, "fraEqualizers", "", Arrangement::Lanes};
+  Frame fraEqualizers{fraBlocks, "fraEqualizers", "", Arrangement::Lanes};
   std::array<KindBlock, 2> equalizers{KindBlock{fraEqualizers, "Eq", 1}, KindBlock{fraEqualizers, "Eq", 2}};
+
+  Plot pltWholeChain{fraChain, "pltWholeChain", "Whole Chain"};
 
   Frame fraOutputProcessor{fraSignal, "fraOutputProcessor", "Output Processor"};
   FixedBlock ohpf{fraOutputProcessor, "Ohpf", "Output HPF", "OHPFSetup"};

@@ -1,5 +1,7 @@
 #include "shell/MasterControl.h"
 
+#include <variant>
+
 #include "link/ConnectionState.h"
 #include "model/FieldAccess.h"
 #include "shell/ChainPanels.h"
@@ -46,9 +48,20 @@ void MasterControl::BindBlocks() {
     chain.Equalizer(side).config.clicked = [this, side] { panels.OpenEqualizer(side); };
     chain.Broadband(side).config.clicked = [this, side] { panels.OpenBroadband(side); };
   }
+  blocks.whole.open = [this](const ChainFilter& filter) { OpenFilter(filter); };
   for (FixedBlock* block : chain.FixedBlocks()) {
     block->config.clicked = [this, opened = block] { panels.OpenBlock(*opened); };
   }
+}
+
+void MasterControl::OpenFilter(const ChainFilter& filter) {
+  if (const auto* end = std::get_if<ChainEnd>(&filter)) {
+    return panels.OpenBlock(*end == ChainEnd::Input ? chain.ihpf : chain.ohpf);
+  }
+  const auto& block = std::get<BlockKind>(filter);
+  if (block.family == BlockFamily::Filter) return panels.OpenFilter(block.number);
+  if (block.family == BlockFamily::Equalizer) return panels.OpenEqualizer(block.number);
+  panels.OpenBroadband(block.number);
 }
 
 void MasterControl::ConfigMasterControl() {

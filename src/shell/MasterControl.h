@@ -76,6 +76,7 @@ struct MasterControl {
 
  private:
   void BindBlocks();
+  void OpenFilter(const ChainFilter& filter);
   void BindDisplays();
 
   SystemSettings& settings;

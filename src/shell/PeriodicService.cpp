@@ -43,6 +43,7 @@ void PeriodicService::BargraphTick() {
   tickHolds = true;
   tmrBargraph->SetEnabled(false);
   TickBody();
+  calls.levelsShown();  // also of a tick that only waits: what is polled no more is not to stay
   if (std::exchange(tickHolds, false)) tmrBargraph->SetEnabled(true);
 }
 
@@ -116,6 +117,7 @@ void PeriodicService::ShowLevelBars() {
     }
   }
   ShowThreshold();
+  calls.levelsShown();
 }
 
 void PeriodicService::ShowThreshold() {

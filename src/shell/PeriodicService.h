@@ -34,6 +34,8 @@ struct TickCalls {
   Wire<void()> requestCoefBlock;
   Wire<void()> requestSpectrum;
   Wire<void()> requestSif;
+  // The levels have been shown: what else a reply has brought, or the end of the link, may be.
+  Wire<void()> levelsShown;
 };
 
 struct PeriodicService {

@@ -256,7 +256,16 @@ TickCalls Session::TickWires() {
   return {.sendChanges = [this] { edits.SendChanges(); },
           .requestCoefBlock = [this] { coefReader.PollDisplayed(); },
           .requestSpectrum = [this] { spectrumReader.RequestSpectrumData(); },
-          .requestSif = [this] { spectrumReader.RequestSIFData(); }};
+          .requestSif = [this] { spectrumReader.RequestSIFData(); },
+          .levelsShown = [this] { master.blocks.whole.ShowEnds(spectrumReader, PolledTraces()); }};
+}
+
+EndSpectra::Polled Session::PolledTraces() const {
+  constexpr std::int16_t secondAlone = 0, firstAlone = 1;  // specDisplayMode
+  if (!device.comm.CommPortOpen) return {};
+  const bool both = periodic.pollMode == poll::Spectrum;
+  return {.first = periodic.pollMode == poll::Sif || (both && settings.specDisplayMode != secondAlone),
+          .second = both && settings.specDisplayMode != firstAlone};
 }
 
 EditWires Session::EditsWires() {

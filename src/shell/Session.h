@@ -102,6 +102,7 @@ struct Session {
   WindowContext WindowWires();
   Reports::Around ReportParts();
   TickCalls TickWires();
+  EndSpectra::Polled PolledTraces() const;
   EditWires EditsWires();
   UnitEvents UnitWires();
   FrmUnit::Around UnitWindowParts();

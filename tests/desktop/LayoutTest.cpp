@@ -211,7 +211,8 @@ TEST(Layout, WhatIsLeftOverGoesToTheStages) {
   run.Edit("configMode", "0");
   run.Settle();
   QCoreApplication::processEvents();
-  EXPECT_GT(run.At("fraStage(1)").height(), 540);
+  EXPECT_GT(run.At("fraStage(1)").height(), 400);
+  EXPECT_GT(run.At("pltWholeChain").height(), 200);
   EXPECT_GT(run.At("lbOutputLeft").height(), 700);
 }
 

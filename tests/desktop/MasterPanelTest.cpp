@@ -10,6 +10,7 @@
 #include <QStyleOptionSlider>
 
 #include "MasterWindow.h"
+#include "desktop/PlotView.h"
 
 namespace desktop {
 namespace {
@@ -266,6 +267,35 @@ TEST(MasterPanelWindow, WindowsThatComeAndGoLeaveNothingBehind) {
   const auto windows = QApplication::topLevelWidgets().size();
   run.session.panels.ConfigGeneralFilters([] {});
   EXPECT_EQ(QApplication::topLevelWidgets().size(), windows);
+}
+
+TEST(MasterPanelWindow, AClickOnThePictureOfTheChainOpensTheFilterThatMakesIt) {
+  MasterWindow run;
+  run.Edit("configMode", "0");
+  run.Edit("numFilters", "3");
+  run.Edit("filterType", std::to_string(vc::FilterKind::Notch), 2);
+  run.Edit("notchFreq", "1000", 2);
+  run.Edit("notchAtten", "40", 2);
+  run.Edit("filterActive", "1", 2);
+  run.Settle();
+  QCoreApplication::processEvents();
+  auto& view = static_cast<PlotView&>(run.At("pltWholeChain"));
+  const auto& layout = view.LayoutNow();
+  const QPoint at(static_cast<int>(layout.x.PixelOf(1000)), static_cast<int>(layout.y.PixelOf(-30)));
+  QTest::mouseMove(&view, at);
+  EXPECT_NE(HeardOf(view).find("Notch"), std::string::npos) << HeardOf(view);
+  QTest::mouseClick(&view, Qt::LeftButton, {}, at);
+  ASSERT_EQ(run.Top().name, "CtlNotch");
+  run.CloseTop();
+  // And by the keyboard.
+  run.Ready();
+  view.setFocus();
+  QTest::keyClick(&view, Qt::Key_Home);
+  for (int step = 0; step < 1000 && view.Model().Cursor().value_or(0) < 999; ++step) {
+    QTest::keyClick(&view, Qt::Key_Right);
+  }
+  QTest::keyClick(&view, Qt::Key_Return);
+  EXPECT_EQ(run.Top().name, "CtlNotch");
 }
 
 }  // namespace

@@ -18,7 +18,7 @@ static_assert(support::FewestWires<LinkHooks>() == 13);
 static_assert(support::FewestWires<FitHooks>() == 6);
 static_assert(support::FewestWires<CoefHooks>() == 6);
 static_assert(support::FewestWires<SetupHooks>() == 3);
-static_assert(support::FewestWires<TickCalls>() == 4);
+static_assert(support::FewestWires<TickCalls>() == 5);
 static_assert(support::FewestWires<SessionCalls>() == 11);
 static_assert(!std::is_default_constructible_v<SetupContext>);
 static_assert(!std::is_constructible_v<Wire<void()>, std::nullptr_t>);

@@ -30,6 +30,7 @@ void Tour::ShowDisplays() {
     if (linked) QTest::qWait(LookMilliseconds);
     Photograph(window, form);
     ShowOver(*window, form);
+    if (linked && row.which == vc::display::Spectrum) Photograph(&Master(), "master-spectra");
     ShowBesidePanel(*window, form);
     ShowFullScreen(*window, form);
     Press(*window, "btnClose");
