@@ -58,7 +58,8 @@ void CheckValues(const FormWindow& window, const vc::Form& form) {
 }
 
 void CheckForm(vc::Form& form) {
-  FormWindow window(form, [] {});
+  FormWindow window(
+      form, [] {}, [](const auto&) {});
   window.Present(Qt::NonModal, {0, 0, 800, 600});
   ForEveryControl(window, form, [&window](vc::ControlCore& core, QWidget* widget) {
     EXPECT_FALSE(widget->accessibleName().isEmpty());
@@ -119,7 +120,8 @@ TEST(Contract, EveryPanelKeepsItToo) {
   support::PanelRun run(2);
   run.Edit("levelControlsShown", "1");
   const auto check = [&run] {
-    FormWindow window(run.Top(), [] {});
+    FormWindow window(
+        run.Top(), [] {}, [](const auto&) {});
     window.Present(Qt::NonModal, {0, 0, 800, 600});
     CheckValues(window, run.Top());
     window.Release();

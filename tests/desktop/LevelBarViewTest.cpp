@@ -23,7 +23,8 @@ struct Bar {
     bar.SetBorderStyle(0);
     bar.SetMarkerStyle(vc::HiddenMarker);
     bar.SetValue(50);
-    window = std::make_unique<FormWindow>(form, [] {});
+    window = std::make_unique<FormWindow>(
+        form, [] {}, [](const auto&) {});
     window->Present(Qt::NonModal, {0, 0, 800, 600});
     EXPECT_TRUE(QTest::qWaitForWindowExposed(window.get()));
     QTest::qWait(1);

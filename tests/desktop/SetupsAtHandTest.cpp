@@ -10,6 +10,8 @@
 #include "MasterWindow.h"
 #include "RealPort.h"
 #include "desktop/FileRequests.h"
+#include "model/Settings.h"
+#include "persist/SetupText.h"
 
 namespace desktop {
 namespace {
