@@ -8,7 +8,7 @@ export QT_SCALE_FACTOR=1
 rm -rf "$build/tour"
 bash tests/tour.sh "$build" | grep -v '^ok' || true  # it tells what it missed; the pictures that are there count
 best=(MasterControl=master FrmSplash=splash StoSet=store-existing RecSet=recall MemSelect=filter-recall
-  FrmUnit=unit-recording FrmClean=clean-done FrmDebug=object-log FrmFirmwareUpload=firmware-2)
+  FrmUnit=unit-recording FrmLineTrace=line-trace FrmClean=clean-done FrmDebug=object-log FrmFirmwareUpload=firmware-2)
 own=()
 for words in manual/words/*.txt; do
   form=$(basename "$words" .txt)

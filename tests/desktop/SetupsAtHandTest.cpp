@@ -50,21 +50,23 @@ struct Drops : testing::Test, MasterWindow {
   }
 };
 
-TEST_F(Drops, ASetupIsTakenByTheMasterPanelAPanelAndATextBox) {
-  for (const int place : {0, 1, 2}) {
-    SCOPED_TRACE(place);
-    session.panels.OpenBlock(session.master.chain.ihpf);
-    Ready();
-    QWidget* target = windows.WindowOf(session.master.form);
-    if (place == 1) target = &Window();
-    if (place == 2) target = &At<QLineEdit>("txtCutoff");
-    const QString before = At<QLineEdit>("txtCutoff").text();
-    EXPECT_TRUE(DropOn(*target, {folder + "/Other one \xC3\xA4.nrv"}));
-    EXPECT_EQ(record.ihpfCutoff, OfTheOther);
-    session.history.Undo();
-    EXPECT_EQ(At<QLineEdit>("txtCutoff").text(), before);
-    test.desk.answers = {vc::Answer::No, vc::Answer::No};  // an undone recall leaves no file open
+TEST_F(Drops, ASetupIsTakenByTheMasterPanelAndAskedToWaitByAPanel) {
+  const std::string other = folder + "/Other one \xC3\xA4.nrv";
+  EXPECT_TRUE(DropOn(Window(), {other}));
+  EXPECT_EQ(record.ihpfCutoff, OfTheOther);
+  session.history.Undo();
+  session.panels.OpenBlock(session.master.chain.ihpf);
+  Ready();
+  QWidget* const targets[] = {windows.WindowOf(session.master.form), &Window(), &At<QLineEdit>("txtCutoff")};
+  for (QWidget* target : targets) {
+    test.desk.boxes.clear();
+    EXPECT_TRUE(DropOn(*target, {other}));
+    ASSERT_EQ(test.desk.boxes.size(), 1U);
+    EXPECT_NE(test.desk.boxes.back().text.find("Please finish with 'Input HPF Config' first"),
+              std::string::npos);
+    EXPECT_EQ(At<QLineEdit>("txtCutoff").text(), "200");
   }
+  EXPECT_EQ(record.ihpfCutoff, 200);
 }
 
 TEST_F(Drops, SeveralFilesAndAWrongOneAreToldInWords) {

@@ -1,6 +1,7 @@
 // The part of the walk that goes through the chain and the panels of its blocks.
 #include <algorithm>
 
+#include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QTest>
@@ -187,7 +188,8 @@ void Tour::ShowOver(desktop::FormWindow& over, const std::string& form) {
   if (opening->button == nullptr) {
     over.activateWindow();
     Expect(QTest::qWaitForWindowActive(&over, PatienceMilliseconds), form + " has the keyboard");
-    QTest::keyClick(&over, Qt::Key_N, Qt::ControlModifier);
+    QWidget* focus = QApplication::focusWidget();
+    QTest::keyClick(focus == nullptr ? &over : focus, Qt::Key_N, Qt::ControlModifier);
   } else {
     Press(over, opening->button);
   }
