@@ -31,6 +31,7 @@ void Tour::TraceLine() {
   QTest::keyClicks(window->findChild<QWidget*>("txtSearch"), "limiter");
   Await([&trace] { return trace.lstTrace.Rows() == 2; }, "the text that is looked for is found");
   Photograph(window, "line-trace-found");
+  ShowOver(*window, "FrmLineTrace");
   click("btnClose");
   Expect(session.forms.Find("FrmLineTrace") == nullptr, "the line trace has gone");
 }

@@ -1,7 +1,6 @@
 // The part of the walk that goes through the chain and the panels of its blocks.
 #include <algorithm>
 
-#include <QApplication>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QTest>
@@ -177,22 +176,15 @@ void Tour::DrawCustomCurve(desktop::FormWindow& over) {
 void Tour::ShowOver(desktop::FormWindow& over, const std::string& form) {
   struct Opening {
     std::string_view form;
-    const char *button, *opened;  // without a button it is Ctrl+N
+    const char *button, *opened;
   };
-  constexpr auto openings = std::to_array<Opening>({{"CtlNoiseReducer", nullptr, "CtlNoiseParms"},
-                                                    {"Ctl1CH", "btnAdjustMaximum", "FSAdjust"},
+  constexpr auto openings = std::to_array<Opening>({{"Ctl1CH", "btnAdjustMaximum", "FSAdjust"},
                                                     {"SpecDisp", "btnSave", "SaveDisplay"},
-                                                    {"FrmUnit", "btnSource", "ChooseSound"}});
+                                                    {"FrmUnit", "btnSource", "ChooseSound"},
+                                                    {"FrmLineTrace", "btnSave", "SaveTrace"}});
   const auto* opening = std::ranges::find(openings, form, &Opening::form);
   if (opening == openings.end()) return;
-  if (opening->button == nullptr) {
-    over.activateWindow();
-    Expect(QTest::qWaitForWindowActive(&over, PatienceMilliseconds), form + " has the keyboard");
-    QWidget* focus = QApplication::focusWidget();
-    QTest::keyClick(focus == nullptr ? &over : focus, Qt::Key_N, Qt::ControlModifier);
-  } else {
-    Press(over, opening->button);
-  }
+  Press(over, opening->button);
   const std::string opened = opening->opened;
   desktop::FormWindow* window = OpenedByName(opened);
   if (window == nullptr) return;
