@@ -103,15 +103,12 @@ bool ChainResponse::Follow(const SystemSettings& settings, std::span<const doubl
 
 // Where a filter follows from the same as before, what has been computed of it still holds.
 ChainResponse::Part ChainResponse::Taken(const SystemSettings& settings, const ChainFilter& filter,
-                                         std::vector<Channel>& before) {
+                                         const std::vector<Channel>& before) {
   ChainBasis basis = BasisNow(settings, filter);
-  for (Channel& channel : before) {
+  for (const Channel& channel : before) {
     const auto found = std::ranges::find_if(
         channel.parts, [&](const Part& part) { return part.filter == filter && part.basis == basis; });
-    if (found == channel.parts.end()) continue;
-    Part taken = std::move(*found);
-    channel.parts.erase(found);
-    return taken;
+    if (found != channel.parts.end()) return *found;
   }
   Part part{filter, std::move(basis)};
   if (const auto* response = std::get_if<ResponseBasis>(&part.basis)) part.telling = TellingAt(*response);

@@ -67,7 +67,7 @@ class ChainResponse {
   std::size_t Computed() const { return computed; }
 
  private:
-  Part Taken(const SystemSettings& settings, const ChainFilter& filter, std::vector<Channel>& before);
+  Part Taken(const SystemSettings& settings, const ChainFilter& filter, const std::vector<Channel>& before);
   void Fill(const SystemSettings& settings, Part& part, std::span<const double> frequencies);
   void Sum(Channel& channel) const;
 
