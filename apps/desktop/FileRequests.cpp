@@ -48,8 +48,10 @@ void FileRequests::Look() {
     return;
   }
   const bool ready = session.forms.Find(session.master.form.name) != nullptr &&
-                     !session.settings.loadingSetup && QApplication::activeModalWidget() == nullptr;
-  if (!ready || session.setupContext.working) return;
+                     !session.settings.loadingSetup && !session.atHand.Occupied();
+  QWidget* modal = QApplication::activeModalWidget();
+  const bool box = modal != nullptr && dynamic_cast<FormWindow*>(modal) == nullptr;
+  if (!ready || box) return;
   const std::string path = waiting.front();
   waiting.pop_front();
   session.atHand.Open(path);

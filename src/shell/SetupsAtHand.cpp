@@ -1,5 +1,6 @@
 #include "shell/SetupsAtHand.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <memory>
 #include <system_error>
@@ -8,6 +9,7 @@
 #include "persist/FileNames.h"
 #include "persist/SetupFiles.h"
 #include "persist/StoSet.h"
+#include "shell/PanelHost.h"
 
 namespace vc {
 namespace {
@@ -135,8 +137,9 @@ void SetupsAtHand::Store(const std::function<void()>& go) {
 }
 
 bool SetupsAtHand::Occupied() const {
-  const Form* top = setup.forms.Top();
-  return setup.working || (top != nullptr && !setup.forms.Operable(around.menus.form));
+  return setup.working || std::ranges::any_of(setup.forms.open, [](const Forms::Entry& entry) {
+           return entry.modality != Modality::Modeless && !PanelHost::Has(entry.form->name);
+         });
 }
 
 void SetupsAtHand::Open(const std::string& path) {

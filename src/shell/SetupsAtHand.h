@@ -41,6 +41,8 @@ struct SetupsAtHand {
   void Open(const std::string& path);
   // What was dropped on a window.
   void Drop(const std::vector<std::string>& paths);
+  // A window is open that has to be answered first. The panel of a block is none: it follows the record.
+  bool Occupied() const;
   // Back to what the open file holds, as one step.
   void Revert();
   // A file has been stored or recalled.
@@ -51,8 +53,6 @@ struct SetupsAtHand {
  private:
   void OpenRecent(std::size_t place);
   void Store(const std::function<void()>& go);
-  // A window lies over the master panel that has to be answered first.
-  bool Occupied() const;
 
   Around around;
   SetupContext& setup;

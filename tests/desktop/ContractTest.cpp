@@ -59,7 +59,7 @@ void CheckValues(const FormWindow& window, const vc::Form& form) {
 
 void CheckForm(vc::Form& form) {
   FormWindow window(
-      form, [] {}, [](const auto&) {});
+      form, [] {}, [](const auto& /*paths*/) {});
   window.Present(Qt::NonModal, {0, 0, 800, 600});
   ForEveryControl(window, form, [&window](vc::ControlCore& core, QWidget* widget) {
     EXPECT_FALSE(widget->accessibleName().isEmpty());
@@ -121,7 +121,7 @@ TEST(Contract, EveryPanelKeepsItToo) {
   run.Edit("levelControlsShown", "1");
   const auto check = [&run] {
     FormWindow window(
-        run.Top(), [] {}, [](const auto&) {});
+        run.Top(), [] {}, [](const auto& /*paths*/) {});
     window.Present(Qt::NonModal, {0, 0, 800, 600});
     CheckValues(window, run.Top());
     window.Release();

@@ -24,7 +24,7 @@ struct Bar {
     bar.SetMarkerStyle(vc::HiddenMarker);
     bar.SetValue(50);
     window = std::make_unique<FormWindow>(
-        form, [] {}, [](const auto&) {});
+        form, [] {}, [](const auto& /*paths*/) {});
     window->Present(Qt::NonModal, {0, 0, 800, 600});
     EXPECT_TRUE(QTest::qWaitForWindowExposed(window.get()));
     QTest::qWait(1);
