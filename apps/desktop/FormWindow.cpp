@@ -64,8 +64,12 @@ FormWindow::FormWindow(vc::Form& shownForm, std::function<void()> closedByOperat
   Join();
 }
 
+// Told later: the program that the files come from waits until the drop is over.
 void FormWindow::CatchDrops() {
   setAcceptDrops(true);
+  tmrDropped.setSingleShot(true);
+  connect(&tmrDropped, &QTimer::timeout, this,
+          [this] { Application::Guard([tell = dropped, all = paths] { tell(all); }); });
   for (QWidget* widget : contents->findChildren<QWidget*>()) {
     if (widget->acceptDrops()) widget->installEventFilter(this);
   }
@@ -76,14 +80,13 @@ bool FormWindow::TakeDrop(QEvent* event) {
   if (type != QEvent::DragEnter && type != QEvent::DragMove && type != QEvent::Drop) return false;
   auto* drop = static_cast<QDropEvent*>(event);
   if (!drop->mimeData()->hasUrls()) return false;
-  // Told later: the program that the files come from waits until the drop is over.
   if (type == QEvent::Drop) {
-    std::vector<std::string> paths;
+    paths.clear();
     for (const QUrl& url : drop->mimeData()->urls()) {
       paths.push_back(url.isLocalFile() ? QFile::encodeName(url.toLocalFile()).toStdString()
                                         : url.toString().toStdString());
     }
-    QTimer::singleShot(0, this, [tell = dropped, paths] { Application::Guard([&] { tell(paths); }); });
+    tmrDropped.start(0);
   }
   drop->setDropAction(Qt::CopyAction);
   drop->accept();

@@ -65,6 +65,8 @@ class FormWindow : public QMainWindow {
   vc::Form* form;
   std::function<void()> closed;
   Dropped dropped;
+  std::vector<std::string> paths;  // that were dropped last
+  QTimer tmrDropped;
   QScrollArea* scroll;
   QWidget* contents;
   bool splash;

@@ -133,7 +133,7 @@ void Pane::MakeLayout() {
     if (arranged == Table) AddFrame(table = new TableView(*frame, container));
     if (arranged == Bank) AddFrame(bank = new BankView(*frame, container));
   }
-  if (columns != nullptr) columns->setSpacing(SpaceBetween(*container, *frame, dense));
+  if (columns != nullptr && frame != nullptr) columns->setSpacing(SpaceBetween(*container, *frame, dense));
 }
 
 void Pane::SetMargins() {

@@ -80,6 +80,7 @@ bool ChainResponse::Follow(const SystemSettings& settings, std::span<const doubl
   std::vector<Channel> before = std::exchange(channels, {});
   const std::vector<double> placesBefore = places;
   std::vector<std::vector<float>> sums;
+  sums.reserve(before.size());
   for (const Channel& channel : before) sums.push_back(channel.decibels);
   for (const Filters& filters : FiltersInTheWay(settings)) {
     Channel& channel = channels.emplace_back();

@@ -193,7 +193,9 @@ std::string AdaptSelection(Word value, int entry) {
   for (int i = 0; i < 4; ++i) {
     const std::size_t choice = Bits(value, 12 - 4 * i, 15U);
     const std::string name = choice < names.size() ? names[choice] : "choice " + Count(choice);
-    text = Listed(text, std::to_string(4 * entry + i + 1) + " " + name);
+    std::string numbered = std::to_string(4 * entry + i + 1);
+    numbered.append(" ").append(name);
+    text = Listed(text, numbered);
   }
   return text;
 }

@@ -91,14 +91,12 @@ void SetupsAtHand::TakeUp(const LastState::Found& earlier, bool unitOption) {
   const std::string& path = around.trail.Open();
   const auto held = std::make_unique<SystemSettings>();
   SetupHeader header;
-  if (!earlier.state) {
-    setup.open.Take({});
-  } else if (!path.empty() && setup.setups.ReadFileHeader(path, header) && CheckModelId(header.identifier) &&
-             Held(path, unitOption, *held)) {
+  if (earlier.state && !path.empty() && setup.setups.ReadFileHeader(path, header) &&
+      CheckModelId(header.identifier) && Held(path, unitOption, *held)) {
     setup.settings.setupDescription = earlier.description;
     setup.Remember(path);
     setup.open.Take(path, *held);
-  } else if (Held(FactoryFile, unitOption, *held)) {
+  } else if (earlier.state && Held(FactoryFile, unitOption, *held)) {
     held->setupDescription = setup.settings.setupDescription;
     setup.open.Take({}, *held);
   } else {
