@@ -13,6 +13,7 @@
 #include "firmware/FrmFirmwareUpload.h"
 #include "host/CairoPictures.h"
 #include "host/TimerLoop.h"
+#include "link/LineTap.h"
 #include "text/modString.h"
 
 namespace fuzz {
@@ -129,7 +130,8 @@ struct Run {
   vc::modDebug log;
   vc::SystemSettings settings;
   vc::Forms forms{[](const std::string& /*message*/) {}};
-  vc::FrmFirmwareUpload window{platform, log, settings, forms};
+  vc::LineTap tap;
+  vc::FrmFirmwareUpload window{platform, log, settings, forms, tap};
 
   explicit Run(Input answers) : rom(answers) { rom.line = &ports.state; }
 };
