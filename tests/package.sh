@@ -3,9 +3,9 @@
 # from that folder, as a user whose home lies beside it.
 set -uo pipefail
 build=$1
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-root=$work/root share=$work/root/usr/share home=$work/home
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+root=$scratch/root share=$scratch/root/usr/share home=$scratch/home
 mkdir -p "$home"
 failed=0
 fail() {
@@ -13,7 +13,7 @@ fail() {
   failed=1
 }
 # Runs a command; what it says counts only where it fails.
-holds() { "$@" >"$work/said" 2>&1 || { fail "$*"; cat "$work/said"; }; }
+holds() { "$@" >"$scratch/said" 2>&1 || { fail "$*"; cat "$scratch/said"; }; }
 
 DESTDIR=$root cmake --install "$build" --prefix /usr >/dev/null || { echo "Nothing can be installed"; exit 1; }
 
@@ -40,40 +40,40 @@ for side in 16 22 24 32 48 64 128 256 512; do
 done
 
 # The programs, with a home of their own and nothing of this user's.
-echo "user:x:$(id -u):$(id -g)::$home:/bin/sh" >"$work/passwd"
-echo "group:x:$(id -g):" >"$work/group"
+echo "user:x:$(id -u):$(id -g)::$home:/bin/sh" >"$scratch/passwd"
+echo "group:x:$(id -g):" >"$scratch/group"
 wrapper=libnss_wrapper.so
-LD_PRELOAD=$wrapper true 2>"$work/said"
-[ ! -s "$work/said" ] || { echo "libnss-wrapper is not installed"; exit 1; }
+LD_PRELOAD=$wrapper true 2>"$scratch/said"
+[ ! -s "$scratch/said" ] || { echo "libnss-wrapper is not installed"; exit 1; }
 as_user() {
-  LD_PRELOAD=$wrapper NSS_WRAPPER_PASSWD=$work/passwd NSS_WRAPPER_GROUP=$work/group QT_QPA_PLATFORM=offscreen "$@"
+  LD_PRELOAD=$wrapper NSS_WRAPPER_PASSWD=$scratch/passwd NSS_WRAPPER_GROUP=$scratch/group QT_QPA_PLATFORM=offscreen "$@"
 }
 listing() { (cd "$root" && find . -type f -exec md5sum {} + | sort); }
-listing >"$work/before"
-printf 'help\nquit\n' | as_user timeout 60 "$root/usr/bin/veltrana-console" >"$work/console" || fail "the console says $(cat "$work/console")"
+listing >"$scratch/before"
+printf 'help\nquit\n' | as_user timeout 60 "$root/usr/bin/veltrana-console" >"$scratch/console" || fail "the console says $(cat "$scratch/console")"
 state=$home/.local/share/veltrana/veltrana.set
 [ -s "$state" ] || fail "the console has kept no settings in the home"
 # It began with the factory setup, which has a description that no other beginning has.
-grep -q 'cannot be opened' "$work/console" && fail "the console has not found the factory setup"
+grep -q 'cannot be opened' "$scratch/console" && fail "the console has not found the factory setup"
 rm -f "$state"
-as_user timeout --preserve-status -s TERM 8 "$root/usr/bin/veltrana" >"$work/said" 2>&1 || fail "the desktop program: $(cat "$work/said")"
+as_user timeout --preserve-status -s TERM 8 "$root/usr/bin/veltrana" >"$scratch/said" 2>&1 || fail "the desktop program: $(cat "$scratch/said")"
 [ -s "$state" ] || fail "the desktop program has kept no settings in the home"
-"$root/usr/bin/veltrana-unit" --help >"$work/unit" || fail "the unit does not start"
-listing | diff "$work/before" - || fail "a program has written beside itself"
+"$root/usr/bin/veltrana-unit" --help >"$scratch/unit" || fail "the unit does not start"
+listing | diff "$scratch/before" - || fail "a program has written beside itself"
 
 # The manual's pages: they render without a complaint, and have every option and command, and no other.
-page() { man --warnings -E UTF-8 -Tutf8 -l "$share/man/man1/$1.1.gz" 2>"$work/complaints" | col -b; }
+page() { man --warnings -E UTF-8 -Tutf8 -l "$share/man/man1/$1.1.gz" 2>"$scratch/complaints" | col -b; }
 for name in veltrana veltrana-console veltrana-unit; do
-  page $name >"$work/$name.page"
-  [ -s "$work/$name.page" ] && [ ! -s "$work/complaints" ] || fail "the page of $name: $(cat "$work/complaints")"
+  page $name >"$scratch/$name.page"
+  [ -s "$scratch/$name.page" ] && [ ! -s "$scratch/complaints" ] || fail "the page of $name: $(cat "$scratch/complaints")"
 done
 same() { diff <(sort -u "$2") <(sort -u "$3") || fail "$1 and its page differ"; }
-grep -oE -- '^ +--[a-z-]+' "$work/unit" | tr -d ' ' >"$work/options"
-sed -n '/^OPTIONS/,/^EXAMPLES/p' "$work/veltrana-unit.page" | grep -oE -- '^       --[a-z-]+' | tr -d ' ' >"$work/told"
-[ -s "$work/options" ] || fail "the unit tells of no options"
-same veltrana-unit "$work/options" "$work/told"
-sed -n '/^forms$/,/^help$/p' "$work/console" | cut -d' ' -f1 >"$work/commands"
-sed -n '/^COMMANDS/,/^EXAMPLE/p' "$work/veltrana-console.page" | grep -oE '^ {7}[a-z]+' | tr -d ' ' >"$work/told"
-[ -s "$work/commands" ] || fail "the console tells of no commands"
-same veltrana-console "$work/commands" "$work/told"
+grep -oE -- '^ +--[a-z-]+' "$scratch/unit" | tr -d ' ' >"$scratch/options"
+sed -n '/^OPTIONS/,/^EXAMPLES/p' "$scratch/veltrana-unit.page" | grep -oE -- '^       --[a-z-]+' | tr -d ' ' >"$scratch/told"
+[ -s "$scratch/options" ] || fail "the unit tells of no options"
+same veltrana-unit "$scratch/options" "$scratch/told"
+sed -n '/^forms$/,/^help$/p' "$scratch/console" | cut -d' ' -f1 >"$scratch/commands"
+sed -n '/^COMMANDS/,/^EXAMPLE/p' "$scratch/veltrana-console.page" | grep -oE '^ {7}[a-z]+' | tr -d ' ' >"$scratch/told"
+[ -s "$scratch/commands" ] || fail "the console tells of no commands"
+same veltrana-console "$scratch/commands" "$scratch/told"
 exit $failed
