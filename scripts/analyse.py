@@ -3,8 +3,9 @@
 
 Most of the time goes into the headers of the system, so several sources of a target are analysed as one. They are
 written into one file for that, not included: clang-tidy follows the paths only of what stands in the file itself. Names
-of one file may collide with those of another there, and a complaint may come from nothing but that. So where a joined
-file is complained of, each of its sources is analysed by itself, and only what is said then counts.
+of one file may collide with those of another there, so sources that define the same name are kept apart. A complaint
+may still come from nothing but that a name of one hides or doubles what another one uses. So where a joined file is
+complained of, each half of its sources is analysed again, down to single ones, and only what is said of these counts.
 """
 import concurrent.futures
 import json
@@ -12,13 +13,16 @@ import os
 import pathlib
 import re
 import shlex
+import shutil
 import subprocess
 import sys
 
-MOST_SOURCES = 7
+MOST_SOURCES = 12
 SPARED = re.compile(r"/(tests|bench|docs)/")
 # The kernel's headers of the serial line exclude the library's.
 LONER = re.compile(r"^#include <asm/", re.MULTILINE)
+# What a source defines beside members, told by the layout: it begins where a line does.
+DEFINED = re.compile(r"^(?!using namespace|namespace|#|//|return)[A-Za-z][^\n(={;]*?(?<!:)\b(\w+) *(?:\[\w*\])?[({=;]", re.MULTILINE)
 
 
 def options_of(entry):
@@ -40,44 +44,63 @@ def groups_of(entries, build):
         alone = source if LONER.search(pathlib.Path(source).read_text()) else None
         alike.setdefault((target, options_of(entry), alone), []).append(source)
     for (target, options, _), sources in alike.items():
-        parts = -(-len(sources) // MOST_SOURCES)
-        for part in range(parts):
-            yield target, options, sources[part::parts]
+        for joined in apart(sources):
+            yield target, options, joined
 
 
-def write_joined(folder, groups):
-    """The joined files and how each file is compiled, as clang-tidy reads it: {file to analyse: its sources}."""
-    commands, joined = [], {}
-    for number, (target, options, sources) in enumerate(groups):
-        file = folder / f"{target}-{number}.cpp"
-        file.write_text("".join(f'#line 1 "{source}"\n{pathlib.Path(source).read_text()}' for source in sources))
-        joined[str(file)] = sources
-        commands += [{"directory": str(folder.parent), "file": one, "arguments": [*options, "-c", one]}
-                     for one in (str(file), *sources)]
-    (folder / "compile_commands.json").write_text(json.dumps(commands))
-    return joined
+def apart(sources):
+    """Groups of sources in which no name is defined twice."""
+    groups = []
+    for source in sources:
+        names = set(DEFINED.findall(pathlib.Path(source).read_text()))
+        for group, taken in groups:
+            if len(group) < MOST_SOURCES and not names & taken:
+                group.append(source)
+                taken |= names
+                break
+        else:
+            groups.append(([source], names))
+    return [group for group, _ in groups]
 
 
-def complaint(folder, file):
-    """What clang-tidy says of a file, empty where it finds nothing."""
-    run = subprocess.run(["clang-tidy", "--quiet", "--config-file=.clang-tidy", "-p", folder, file],
+def write_joined(folder, name, options, sources):
+    """One file of all sources, or the only one, and how it is compiled, as clang-tidy reads it."""
+    place = folder / name
+    place.mkdir()
+    file = sources[0]
+    if len(sources) > 1:
+        file = str(place / f"{name}.cpp")
+        pathlib.Path(file).write_text(
+            "".join(f'#line 1 "{source}"\n{pathlib.Path(source).read_text()}' for source in sources))
+    command = {"directory": str(folder.parent), "file": file, "arguments": [*options, "-c", file]}
+    (place / "compile_commands.json").write_text(json.dumps([command]))
+    return place, file
+
+
+def complaint(folder, name, options, sources):
+    """What clang-tidy says of sources, empty where it finds nothing."""
+    place, file = write_joined(folder, name, options, sources)
+    run = subprocess.run(["clang-tidy", "--quiet", "--config-file=.clang-tidy", "-p", place, file],
                          capture_output=True, text=True, check=False)
-    return (run.stdout + run.stderr or "clang-tidy failed") if run.returncode != 0 else ""
+    if run.returncode == 0:
+        return ""
+    if len(sources) == 1:
+        return run.stdout + run.stderr or "clang-tidy failed"
+    print("Apart:", *(os.path.relpath(source) for source in sources), flush=True)
+    return "".join(complaint(folder, f"{name}-{half}", options, sources[half::2]) for half in (0, 1))
 
 
 def main():
     build = pathlib.Path(sys.argv[1]).resolve()
     os.chdir(pathlib.Path(__file__).resolve().parent.parent)
     folder = build / "analysis"
-    folder.mkdir(exist_ok=True)
-    joined = write_joined(folder, groups_of(json.loads((build / "compile_commands.json").read_text()), build))
-    longest_first = sorted(joined, key=os.path.getsize, reverse=True)
+    shutil.rmtree(folder, ignore_errors=True)
+    folder.mkdir()
+    groups = list(groups_of(json.loads((build / "compile_commands.json").read_text()), build))
+    groups.sort(key=lambda group: sum(map(os.path.getsize, group[2])), reverse=True)
     with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as pool:
-        said = pool.map(lambda file: complaint(folder, file), longest_first)
-        again = [source for file, text in zip(longest_first, said) if text for source in joined[file]]
-        if again:
-            print("By itself:", *sorted(os.path.relpath(source) for source in again))
-        complaints = [text for text in pool.map(lambda file: complaint(folder, file), again) if text]
+        said = pool.map(lambda part: complaint(folder, f"{part[1][0]}-{part[0]}", *part[1][1:]), enumerate(groups))
+        complaints = [text for text in said if text]
     print(*complaints, sep="\n", end="")
     return 1 if complaints else 0
 

@@ -13,7 +13,8 @@ constexpr int Reach = 8;  // pixels that the table goes to from the middle of a 
 constexpr int RowLength = Reach * StepsPerPixel;
 constexpr double Middle = 0.5;  // of a pixel
 constexpr int FixedBits = 16, StepBits = 10;
-constexpr std::int64_t One = 1 << FixedBits, Half = One / 2;
+constexpr std::int64_t One = 1 << FixedBits;
+constexpr std::int64_t Half = One / 2;
 constexpr double Short = 0.5;         // of a segment, in columns
 constexpr unsigned WholeShare = 256;  // of a pixel
 

@@ -13,7 +13,7 @@ namespace {
 constexpr int TickMilliseconds = 50;
 constexpr int FromBelow = 1;
 constexpr int LimitMarker = 1, CompressionMarker = 2, Markers = 2;
-constexpr double MostGain = 90;             // dB, at either end of the column
+constexpr double ColumnGain = 90;           // dB, at either end of the column
 constexpr double GainSteps = 10;            // of a dB
 constexpr double LowestDot = -5900.0 / 60;  // dB; so far down the marker is still seen
 
@@ -71,13 +71,13 @@ void DynamicsMeters::PrepareBars() {
   PrepareLevel(lbOutput);
   pbGainGraph.SetOrientation(FromBelow);
   pbGainGraph.SetMarkerStyle(HiddenMarker);
-  pbGainGraph.SetSteps(Nearest32(2 * MostGain * GainSteps));
+  pbGainGraph.SetSteps(Nearest32(2 * ColumnGain * GainSteps));
   pbGainGraph.SetOrigin(pbGainGraph.Steps() / 2);
   pbGainGraph.reads = false;  // the label below it does
   const auto tick = [](double gain, const char* text) {
-    return ScaleTick{Nearest32((gain + MostGain) * GainSteps), text};
+    return ScaleTick{Nearest32((gain + ColumnGain) * GainSteps), text};
   };
-  pbGainGraph.SetScale({tick(MostGain, "+90 dB"), tick(0, "0 dB"), tick(-MostGain, "-90 dB")});
+  pbGainGraph.SetScale({tick(ColumnGain, "+90 dB"), tick(0, "0 dB"), tick(-ColumnGain, "-90 dB")});
   Show();
 }
 
@@ -120,7 +120,7 @@ void DynamicsMeters::Show() {
   lbInput.SetReading(told ? Decibels(reading.input) : "");
   lbOutput.SetValue(BarPosition(reading.output));
   lbOutput.SetReading(told ? Decibels(reading.output) : "");
-  pbGainGraph.SetValue(Nearest32((reading.gain + MostGain) * GainSteps));
+  pbGainGraph.SetValue(Nearest32((reading.gain + ColumnGain) * GainSteps));
   pbGainGraph.SetReading(Decibels(reading.gain));
   lblLceGain.core.SetCaption(Decibels(reading.gain));
   pbGraph.SetDot(told ? std::optional(DotAt(reading)) : std::nullopt);

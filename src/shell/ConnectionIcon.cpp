@@ -7,7 +7,7 @@ namespace {
 
 constexpr Colour Device = MakeColour(90, 105, 125);
 constexpr Colour Screen = MakeColour(205, 220, 235);
-constexpr Colour Wire = MakeColour(150, 160, 172);
+constexpr Colour Cable = MakeColour(150, 160, 172);
 constexpr Colour Pulse = MakeColour(20, 150, 70);
 
 // The picture is designed on a grid of 48 by 24 and scaled to what it is given.
@@ -33,7 +33,7 @@ void DrawConnectionIcon(Surface& surface, const Rectangle& area, int image) {
   surface.FillRectangle(grid.At(3, 17, 9, 2), Device);
   surface.FillRectangle(grid.At(35, 8, 12, 11), Device);  // the unit with its two level lights
   surface.FillRectangle(grid.At(37, 10, 8, 3), Screen);
-  surface.FillRectangle(grid.At(15, 12, 19, 1), Wire);
+  surface.FillRectangle(grid.At(15, 12, 19, 1), Cable);
   constexpr int firstStop = 15, stopDistance = 2;
   surface.FillEllipse(grid.At(firstStop + stopDistance * (image - 1), 10, 5, 5), Pulse);
 }
