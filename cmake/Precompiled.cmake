@@ -1,6 +1,5 @@
 # Headers that are compiled once for many sources. With them a source compiles although it lacks an #include of its own,
-# so each source is compiled without them as well: all in "asan", and what needs no toolkit in "fuzz", where they would
-# take longer than they save.
+# so each source is compiled without them as well, in "asan".
 set(VELTRANA_PRECOMPILED "" CACHE STRING "Whose headers of the system are precompiled: a list of PROGRAM and TESTS")
 
 if(VELTRANA_PRECOMPILED AND ccache)  # which keeps what was compiled with them only if it is told so
@@ -25,6 +24,7 @@ function(precompile name)
   foreach(target IN LISTS precompiled_TARGETS)
     target_precompile_headers(${target} REUSE_FROM ${name})
     # g++ 12 takes what it inlines from them no longer for the system's.
-    target_compile_options(${target} PRIVATE -Wno-stringop-overflow -Wno-stringop-overread -Wno-array-bounds)
+    target_compile_options(${target} PRIVATE
+                           $<$<CXX_COMPILER_ID:GNU>:-Wno-stringop-overflow;-Wno-stringop-overread;-Wno-array-bounds>)
   endforeach()
 endfunction()
