@@ -12,6 +12,7 @@
 #include "desktop/Program.h"
 #include "desktop/Theme.h"
 #include "host/StandardStreams.h"
+#include "text/modFile.h"
 
 int main(int argc, char** argv) {
   const std::vector<std::string> arguments(argv + 1, argv + std::max(argc, 1));
@@ -20,7 +21,7 @@ int main(int argc, char** argv) {
     return 2;
   }
   host::FillStandardStreams();
-  const std::string file = arguments.empty() ? "" : host::WholePath(arguments.front());
+  const std::string file = arguments.empty() ? "" : vc::WholePath(arguments.front());
   host::Handover handover(host::FindFolders().writable);
   if (!file.empty() && handover.Give(file)) return 0;  // the running program opens it
   argc = 1;

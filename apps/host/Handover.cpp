@@ -2,7 +2,6 @@
 
 #include <array>
 #include <climits>
-#include <filesystem>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -55,12 +54,6 @@ std::vector<std::string> Handover::Take() {
     if (end > 0) paths.push_back(begun.substr(0, end));
   }
   return paths;
-}
-
-std::string WholePath(const std::string& name) {
-  std::error_code error;
-  const std::filesystem::path whole = std::filesystem::absolute(name, error);
-  return error ? name : whole.lexically_normal().string();
 }
 
 }  // namespace host

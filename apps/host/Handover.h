@@ -31,7 +31,4 @@ class Handover {
   std::string begun;  // of a path whose end has not come yet
 };
 
-// A name as a program is given it, whole from the folder that it works in.
-std::string WholePath(const std::string& name);
-
 }  // namespace host

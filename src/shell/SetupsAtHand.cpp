@@ -1,15 +1,14 @@
 #include "shell/SetupsAtHand.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <memory>
-#include <system_error>
 
 #include "model/modDeviceConfig.h"
 #include "persist/FileNames.h"
 #include "persist/SetupFiles.h"
 #include "persist/StoSet.h"
 #include "shell/PanelHost.h"
+#include "text/modFile.h"
 
 namespace vc {
 namespace {
@@ -38,12 +37,6 @@ std::string Plain(const std::string& text) {
   return plain;
 }
 
-std::string Whole(const std::string& path) {
-  std::error_code ignored;
-  const std::filesystem::path whole = std::filesystem::absolute(path, ignored);
-  return whole.empty() ? path : whole.lexically_normal().string();
-}
-
 }  // namespace
 
 SetupsAtHand::SetupsAtHand(const Around& parts) : around(parts), setup(parts.setup) {
@@ -69,7 +62,7 @@ void SetupsAtHand::ShowMenus() {
 }
 
 void SetupsAtHand::Used(const std::string& path) {
-  around.trail.Used(Whole(path));
+  around.trail.Used(WholePath(path));
   ShowMenus();
 }
 
@@ -158,7 +151,7 @@ void SetupsAtHand::Open(const std::string& path) {
 }
 
 void SetupsAtHand::Drop(const std::vector<std::string>& paths) {
-  if (paths.size() == 1) return Open(Whole(paths.front()));
+  if (paths.size() == 1) return Open(WholePath(paths.front()));
   setup.Warn(box::Exclamation, "Unable to Load File",
              std::to_string(paths.size()) +
                  " files were dropped, and only one setup file can be recalled.  Please drop a single file.");

@@ -47,4 +47,10 @@ std::string JoinPath(std::string_view folder, std::string_view name) {
   return (std::filesystem::path(folder) / std::filesystem::path(name)).string();
 }
 
+std::string WholePath(const std::string& name) {
+  std::error_code error;
+  const std::filesystem::path whole = std::filesystem::absolute(name, error);
+  return error ? name : whole.lexically_normal().string();
+}
+
 }  // namespace vc

@@ -21,4 +21,8 @@ bool WriteLogFile(const std::string& path, std::string_view text, std::int16_t a
 // count ("\ObjectLog.txt" is the file ObjectLog.txt in the folder).
 std::string JoinPath(std::string_view folder, std::string_view name);
 
+// The whole path of a file named from the folder in which the program was started. As it is where that folder
+// is not known.
+std::string WholePath(const std::string& name);
+
 }  // namespace vc

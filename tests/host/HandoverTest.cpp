@@ -52,11 +52,5 @@ TEST_F(Handing, AFullPipeAndWhatIsNoPipeAreLeftAlone) {
   EXPECT_EQ(support::Content(pipe), "mine");
 }
 
-TEST_F(Handing, NamesAreWholeFromTheFolderThatTheyWereGivenIn) {
-  const std::string here = std::filesystem::current_path();
-  EXPECT_EQ(WholePath("a/../b.nrv"), here + "/b.nrv");
-  EXPECT_EQ(WholePath("/x/./y.nrv"), "/x/y.nrv");
-}
-
 }  // namespace
 }  // namespace host

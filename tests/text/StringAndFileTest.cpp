@@ -1,4 +1,6 @@
 // Byte strings, small files and the object log.
+#include <filesystem>
+
 #include <gtest/gtest.h>
 
 #include "TempFolder.h"
@@ -51,6 +53,12 @@ TEST(Files, ChecksumExistenceAndLog) {
   EXPECT_TRUE(FileChecksum(path, sum));
   EXPECT_EQ(sum, 5 + 255 + 13 + 10);
   EXPECT_FALSE(WriteLogFile(folder.Path() + "/missing/log.txt", "x", 0));
+}
+
+TEST(Files, AreWholeFromTheFolderThatTheyWereNamedIn) {
+  const std::string here = std::filesystem::current_path();
+  EXPECT_EQ(WholePath("a/../b.nrv"), here + "/b.nrv");
+  EXPECT_EQ(WholePath("/x/./y.nrv"), "/x/y.nrv");
 }
 
 TEST(WriteLogFile, TellsAFullDisk) {
