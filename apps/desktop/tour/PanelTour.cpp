@@ -176,15 +176,21 @@ void Tour::DrawCustomCurve(desktop::FormWindow& over) {
 void Tour::ShowOver(desktop::FormWindow& over, const std::string& form) {
   struct Opening {
     std::string_view form;
-    const char *button, *opened;
+    const char *button, *opened;  // no button where Ctrl+N does it
   };
-  constexpr auto openings = std::to_array<Opening>({{"Ctl1CH", "btnAdjustMaximum", "FSAdjust"},
+  constexpr auto openings = std::to_array<Opening>({{"CtlNoiseReducer", nullptr, "CtlNoiseParms"},
+                                                    {"Ctl1CH", "btnAdjustMaximum", "FSAdjust"},
                                                     {"SpecDisp", "btnSave", "SaveDisplay"},
                                                     {"FrmUnit", "btnSource", "ChooseSound"},
                                                     {"FrmLineTrace", "btnSave", "SaveTrace"}});
   const auto* opening = std::ranges::find(openings, form, &Opening::form);
   if (opening == openings.end()) return;
-  Press(over, opening->button);
+  if (opening->button == nullptr) {
+    over.activateWindow();  // no window is while pictures are taken, and keys would go nowhere
+    QTest::keyClick(over.windowHandle(), Qt::Key_N, Qt::ControlModifier);
+  } else {
+    Press(over, opening->button);
+  }
   const std::string opened = opening->opened;
   desktop::FormWindow* window = OpenedByName(opened);
   if (window == nullptr) return;
