@@ -27,6 +27,7 @@ class QuietDesk : public vc::Desk {
   bool Open(const std::string& /*target*/) override { return false; }
   void SetTheme(vc::Theme /*theme*/) override {}
   std::string InstallFolder() const override { return folders; }
+  std::string DocumentFolder() const override { return folders; }
   std::string ProgramFolder() const override { return folders; }
   std::string ExecutableFolder() const override { return folders; }
   bool ProgramFolderReadOnly() const override { return false; }

@@ -35,6 +35,7 @@ class ConsoleDesk : public vc::Desk {
   bool Open(const std::string& target) override;
   void SetTheme(vc::Theme /*theme*/) override {}
   std::string InstallFolder() const override { return folders.writable; }
+  std::string DocumentFolder() const override { return folders.Documents(); }
   std::string ProgramFolder() const override { return folders.Files(); }
   std::string ExecutableFolder() const override { return folders.executable; }
   bool ProgramFolderReadOnly() const override { return folders.readOnly; }

@@ -78,7 +78,7 @@ std::string MemSelect::ChosenName() const {
 // written.
 std::string MemSelect::PreviousPath() const {
   const std::string name = WithExtension(PreviousName, GetIndivSettingsFileExt(type));
-  const std::string usual = PathFrom(context.WorkingFolder(), name);
+  const std::string usual = PathFrom(context.CopyFolder(), name);
   const std::string instead = PathFrom(context.desk.InstallFolder(), name);
   return context.files.WrittenAt(instead) > context.files.WrittenAt(usual) ? instead : usual;
 }
@@ -186,7 +186,7 @@ bool MemSelect::KeepPrevious() {
   const auto writeTo = [&](const std::string& folder) {
     return WriteIndivFile(context.files, PathFrom(folder, name), type, stage, context.settings, coefficients);
   };
-  const bool kept = writeTo(context.WorkingFolder()) || writeTo(context.desk.InstallFolder());
+  const bool kept = writeTo(context.CopyFolder()) || writeTo(context.desk.InstallFolder());
   context.files.Settle();
   return kept;
 }

@@ -25,6 +25,13 @@ struct WorkScope {
   const bool timerWasOn;
 };
 
+// A folder, or another one where it is not there.
+std::string ThereOr(const std::string& folder, const std::string& otherwise) {
+  std::error_code ignored;
+  const bool there = std::filesystem::is_directory(folder, ignored);
+  return std::filesystem::absolute(there ? folder : otherwise, ignored).string();
+}
+
 }  // namespace
 
 std::string SetupContext::StartFolder() const {
@@ -33,10 +40,10 @@ std::string SetupContext::StartFolder() const {
 }
 
 std::string SetupContext::WorkingFolder() const {
-  std::error_code ignored;
-  const bool there = std::filesystem::is_directory(settings.workingFolder, ignored);
-  return std::filesystem::absolute(there ? settings.workingFolder : desk.InstallFolder(), ignored).string();
+  return ThereOr(settings.workingFolder, desk.DocumentFolder());
 }
+
+std::string SetupContext::CopyFolder() const { return ThereOr(settings.workingFolder, desk.InstallFolder()); }
 
 std::string SetupContext::FaultOf(const std::string& path) const {
   const FileKind kind = files.KindOf(path);

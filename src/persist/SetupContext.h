@@ -46,8 +46,10 @@ struct SetupContext {
 
   // The folder of the last file, else the working folder.
   std::string StartFolder() const;
-  // The program's own where the record's is none.
+  // The record's. Where it has none, the operator's documents are looked for where the desk says.
   std::string WorkingFolder() const;
+  // The record's, or the program's own: for the copies that a recall leaves.
+  std::string CopyFolder() const;
   // What is wrong with a file whose header is not that of a setup.
   std::string FaultOf(const std::string& path) const;
   // A file has been stored or recalled.

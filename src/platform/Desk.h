@@ -73,6 +73,9 @@ class Desk {
   // Where the program reads and writes its own files, without a separator at the end: the executable's
   // folder, or the user's data folder where the program is installed in the system's, or cannot write there.
   virtual std::string InstallFolder() const = 0;
+  // Where the operator's own files are looked for as long as he has chosen no folder: his home, where the
+  // program is installed in the system's folders, or else the install folder.
+  virtual std::string DocumentFolder() const = 0;
   // Where the files lie that come with the program; nothing is written there.
   virtual std::string ProgramFolder() const = 0;
   // Where the programs lie that come with it, often the same.

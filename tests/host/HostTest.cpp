@@ -105,12 +105,14 @@ TEST(PortMap, ALineOfAProgramTakesAPortThatHasNoDevice) {
 
 TEST(Folders, UnwritableFolderGivesWayToTheUsersOwn) {
   const support::TempFolder folder;
-  const std::string own = folder.Path() + "/a/b";
-  const Folders alone = ChooseFolders(folder.Path(), own);
+  const std::string home = folder.Path() + "/a", own = home + "/.local/share/veltrana";
+  const Folders alone = ChooseFolders(folder.Path(), home);
   EXPECT_EQ(alone.writable, folder.Path());
+  EXPECT_EQ(alone.Documents(), folder.Path());
   EXPECT_FALSE(alone.readOnly);
-  const Folders both = ChooseFolders(folder.Path() + "/missing", own);
+  const Folders both = ChooseFolders(folder.Path() + "/missing", home);
   EXPECT_EQ(both.writable, own);
+  EXPECT_EQ(both.Documents(), own);
   EXPECT_TRUE(both.readOnly);
   EXPECT_TRUE(fs::is_directory(own));
 }
@@ -118,15 +120,16 @@ TEST(Folders, UnwritableFolderGivesWayToTheUsersOwn) {
 TEST(Folders, AnInstalledProgramWritesNothingBesideItself) {
   const support::TempFolder folder;
   const std::string programs = folder.Path() + "/bin", shared = folder.Path() + "/share/veltrana";
-  const std::string own = folder.Path() + "/home/veltrana";
+  const std::string home = folder.Path() + "/home", own = home + "/.local/share/veltrana";
   fs::create_directories(programs);
-  EXPECT_EQ(ChooseFolders(programs, own).Files(), programs);
-  EXPECT_EQ(ChooseFolders(programs, own).Ports().linkFolder, programs + "/ports");
+  EXPECT_EQ(ChooseFolders(programs, home).Files(), programs);
+  EXPECT_EQ(ChooseFolders(programs, home).Ports().linkFolder, programs + "/ports");
   fs::create_directories(shared);
-  const Folders installed = ChooseFolders(programs, own);  // although the folder could be written
+  const Folders installed = ChooseFolders(programs, home);  // although the folder could be written
   EXPECT_EQ(installed.executable, programs);
   EXPECT_EQ(installed.Files(), shared);
   EXPECT_EQ(installed.writable, own);
+  EXPECT_EQ(installed.Documents(), home);
   EXPECT_FALSE(installed.readOnly);
   EXPECT_EQ(installed.Ports().linkFolder, own + "/ports");
   EXPECT_TRUE(fs::is_directory(own));

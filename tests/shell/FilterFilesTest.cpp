@@ -75,6 +75,20 @@ struct FilterFiles : testing::Test, support::PanelRun {
   const std::vector<std::int32_t>& Held() const { return Stage(2).coefficients; }
 };
 
+TEST_F(FilterFiles, AreLookedForAmongTheDocumentsUntilAFolderIsChosenAndTheCopyIsKeptWithTheProgram) {
+  test.desk.documentFolder = folder.Path();
+  const std::string own = test.desk.InstallFolder() + "/Previous Filter Settings.tbg";
+  record.workingFolder.clear();
+  Open(Direction::Store, Type::BandGraphic);
+  EXPECT_EQ(Get("txtFolder"), folder.Path());
+  Press("Escape");
+  Store(Type::BandGraphic, "hum");
+  Recall(Type::BandGraphic, "hum");
+  EXPECT_TRUE(std::filesystem::exists(own) && !std::filesystem::exists(Previous(".tbg")));
+  Open(Direction::Recall, Type::BandGraphic);
+  EXPECT_EQ(Click("btnPrevious"), "");
+}
+
 TEST_F(FilterFiles, ARecallIsOneStepAndExchangesWithThePreviousTable) {
   record.curFilter = 3;
   for (int band = 0; band < 20; ++band) Edit("bandGain", std::to_string(band), 3, band);

@@ -25,7 +25,7 @@ struct ShownBox {
 
 class TestDesk : public vc::Desk {
  public:
-  explicit TestDesk(std::string folder) : installFolder(std::move(folder)) {}
+  explicit TestDesk(const std::string& folder) : documentFolder(folder), installFolder(folder) {}
   vc::Answer Box(int code, const std::string& title, const std::string& text) override {
     vc::Answer answer = vc::SafeAnswer(vc::box::ButtonsOf(code));
     if (!answers.empty()) {
@@ -47,6 +47,7 @@ class TestDesk : public vc::Desk {
   }
   void SetTheme(vc::Theme chosen) override { theme = chosen; }
   std::string InstallFolder() const override { return installFolder; }
+  std::string DocumentFolder() const override { return documentFolder; }
   std::string ProgramFolder() const override { return programFolder; }
   std::string ExecutableFolder() const override { return programFolder; }
   bool ProgramFolderReadOnly() const override { return programFolderReadOnly; }
@@ -58,6 +59,7 @@ class TestDesk : public vc::Desk {
   std::vector<std::string> opened;
   bool canOpen = true;
   vc::Theme theme = vc::Theme::System;
+  std::string documentFolder;
   std::string programFolder = PROGRAM_FOLDER;
   bool programFolderReadOnly = false;
   std::vector<std::pair<int, int>> progress;
