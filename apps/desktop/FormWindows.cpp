@@ -1,5 +1,7 @@
 #include "desktop/FormWindows.h"
 
+#include <algorithm>
+
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWindow>
@@ -71,12 +73,25 @@ void FormWindows::TakeAway(const vc::Form& form) {
   FormWindow* window = WindowOf(form);
   windows.erase(&form);
   if (window == nullptr) return;
+  FormWindow* next = WindowBehind(*window);
   window->Release();
   window->deleteLater();  // it may be the window whose event has led here
-  // Not every desktop gives the keyboard back by itself.
-  const vc::Form* top = forms.Top();
-  FormWindow* next = top == nullptr || top == &form ? nullptr : WindowOf(*top);
+  // Not every desktop gives the keyboard back by itself, and to the right one.
   if (next != nullptr) next->activateWindow();
+}
+
+FormWindow* FormWindows::WindowBehind(const FormWindow& gone) const {
+  const auto top = std::ranges::find_if(forms.open.rbegin(), forms.open.rend(), [this](const auto& entry) {
+    return WindowOf(*entry.form) != nullptr;
+  });
+  if (top == forms.open.rend()) return nullptr;
+  const QWindow* handle = gone.windowHandle();
+  const QWindow* under = handle == nullptr ? nullptr : handle->transientParent();
+  const auto found = std::ranges::find_if(windows, [under](const auto& each) {
+    return under != nullptr && each.second != nullptr && each.second->windowHandle() == under;
+  });
+  const bool free = top->modality == vc::Modality::Modeless && found != windows.end();
+  return free ? found->second.data() : WindowOf(*top->form);
 }
 
 QRect FormWindows::AreaUnder(const vc::Forms::Entry& shown) const {

@@ -32,6 +32,9 @@ class FormWindows {
   void TakeAway(const vc::Form& form);
   // Above which window it lies: its owner's; without one a modal window lies above the first.
   FormWindow* WindowUnder(const vc::Forms::Entry& entry) const;
+  // Which gets the keyboard when a window has gone: one that has to be answered first, or the one above which
+  // the window lay. Null where there is none.
+  FormWindow* WindowBehind(const FormWindow& gone) const;
   // What it opens over: its owner's window, the first one on the screen, or the screen itself.
   QRect AreaUnder(const vc::Forms::Entry& shown) const;
 

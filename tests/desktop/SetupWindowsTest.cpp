@@ -72,6 +72,19 @@ TEST_F(SetupWindows, AStoreIsTypedAndEndsWithEnter) {
   EXPECT_TRUE(desk.boxes.empty());
 }
 
+TEST_F(SetupWindows, GiveTheKeyboardBackToTheWindowThatTheyLayAbove) {
+  vc::Form first{"First", "First"}, beside{"Beside", "Beside"};
+  for (vc::Form* form : {&first, &beside}) {
+    forms.Show(*form, vc::Modality::Modeless);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(windows.WindowOf(*form)));
+  }
+  Open(store);
+  QTest::keyClick(&At<QLineEdit>("txtFileName"), Qt::Key_Escape);
+  EXPECT_TRUE(QTest::qWaitForWindowActive(windows.WindowOf(first), 1000));
+  forms.Unload(beside);
+  forms.Unload(first);
+}
+
 TEST_F(SetupWindows, ARecallIsPickedWithMouseOrKeys) {
   const std::string odd = folder.Path() + "/sub/\xFF.nrv";
   std::filesystem::create_directory(folder.Path() + "/sub");
