@@ -6,6 +6,8 @@
 #include <QScreen>
 #include <QWindow>
 
+#include "host/Heap.h"
+
 namespace desktop {
 namespace {
 
@@ -27,6 +29,10 @@ FormWindows::FormWindows(vc::Forms& openForms) : forms(openForms) {
   forms.shown = [this](const vc::Forms::Entry& entry) { Show(entry); };
   forms.hidden = [this](vc::Form& form) { Hide(form); };
   forms.gone = [this](vc::Form& form) { TakeAway(form); };
+  constexpr int quietMilliseconds = 2000;
+  tidy.setSingleShot(true);
+  tidy.setInterval(quietMilliseconds);
+  QObject::connect(&tidy, &QTimer::timeout, &tidy, host::ReturnFreeMemory);
 }
 
 FormWindows::~FormWindows() {
@@ -78,6 +84,7 @@ void FormWindows::TakeAway(const vc::Form& form) {
   window->deleteLater();  // it may be the window whose event has led here
   // Not every desktop gives the keyboard back by itself, and to the right one.
   if (next != nullptr) next->activateWindow();
+  tidy.start();
 }
 
 FormWindow* FormWindows::WindowBehind(const FormWindow& gone) const {

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include <QPointer>
+#include <QTimer>
 
 #include "desktop/FormWindow.h"
 #include "widgets/Forms.h"
@@ -39,6 +40,7 @@ class FormWindows {
   QRect AreaUnder(const vc::Forms::Entry& shown) const;
 
   vc::Forms& forms;
+  QTimer tidy;  // a while after the last window has gone
   std::map<const vc::Form*, QPointer<FormWindow>> windows;
 };
 
