@@ -5,7 +5,7 @@ set -uo pipefail
 build=$1
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
-root=$scratch/root share=$scratch/root/usr/share home=$scratch/home
+root=$scratch/installed share=$scratch/installed/usr/share home=$scratch/user
 mkdir -p "$home"
 failed=0
 fail() {

@@ -4,7 +4,7 @@
 namespace host {
 
 // Gives it back to the system: opening a window needs far more for a moment than is kept, and the heap would
-// hold on to it. Takes a few milliseconds.
+// hold on to it.
 void ReturnFreeMemory();
 
 }  // namespace host
