@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QBuffer>
+#include <QLibrary>
 #include <QPdfWriter>
 #include <QPrintDialog>
 #include <QPrinter>
@@ -67,9 +68,13 @@ struct PdfTarget {
 };
 
 // The toolkit hands a job to the print server and tells nobody what that one says to it. It says it again to
-// whoever asks next in the same thread.
+// whoever asks next in the same thread. The library is in memory by then; linked, it would come with every
+// start, and the twenty that it needs with it.
 bool ServerTookIt() {
-  return cupsLastError() < IPP_STATUS_REDIRECTION_OTHER_SITE;  // the first that is not good
+  const auto lastError =
+      reinterpret_cast<decltype(&cupsLastError)>(QLibrary("cups", 2).resolve("cupsLastError"));
+  return lastError == nullptr ||
+         lastError() < IPP_STATUS_REDIRECTION_OTHER_SITE;  // the first that is not good
 }
 
 }  // namespace
