@@ -102,7 +102,7 @@ void PlotView::DrawGrid(const QSize& pixels) {
   drawn = GroundNow();
   curvesPainted.reset();
   if (grid.size() != pixels) {
-    raster = CurveRaster(devicePixelRatioF());
+    raster.emplace(devicePixelRatioF());
     grid = QImage(pixels, QImage::Format_RGB32);
     grid.setDevicePixelRatio(devicePixelRatioF());
   }
@@ -151,7 +151,7 @@ Pixels PlotView::PixelsBehind(const QPainter& painter) const {
 void PlotView::Stroke(QPainter& painter, const Pixels& pixels, const QRect& part, Lines lines) {
   ReleaseUpperHalves();
   PainterSurface surface(painter, palette(), rect());
-  surface.StrokeBy(raster, pixels);
+  surface.StrokeBy(*raster, pixels);
   if (lines.curves) model.DrawBars(surface, layout);
   vc::PlotLayout visible = layout;
   const QRect frame =
@@ -171,10 +171,10 @@ QImage PlotView::Stroked(const QImage& ground, Lines lines) {
   return picture;
 }
 
-// Where curves stand, as while a pen moves over them, they are kept with the grid; a picture of curves that
-// are others every time would cost more than it saves.
+// Where curves stand while a pen moves over them, they are kept with the grid; a picture of curves that are
+// others every time would cost more than it saves, and one that is painted once needs none.
 bool PlotView::KeepCurves() {
-  const bool stand = curvesPainted == model.CurveRevision();
+  const bool stand = curvesPainted == model.CurveRevision() && (underMouse() || hasFocus());
   curvesPainted = model.CurveRevision();
   if (!stand) kept = {};
   if (stand && kept.isNull()) kept = Stroked(grid, {.curves = true});

@@ -93,10 +93,10 @@ class PlotView : public QWidget {
   Operate operate;
   const bool small;
   std::vector<HandleView*> handles;
-  QImage grid;                            // none while it has to be drawn anew
-  QImage kept;                            // the same with the curves; none while they change
+  QImage grid;  // none while it has to be drawn anew
+  QImage kept;  // the same with the curves; none while they change, or nobody looks closer
   std::optional<unsigned> curvesPainted;  // which of them, over this grid
-  CurveRaster raster{1.0};
+  std::optional<CurveRaster> raster;      // for pictures of the grid's scale
   vc::PlotLayout layout;
   std::vector<std::pair<QPointer<QObject>, std::function<void()>>> inLine;
   Ground drawn;                   // that the grid shows
