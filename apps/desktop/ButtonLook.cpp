@@ -1,5 +1,7 @@
 #include "desktop/ButtonLook.h"
 
+#include "desktop/Theme.h"
+
 namespace desktop {
 namespace {
 
@@ -7,11 +9,6 @@ using Tint = vc::GraphicButton::Tint;
 
 // Readable on both grounds of their theme, and under the text of a lamp.
 constexpr QRgb GreenLight = 0x2B7A4B, GreenDark = 0x5DBD82, RedLight = 0xB3362E, RedDark = 0xEE8478;
-
-bool IsDark(const QPalette& palette) {
-  constexpr int middle = 128;
-  return palette.color(QPalette::Window).lightness() < middle;
-}
 
 constexpr double Half = 0.5;  // of a pixel: lines lie on pixels
 

@@ -37,6 +37,13 @@ bool InMenus(const vc::Form& form, const std::string& combination) {
   });
 }
 
+// Of a window that has not been seen, what is around a widget is not told that the widget needs another size
+// than when it was put there.
+void MeasureAnew(const QWidget& around) {
+  const QList<QWidget*> parts = around.findChildren<QWidget*>();  // each behind the one that it lies in
+  std::for_each(parts.rbegin(), parts.rend(), [](QWidget* part) { part->updateGeometry(); });
+}
+
 }  // namespace
 
 FormWindow::FormWindow(vc::Form& shownForm, std::function<void()> closedByOperator, Dropped filesDropped)
@@ -145,7 +152,8 @@ void FormWindow::OpenMenuBar() {
 
 void FormWindow::DressAsSplash() {
   setWindowFlags(Qt::SplashScreen | Qt::FramelessWindowHint);
-  contents->setProperty("splash", true);  // the theme's style sheet asks for these properties
+  contents->setAutoFillBackground(true);
+  contents->setBackgroundRole(QPalette::Highlight);
   scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);  // nobody could use them
   scroll->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   const int line = LineHeight(*this);
@@ -153,6 +161,7 @@ void FormWindow::DressAsSplash() {
   for (QLabel* label : contents->findChildren<QLabel*>()) {
     label->setWordWrap(false);
     label->setAlignment(Qt::AlignCenter);
+    label->setForegroundRole(QPalette::HighlightedText);
   }
   for (auto* picture : contents->findChildren<PictureView*>()) {
     contents->layout()->setAlignment(picture, Qt::AlignHCenter);
@@ -202,7 +211,7 @@ void FormWindow::Present(Qt::WindowModality modality, const QRect& over) {
 }
 
 void FormWindow::PlaceFirst(const QRect& over) {
-  ensurePolished();
+  MeasureAnew(*contents);
   TakeSize(Wanted(contents->sizeHint()));
   framed.start();
   const QRect room = screen()->availableGeometry();

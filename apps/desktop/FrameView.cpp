@@ -1,14 +1,15 @@
 #include "desktop/FrameView.h"
 
 #include <algorithm>
+#include <utility>
 
 #include <QEvent>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QLayout>
 #include <QPainter>
 #include <QStyle>
 #include <QStyleOptionGroupBox>
-#include <QVariant>
 
 #include "desktop/QtText.h"
 #include "desktop/SignalPath.h"
@@ -48,6 +49,15 @@ class Cover : public QWidget {
   }
 };
 
+template <typename Kind>
+bool LiesIn(const QWidget& widget, Kind kind) {
+  for (const QWidget* around = widget.parentWidget(); around != nullptr; around = around->parentWidget()) {
+    const auto* frame = dynamic_cast<const FrameView*>(around);
+    if (frame != nullptr && kind(*frame)) return true;
+  }
+  return false;
+}
+
 }  // namespace
 
 FrameView::FrameView(const vc::Frame& shownFrame, QWidget* parent)
@@ -55,29 +65,12 @@ FrameView::FrameView(const vc::Frame& shownFrame, QWidget* parent)
       frame(shownFrame),
       look(shownFrame.look),
       inPanel(shownFrame.core.frame != nullptr && shownFrame.core.frame->look == FrameLook::Panel),
-      drawsPath(shownFrame.arrangement == vc::Arrangement::Flow && !InFlow(shownFrame)) {
-  if (!Lined()) setProperty("captioned", false);
-  setProperty("card", look == FrameLook::Card && InFlow(shownFrame));
-}
-
-// The style sheet asks for the property; it is read again only where that is told.
-void FrameView::ShowProperty(const char* name, const QVariant& value) {
-  if (property(name) == value) return;
-  setProperty(name, value);
-  for (QWidget* part : findChildren<QWidget*>(QString(), Qt::FindDirectChildrenOnly)) {
-    part->style()->polish(part);
-    part->update();
-  }
-  style()->unpolish(this);
-  style()->polish(this);
-}
+      drawsPath(shownFrame.arrangement == vc::Arrangement::Flow && !InFlow(shownFrame)),
+      inFlow(InFlow(shownFrame)) {}
 
 void FrameView::ShowCaption() {
   caption = ToQt(frame.core.Caption());
-  if (Lined()) {
-    setTitle(caption);
-    ShowProperty("captioned", Captioned());
-  }
+  if (Lined()) setTitle(caption);
   ShowMargins();
   FollowEnabled();
   update();
@@ -93,9 +86,11 @@ void FrameView::ShowMargins() {
 }
 
 void FrameView::ShowStanding() {
-  standing = frame.InTheWay();
-  const bool in = standing == vc::Standing::In, out = standing == vc::Standing::Out;
-  ShowProperty("standing", QLatin1String(in ? "in" : out ? "out" : "plain"));
+  const vc::Standing now = frame.InTheWay();
+  if (std::exchange(standing, now) == now) return;
+  for (QLabel* label : findChildren<QLabel*>()) {
+    label->setForegroundRole(IsOut(*label) ? QPalette::PlaceholderText : QPalette::NoRole);
+  }
   update();
   RepaintPath();
 }
@@ -206,8 +201,11 @@ void FrameView::changeEvent(QEvent* event) {
 }
 
 bool IsOut(const QWidget& widget) {
-  const QWidget* around = widget.parentWidget();
-  return around != nullptr && around->property("standing").toString() == QLatin1String("out");
+  return LiesIn(widget, [](const FrameView& frame) { return frame.Standing() == vc::Standing::Out; });
+}
+
+bool IsOnCard(const QWidget& widget) {
+  return LiesIn(widget, [](const FrameView& frame) { return frame.IsCard(); });
 }
 
 QColor TextInk(const QWidget& widget) {

@@ -16,6 +16,9 @@ class FrameView : public QGroupBox {
   bool Captioned() const { return !caption.isEmpty(); }
   // A card that is not there: an empty place with its title, whatever it holds.
   bool Covered() const;
+  // A card of the signal's way.
+  bool IsCard() const { return look == vc::FrameLook::Card && inFlow; }
+  vc::Standing Standing() const { return standing; }
   // The part within the line, without the title's height above it.
   QRect Inside() const;
   // Puts a widget at the right of the title.
@@ -40,7 +43,6 @@ class FrameView : public QGroupBox {
   // How high the title stands above what the frame holds, in a look that draws its own.
   int TitleHeight() const;
   void ShowMargins();
-  void ShowProperty(const char* name, const QVariant& value);
   void FollowEnabled();
   void DrawSheet(QPainter& painter) const;
   void DrawTitle(QPainter& painter) const;
@@ -51,7 +53,7 @@ class FrameView : public QGroupBox {
   // As first and last shown: the model may be gone before its window.
   const vc::FrameLook look;
   const bool inPanel;
-  const bool drawsPath;
+  const bool drawsPath, inFlow;
   QString caption;
   vc::Standing standing = vc::Standing::Plain;
   QMargins margins;  // as the layout was made
@@ -61,6 +63,7 @@ class FrameView : public QGroupBox {
 
 // Whether a widget lies in a frame of which the signal passes by, and is dimmed with it.
 bool IsOut(const QWidget& widget);
+bool IsOnCard(const QWidget& widget);
 // Of the texts on it: dimmed where it is out or cannot be used.
 QColor TextInk(const QWidget& widget);
 

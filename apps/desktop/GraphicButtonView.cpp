@@ -45,8 +45,6 @@ GraphicButtonView::GraphicButtonView(vc::GraphicButton& button, QWidget* parent,
       kind(button.style),
       inTitle(button.inTitle) {
   setCheckable(model.style != Button::Style::Push);
-  // The theme's style sheet asks for it: what draws itself is not padded.
-  setProperty("drawn", model.style != Button::Style::Push);
   connect(this, &QPushButton::pressed, this, [this] {
     held = true;
     operate([this] { model.MouseDown(mouse); });

@@ -13,6 +13,7 @@
 #include "desktop/PainterSurface.h"
 #include "desktop/PictureView.h"
 #include "desktop/QtText.h"
+#include "desktop/SegmentButton.h"
 #include "desktop/SliderView.h"
 #include "desktop/TableView.h"
 #include "desktop/UpDownView.h"
@@ -87,23 +88,13 @@ void BindElided(Binder& binder, vc::Label& label) {
                            .showCaption = [view, &label] { view->ShowWords(ToQt(label.core.Caption())); }});
 }
 
-// On dark or on light, whichever is further from it.
-void ShowColour(QWidget* view, const std::optional<vc::Colour>& colour) {
-  if (!colour) return;
-  const QColor letters = ColourOf(*colour, view->palette());
-  constexpr int amid = 60;  // of 255: with less it is read on light
-  const QLatin1String ground(qGray(letters.rgb()) < amid ? "#f0f0f0" : "#101214");
-  view->setStyleSheet(
-      QLatin1String("color: %1; background: %2; border-radius: 0.2em;").arg(letters.name(), ground));
-}
-
 void BindKind(Binder& binder, vc::Label& label) {
   if (label.elided) return BindElided(binder, label);
   Pane& pane = binder.PaneOf(label.core);
   auto* view = new WrappedLabel(pane.Container());
   pane.AddWords(view);
   if (pane.Is(vc::FrameLook::Card)) view->Yield();
-  view->setProperty("title", label.heading);  // the theme's style sheet asks for it
+  if (label.heading) view->MakeHeading();
   QSizePolicy policy = view->sizePolicy();
   policy.setRetainSizeWhenHidden(label.keepsRoom);
   view->setSizePolicy(policy);
@@ -112,7 +103,10 @@ void BindKind(Binder& binder, vc::Label& label) {
       label.core,
       {.widget = view,
        .showCaption = [view, &label] { view->SetWords(ToQt(vc::WithoutAccessKey(label.core.Caption()))); },
-       .showValue = [view, &label](std::string_view) { ShowColour(view, label.OwnColour()); }});
+       .showValue =
+           [view, &label](std::string_view) {
+             if (label.OwnColour()) view->ShowColour(ColourOf(*label.OwnColour(), view->palette()));
+           }});
 }
 
 void BindKind(Binder& binder, vc::Button& button) {
@@ -201,9 +195,9 @@ void BindKind(Binder& binder, vc::UpDown& upDown) {
 
 void BindKind(Binder& binder, vc::OptionButton& option) {
   auto& [column, buttons] = binder.ColumnOf(option.group, binder.PaneOf(option.core));
-  auto* view = new QRadioButton(column);
+  const bool dense = binder.PaneOf(option.core).Dense();
+  auto* view = dense ? new SegmentButton(column, column->layout()->count() == 0) : new QRadioButton(column);
   column->layout()->addWidget(view);
-  view->setProperty("segment", binder.PaneOf(option.core).Dense());  // the theme's style sheet asks for it
   buttons->addButton(view);
   QObject::connect(view, &QRadioButton::clicked, view, [&binder, &option] {
     binder.Operate(option.core, [&option] { option.group.Select(option.choice); });

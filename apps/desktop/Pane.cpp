@@ -11,6 +11,7 @@
 #include "desktop/BankView.h"
 #include "desktop/FrameView.h"
 #include "desktop/QtText.h"
+#include "desktop/Style.h"
 #include "desktop/TableView.h"
 
 namespace desktop {
@@ -281,7 +282,7 @@ void Pane::AddWords(QLabel* label) {
 }
 
 void Pane::AddButton(QWidget* button, bool atEnd) {
-  button->setProperty("compact", dense);  // the theme's style sheet asks for it
+  if (dense) MakeCompact(*button);
   if (frame != nullptr && frame->buttonsPerRow > 0) return AddToBlock(button);
   if (Columns() || tableRow != nullptr) return AddWide(button);
   onlyWords = onlyFrames = false;

@@ -4,6 +4,7 @@
 
 #include <QApplication>
 #include <QCursor>
+#include <QPainter>
 #include <QWindow>
 
 #include "desktop/QtText.h"
@@ -31,9 +32,31 @@ QWidget* WindowToUse() {
   return nullptr;
 }
 
+// On a ground of its own, so that it is read over anything.
+class Note : public QLabel {
+ public:
+  explicit Note(QWidget* window) : QLabel(window) {
+    const int line = LineHeight(*this), aside = line * 2 / 3, above = line / 4;
+    setContentsMargins(aside, above, aside, above);
+    setForegroundRole(QPalette::ButtonText);
+  }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override {
+    const double half = 0.5, corner = 0.3 * LineHeight(*this);
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(palette().color(QPalette::Highlight));
+    painter.setBrush(palette().color(QPalette::Button));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(half, half, -half, -half), corner, corner);
+    painter.end();
+    QLabel::paintEvent(event);
+  }
+};
+
 QLabel* NewLabel(QWidget* window) {
-  auto* label = new QLabel(window);
-  label->setObjectName(QStringLiteral("progressNote"));  // the theme's style sheet asks for it
+  auto* label = new Note(window);
+  label->setObjectName(QStringLiteral("progressNote"));
   label->setAccessibleName(QStringLiteral("Progress"));
   label->setTextFormat(Qt::PlainText);
   label->setAttribute(Qt::WA_TransparentForMouseEvents);

@@ -3,10 +3,7 @@
 #include <array>
 
 #include <QApplication>
-#include <QPalette>
-#include <QString>
 
-#include "desktop/QtText.h"
 #include "desktop/Style.h"
 
 namespace desktop {
@@ -52,76 +49,15 @@ QPalette PaletteOf(Theme theme) {
   return palette;
 }
 
-// Group boxes with a quiet line and a coloured title, flat buttons; everything in units of the font.
-constexpr const char* SheetText = R"(
-QGroupBox { border: 1px solid @mid; border-radius: 0.4em; margin-top: 0.8em; }
-QGroupBox::title { subcontrol-origin: margin; subcontrol-position: top left; left: 0.5em; padding: 0 0.3em;
-                   color: @title; }
-QGroupBox::title:disabled { color: @faded; }
-QGroupBox:disabled { border-style: dashed; }
-QGroupBox[captioned="false"] { border: none; margin-top: 0; }
-QWidget[splash="true"] { background: @accent; }
-QWidget[splash="true"] QLabel { color: white; }
-QWidget[splash="true"] QLabel[title="true"] { font-size: @bigpt; }
-QLabel#progressNote { background: @button; color: @text; border: 1px solid @accent; border-radius: 0.3em;
-                     padding: 0.2em 0.6em; }
-QListWidget, QPlainTextEdit { border: 1px solid @mid; border-radius: 0.2em; }
-QListWidget:focus, QPlainTextEdit:focus { border-color: @accent; }
-QPushButton { background: @button; color: @text; border: 1px solid @mid; border-radius: 0.3em;
-              padding: 0.35em 1.1em; min-width: 4em; }
-QPushButton[compact="true"] { padding: 0.4em 0.4em; min-width: 3.2em; }
-QGroupBox[card="true"] QPushButton { padding: 0.4em 0.3em; min-width: 1em; }
-QPushButton:hover { background: @hover; border-color: @dark; }
-QPushButton:focus, QPushButton:default { border-color: @accent; }
-QPushButton:pressed { background: @midlight; }
-QPushButton:disabled { background: @window; color: @faded; border-color: @mid; }
-QGroupBox[standing="out"] QLabel { color: @muted; }
-QGroupBox[standing="out"] QPushButton { color: @muted; }
-QPushButton[drawn="true"], QGroupBox QPushButton[drawn="true"] {
-  min-width: 0; padding: 0; border: none; background: transparent; }
-QRadioButton[segment="true"] { background: @button; color: @text; border: 1px solid @mid; padding: 0.35em 0.6em;
-                               margin-right: -1px; spacing: 0; }
-QRadioButton[segment="true"]::indicator { width: 0; height: 0; }
-QRadioButton[segment="true"]:hover { background: @hover; }
-QRadioButton[segment="true"]:focus { border-color: @link; }
-QRadioButton[segment="true"]:checked { background: @link; color: @base; border-color: @link; }
-QRadioButton[segment="true"]:disabled { background: @window; color: @faded; }
-QRadioButton[segment="true"]:checked:focus { border: 2px solid @text; padding: 0.25em 0.55em; }
-)";
-
-QString SheetOf(Theme theme, const QPalette& palette) {
-  const bool light = theme == Theme::Light;
-  QString sheet = QLatin1String(SheetText);
-  const auto put = [&sheet](const char* mark, const QColor& colour) {
-    sheet.replace(QLatin1String(mark), colour.name());
-  };
-  put("@title", QColor(light ? TitleLight : TitleDark));
-  put("@faded", QColor(light ? FadedLight : FadedDark));
-  put("@muted", palette.color(QPalette::PlaceholderText));
-  put("@hover", palette.color(QPalette::AlternateBase));
-  put("@dark", palette.color(QPalette::Dark));
-  put("@midlight", palette.color(QPalette::Midlight));
-  put("@mid", palette.color(QPalette::Mid));
-  put("@button", palette.color(QPalette::Button));
-  put("@text", palette.color(QPalette::ButtonText));
-  put("@accent", palette.color(QPalette::Highlight));
-  put("@link", palette.color(QPalette::Link));
-  put("@base", palette.color(QPalette::Base));
-  put("@window", palette.color(QPalette::Window));
-  constexpr double big = 1.8;
-  return sheet.replace(QLatin1String("@big"), QString::number(big * PointSize(QApplication::font())));
-}
-
 }  // namespace
 
 Theme SystemTheme() {
-  constexpr int middle = 128;
   const QPalette ours = QApplication::palette();
   const bool dressed = ours.resolveMask() != 0;
   if (dressed) QApplication::setPalette({});  // which lets the system's through
-  const int lightness = QApplication::palette().color(QPalette::Window).lightness();
+  const bool dark = IsDark(QApplication::palette());
   if (dressed) QApplication::setPalette(ours);
-  return lightness < middle ? Theme::Dark : Theme::Light;
+  return dark ? Theme::Dark : Theme::Light;
 }
 
 void ApplyTheme(Theme theme) {
@@ -129,7 +65,13 @@ void ApplyTheme(Theme theme) {
   // The style is the application's, which the analysis does not know.
   const QPalette palette = PaletteOf(theme);  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
   QApplication::setPalette(palette);
-  static_cast<QApplication*>(QCoreApplication::instance())->setStyleSheet(SheetOf(theme, palette));
 }
+
+bool IsDark(const QPalette& palette) {
+  constexpr int middle = 128;
+  return palette.color(QPalette::Window).lightness() < middle;
+}
+
+QColor TitleColour(const QPalette& palette) { return {IsDark(palette) ? TitleDark : TitleLight}; }
 
 }  // namespace desktop

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include <QPainter>
 #include <QResizeEvent>
 
 #include "desktop/QtText.h"
@@ -32,6 +33,22 @@ void WrappedLabel::Reserve(const QString& widest) {
 void WrappedLabel::StandAlone() {
   standsAlone = true;
   setAlignment(Qt::AlignCenter);
+}
+
+void WrappedLabel::ShowColour(const QColor& letters) {
+  constexpr QRgb light = 0xF0F0F0, dark = 0x101214;
+  constexpr int amid = 60;  // of 255: with less it is read on light
+  ground = QColor(qGray(letters.rgb()) < amid ? light : dark);
+  QPalette own;
+  own.setColor(QPalette::WindowText, letters);
+  setPalette(own);
+}
+
+void WrappedLabel::MakeHeading() {
+  constexpr double large = 1.8;
+  QFont letters = font();
+  letters.setPointSizeF(large * PointSize(letters));
+  setFont(letters);
 }
 
 void WrappedLabel::SetWords(const QString& words) {
@@ -70,6 +87,18 @@ QSize WrappedLabel::minimumSizeHint() const {
   const int least = TextWidth(LeastDigits);
   const int given = isVisible() ? width() : TextWidth(MostDigits);  // until then it is given none
   return {least, HeightAt(std::max(least, given))};
+}
+
+void WrappedLabel::paintEvent(QPaintEvent* event) {
+  if (ground) {
+    const double corner = 0.2 * LineHeight(*this);
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(*ground);
+    painter.drawRoundedRect(rect(), corner, corner);
+  }
+  QLabel::paintEvent(event);
 }
 
 void WrappedLabel::resizeEvent(QResizeEvent* event) {

@@ -2,6 +2,8 @@
 // height of its whole window depend on the width: large neighbours may then still shrink on a small screen.
 #pragma once
 
+#include <optional>
+
 #include <QLabel>
 
 namespace desktop {
@@ -16,6 +18,10 @@ class WrappedLabel : public QLabel {
   void Reserve(const QString& widest);
   // On a ground of its own, amid which it stands.
   void StandAlone();
+  // In letters of this colour, on dark or on light, whichever is further from it.
+  void ShowColour(const QColor& letters);
+  // In large letters.
+  void MakeHeading();
   // Where it yields, a line breaks behind a comma alone.
   void SetWords(const QString& words);
 
@@ -25,6 +31,7 @@ class WrappedLabel : public QLabel {
 
  protected:
   void resizeEvent(QResizeEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
 
  private:
   // The width of the text in one line, at most so many digits wide.
@@ -33,6 +40,7 @@ class WrappedLabel : public QLabel {
 
   bool yields = false, standsAlone = false;
   QString reserved;
+  std::optional<QColor> ground;
 };
 
 }  // namespace desktop

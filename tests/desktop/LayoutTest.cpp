@@ -236,12 +236,17 @@ TEST(Layout, WhatIsOutIsDimmedWithItsAdaptation) {
   QCoreApplication::processEvents();
   QWidget& adapt = run.At("btnFilterAdapt(1)");
   EXPECT_TRUE(AnyGreen(adapt));
-  const QImage lit = run.At("fraStage(1)").grab().toImage();
+  const auto picture = [&run](const char* name) { return run.At(name).grab().toImage(); };
+  const QImage words = picture("lblFilterKeys(1)"), setup = picture("btnFilterConfig(1)");
   run.Edit("filterActive", "0", 1);
   EXPECT_FALSE(AnyGreen(adapt));
-  EXPECT_NE(run.At("fraStage(1)").grab().toImage(), lit);
+  EXPECT_NE(picture("lblFilterKeys(1)"), words);
+  EXPECT_NE(picture("btnFilterConfig(1)"), setup);
   EXPECT_TRUE(adapt.isEnabled());  // it can still be switched
   EXPECT_TRUE(AnyGreen(run.At("btnAdaptEnabled")));
+  run.Edit("filterActive", "1", 1);
+  EXPECT_EQ(picture("lblFilterKeys(1)"), words);
+  EXPECT_EQ(picture("btnFilterConfig(1)"), setup);
 }
 
 }  // namespace

@@ -234,6 +234,9 @@ TEST(MasterPanelWindow, KeysAndMenusReachTheRecord) {
   run.Press("Right");
   EXPECT_EQ(run.record.numFilters, 2);
   EXPECT_TRUE(run.At<QRadioButton>("optNumFilters(1)").isChecked());
+  QWidget& segment = run.At("optNumFilters(2)");
+  QTest::mouseClick(&segment, Qt::LeftButton, {}, segment.rect().bottomRight() - QPoint(1, 1));
+  EXPECT_EQ(run.record.numFilters, 3);
   run.Press("F10");
   auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget());
   ASSERT_NE(menu, nullptr);
