@@ -2,18 +2,27 @@
 
 #include <string>
 
+#include <QPixmapCache>
+
 #include "desktop/Accessibility.h"
 #include "desktop/MarkIcon.h"
 #include "desktop/MessageBox.h"
 #include "text/ProgramInfo.h"
 
 namespace desktop {
+namespace {
+
+// What the toolkit keeps of pictures of list boxes and sliders: those of the largest window.
+constexpr int PictureKilobytes = 768;
+
+}  // namespace
 
 Application::Application(int& argumentCount, char** arguments) : QApplication(argumentCount, arguments) {
   setApplicationName(QString::fromStdString(vc::ApplicationTitle));
   setDesktopFileName(QStringLiteral("veltrana"));  // by which a desktop knows whose window it is
   setWindowIcon(MarkIcon());
   setQuitOnLastWindowClosed(false);
+  QPixmapCache::setCacheLimit(PictureKilobytes);
   InstallAccessibility();
 }
 
