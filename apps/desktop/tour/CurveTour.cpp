@@ -5,6 +5,7 @@
 #include <QTest>
 
 #include "desktop/PlotView.h"
+#include "desktop/tour/Hand.h"
 #include "desktop/tour/Tour.h"
 
 namespace tour {
@@ -19,10 +20,6 @@ constexpr Spot Voice[]{{0.0, -42}, {0.06, -30}, {0.1, -6},  {0.2, 0},   {0.31, -
                        {0.42, -3}, {0.55, -15}, {0.68, -8}, {0.8, -26}, {1.0, -60}};
 constexpr Spot Region[]{{0.3, 0}, {0.72, 0}, {0.38, -28}, {0.46, -33}};
 constexpr Spot Pointed{0.6, -12};
-
-void Press(desktop::FormWindow& window, const char* control) {
-  QTest::mouseClick(window.findChild<QWidget*>(control), Qt::LeftButton);
-}
 
 QPoint PlaceOf(const desktop::PlotView& display, const Spot& spot) {
   const vc::PlotLayout& layout = display.Layout();

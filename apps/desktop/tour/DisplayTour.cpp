@@ -2,18 +2,15 @@
 #include <QTest>
 
 #include "desktop/PlotView.h"
+#include "desktop/tour/Hand.h"
 #include "desktop/tour/Tour.h"
 #include "shell/Displays.h"
 
 namespace tour {
 namespace {
 
-constexpr int LookMilliseconds = 4000;  // until an average has settled, and a waterfall has some lines
+constexpr int SettleMilliseconds = 4000;  // until an average has settled, and a waterfall has some lines
 constexpr QSize WholeScreen{1920, 1040};
-
-void Press(desktop::FormWindow& window, const char* control) {
-  QTest::mouseClick(window.findChild<QWidget*>(control), Qt::LeftButton);
-}
 
 }  // namespace
 
@@ -25,9 +22,9 @@ void Tour::ShowDisplays() {
     desktop::FormWindow* window = OpenedByName(form);
     if (window == nullptr) continue;
     UsePanel(*window, form);
-    if (linked) QTest::qWait(LookMilliseconds);
+    if (linked) QTest::qWait(SettleMilliseconds);
     UsePanel(*window, form + ", measured");
-    if (linked) QTest::qWait(LookMilliseconds);
+    if (linked) QTest::qWait(SettleMilliseconds);
     Photograph(window, form);
     ShowOver(*window, form);
     if (linked && row.which == vc::display::Spectrum) Photograph(&Master(), "master-spectra");
@@ -49,7 +46,7 @@ void Tour::ShowBesidePanel(desktop::FormWindow& display, const std::string& form
   display.close();
   Expect(display.isVisible() && boxes.LastText().starts_with("You must first close"),
          form + " says why it stays");
-  if (linked) QTest::qWait(LookMilliseconds / 2);
+  if (linked) QTest::qWait(SettleMilliseconds / 2);
   Photograph(&display, form + "-beside");
   Press(*panel, "btnOK");
   Await([this] { return Master().isVisible(); }, "the master panel is back");
@@ -58,7 +55,7 @@ void Tour::ShowBesidePanel(desktop::FormWindow& display, const std::string& form
 void Tour::ShowFullScreen(desktop::FormWindow& window, const std::string& form) {
   const QSize before = window.size();
   window.resize(WholeScreen);
-  if (linked) QTest::qWait(LookMilliseconds / 2);
+  if (linked) QTest::qWait(SettleMilliseconds / 2);
   Photograph(&window, form + "-whole-screen");
   window.resize(before);
 }

@@ -19,6 +19,10 @@ bool ComesUp(const QMenu& menu) {
 
 }  // namespace
 
+void Press(desktop::FormWindow& window, const char* control) {
+  QTest::mouseClick(window.findChild<QWidget*>(control), Qt::LeftButton);
+}
+
 QMenu* OpenMenu(desktop::FormWindow& window, const std::vector<std::string>& names) {
   QMenu* open = nullptr;
   for (const std::string& name : names) {

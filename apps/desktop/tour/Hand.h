@@ -10,6 +10,8 @@
 
 namespace tour {
 
+// Clicks a control of a window.
+void Press(desktop::FormWindow& window, const char* control);
 // Opens a menu of the bar by mouse and the submenus below it by their access keys; each is named as its
 // control. Returns the last one, null where one did not come up.
 QMenu* OpenMenu(desktop::FormWindow& window, const std::vector<std::string>& names);

@@ -103,10 +103,6 @@ constexpr Action Actions[]{{"CtlLPF", "txtCutoff", "1250"},
                            {"CtlNoiseEq", "txtGain(4)", "-12.0"},
                            {"CtlNoiseEq", "txtGain(12)", "-6.0"}};
 
-void Press(desktop::FormWindow& window, const char* control) {
-  QTest::mouseClick(window.findChild<QWidget*>(control), Qt::LeftButton);
-}
-
 }  // namespace
 
 void Tour::ShowChain() {

@@ -13,7 +13,7 @@
 namespace tour {
 namespace {
 
-constexpr int LookMilliseconds = 30;
+constexpr int PreviewMilliseconds = 30;
 
 // So many files with this extension lie in a folder.
 std::ptrdiff_t FilesIn(const std::string& folder, const std::string& extension) {
@@ -52,7 +52,7 @@ void Tour::PrintReport() {
       QTest::mouseClick(preview->findChild<QWidget*>(button), Qt::LeftButton);
     }
   });
-  hand.start(LookMilliseconds);
+  hand.start(PreviewMilliseconds);
   PressOk(*file, program.session.windows.FormOf("PrintFile"), "the report is printed into a file");
   Expect(previewed, "the pages were shown before");
   Expect(FilesIn(program.folders.executable, ".pdf") == before + 1, "the file is there");
