@@ -73,7 +73,7 @@ struct Learner {
   void Run(Block& sound) { filter.Process(sound, sound, sound, {}); }
 };
 
-constexpr std::size_t Filters = 12;  // six a channel, as a unit without linked channels has
+constexpr std::size_t UnitFilters = 12;  // six a channel, as a unit without linked channels has
 
 // In turn on the left and on the right.
 void RunAll(auto& stages, Block& left, Block& right) {
@@ -81,14 +81,14 @@ void RunAll(auto& stages, Block& left, Block& right) {
 }
 
 void Tables(benchmark::State& state) {
-  std::vector<Table> tables(Filters);
+  std::vector<Table> tables(UnitFilters);
   Measure(state, FilterRate, [&](Block& left, Block& right) { RunAll(tables, left, right); });
 }
 BENCHMARK(Tables)->Unit(benchmark::kMicrosecond);
 
 void LongAdaptiveAndTables(benchmark::State& state) {
   std::vector<Learner<AdaptiveTaps>> longest(2);
-  std::vector<Table> tables(Filters - longest.size());
+  std::vector<Table> tables(UnitFilters - longest.size());
   Measure(state, FilterRate, [&](Block& left, Block& right) {
     RunAll(longest, left, right);
     RunAll(tables, left, right);
@@ -97,7 +97,7 @@ void LongAdaptiveAndTables(benchmark::State& state) {
 BENCHMARK(LongAdaptiveAndTables)->Unit(benchmark::kMicrosecond);
 
 void Adaptives(benchmark::State& state) {
-  std::vector<Learner<TableTaps>> learners(Filters);
+  std::vector<Learner<TableTaps>> learners(UnitFilters);
   Measure(state, FilterRate, [&](Block& left, Block& right) { RunAll(learners, left, right); });
 }
 BENCHMARK(Adaptives)->Unit(benchmark::kMicrosecond);

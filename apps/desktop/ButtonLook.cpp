@@ -10,7 +10,7 @@ using Tint = vc::GraphicButton::Tint;
 // Readable on both grounds of their theme, and under the text of a lamp.
 constexpr QRgb GreenLight = 0x2B7A4B, GreenDark = 0x5DBD82, RedLight = 0xB3362E, RedDark = 0xEE8478;
 
-constexpr double Half = 0.5;  // of a pixel: lines lie on pixels
+constexpr double HalfPixel = 0.5;  // of a pixel: lines lie on pixels
 
 }  // namespace
 
@@ -31,7 +31,7 @@ void DrawSwitch(QPainter& painter, const QRect& area, const ButtonState& state, 
   const QColor line = OffColour(palette);
   const QColor on = state.quiet ? line : StateColour(state.tint, palette);
   const QColor ground = palette.color(QPalette::Active, QPalette::Base);
-  const QRectF pill = QRectF(area).adjusted(Half, Half, -Half, -Half);
+  const QRectF pill = QRectF(area).adjusted(HalfPixel, HalfPixel, -HalfPixel, -HalfPixel);
   painter.save();
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(state.lit ? on : line, 1));
@@ -52,7 +52,8 @@ void DrawLamp(QPainter& painter, const QRect& area, const ButtonState& state, co
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(state.lit ? StateColour(state.tint, palette) : palette.color(QPalette::Mid), 1));
   painter.setBrush(state.lit ? StateColour(state.tint, palette) : palette.color(QPalette::Window));
-  painter.drawRoundedRect(QRectF(area).adjusted(Half, Half, -Half, -Half), corner, corner);
+  painter.drawRoundedRect(QRectF(area).adjusted(HalfPixel, HalfPixel, -HalfPixel, -HalfPixel), corner,
+                          corner);
   painter.setPen(state.lit ? palette.color(QPalette::Active, QPalette::Base) : OffColour(palette));
   painter.drawText(area, Qt::AlignCenter, text);
   painter.restore();

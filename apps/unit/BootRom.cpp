@@ -50,7 +50,7 @@ bool Prevent(RomFault fault, RomAction& action) {
     case RomFault::Refuse:
       SetAnswer(action, BytesOf("!RT"), "complaint");
       return true;
-    case RomFault::Nak:
+    case RomFault::NegativeAck:
       SetAnswer(action, {Nak}, "refused");
       return true;
     case RomFault::Cut:

@@ -51,7 +51,7 @@ Images ImagesOf(std::string_view text) {
   return images;
 }
 
-LoadedImages Refused(const std::string& path, const std::string& wrong) {
+LoadedImages RefusedImages(const std::string& path, const std::string& wrong) {
   PutAside aside = PutFileAside(path, wrong, "both sections are erased");
   return {Images{}, std::move(aside.trouble), aside.writable};
 }
@@ -68,11 +68,11 @@ LoadedImages LoadImages(const std::string& path) {
   const auto read = ReadWhole(path);
   if (const int* const error = std::get_if<int>(&read)) {
     if (*error == ENOENT) return {};
-    return Refused(path, std::string("can't be read: ") + std::strerror(*error));
+    return RefusedImages(path, std::string("can't be read: ") + std::strerror(*error));
   }
   const auto& text = std::get<std::string>(read);
   Images images = ImagesOf(text);
-  if (ImageFileText(images) != text) return Refused(path, "is damaged");
+  if (ImageFileText(images) != text) return RefusedImages(path, "is damaged");
   return {std::move(images), {}};
 }
 

@@ -36,7 +36,7 @@ Memories MemoriesOf(std::string_view text) {
   return memories;
 }
 
-LoadedMemories Refused(const std::string& path, const std::string& wrong) {
+LoadedMemories RefusedMemories(const std::string& path, const std::string& wrong) {
   PutAside aside = PutFileAside(path, wrong, "all memories are empty");
   return {{}, std::move(aside.trouble), aside.writable};
 }
@@ -49,11 +49,11 @@ LoadedMemories LoadMemories(const std::string& path) {
   const auto read = ReadWhole(path);
   if (const int* const error = std::get_if<int>(&read)) {
     if (*error == ENOENT) return {};
-    return Refused(path, std::string("can't be read: ") + std::strerror(*error));
+    return RefusedMemories(path, std::string("can't be read: ") + std::strerror(*error));
   }
   const auto& text = std::get<std::string>(read);
   Memories memories = MemoriesOf(text);
-  if (MemoryFileText(memories) != text) return Refused(path, "is damaged");
+  if (MemoryFileText(memories) != text) return RefusedMemories(path, "is damaged");
   return {std::move(memories), {}};
 }
 

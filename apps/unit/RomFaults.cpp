@@ -7,19 +7,19 @@
 namespace unit {
 namespace {
 
-constexpr std::array<std::pair<std::string_view, RomFault>, 8> words{{{"deaf", RomFault::Deaf},
-                                                                      {"silent", RomFault::Silent},
-                                                                      {"refuse", RomFault::Refuse},
-                                                                      {"nak", RomFault::Nak},
-                                                                      {"twice", RomFault::Twice},
-                                                                      {"late", RomFault::Late},
-                                                                      {"sum", RomFault::Sum},
-                                                                      {"cut", RomFault::Cut}}};
+constexpr std::array<std::pair<std::string_view, RomFault>, 8> FaultNames{{{"deaf", RomFault::Deaf},
+                                                                           {"silent", RomFault::Silent},
+                                                                           {"refuse", RomFault::Refuse},
+                                                                           {"nak", RomFault::NegativeAck},
+                                                                           {"twice", RomFault::Twice},
+                                                                           {"late", RomFault::Late},
+                                                                           {"sum", RomFault::Sum},
+                                                                           {"cut", RomFault::Cut}}};
 
 }  // namespace
 
 std::optional<RomFault> RomFaultOf(std::string_view word) {
-  for (const auto& [name, fault] : words) {
+  for (const auto& [name, fault] : FaultNames) {
     if (name == word) return fault;
   }
   return std::nullopt;

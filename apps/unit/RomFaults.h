@@ -10,14 +10,14 @@
 namespace unit {
 
 enum class RomFault {
-  Deaf,    // what the host says gets lost
-  Silent,  // the answer gets lost
-  Refuse,  // "!RT" in place of the answer, and nothing done
-  Nak,     // NAK in place of the answer, and nothing done
-  Twice,   // the answer comes twice
-  Late,    // the answer comes after LateMicroseconds, when the host has ceased to wait
-  Sum,     // a wrong sum at the end of a transfer
-  Cut,     // the power fails and comes again after PowerCutMicroseconds
+  Deaf,         // what the host says gets lost
+  Silent,       // the answer gets lost
+  Refuse,       // "!RT" in place of the answer, and nothing done
+  NegativeAck,  // NAK in place of the answer, and nothing done
+  Twice,        // the answer comes twice
+  Late,         // the answer comes after LateMicroseconds, when the host has ceased to wait
+  Sum,          // a wrong sum at the end of a transfer
+  Cut,          // the power fails and comes again after PowerCutMicroseconds
 };
 
 inline constexpr std::int64_t LateMicroseconds = 22'000'000, PowerCutMicroseconds = 2'000'000;

@@ -22,15 +22,8 @@ constexpr const char* HowToPrintScreens =
     "into the editor screen.  Enter additional text if desired, then select 'Print' "
     "from the Write 'File' menu to generate a hardcopy printout.";
 
-// A caption with "&" standing for itself.
-std::string Plain(const std::string& text) {
-  std::string plain;
-  for (const char character : text) plain += character == '&' ? "&&" : std::string(1, character);
-  return plain;
-}
-
 std::string StepCaption(const std::string& verb, const std::string& title) {
-  return title.empty() ? verb : verb + " " + Plain(title);
+  return title.empty() ? verb : verb + " " + AsCaption(title);
 }
 
 }  // namespace

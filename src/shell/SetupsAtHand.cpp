@@ -27,16 +27,6 @@ std::string Elided(const std::string& name) {
   return name.substr(0, first) + "..." + name.substr(last);
 }
 
-// For a caption: no access key, and one line.
-std::string Plain(const std::string& text) {
-  std::string plain;
-  for (const char character : text) {
-    const bool control = static_cast<unsigned char>(character) < ' ';
-    plain += character == '&' ? "&&" : control ? "?" : std::string(1, character);
-  }
-  return plain;
-}
-
 }  // namespace
 
 SetupsAtHand::SetupsAtHand(const Around& parts) : around(parts), setup(parts.setup) {
@@ -55,7 +45,7 @@ void SetupsAtHand::ShowMenus() {
     const bool there = place < recent.size();
     entry.core.Store(entry.core.tip, there ? recent[place] : std::string{}, "Tip");
     entry.core.SetCaption(
-        there ? "&" + std::to_string(place + 1) + "  " + Plain(Elided(LastPart(recent[place]))) : "");
+        there ? "&" + std::to_string(place + 1) + "  " + AsCaption(Elided(LastPart(recent[place]))) : "");
     entry.core.SetVisible(there);
   }
   around.menus.mnuRevert.core.SetEnabled(!setup.open.Path().empty());

@@ -113,6 +113,15 @@ ControlCore& CoreOf(const AnyControl& control) {
   return std::visit([](auto* one) -> ControlCore& { return one->core; }, control);
 }
 
+std::string AsCaption(std::string_view text) {
+  std::string caption;
+  for (const char character : text) {
+    const bool control = static_cast<unsigned char>(character) < ' ';
+    caption += character == '&' ? "&&" : control ? "?" : std::string(1, character);
+  }
+  return caption;
+}
+
 std::string WithoutAccessKey(std::string_view caption) {
   std::string text;
   for (std::size_t i = 0; i < caption.size(); ++i) {

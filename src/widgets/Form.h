@@ -223,6 +223,8 @@ struct Frame {
 // The control's core, whatever its kind.
 ControlCore& CoreOf(const AnyControl& control);
 
+// How a caption shows any text, in one line: "&&" for each "&".
+std::string AsCaption(std::string_view text);
 // Text without the "&" that marks an access key; "&&" stands for one "&".
 std::string WithoutAccessKey(std::string_view caption);
 

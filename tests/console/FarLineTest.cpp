@@ -9,8 +9,8 @@
 
 namespace {
 
-constexpr int Away = 20;         // ms
-constexpr int Patience = 60000;  // ms, for a full download on a machine with other work
+constexpr int Away = 20;            // ms
+constexpr int FarPatience = 60000;  // ms, for a full download on a machine with other work
 
 TEST(FarLine, WorksIsLostAndIsFoundAgain) {
   support::Installed installed{CONSOLE_PROGRAM};
@@ -21,7 +21,7 @@ TEST(FarLine, WorksIsLostAndIsFoundAgain) {
   support::Program console = installed.RunAt(bridge->Path());
   const auto ask = [&console](const std::string& command, const std::string& beginning) {
     console.Say(command);
-    return console.Await(beginning, Patience);
+    return console.Await(beginning, FarPatience);
   };
   const std::string info = "MasterControl.txtComInfo";
   console.Say("run 200");

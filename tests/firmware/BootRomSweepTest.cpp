@@ -92,7 +92,7 @@ struct Update {
 TEST(BootRomSweep, AFaultAtEveryExchange) {
   using unit::RomFault;
   Update update;
-  for (const RomFault fault : {RomFault::Deaf, RomFault::Silent, RomFault::Refuse, RomFault::Nak,
+  for (const RomFault fault : {RomFault::Deaf, RomFault::Silent, RomFault::Refuse, RomFault::NegativeAck,
                                RomFault::Twice, RomFault::Late, RomFault::Sum, RomFault::Cut}) {
     for (std::uint32_t exchange = 1; exchange <= Exchanges; ++exchange) {
       SCOPED_TRACE(testing::Message() << "fault " << static_cast<int>(fault) << " at exchange " << exchange);

@@ -13,9 +13,9 @@ struct SerialPorts : testing::Test {
   support::Pty pty;
   std::string reason;
   std::unique_ptr<vc::SerialPort> Open() { return OpenSerialDevice(pty.Path(), reason); }
-  static std::string ReadAll(vc::SerialPort& port, int milliseconds = 200) {
+  static std::string ReadAll(vc::SerialPort& port, int tries = 200) {
     std::string text;
-    for (int i = 0; i < milliseconds && text.empty(); ++i) port.AwaitInput(1000);
+    for (int i = 0; i < tries && text.empty(); ++i) port.AwaitInput(1000);
     std::uint8_t byte = 0;
     while (port.Read({&byte, 1}) == 1) text += static_cast<char>(byte);
     return text;

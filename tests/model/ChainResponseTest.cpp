@@ -11,7 +11,7 @@ namespace vc {
 namespace {
 
 // A mono chain in which nothing is in the way yet.
-SystemSettings Plain() {
+SystemSettings Unfiltered() {
   SystemSettings settings;
   InitSettings(settings);
   settings.configMode = ConfigMode::Mono;
@@ -34,7 +34,7 @@ void PutNotch(SystemSettings& settings, int stage, std::int16_t hertz, std::int1
 ChainFilter Notch(int stage) { return BlockKind{BlockFamily::Filter, stage, FilterKind::Notch}; }
 
 TEST(ChainResponse, TheGreatestPartAtAFrequencyMakesIt) {
-  SystemSettings settings = Plain();
+  SystemSettings settings = Unfiltered();
   PutNotch(settings, 1, 1000, 20);
   PutNotch(settings, 2, 1000, 40);
   PutNotch(settings, 3, 2000, 30);
@@ -55,7 +55,7 @@ TEST(ChainResponse, TheGreatestPartAtAFrequencyMakesIt) {
 }
 
 TEST(ChainResponse, OnlyWhatAnEditChangesIsComputedAnew) {
-  SystemSettings settings = Plain();
+  SystemSettings settings = Unfiltered();
   const std::vector<double> even = support::EvenFrequencies(settings, 400);
   PutNotch(settings, 1, 1000, 20);
   settings.filterActive[2] = 1;
@@ -85,7 +85,7 @@ TEST(ChainResponse, OnlyWhatAnEditChangesIsComputedAnew) {
 }
 
 TEST(ChainResponse, EachConfigurationHasItsChannels) {
-  SystemSettings settings = Plain();
+  SystemSettings settings = Unfiltered();
   settings.filterActive[1] = settings.filterActive[3] = settings.filterActive[4] = 1;
   settings.broadbandActive[2] = 1;
   settings.filterType[1] = FilterKind::OneChAdaptive;

@@ -49,14 +49,14 @@ std::string Broadband(std::int16_t kind, SystemSettings record) {
   return BroadbandKeyNumbers(record, 2);
 }
 
-struct Case {
+struct Numbered {
   std::int16_t kind;
   const char *elements, *numbers;
 };
 
 TEST(KeyNumbers, OfEveryKindOfFilter) {
-  for (const Case& c : {
-           Case{FilterKind::OneChAdaptive, "ch1Taps(2)=1024 ch1Mu(2)=16", "1024 taps, Mu 16"},
+  for (const Numbered& c : {
+           Numbered{FilterKind::OneChAdaptive, "ch1Taps(2)=1024 ch1Mu(2)=16", "1024 taps, Mu 16"},
            {FilterKind::RefCanceller, "ch2Taps(2)=512 ch2Mu(2)=851", "512 taps, Mu 1446"},
            {FilterKind::Lowpass, "lpfCutoff(2)=2400 lpfAtten(2)=40", "2400 Hz, -40 dB"},
            {FilterKind::Highpass, "hpfCutoff(2)=300 hpfAtten(2)=35", "300 Hz, -35 dB"},
@@ -108,15 +108,15 @@ TEST(KeyNumbers, OfEveryKindOfEqualizerAndNoiseFilter) {
   curved.edgeCurve[2][114] = -12;
   curved.edgeCurve[2][115] = -60;
   EXPECT_EQ(Equalizer(EqKind::SpectralGraphic, curved), "-3.0 to -12.0 dB");
-  for (const Case& c :
-       {Case{EqKind::BandGraphic, "eqBandGain(10,19)=40 eqBandGain(10,3)=2", "2 bands cut, -40 dB"},
+  for (const Numbered& c :
+       {Numbered{EqKind::BandGraphic, "eqBandGain(10,19)=40 eqBandGain(10,3)=2", "2 bands cut, -40 dB"},
         {EqKind::DualParametric, "eqParBoost(10,2)=16", "1800 Hz, 0.0 dB, 1 more"},  // it has two substages
         {EqKind::DualParametric, "eqParBoost(10,0)=-8 eqParBoost(10,1)=3", "1800 Hz, -8.0 dB, 1 more"},
         {EqKind::Compressor, "eqLceCompRatio(10)=2.5", "0 dB, 2.5:1, limit 0 dB"}}) {
     EXPECT_EQ(Equalizer(c.kind, With(c.elements)), c.numbers);
   }
-  for (const Case& c :
-       {Case{BroadbandKind::NoiseReducer, "filterAtten(8)=27500", "-15.9 dB, gain 0.0"},
+  for (const Numbered& c :
+       {Numbered{BroadbandKind::NoiseReducer, "filterAtten(8)=27500", "-15.9 dB, gain 0.0"},
         {BroadbandKind::NoiseReducer, "filterAtten(8)=0 filterGain(8)=506", "0.0 dB, gain 30.0"},
         {BroadbandKind::NoiseEq, "filterGain(8)=0", "0 bands, muted"},
         {BroadbandKind::NoiseEq, "noiseEqVals(2,7)=0.5 filterAtten(8)=0", "1 band -6.0 dB, gain 0.0"}}) {

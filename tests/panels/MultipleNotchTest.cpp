@@ -13,17 +13,17 @@ using support::PanelRun;
 
 using Rows = Grid<std::int16_t, 1, FilterStages, 1, 16> SystemSettings::*;
 
-struct Case {
+struct NotchKind {
   std::int16_t kind;
   Rows frequency, width;
   const char* last;
 };
-const Case Notches{FilterKind::MultipleNotch, &SystemSettings::mnotchFreq, &SystemSettings::mnotchWidth,
-                   "Notch 16"};
-const Case Slots{FilterKind::MultipleSlot, &SystemSettings::mslotFreq, &SystemSettings::mslotWidth,
-                 "Slot 17"};
+const NotchKind Notches{FilterKind::MultipleNotch, &SystemSettings::mnotchFreq, &SystemSettings::mnotchWidth,
+                        "Notch 16"};
+const NotchKind Slots{FilterKind::MultipleSlot, &SystemSettings::mslotFreq, &SystemSettings::mslotWidth,
+                      "Slot 17"};
 
-struct Multiples : testing::TestWithParam<Case> {
+struct Multiples : testing::TestWithParam<NotchKind> {
   PanelRun run;
   Multiples() {
     run.Edit("numFilters", "2");

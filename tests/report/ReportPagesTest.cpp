@@ -1,4 +1,4 @@
-// Reports on pages of 20 lines, of which a graph takes 17, and in files.
+// ReportPages on pages of 20 lines, of which a graph takes 17, and in files.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -8,7 +8,7 @@
 namespace vc {
 namespace {
 
-struct Reports : testing::Test {
+struct ReportPages : testing::Test {
   support::RecordingPrinters printers;
   support::TempFolder folder;
   support::TestDesk desk{folder.Path()};
@@ -24,7 +24,7 @@ struct Reports : testing::Test {
                               }};
   ReportJob job{.text = "", .description = "Room 4\r\nsecond line", .printed = {2028, 2, 9, 7, 5, 0}};
 
-  Reports() { printers.printable.height = 22 * support::RecordingPrinters::LetterHeight; }
+  ReportPages() { printers.printable.height = 22 * support::RecordingPrinters::LetterHeight; }
 
   bool Print(const std::string& text) {
     job.text = text;
@@ -52,7 +52,7 @@ struct Reports : testing::Test {
   }
 };
 
-TEST_F(Reports, StandUnderAHead) {
+TEST_F(ReportPages, StandUnderAHead) {
   ASSERT_TRUE(Print("one\r\n\r\n  two\r\n100 %NP\r\n%XY\r\n"));
   EXPECT_EQ(Text(1), "0:Room 4" + std::string(59, ' ') + "   Page 1 of 1\n1:Date Printed: 2028-02-09" +
                          std::string(41, ' ') + "   Initials:\n2:" + std::string(90, '_') +
@@ -69,7 +69,7 @@ TEST_F(Reports, StandUnderAHead) {
   EXPECT_EQ(printers.printouts.back().fonts.front().name, "Plain");
 }
 
-TEST_F(Reports, BreakBehindTheLastLineThatFits) {
+TEST_F(ReportPages, BreakBehindTheLastLineThatFits) {
   ASSERT_TRUE(Print(Lines(16) + "%NP\r\nbehind\r\n"));
   EXPECT_EQ(Pages(), 2);
   EXPECT_THAT(Text(1), testing::HasSubstr("19:line 16\n"));
@@ -89,13 +89,13 @@ TEST_F(Reports, BreakBehindTheLastLineThatFits) {
   EXPECT_THAT(Text(2), testing::EndsWith("\n4:line 10\n"));
 }
 
-TEST_F(Reports, BreakWhatIsWiderThanThePage) {
+TEST_F(ReportPages, BreakWhatIsWiderThanThePage) {
   printers.printable.width = 12 * support::RecordingPrinters::LetterWidth + 50;
   ASSERT_TRUE(Print("twelve \xC3\xA9 so.\r\n  and a longer one here\r\n"));
   EXPECT_THAT(Text(1), testing::EndsWith("\n4:twelve \xC3\xA9 so.\n5:  and a long\n6:  er one her\n7:  e\n"));
 }
 
-TEST_F(Reports, PutPicturesWhereThereIsRoom) {
+TEST_F(ReportPages, PutPicturesWhereThereIsRoom) {
   printers.printable.height = 30 * support::RecordingPrinters::LetterHeight;  // 28 lines
   ASSERT_TRUE(Print("%SI1\r\none\r\n%SG2\r\n%CO6\r\n%SA\r\ntwo\r\n"));
   EXPECT_THAT(drawn, testing::ElementsAre("3 1@800 on 1", "4 2@800 on 2", "1 0@800 on 3"));
@@ -114,7 +114,7 @@ TEST_F(Reports, PutPicturesWhereThereIsRoom) {
   EXPECT_THAT(Text(2), testing::EndsWith("\n4:below\n"));
 }
 
-TEST_F(Reports, TellWhatFails) {
+TEST_F(ReportPages, TellWhatFails) {
   EXPECT_FALSE(Print("%EG5\r\nmore\r\n"));
   EXPECT_THAT(Text(1), testing::Not(testing::HasSubstr("more")));
   EXPECT_FALSE(printers.printouts.back().ended);
@@ -125,7 +125,7 @@ TEST_F(Reports, TellWhatFails) {
   EXPECT_FALSE(Print("one\r\n"));
 }
 
-TEST_F(Reports, TellOfPaperThatCannotBeMeasured) {
+TEST_F(ReportPages, TellOfPaperThatCannotBeMeasured) {
   printers.letterHeight = 0;
   EXPECT_FALSE(Print("one\r\n"));
   ASSERT_EQ(desk.boxes.size(), 2U);
@@ -133,7 +133,7 @@ TEST_F(Reports, TellOfPaperThatCannotBeMeasured) {
   EXPECT_EQ(desk.boxes[1].title + desk.boxes[1].text, "Error!CalculateLinesPerGraph Error");
 }
 
-TEST_F(Reports, GoIntoFilesWithoutPages) {
+TEST_F(ReportPages, GoIntoFilesWithoutPages) {
   const std::string path = folder.Path() + "/report.txt";
   const auto written = [&path] { return support::Content(path); };
   const std::string text = "one\r\n\r\n%NP\r\n%CO1\r\n%SA\r\n  %NP\r\n%SI\r\n%EG2";

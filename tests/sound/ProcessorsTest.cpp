@@ -119,7 +119,7 @@ TEST(Processors, PullBothChannelsOnlyWhenLinked) {
 }
 
 TEST(Processors, SurviveAnyInput) {
-  Sound sound = Speech(24000, Rate, 0.2);
+  Sound sound = test::signals::Speech(24000, Rate, 0.2);
   for (std::size_t i = 0; i < sound.size(); i += 500) {
     constexpr float unusual[] = {std::numeric_limits<float>::quiet_NaN(),
                                  std::numeric_limits<float>::infinity(), -std::numeric_limits<float>::max(),

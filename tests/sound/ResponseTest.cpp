@@ -190,7 +190,7 @@ Signal Heard(SoundRun& run, int output) {
 
 void ExpectHeardAsDrawn(SoundRun& run, BlockFamily family, const Shape& shape, const Place& place) {
   const vc::BlockKind block{family, Set(run, family, shape, place), shape.kind};
-  std::vector<double> frequencies = vc::support::EvenFrequencies(run.record, 101);
+  std::vector<double> frequencies = support::EvenFrequencies(run.record, 101);
   const std::vector<double> telling = TellingFrequencies(run.record, block);
   frequencies.insert(frequencies.end(), telling.begin(), telling.end());
   const std::vector<float> drawn = FilterResponse(run.record, block, frequencies);

@@ -37,7 +37,7 @@ void SetSide(SoundRun& run, int stage, int side) {
 
 void ExpectHeardAsDrawn(SoundRun& run, std::size_t channel, std::size_t output) {
   vc::ChainResponse chain;
-  chain.Follow(run.record, vc::support::EvenFrequencies(run.record, 401));
+  chain.Follow(run.record, support::EvenFrequencies(run.record, 401));
   constexpr float height = 0.125F;  // nothing is clipped
   Signal impulse(16384);
   impulse[0] = height;

@@ -6,10 +6,10 @@
 
 #include "model/SystemSettings.h"
 
-namespace vc::support {
+namespace support {
 
 // So many, evenly spaced from 0 to the audio bandwidth; one alone is 0 Hz.
-inline std::vector<double> EvenFrequencies(const SystemSettings& settings, std::size_t points) {
+inline std::vector<double> EvenFrequencies(const vc::SystemSettings& settings, std::size_t points) {
   std::vector<double> frequencies;
   for (std::size_t i = 0; i < points; ++i) {
     const double part = points > 1 ? static_cast<double>(i) / static_cast<double>(points - 1) : 0.0;
@@ -18,4 +18,4 @@ inline std::vector<double> EvenFrequencies(const SystemSettings& settings, std::
   return frequencies;
 }
 
-}  // namespace vc::support
+}  // namespace support

@@ -218,7 +218,7 @@ TEST(RomFaults, BefallTheExchangeThatTheyAreMeantFor) {
   EXPECT_EQ(answerTo(RomFault::Deaf), "||" + waits);
   EXPECT_EQ(answerTo(RomFault::Silent), "||" + ready);
   EXPECT_EQ(answerTo(RomFault::Refuse), "!RT||" + waits);
-  EXPECT_EQ(answerTo(RomFault::Nak), "\x15||" + waits);
+  EXPECT_EQ(answerTo(RomFault::NegativeAck), "\x15||" + waits);
   EXPECT_EQ(answerTo(RomFault::Twice), "MDLMDL||" + ready);
   EXPECT_EQ(answerTo(RomFault::Late), "|MDL|" + ready);
   EXPECT_EQ(answerTo(RomFault::Sum), "MDL||" + ready);

@@ -8,7 +8,7 @@
 namespace unit_test {
 namespace {
 
-constexpr std::int64_t Second = 1'000'000;
+constexpr std::int64_t LongSilence = 1'000'000;
 
 TEST(Frames, UnknownCodesAreMetWithSilence) {
   Bench bench;
@@ -47,7 +47,7 @@ TEST(Step, LostByteCostsOneFrameOnly) {
     Bytes frame = CommandFrame(17, 300);
     frame.erase(frame.begin() + static_cast<std::ptrdiff_t>(lost));
     EXPECT_EQ(bench.Ask(frame), "") << lost;
-    bench.now += Second;
+    bench.now += LongSilence;
     EXPECT_EQ(bench.Ask(CommandFrame(17, 400)), "!OK") << lost;
     EXPECT_EQ(bench.device.HeldRegisters().values[17], 400) << lost;
   }
@@ -68,7 +68,7 @@ TEST(Step, NoiseBeforeAFrameIsSkippedAndAFrameInsideAPacketIsPayload) {
   const Bytes frame = CommandFrame(17, 300);
   EXPECT_EQ(bench.Ask(Joined({'?', 'M', '?', '?', 'L', 0, '?'}, frame)), "!OK");
   EXPECT_EQ(bench.Ask(Bytes(1000, '?')), "");
-  bench.now += Second;
+  bench.now += LongSilence;
 
   Bytes packet = PacketFrame(0, 0);
   for (std::size_t i = 0; i < frame.size(); ++i) packet[10 + i] = frame[i];

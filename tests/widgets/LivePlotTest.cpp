@@ -11,7 +11,7 @@
 namespace vc {
 namespace {
 
-constexpr float NoNumber = std::numeric_limits<float>::quiet_NaN();
+constexpr float Unmeasured = std::numeric_limits<float>::quiet_NaN();
 constexpr Rectangle Area{0, 0, 640, 400};
 
 struct LivePlots : testing::Test {
@@ -91,7 +91,7 @@ TEST_F(LivePlots, AWaterfallKeepsTheHighestOfWhatComesWithinItsPace) {
   EXPECT_TRUE(AgeLabels(waterfall, 100, 5).empty());
   for (int second = 0, tenth = 0; tenth < 12000; second = ++tenth / 10) {
     const float level = tenth % 10 == 3 ? -10.0F : -60.0F;
-    waterfall.Add(std::vector<float>{level, NoNumber, static_cast<float>(second)}, tenth * 0.1 + 0.01);
+    waterfall.Add(std::vector<float>{level, Unmeasured, static_cast<float>(second)}, tenth * 0.1 + 0.01);
   }
   EXPECT_EQ(waterfall.Lines(), Waterfall::MostLines);
   EXPECT_EQ(waterfall.Line(0)[0], -10.0F);
@@ -102,7 +102,7 @@ TEST_F(LivePlots, AWaterfallKeepsTheHighestOfWhatComesWithinItsPace) {
     ages += age.text + "@" + std::to_string(age.line) + " ";
   }
   EXPECT_EQ(ages, "0:00@0 0:30@30 1:00@60 1:30@90 2:00@120 2:30@150 ");
-  EXPECT_EQ(waterfall.PixelOf(NoNumber), waterfall.PixelOf(-99.0F));
+  EXPECT_EQ(waterfall.PixelOf(Unmeasured), waterfall.PixelOf(-99.0F));
   EXPECT_EQ(waterfall.PixelOf(3.0F), waterfall.Ramp().back());
   waterfall.Add(std::vector<float>{1.0F}, 2000);  // of another size
   EXPECT_EQ(waterfall.Lines(), 1);

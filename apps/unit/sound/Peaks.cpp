@@ -19,19 +19,6 @@ namespace {
 constexpr std::size_t ChunkFrames = 16384;
 constexpr std::size_t MostChannels = 1024;
 
-struct Extent {
-  float low = INFINITY, high = -INFINITY;
-
-  void Take(float sample) {
-    if (sample < low) low = sample;
-    if (sample > high) high = sample;
-  }
-  void Join(const Extent& other) {
-    low = std::min(low, other.low);
-    high = std::max(high, other.high);
-  }
-};
-
 // 0 where no sample is a number.
 std::int32_t HundredThousandths(float sample) {
   constexpr float most = 32.0F;
@@ -42,6 +29,19 @@ std::int32_t HundredThousandths(float sample) {
 }  // namespace
 
 struct Peaks::Shared {
+  struct Extent {
+    float low = INFINITY, high = -INFINITY;
+
+    void Take(float sample) {
+      if (sample < low) low = sample;
+      if (sample > high) high = sample;
+    }
+    void Join(const Extent& other) {
+      low = std::min(low, other.low);
+      high = std::max(high, other.high);
+    }
+  };
+
   std::atomic<bool> cancelled = false, ended = false;
   std::mutex lock;
   std::uint64_t frames = 0, read = 0;  // of the file; so far
@@ -110,7 +110,7 @@ Peaks::Extents Peaks::In(std::size_t parts) const {
   for (std::size_t i = 0; i < parts; ++i) {
     const std::size_t from = i * MostParts / parts, to = (i + 1) * MostParts / parts;
     if (from >= known || (to > known && !all)) break;
-    Extent extent;
+    Shared::Extent extent;
     for (std::size_t each = from; each < std::min(to, known); ++each) extent.Join(shared->extents[each]);
     found.low.push_back(HundredThousandths(extent.low));
     found.high.push_back(HundredThousandths(extent.high));
