@@ -25,7 +25,8 @@ beside() {
   scripts/fuzz.sh --gate >build/fuzz.log 2>&1 || { tail -n 60 build/fuzz.log; return 1; }
   grep -E '^(== |stat::(number|average))' build/fuzz.log
   # The tests and benchmarks are spared, for the time that it takes.
-  scripts/analyse.py build || return 1
+  cmake --preset release -B build/apart -DVELTRANA_JOINED=OFF >build/apart.log || return 1
+  scripts/analyse.py build/apart || return 1
   git ls-files -- 'fuzz/*.cpp' | xargs -P "$(nproc)" -n 1 clang-tidy --quiet -p build-fuzz 2>build/clang-tidy-fuzz.log
 }
 
