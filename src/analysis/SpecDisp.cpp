@@ -81,6 +81,11 @@ void SpecDisp::Bind() {
   panel.parameters.emplace_back([this] { Fill(); });
   panel.parameters.emplace_back([this] { FillWaterfall(); });
   panel.shown.emplace_back([this] { DisplaySpectrum(); });
+  // Its owner keeps a closed display until the next one opens.
+  panel.form.unloaded = [this, others = std::move(panel.form.unloaded)] {
+    wtfSpectrum.Clear();
+    others();
+  };
   cmbWaterfallTrace.SetItems({traces.first.name, traces.second.name});
   chkGrid.changed();
   ShowControls();

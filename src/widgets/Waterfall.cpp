@@ -99,6 +99,9 @@ void Waterfall::Add(std::span<const float> levels, double seconds) {
 void Waterfall::Clear() {
   if (lines == 0) return;
   lines = 0;
+  kept.clear();
+  kept.shrink_to_fit();
+  breadth = 0;
   ++revision;
   core.Changed("Lines");
 }

@@ -40,6 +40,7 @@ struct Waterfall {
   // Levels evenly spaced along the x axis, and when they were measured, in seconds by a clock that never
   // falls. No more than MostLines are kept; another number of levels begins anew.
   void Add(std::span<const float> levels, double seconds);
+  // Keeps no room for lines either.
   void Clear();
   int Lines() const { return lines; }
   // 0 is the newest line. Where it begins, in seconds before the newest one.
