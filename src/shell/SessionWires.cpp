@@ -13,8 +13,9 @@ LinkHooks Session::LinkWires() {
   return {
       .box =
           [this](int code, const std::string& title, const std::string& text) {
-            // Nobody is there to answer, and the link has not failed.
-            return Leaving() ? SafeAnswer(box::ButtonsOf(code)) : platform.desk.Box(code, title, text);
+            // At a signal nobody is there to answer; an exit by the menu ends the loop last of all.
+            if (platform.events.Ending()) return SafeAnswer(box::ButtonsOf(code));
+            return platform.desk.Box(code, title, text);
           },
       .connectionState = [this](const std::string& state) { TakeConnectionState(state); },
       .connectEntriesChecked = [this](bool connected) { master.connection.CheckConnectEntries(connected); },

@@ -289,15 +289,21 @@ TEST_F(States, TheExitKeepsWhatTheUnitHasLearnedAndTheNextStartFilesIt) {
 }
 
 TEST_F(States, AUnitThatFallsSilentCostsTheExitItsCoefficientsOnly) {
-  Outing run(*this);
-  Session& session = run.Started();
-  run.Edit("ihpfCutoff", "333");
-  run.loop.RunFor(1000);
-  unit.FallSilent();
-  session.Exit();
-  EXPECT_EQ(Content(last), SetupOf(session));
-  EXPECT_EQ(session.settings.ihpfCutoff, 333);
-  EXPECT_EQ(session.settings.filterAdapt[1], 1);
+  for (const bool bySignal : {false, true}) {
+    SCOPED_TRACE(bySignal);
+    Outing run(*this);
+    Session& session = run.Started();
+    run.Edit("ihpfCutoff", bySignal ? "444" : "333");
+    run.loop.RunFor(1000);
+    unit.FallSilent();
+    if (bySignal) run.loop.RequestEnd();
+    session.Exit();
+    EXPECT_EQ(run.desk.boxes.size(), bySignal ? 0U : 1U);  // a box would wait for somebody who has gone
+    EXPECT_EQ(Content(last), SetupOf(session));
+    EXPECT_EQ(session.settings.ihpfCutoff, bySignal ? 444 : 333);
+    EXPECT_EQ(session.settings.filterAdapt[1], 1);
+    unit.Recover();
+  }
 }
 
 TEST_F(States, AKilledProgramLosesTheLastSecondsAtMost) {

@@ -42,7 +42,8 @@ class WatchedUnit {
   }
   // The failure has passed. One that never came about no longer will.
   void Recover() {
-    deaf = line->gone = false;
+    deaf = false;
+    if (line != nullptr) line->gone = false;
     toGo.reset();
   }
   // A unit that knows nothing yet takes the place of the old one.
