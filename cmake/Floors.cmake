@@ -18,3 +18,11 @@ function(add_floor name)
     target_link_libraries(floor_${name} INTERFACE ${below})
   endif()
 endfunction()
+
+# The code of targets in which nothing is timed is made short: nearly all of it stays in memory once every window has been
+# open.
+function(keep_short)
+  foreach(target IN LISTS ARGN)
+    target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-Os>)
+  endforeach()
+endfunction()

@@ -10,9 +10,10 @@ set(standard_headers <algorithm> <array> <cmath> <cstddef> <cstdint> <filesystem
     <optional> <span> <string> <string_view> <tuple> <utility> <variant> <vector>)
 
 # A library of nothing but precompiled headers: the standard ones and HEADERS, which come with LINK and
-# DEFINITIONS, for the targets named, which are compiled with the same options. OF says whose they are.
+# DEFINITIONS, for the targets named, which are compiled with the same options: keep_short is called for them when SHORT is
+# said, and for none otherwise. OF says whose they are.
 function(precompile name)
-  cmake_parse_arguments(PARSE_ARGV 1 precompiled "" "OF" "HEADERS;LINK;DEFINITIONS;TARGETS")
+  cmake_parse_arguments(PARSE_ARGV 1 precompiled "SHORT" "OF" "HEADERS;LINK;DEFINITIONS;TARGETS")
   if(NOT precompiled_OF IN_LIST VELTRANA_PRECOMPILED)
     return()
   endif()
@@ -21,6 +22,9 @@ function(precompile name)
   target_link_libraries(${name} PRIVATE ${precompiled_LINK} project_warnings)
   target_compile_definitions(${name} PRIVATE ${precompiled_DEFINITIONS})
   target_precompile_headers(${name} PRIVATE ${standard_headers} ${precompiled_HEADERS})
+  if(precompiled_SHORT)
+    keep_short(${name})
+  endif()
   foreach(target IN LISTS precompiled_TARGETS)
     target_precompile_headers(${target} REUSE_FROM ${name})
     # g++ 12 takes what it inlines from them no longer for the system's.
