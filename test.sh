@@ -3,7 +3,7 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
-scripts/install-packages.sh g++ cmake ninja-build ccache qt6-base-dev libcups2-dev fonts-dejavu-core libgtest-dev libgmock-dev \
+scripts/install-packages.sh g++ cmake ninja-build ccache qt6-base-dev qt6-svg-dev libcups2-dev fonts-dejavu-core libgtest-dev libgmock-dev \
   libbenchmark-dev pkg-config libcairo2-dev libkissfft-dev libsndfile1-dev libsamplerate0-dev libfftw3-dev nlohmann-json3-dev portaudio19-dev jackd2 libjack-jackd2-dev libebur128-dev python3 clang-format clang-tidy \
   clang libclang-rt-dev cups-daemon cups-client poppler-utils lrzsz \
   desktop-file-utils appstream man-db shared-mime-info gzip libnss-wrapper

@@ -6,8 +6,10 @@
 
 #include <QFontMetrics>
 #include <QImage>
+#include <QPaintEngine>
 #include <QPolygonF>
 
+#include "desktop/LineParts.h"
 #include "desktop/QtText.h"
 
 namespace desktop {
@@ -86,6 +88,19 @@ QPolygonF ToQt(std::span<const vc::Point> points) {
   return polygon;
 }
 
+// What a part shows of an image that is stretched over an area, so large that whoever smooths it leaves its
+// pixels to be seen.
+QImage Magnified(const QImage& image, const QRect& area, const QRect& part) {
+  constexpr int times = 4;
+  QImage magnified(part.size() * times, QImage::Format_RGB32);
+  QPainter painter(&magnified);
+  painter.scale(times, times);
+  painter.translate(-part.topLeft());
+  painter.drawImage(area, image);
+  painter.end();
+  return magnified;
+}
+
 }  // namespace
 
 QColor ColourOf(vc::Colour colour, const QPalette& palette) {
@@ -141,7 +156,17 @@ void PainterSurface::DrawEdge(const vc::Rectangle& area, vc::EdgeStyle style) {
   }
 }
 
+bool PainterSurface::IsSvg() const { return painter.paintEngine()->type() == QPaintEngine::SVG; }
+
+void PainterSurface::DrawLine(const QLineF& line, vc::LineStyle style, vc::Colour colour) {
+  QPen pen(ColourOf(colour, palette), 1.0, Qt::SolidLine, Qt::FlatCap);
+  if (style == vc::LineStyle::Dotted) pen.setDashPattern({1.0, DotDistance - 1.0});
+  painter.setPen(pen);
+  painter.drawLine(line);
+}
+
 void PainterSurface::DrawAcross(int left, int top, int length, vc::LineStyle style, vc::Colour colour) {
+  if (IsSvg()) return DrawLine({left + 0.0, top + 0.5, left + length + 0.0, top + 0.5}, style, colour);
   const Fine fine(painter);
   ForEachDash(fine, left, length, style, [&](int at, int dash) {
     painter.fillRect(fine.Area(at, fine.Of(top), dash, fine.thickness), ColourOf(colour, palette));
@@ -149,6 +174,7 @@ void PainterSurface::DrawAcross(int left, int top, int length, vc::LineStyle sty
 }
 
 void PainterSurface::DrawDown(int left, int top, int length, vc::LineStyle style, vc::Colour colour) {
+  if (IsSvg()) return DrawLine({left + 0.5, top + 0.0, left + 0.5, top + length + 0.0}, style, colour);
   const Fine fine(painter);
   ForEachDash(fine, top, length, style, [&](int at, int dash) {
     painter.fillRect(fine.Area(fine.Of(left), at, fine.thickness, dash), ColourOf(colour, palette));
@@ -166,7 +192,7 @@ void PainterSurface::DrawPolyline(std::span<const vc::Point> points, vc::Colour 
   painter.setClipRect(ToQt(clip), Qt::IntersectClip);
   painter.setRenderHint(QPainter::Antialiasing);
   painter.setPen(QPen(ColourOf(colour, palette), CurveWidth));
-  painter.drawPolyline(ToQt(points));
+  for (const QPolygonF& part : PartsWithin(points, ToQt(clip))) painter.drawPolyline(part);
   painter.restore();
 }
 
@@ -174,6 +200,11 @@ void PainterSurface::DrawPixels(std::span<const std::uint32_t> pixels, const vc:
                                 const vc::Rectangle& area, const vc::Rectangle& clip) {
   const QImage image(reinterpret_cast<const uchar*>(pixels.data()), size.width, size.height,
                      QImage::Format_RGB32);
+  if (IsSvg()) {
+    const QRect part = ToQt(area) & ToQt(clip);
+    if (!part.isEmpty()) painter.drawImage(part, Magnified(image, ToQt(area), part));
+    return;
+  }
   painter.save();
   painter.setClipRect(ToQt(clip), Qt::IntersectClip);
   painter.drawImage(ToQt(area), image);

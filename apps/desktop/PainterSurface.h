@@ -43,6 +43,9 @@ class PainterSurface : public vc::Surface {
   vc::Colour Translated(vc::Colour colour) const override;
 
  private:
+  // A file whose maker neither clips nor knows what a dash is to the pixel.
+  bool IsSvg() const;
+  void DrawLine(const QLineF& line, vc::LineStyle style, vc::Colour colour);
   void DrawRing(const QRect& area, QPalette::ColorRole upperLeft, QPalette::ColorRole lowerRight);
   void FillSmoothly(vc::Colour colour, const auto& draw);
   QFont TextFont() const;

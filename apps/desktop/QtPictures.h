@@ -1,14 +1,15 @@
-// Pictures as the host draws them, and the desktop's clipboard.
+// Pictures as the toolkit draws them, and the desktop's clipboard.
 #pragma once
 
 #include <string>
 
-#include "host/CairoPictures.h"
+#include "platform/Pictures.h"
 
 namespace desktop {
 
-class QtPictures : public host::CairoPictures {
+class QtPictures : public vc::Pictures {
  public:
+  std::string Draw(vc::PictureFormat format, const vc::Size& size, const vc::Drawing& drawing) override;
   bool Copy(const vc::Size& size, const vc::Drawing& drawing) override;
 };
 

@@ -36,6 +36,8 @@ constexpr std::array<Tint, 19> Tints{{{QPalette::Window, 0xF3F5F7, 0x2A3139},
 constexpr QRgb FadedLight = 0x65707C, FadedDark = 0x9EA9B4;
 constexpr QRgb TitleLight = 0x2A5C91, TitleDark = 0x8BBBEA;
 
+}  // namespace
+
 QPalette PaletteOf(Theme theme) {
   const bool light = theme == Theme::Light;
   QPalette palette;
@@ -48,8 +50,6 @@ QPalette PaletteOf(Theme theme) {
   palette.setColor(QPalette::Disabled, QPalette::Highlight, palette.color(QPalette::Mid));
   return palette;
 }
-
-}  // namespace
 
 Theme SystemTheme() {
   const QPalette ours = QApplication::palette();

@@ -14,6 +14,7 @@ using vc::Theme;
 Theme SystemTheme();
 // Dresses the whole application in the light or the dark theme; windows that are open change at once.
 void ApplyTheme(Theme theme);
+QPalette PaletteOf(Theme theme);
 bool IsDark(const QPalette& palette);
 // Of the titles of groups, in the theme that a palette is of.
 QColor TitleColour(const QPalette& palette);

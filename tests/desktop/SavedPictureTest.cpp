@@ -1,11 +1,19 @@
 // Pictures of a display, read back as other programs read them.
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <limits>
+#include <map>
+
 #include <QBuffer>
 #include <QClipboard>
 #include <QImage>
 #include <QXmlStreamReader>
 
 #include "MasterWindow.h"
+#include "desktop/LineParts.h"
 #include "desktop/QtPictures.h"
+#include "desktop/Theme.h"
 #include "widgets/Plot.h"
 
 namespace desktop {
@@ -49,18 +57,85 @@ TEST_F(SavedPicture, AsPngShowsTheTracesOnADarkScreen) {
   Expect(QImage::fromData(QByteArray::fromStdString(bytes)));
 }
 
-TEST_F(SavedPicture, AsSvgIsWellFormedAndHasTheCurves) {
-  const std::string bytes = pictures.Draw(vc::PictureFormat::Svg, Whole, Drawn());
+// The elements of an SVG file by name, with their attributes.
+std::multimap<QString, QXmlStreamAttributes> ElementsOf(const std::string& bytes) {
   QXmlStreamReader reader(QByteArray::fromStdString(bytes));
-  int curves = 0;
+  std::multimap<QString, QXmlStreamAttributes> elements;
   while (!reader.atEnd()) {
-    if (reader.readNext() != QXmlStreamReader::StartElement) continue;
-    const QString style = reader.attributes().value("style").toString();
-    const bool curve = style.contains("stroke:rgb(100%,100%,0%)") || style.contains("50.196078%,100%)");
-    curves += reader.name() == u"path" && curve ? 1 : 0;
+    if (reader.readNext() == QXmlStreamReader::StartElement) {
+      elements.emplace(reader.name().toString(), reader.attributes());
+    }
   }
   EXPECT_FALSE(reader.hasError()) << reader.errorString().toStdString();
-  EXPECT_GE(curves, 2);
+  return elements;
+}
+
+TEST_F(SavedPicture, AsSvgHasTheCurvesWithinTheFrameAndShortGridLines) {
+  plot.SetTraces({{"Yellow", {40, -40, 90, -20}, vc::ScreenYellow}});
+  const auto elements = ElementsOf(pictures.Draw(vc::PictureFormat::Svg, Whole, Drawn()));
+  EXPECT_LT(elements.size(), 100U);
+  EXPECT_TRUE(elements.contains("text"));
+  const auto yellow = std::ranges::count_if(
+      elements, [](const auto& element) { return element.second.value("stroke") == u"#ffff00"; });
+  EXPECT_GE(yellow, 1);
+  const auto [first, last] = elements.equal_range("polyline");
+  EXPECT_GT(std::distance(first, last),
+            2);  // the grid, and what rises above the frame comes back as a line more
+  for (auto line = first; line != last; ++line) {
+    const QStringList points = line->second.value("points").toString().split(' ', Qt::SkipEmptyParts);
+    EXPECT_GE(points.size(), 2);
+    for (const QString& point : points) {
+      const double y = point.section(',', 1).toDouble();
+      EXPECT_GT(y, 1.0) << "above the frame, where the picture's edge is";
+      EXPECT_LT(y, Whole.height - 1.0);
+    }
+  }
+}
+
+TEST(LineParts, AreCutAtTheEdges) {
+  const QRectF clip(0, 0, 10, 10);
+  const auto parts = [&](std::vector<vc::Point> points) { return PartsWithin(points, clip); };
+  using Lines = std::vector<QPolygonF>;
+  EXPECT_EQ(parts({{2, 2}, {4, 4}, {6, 2}}), (Lines{{{{2, 2}, {4, 4}, {6, 2}}}}));
+  EXPECT_EQ(parts({{-5, 5}, {5, 5}, {5, -5}, {7, -5}, {7, 5}}),
+            (Lines{{{{0, 5}, {5, 5}, {5, 0}}}, {{{7, 0}, {7, 5}}}}));
+  EXPECT_EQ(parts({{-5, 5}, {15, 5}}), (Lines{{{{0, 5}, {10, 5}}}}));
+  EXPECT_TRUE(parts({{-5, -1}, {15, -1}}).empty());
+  EXPECT_TRUE(parts({{5, 5}}).empty());
+  constexpr double endless = std::numeric_limits<double>::infinity();
+  EXPECT_EQ(parts({{5, -endless}, {5, 8}, {6, 8}}), (Lines{{{{5, 0}, {5, 8}, {6, 8}}}}));
+  EXPECT_EQ(parts({{1, 1}, {2, 2}, {3, std::nan("")}, {4, 4}, {5, 5}}),
+            (Lines{{{{1, 1}, {2, 2}}}, {{{4, 4}, {5, 5}}}}));
+}
+
+TEST_F(SavedPicture, AsSvgCutsAnImageToItsClip) {
+  const std::vector<std::uint32_t> pixels{0xFFFF0000, 0xFF00FF00, 0xFF0000FF, 0xFFFFFFFF};
+  const auto elements = ElementsOf(pictures.Draw(vc::PictureFormat::Svg, Whole, [&](vc::Surface& surface) {
+    surface.DrawPixels(pixels, {2, 2}, {10, 20, 100, 100}, {30, 20, 200, 40});
+  }));
+  const auto image = elements.find("image");
+  ASSERT_NE(image, elements.end());
+  EXPECT_EQ(image->second.value("x"), u"30");
+  EXPECT_EQ(image->second.value("width"), u"80");
+  EXPECT_EQ(image->second.value("height"), u"40");
+  const QString data = image->second.value("xlink:href").toString().section(',', 1);
+  const QImage shown = QImage::fromData(QByteArray::fromBase64(data.toLatin1()));
+  EXPECT_EQ(shown.pixelColor(0, 0), QColor(Qt::red));
+  EXPECT_EQ(shown.pixelColor(shown.width() - 1, shown.height() - 1), QColor(Qt::green));
+}
+
+TEST_F(SavedPicture, IsThatOfPaperInTheDarkThemeToo) {
+  const vc::Drawing letters = [](vc::Surface& surface) {
+    surface.FillRectangle({0, 0, 60, 30}, vc::WindowBack);
+    surface.DrawText({5, 5, 50, 20}, "100 Hz");
+  };
+  const auto pictureIn = [&](vc::Theme theme) {
+    ApplyTheme(theme);
+    return pictures.Draw(vc::PictureFormat::Png, {60, 30}, letters);
+  };
+  const std::string dark = pictureIn(vc::Theme::Dark);
+  EXPECT_EQ(dark, pictureIn(vc::Theme::Light));
+  EXPECT_EQ(QImage::fromData(QByteArray::fromStdString(dark)).pixelColor(1, 1), QColor(Qt::white));
 }
 
 TEST_F(SavedPicture, IsPutIntoTheClipboard) {
