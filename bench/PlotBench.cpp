@@ -66,7 +66,9 @@ void OwnPlot(benchmark::State& state) {
   vc::Form form{"F", "Form"};
   vc::Plot plot{form, "plt", "Spectrum"};
   plot.SetAxes({0, 5000, "Hz"}, {-70, 0, "dB"});
-  desktop::PlotView view(plot, nullptr, [](const vc::ControlCore&, const auto& action) { action(); });
+  desktop::CurveRasters rasters;
+  desktop::PlotView view(plot, nullptr, rasters,
+                         [](const vc::ControlCore&, const auto& action) { action(); });
   form.controlChanged = [&view](const vc::ControlCore&, std::string_view) { view.Follow(); };
   view.resize(Width, Height);
   std::array<std::vector<vc::PlotTrace>, Pictures> traces;
@@ -89,7 +91,9 @@ void OwnBars(benchmark::State& state) {
   vc::Form form{"F", "Form"};
   vc::Plot plot{form, "plt", "Response"};
   plot.SetAxes({0, 5000, "Hz"}, {-50, 5, "dB"});
-  desktop::PlotView view(plot, nullptr, [](const vc::ControlCore&, const auto& action) { action(); });
+  desktop::CurveRasters rasters;
+  desktop::PlotView view(plot, nullptr, rasters,
+                         [](const vc::ControlCore&, const auto& action) { action(); });
   form.controlChanged = [&view](const vc::ControlCore&, std::string_view) { view.Follow(); };
   view.resize(Width, Height);
   const auto curves = Spectra(421, 5);
@@ -152,7 +156,9 @@ double ProcessorSeconds() {
 struct ShownPlot {
   vc::Form form{"F", "Form"};
   vc::Plot plot{form, "plt", "Curve"};
-  desktop::PlotView view{plot, nullptr, [](const vc::ControlCore&, const auto& action) { action(); }};
+  desktop::CurveRasters rasters;
+  desktop::PlotView view{plot, nullptr, rasters,
+                         [](const vc::ControlCore&, const auto& action) { action(); }};
 
   ShownPlot() {
     form.controlChanged = [this](const vc::ControlCore&, std::string_view) { view.Follow(); };

@@ -10,6 +10,7 @@
 
 #include <QWidget>
 
+#include "desktop/CurveRaster.h"
 #include "desktop/Pane.h"
 #include "widgets/Form.h"
 
@@ -64,6 +65,7 @@ class Binder {
   Pane& PaneOf(const vc::ControlCore& core);
   QWidget* WidgetOf(const vc::ControlCore& core) const { return bounds.at(&core).widget; }
   QMenuBar* MenuBar() const { return menuBar(); }
+  CurveRasters& Rasters() { return rasters; }
   void AddPane(const vc::Frame& frame, Pane pane) { panes.emplace(&frame, std::move(pane)); }
   OptionColumn& ColumnOf(vc::OptionGroup& group, Pane& pane);
   // Names the widget, makes it accessible, and has it follow its control.
@@ -85,6 +87,7 @@ class Binder {
 
   vc::Form* form;
   std::function<QMenuBar*()> menuBar;
+  CurveRasters rasters;
   std::unordered_map<const vc::Frame*, Pane> panes;  // null stands for the form itself
   std::unordered_map<const vc::ControlCore*, Bound> bounds;
   std::unordered_map<const vc::OptionGroup*, OptionColumn> optionColumns;

@@ -86,6 +86,7 @@ inline void BlendLanes(std::uint32_t* pixels, const Lanes& shares, const Lanes& 
 std::vector<Lanes> GroupTable(double width) {
   constexpr int places = 1 << PlaceBits;
   std::vector<Lanes> table;
+  table.reserve((Slopes + 1) * places * GroupPixels / LanePixels);
   for (int i = 0; i <= Slopes; ++i) {
     const double slope = static_cast<double>(i) / Slopes, half = HalfThickness(width, slope);
     for (int place = 0; place < places; ++place) {

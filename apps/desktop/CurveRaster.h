@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <map>
 #include <span>
 #include <vector>
 
@@ -83,6 +84,16 @@ class CurveRaster {
   int left = 0, top = 0, columns = 0, rows = 0;
   std::uint32_t ink = 0;
   Lanes inkLanes{};
+};
+
+// One for each scale, for all plots that are drawn one after the other: its tables are 50 kB.
+class CurveRasters {
+ public:
+  // Stays where it is.
+  CurveRaster& Of(double pixelRatio) { return rasters.try_emplace(pixelRatio, pixelRatio).first->second; }
+
+ private:
+  std::map<double, CurveRaster> rasters;
 };
 
 }  // namespace desktop

@@ -21,7 +21,7 @@ std::string Spoken(const vc::Plot& plot) {
 void BindKind(Binder& binder, vc::Plot& plot) {
   Pane& pane = binder.PaneOf(plot.core);
   auto* view = new PlotView(
-      plot, pane.Container(),
+      plot, pane.Container(), binder.Rasters(),
       [&binder](const vc::ControlCore& core, const auto& action) { binder.Operate(core, action); });
   pane.AddWide(view);
   binder.Bind(plot.core, {.widget = view,

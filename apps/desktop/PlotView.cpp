@@ -21,8 +21,8 @@
 
 namespace desktop {
 
-PlotView::PlotView(vc::Plot& plot, QWidget* parent, Operate carry)
-    : QWidget(parent), model(plot), operate(std::move(carry)), small(plot.small) {
+PlotView::PlotView(vc::Plot& plot, QWidget* parent, CurveRasters& windowRasters, Operate carry)
+    : QWidget(parent), model(plot), operate(std::move(carry)), small(plot.small), rasters(windowRasters) {
   setAttribute(Qt::WA_OpaquePaintEvent);
   setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
   if (small) return;
@@ -102,7 +102,7 @@ void PlotView::DrawGrid(const QSize& pixels) {
   drawn = GroundNow();
   curvesPainted.reset();
   if (grid.size() != pixels) {
-    raster.emplace(devicePixelRatioF());
+    raster = &rasters.Of(devicePixelRatioF());
     grid = QImage(pixels, QImage::Format_RGB32);
     grid.setDevicePixelRatio(devicePixelRatioF());
   }

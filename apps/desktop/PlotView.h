@@ -23,7 +23,8 @@ class PlotView : public QWidget {
  public:
   // Carries an action of the operator on a control to the model.
   using Operate = std::function<void(const vc::ControlCore& core, const std::function<void()>& action)>;
-  PlotView(vc::Plot& plot, QWidget* parent, Operate carry);
+  // The rasters, which other plots of its window share, must outlive it.
+  PlotView(vc::Plot& plot, QWidget* parent, CurveRasters& windowRasters, Operate carry);
 
   // Repaints what a change of the model has really changed.
   void Follow();
@@ -96,7 +97,8 @@ class PlotView : public QWidget {
   QImage grid;  // none while it has to be drawn anew
   QImage kept;  // the same with the curves; none while they change, or nobody looks closer
   std::optional<unsigned> curvesPainted;  // which of them, over this grid
-  std::optional<CurveRaster> raster;      // for pictures of the grid's scale
+  CurveRasters& rasters;
+  CurveRaster* raster = nullptr;  // for pictures of the grid's scale
   vc::PlotLayout layout;
   std::vector<std::pair<QPointer<QObject>, std::function<void()>>> inLine;
   Ground drawn;                   // that the grid shows
