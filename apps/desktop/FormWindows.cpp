@@ -1,15 +1,19 @@
 #include "desktop/FormWindows.h"
 
 #include <algorithm>
+#include <chrono>
 
 #include <QGuiApplication>
 #include <QScreen>
 #include <QWindow>
 
+#include "desktop/PlotView.h"
 #include "host/Heap.h"
 
 namespace desktop {
 namespace {
+
+constexpr std::chrono::milliseconds Soon{2000}, NowAndThen{30'000};
 
 Qt::WindowModality QtModality(vc::Modality modality) {
   switch (modality) {
@@ -29,16 +33,27 @@ FormWindows::FormWindows(vc::Forms& openForms) : forms(openForms) {
   forms.shown = [this](const vc::Forms::Entry& entry) { Show(entry); };
   forms.hidden = [this](vc::Form& form) { Hide(form); };
   forms.gone = [this](vc::Form& form) { TakeAway(form); };
-  constexpr int quietMilliseconds = 2000;
   tidy.setSingleShot(true);
-  tidy.setInterval(quietMilliseconds);
-  QObject::connect(&tidy, &QTimer::timeout, &tidy, host::ReturnFreeMemory);
+  QObject::connect(&tidy, &QTimer::timeout, &tidy, [this] { Tidy(); });
+  tidy.start(NowAndThen);
 }
 
 FormWindows::~FormWindows() {
   forms.shown = nullptr;
   forms.hidden = forms.gone = nullptr;
   for (const auto& [form, window] : windows) delete window.data();
+}
+
+// The toolkit gives up pictures of controls by and by, too.
+void FormWindows::Tidy() {
+  for (const auto& [form, window] : windows) {
+    if (window == nullptr) continue;
+    for (QWidget* widget : window->findChildren<QWidget*>()) {
+      if (auto* plot = dynamic_cast<PlotView*>(widget)) plot->Rest();
+    }
+  }
+  host::ReturnFreeMemory();
+  tidy.start(NowAndThen);
 }
 
 FormWindow* FormWindows::WindowOf(const vc::Form& form) const {
@@ -84,7 +99,7 @@ void FormWindows::TakeAway(const vc::Form& form) {
   window->deleteLater();  // it may be the window whose event has led here
   // Not every desktop gives the keyboard back by itself, and to the right one.
   if (next != nullptr) next->activateWindow();
-  tidy.start();
+  tidy.start(Soon);
 }
 
 FormWindow* FormWindows::WindowBehind(const FormWindow& gone) const {

@@ -31,6 +31,8 @@ class FormWindows {
   void Show(const vc::Forms::Entry& entry);
   void Hide(const vc::Form& form);
   void TakeAway(const vc::Form& form);
+  // Gives back what nobody needs for the time being.
+  void Tidy();
   // Above which window it lies: its owner's; without one a modal window lies above the first.
   FormWindow* WindowUnder(const vc::Forms::Entry& entry) const;
   // Which gets the keyboard when a window has gone: one that has to be answered first, or the one above which
@@ -40,7 +42,7 @@ class FormWindows {
   QRect AreaUnder(const vc::Forms::Entry& shown) const;
 
   vc::Forms& forms;
-  QTimer tidy;  // a while after the last window has gone
+  QTimer tidy;  // soon after a window has gone, else now and then
   std::map<const vc::Form*, QPointer<FormWindow>> windows;
 };
 

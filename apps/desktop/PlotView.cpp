@@ -181,7 +181,13 @@ bool PlotView::KeepCurves() {
   return stand;
 }
 
+void PlotView::Rest() {
+  if (std::exchange(painted, false)) return;
+  grid = kept = {};
+}
+
 void PlotView::paintEvent(QPaintEvent* event) {
+  painted = true;
   KeepUp();
   const bool stand = KeepCurves();
   const QImage& ground = stand ? kept : grid;

@@ -29,6 +29,9 @@ class PlotView : public QWidget {
   // Repaints what a change of the model has really changed.
   void Follow();
   int GridsDrawn() const { return gridsDrawn; }  // how often so far
+  // Called now and then: gives up the pictures if nothing was painted since the last call. They are drawn
+  // anew when they are needed.
+  void Rest();
 
   vc::Plot& Model() const { return model; }
   const std::vector<HandleView*>& Handles() const { return handles; }
@@ -105,6 +108,7 @@ class PlotView : public QWidget {
   Ground followed;                // for which everything is painted, or will be
   std::vector<DrawnThing> marks;  // of which the same holds
   int gridsDrawn = 0;
+  bool painted = false;  // since the last Rest
 };
 
 }  // namespace desktop

@@ -68,6 +68,26 @@ TEST(PlotView, DrawsItsGridForOtherAxesAndNotForOtherCurves) {
   }
 }
 
+TEST(PlotView, GivesUpItsPictureOnceNobodyPaintsItAndLooksTheSameAfterwards) {
+  Shown shown;
+  auto& view = dynamic_cast<PlotView&>(shown.At("pltCurve"));
+  const QImage before = view.grab().toImage();
+  const int grids = view.GridsDrawn();
+  view.Rest();
+  EXPECT_EQ(view.grab().toImage(), before);
+  EXPECT_EQ(view.GridsDrawn(), grids);
+  view.Rest();
+  view.Rest();
+  EXPECT_EQ(view.grab().toImage(), before);
+  EXPECT_EQ(view.GridsDrawn(), grids + 1);
+  shown.Focus("pltCurve");
+  view.grab();
+  view.Rest();
+  view.Rest();
+  QTest::keyClick(&view, Qt::Key_End);
+  EXPECT_EQ(shown.Says("pltCurve"), "1600 Hz: -12.0 dB");
+}
+
 TEST(PlotView, ReadsTheCurveUnderPointerAndKeys) {
   Shown shown;
   auto& view = dynamic_cast<PlotView&>(shown.At("pltCurve"));
