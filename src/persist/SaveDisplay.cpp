@@ -7,7 +7,10 @@ namespace vc {
 SaveDisplay::SaveDisplay(SetupContext& setupContext, const std::string& formName, const std::string& caption)
     : form(formName, caption),
       target(form, setupContext, [this](const std::string& path) { return Save(path); }),
-      context(setupContext) {}
+      context(setupContext) {
+  // The files may be large, and whoever made the window keeps it.
+  form.unloaded = [this] { types = {}; };
+}
 
 void SaveDisplay::Take(const std::string& title, std::vector<FileType> choices) {
   name = title;
