@@ -21,23 +21,17 @@
 namespace desktop {
 namespace {
 
-// A list's wheel, too, acts only where the focus is.
+// A list's wheel, too, acts only where the focus is. The size follows the rows by itself: the toolkit's ways
+// of doing so resize the list behind the layout's back, or make all that pops up before anyone has clicked.
 class DropDownView : public QComboBox {
  public:
   // A short one can do with the room that a few letters take.
   DropDownView(QWidget* parent, bool isShort) : QComboBox(parent), shortOne(isShort) {
-    constexpr int fewLetters = 8;
-    // The toolkit's own way of following the rows resizes the list behind the layout's back.
-    setSizeAdjustPolicy(AdjustToMinimumContentsLengthWithIcon);
-    setMinimumContentsLength(shortOne ? fewLetters : 0);
     setFocusPolicy(Qt::StrongFocus);
   }
 
-  QSize sizeHint() const override { return WithRows(QComboBox::sizeHint()); }
-  QSize minimumSizeHint() const override {
-    const QSize least = QComboBox::minimumSizeHint();
-    return shortOne ? least : WithRows(least);
-  }
+  QSize sizeHint() const override { return SizeOver(std::max(LeastWords(), RowWords())); }
+  QSize minimumSizeHint() const override { return shortOne ? SizeOver(LeastWords()) : sizeHint(); }
 
   void showPopup() override {
     constexpr int beside = 2;  // lines: the margins and the frame
@@ -67,15 +61,23 @@ class DropDownView : public QComboBox {
   }
 
  private:
-  QSize WithRows(const QSize& least) const {
+  int LeastWords() const {
+    constexpr int fewLetters = 8, margin = 20;
+    return margin + (shortOne ? fewLetters * fontMetrics().horizontalAdvance(u'X') : 0);
+  }
+  int RowWords() const {
     int longest = 0;
     for (int row = 0; row < count(); ++row) {
       longest = std::max(longest, fontMetrics().horizontalAdvance(itemText(row)));
     }
+    return longest + LineHeight(*this) / 2;
+  }
+  QSize SizeOver(int words) const {
+    constexpr int leastHeight = 18, beyond = 2;
     QStyleOptionComboBox option;
     initStyleOption(&option);
-    const QSize words(longest + LineHeight(*this) / 2, LineHeight(*this));
-    return style()->sizeFromContents(QStyle::CT_ComboBox, &option, words, this).expandedTo(least);
+    const QSize room(words, std::max(LineHeight(*this) + beyond, leastHeight));
+    return style()->sizeFromContents(QStyle::CT_ComboBox, &option, room, this);
   }
 
   bool shortOne;
