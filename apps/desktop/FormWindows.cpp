@@ -4,6 +4,7 @@
 #include <chrono>
 
 #include <QGuiApplication>
+#include <QPixmapCache>
 #include <QScreen>
 #include <QWindow>
 
@@ -44,7 +45,6 @@ FormWindows::~FormWindows() {
   for (const auto& [form, window] : windows) delete window.data();
 }
 
-// The toolkit gives up pictures of controls by and by, too.
 void FormWindows::Tidy() {
   for (const auto& [form, window] : windows) {
     if (window == nullptr) continue;
@@ -52,6 +52,7 @@ void FormWindows::Tidy() {
       if (auto* plot = dynamic_cast<PlotView*>(widget)) plot->Rest();
     }
   }
+  QPixmapCache::clear();  // of list boxes and sliders, most of them of windows that have gone
   host::ReturnFreeMemory();
   tidy.start(NowAndThen);
 }
