@@ -91,7 +91,7 @@ QPolygonF ToQt(std::span<const vc::Point> points) {
 // What a part shows of an image that is stretched over an area, so large that whoever smooths it leaves its
 // pixels to be seen.
 QImage Magnified(const QImage& image, const QRect& area, const QRect& part) {
-  constexpr int times = 4;
+  constexpr int times = 2;
   QImage magnified(part.size() * times, QImage::Format_RGB32);
   QPainter painter(&magnified);
   painter.scale(times, times);

@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QSvgGenerator>
 
+#include "desktop/CurveRaster.h"
 #include "desktop/PainterSurface.h"
 #include "desktop/Theme.h"
 
@@ -17,7 +18,9 @@ constexpr int Fineness = 2;           // pixels of a file for each of the surfac
 constexpr int PixelsPerInch = 96;     // of the surface, by which its letters are as large as on the screen
 constexpr double LetterPoints = 9.0;  // whatever the size of the windows' letters
 
-bool DrawOn(QPaintDevice& device, const vc::Size& size, const vc::Drawing& drawing) {
+// What has pixels has its curves stroked into them by the raster: the painter would take a minute for a noisy
+// one.
+bool DrawOn(QPaintDevice& device, const Pixels& pixels, const vc::Size& size, const vc::Drawing& drawing) {
   QPalette paper = PaletteOf(Theme::Light);
   paper.setColor(QPalette::Window, Qt::white);
   QPainter painter;
@@ -26,6 +29,8 @@ bool DrawOn(QPaintDevice& device, const vc::Size& size, const vc::Drawing& drawi
   letters.setPointSizeF(LetterPoints);
   painter.setFont(letters);
   PainterSurface surface(painter, paper, QRect(0, 0, size.width, size.height));
+  CurveRaster raster(Fineness);
+  if (pixels.first != nullptr) surface.StrokeBy(raster, pixels);
   drawing(surface);
   return painter.end();
 }
@@ -36,7 +41,10 @@ QImage Drawn(const vc::Size& size, const vc::Drawing& drawing) {
   image.setDevicePixelRatio(Fineness);
   image.setDotsPerMeterX(static_cast<int>(PixelsPerInch * inchesPerMetre));
   image.setDotsPerMeterY(static_cast<int>(PixelsPerInch * inchesPerMetre));
-  return DrawOn(image, size, drawing) ? image : QImage();
+  if (image.isNull()) return {};
+  const Pixels pixels{reinterpret_cast<std::uint32_t*>(image.bits()), image.bytesPerLine() / 4, image.width(),
+                      image.height()};
+  return DrawOn(image, pixels, size, drawing) ? image : QImage();
 }
 
 bool WritePng(QBuffer& file, const vc::Size& size, const vc::Drawing& drawing) {
@@ -51,7 +59,7 @@ bool WriteSvg(QBuffer& file, const vc::Size& size, const vc::Drawing& drawing) {
   generator.setResolution(PixelsPerInch);
   generator.setTitle({});  // else it tells of the toolkit
   generator.setDescription({});
-  return DrawOn(generator, size, drawing);
+  return DrawOn(generator, {}, size, drawing);
 }
 
 }  // namespace

@@ -4,9 +4,11 @@
 #include <iterator>
 #include <limits>
 #include <map>
+#include <random>
 
 #include <QBuffer>
 #include <QClipboard>
+#include <QElapsedTimer>
 #include <QImage>
 #include <QXmlStreamReader>
 
@@ -122,6 +124,18 @@ TEST_F(SavedPicture, AsSvgCutsAnImageToItsClip) {
   const QImage shown = QImage::fromData(QByteArray::fromBase64(data.toLatin1()));
   EXPECT_EQ(shown.pixelColor(0, 0), QColor(Qt::red));
   EXPECT_EQ(shown.pixelColor(shown.width() - 1, shown.height() - 1), QColor(Qt::green));
+}
+
+TEST_F(SavedPicture, IsMadeAtOnceHoweverManyPointsAreInIt) {
+  std::mt19937 random;
+  std::vector<float> noise(8192);
+  for (float& value : noise) value = -static_cast<float>(random() % 70U);
+  plot.SetTraces({{"Yellow", noise, vc::ScreenYellow}, {"Blue", noise, vc::ScreenBlue}});
+  QElapsedTimer took;
+  took.start();
+  EXPECT_FALSE(pictures.Draw(vc::PictureFormat::Png, Whole, Drawn()).empty());
+  EXPECT_FALSE(pictures.Draw(vc::PictureFormat::Svg, Whole, Drawn()).empty());
+  EXPECT_LT(took.elapsed(), 1000 * TIME_ALLOWANCE);
 }
 
 TEST_F(SavedPicture, IsThatOfPaperInTheDarkThemeToo) {
