@@ -58,6 +58,8 @@ grep -q 'cannot be opened' "$scratch/console" && fail "the console has not found
 rm -f "$state"
 as_user timeout --preserve-status -s TERM 8 "$root/usr/bin/veltrana" >"$scratch/said" 2>&1 || fail "the desktop program: $(cat "$scratch/said")"
 [ -s "$state" ] || fail "the desktop program has kept no settings in the home"
+# A second graphics library, or that of the print server and the twenty that it needs, would be in memory all the time.
+! ldd "$root/usr/bin/veltrana" | grep -E 'lib(cairo|cups)\.' || fail "the desktop program is linked with what it can do without"
 "$root/usr/bin/veltrana-unit" --help >"$scratch/unit" || fail "the unit does not start"
 listing | diff "$scratch/before" - || fail "a program has written beside itself"
 

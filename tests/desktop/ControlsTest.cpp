@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QGroupBox>
@@ -71,6 +72,7 @@ TEST(Controls, AnOptionGroupMayHaveNoneChosen) {
 TEST(Controls, AListTakesRowsAndTheOperatorsChoice) {
   Shown shown;
   auto& list = shown.At<QComboBox>("cmbKind");
+  EXPECT_EQ(list.findChild<QAbstractItemView*>(), nullptr);  // nothing to pop up before anyone wants it
   EXPECT_EQ(list.currentIndex(), -1);
   shown.Focus("cmbKind");
   QTest::keyClick(&list, Qt::Key_Down);
