@@ -26,10 +26,11 @@ DEFINED = re.compile(r"^(?!using namespace|namespace|#|//|return)[A-Za-z][^\n(={
 
 
 def options_of(entry):
-    """What a source is compiled with, itself, its output, precompiled headers and what only g++ knows left out."""
+    """What a source is compiled with, itself, its output, precompiled headers, what only g++ knows and what makes the code
+    fast or short left out."""
     words = iter(shlex.split(entry["command"]))
     return tuple(word for word in words
-                 if word not in ("-Winvalid-pch", "-c", entry["file"]) and not word.startswith("--param=")
+                 if word not in ("-Winvalid-pch", "-c", entry["file"]) and not word.startswith(("--param=", "-O"))
                  and not (word in ("-include", "-o") and next(words)))
 
 
