@@ -41,7 +41,7 @@ def groups_of(entries, build):
         source = entry["file"]
         if SPARED.search(source) or pathlib.Path(source).is_relative_to(build):
             continue
-        target = re.search(r"([^/ ]+)\.dir/", entry["command"])[1]
+        target = re.search(r" -o \S*?([^/ ]+)\.dir/", entry["command"])[1]
         alone = source if LONER.search(pathlib.Path(source).read_text()) else None
         alike.setdefault((target, options_of(entry), alone), []).append(source)
     for (target, options, _), sources in alike.items():
