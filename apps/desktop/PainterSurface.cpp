@@ -5,7 +5,6 @@
 #include <cmath>
 
 #include <QFontMetrics>
-#include <QImage>
 #include <QPaintEngine>
 #include <QPolygonF>
 
@@ -109,6 +108,11 @@ QColor ColourOf(vc::Colour colour, const QPalette& palette) {
   if (mixed != MixedColours.end()) return Mixed(*mixed, palette);
   const auto* row = std::ranges::find(SystemColours, colour & ~SystemBit, &SystemColour::number);
   return palette.color(row == SystemColours.end() ? QPalette::Window : row->role);
+}
+
+Pixels PixelsOf(QImage& image) {
+  return {reinterpret_cast<std::uint32_t*>(image.bits()), image.bytesPerLine() / 4, image.width(),
+          image.height()};
 }
 
 void PainterSurface::FillRectangle(const vc::Rectangle& area, vc::Colour colour) {

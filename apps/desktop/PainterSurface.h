@@ -4,6 +4,7 @@
 
 #include <QColor>
 #include <QFont>
+#include <QImage>
 #include <QPainter>
 #include <QPalette>
 #include <QRect>
@@ -15,6 +16,9 @@ namespace desktop {
 
 // A colour of the models; a system colour that is not known is the window's.
 QColor ColourOf(vc::Colour colour, const QPalette& palette);
+
+// All of an image of 32-bit pixels.
+Pixels PixelsOf(QImage& image);
 
 class PainterSurface : public vc::Surface {
  public:

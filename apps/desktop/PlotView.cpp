@@ -164,10 +164,7 @@ void PlotView::Stroke(QPainter& painter, const Pixels& pixels, const QRect& part
 QImage PlotView::Stroked(const QImage& ground, Lines lines) {
   QImage picture = ground.copy();
   QPainter painter(&picture);
-  Stroke(painter,
-         {reinterpret_cast<std::uint32_t*>(picture.bits()), picture.bytesPerLine() / 4, picture.width(),
-          picture.height()},
-         rect(), lines);
+  Stroke(painter, PixelsOf(picture), rect(), lines);
   return picture;
 }
 

@@ -1,5 +1,7 @@
 #include "desktop/QtPictures.h"
 
+#include <optional>
+
 #include <QBuffer>
 #include <QClipboard>
 #include <QGuiApplication>
@@ -29,8 +31,8 @@ bool DrawOn(QPaintDevice& device, const Pixels& pixels, const vc::Size& size, co
   letters.setPointSizeF(LetterPoints);
   painter.setFont(letters);
   PainterSurface surface(painter, paper, QRect(0, 0, size.width, size.height));
-  CurveRaster raster(Fineness);
-  if (pixels.first != nullptr) surface.StrokeBy(raster, pixels);
+  std::optional<CurveRaster> raster;
+  if (pixels.first != nullptr) surface.StrokeBy(raster.emplace(Fineness), pixels);
   drawing(surface);
   return painter.end();
 }
@@ -42,9 +44,7 @@ QImage Drawn(const vc::Size& size, const vc::Drawing& drawing) {
   image.setDotsPerMeterX(static_cast<int>(PixelsPerInch * inchesPerMetre));
   image.setDotsPerMeterY(static_cast<int>(PixelsPerInch * inchesPerMetre));
   if (image.isNull()) return {};
-  const Pixels pixels{reinterpret_cast<std::uint32_t*>(image.bits()), image.bytesPerLine() / 4, image.width(),
-                      image.height()};
-  return DrawOn(image, pixels, size, drawing) ? image : QImage();
+  return DrawOn(image, PixelsOf(image), size, drawing) ? image : QImage();
 }
 
 bool WritePng(QBuffer& file, const vc::Size& size, const vc::Drawing& drawing) {
